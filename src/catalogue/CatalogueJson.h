@@ -1,0 +1,18 @@
+#pragma once
+
+#include "catalogue/ProtectedItem.h"
+
+namespace quillhaven {
+
+/// A JSON array (RFC 8259, UTF-8) with one object for each record, whose keys are the field names. "mountedPath" is
+/// left out when absent. Empty bytes when a string cannot be written as UTF-8.
+[[nodiscard]] QByteArray encodeProtectedItems(const QList<ProtectedItem> &items);
+
+/// A JSON array with the five fields of each record's summary.
+[[nodiscard]] QByteArray encodeProtectedItemInfos(const QList<ProtectedItem> &items);
+
+/// The records of such an array, or nothing when the text is no such array or one record lacks a field or has one of
+/// another type. Other keys are ignored.
+[[nodiscard]] std::optional<QList<ProtectedItem>> decodeProtectedItems(const QByteArray &json);
+
+} // namespace quillhaven

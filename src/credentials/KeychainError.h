@@ -1,0 +1,25 @@
+#pragma once
+
+#include "platform/CredentialStore.h"
+#include "platform/LocalizedError.h"
+
+namespace quillhaven {
+
+/// A failure of the credential store, with the store's own status.
+class KeychainError : public LocalizedError
+{
+public:
+    enum Case { saveFailed, retrieveFailed, deleteFailed, invalidData };
+
+    /// `status` belongs to the first three cases.
+    explicit KeychainError(Case errorCase, CredentialStatus status = 0);
+
+    [[nodiscard]] Case errorCase() const { return m_case; }
+    [[nodiscard]] CredentialStatus status() const { return m_status; }
+
+private:
+    Case m_case;
+    CredentialStatus m_status;
+};
+
+} // namespace quillhaven

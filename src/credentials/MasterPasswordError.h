@@ -1,0 +1,21 @@
+#pragma once
+
+#include "platform/LocalizedError.h"
+
+namespace quillhaven {
+
+/// A refusal of the master password's rules.
+class MasterPasswordError : public LocalizedError
+{
+public:
+    enum Case { emptyPassword, weakPassword, noMasterPassword, invalidPassword, authenticationCancelled };
+
+    explicit MasterPasswordError(Case errorCase);
+
+    [[nodiscard]] Case errorCase() const { return m_case; }
+
+private:
+    Case m_case;
+};
+
+} // namespace quillhaven

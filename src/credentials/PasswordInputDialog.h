@@ -1,0 +1,80 @@
+#pragma once
+
+#include "credentials/PasswordInputDialogManager.h"
+
+#include <QObject>
+
+namespace quillhaven {
+
+class UserDefaults;
+
+/// The transient state of one showing of the password dialog, and the validation behind its confirm button.
+class PasswordInputDialog : public QObject
+{
+    Q_OBJECT
+    Q_PROPERTY(QString password READ password WRITE setPassword NOTIFY changed)
+    Q_PROPERTY(QString confirmPassword READ confirmPassword WRITE setConfirmPassword NOTIFY changed)
+    Q_PROPERTY(bool showPasswordMismatch READ showPasswordMismatch NOTIFY changed)
+    Q_PROPERTY(bool showPasswordStrengthError READ showPasswordStrengthError NOTIFY changed)
+    Q_PROPERTY(bool showPassword READ showPassword WRITE setShowPassword NOTIFY changed)
+    Q_PROPERTY(bool showConfirmPassword READ showConfirmPassword WRITE setShowConfirmPassword NOTIFY changed)
+    Q_PROPERTY(bool showsRequirements READ showsRequirements NOTIFY changed)
+    Q_PROPERTY(bool hasMinimumLength READ hasMinimumLength NOTIFY changed)
+    Q_PROPERTY(bool hasUppercase READ hasUppercase NOTIFY changed)
+    Q_PROPERTY(bool hasLowercase READ hasLowercase NOTIFY changed)
+    Q_PROPERTY(bool hasDigit READ hasDigit NOTIFY changed)
+    Q_PROPERTY(bool canConfirm READ canConfirm NOTIFY changed)
+    Q_PROPERTY(QString confirmTitle READ confirmTitle NOTIFY changed)
+
+public:
+    /// The references outlive this object. Its fields are cleared each time the manager's dialog is presented.
+    PasswordInputDialog(PasswordInputDialogManager &manager, const UserDefaults &defaults, QObject *parent = nullptr);
+
+    [[nodiscard]] QString password() const { return m_password; }
+    [[nodiscard]] QString confirmPassword() const { return m_confirmPassword; }
+    [[nodiscard]] bool showPasswordMismatch() const { return m_showPasswordMismatch; }
+    [[nodiscard]] bool showPasswordStrengthError() const { return m_showPasswordStrengthError; }
+    [[nodiscard]] bool showPassword() const { return m_showPassword; }
+    [[nodiscard]] bool showConfirmPassword() const { return m_showConfirmPassword; }
+    /// The list of requirements shows: a new password is being chosen under the rule, is not empty and not strong.
+    [[nodiscard]] bool showsRequirements() const;
+    [[nodiscard]] bool hasMinimumLength() const;
+    [[nodiscard]] bool hasUppercase() const;
+    [[nodiscard]] bool hasLowercase() const;
+    [[nodiscard]] bool hasDigit() const;
+    /// The confirm button is enabled: no field that must be filled is empty.
+    [[nodiscard]] bool canConfirm() const;
+    /// "Protect" for a new password, "Unlock" for an existing one.
+    [[nodiscard]] QString confirmTitle() const;
+    /// Tests the password and logs each requirement, the password included.
+    [[nodiscard]] bool isStrongPassword() const;
+
+    void setPassword(const QString &value);
+    void setConfirmPassword(const QString &value);
+    void setShowPassword(bool value);
+    void setShowConfirmPassword(bool value);
+
+    /// The confirm button and the return key.
+    Q_INVOKABLE void confirm();
+    /// The cancel button and the escape key.
+    Q_INVOKABLE void cancel();
+
+Q_SIGNALS:
+    void changed();
+
+private:
+    [[nodiscard]] bool enforceStrongPasswords() const;
+    void clear();
+
+    PasswordInputDialogManager &m_manager;
+    const UserDefaults &m_defaults;
+    bool m_wasPresented = false;
+    QString m_password;
+    QString m_confirmPassword;
+    bool m_showPasswordMismatch = false;
+    bool m_showPassword = false;
+    bool m_showConfirmPassword = false;
+    bool m_showPasswordStrengthError = false;
+};
+
+} // namespace quillhaven

@@ -1,0 +1,24 @@
+#pragma once
+
+#include <QString>
+
+namespace quillhaven {
+
+/// Which of the four requirements a new password meets. Characters are user-perceived ones (grapheme clusters,
+/// Unicode UAX #29); the classes are the full Unicode ones.
+struct PasswordStrength
+{
+    bool hasMinimumLength = false; ///< at least 8 characters
+    bool hasUppercase = false;
+    bool hasLowercase = false;
+    bool hasDigit = false;
+
+    [[nodiscard]] static PasswordStrength of(const QString &password);
+    [[nodiscard]] bool isStrong() const { return hasMinimumLength && hasUppercase && hasLowercase && hasDigit; }
+};
+
+/// The sentence for a password that is not strong.
+inline const QString weakPasswordText =
+    QStringLiteral("Password must be at least 8 characters with uppercase, lowercase, and numbers");
+
+} // namespace quillhaven

@@ -1,0 +1,17 @@
+#pragma once
+
+#include "platform/FileManager.h"
+#include "platform/RandomSource.h"
+#include "platform/UserDirectories.h"
+
+namespace quillhaven {
+
+/// Makes a POSIX tar archive of a folder with the system's tar, in a work directory below the temporary one that is
+/// gone afterwards. The archive has one top-level entry, the folder's own name. Reads it to `headroom` bytes behind the
+/// start of a buffer with `tailroom` bytes behind it. Blocks. Throws QuillhavenError::encryptionFailed with tar's own
+/// words, or FileError.
+[[nodiscard]] FileBuffer createFolderArchive(FileManager &fileManager, RandomSource &random,
+                                             const UserDirectories &directories, const QString &folder, size_t headroom,
+                                             size_t tailroom);
+
+} // namespace quillhaven

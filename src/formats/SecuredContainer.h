@@ -1,0 +1,44 @@
+#pragma once
+
+#include "platform/FileManager.h"
+#include "platform/RandomSource.h"
+#include "platform/UserDirectories.h"
+
+#include <QByteArray>
+#include <QString>
+
+namespace quillhaven {
+
+/// The container: an encrypted snapshot of a file, as it was when it was protected. docs/formats.md has the layout.
+///
+/// | Offset | Size | Field |
+/// |---|---|---|
+/// | 0 | 10 | magic "QUILLHAVEN" |
+/// | 10 | 32 | salt of the key derivation |
+/// | 42 | 12 | nonce |
+/// | 54 | n | ciphertext, as long as the plaintext |
+/// | 54 + n | 16 | tag |
+namespace secured_container {
+
+inline constexpr char magic[] = "QUILLHAVEN";
+inline constexpr size_t magicSize = sizeof magic - 1;
+inline constexpr size_t saltSize = 32;
+inline constexpr size_t boxOffset = magicSize + saltSize;
+
+/// The text that stands in a folder's container in place of encrypted bytes.
+[[nodiscard]] QByteArray folderMarker(const QString &backupPath);
+
+} // namespace secured_container
+
+/// `count` random bytes; zeroed ones when the generator fails.
+[[nodiscard]] QByteArray generateRandomData(RandomSource &random, qsizetype count);
+
+/// Writes the container of `source` to `containerPath`, in place. A folder is sealed as the tar archive that
+/// `createFolderArchive` makes of it. The whole plaintext is read before anything is written; the peak of memory is
+/// the file's size plus little. Blocks. `itemId` is not used. Throws FileError, CipherError, or what the archive
+/// threw; what a failed write leaves at `containerPath` stays there.
+void createEncryptedContainer(FileManager &fileManager, RandomSource &random, const UserDirectories &directories,
+                              const QString &source, const QString &containerPath, const QString &password,
+                              const QString &itemId);
+
+} // namespace quillhaven

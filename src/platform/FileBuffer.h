@@ -1,0 +1,33 @@
+#pragma once
+
+#include <cstddef>
+#include <span>
+
+namespace quillhaven {
+
+/// Zero-filled memory for one large run of bytes, mapped so that huge pages back it. Movable, not copyable.
+class FileBuffer
+{
+public:
+    FileBuffer() = default;
+    /// Maps `size` bytes. Throws std::bad_alloc when the system cannot give them; use `FileBuffer::fits` to ask first.
+    explicit FileBuffer(size_t size);
+    ~FileBuffer();
+    FileBuffer(FileBuffer &&other) noexcept;
+    FileBuffer &operator=(FileBuffer &&other) noexcept;
+    FileBuffer(const FileBuffer &) = delete;
+    FileBuffer &operator=(const FileBuffer &) = delete;
+
+    /// Whether `size` bytes of memory are available now, by the system's own estimate.
+    [[nodiscard]] static bool fits(size_t size);
+
+    [[nodiscard]] size_t size() const { return m_size; }
+    [[nodiscard]] std::span<std::byte> bytes() { return {m_data, m_size}; }
+    [[nodiscard]] std::span<const std::byte> bytes() const { return {m_data, m_size}; }
+
+private:
+    std::byte *m_data = nullptr;
+    size_t m_size = 0;
+};
+
+} // namespace quillhaven

@@ -1,0 +1,52 @@
+#pragma once
+
+#include "platform/FileBuffer.h"
+#include "platform/FileError.h"
+
+#include <QString>
+#include <QStringList>
+
+#include <span>
+
+namespace quillhaven {
+
+/// The file operations of the platform. Paths are absolute. Stateless: any thread may call it, and the calls that
+/// change files block, so that they belong off the main thread. Every failing call throws a FileError.
+class FileManager
+{
+public:
+    FileManager() = default;
+    virtual ~FileManager() = default;
+    FileManager(const FileManager &) = delete;
+    FileManager &operator=(const FileManager &) = delete;
+
+    /// Whether something stands at the path. A link counts by what it points to, so a dangling one does not exist.
+    [[nodiscard]] virtual bool fileExists(const QString &path) const = 0;
+    /// Whether a folder, or a link to one, stands at the path.
+    [[nodiscard]] virtual bool isDirectory(const QString &path) const = 0;
+    /// Whether this process may write to what stands at the path.
+    [[nodiscard]] virtual bool isWritableFile(const QString &path) const = 0;
+    /// Throws unless `path` is a folder, or a regular file that can be read and that fits in memory as a whole.
+    virtual void requireProtectable(const QString &path) const = 0;
+
+    /// The names in a folder, in the order in which the system lists them, without "." and "..".
+    [[nodiscard]] virtual QStringList contentsOfDirectory(const QString &path) const = 0;
+    /// Makes the folder and the missing ones above it; no error when it stands already.
+    virtual void createDirectory(const QString &path) = 0;
+    /// Moves a file or folder, also to another file system, with its metadata, flushed to the device. Fails with
+    /// `TargetExists` when something stands at `target`. On failure the source is whole and the target absent.
+    virtual void moveItem(const QString &source, const QString &target) = 0;
+    /// Puts `replacement` in the place of `original`, which must stand, in one step. Either may be a folder. Afterwards
+    /// nothing stands at `replacement`; on failure `original` is whole.
+    virtual void replaceItemAt(const QString &original, const QString &replacement) = 0;
+    /// Removes a file, a link itself, or a folder with all it holds.
+    virtual void removeItem(const QString &path) = 0;
+
+    /// Reads a whole regular file to `headroom` bytes behind the start of a buffer of `headroom` + file size +
+    /// `tailroom` bytes. Throws `TooLargeForMemory` rather than start what cannot fit.
+    [[nodiscard]] virtual FileBuffer readFile(const QString &path, size_t headroom, size_t tailroom) const = 0;
+    /// Writes the bytes in place, not atomically: makes the file, or empties the one that stands there first.
+    virtual void writeFile(const QString &path, std::span<const std::byte> bytes) = 0;
+};
+
+} // namespace quillhaven

@@ -1,0 +1,38 @@
+#pragma once
+
+#include "platform/FileManager.h"
+
+namespace quillhaven {
+
+/// Forwards every call to another FileManager, so that a test or a bench overrides only what it changes.
+class FileManagerDecorator : public FileManager
+{
+public:
+    explicit FileManagerDecorator(FileManager &next) : m_next(next) {}
+
+    [[nodiscard]] bool fileExists(const QString &path) const override { return m_next.fileExists(path); }
+    [[nodiscard]] bool isDirectory(const QString &path) const override { return m_next.isDirectory(path); }
+    [[nodiscard]] bool isWritableFile(const QString &path) const override { return m_next.isWritableFile(path); }
+    void requireProtectable(const QString &path) const override { m_next.requireProtectable(path); }
+    [[nodiscard]] QStringList contentsOfDirectory(const QString &path) const override
+    {
+        return m_next.contentsOfDirectory(path);
+    }
+    void createDirectory(const QString &path) override { m_next.createDirectory(path); }
+    void moveItem(const QString &source, const QString &target) override { m_next.moveItem(source, target); }
+    void replaceItemAt(const QString &original, const QString &replacement) override
+    {
+        m_next.replaceItemAt(original, replacement);
+    }
+    void removeItem(const QString &path) override { m_next.removeItem(path); }
+    [[nodiscard]] FileBuffer readFile(const QString &path, size_t headroom, size_t tailroom) const override
+    {
+        return m_next.readFile(path, headroom, tailroom);
+    }
+    void writeFile(const QString &path, std::span<const std::byte> bytes) override { m_next.writeFile(path, bytes); }
+
+private:
+    FileManager &m_next;
+};
+
+} // namespace quillhaven

@@ -1,0 +1,33 @@
+#pragma once
+
+#include "platform/UserDirectories.h"
+
+QT_BEGIN_NAMESPACE
+class QThreadPool;
+QT_END_NAMESPACE
+
+namespace quillhaven {
+
+class BiometricAuthenticator;
+class Clock;
+class CredentialStore;
+class FileManager;
+class FilePanels;
+class RandomSource;
+class UserDefaultsProvider;
+
+/// The services of the desktop, by reference: whoever builds one keeps them alive for as long as the program runs.
+struct Platform
+{
+    FileManager &fileManager;
+    UserDirectories directories;
+    UserDefaultsProvider &defaults;
+    CredentialStore &credentials;
+    QThreadPool &credentialQueue; ///< one thread: the credential store is asked one thing at a time
+    BiometricAuthenticator &biometrics;
+    FilePanels &panels;
+    Clock &clock;
+    RandomSource &random;
+};
+
+} // namespace quillhaven

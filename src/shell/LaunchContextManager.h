@@ -1,0 +1,63 @@
+#pragma once
+
+#include <QObject>
+#include <QStringList>
+
+#include <array>
+
+namespace quillhaven {
+
+class ApplicationPresence;
+
+/// How the process came to be started.
+enum class LaunchContext { userActivation, loginItem, systemRestart, unknown };
+
+/// All cases, in order.
+inline constexpr std::array allLaunchContexts{LaunchContext::userActivation, LaunchContext::loginItem,
+                                              LaunchContext::systemRestart, LaunchContext::unknown};
+
+/// The machine form of a context, such as "loginItem".
+[[nodiscard]] QString description(LaunchContext context);
+
+/// Tells a start by the user from one at login, and decides from that whether a window appears.
+class LaunchContextManager : public QObject
+{
+    Q_OBJECT
+
+public:
+    /// `arguments` are those of the process, its own name first. The reference outlives this object.
+    LaunchContextManager(const QStringList &arguments, ApplicationPresence &presence, QObject *parent = nullptr);
+
+    /// Defined by the program alone.
+    static LaunchContextManager &shared();
+
+    [[nodiscard]] LaunchContext currentContext() const { return m_currentContext; }
+    [[nodiscard]] bool shouldStartInBackground() const { return m_shouldStartInBackground; }
+    [[nodiscard]] bool shouldShowMainWindow() const { return m_shouldShowMainWindow; }
+    void setShouldShowMainWindow(bool value);
+
+    /// Marks the window as wanted and brings the application to the foreground.
+    void showMainWindow();
+    /// Marks the window as unwanted and hides the application.
+    void hideMainWindow();
+    /// Takes another context and decides anew.
+    void updateContext(LaunchContext context);
+    /// The readable form, such as "Login Item".
+    [[nodiscard]] QString contextDescription() const;
+
+Q_SIGNALS:
+    void currentContextChanged();
+    void shouldStartInBackgroundChanged();
+    void shouldShowMainWindowChanged();
+
+private:
+    [[nodiscard]] static bool hasLoginItemArguments(const QStringList &arguments);
+    void configureLaunchBehavior();
+
+    ApplicationPresence &m_presence;
+    LaunchContext m_currentContext = LaunchContext::unknown;
+    bool m_shouldStartInBackground = false;
+    bool m_shouldShowMainWindow = true;
+};
+
+} // namespace quillhaven
