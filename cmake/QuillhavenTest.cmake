@@ -1,0 +1,15 @@
+# quillhaven_test(NAME LABEL label SOURCES... [LINKS targets...] [RUNNER command...] [TIMEOUT seconds])
+#
+# One GoogleTest program, registered as one CTest test. Labels: unit, component (a real service on a private bus),
+# fault, kill, window. RUNNER is put in front of the program, such as a script that starts the service.
+function(quillhaven_test name)
+  cmake_parse_arguments(ARG "" "LABEL;TIMEOUT" "SOURCES;LINKS;RUNNER" ${ARGN})
+  if(NOT ARG_TIMEOUT)
+    set(ARG_TIMEOUT 300)
+  endif()
+  add_executable(${name} ${ARG_SOURCES})
+  target_include_directories(${name} PRIVATE ${PROJECT_SOURCE_DIR}/tests)
+  target_link_libraries(${name} PRIVATE quillhaven_test_support quillhaven_options ${ARG_LINKS} GTest::gmock)
+  add_test(NAME ${name} COMMAND ${ARG_RUNNER} $<TARGET_FILE:${name}>)
+  set_tests_properties(${name} PROPERTIES LABELS "${ARG_LABEL}" TIMEOUT ${ARG_TIMEOUT})
+endfunction()

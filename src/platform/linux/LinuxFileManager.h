@@ -1,0 +1,25 @@
+#pragma once
+
+#include "platform/FileManager.h"
+
+namespace quillhaven {
+
+/// The file operations over Linux system calls; moves between file systems run the system's `cp`, whose result is
+/// compared with the source before the source goes.
+class LinuxFileManager : public FileManager
+{
+public:
+    [[nodiscard]] bool fileExists(const QString &path) const override;
+    [[nodiscard]] bool isDirectory(const QString &path) const override;
+    [[nodiscard]] bool isWritableFile(const QString &path) const override;
+    void requireProtectable(const QString &path) const override;
+    [[nodiscard]] QStringList contentsOfDirectory(const QString &path) const override;
+    void createDirectory(const QString &path) override;
+    void moveItem(const QString &source, const QString &target) override;
+    void replaceItemAt(const QString &original, const QString &replacement) override;
+    void removeItem(const QString &path) override;
+    [[nodiscard]] FileBuffer readFile(const QString &path, size_t headroom, size_t tailroom) const override;
+    void writeFile(const QString &path, std::span<const std::byte> bytes) override;
+};
+
+} // namespace quillhaven

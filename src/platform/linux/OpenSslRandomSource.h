@@ -1,0 +1,15 @@
+#pragma once
+
+#include "platform/RandomSource.h"
+
+namespace quillhaven {
+
+/// OpenSSL's generator for bytes, Qt's for identifiers.
+class OpenSslRandomSource : public RandomSource
+{
+public:
+    bool fill(std::span<std::byte> buffer) override;
+    [[nodiscard]] QString uuidString() override;
+};
+
+} // namespace quillhaven

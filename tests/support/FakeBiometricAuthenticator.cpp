@@ -1,0 +1,16 @@
+#include "support/FakeBiometricAuthenticator.h"
+
+namespace quillhaven::testing {
+
+QCoro::Task<bool> FakeBiometricAuthenticator::canEvaluatePolicy()
+{
+    co_return isAvailable;
+}
+
+QCoro::Task<bool> FakeBiometricAuthenticator::evaluatePolicy(QString reason)
+{
+    reasons.append(reason);
+    co_return matches;
+}
+
+} // namespace quillhaven::testing

@@ -1,0 +1,44 @@
+#pragma once
+
+#include "platform/Clock.h"
+
+#include <QList>
+
+namespace quillhaven::testing {
+
+/// A clock that stands still until it is advanced; timers that fall due fire in order of their time.
+class ManualClock : public Clock
+{
+public:
+    [[nodiscard]] QDateTime now() const override { return m_start.addMSecs(m_elapsed.count()); }
+    [[nodiscard]] std::chrono::nanoseconds uptime() const override { return m_elapsed; }
+    [[nodiscard]] std::unique_ptr<RunningTimer> startOneShot(std::chrono::milliseconds delay,
+                                                             std::function<void()> action) override;
+    [[nodiscard]] std::unique_ptr<RunningTimer> startRepeating(std::chrono::milliseconds interval,
+                                                               std::function<void()> action) override;
+
+    void advance(std::chrono::milliseconds step);
+    /// Timers that will still fire.
+    [[nodiscard]] qsizetype pendingTimers() const { return m_entries.size(); }
+
+    struct Entry
+    {
+        quint64 id = 0;
+        std::chrono::milliseconds due{};
+        std::chrono::milliseconds interval{}; ///< zero for a one-shot
+        std::function<void()> action;
+    };
+
+private:
+    friend class ManualTimer;
+    [[nodiscard]] std::unique_ptr<RunningTimer> start(std::chrono::milliseconds delay,
+                                                      std::chrono::milliseconds interval, std::function<void()> action);
+    void cancel(quint64 id);
+
+    QDateTime m_start = QDateTime(QDate(2026, 1, 1), QTime(12, 0), Qt::UTC);
+    std::chrono::milliseconds m_elapsed{};
+    quint64 m_nextId = 1;
+    QList<Entry> m_entries;
+};
+
+} // namespace quillhaven::testing

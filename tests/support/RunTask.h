@@ -1,0 +1,96 @@
+#pragma once
+
+#include <QCoreApplication>
+#include <QCoroTask>
+#include <QElapsedTimer>
+#include <QEventLoop>
+
+#include <exception>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <stdexcept>
+
+namespace quillhaven::testing {
+
+/// Spins the event loop until the condition holds. False after `limitMs` milliseconds: a guard against a hanging test,
+/// never a measure.
+inline bool spinUntil(const std::function<bool()> &condition, qint64 limitMs = 60'000)
+{
+    QElapsedTimer timer;
+    timer.start();
+    while (!condition()) {
+        if (timer.elapsed() > limitMs) {
+            return false;
+        }
+        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents | QEventLoop::AllEvents, 20);
+    }
+    return true;
+}
+
+/// Runs what is queued on the main loop now.
+inline void spinOnce()
+{
+    for (int i = 0; i < 10; ++i) {
+        QCoreApplication::processEvents(QEventLoop::AllEvents);
+        QCoreApplication::sendPostedEvents();
+    }
+}
+
+/// A task in progress: its end, its result and its error can be asked for.
+template <typename T>
+class RunningTask
+{
+public:
+    explicit RunningTask(QCoro::Task<T> task) : m_state(std::make_shared<State>()) { follow(std::move(task), m_state); }
+
+    [[nodiscard]] bool isFinished() const { return m_state->finished; }
+    /// Waits for the end; rethrows what the task threw.
+    T wait() const
+    {
+        if (!spinUntil([this] { return m_state->finished; })) {
+            throw std::runtime_error("the task did not end");
+        }
+        if (m_state->error) {
+            std::rethrow_exception(m_state->error);
+        }
+        if constexpr (!std::is_void_v<T>) {
+            return std::move(*m_state->value);
+        }
+    }
+
+private:
+    struct Nothing
+    {
+    };
+    struct State
+    {
+        bool finished = false;
+        std::exception_ptr error;
+        std::optional<std::conditional_t<std::is_void_v<T>, Nothing, T>> value;
+    };
+
+    static QCoro::Task<> follow(QCoro::Task<T> task, std::shared_ptr<State> state)
+    {
+        try {
+            if constexpr (std::is_void_v<T>) {
+                co_await task;
+            } else {
+                state->value.emplace(co_await task);
+            }
+        } catch (...) {
+            state->error = std::current_exception();
+        }
+        state->finished = true;
+    }
+
+    std::shared_ptr<State> m_state;
+};
+
+/// Runs a task to its end and returns its result, or throws what it threw.
+template <typename T> T runTask(QCoro::Task<T> task)
+{
+    return RunningTask<T>(std::move(task)).wait();
+}
+
+} // namespace quillhaven::testing
