@@ -26,31 +26,32 @@ bool write(Writer &writer, bool value)
     return writer.Bool(value);
 }
 
-template <typename Value> bool writeField(Writer &writer, const char16_t *key, const Value &value)
+template <typename Value>
+bool writeField(Writer &writer, const char16_t *key, const Value &value)
 {
     return writer.Key(key) && write(writer, value);
 }
 
 bool writeItem(Writer &writer, const ProtectedItem &item)
 {
-    return writer.StartObject() && writeField(writer, u"id", item.id)
-        && writeField(writer, u"originalName", item.originalName)
-        && writeField(writer, u"originalPath", item.originalPath)
-        && writeField(writer, u"containerPath", item.containerPath)
-        && writeField(writer, u"originalBackupPath", item.originalBackupPath)
-        && writeField(writer, u"isFolder", item.isFolder) && writeField(writer, u"useTouchID", item.useTouchID)
-        && writeField(writer, u"isMounted", item.isMounted)
-        && (!item.mountedPath || writeField(writer, u"mountedPath", *item.mountedPath))
-        && writeField(writer, u"isProcessing", item.isProcessing) && writer.EndObject();
+    return writer.StartObject() && writeField(writer, u"id", item.id) &&
+           writeField(writer, u"originalName", item.originalName) &&
+           writeField(writer, u"originalPath", item.originalPath) &&
+           writeField(writer, u"containerPath", item.containerPath) &&
+           writeField(writer, u"originalBackupPath", item.originalBackupPath) &&
+           writeField(writer, u"isFolder", item.isFolder) && writeField(writer, u"useTouchID", item.useTouchID) &&
+           writeField(writer, u"isMounted", item.isMounted) &&
+           (!item.mountedPath || writeField(writer, u"mountedPath", *item.mountedPath)) &&
+           writeField(writer, u"isProcessing", item.isProcessing) && writer.EndObject();
 }
 
 bool writeInfo(Writer &writer, const ProtectedItem &item)
 {
     const ProtectedItemInfo info(item);
-    return writer.StartObject() && writeField(writer, u"id", info.id)
-        && writeField(writer, u"originalName", info.originalName)
-        && writeField(writer, u"originalPath", info.originalPath) && writeField(writer, u"isFolder", info.isFolder)
-        && writeField(writer, u"isMounted", info.isMounted) && writer.EndObject();
+    return writer.StartObject() && writeField(writer, u"id", info.id) &&
+           writeField(writer, u"originalName", info.originalName) &&
+           writeField(writer, u"originalPath", info.originalPath) && writeField(writer, u"isFolder", info.isFolder) &&
+           writeField(writer, u"isMounted", info.isMounted) && writer.EndObject();
 }
 
 QByteArray encodeArray(const QList<ProtectedItem> &items, bool (*writeOne)(Writer &, const ProtectedItem &))

@@ -14,16 +14,16 @@ namespace quillhaven {
 /// stands at `originalBackupPath`.
 struct ProtectedItem
 {
-    QString id; ///< upper-case UUID text: the item's identity everywhere
-    QString originalName; ///< last path component at protection
-    QString originalPath; ///< where the item stood at protection
-    QString containerPath; ///< its container in the documents folder
+    QString id;                 ///< upper-case UUID text: the item's identity everywhere
+    QString originalName;       ///< last path component at protection
+    QString originalPath;       ///< where the item stood at protection
+    QString containerPath;      ///< its container in the documents folder
     QString originalBackupPath; ///< the one live copy of a locked item, in private storage
     bool isFolder = false;
     bool useTouchID = false;
-    bool isMounted = false; ///< unlocked
+    bool isMounted = false;             ///< unlocked
     std::optional<QString> mountedPath; ///< where the last unlock put it; absent while locked
-    bool isProcessing = false; ///< a lock or an unlock of this item is running
+    bool isProcessing = false;          ///< a lock or an unlock of this item is running
 
     bool operator==(const ProtectedItem &) const = default;
 };
@@ -38,7 +38,10 @@ struct ProtectedItemInfo
     bool isMounted = false;
 
     explicit ProtectedItemInfo(const ProtectedItem &item)
-        : id(item.id), originalName(item.originalName), originalPath(item.originalPath), isFolder(item.isFolder),
+        : id(item.id),
+          originalName(item.originalName),
+          originalPath(item.originalPath),
+          isFolder(item.isFolder),
           isMounted(item.isMounted)
     {
     }

@@ -1,0 +1,79 @@
+// The check of an item's own secret before it is unlocked. There is one attempt for each call, and no way round a
+// finger by a password: an item has the one or the other.
+
+#include "catalogue/QuillhavenError.h"
+#include "credentials/PasswordInputDialogManager.h"
+#include "engine/QuillhavenManager.h"
+#include "platform/Answer.h"
+#include "platform/BiometricAuthenticator.h"
+#include "platform/OffMainThread.h"
+
+namespace quillhaven {
+
+namespace {
+
+/// Reads a secret off the main thread; whatever goes wrong reads as a failed authentication.
+template <typename Read>
+QCoro::Task<QString> readSecret(QThreadPool &queue, Read read)
+{
+    try {
+        const QString secret = co_await offMainThread(queue, std::move(read));
+        co_return secret;
+    } catch (const LocalizedError &) {
+        throw QuillhavenError(QuillhavenError::authenticationFailed);
+    }
+}
+
+} // namespace
+
+QCoro::Task<bool> QuillhavenManager::requestPasswordAuthentication(ProtectedItem item)
+{
+    Answer<std::optional<QString>> answer;
+    PasswordInputDialogManager &dialog = m_passwordInputDialogManager;
+    dialog.setTitle(QStringLiteral("Password Required"));
+    dialog.setMessage(QStringLiteral("Enter the password for '") + item.originalName + QStringLiteral("':"));
+    dialog.setRequiresConfirmation(false);
+    dialog.onConfirm = [answer](const QString &entered) { answer.give(entered); };
+    dialog.onCancel = [answer] { answer.give(std::nullopt); };
+    dialog.setIsPresented(true);
+
+    const std::optional<QString> entered = co_await answer;
+    if (!entered) {
+        co_return false;
+    }
+    auto read = [keychain = m_keychain, id = item.id] { return keychain->retrievePassword(id); };
+    const QString stored = co_await readSecret(m_platform.credentialQueue, std::move(read));
+    if (stored != *entered) {
+        throw QuillhavenError(QuillhavenError::authenticationFailed);
+    }
+    co_return true;
+}
+
+QCoro::Task<QString> QuillhavenManager::authenticateWithTouchID(QString id)
+{
+    BiometricAuthenticator &biometrics = m_platform.biometrics;
+    if (!co_await biometrics.canEvaluatePolicy()) {
+        throw QuillhavenError(QuillhavenError::touchIDNotAvailable);
+    }
+    if (!co_await biometrics.evaluatePolicy(QStringLiteral("Unlock protected item"))) {
+        throw QuillhavenError(QuillhavenError::authenticationFailed);
+    }
+    auto read = [keychain = m_keychain, id] { return keychain->retrieveTouchIDKey(id); };
+    const QString key = co_await readSecret(m_platform.credentialQueue, std::move(read));
+    co_return key;
+}
+
+QCoro::Task<bool> QuillhavenManager::authenticateForUnlock(ProtectedItem item)
+{
+    if (item.isFolder) {
+        co_return true;
+    }
+    if (item.useTouchID && enableTouchID()) {
+        co_await authenticateWithTouchID(item.id);
+        co_return true;
+    }
+    const bool passed = co_await requestPasswordAuthentication(item);
+    co_return passed;
+}
+
+} // namespace quillhaven

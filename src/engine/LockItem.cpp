@@ -1,0 +1,164 @@
+// Locking moves an unlocked item's data back into private storage:
+//
+// 1. the data at the target, if any, is removed, and the original moves there;
+// 2. the placeholder is written;
+// 3. the record is marked locked and saved.
+//
+// A stop after 1 leaves the data in private storage while the record still says unlocked: the next lock finds no
+// original, skips the move and writes the placeholder; an unlock finds the private copy. A missing original is locked
+// all the same, without any data.
+
+#include "catalogue/QuillhavenError.h"
+#include "credentials/MasterPasswordManager.h"
+#include "engine/Paths.h"
+#include "engine/PlaceholderFile.h"
+#include "engine/QuillhavenManager.h"
+#include "platform/Clock.h"
+#include "platform/FileManager.h"
+#include "platform/OffMainThread.h"
+#include "platform/printLogger.h"
+
+namespace quillhaven {
+
+using namespace std::chrono_literals;
+
+namespace {
+
+constexpr auto lockTimeout = 30s;
+
+QString kindOf(const ProtectedItem &item)
+{
+    return item.isFolder ? QStringLiteral("folder") : QStringLiteral("file");
+}
+
+QString secondsText(std::chrono::nanoseconds elapsed)
+{
+    return QString::number(std::chrono::duration<double>(elapsed).count(), 'f', 2) + QLatin1Char('s');
+}
+
+struct LockWork
+{
+    FileManager &files;
+    const Clock &clock;
+    QString secureStorage;
+    ProtectedItem item;
+    bool isLogged;
+};
+
+void moveOriginal(const LockWork &work, const QString &target)
+{
+    const QString kind = kindOf(work.item);
+    printLogger(QStringLiteral("🔄 Starting move operation for ") + kind + QStringLiteral(": ") +
+                work.item.originalName);
+    const auto start = work.clock.uptime();
+    try {
+        work.files.moveItem(work.item.originalPath, target);
+    } catch (const LocalizedError &error) {
+        printLogger(QStringLiteral("❌ Error moving ") + kind + QStringLiteral(": ") + error.errorDescription());
+        throw QuillhavenError(QuillhavenError::accessDenied, QStringLiteral("Could not move ") + kind +
+                                                                 QStringLiteral(" to secure storage: ") +
+                                                                 error.errorDescription());
+    }
+    printLogger(QStringLiteral("✅ Successfully moved ") + kind + QStringLiteral(" to secure storage in ") +
+                secondsText(work.clock.uptime() - start));
+}
+
+void moveIntoStorage(const LockWork &work)
+{
+    const ProtectedItem &item = work.item;
+    if (!work.files.fileExists(work.secureStorage)) {
+        work.files.createDirectory(work.secureStorage);
+    }
+    const QString target = pathInDirectory(work.secureStorage, lastPathComponent(item.originalBackupPath));
+    if (work.files.fileExists(item.originalPath)) {
+        if (work.isLogged) {
+            printLogger(QStringLiteral("Locking item: ") + item.originalName + QStringLiteral(", isFolder: ") +
+                        printed(item.isFolder));
+            printLogger(QStringLiteral("Original path exists: ") + item.originalPath);
+            printLogger(QStringLiteral("Target backup path: ") + target);
+        }
+        if (work.files.fileExists(target)) {
+            work.files.removeItem(target);
+            if (work.isLogged) {
+                printLogger(QStringLiteral("Removed existing backup"));
+            }
+        }
+        if (work.isLogged) {
+            moveOriginal(work, target);
+        } else {
+            work.files.moveItem(item.originalPath, target);
+        }
+    }
+    writePlaceholder(work.files, item.originalPath);
+}
+
+} // namespace
+
+QCoro::Task<> QuillhavenManager::lockItem(ProtectedItem item)
+{
+    if (!co_await m_masterPasswordManager.requireAuthenticationOrCancel()) {
+        co_return;
+    }
+    setItemIsProcessing(item.id, true);
+
+    // The timer bounds what is reported, not how long the caller waits: file work cannot be broken off.
+    bool hasTimedOut = false;
+    auto timer = m_platform.clock.startOneShot(lockTimeout, [&hasTimedOut] { hasTimedOut = true; });
+    std::exception_ptr failure;
+    try {
+        co_await performLockOperation(item);
+    } catch (...) {
+        failure = std::current_exception();
+    }
+    timer.reset();
+    if (hasTimedOut) {
+        failure = std::make_exception_ptr(QuillhavenError(QuillhavenError::operationTimeout,
+                                                          QStringLiteral("Lock operation timed out after 30 seconds")));
+    }
+    if (failure) {
+        printLogger(QStringLiteral("❌ Error in lockItem (timeout or other), setting isProcessing = false for item"));
+        setItemIsProcessing(item.id, false);
+        std::rethrow_exception(failure);
+    }
+}
+
+QCoro::Task<> QuillhavenManager::performLockOperation(ProtectedItem item)
+{
+    LockWork work{m_platform.fileManager, m_platform.clock, secureStorageDirectory(), item, true};
+    auto move = [work = std::move(work)] { moveIntoStorage(work); };
+    try {
+        co_await offMainThread(std::move(move));
+    } catch (...) {
+        printLogger(QStringLiteral("❌ Error in lock operation, setting isProcessing = false for item"));
+        setItemIsProcessing(item.id, false);
+        throw;
+    }
+
+    printLogger(QStringLiteral("🔄 Updating UI state for ") + kindOf(item) + QStringLiteral(": ") + item.originalName);
+    if (ProtectedItem *live = liveItem(item.id)) {
+        live->isMounted = false;
+        live->mountedPath.reset();
+        live->isProcessing = false;
+        publishItems();
+        saveProtectedItems();
+        printLogger(QStringLiteral("✅ Updated protected items list"));
+    }
+    printLogger(QStringLiteral("✅ Set isProcessing = false for item"));
+    m_masterPasswordManager.endSession();
+}
+
+QCoro::Task<> QuillhavenManager::lockItemWithoutFileAccess(ProtectedItem item)
+{
+    LockWork work{m_platform.fileManager, m_platform.clock, secureStorageDirectory(), item, false};
+    auto move = [work = std::move(work)] { moveIntoStorage(work); };
+    co_await offMainThread(std::move(move));
+
+    if (ProtectedItem *live = liveItem(item.id)) {
+        live->isMounted = false;
+        live->mountedPath.reset();
+        publishItems();
+        saveProtectedItems();
+    }
+}
+
+} // namespace quillhaven

@@ -1,0 +1,166 @@
+// Protecting moves an item into private storage and records it. Nothing is undone on a failure; what stands after each
+// step, also when the process dies there:
+//
+// | After         | Original place | Private storage | Documents | Credential | Catalogue     |
+// |---------------|----------------|-----------------|-----------|------------|---------------|
+// | the move      | empty          | real data       | nothing   | none       | no record     |
+// | the container | empty          | real data       | container | none       | no record     |
+// | placeholder   | placeholder    | real data       | container | none       | no record     |
+// | credential    | placeholder    | real data       | container | stored     | no record     |
+// | the save      | placeholder    | real data       | container | stored     | record, saved |
+//
+// Until the save, the data is known only by its name in private storage: no record points to it.
+
+#include "catalogue/QuillhavenError.h"
+#include "credentials/MasterPasswordManager.h"
+#include "engine/Paths.h"
+#include "engine/PlaceholderFile.h"
+#include "engine/QuillhavenManager.h"
+#include "formats/SecuredContainer.h"
+#include "platform/FileManager.h"
+#include "platform/OffMainThread.h"
+#include "platform/printLogger.h"
+
+namespace quillhaven {
+
+namespace {
+
+/// Everything the file work needs, by value or by reference to what outlives it.
+struct ProtectionWork
+{
+    FileManager &files;
+    RandomSource &random;
+    UserDirectories directories;
+    QString secureStorage;
+    QString path;
+    QString password;
+};
+
+QString sanitizedName(QString name)
+{
+    for (const QChar forbidden : QStringLiteral(":/\\*?\"<>|")) {
+        name.replace(forbidden, QLatin1Char('_'));
+    }
+    return name;
+}
+
+QString freeBackupPath(const FileManager &files, const QString &secureStorage, const QString &id)
+{
+    const QString base = pathInDirectory(secureStorage, id + QStringLiteral("_original"));
+    QString candidate = base;
+    for (int counter = 1; files.fileExists(candidate); ++counter) {
+        candidate = base + QLatin1Char('_') + QString::number(counter);
+    }
+    return candidate;
+}
+
+void writeContainer(const ProtectionWork &work, const ProtectedItem &item)
+{
+    if (item.isFolder) {
+        const QByteArray marker = secured_container::folderMarker(item.originalBackupPath);
+        const auto bytes = std::as_bytes(std::span(marker.constData(), static_cast<size_t>(marker.size())));
+        work.files.writeFile(item.containerPath, bytes);
+        return;
+    }
+    createEncryptedContainer(work.files, work.random, work.directories, item.originalBackupPath, item.containerPath,
+                             work.password, item.id);
+}
+
+/// Moves the item and writes its container and placeholder. The new record, not yet in the catalogue.
+ProtectedItem moveIntoProtection(const ProtectionWork &work, bool useTouchID)
+{
+    if (!work.files.fileExists(work.path)) {
+        throw QuillhavenError(QuillhavenError::itemNotFound);
+    }
+    // Asked before anything moves: what cannot be sealed would stay behind in private storage without a record.
+    work.files.requireProtectable(work.path);
+
+    ProtectedItem item;
+    item.id = work.random.uuidString();
+    item.originalName = lastPathComponent(work.path);
+    item.originalPath = work.path;
+    item.useTouchID = useTouchID;
+    if (!work.files.fileExists(work.secureStorage)) {
+        work.files.createDirectory(work.secureStorage);
+    }
+    item.originalBackupPath = freeBackupPath(work.files, work.secureStorage, item.id);
+    work.files.moveItem(work.path, item.originalBackupPath);
+
+    item.containerPath =
+        pathInDirectory(work.directories.documents, sanitizedName(item.originalName) + QStringLiteral(".secured"));
+    item.isFolder = work.files.isDirectory(item.originalBackupPath);
+    writeContainer(work, item);
+    writePlaceholder(work.files, work.path);
+    return item;
+}
+
+} // namespace
+
+QuillhavenManager::CanProtect QuillhavenManager::canProtectItem(QString path) const
+{
+    const FileManager &files = m_platform.fileManager;
+    if (!files.fileExists(path)) {
+        return {false, QStringLiteral("File or folder does not exist")};
+    }
+    const QString name = lastPathComponent(path);
+    const QString parent = parentDirectory(path);
+    for (const ProtectedItem &item : m_protectedItems) {
+        if (item.originalName == name && item.originalPath.startsWith(parent)) {
+            return {false, QStringLiteral("Item is already protected")};
+        }
+    }
+    if (!files.isWritableFile(m_platform.directories.temporary)) {
+        return {false, QStringLiteral("Cannot write to temporary directory. Please check app permissions.")};
+    }
+    if (!files.isWritableFile(m_platform.directories.documents)) {
+        return {false, QStringLiteral("Cannot write to Documents folder. Please check app permissions.")};
+    }
+    return {true, std::nullopt};
+}
+
+QCoro::Task<> QuillhavenManager::protectItem(QString path, QString password, bool useTouchID)
+{
+    if (!co_await m_masterPasswordManager.requireAuthenticationOrCancel()) {
+        co_return;
+    }
+    setIsProcessing(true);
+    try {
+        if (!m_platform.fileManager.fileExists(path)) {
+            throw QuillhavenError(QuillhavenError::itemNotFound);
+        }
+        const QString granted = co_await requestFileAccess(path);
+        printLogger(QStringLiteral("File access granted for: ") + granted);
+        co_await protectItemWithAccessibleURL(granted, password, useTouchID);
+    } catch (...) {
+        setIsProcessing(false);
+        throw;
+    }
+    // The flag stays set after a success; no view reads it, and the next failure clears it.
+    m_masterPasswordManager.endSession();
+}
+
+QCoro::Task<> QuillhavenManager::protectItemWithAccessibleURL(QString path, QString password, bool useTouchID)
+{
+    ProtectionWork work{
+        m_platform.fileManager, m_platform.random, m_platform.directories, secureStorageDirectory(), path, password};
+    auto move = [work = std::move(work), useTouchID] { return moveIntoProtection(work, useTouchID); };
+    const ProtectedItem item = co_await offMainThread(std::move(move));
+
+    if (!item.isFolder) {
+        const bool storesTouchIDKey = useTouchID && enableTouchID();
+        auto store = [keychain = m_keychain, id = item.id, password, storesTouchIDKey] {
+            if (storesTouchIDKey) {
+                keychain->storeTouchIDKey(id);
+            } else {
+                keychain->storePassword(password, id);
+            }
+        };
+        co_await offMainThread(m_platform.credentialQueue, std::move(store));
+    }
+
+    m_protectedItems.append(item);
+    publishItems();
+    saveProtectedItems();
+}
+
+} // namespace quillhaven

@@ -1,0 +1,46 @@
+#include "engine/QuillhavenManager.h"
+
+#include "catalogue/DefaultsKeys.h"
+#include "credentials/MasterPasswordManager.h"
+#include "platform/UserDefaults.h"
+
+namespace quillhaven {
+
+QuillhavenManager::QuillhavenManager(const Platform &platform, MasterPasswordManager &masterPasswordManager,
+                                     PasswordInputDialogManager &passwordInputDialogManager, QObject *parent)
+    : QObject(parent),
+      m_platform(platform),
+      m_keychain(std::make_shared<KeychainManager>(platform.credentials, platform.random, keychainServiceName)),
+      m_masterPasswordManager(masterPasswordManager),
+      m_passwordInputDialogManager(passwordInputDialogManager)
+{
+    migrateBackupFiles();
+    loadProtectedItems();
+}
+
+QuillhavenManager::~QuillhavenManager() = default;
+
+bool QuillhavenManager::enableTouchID() const
+{
+    return m_platform.defaults.standard().boolForKey(defaults_keys::enableTouchID).value_or(true);
+}
+
+bool QuillhavenManager::enforceStrongPasswords() const
+{
+    return m_platform.defaults.standard().boolForKey(defaults_keys::enforceStrongPasswords).value_or(true);
+}
+
+bool QuillhavenManager::enableiCloudBackup() const
+{
+    return m_platform.defaults.standard().boolForKey(defaults_keys::enableiCloudBackup).value_or(false);
+}
+
+void QuillhavenManager::setIsProcessing(bool value)
+{
+    if (m_isProcessing != value) {
+        m_isProcessing = value;
+        Q_EMIT isProcessingChanged();
+    }
+}
+
+} // namespace quillhaven

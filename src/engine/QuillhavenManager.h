@@ -84,6 +84,15 @@ Q_SIGNALS:
     void protectedItemsChanged();
     void isProcessingChanged();
 
+protected:
+    // The cores of the bulk operations: they expect a place that the user has confirmed, pass no guard, set no flag and
+    // close no session. Errors are passed on as reported.
+
+    [[nodiscard]] QCoro::Task<> protectItemWithAccessibleURL(QString path, QString password, bool useTouchID);
+    [[nodiscard]] QCoro::Task<> lockItemWithoutFileAccess(ProtectedItem item);
+    [[nodiscard]] QCoro::Task<> unlockItemWithAccessibleURL(ProtectedItem item, QString accessiblePath);
+    [[nodiscard]] QCoro::Task<> removeProtectionWithAccessibleURL(ProtectedItem item, QString accessiblePath);
+
 private:
     // Catalogue.cpp
     void loadProtectedItems();
@@ -100,23 +109,28 @@ private:
     void migrateBackupFiles();
     void migrateBackupPaths();
 
+    // FileAccess.cpp
+    /// Has the user confirm the item in a panel; the confirmed path. Throws QuillhavenError::accessDenied.
+    [[nodiscard]] QCoro::Task<QString> requestFileAccess(QString path);
+
     // ItemAuthentication.cpp
     [[nodiscard]] QCoro::Task<bool> requestPasswordAuthentication(ProtectedItem item);
     [[nodiscard]] QCoro::Task<QString> authenticateWithTouchID(QString id);
     /// The check of the item's own secret; false when the user cancelled.
     [[nodiscard]] QCoro::Task<bool> authenticateForUnlock(ProtectedItem item);
 
-    // FileAccess.cpp
-    [[nodiscard]] QCoro::Task<QString> requestFileAccess(QString path);
-
-    [[nodiscard]] QCoro::Task<> protectItemWithAccessibleURL(QString path, QString password, bool useTouchID);
+    // LockItem.cpp, UnlockItem.cpp, RemoveProtection.cpp
+    enum class Logging { Off, On };
     [[nodiscard]] QCoro::Task<> performLockOperation(ProtectedItem item);
-    [[nodiscard]] QCoro::Task<> cleanUpProtection(ProtectedItem item);
+    [[nodiscard]] QCoro::Task<> performUnlockOperation(ProtectedItem item);
+    [[nodiscard]] QCoro::Task<> restoreForRemoval(ProtectedItem item, QString place);
+    [[nodiscard]] QCoro::Task<> cleanUpProtection(ProtectedItem item, Logging logging);
     void finishRemoval(const QString &id);
 
+    // The stored settings, read each time they are used.
     [[nodiscard]] bool enableTouchID() const;
-    [[nodiscard]] bool enableiCloudBackup() const;
     [[nodiscard]] bool enforceStrongPasswords() const;
+    [[nodiscard]] bool enableiCloudBackup() const;
 
     Platform m_platform;
     std::shared_ptr<KeychainManager> m_keychain;

@@ -6,8 +6,8 @@
 #include <optional>
 #include <utility>
 
-#include <QMetaObject>
 #include <QCoreApplication>
+#include <QMetaObject>
 
 namespace quillhaven {
 

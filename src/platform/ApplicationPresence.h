@@ -9,7 +9,7 @@ class ApplicationPresence
 {
 public:
     enum class ActivationPolicy {
-        Regular, ///< an ordinary application with windows in the task list
+        Regular,   ///< an ordinary application with windows in the task list
         Accessory, ///< in the background, without an entry in the task list
     };
 

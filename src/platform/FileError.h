@@ -16,7 +16,7 @@ public:
         ReadOnlyVolume,
         NotAFileOrFolder, ///< a FIFO, a socket, a device
         TooLargeForMemory,
-        InvalidName, ///< not valid UTF-8, or too long for the file system
+        InvalidName,  ///< not valid UTF-8, or too long for the file system
         NotPreserved, ///< the copy on the other file system lacks something of the original
         Other,
     };

@@ -13,7 +13,7 @@ struct OpenPanelRequest
     bool canChooseFiles = true;
     bool canChooseDirectories = false;
     QString message;
-    QString prompt; ///< label of the confirming button; the platform's own when empty
+    QString prompt;    ///< label of the confirming button; the platform's own when empty
     QString directory; ///< absolute path; the last used folder when empty
     QString preselected;
 };

@@ -17,8 +17,8 @@ QCoro::Task<> runToEnd(std::shared_ptr<std::function<QCoro::Task<>()>> job)
     try {
         co_await (*job)();
     } catch (...) {
-        printLogger(QStringLiteral("❌ A job ended with an error that nobody handled: ")
-                    + localizedDescription(std::current_exception()));
+        printLogger(QStringLiteral("❌ A job ended with an error that nobody handled: ") +
+                    localizedDescription(std::current_exception()));
     }
 }
 

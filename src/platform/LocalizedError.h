@@ -16,8 +16,7 @@ public:
     [[nodiscard]] const char *what() const noexcept override { return m_utf8.c_str(); }
 
 protected:
-    explicit LocalizedError(const QString &description)
-        : m_description(description), m_utf8(description.toStdString())
+    explicit LocalizedError(const QString &description) : m_description(description), m_utf8(description.toStdString())
     {
     }
 

@@ -6,7 +6,8 @@ namespace quillhaven {
 
 namespace {
 
-template <typename T> std::optional<T> valueOfType(const QVariant &value, QMetaType::Type type)
+template <typename T>
+std::optional<T> valueOfType(const QVariant &value, QMetaType::Type type)
 {
     if (value.typeId() != type) {
         return std::nullopt;

@@ -10,7 +10,7 @@ struct UserDirectories
     QString home;
     QString applicationSupport; ///< data of programs, kept across reboots
     QString documents;
-    QString temporary; ///< this user's alone; the system may clear it
+    QString temporary;     ///< this user's alone; the system may clear it
     QString configuration; ///< settings databases
 
     bool operator==(const UserDirectories &) const = default;

@@ -30,7 +30,7 @@ std::unique_ptr<RunningTimer> ManualClock::start(std::chrono::milliseconds delay
                                                  std::function<void()> action)
 {
     const quint64 id = m_nextId++;
-    m_entries.append(Entry{id, m_elapsed + delay, interval, std::move(action)});
+    m_entries.append(Entry{id, m_elapsed.load() + delay, interval, std::move(action)});
     return std::make_unique<ManualTimer>(*this, id);
 }
 
@@ -41,7 +41,7 @@ void ManualClock::cancel(quint64 id)
 
 void ManualClock::advance(std::chrono::milliseconds step)
 {
-    const auto end = m_elapsed + step;
+    const auto end = m_elapsed.load() + step;
     while (true) {
         const auto next = std::ranges::min_element(m_entries, {}, &Entry::due);
         if (next == m_entries.end() || next->due > end) {

@@ -4,14 +4,16 @@
 
 #include <QList>
 
+#include <atomic>
+
 namespace quillhaven::testing {
 
 /// A clock that stands still until it is advanced; timers that fall due fire in order of their time.
 class ManualClock : public Clock
 {
 public:
-    [[nodiscard]] QDateTime now() const override { return m_start.addMSecs(m_elapsed.count()); }
-    [[nodiscard]] std::chrono::nanoseconds uptime() const override { return m_elapsed; }
+    [[nodiscard]] QDateTime now() const override { return m_start.addMSecs(m_elapsed.load().count()); }
+    [[nodiscard]] std::chrono::nanoseconds uptime() const override { return m_elapsed.load(); }
     [[nodiscard]] std::unique_ptr<RunningTimer> startOneShot(std::chrono::milliseconds delay,
                                                              std::function<void()> action) override;
     [[nodiscard]] std::unique_ptr<RunningTimer> startRepeating(std::chrono::milliseconds interval,
@@ -36,7 +38,7 @@ private:
     void cancel(quint64 id);
 
     QDateTime m_start = QDateTime(QDate(2026, 1, 1), QTime(12, 0), Qt::UTC);
-    std::chrono::milliseconds m_elapsed{};
+    std::atomic<std::chrono::milliseconds> m_elapsed{std::chrono::milliseconds(0)}; ///< workers read the uptime
     quint64 m_nextId = 1;
     QList<Entry> m_entries;
 };

@@ -88,7 +88,8 @@ private:
 };
 
 /// Runs a task to its end and returns its result, or throws what it threw.
-template <typename T> T runTask(QCoro::Task<T> task)
+template <typename T>
+T runTask(QCoro::Task<T> task)
 {
     return RunningTask<T>(std::move(task)).wait();
 }
