@@ -1,0 +1,40 @@
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <vector>
+
+namespace quillhaven {
+
+class ApplicationPresence;
+class Clock;
+class LaunchContextManager;
+class RunningTimer;
+
+/// What the main window's content does each time it appears. Main thread only.
+class quillhavenApp
+{
+public:
+    /// `checkForPendingActions` is run at each appearance, each time the application becomes active, and once a second
+    /// from an appearance on; it may be empty. The references outlive this object.
+    quillhavenApp(LaunchContextManager &launchContext, ApplicationPresence &presence, Clock &clock,
+                  std::function<void()> checkForPendingActions);
+    ~quillhavenApp();
+
+    /// The content of the main window appeared. Every further appearance adds one more one-second timer.
+    void contentAppeared();
+    /// The application came to the foreground.
+    void applicationDidBecomeActive();
+
+private:
+    void handleMainWindowAppearance();
+    void checkForPendingActions() const;
+
+    LaunchContextManager &m_launchContext;
+    ApplicationPresence &m_presence;
+    Clock &m_clock;
+    std::function<void()> m_checkForPendingActions;
+    std::vector<std::unique_ptr<RunningTimer>> m_timers; ///< never cancelled while the program runs
+};
+
+} // namespace quillhaven

@@ -1,0 +1,252 @@
+#include "platform/ApplicationPresence.h"
+#include "shell/AppDelegate.h"
+#include "shell/LaunchContextManager.h"
+#include "shell/quillhavenApp.h"
+#include "support/LogCapture.h"
+#include "support/ManualClock.h"
+#include "support/RunTask.h"
+
+#include <gtest/gtest.h>
+
+using namespace quillhaven;
+using namespace quillhaven::testing;
+using namespace std::chrono_literals;
+
+namespace {
+
+/// Keeps what the desktop would show.
+class RecordingPresence : public ApplicationPresence
+{
+public:
+    [[nodiscard]] ActivationPolicy activationPolicy() const override { return policy; }
+    void setActivationPolicy(ActivationPolicy newPolicy) override { policy = newPolicy; }
+    void activate() override { ++activations; }
+    void hide() override { isHidden = true; }
+    bool makeKeyAndOrderFront(const QString &title) override
+    {
+        if (title != windowTitle) {
+            return false;
+        }
+        isHidden = false;
+        ++ordersToFront;
+        return true;
+    }
+    [[nodiscard]] bool hasVisibleWindows() const override { return !isHidden; }
+    void terminate() override {}
+
+    ActivationPolicy policy = ActivationPolicy::Regular;
+    QString windowTitle = QStringLiteral("Quillhaven");
+    bool isHidden = false;
+    int activations = 0;
+    int ordersToFront = 0;
+};
+
+QStringList arguments(const char *argument = nullptr)
+{
+    QStringList list{QStringLiteral("/usr/bin/quillhaven")};
+    if (argument) {
+        list.append(QString::fromLatin1(argument));
+    }
+    return list;
+}
+
+class Launch : public ::testing::Test
+{
+protected:
+    LaunchConnections connections(LaunchContextManager &context)
+    {
+        LaunchConnections all;
+        all.launchContext = [this, &context] {
+            order.append(QStringLiteral("context"));
+            return &context;
+        };
+        const auto step = [this](const char *name) {
+            return [this, name] { order.append(QString::fromLatin1(name)); };
+        };
+        all.setupMenuBar = step("menu bar");
+        all.startAutoLockManager = step("auto-lock");
+        all.startSmartAutoLockManager = step("smart auto-lock");
+        all.activateFinderExtension = step("extension");
+        all.performBackgroundUpdateCheck = [this]() -> QCoro::Task<> {
+            order.append(QStringLiteral("update check"));
+            co_return;
+        };
+        all.synchronizeLaunchAtLogin = [this]() -> QCoro::Task<> {
+            order.append(QStringLiteral("login synchronisation"));
+            co_return;
+        };
+        all.clearLaunchAtLoginServiceManager = step("clear login manager");
+        all.cleanupMenuBar = step("clean menu bar");
+        return all;
+    }
+
+    RecordingPresence presence;
+    ManualClock clock;
+    LogCapture log;
+    QStringList order;
+};
+
+} // namespace
+
+TEST_F(Launch, ContextIsUserActivationWithoutALoginArgument)
+{
+    const LaunchContextManager context(arguments(), presence);
+    EXPECT_EQ(context.currentContext(), LaunchContext::userActivation);
+    EXPECT_FALSE(context.shouldStartInBackground());
+    EXPECT_TRUE(context.shouldShowMainWindow());
+    EXPECT_EQ(context.contextDescription(), QStringLiteral("User Activation"));
+}
+
+TEST_F(Launch, EachOfTheThreeArgumentsMeansALoginItem)
+{
+    for (const char *argument : {"-psn_", "--login-item", "-loginItem"}) {
+        const LaunchContextManager context(arguments(argument), presence);
+        EXPECT_EQ(context.currentContext(), LaunchContext::loginItem) << argument;
+        EXPECT_TRUE(context.shouldStartInBackground()) << argument;
+        EXPECT_FALSE(context.shouldShowMainWindow()) << argument;
+    }
+}
+
+TEST_F(Launch, ArgumentThatOnlyBeginsLikeALoginArgumentCountsAsTheUsersStart)
+{
+    const LaunchContextManager context(arguments("-psn_0_12345"), presence);
+    EXPECT_EQ(context.currentContext(), LaunchContext::userActivation);
+}
+
+TEST_F(Launch, UnknownContextBehavesAsALoginLaunch)
+{
+    LaunchContextManager context(arguments(), presence);
+    context.updateContext(LaunchContext::unknown);
+    EXPECT_TRUE(context.shouldStartInBackground());
+    EXPECT_FALSE(context.shouldShowMainWindow());
+    EXPECT_EQ(context.contextDescription(), QStringLiteral("Unknown"));
+}
+
+TEST_F(Launch, EveryContextHasItsTwoForms)
+{
+    LaunchContextManager context(arguments(), presence);
+    QStringList forms;
+    for (const LaunchContext each : allLaunchContexts) {
+        context.updateContext(each);
+        forms << description(each) << context.contextDescription();
+    }
+    EXPECT_EQ(forms.join(QLatin1Char('|')),
+              QStringLiteral("userActivation|User Activation|loginItem|Login Item|systemRestart|System Restart|"
+                             "unknown|Unknown"));
+}
+
+TEST_F(Launch, ShowAndHideOfTheManagerSetTheFlagAndTheApplication)
+{
+    LaunchContextManager context(arguments(), presence);
+    context.hideMainWindow();
+    EXPECT_FALSE(context.shouldShowMainWindow());
+    EXPECT_TRUE(presence.isHidden);
+    context.showMainWindow();
+    EXPECT_TRUE(context.shouldShowMainWindow());
+    EXPECT_EQ(presence.activations, 1);
+}
+
+TEST_F(Launch, ServicesStartInOrderAndTheJobsOnlyAfterTheLaunch)
+{
+    LaunchContextManager context(arguments(), presence);
+    AppDelegate delegate(presence, connections(context));
+    delegate.applicationDidFinishLaunching();
+    EXPECT_EQ(order.join(QLatin1Char('|')), QStringLiteral("context|menu bar|auto-lock|smart auto-lock|extension"));
+    EXPECT_EQ(log.lines().join(QLatin1Char('|')),
+              QStringLiteral("AutoLockManager and SmartAutoLockManager initialized|App launched by user activation"));
+    log.clear();
+    spinOnce();
+    EXPECT_EQ(order.mid(5).join(QLatin1Char('|')), QStringLiteral("update check|login synchronisation"));
+    EXPECT_EQ(log.lines().join(QLatin1Char('|')),
+              QStringLiteral("🔄 Starting background update check...|🔄 Background update check requested|"
+                             "✅ Background update check completed|"
+                             "LaunchAtLoginServiceManager: Successfully initialized and synchronized"));
+}
+
+TEST_F(Launch, LoginLaunchRunsAllServicesAndStaysHidden)
+{
+    LaunchContextManager context(arguments("--login-item"), presence);
+    AppDelegate delegate(presence, connections(context));
+    quillhavenApp app(context, presence, clock, {});
+    delegate.applicationDidFinishLaunching();
+    app.contentAppeared();
+    clock.advance(100ms);
+    EXPECT_EQ(order.size(), 5);
+    EXPECT_EQ(presence.policy, ApplicationPresence::ActivationPolicy::Accessory);
+    EXPECT_TRUE(presence.isHidden);
+    EXPECT_EQ(presence.ordersToFront, 0);
+    EXPECT_TRUE(log.contains(QStringLiteral("App launched in background mode (login item)")));
+}
+
+TEST_F(Launch, UserLaunchOrdersTheWindowToTheFrontATenthOfASecondAfterItAppears)
+{
+    LaunchContextManager context(arguments(), presence);
+    quillhavenApp app(context, presence, clock, {});
+    app.contentAppeared();
+    clock.advance(99ms);
+    EXPECT_EQ(presence.ordersToFront, 0);
+    clock.advance(1ms);
+    EXPECT_EQ(presence.ordersToFront, 1);
+}
+
+TEST_F(Launch, ReopenAfterALoginLaunchTurnsItIntoARegularApplicationWithTheWindowInFront)
+{
+    LaunchContextManager context(arguments("-loginItem"), presence);
+    AppDelegate delegate(presence, connections(context));
+    delegate.applicationDidFinishLaunching();
+    EXPECT_TRUE(delegate.applicationShouldHandleReopen(false));
+    EXPECT_TRUE(context.shouldShowMainWindow());
+    EXPECT_EQ(presence.policy, ApplicationPresence::ActivationPolicy::Regular);
+    EXPECT_EQ(presence.ordersToFront, 1);
+    EXPECT_FALSE(presence.isHidden);
+}
+
+TEST_F(Launch, ReopenWithVisibleWindowsChangesNothing)
+{
+    LaunchContextManager context(arguments(), presence);
+    AppDelegate delegate(presence, connections(context));
+    EXPECT_TRUE(delegate.applicationShouldHandleReopen(true));
+    EXPECT_EQ(presence.activations, 0);
+    EXPECT_EQ(presence.ordersToFront, 0);
+}
+
+TEST_F(Launch, WindowOfAnotherTitleIsNotBroughtForwardWhileTheApplicationIsActivated)
+{
+    presence.windowTitle = QStringLiteral("Quillhaven 2");
+    LaunchContextManager context(arguments(), presence);
+    AppDelegate delegate(presence, connections(context));
+    quillhavenApp app(context, presence, clock, {});
+    app.contentAppeared();
+    clock.advance(100ms);
+    delegate.applicationShouldHandleReopen(false);
+    EXPECT_EQ(presence.ordersToFront, 0);
+    EXPECT_EQ(presence.activations, 1);
+}
+
+TEST_F(Launch, EveryAppearanceAddsOneMoreOneSecondCheck)
+{
+    LaunchContextManager context(arguments(), presence);
+    int checks = 0;
+    quillhavenApp app(context, presence, clock, [&checks] { ++checks; });
+    app.contentAppeared();
+    EXPECT_EQ(checks, 1);
+    clock.advance(1000ms);
+    EXPECT_EQ(checks, 2);
+    app.contentAppeared();
+    EXPECT_EQ(checks, 3);
+    clock.advance(1000ms);
+    EXPECT_EQ(checks, 5);
+    app.applicationDidBecomeActive();
+    EXPECT_EQ(checks, 6);
+}
+
+TEST_F(Launch, TerminationClearsTheLoginManagerThenTheMenuBarThenTheContext)
+{
+    LaunchContextManager context(arguments(), presence);
+    AppDelegate delegate(presence, connections(context));
+    delegate.applicationDidFinishLaunching();
+    order.clear();
+    delegate.applicationWillTerminate();
+    EXPECT_EQ(order.join(QLatin1Char('|')), QStringLiteral("clear login manager|clean menu bar"));
+    EXPECT_EQ(delegate.launchContext(), nullptr);
+}
