@@ -1,7 +1,10 @@
 # quillhaven_test(NAME LABEL label SOURCES... [LINKS targets...] [RUNNER command...] [TIMEOUT seconds])
 #
 # One GoogleTest program, registered as one CTest test. Labels: unit, component (a real service on a private bus),
-# fault, kill, window. RUNNER is put in front of the program, such as a script that starts the service.
+# fault, kill, window. RUNNER is put in front of the program, such as a script that starts the service. A sanitized build
+# puts QUILLHAVEN_TEST_PREFIX in front of names and labels, so that one run of ctest can hold several builds.
+set(QUILLHAVEN_TEST_PREFIX "" CACHE STRING "Put in front of every test's name and label, such as asan-")
+
 function(quillhaven_test name)
   cmake_parse_arguments(ARG "" "LABEL;TIMEOUT" "SOURCES;LINKS;RUNNER" ${ARGN})
   if(NOT ARG_TIMEOUT)
@@ -10,6 +13,7 @@ function(quillhaven_test name)
   add_executable(${name} ${ARG_SOURCES})
   target_include_directories(${name} PRIVATE ${PROJECT_SOURCE_DIR}/tests)
   target_link_libraries(${name} PRIVATE quillhaven_test_support quillhaven_options ${ARG_LINKS} GTest::gmock)
-  add_test(NAME ${name} COMMAND ${ARG_RUNNER} $<TARGET_FILE:${name}>)
-  set_tests_properties(${name} PROPERTIES LABELS "${ARG_LABEL}" TIMEOUT ${ARG_TIMEOUT})
+  set(test ${QUILLHAVEN_TEST_PREFIX}${name})
+  add_test(NAME ${test} COMMAND ${ARG_RUNNER} $<TARGET_FILE:${name}>)
+  set_tests_properties(${test} PROPERTIES LABELS "${QUILLHAVEN_TEST_PREFIX}${ARG_LABEL}" TIMEOUT ${ARG_TIMEOUT})
 endfunction()
