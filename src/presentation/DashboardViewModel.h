@@ -1,0 +1,193 @@
+#pragma once
+
+#include "catalogue/ProtectedItem.h"
+#include "platform/Platform.h"
+#include "presentation/ProtectedItemsModel.h"
+#include "presentation/SearchFilterBar.h"
+#include "presentation/dialogs/ErrorDialogManager.h"
+#include "presentation/dialogs/RemoveProtectionDialogManager.h"
+
+#include <QCoroTask>
+#include <QObject>
+#include <QSet>
+
+#include <exception>
+#include <memory>
+#include <optional>
+#include <vector>
+
+namespace quillhaven {
+
+class ConfirmationDialogManager;
+class MasterPasswordDialogManager;
+class MasterPasswordManager;
+class PasswordInputDialogManager;
+class ProtectionMethodDialogManager;
+class QuillhavenManager;
+class RunningTimer;
+
+/// The questions that the dashboard asks through the program's shared dialogs.
+struct DashboardDialogs
+{
+    ConfirmationDialogManager &confirmation;
+    ProtectionMethodDialogManager &protectionMethod;
+    PasswordInputDialogManager &passwordInput;
+    MasterPasswordDialogManager &masterPassword;
+};
+
+/// The state and the operations of the main window's content. It owns no item: the list is the engine's, and what it
+/// shows of it is derived anew at each change. Main thread only.
+class DashboardViewModel : public QObject
+{
+    Q_OBJECT
+    // The search and filter bar. A filter is told by the label of its case.
+    Q_PROPERTY(QString searchText READ searchText WRITE setSearchText NOTIFY stateChanged)
+    Q_PROPERTY(QString statusFilter READ statusFilter WRITE setStatusFilter NOTIFY stateChanged)
+    Q_PROPERTY(QString authFilter READ authFilter WRITE setAuthFilter NOTIFY stateChanged)
+    Q_PROPERTY(QString typeFilter READ typeFilter WRITE setTypeFilter NOTIFY stateChanged)
+    Q_PROPERTY(QString sortOption READ sortOption WRITE setSortOption NOTIFY stateChanged)
+    Q_PROPERTY(QStringList statusFilters READ statusFilters CONSTANT)
+    Q_PROPERTY(QStringList authFilters READ authFilters CONSTANT)
+    Q_PROPERTY(QStringList typeFilters READ typeFilters CONSTANT)
+    Q_PROPERTY(QStringList sortOptions READ sortOptions CONSTANT)
+    Q_PROPERTY(bool hasActiveFilters READ hasActiveFilters NOTIFY stateChanged)
+    Q_PROPERTY(QString adaptiveCTAText READ getAdaptiveCTAText NOTIFY stateChanged)
+    Q_PROPERTY(bool showFilters READ showFilters NOTIFY stateChanged)
+    Q_PROPERTY(bool hasNoResults READ hasNoResults NOTIFY stateChanged)
+    // The cards
+    Q_PROPERTY(int protectedItemsCount READ protectedItemsCount NOTIFY stateChanged)
+    Q_PROPERTY(int currentlyUnlockedCount READ currentlyUnlockedCount NOTIFY stateChanged)
+    Q_PROPERTY(int touchIDProtectedCount READ touchIDProtectedCount NOTIFY stateChanged)
+    Q_PROPERTY(int passwordProtectedCount READ passwordProtectedCount NOTIFY stateChanged)
+    Q_PROPERTY(QString statisticsNote READ statisticsNote NOTIFY stateChanged)
+    // The toolbar
+    Q_PROPERTY(QString versionText READ versionText CONSTANT)
+    Q_PROPERTY(QString masterPasswordText READ masterPasswordText NOTIFY masterPasswordTextChanged)
+    Q_PROPERTY(QString protectingText READ protectingText NOTIFY protectingTextChanged)
+    Q_PROPERTY(bool showingFilePicker READ showingFilePicker NOTIFY showingFilePickerChanged)
+    // Errors
+    Q_PROPERTY(bool showingError READ showingError NOTIFY errorChanged)
+    Q_PROPERTY(QString errorMessage READ errorMessage NOTIFY errorChanged)
+    // The list and the dialogs of its own
+    Q_PROPERTY(quillhaven::ProtectedItemsModel *items READ items CONSTANT)
+    Q_PROPERTY(quillhaven::ErrorDialogManager *errorDialogManager READ errorDialogManager CONSTANT)
+    Q_PROPERTY(quillhaven::RemoveProtectionDialogManager *removeProtectionDialogManager READ
+                   removeProtectionDialogManager CONSTANT)
+
+public:
+    /// The references outlive this object, and so do the jobs that it starts.
+    DashboardViewModel(const Platform &platform, QuillhavenManager &quillhavenManager,
+                       MasterPasswordManager &masterPasswordManager, const DashboardDialogs &dialogs,
+                       QObject *parent = nullptr);
+    ~DashboardViewModel() override;
+
+    [[nodiscard]] QString searchText() const { return m_filters.searchText; }
+    [[nodiscard]] QString statusFilter() const;
+    [[nodiscard]] QString authFilter() const;
+    [[nodiscard]] QString typeFilter() const;
+    [[nodiscard]] QString sortOption() const;
+    [[nodiscard]] QStringList statusFilters() const { return statusFilterLabels(); }
+    [[nodiscard]] QStringList authFilters() const { return authFilterLabels(); }
+    [[nodiscard]] QStringList typeFilters() const { return typeFilterLabels(); }
+    [[nodiscard]] QStringList sortOptions() const { return sortOptionLabels(); }
+    void setSearchText(const QString &value);
+    /// A label that names no case changes nothing; the same for the three below.
+    void setStatusFilter(const QString &label);
+    void setAuthFilter(const QString &label);
+    void setTypeFilter(const QString &label);
+    void setSortOption(const QString &label);
+
+    [[nodiscard]] bool hasActiveFilters() const { return m_filters.hasActiveFilters(); }
+    [[nodiscard]] QString getAdaptiveCTAText() const { return m_filters.getAdaptiveCTAText(); }
+    /// Lifts the search and the filters; the order stays.
+    Q_INVOKABLE void clearAllFilters();
+    /// What the list shows, in its order.
+    [[nodiscard]] QList<ProtectedItem> filteredAndSortedItems() const;
+    [[nodiscard]] bool showFilters() const;
+    [[nodiscard]] bool hasNoResults() const;
+
+    /// The counts describe every item, or what is shown while a filter is active.
+    [[nodiscard]] int protectedItemsCount() const;
+    [[nodiscard]] int currentlyUnlockedCount() const;
+    [[nodiscard]] int touchIDProtectedCount() const;
+    [[nodiscard]] int passwordProtectedCount() const;
+    [[nodiscard]] QString statisticsNote() const;
+
+    /// "v" and the application's version, "v1.0" when that is not known.
+    [[nodiscard]] QString versionText() const;
+    [[nodiscard]] QString masterPasswordText() const;
+    /// Names what is being protected at present; empty when nothing is.
+    [[nodiscard]] QString protectingText() const;
+    [[nodiscard]] bool showingFilePicker() const { return m_showingFilePicker; }
+
+    [[nodiscard]] bool showingError() const { return m_errorDialogManager.isPresented(); }
+    [[nodiscard]] QString errorMessage() const { return m_errorMessage; }
+
+    [[nodiscard]] ProtectedItemsModel *items() { return &m_items; }
+    [[nodiscard]] ErrorDialogManager *errorDialogManager() { return &m_errorDialogManager; }
+    [[nodiscard]] RemoveProtectionDialogManager *removeProtectionDialogManager() { return &m_removeDialogManager; }
+
+    // DashboardActions.cpp. Each starts a job and returns at once.
+
+    /// "Protect New Item": lets the user choose, then asks how to protect it. Ignored while the panel is open.
+    Q_INVOKABLE void protectNewItem();
+    /// Asks how to protect the item, or says why it cannot be protected.
+    void handleFileSelection(const QString &path);
+    void showProtectionDialog(const QString &path);
+    void showPasswordDialog(const QString &path, bool useTouchID);
+    /// Locks an unlocked item and unlocks a locked one. Ignored while a job of this window runs for the item.
+    Q_INVOKABLE void onToggleLock(const QString &id);
+    /// Asks, then removes the item's protection.
+    Q_INVOKABLE void askToRemove(const QString &id);
+    void onRemove(const QString &id);
+    Q_INVOKABLE void copyPathToClipboard(const QString &id);
+    /// Lets the user choose a master password, the first one or another one.
+    Q_INVOKABLE void chooseMasterPassword();
+
+Q_SIGNALS:
+    /// The list, the filters, or what is derived from the two.
+    void stateChanged();
+    void masterPasswordTextChanged();
+    void protectingTextChanged();
+    void showingFilePickerChanged();
+    void errorChanged();
+
+private:
+    class BusyItem;
+    class ProtectingName;
+
+    template <typename Change>
+    void changeFilters(Change change);
+    void refresh();
+    [[nodiscard]] QList<ProtectedItem> countedItems() const;
+    [[nodiscard]] std::optional<ProtectedItem> liveItem(const QString &id) const;
+
+    [[nodiscard]] QCoro::Task<> runFilePicker();
+    [[nodiscard]] QCoro::Task<> askForProtectionMethod(QString path);
+    [[nodiscard]] QCoro::Task<> protect(QString path, QString password, bool useTouchID);
+    [[nodiscard]] QCoro::Task<> toggleLock(QString id, bool wasMounted);
+    [[nodiscard]] QCoro::Task<> remove(QString id);
+    [[nodiscard]] QCoro::Task<> setMasterPassword(QString password);
+    void startEndOfSession();
+    /// The one route of every failure to the user; a cancelled authentication is only logged.
+    void report(const std::exception_ptr &failure);
+    void showError(const QString &message);
+
+    Platform m_platform;
+    QuillhavenManager &m_quillhavenManager;
+    MasterPasswordManager &m_masterPasswordManager;
+    DashboardDialogs m_dialogs;
+
+    SearchFilterBar m_filters;
+    ProtectedItemsModel m_items;
+    ErrorDialogManager m_errorDialogManager;
+    RemoveProtectionDialogManager m_removeDialogManager;
+    QString m_errorMessage;
+    bool m_showingFilePicker = false;
+    QSet<QString> m_busyItems;     ///< ids for which a job of this window runs
+    QStringList m_protectingNames; ///< in the order in which their jobs began
+    std::vector<std::unique_ptr<RunningTimer>> m_copyTimers;
+    size_t m_firedCopyTimers = 0;
+};
+
+} // namespace quillhaven

@@ -1,0 +1,20 @@
+#pragma once
+
+#include "catalogue/ProtectedItem.h"
+
+namespace quillhaven::finder_row {
+
+/// The symbol of a file, told by its name alone.
+[[nodiscard]] QString fileIcon(const QString &originalName);
+/// The symbol in front of the row.
+[[nodiscard]] QString leadingIcon(const ProtectedItem &item);
+/// The folder of an item, with "~" for the home folder, and its middle left out when it has more than 40 characters.
+[[nodiscard]] QString shortenedPath(const QString &originalPath, const QString &homePath);
+
+/// The button that locks or unlocks.
+[[nodiscard]] QString toggleLockText(const ProtectedItem &item);
+[[nodiscard]] QString toggleLockIcon(const ProtectedItem &item);
+/// What a screen reader says for the row.
+[[nodiscard]] QString accessibleText(const ProtectedItem &item);
+
+} // namespace quillhaven::finder_row

@@ -1,0 +1,64 @@
+#pragma once
+
+#include <QObject>
+
+#include <memory>
+
+QT_BEGIN_NAMESPACE
+class QQmlApplicationEngine;
+class QQuickWindow;
+QT_END_NAMESPACE
+
+namespace quillhaven {
+
+class BiometricAuthenticator;
+class ConfirmationDialogManager;
+class DashboardViewModel;
+class MasterPasswordDialogManager;
+class PasswordInputDialog;
+class PasswordInputDialogManager;
+class ProtectionMethodDialogManager;
+
+/// What the window shows.
+struct MainWindowModels
+{
+    DashboardViewModel &dashboard;
+    ConfirmationDialogManager &confirmation;
+    ProtectionMethodDialogManager &protectionMethod;
+    PasswordInputDialogManager &passwordInput;
+    PasswordInputDialog &passwordInputState;
+    MasterPasswordDialogManager &masterPassword;
+    BiometricAuthenticator &biometrics;
+};
+
+/// The program's one window, titled `mainWindowTitle`. It is built hidden; closing it never destroys it.
+class MainWindow : public QObject
+{
+    Q_OBJECT
+
+public:
+    /// Builds the window, hidden. The references outlive this object. Ends the program with a message when the window
+    /// cannot be built, which only a broken build can cause.
+    explicit MainWindow(const MainWindowModels &models, QObject *parent = nullptr);
+    ~MainWindow() override;
+
+    void show();
+    void hide();
+    [[nodiscard]] bool isVisible() const;
+    [[nodiscard]] QQuickWindow *window() const { return m_window; }
+
+    bool eventFilter(QObject *watched, QEvent *event) override;
+
+Q_SIGNALS:
+    /// The window came to the screen; again after each hiding.
+    void contentAppeared();
+    /// The user closed the window, which is still on the screen. Whoever ends the program on this calls
+    /// `QCoreApplication::exit`: the window refuses the close events that `quit` sends.
+    void closeRequested();
+
+private:
+    std::unique_ptr<QQmlApplicationEngine> m_engine;
+    QQuickWindow *m_window = nullptr;
+};
+
+} // namespace quillhaven
