@@ -1,0 +1,196 @@
+#include "catalogue/CatalogueJson.h"
+#include "catalogue/DefaultsKeys.h"
+#include "support/EngineHarness.h"
+
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+
+using namespace quillhaven;
+using namespace quillhaven::testing;
+
+namespace {
+
+ProtectedItem sampleItem(const QString &id, const QString &original, const QString &backup)
+{
+    ProtectedItem item;
+    item.id = id;
+    item.originalName = QStringLiteral("report.pdf");
+    item.originalPath = original;
+    item.containerPath = QStringLiteral("/home/u/Documents/report.pdf.secured");
+    item.originalBackupPath = backup;
+    return item;
+}
+
+class Catalogue : public ::testing::Test
+{
+protected:
+    void storeJson(const QByteArray &json) { services.defaults.standard().setData(defaults_keys::protectedItems, json); }
+    QByteArray storedJson() { return services.defaults.standard().dataForKey(defaults_keys::protectedItems).value(); }
+    QByteArray sharedJson()
+    {
+        return services.defaults.suite(defaults_keys::sharedSuite)->dataForKey(defaults_keys::protectedItems).value();
+    }
+
+    TestPlatform services;
+    LogCapture log;
+};
+
+} // namespace
+
+TEST_F(Catalogue, RecordsComeBackAsTheyWereWritten)
+{
+    ProtectedItem first = sampleItem(QStringLiteral("A"), QStringLiteral("/a \"b\"\n\u202e😀"), QStringLiteral("/p"));
+    first.isFolder = true;
+    first.isProcessing = true;
+    ProtectedItem second = sampleItem(QStringLiteral("B"), QStringLiteral("/c"), QStringLiteral("/q"));
+    second.useTouchID = true;
+    second.isMounted = true;
+    second.mountedPath = QStringLiteral("/c");
+    const QList<ProtectedItem> items{first, second};
+    EXPECT_EQ(decodeProtectedItems(encodeProtectedItems(items)), items);
+}
+
+TEST_F(Catalogue, EveryFieldIsAKeyOfItsOwnNameAndAnAbsentMountedPathIsLeftOut)
+{
+    const ProtectedItem item = sampleItem(QStringLiteral("A"), QStringLiteral("/a"), QStringLiteral("/p"));
+    const QJsonObject object = QJsonDocument::fromJson(encodeProtectedItems({item})).array().at(0).toObject();
+    QStringList keys = object.keys();
+    keys.sort();
+    EXPECT_EQ(keys.join(QLatin1Char(' ')),
+              QStringLiteral("containerPath id isFolder isMounted isProcessing originalBackupPath originalName "
+                             "originalPath useTouchID"));
+}
+
+TEST_F(Catalogue, ListInWhichOneRecordLacksAFieldLoadsAsAnEmptyList)
+{
+    const QString there = services.home.write(QStringLiteral("there.txt"));
+    const QList<ProtectedItem> items{sampleItem(QStringLiteral("A"), there, QStringLiteral("/p")),
+                                     sampleItem(QStringLiteral("B"), there, QStringLiteral("/q"))};
+    QJsonArray array = QJsonDocument::fromJson(encodeProtectedItems(items)).array();
+    QJsonObject broken = array.at(1).toObject();
+    broken.remove(QStringLiteral("originalBackupPath"));
+    array.replace(1, broken);
+    const QByteArray json = QJsonDocument(array).toJson();
+    storeJson(json);
+
+    const EngineHarness engine(services);
+    EXPECT_EQ(engine.count(), 0);
+    EXPECT_TRUE(log.contains(QStringLiteral("DEBUG: Failed to decode protected items from UserDefaults")));
+    EXPECT_EQ(storedJson(), json) << "the stored bytes stay until the next save";
+}
+
+TEST_F(Catalogue, MistypedFieldFailsTheWholeList)
+{
+    const ProtectedItem item = sampleItem(QStringLiteral("A"), QStringLiteral("/a"), QStringLiteral("/p"));
+    QByteArray json = encodeProtectedItems({item});
+    json.replace("\"isMounted\":false", "\"isMounted\":\"false\"");
+    EXPECT_FALSE(decodeProtectedItems(json).has_value());
+    EXPECT_FALSE(decodeProtectedItems("{}").has_value());
+    EXPECT_FALSE(decodeProtectedItems("[1]").has_value());
+    EXPECT_FALSE(decodeProtectedItems("[").has_value());
+}
+
+TEST_F(Catalogue, RecordsThatLackOnlyTheMountedPathLoadWithoutOne)
+{
+    const QString there = services.home.write(QStringLiteral("there.txt"));
+    storeJson(encodeProtectedItems({sampleItem(QStringLiteral("A"), there, QStringLiteral("/p"))}));
+    const EngineHarness engine(services);
+    ASSERT_EQ(engine.count(), 1);
+    EXPECT_FALSE(engine.item().mountedPath.has_value());
+    EXPECT_TRUE(log.contains(QStringLiteral("DEBUG: Loaded 1 protected items from UserDefaults")));
+}
+
+TEST_F(Catalogue, NoStoredListKeepsTheListEmpty)
+{
+    const EngineHarness engine(services);
+    EXPECT_EQ(engine.count(), 0);
+    EXPECT_TRUE(log.contains(QStringLiteral("DEBUG: Loading protected items from UserDefaults")));
+    EXPECT_TRUE(log.contains(QStringLiteral("DEBUG: No data found in UserDefaults, keeping empty array")));
+}
+
+TEST_F(Catalogue, LockedItemWhosePlaceholderIsDeletedIsKept)
+{
+    const QString copy = services.home.write(QStringLiteral(".local/share/quillhaven/A_original"));
+    storeJson(encodeProtectedItems({sampleItem(QStringLiteral("A"), QStringLiteral("/gone"), copy)}));
+    const EngineHarness engine(services);
+    EXPECT_EQ(engine.count(), 1);
+}
+
+TEST_F(Catalogue, ItemWithNeitherPathDisappearsAndTheCatalogueIsSaved)
+{
+    const QString there = services.home.write(QStringLiteral("there.txt"));
+    ProtectedItem gone = sampleItem(QStringLiteral("A"), QStringLiteral("/gone"), QStringLiteral("/gone too"));
+    gone.containerPath = services.home.write(QStringLiteral("Documents/report.pdf.secured"));
+    const ProtectedItem kept = sampleItem(QStringLiteral("B"), there, QStringLiteral("/q"));
+    storeJson(encodeProtectedItems({gone, kept}));
+
+    const EngineHarness engine(services);
+    ASSERT_EQ(engine.count(), 1);
+    EXPECT_EQ(engine.item(), kept);
+    EXPECT_TRUE(log.contains(QStringLiteral("🧹 Cleaning up 1 missing files")));
+    EXPECT_EQ(decodeProtectedItems(storedJson()), QList<ProtectedItem>{kept});
+    EXPECT_TRUE(TemporaryHome::exists(gone.containerPath)) << "the container stays, without an owner";
+}
+
+TEST_F(Catalogue, NothingMissingMeansNoSaveAndNoLine)
+{
+    const QString there = services.home.write(QStringLiteral("there.txt"));
+    const QByteArray json = " " + encodeProtectedItems({sampleItem(QStringLiteral("A"), there, QStringLiteral("/p"))});
+    storeJson(json);
+    const EngineHarness engine(services);
+    EXPECT_EQ(storedJson(), json);
+}
+
+TEST_F(Catalogue, EmptyListSavesAsAnEmptyArrayInBothStores)
+{
+    EngineHarness engine(services);
+    engine.manager.saveProtectedItems();
+    EXPECT_EQ(storedJson(), "[]");
+    EXPECT_EQ(sharedJson(), "[]");
+}
+
+TEST_F(Catalogue, SharedStoreHoldsExactlyFiveKeysAndNoPrivatePaths)
+{
+    EngineHarness engine(services);
+    engine.protect(services.home.write(QStringLiteral("Desktop/a.txt")));
+    const QJsonObject shared = QJsonDocument::fromJson(sharedJson()).array().at(0).toObject();
+    QStringList keys = shared.keys();
+    keys.sort();
+    EXPECT_EQ(keys.join(QLatin1Char(' ')), QStringLiteral("id isFolder isMounted originalName originalPath"));
+    EXPECT_FALSE(sharedJson().contains(".secured"));
+    EXPECT_FALSE(sharedJson().contains("_original"));
+}
+
+TEST_F(Catalogue, BusyMarkComesBackAsItWasStored)
+{
+    const QString there = services.home.write(QStringLiteral("there.txt"));
+    ProtectedItem item = sampleItem(QStringLiteral("A"), there, QStringLiteral("/p"));
+    item.isProcessing = true;
+    storeJson(encodeProtectedItems({item}));
+    const EngineHarness engine(services);
+    EXPECT_TRUE(engine.item().isProcessing);
+}
+
+TEST_F(Catalogue, TextThatIsNoUnicodeIsNotSavedOverWhatStands)
+{
+    EXPECT_TRUE(encodeProtectedItems({sampleItem(QString(QChar(0xd800)), {}, {})}).isEmpty());
+}
+
+TEST(QuillhavenErrorTexts, EveryCaseHasItsSentence)
+{
+    const auto text = [](QuillhavenError::Case errorCase) { return QuillhavenError(errorCase, QStringLiteral("x")).errorDescription(); };
+    EXPECT_EQ(text(QuillhavenError::encryptionFailed), QStringLiteral("Failed to create encrypted container: x"));
+    EXPECT_EQ(text(QuillhavenError::accessDenied), QStringLiteral("x"));
+    EXPECT_EQ(text(QuillhavenError::bulkOperationFailed), QStringLiteral("x"));
+    EXPECT_EQ(text(QuillhavenError::operationTimeout), QStringLiteral("x"));
+    EXPECT_EQ(text(QuillhavenError::itemNotFound), QStringLiteral("The selected file or folder could not be found."));
+    EXPECT_EQ(text(QuillhavenError::authenticationFailed), QStringLiteral("Authentication failed. Please try again."));
+    EXPECT_EQ(text(QuillhavenError::touchIDNotAvailable), QStringLiteral("Touch ID is not available on this device."));
+    EXPECT_EQ(text(QuillhavenError::keychainError), QStringLiteral("Failed to access secure storage."));
+    EXPECT_EQ(text(QuillhavenError::weakPassword),
+              QStringLiteral("Password must be at least 8 characters with uppercase, lowercase, and numbers"));
+    EXPECT_EQ(text(QuillhavenError::authenticationCancelled), QStringLiteral("Authentication cancelled by user."));
+    EXPECT_EQ(text(QuillhavenError::iCloudNotAvailable),
+              QStringLiteral("iCloud is not available. Please sign in to iCloud and enable iCloud Drive."));
+}

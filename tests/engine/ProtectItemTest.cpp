@@ -1,0 +1,373 @@
+#include "engine/PlaceholderFile.h"
+#include "platform/FileManagerDecorator.h"
+#include "support/EngineHarness.h"
+
+#include <QDir>
+#include <QFile>
+
+#include <sys/stat.h>
+
+using namespace quillhaven;
+using namespace quillhaven::testing;
+
+namespace {
+
+class ProtectItem : public ::testing::Test
+{
+protected:
+    QString storage(const QString &name = {}) const
+    {
+        return services.home.path(QStringLiteral(".local/share/quillhaven/") + name);
+    }
+    QStringList storedNames() const { return QDir(storage()).entryList(QDir::AllEntries | QDir::NoDotAndDotDot); }
+
+    TestPlatform services;
+    LogCapture log;
+};
+
+/// Gives the first identifiers from a list.
+class FixedRandom : public OpenSslRandomSource
+{
+public:
+    [[nodiscard]] QString uuidString() override { return QStringLiteral("11111111-2222-4333-8444-555555555555"); }
+};
+
+/// Fails every write to one path.
+class RefusingWrites : public FileManagerDecorator
+{
+public:
+    RefusingWrites(FileManager &next, QString path) : FileManagerDecorator(next), m_path(std::move(path)) {}
+    void writeFile(const QString &path, std::span<const std::byte> bytes) override
+    {
+        if (path == m_path) {
+            throw FileError::fromErrno(EACCES, FileError::Action::Write, path);
+        }
+        FileManagerDecorator::writeFile(path, bytes);
+    }
+
+private:
+    QString m_path;
+};
+
+} // namespace
+
+TEST_F(ProtectItem, FileMovesToPrivateStorageAndLeavesPlaceholderContainerCredentialAndRecord)
+{
+    const QString path = services.home.write(QStringLiteral("Desktop/secret.txt"), "the bytes");
+    EngineHarness engine(services);
+    engine.protect(path, QStringLiteral("Abcdefg1"));
+
+    ASSERT_EQ(engine.count(), 1);
+    const ProtectedItem &item = engine.item();
+    EXPECT_EQ(item.id, item.id.toUpper());
+    EXPECT_EQ(item.originalName, QStringLiteral("secret.txt"));
+    EXPECT_EQ(item.originalPath, path);
+    EXPECT_EQ(item.originalBackupPath, storage(item.id + QStringLiteral("_original")));
+    EXPECT_EQ(item.containerPath, services.home.path(QStringLiteral("Documents/secret.txt.secured")));
+    EXPECT_FALSE(item.isFolder);
+    EXPECT_FALSE(item.isMounted);
+    EXPECT_FALSE(item.isProcessing);
+    EXPECT_FALSE(item.mountedPath.has_value());
+    EXPECT_EQ(TemporaryHome::read(item.originalBackupPath), "the bytes");
+    EXPECT_EQ(TemporaryHome::read(path), "This file is protected by Quillhaven. Use the app to unlock it.");
+    EXPECT_EQ(TemporaryHome::read(item.containerPath).size(), 70 + 9);
+    EXPECT_TRUE(TemporaryHome::read(item.containerPath).startsWith("QUILLHAVEN"));
+    EXPECT_EQ(services.credentials.entries.value(item.id), "Abcdefg1");
+    EXPECT_EQ(services.credentials.entries.size(), 1);
+    EXPECT_TRUE(log.contains(QStringLiteral("File access granted for: ") + path));
+}
+
+TEST_F(ProtectItem, EmptyFileGivesAContainerOfSeventyBytes)
+{
+    EngineHarness engine(services);
+    engine.protect(services.home.write(QStringLiteral("Desktop/empty"), ""));
+    EXPECT_EQ(TemporaryHome::read(engine.item().containerPath).size(), 70);
+}
+
+TEST_F(ProtectItem, FolderGetsAMarkerAndNoCredential)
+{
+    services.home.write(QStringLiteral("Desktop/folder/inner.txt"), "inner");
+    EngineHarness engine(services);
+    engine.protect(services.home.path(QStringLiteral("Desktop/folder")));
+
+    const ProtectedItem &item = engine.item();
+    EXPECT_TRUE(item.isFolder);
+    EXPECT_EQ(TemporaryHome::read(item.containerPath), "FOLDER:" + item.originalBackupPath.toUtf8());
+    EXPECT_EQ(TemporaryHome::read(item.originalBackupPath + QStringLiteral("/inner.txt")), "inner");
+    EXPECT_EQ(TemporaryHome::read(item.originalPath), placeholderText.toUtf8());
+    EXPECT_TRUE(services.credentials.entries.isEmpty());
+    ASSERT_EQ(services.panels.requests.size(), 1);
+    EXPECT_TRUE(services.panels.requests.first().canChooseDirectories);
+    EXPECT_FALSE(services.panels.requests.first().canChooseFiles);
+}
+
+TEST_F(ProtectItem, FolderWithTouchIDStoresNothingAndTheRecordSaysTouchID)
+{
+    services.home.write(QStringLiteral("Desktop/folder/inner.txt"));
+    EngineHarness engine(services);
+    engine.protect(services.home.path(QStringLiteral("Desktop/folder")), {}, true);
+    EXPECT_TRUE(engine.item().useTouchID);
+    EXPECT_TRUE(services.credentials.entries.isEmpty());
+}
+
+TEST_F(ProtectItem, TouchIDFileStoresAMarkerKey)
+{
+    EngineHarness engine(services);
+    engine.protect(services.home.write(QStringLiteral("Desktop/a.txt")), {}, true);
+    EXPECT_EQ(services.credentials.entries.keys(), QStringList{engine.item().id + QStringLiteral("_touchid")});
+    EXPECT_EQ(services.credentials.entries.first().size(), 36);
+}
+
+TEST_F(ProtectItem, TouchIDFileWithTheSettingOffStoresTheGivenPassword)
+{
+    services.defaults.standard().setBool(QStringLiteral("enableTouchID"), false);
+    EngineHarness engine(services);
+    engine.protect(services.home.write(QStringLiteral("Desktop/a.txt")), {}, true);
+    EXPECT_TRUE(engine.item().useTouchID);
+    ASSERT_TRUE(services.credentials.entries.contains(engine.item().id));
+    EXPECT_EQ(services.credentials.entries.value(engine.item().id), "");
+}
+
+TEST_F(ProtectItem, ForbiddenCharactersOfTheNameBecomeUnderscoresInTheContainerName)
+{
+    EngineHarness engine(services);
+    engine.protect(services.home.write(QStringLiteral("Desktop/a:b*c.txt")));
+    EXPECT_EQ(engine.item().containerPath, services.home.path(QStringLiteral("Documents/a_b_c.txt.secured")));
+    EXPECT_EQ(storedNames(), QStringList{engine.item().id + QStringLiteral("_original")});
+    engine.protect(services.home.write(QStringLiteral("Desktop/\\?\"<>|x")));
+    EXPECT_EQ(engine.item(1).containerPath, services.home.path(QStringLiteral("Documents/______x.secured")));
+}
+
+TEST_F(ProtectItem, SecondFileOfTheSameNameWritesOverTheFirstContainer)
+{
+    EngineHarness engine(services);
+    engine.protect(services.home.write(QStringLiteral("a/report.pdf"), "first"));
+    const QByteArray first = TemporaryHome::read(engine.item(0).containerPath);
+    engine.protect(services.home.write(QStringLiteral("b/report.pdf"), "second!"));
+    EXPECT_EQ(engine.item(0).containerPath, engine.item(1).containerPath);
+    EXPECT_NE(TemporaryHome::read(engine.item(0).containerPath), first);
+    EXPECT_EQ(TemporaryHome::read(engine.item(0).originalBackupPath), "first");
+    EXPECT_EQ(TemporaryHome::read(engine.item(1).originalBackupPath), "second!");
+}
+
+TEST_F(ProtectItem, TakenNameInPrivateStorageGetsACounter)
+{
+    FixedRandom random;
+    Platform platform = services.platform();
+    const QString base = QStringLiteral("11111111-2222-4333-8444-555555555555_original");
+    services.home.write(QStringLiteral(".local/share/quillhaven/") + base, "other");
+    services.home.write(QStringLiteral(".local/share/quillhaven/") + base + QStringLiteral("_1"), "another");
+    MasterPasswordDialogManager dialog;
+    MasterPasswordManager master(platform, dialog);
+    PasswordInputDialogManager passwordDialog;
+    const Platform fixed{platform.fileManager,  platform.directories, platform.defaults,
+                         platform.credentials,  platform.credentialQueue, platform.biometrics,
+                         platform.panels,       platform.clock,       random};
+    QuillhavenManager manager(fixed, master, passwordDialog);
+    runTask(manager.protectItem(services.home.write(QStringLiteral("Desktop/a.txt"), "mine"),
+                                QStringLiteral("Abcdefg1"), false));
+    EXPECT_EQ(manager.protectedItems().first().originalBackupPath, storage(base + QStringLiteral("_2")));
+    EXPECT_EQ(TemporaryHome::read(storage(base)), "other");
+}
+
+TEST_F(ProtectItem, UnwritablePlaceholderLeavesTheItemInStorageTheContainerWrittenAndNoRecord)
+{
+    const QString path = services.home.write(QStringLiteral("Desktop/a.txt"), "mine");
+    RefusingWrites refusing(services.fileManager, path);
+    EngineHarness engine(services, refusing);
+    EXPECT_THROW(engine.protect(path), FileError);
+    EXPECT_EQ(engine.count(), 0);
+    EXPECT_FALSE(TemporaryHome::exists(path));
+    ASSERT_EQ(storedNames().size(), 1);
+    EXPECT_EQ(TemporaryHome::read(storage(storedNames().first())), "mine");
+    EXPECT_TRUE(TemporaryHome::exists(services.home.path(QStringLiteral("Documents/a.txt.secured"))));
+    EXPECT_TRUE(services.credentials.entries.isEmpty());
+    EXPECT_FALSE(engine.manager.isProcessing());
+}
+
+TEST_F(ProtectItem, FailingCredentialStoreLeavesThePlaceholderAndNoRecord)
+{
+    const QString path = services.home.write(QStringLiteral("Desktop/a.txt"), "mine");
+    EngineHarness engine(services);
+    services.credentials.failWith = credentialInteractionNotAllowed;
+    EXPECT_THROW(engine.protect(path), LocalizedError);
+    EXPECT_EQ(engine.count(), 0);
+    EXPECT_EQ(TemporaryHome::read(path), placeholderText.toUtf8());
+    EXPECT_EQ(TemporaryHome::read(storage(storedNames().first())), "mine");
+}
+
+TEST_F(ProtectItem, AnotherFilePickedInThePanelNamesTheAskedItemAndMovesNothing)
+{
+    const QString path = services.home.write(QStringLiteral("Desktop/a.txt"), "mine");
+    const QString other = services.home.write(QStringLiteral("Desktop/b.txt"));
+    services.panels.answer = [other](const OpenPanelRequest &) { return other; };
+    EngineHarness engine(services);
+    QString text;
+    EXPECT_EQ(engineErrorOf([&] { engine.protect(path); }, &text), QuillhavenError::accessDenied);
+    EXPECT_EQ(text, QStringLiteral("Please select the correct item: a.txt"));
+    EXPECT_EQ(TemporaryHome::read(path), "mine");
+    EXPECT_TRUE(storedNames().isEmpty());
+}
+
+TEST_F(ProtectItem, CancelledPanelFailsWithAccessDenied)
+{
+    const QString path = services.home.write(QStringLiteral("Desktop/a.txt"), "mine");
+    services.panels.answer = [](const OpenPanelRequest &) { return std::nullopt; };
+    EngineHarness engine(services);
+    QString text;
+    EXPECT_EQ(engineErrorOf([&] { engine.protect(path); }, &text), QuillhavenError::accessDenied);
+    EXPECT_EQ(text, QStringLiteral("File access was denied by the user"));
+    EXPECT_EQ(TemporaryHome::read(path), "mine");
+    EXPECT_FALSE(engine.manager.isProcessing());
+}
+
+TEST_F(ProtectItem, PanelAsksForTheItemInItsOwnFolder)
+{
+    const QString path = services.home.write(QStringLiteral("Desktop/a.txt"));
+    EngineHarness engine(services);
+    engine.protect(path);
+    ASSERT_EQ(services.panels.requests.size(), 1);
+    const OpenPanelRequest &request = services.panels.requests.first();
+    EXPECT_EQ(request.message, QStringLiteral("Please grant access to the selected item"));
+    EXPECT_EQ(request.prompt, QStringLiteral("Grant Access"));
+    EXPECT_EQ(request.directory, services.home.path(QStringLiteral("Desktop")));
+    EXPECT_TRUE(request.canChooseFiles);
+    EXPECT_FALSE(request.canChooseDirectories);
+}
+
+TEST_F(ProtectItem, MissingItemFailsBeforeThePanel)
+{
+    EngineHarness engine(services);
+    EXPECT_EQ(engineErrorOf([&] { engine.protect(QStringLiteral("/no/such/file")); }), QuillhavenError::itemNotFound);
+    EXPECT_TRUE(services.panels.requests.isEmpty());
+}
+
+TEST_F(ProtectItem, CancelledMasterPromptEndsWithoutErrorAndWithoutALine)
+{
+    const QString path = services.home.write(QStringLiteral("Desktop/a.txt"), "mine");
+    services.credentials.entries.insert(QStringLiteral("master_password"), "Master12");
+    EngineHarness engine(services);
+    log.clear();
+    engine.protect(path);
+    EXPECT_EQ(engine.masterPrompts, 1);
+    EXPECT_EQ(engine.count(), 0);
+    EXPECT_EQ(TemporaryHome::read(path), "mine");
+    EXPECT_EQ(log.lines().join(QLatin1Char('|')), QString());
+}
+
+TEST_F(ProtectItem, SuccessEndsTheMasterSessionAndLeavesTheFlagSet)
+{
+    services.credentials.entries.insert(QStringLiteral("master_password"), "Master12");
+    EngineHarness engine(services);
+    engine.masterPasswordEntry = QStringLiteral("Master12");
+    engine.protect(services.home.write(QStringLiteral("Desktop/a.txt")));
+    EXPECT_EQ(engine.count(), 1);
+    EXPECT_FALSE(engine.masterPassword.isAuthenticated());
+    EXPECT_FALSE(engine.masterPassword.hasAuthenticationTimer());
+    EXPECT_TRUE(engine.manager.isProcessing());
+}
+
+TEST_F(ProtectItem, FailureLeavesTheMasterSessionOpenAndClearsTheFlag)
+{
+    services.credentials.entries.insert(QStringLiteral("master_password"), "Master12");
+    services.panels.answer = [](const OpenPanelRequest &) { return std::nullopt; };
+    EngineHarness engine(services);
+    engine.masterPasswordEntry = QStringLiteral("Master12");
+    EXPECT_THROW(engine.protect(services.home.write(QStringLiteral("Desktop/a.txt"))), QuillhavenError);
+    EXPECT_TRUE(engine.masterPassword.isAuthenticated());
+    EXPECT_FALSE(engine.manager.isProcessing());
+}
+
+TEST_F(ProtectItem, ProtectedItemSurvivesARestartWithItsPassword)
+{
+    const QString path = services.home.write(QStringLiteral("Desktop/a.txt"), "mine");
+    {
+        EngineHarness first(services);
+        first.protect(path);
+    }
+    EngineHarness second(services);
+    ASSERT_EQ(second.count(), 1);
+    second.unlock();
+    EXPECT_EQ(TemporaryHome::read(path), "mine");
+}
+
+TEST_F(ProtectItem, FifoIsRefusedAndStaysWhereItIs)
+{
+    const QString path = services.home.path(QStringLiteral("Desktop/pipe"));
+    ASSERT_EQ(::mkfifo(QFile::encodeName(path).constData(), 0600), 0);
+    EngineHarness engine(services);
+    EXPECT_THROW(engine.protect(path), FileError);
+    EXPECT_TRUE(TemporaryHome::exists(path));
+    EXPECT_TRUE(storedNames().isEmpty());
+}
+
+TEST_F(ProtectItem, UnusualNamesMakeTheWholeWay)
+{
+    const QStringList names{QStringLiteral("with space"),    QStringLiteral("quo\"te's"),
+                            QStringLiteral("line\nbreak"),   QStringLiteral("-leading"),
+                            QStringLiteral(".hidden"),       QStringLiteral("emoji 😀"),
+                            QStringLiteral("\u202eright"),   QStringLiteral("עברית.txt"),
+                            QStringLiteral("name.with.dots"), QString(247, QLatin1Char('n'))};
+    EngineHarness engine(services);
+    for (const QString &name : names) {
+        const QString path = services.home.write(QStringLiteral("Desktop/") + name, name.toUtf8());
+        engine.protect(path);
+        engine.unlock(engine.count() - 1);
+        EXPECT_EQ(TemporaryHome::read(path), name.toUtf8());
+        engine.lock(engine.count() - 1);
+        engine.remove(engine.count() - 1);
+        EXPECT_EQ(TemporaryHome::read(path), name.toUtf8());
+    }
+    EXPECT_EQ(engine.count(), 0);
+    EXPECT_TRUE(storedNames().isEmpty());
+    EXPECT_TRUE(services.credentials.entries.isEmpty());
+}
+
+TEST_F(ProtectItem, CanProtectTellsTheFirstReasonAgainst)
+{
+    const QString path = services.home.write(QStringLiteral("Desktop/a.txt"));
+    EngineHarness engine(services);
+    EXPECT_TRUE(engine.manager.canProtectItem(path).canProtect);
+    EXPECT_FALSE(engine.manager.canProtectItem(path).errorMessage.has_value());
+    EXPECT_EQ(engine.manager.canProtectItem(QStringLiteral("/none")).errorMessage,
+              QStringLiteral("File or folder does not exist"));
+    engine.protect(path);
+    EXPECT_EQ(engine.manager.canProtectItem(path).errorMessage, QStringLiteral("Item is already protected"));
+}
+
+TEST_F(ProtectItem, RecordOfTheSameNameDeeperUnderTheParentCountsAsProtected)
+{
+    EngineHarness engine(services);
+    engine.protect(services.home.write(QStringLiteral("Desktop/deep/a.txt")));
+    const QString above = services.home.write(QStringLiteral("Desktop/a.txt"));
+    EXPECT_EQ(engine.manager.canProtectItem(above).errorMessage, QStringLiteral("Item is already protected"));
+}
+
+TEST_F(ProtectItem, UnwritablePlacesAreToldByName)
+{
+    class Unwritable : public FileManagerDecorator
+    {
+    public:
+        using FileManagerDecorator::FileManagerDecorator;
+        [[nodiscard]] bool isWritableFile(const QString &path) const override { return !path.endsWith(refused); }
+        QString refused;
+    };
+    Unwritable files(services.fileManager);
+    EngineHarness engine(services, files);
+    const QString path = services.home.write(QStringLiteral("Desktop/a.txt"));
+    files.refused = QStringLiteral("/tmp");
+    EXPECT_EQ(engine.manager.canProtectItem(path).errorMessage,
+              QStringLiteral("Cannot write to temporary directory. Please check app permissions."));
+    files.refused = QStringLiteral("/Documents");
+    EXPECT_EQ(engine.manager.canProtectItem(path).errorMessage,
+              QStringLiteral("Cannot write to Documents folder. Please check app permissions."));
+}
+
+TEST_F(ProtectItem, NameTooLongForItsContainerIsRefusedAndNothingMoves)
+{
+    const QString path = services.home.write(QStringLiteral("Desktop/") + QString(248, QLatin1Char('n')), "mine");
+    EngineHarness engine(services);
+    EXPECT_THROW(engine.protect(path), FileError);
+    EXPECT_EQ(TemporaryHome::read(path), "mine");
+    EXPECT_TRUE(storedNames().isEmpty());
+}

@@ -1,0 +1,249 @@
+#include "engine/PlaceholderFile.h"
+#include "platform/FileManagerDecorator.h"
+#include "support/EngineHarness.h"
+
+#include <QFile>
+
+using namespace quillhaven;
+using namespace quillhaven::testing;
+
+namespace {
+
+class RemoveProtection : public ::testing::Test
+{
+protected:
+    QString lockedFile(EngineHarness &engine)
+    {
+        const QString path = services.home.write(QStringLiteral("Desktop/a.txt"), "mine");
+        engine.protect(path);
+        services.panels.requests.clear();
+        return path;
+    }
+
+    TestPlatform services;
+    LogCapture log;
+};
+
+class FailingCalls : public FileManagerDecorator
+{
+public:
+    using FileManagerDecorator::FileManagerDecorator;
+    void replaceItemAt(const QString &original, const QString &replacement) override
+    {
+        if (failsReplacements) {
+            throw FileError::fromErrno(EBUSY, FileError::Action::Replace, original);
+        }
+        FileManagerDecorator::replaceItemAt(original, replacement);
+    }
+    void removeItem(const QString &path) override
+    {
+        if (path == unremovable) {
+            throw FileError::fromErrno(EACCES, FileError::Action::Remove, path);
+        }
+        FileManagerDecorator::removeItem(path);
+    }
+
+    bool failsReplacements = false;
+    QString unremovable;
+};
+
+} // namespace
+
+TEST_F(RemoveProtection, LockedFileTakesThePlaceOfItsPlaceholderAndEverythingElseGoes)
+{
+    EngineHarness engine(services);
+    const QString path = lockedFile(engine);
+    const ProtectedItem item = engine.item();
+    log.clear();
+    engine.remove();
+
+    EXPECT_EQ(TemporaryHome::read(path), "mine");
+    EXPECT_FALSE(TemporaryHome::exists(item.originalBackupPath));
+    EXPECT_FALSE(TemporaryHome::exists(item.containerPath));
+    EXPECT_TRUE(services.credentials.entries.isEmpty());
+    EXPECT_EQ(engine.count(), 0);
+    EXPECT_FALSE(engine.manager.isProcessing());
+    EXPECT_EQ(services.panels.requests.size(), 1);
+    const QStringList lines = log.lines();
+    EXPECT_EQ(lines.mid(0, 4).join(QLatin1Char('\n')),
+              QStringLiteral("🔓 Starting removeProtection for: a.txt\n"
+                             "📍 DEBUG: Item uses Touch ID: false\n"
+                             "📍 DEBUG: Item is folder: false\n"
+                             "📍 DEBUG: Item is mounted: false"));
+    EXPECT_EQ(lines.last(), QStringLiteral("🎉 Protection successfully removed - file extracted to Desktop!"));
+    EXPECT_TRUE(log.contains(QStringLiteral("⚠️ File already exists at original location, will replace it")));
+    EXPECT_TRUE(log.contains(QStringLiteral("🗑️ Backup file automatically removed by replaceItem")));
+    EXPECT_TRUE(log.contains(QStringLiteral("✅ Successfully removed keychain credentials")));
+}
+
+TEST_F(RemoveProtection, UnlockedFileStaysUntouchedWithoutAPanel)
+{
+    EngineHarness engine(services);
+    const QString path = lockedFile(engine);
+    engine.unlock();
+    const ProtectedItem item = engine.item();
+    services.panels.requests.clear();
+    engine.remove();
+    EXPECT_TRUE(services.panels.requests.isEmpty());
+    EXPECT_EQ(TemporaryHome::read(path), "mine");
+    EXPECT_EQ(engine.count(), 0);
+    EXPECT_FALSE(TemporaryHome::exists(item.containerPath));
+    EXPECT_TRUE(services.credentials.entries.isEmpty());
+    EXPECT_TRUE(log.contains(
+        QStringLiteral("🎉 Protection successfully removed - file is already at original location!")));
+}
+
+TEST_F(RemoveProtection, LockedFolderTakesThePlaceOfThePlaceholderAndNoCredentialIsTouched)
+{
+    services.home.write(QStringLiteral("Desktop/folder/inner.txt"), "inner");
+    EngineHarness engine(services);
+    engine.protect(services.home.path(QStringLiteral("Desktop/folder")));
+    engine.remove();
+    EXPECT_EQ(TemporaryHome::read(services.home.path(QStringLiteral("Desktop/folder/inner.txt"))), "inner");
+    EXPECT_TRUE(log.contains(QStringLiteral("📁 Skipping keychain cleanup for folder")));
+    EXPECT_EQ(engine.count(), 0);
+}
+
+TEST_F(RemoveProtection, UnlockedFileThatIsGoneCanOnlyBeDeclined)
+{
+    EngineHarness engine(services);
+    const QString path = lockedFile(engine);
+    engine.unlock();
+    ASSERT_TRUE(QFile::remove(path));
+    EXPECT_NO_THROW(engine.remove());
+    EXPECT_EQ(engine.count(), 1);
+    const EngineHarness restarted(services);
+    EXPECT_EQ(restarted.count(), 0) << "neither path exists any more";
+}
+
+TEST_F(RemoveProtection, DeclinedPanelChangesNothing)
+{
+    EngineHarness engine(services);
+    const QString path = lockedFile(engine);
+    services.panels.answer = [](const OpenPanelRequest &) { return std::nullopt; };
+    EXPECT_NO_THROW(engine.remove());
+    EXPECT_EQ(engine.count(), 1);
+    EXPECT_FALSE(engine.manager.isProcessing());
+    EXPECT_EQ(TemporaryHome::read(path), placeholderText.toUtf8());
+}
+
+TEST_F(RemoveProtection, MissingPrivateCopyFailsAndKeepsPlaceholderAndRecord)
+{
+    EngineHarness engine(services);
+    const QString path = lockedFile(engine);
+    ASSERT_TRUE(QFile::remove(engine.item().originalBackupPath));
+    const QString backup = engine.item().originalBackupPath;
+    EXPECT_EQ(engineErrorOf([&] { engine.remove(); }), QuillhavenError::itemNotFound);
+    EXPECT_EQ(engine.count(), 1);
+    EXPECT_EQ(TemporaryHome::read(path), placeholderText.toUtf8());
+    EXPECT_TRUE(log.contains(QStringLiteral("⚠️ Warning: Backup file not found at ") + backup));
+    EXPECT_TRUE(log.contains(QStringLiteral(
+        "❌ Error removing protection: The selected file or folder could not be found.")));
+    EXPECT_FALSE(engine.manager.isProcessing());
+}
+
+TEST_F(RemoveProtection, PlaceholderThatCannotBeReplacedSaysTheFileMayBeInUse)
+{
+    FailingCalls files(services.fileManager);
+    EngineHarness engine(services, files);
+    const QString path = lockedFile(engine);
+    files.failsReplacements = true;
+    QString text;
+    EXPECT_EQ(engineErrorOf([&] { engine.remove(); }, &text), QuillhavenError::accessDenied);
+    EXPECT_EQ(text, QStringLiteral("Could not restore file to original location. The existing file may be in use by "
+                                   "another application. Please close any applications using this file and try "
+                                   "again."));
+    EXPECT_EQ(TemporaryHome::read(path), placeholderText.toUtf8());
+    EXPECT_EQ(TemporaryHome::read(engine.item().originalBackupPath), "mine");
+    EXPECT_EQ(engine.count(), 1);
+}
+
+TEST_F(RemoveProtection, ContainerThatCannotBeRemovedIsLoggedAndStays)
+{
+    FailingCalls files(services.fileManager);
+    EngineHarness engine(services, files);
+    const QString path = lockedFile(engine);
+    const QString container = engine.item().containerPath;
+    files.unremovable = container;
+    engine.remove();
+    EXPECT_EQ(TemporaryHome::read(path), "mine");
+    EXPECT_TRUE(TemporaryHome::exists(container));
+    EXPECT_EQ(engine.count(), 0);
+    EXPECT_TRUE(log.lines().filter(QStringLiteral("⚠️ Could not remove container file: ")).size() == 1);
+}
+
+TEST_F(RemoveProtection, CredentialsThatCannotBeRemovedAreLoggedAndStay)
+{
+    EngineHarness engine(services);
+    const QString path = lockedFile(engine);
+    services.credentials.failWith = credentialInteractionNotAllowed;
+    engine.remove();
+    EXPECT_EQ(TemporaryHome::read(path), "mine");
+    EXPECT_EQ(engine.count(), 0);
+    EXPECT_TRUE(log.contains(QStringLiteral(
+        "⚠️ Could not remove keychain credentials: Failed to delete from keychain: -25308")));
+}
+
+TEST_F(RemoveProtection, SharedContainerGoesWithTheFirstItemAndTheSecondSucceeds)
+{
+    EngineHarness engine(services);
+    engine.protect(services.home.write(QStringLiteral("a/report.pdf"), "first"));
+    engine.protect(services.home.write(QStringLiteral("b/report.pdf"), "second"));
+    const QString container = engine.item().containerPath;
+    engine.remove(0);
+    EXPECT_FALSE(TemporaryHome::exists(container));
+    engine.remove(0);
+    EXPECT_EQ(engine.count(), 0);
+    EXPECT_EQ(TemporaryHome::read(services.home.path(QStringLiteral("b/report.pdf"))), "second");
+}
+
+TEST_F(RemoveProtection, CancelledMasterPromptIsLoggedAndChangesNothing)
+{
+    EngineHarness engine(services);
+    const QString path = lockedFile(engine);
+    runTask(engine.masterPassword.setMasterPassword(QStringLiteral("Master12")));
+    engine.remove();
+    EXPECT_EQ(engine.count(), 1);
+    EXPECT_TRUE(log.contains(QStringLiteral("❌ Master password authentication cancelled")));
+    EXPECT_EQ(TemporaryHome::read(path), placeholderText.toUtf8());
+}
+
+TEST_F(RemoveProtection, NoItemPasswordIsAsked)
+{
+    EngineHarness engine(services);
+    lockedFile(engine);
+    engine.remove();
+    EXPECT_EQ(engine.passwordPrompts, 0);
+}
+
+TEST_F(RemoveProtection, BulkCoreGivesALockedItemBackSilently)
+{
+    EngineHarness engine(services);
+    const QString path = lockedFile(engine);
+    const ProtectedItem item = engine.item();
+    log.clear();
+    runTask(engine.manager.removeProtectionWithAccessibleURL(item, path));
+    EXPECT_EQ(TemporaryHome::read(path), "mine");
+    EXPECT_EQ(engine.count(), 0);
+    EXPECT_FALSE(TemporaryHome::exists(item.containerPath));
+    EXPECT_TRUE(log.lines().filter(QStringLiteral("DEBUG")).isEmpty());
+}
+
+TEST_F(RemoveProtection, BulkCorePassesOnAReplacementErrorAsReported)
+{
+    FailingCalls files(services.fileManager);
+    EngineHarness engine(services, files);
+    const QString path = lockedFile(engine);
+    files.failsReplacements = true;
+    EXPECT_THROW(runTask(engine.manager.removeProtectionWithAccessibleURL(engine.item(), path)), FileError);
+    EXPECT_EQ(engine.count(), 1);
+}
+
+TEST_F(RemoveProtection, BulkCoreWithoutAPrivateCopyFails)
+{
+    EngineHarness engine(services);
+    const QString path = lockedFile(engine);
+    ASSERT_TRUE(QFile::remove(engine.item().originalBackupPath));
+    EXPECT_EQ(engineErrorOf([&] { runTask(engine.manager.removeProtectionWithAccessibleURL(engine.item(), path)); }),
+              QuillhavenError::itemNotFound);
+}

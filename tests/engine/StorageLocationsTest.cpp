@@ -1,0 +1,131 @@
+#include "catalogue/CatalogueJson.h"
+#include "catalogue/DefaultsKeys.h"
+#include "support/EngineHarness.h"
+
+#include <QDir>
+
+using namespace quillhaven;
+using namespace quillhaven::testing;
+
+namespace {
+
+class StorageLocations : public ::testing::Test
+{
+protected:
+    QString oldPlace(const QString &name = {}) const
+    {
+        return services.home.path(QStringLiteral("tmp/quillhaven") + (name.isEmpty() ? name : QLatin1Char('/') + name));
+    }
+    QString newPlace(const QString &name = {}) const
+    {
+        return services.home.path(QStringLiteral(".local/share/quillhaven")
+                                  + (name.isEmpty() ? name : QLatin1Char('/') + name));
+    }
+    void storeItem(const QString &originalPath, const QString &backupPath, bool isMounted = false)
+    {
+        ProtectedItem item;
+        item.id = QStringLiteral("A");
+        item.originalName = QStringLiteral("a.txt");
+        item.originalPath = originalPath;
+        item.originalBackupPath = backupPath;
+        item.isMounted = isMounted;
+        services.defaults.standard().setData(defaults_keys::protectedItems, encodeProtectedItems({item}));
+    }
+    QList<ProtectedItem> storedItems()
+    {
+        return decodeProtectedItems(
+                   services.defaults.standard().dataForKey(defaults_keys::protectedItems).value())
+            .value();
+    }
+
+    TestPlatform services;
+    LogCapture log;
+};
+
+} // namespace
+
+TEST_F(StorageLocations, FirstStartMakesTheStorageDirectoryAndNothingElse)
+{
+    const EngineHarness engine(services);
+    EXPECT_TRUE(QDir(newPlace()).exists());
+    EXPECT_TRUE(QDir(newPlace()).isEmpty());
+    EXPECT_FALSE(QDir(oldPlace()).exists());
+    EXPECT_TRUE(log.lines().filter(QStringLiteral("igrat")).isEmpty());
+}
+
+TEST_F(StorageLocations, OldEntriesMoveBeforeTheirRecordsAreLookedAt)
+{
+    services.home.write(QStringLiteral("tmp/quillhaven/A_original"), "mine");
+    storeItem(QStringLiteral("/gone"), oldPlace(QStringLiteral("A_original")));
+    const EngineHarness engine(services);
+    ASSERT_EQ(engine.count(), 1);
+    EXPECT_EQ(engine.item().originalBackupPath, newPlace(QStringLiteral("A_original")));
+    EXPECT_EQ(TemporaryHome::read(engine.item().originalBackupPath), "mine");
+    EXPECT_FALSE(QDir(oldPlace()).exists());
+    EXPECT_EQ(storedItems().first().originalBackupPath, newPlace(QStringLiteral("A_original")));
+    EXPECT_EQ(log.lines().join(QLatin1Char('\n')),
+              QStringLiteral("📍 DEBUG: Migrated backup file: A_original from temp to persistent storage\n"
+                             "Removed empty temp directory\n"
+                             "DEBUG: Loading protected items from UserDefaults\n"
+                             "DEBUG: Loaded 1 protected items from UserDefaults\n"
+                             "📍 DEBUG: Migrated backup path for a.txt: %1\n"
+                             "✅ Backup paths migration completed")
+                  .arg(newPlace(QStringLiteral("A_original"))));
+}
+
+TEST_F(StorageLocations, EntryWhoseNameIsTakenStaysAndItsRecordMovesAllTheSame)
+{
+    services.home.write(QStringLiteral("tmp/quillhaven/A_original"), "old");
+    services.home.write(QStringLiteral(".local/share/quillhaven/A_original"), "new");
+    storeItem(QStringLiteral("/gone"), oldPlace(QStringLiteral("A_original")));
+    {
+        const EngineHarness engine(services);
+        EXPECT_EQ(engine.item().originalBackupPath, newPlace(QStringLiteral("A_original")));
+        EXPECT_EQ(TemporaryHome::read(oldPlace(QStringLiteral("A_original"))), "old");
+        EXPECT_EQ(TemporaryHome::read(newPlace(QStringLiteral("A_original"))), "new");
+    }
+    log.clear();
+    const EngineHarness later(services);
+    EXPECT_TRUE(log.lines().filter(QStringLiteral("igrat")).isEmpty()) << "a later start says nothing of it";
+    EXPECT_TRUE(TemporaryHome::exists(oldPlace(QStringLiteral("A_original"))));
+}
+
+TEST_F(StorageLocations, RecordInTheNewPlaceIsUntouchedAndNotSaved)
+{
+    const QString backup = services.home.write(QStringLiteral(".local/share/quillhaven/A_original"));
+    storeItem(QStringLiteral("/gone"), backup);
+    QStringList changes;
+    QObject::connect(&services.defaults.standard(), &UserDefaults::valueChanged, &services.biometrics,
+                     [&changes](const QString &key) { changes.append(key); });
+    const EngineHarness engine(services);
+    EXPECT_EQ(engine.item().originalBackupPath, backup);
+    EXPECT_TRUE(changes.isEmpty());
+}
+
+TEST_F(StorageLocations, PathIsSavedBeforeMissingFilesAreCleanedUp)
+{
+    storeItem(QStringLiteral("/gone"), oldPlace(QStringLiteral("A_original")));
+    const EngineHarness engine(services);
+    EXPECT_EQ(engine.count(), 0) << "the file was lost with the temporary directory";
+    const QStringList lines = log.lines();
+    EXPECT_LT(lines.indexOf(QStringLiteral("✅ Backup paths migration completed")),
+              lines.indexOf(QStringLiteral("🧹 Cleaning up 1 missing files")));
+}
+
+TEST_F(StorageLocations, UnlockedItemKeepsABackupPathInTheNewPlaceThoughNothingStandsThere)
+{
+    const QString original = services.home.write(QStringLiteral("Desktop/a.txt"));
+    storeItem(original, oldPlace(QStringLiteral("A_original")), true);
+    const EngineHarness engine(services);
+    ASSERT_EQ(engine.count(), 1);
+    EXPECT_EQ(engine.item().originalBackupPath, newPlace(QStringLiteral("A_original")));
+    EXPECT_FALSE(TemporaryHome::exists(engine.item().originalBackupPath));
+}
+
+TEST_F(StorageLocations, FailureToListTheOldPlaceIsOneWarningAndTheStartGoesOn)
+{
+    services.home.write(QStringLiteral("tmp/quillhaven"), "a file stands where the folder should");
+    const EngineHarness engine(services);
+    EXPECT_EQ(log.lines().filter(QStringLiteral("Migration warning: ")).size(), 1);
+    EXPECT_TRUE(log.contains(QStringLiteral("DEBUG: No data found in UserDefaults, keeping empty array")));
+}

@@ -1,0 +1,122 @@
+#pragma once
+
+#include "catalogue/QuillhavenError.h"
+#include "credentials/MasterPasswordDialogManager.h"
+#include "credentials/MasterPasswordManager.h"
+#include "credentials/PasswordInputDialogManager.h"
+#include "engine/QuillhavenManager.h"
+#include "platform/WorkInFlight.h"
+#include "support/LogCapture.h"
+#include "support/RunTask.h"
+#include "support/TestPlatform.h"
+
+#include <gtest/gtest.h>
+
+#include <memory>
+
+namespace quillhaven::testing {
+
+/// The engine with its bulk cores open to a test.
+class OpenQuillhavenManager : public QuillhavenManager
+{
+public:
+    using QuillhavenManager::lockItemWithoutFileAccess;
+    using QuillhavenManager::protectItemWithAccessibleURL;
+    using QuillhavenManager::QuillhavenManager;
+    using QuillhavenManager::removeProtectionWithAccessibleURL;
+    using QuillhavenManager::unlockItemWithAccessibleURL;
+};
+
+/// One run of the program's engine over a TestPlatform, with a user who answers its dialogs. Build a second one over
+/// the same platform for a restart.
+class EngineHarness
+{
+public:
+    explicit EngineHarness(TestPlatform &services) : EngineHarness(services, services.fileManager) {}
+
+    /// The same with another file manager in front of the real one.
+    EngineHarness(TestPlatform &services, FileManager &fileManager)
+        : platform(services.platform(fileManager)), masterPassword(platform, masterPasswordDialog),
+          manager(platform, masterPassword, passwordDialog)
+    {
+        // The store is asked at the start; a test that changes it afterwards means what comes later.
+        spinOnce();
+        spinUntil([] { return WorkInFlight::count() == 0; });
+        QObject::connect(&passwordDialog, &PasswordInputDialogManager::changed, &manager,
+                         [this] { answerPasswordDialog(); }, Qt::QueuedConnection);
+        QObject::connect(&masterPasswordDialog, &MasterPasswordDialogManager::changed, &manager,
+                         [this] { answerMasterPasswordDialog(); }, Qt::QueuedConnection);
+    }
+
+    [[nodiscard]] const ProtectedItem &item(qsizetype index = 0) const { return manager.protectedItems().at(index); }
+    [[nodiscard]] qsizetype count() const { return manager.protectedItems().size(); }
+
+    void protect(const QString &path, const QString &password = QStringLiteral("Abcdefg1"), bool useTouchID = false)
+    {
+        runTask(manager.protectItem(path, password, useTouchID));
+    }
+    void lock(qsizetype index = 0) { runTask(manager.lockItem(item(index))); }
+    void unlock(qsizetype index = 0) { runTask(manager.unlockItem(item(index))); }
+    void remove(qsizetype index = 0) { runTask(manager.removeProtection(item(index))); }
+
+    /// What the user types into the item's password dialog; absent means Cancel.
+    std::optional<QString> itemPassword = QStringLiteral("Abcdefg1");
+    /// What the user types into the master password dialog; absent means Cancel.
+    std::optional<QString> masterPasswordEntry;
+    int masterPrompts = 0;
+    int passwordPrompts = 0;
+
+    Platform platform;
+    MasterPasswordDialogManager masterPasswordDialog;
+    PasswordInputDialogManager passwordDialog;
+    MasterPasswordManager masterPassword;
+    OpenQuillhavenManager manager;
+
+private:
+    void answerPasswordDialog()
+    {
+        if (!passwordDialog.isPresented()) {
+            return;
+        }
+        ++passwordPrompts;
+        passwordDialog.setIsPresented(false);
+        if (itemPassword) {
+            passwordDialog.onConfirm(*itemPassword);
+        } else {
+            passwordDialog.onCancel();
+        }
+    }
+
+    void answerMasterPasswordDialog()
+    {
+        if (!masterPasswordDialog.isPresented() || masterPasswordDialog.isAuthenticating()) {
+            return;
+        }
+        ++masterPrompts;
+        if (masterPasswordEntry) {
+            masterPasswordDialog.authenticate(*masterPasswordEntry);
+        } else {
+            masterPasswordDialog.cancel();
+        }
+    }
+};
+
+/// The case of the engine's error that the call throws, or a test failure when it throws none.
+template <typename Call> QuillhavenError::Case engineErrorOf(Call call, QString *description = nullptr)
+{
+    try {
+        call();
+    } catch (const QuillhavenError &error) {
+        if (description) {
+            *description = error.errorDescription();
+        }
+        return error.errorCase();
+    } catch (const std::exception &error) {
+        ADD_FAILURE() << "another error: " << error.what();
+        return QuillhavenError::keychainError;
+    }
+    ADD_FAILURE() << "no error";
+    return QuillhavenError::keychainError;
+}
+
+} // namespace quillhaven::testing
