@@ -1,0 +1,63 @@
+#!/bin/bash
+# The rules of this code base that a program can check. Says every breach, and fails when there is one.
+set -uo pipefail
+cd "$(dirname "${BASH_SOURCE[0]}")/.."
+
+breaches=0
+breach() {
+    echo "$1"
+    breaches=$((breaches + 1))
+}
+
+# Each file as ours: tracked, or new and not ignored.
+ours() { git -c safe.directory='*' ls-files --cached --others --exclude-standard -- "$@" | while read -r file; do [ -f "$file" ] && echo "$file"; done; }
+if ! git -c safe.directory='*' rev-parse --git-dir >/dev/null 2>&1; then
+    ours() { find . -path ./build -prune -o -type f -print | sed 's,^\./,,' | grep -E "$(printf '%s\n' "$@" | sed -e 's/[.]/\\./g' -e 's/\*/.*/g' -e 's/$/$/' | paste -sd'|')"; }
+fi
+
+mapfile -t sources < <(ours '*.cpp' '*.h' | sort -u)
+[ ${#sources[@]} -gt 0 ] || breach "No source files were found: the check itself is broken."
+mapfile -t qml < <(ours '*.qml' | sort -u)
+
+# Layout of the code.
+clang-format-19 --dry-run -Werror "${sources[@]}" || breach "clang-format: run clang-format-19 -i on the files above."
+
+# Length: a longer file is telling about a missing piece.
+for file in "${sources[@]}" "${qml[@]}"; do
+    case $file in
+    src/*)
+        lines=$(wc -l <"$file")
+        [ "$lines" -le 400 ] || breach "$file: $lines lines; files in src have 400 at most."
+        ;;
+    esac
+done
+
+# Looks: colours, sizes of text, spaces and times come from presentation/tokens.
+colour='"#[0-9a-fA-F]{3,8}"|Qt\.(rgba|hsla|hsva)\(|[cC]olor: *"[a-z]+"'
+measure='(margins|Margin|[sS]pacing|[pP]adding|radius|pixelSize|pointSize|duration): *-?[0-9.]*[1-9]'
+for file in "${qml[@]}"; do
+    case $file in
+    */tokens/*) ;;
+    src/*)
+        literals=$(grep -nE "$colour|$measure" "$file" | sed "s,^,$file:,")
+        [ -z "$literals" ] || breach "$literals"$'\n'"$file: colours and measures are tokens."
+        ;;
+    esac
+done
+
+# Tests: each is in a target, and none may be passed over. A test that cannot run fails.
+while read -r file; do
+    folder=$(dirname "$file")
+    grep -qw -- "$(basename "$file")" "$folder/CMakeLists.txt" 2>/dev/null ||
+        breach "$file: no target in $folder/CMakeLists.txt lists it."
+done < <(ours 'tests/*.cpp' 'tests/*_test.py' 'fuzz/*.cpp' 'bench/*.cpp')
+skips='GTEST_SKIP|DISABLED_|QSKIP|unittest\.skip|SkipTest|skipTest|SKIP_RETURN_CODE'
+skipped=$(grep -nE "$skips" $(ours 'tests/*.cpp' 'tests/*.h' 'tests/*.py' '*CMakeLists.txt' '*.cmake') /dev/null)
+[ -z "$skipped" ] || breach "$skipped"$'\n'"Tests are not skipped."
+
+# Every symbol of a shared instance stands in one place.
+elsewhere=$(grep -nE '^[A-Za-z]+ &[A-Za-z]+::shared\(\)' $(ours 'src/*.cpp') /dev/null | grep -v '^src/SharedInstances.cpp')
+[ -z "$elsewhere" ] || breach "$elsewhere"$'\n'"shared() is defined in src/SharedInstances.cpp alone."
+
+[ $breaches -eq 0 ] || { echo "$breaches conventions are broken."; exit 1; }
+echo "All conventions hold over ${#sources[@]} C++ and ${#qml[@]} QML files."
