@@ -1,0 +1,80 @@
+#include "formats/FolderArchive.h"
+
+#include "catalogue/QuillhavenError.h"
+
+#include <QFileInfo>
+#include <QProcess>
+#include <QStandardPaths>
+
+namespace quillhaven {
+
+namespace {
+
+/// A folder that is gone at the end of the scope; an error of that removal is dropped.
+class WorkDirectory
+{
+public:
+    WorkDirectory(FileManager &fileManager, const QString &path) : m_fileManager(fileManager), m_path(path)
+    {
+        m_fileManager.createDirectory(m_path);
+    }
+    ~WorkDirectory()
+    {
+        try {
+            m_fileManager.removeItem(m_path);
+        } catch (const LocalizedError &) {
+            // The archive is in memory or has failed already; what stays is the temporary directory's business.
+        }
+    }
+    WorkDirectory(const WorkDirectory &) = delete;
+    WorkDirectory &operator=(const WorkDirectory &) = delete;
+
+    [[nodiscard]] QString archivePath() const { return m_path + QStringLiteral("/archive.tar"); }
+
+private:
+    FileManager &m_fileManager;
+    QString m_path;
+};
+
+QString tarProgram()
+{
+    const QString usual = QStringLiteral("/usr/bin/tar");
+    if (QFileInfo(usual).isExecutable()) {
+        return usual;
+    }
+    const QString found = QStandardPaths::findExecutable(QStringLiteral("tar"));
+    return found.isEmpty() ? usual : found;
+}
+
+void runTar(const QString &archivePath, const QString &folder)
+{
+    constexpr int noTimeout = -1;
+    const QFileInfo info(folder);
+    QProcess tar;
+    tar.setStandardOutputFile(QProcess::nullDevice());
+    tar.start(tarProgram(), {QStringLiteral("-cf"), archivePath, QStringLiteral("-C"), info.path(), info.fileName()});
+    if (!tar.waitForStarted(noTimeout)) {
+        throw QuillhavenError(QuillhavenError::encryptionFailed,
+                              QStringLiteral("Failed to create folder archive: ") + tar.errorString());
+    }
+    tar.waitForFinished(noTimeout);
+    if (tar.exitStatus() != QProcess::NormalExit || tar.exitCode() != 0) {
+        const QByteArray words = tar.readAllStandardError();
+        const QString text = QString::fromUtf8(words);
+        throw QuillhavenError(QuillhavenError::encryptionFailed,
+                              QStringLiteral("Failed to create folder archive: ") +
+                                  (text.isEmpty() ? QStringLiteral("Unknown error") : text));
+    }
+}
+
+} // namespace
+
+FileBuffer createFolderArchive(FileManager &fileManager, RandomSource &random, const UserDirectories &directories,
+                               const QString &folder, size_t headroom, size_t tailroom)
+{
+    const WorkDirectory work(fileManager, directories.temporary + QLatin1Char('/') + random.uuidString());
+    runTar(work.archivePath(), folder);
+    return fileManager.readFile(work.archivePath(), headroom, tailroom);
+}
+
+} // namespace quillhaven

@@ -1,0 +1,84 @@
+#include "formats/SealedBox.h"
+
+#include "formats/CipherError.h"
+
+#include <openssl/evp.h>
+
+#include <algorithm>
+#include <memory>
+
+namespace quillhaven::sealed_box {
+
+namespace {
+
+// OpenSSL takes an int for a length; also small enough to stay in the cache between the cipher and the hash.
+constexpr size_t chunkSize = size_t(1) << 20;
+
+struct ContextDeleter
+{
+    void operator()(EVP_CIPHER_CTX *context) const { EVP_CIPHER_CTX_free(context); }
+};
+
+using Context = std::unique_ptr<EVP_CIPHER_CTX, ContextDeleter>;
+
+unsigned char *raw(std::span<std::byte> bytes)
+{
+    return reinterpret_cast<unsigned char *>(bytes.data());
+}
+
+void require(bool succeeded)
+{
+    if (!succeeded) {
+        throw CipherError(CipherError::libraryFailure);
+    }
+}
+
+} // namespace
+
+void sealInPlace(const SymmetricKey &key, std::span<std::byte> box)
+{
+    require(box.size() >= overhead);
+    const Context context(EVP_CIPHER_CTX_new());
+    const auto *keyBytes = reinterpret_cast<const unsigned char *>(key.data());
+    require(context && EVP_EncryptInit_ex2(context.get(), EVP_aes_256_gcm(), keyBytes, raw(box), nullptr) == 1);
+
+    const std::span<std::byte> text = box.subspan(nonceSize, box.size() - overhead);
+    for (size_t done = 0; done < text.size(); done += chunkSize) {
+        const auto chunk = text.subspan(done, std::min(chunkSize, text.size() - done));
+        int written = 0;
+        require(EVP_EncryptUpdate(context.get(), raw(chunk), &written, raw(chunk), static_cast<int>(chunk.size())) ==
+                1);
+    }
+    int written = 0;
+    const auto tag = box.last(tagSize);
+    require(EVP_EncryptFinal_ex(context.get(), raw(tag), &written) == 1);
+    require(EVP_CIPHER_CTX_ctrl(context.get(), EVP_CTRL_GCM_GET_TAG, static_cast<int>(tagSize), raw(tag)) == 1);
+}
+
+std::span<std::byte> openInPlace(const SymmetricKey &key, std::span<std::byte> box)
+{
+    if (box.size() < overhead) {
+        throw CipherError(CipherError::authenticationFailure);
+    }
+    const Context context(EVP_CIPHER_CTX_new());
+    const auto *keyBytes = reinterpret_cast<const unsigned char *>(key.data());
+    require(context && EVP_DecryptInit_ex2(context.get(), EVP_aes_256_gcm(), keyBytes, raw(box), nullptr) == 1);
+
+    const std::span<std::byte> text = box.subspan(nonceSize, box.size() - overhead);
+    for (size_t done = 0; done < text.size(); done += chunkSize) {
+        const auto chunk = text.subspan(done, std::min(chunkSize, text.size() - done));
+        int written = 0;
+        require(EVP_DecryptUpdate(context.get(), raw(chunk), &written, raw(chunk), static_cast<int>(chunk.size())) ==
+                1);
+    }
+    int written = 0;
+    unsigned char rest[EVP_MAX_BLOCK_LENGTH];
+    const auto tag = box.last(tagSize);
+    require(EVP_CIPHER_CTX_ctrl(context.get(), EVP_CTRL_GCM_SET_TAG, static_cast<int>(tagSize), raw(tag)) == 1);
+    if (EVP_DecryptFinal_ex(context.get(), rest, &written) != 1) {
+        throw CipherError(CipherError::authenticationFailure);
+    }
+    return text;
+}
+
+} // namespace quillhaven::sealed_box
