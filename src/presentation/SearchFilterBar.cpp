@@ -3,6 +3,8 @@
 #include <QCollator>
 
 #include <algorithm>
+#include <iterator>
+#include <numeric>
 
 namespace quillhaven {
 
@@ -28,18 +30,38 @@ bool passes(const ProtectedItem &item, TypeFilter filter)
     return filter == TypeFilter::all || item.isFolder == (filter == TypeFilter::folders);
 }
 
-void sortByName(QList<ProtectedItem> &items)
+/// Sorts without moving items that compare the same. (libstdc++'s own stable sort needs what C++20 deprecates.)
+template <typename Comparison>
+QList<ProtectedItem> stablySorted(const QList<ProtectedItem> &items, Comparison compare)
+{
+    QList<qsizetype> order(items.size());
+    std::iota(order.begin(), order.end(), 0);
+    std::sort(order.begin(), order.end(), [&items, &compare](qsizetype left, qsizetype right) {
+        const int result = compare(items.at(left), items.at(right));
+        return result != 0 ? result < 0 : left < right;
+    });
+    QList<ProtectedItem> sorted;
+    sorted.reserve(items.size());
+    for (const qsizetype position : order) {
+        sorted.append(items.at(position));
+    }
+    return sorted;
+}
+
+QList<ProtectedItem> sortedByName(const QList<ProtectedItem> &items)
 {
     QCollator collator;
     collator.setCaseSensitivity(Qt::CaseInsensitive);
-    std::stable_sort(items.begin(), items.end(), [&collator](const ProtectedItem &left, const ProtectedItem &right) {
-        return collator.compare(left.originalName, right.originalName) < 0;
+    return stablySorted(items, [&collator](const ProtectedItem &left, const ProtectedItem &right) {
+        return collator.compare(left.originalName, right.originalName);
     });
 }
 
-void sortByStatus(QList<ProtectedItem> &items)
+QList<ProtectedItem> sortedByStatus(const QList<ProtectedItem> &items)
 {
-    std::stable_partition(items.begin(), items.end(), [](const ProtectedItem &item) { return !item.isMounted; });
+    return stablySorted(items, [](const ProtectedItem &left, const ProtectedItem &right) {
+        return static_cast<int>(left.isMounted) - static_cast<int>(right.isMounted);
+    });
 }
 
 } // namespace
@@ -72,12 +94,7 @@ QList<ProtectedItem> SearchFilterBar::filteredAndSortedItems(const QList<Protect
         return passesSearch(item, searchText) && passes(item, statusFilter) && passes(item, authFilter) &&
                passes(item, typeFilter);
     });
-    if (sortOption == SortOption::name) {
-        sortByName(result);
-    } else {
-        sortByStatus(result);
-    }
-    return result;
+    return sortOption == SortOption::name ? sortedByName(result) : sortedByStatus(result);
 }
 
 const QStringList &statusFilterLabels()

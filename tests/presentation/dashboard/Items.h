@@ -1,0 +1,42 @@
+#pragma once
+
+#include "catalogue/CatalogueJson.h"
+#include "catalogue/DefaultsKeys.h"
+#include "platform/UserDefaults.h"
+#include "support/TestPlatform.h"
+
+#include <QStringList>
+
+namespace quillhaven::testing {
+
+/// A record with a name and nothing on disk.
+inline ProtectedItem namedItem(const QString &name, bool isMounted = false)
+{
+    ProtectedItem item;
+    item.id = QStringLiteral("ID-") + name;
+    item.originalName = name;
+    item.originalPath = QStringLiteral("/home/ada/papers/") + name;
+    item.isMounted = isMounted;
+    return item;
+}
+
+inline QStringList namesOf(const QList<ProtectedItem> &items)
+{
+    QStringList names;
+    for (const ProtectedItem &item : items) {
+        names.append(item.originalName);
+    }
+    return names;
+}
+
+/// Leaves a catalogue behind for the engine that starts next; each item stands at its original path.
+inline void storeCatalogue(TestPlatform &services, QList<ProtectedItem> items)
+{
+    for (ProtectedItem &item : items) {
+        item.originalPath = services.home.write(QStringLiteral("papers/") + item.originalName);
+        item.originalBackupPath = services.home.path(QStringLiteral("store/") + item.id);
+    }
+    services.defaults.standard().setData(defaults_keys::protectedItems, encodeProtectedItems(items));
+}
+
+} // namespace quillhaven::testing
