@@ -44,6 +44,24 @@ QString sanitizedName(QString name)
     return name;
 }
 
+QString containerPathFor(const UserDirectories &directories, const QString &originalName)
+{
+    return pathInDirectory(directories.documents, sanitizedName(originalName) + QStringLiteral(".secured"));
+}
+
+/// Asked before anything moves: what cannot be sealed would stay behind in private storage without a record.
+void requireSealable(const ProtectionWork &work)
+{
+    constexpr qsizetype longestName = 255; // bytes, on every file system in use
+    work.files.requireProtectable(work.path);
+    const QString containerName = lastPathComponent(containerPathFor(work.directories, lastPathComponent(work.path)));
+    if (containerName.toUtf8().size() > longestName) {
+        throw FileError(FileError::Kind::InvalidName,
+                        QStringLiteral("The name of \"%1\" is too long to be protected. Please shorten it first.")
+                            .arg(lastPathComponent(work.path)));
+    }
+}
+
 QString freeBackupPath(const FileManager &files, const QString &secureStorage, const QString &id)
 {
     const QString base = pathInDirectory(secureStorage, id + QStringLiteral("_original"));
@@ -72,8 +90,7 @@ ProtectedItem moveIntoProtection(const ProtectionWork &work, bool useTouchID)
     if (!work.files.fileExists(work.path)) {
         throw QuillhavenError(QuillhavenError::itemNotFound);
     }
-    // Asked before anything moves: what cannot be sealed would stay behind in private storage without a record.
-    work.files.requireProtectable(work.path);
+    requireSealable(work);
 
     ProtectedItem item;
     item.id = work.random.uuidString();
@@ -86,8 +103,7 @@ ProtectedItem moveIntoProtection(const ProtectionWork &work, bool useTouchID)
     item.originalBackupPath = freeBackupPath(work.files, work.secureStorage, item.id);
     work.files.moveItem(work.path, item.originalBackupPath);
 
-    item.containerPath =
-        pathInDirectory(work.directories.documents, sanitizedName(item.originalName) + QStringLiteral(".secured"));
+    item.containerPath = containerPathFor(work.directories, item.originalName);
     item.isFolder = work.files.isDirectory(item.originalBackupPath);
     writeContainer(work, item);
     writePlaceholder(work.files, work.path);

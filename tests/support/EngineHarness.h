@@ -32,20 +32,25 @@ public:
 class EngineHarness
 {
 public:
-    explicit EngineHarness(TestPlatform &services) : EngineHarness(services, services.fileManager) {}
+    explicit EngineHarness(TestPlatform &services) : EngineHarness(services.platform()) {}
 
     /// The same with another file manager in front of the real one.
-    EngineHarness(TestPlatform &services, FileManager &fileManager)
-        : platform(services.platform(fileManager)), masterPassword(platform, masterPasswordDialog),
+    EngineHarness(TestPlatform &services, FileManager &fileManager) : EngineHarness(services.platform(fileManager)) {}
+
+    explicit EngineHarness(const Platform &services)
+        : platform(services),
+          masterPassword(platform, masterPasswordDialog),
           manager(platform, masterPassword, passwordDialog)
     {
         // The store is asked at the start; a test that changes it afterwards means what comes later.
         spinOnce();
         spinUntil([] { return WorkInFlight::count() == 0; });
-        QObject::connect(&passwordDialog, &PasswordInputDialogManager::changed, &manager,
-                         [this] { answerPasswordDialog(); }, Qt::QueuedConnection);
-        QObject::connect(&masterPasswordDialog, &MasterPasswordDialogManager::changed, &manager,
-                         [this] { answerMasterPasswordDialog(); }, Qt::QueuedConnection);
+        QObject::connect(
+            &passwordDialog, &PasswordInputDialogManager::changed, &manager, [this] { answerPasswordDialog(); },
+            Qt::QueuedConnection);
+        QObject::connect(
+            &masterPasswordDialog, &MasterPasswordDialogManager::changed, &manager,
+            [this] { answerMasterPasswordDialog(); }, Qt::QueuedConnection);
     }
 
     [[nodiscard]] const ProtectedItem &item(qsizetype index = 0) const { return manager.protectedItems().at(index); }
@@ -102,7 +107,8 @@ private:
 };
 
 /// The case of the engine's error that the call throws, or a test failure when it throws none.
-template <typename Call> QuillhavenError::Case engineErrorOf(Call call, QString *description = nullptr)
+template <typename Call>
+QuillhavenError::Case engineErrorOf(Call call, QString *description = nullptr)
 {
     try {
         call();

@@ -1,0 +1,100 @@
+#!/usr/bin/python3
+"""Start of the program to its first window on the screen, and resident memory then, beside keepassxc.
+
+bench/start.py PROGRAM WORK ROUNDS: run under a virtual display and a session bus of its own (bench/run.py does that).
+Each program starts in a home of its own; the clock stops when a visible window of its name is mapped and drawn, asked
+for in the same way for both.
+"""
+import os
+import shutil
+import signal
+import sqlite3
+import statistics
+import subprocess
+import sys
+import tempfile
+import time
+
+
+def resident_kib(pid):
+    with open('/proc/%d/status' % pid) as status:
+        return next(int(line.split()[1]) for line in status if line.startswith('VmRSS'))
+
+
+def start(command, title, home):
+    """Seconds to a drawn window, and resident KiB then."""
+    env = dict(os.environ, HOME=home, XDG_CONFIG_HOME=home + '/.config', XDG_DATA_HOME=home + '/.local/share',
+               XDG_CACHE_HOME=home + '/.cache')
+    begin = time.perf_counter()
+    process = subprocess.Popen(command, env=env, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
+    window = subprocess.run(['xdotool', 'search', '--sync', '--onlyvisible', '--pid', str(process.pid), '--name', title],
+                            check=True, capture_output=True, text=True, timeout=60).stdout.split()[0]
+    # One colour all over means that nothing has been drawn yet.
+    while True:
+        picture = subprocess.run(['import', '-window', window, '-resize', '64x64!', 'txt:-'], capture_output=True,
+                                 text=True).stdout
+        if len({line.split()[2] for line in picture.splitlines()[1:] if len(line.split()) > 2}) > 3:
+            break
+    seconds = time.perf_counter() - begin
+    memory = resident_kib(process.pid)
+    process.send_signal(signal.SIGTERM)
+    try:
+        process.wait(timeout=10)
+    except subprocess.TimeoutExpired:
+        process.kill()
+        process.wait()
+    return seconds, memory
+
+
+def fill_catalogue(home, count):
+    """A catalogue of so many records whose files stand."""
+    import json
+    folder = os.path.join(home, '.config', 'quillhaven')
+    os.makedirs(folder, mode=0o700)
+    store = os.path.join(home, '.local/share/quillhaven')
+    os.makedirs(store)
+    items = []
+    for i in range(count):
+        identity = '%08X-0000-4000-8000-000000000000' % i
+        copy = os.path.join(store, identity + '_original')
+        open(copy, 'w').close()
+        name = 'a document of some length %d.pdf' % i
+        items.append(dict(id=identity, originalName=name, originalPath='/home/somebody/' + name,
+                          containerPath='/home/somebody/Documents/%s.secured' % name, originalBackupPath=copy,
+                          isFolder=False, useTouchID=False, isMounted=False, isProcessing=False))
+    return json.dumps(items).encode()
+
+
+def store_catalogue(program, home, json_bytes):
+    """Has the program make its database, then puts the list into it."""
+    start([program], '^Quillhaven$', home)
+    database = os.path.join(home, '.config', 'quillhaven', 'com.tarnwick.quillhaven.db')
+    with sqlite3.connect(database) as connection:
+        table = connection.execute("select name from sqlite_master where type = 'table'").fetchone()[0]
+        connection.execute("insert or replace into %s (key, type, value) values ('ProtectedItems', 'data', ?)" % table,
+                           (json_bytes,))
+
+
+def main():
+    program, work, rounds = sys.argv[1], sys.argv[2], int(sys.argv[3])
+    rows = {'keepassxc': [], 'quillhaven, 0 records': [], 'quillhaven, 1,000 records': []}
+    for _ in range(rounds):
+        for name in rows:
+            home = tempfile.mkdtemp(dir=work)
+            if name == 'keepassxc':
+                rows[name].append(start(['keepassxc'], 'KeePassXC', home))
+            else:
+                if '1,000' in name:
+                    store_catalogue(program, home, fill_catalogue(home, 1000))
+                rows[name].append(start([program], '^Quillhaven$', home))
+            shutil.rmtree(home, ignore_errors=True)
+    print('\nStart to the first drawn window')
+    base = statistics.median(seconds for seconds, _ in rows['keepassxc'])
+    for name, results in rows.items():
+        seconds = statistics.median(r[0] for r in results)
+        print('  %-34s %8.3f s   %5.2f x keepassxc   resident %7.1f MiB' % (
+            name, seconds, seconds / base, statistics.median(r[1] for r in results) / 1024))
+
+
+if __name__ == '__main__':
+    main()

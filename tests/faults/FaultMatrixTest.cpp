@@ -1,0 +1,246 @@
+// Each file operation of protect, lock, unlock and remove fails in turn, for each reason a disk gives. Whatever fails,
+// the item's bytes stand somewhere, the error names a file and the reason, and the state is the promised one.
+
+#include "engine/PlaceholderFile.h"
+#include "support/EngineHarness.h"
+#include "support/HookedSeam.h"
+
+#include <QDir>
+#include <QProcess>
+
+#include <cerrno>
+
+#include <sys/mount.h>
+#include <sys/statfs.h>
+
+using namespace quillhaven;
+using namespace quillhaven::testing;
+
+namespace {
+
+struct Reason
+{
+    const char *name;
+    int errorNumber;
+};
+
+class FaultMatrix : public ::testing::TestWithParam<Reason>
+{
+protected:
+    /// Fails the n-th change of a file from now on, counted from 1.
+    void failChange(int n)
+    {
+        remaining = n;
+        hooks.before = [this](const char *call, const QString &path) {
+            if (--remaining == 0) {
+                failedCall = QString::fromLatin1(call);
+                throw FileError::fromErrno(GetParam().errorNumber, FileError::Action::Write, path);
+            }
+        };
+    }
+    void failNothing() { hooks.before = nullptr; }
+
+    /// The sentence of the error that the call throws, or nothing when it throws none.
+    template <typename Call>
+    static QString errorOf(Call call)
+    {
+        try {
+            call();
+        } catch (const LocalizedError &error) {
+            return error.errorDescription();
+        }
+        return {};
+    }
+
+    [[nodiscard]] QString standsAt(const QString &path) const
+    {
+        if (!TemporaryHome::exists(path)) {
+            return QStringLiteral("nothing");
+        }
+        const QByteArray bytes = TemporaryHome::read(path);
+        if (bytes == placeholderText.toUtf8()) {
+            return QStringLiteral("placeholder");
+        }
+        return bytes == "mine" ? QStringLiteral("data") : QStringLiteral("other");
+    }
+    [[nodiscard]] QString state(const EngineHarness &engine) const
+    {
+        const QDir storage(services.home.path(QStringLiteral(".local/share/quillhaven")));
+        const QStringList stored = storage.entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot);
+        const QString record = engine.count() == 0       ? QStringLiteral("none")
+                               : engine.item().isMounted ? QStringLiteral("unlocked")
+                                                         : QStringLiteral("locked");
+        EXPECT_LE(stored.size(), 1) << "something was left behind in private storage";
+        return QStringLiteral("%1, %2, %3")
+            .arg(standsAt(path),
+                 stored.isEmpty() ? QStringLiteral("nothing") : standsAt(storage.filePath(stored.first())), record);
+    }
+
+    TestPlatform services;
+    LogCapture log;
+    SeamHooks hooks;
+    HookedFileManager files{services.fileManager, hooks};
+    EngineHarness engine{services, files};
+    QString path = services.home.write(QStringLiteral("Desktop/a.txt"), "mine");
+    std::atomic<int> remaining = 0;
+    QString failedCall;
+};
+
+} // namespace
+
+TEST_P(FaultMatrix, ProtectFailsInTurn)
+{
+    // The move, the reading for the container, the container, the placeholder.
+    const QStringList states{QStringLiteral("data, nothing, none"), QStringLiteral("nothing, data, none"),
+                             QStringLiteral("nothing, data, none"), QStringLiteral("nothing, data, none")};
+    for (int n = 1; n <= states.size(); ++n) {
+        TestPlatform own;
+        HookedFileManager ownFiles(own.fileManager, hooks);
+        EngineHarness ownEngine(own, ownFiles);
+        const QString ownPath = own.home.write(QStringLiteral("Desktop/a.txt"), "mine");
+        failChange(n);
+        const QString sentence = errorOf([&] { ownEngine.protect(ownPath); });
+        failNothing();
+        EXPECT_TRUE(sentence.contains(QLatin1Char('"'))) << "names no file: " << sentence.toStdString();
+        EXPECT_EQ(ownEngine.count(), 0);
+        const QDir storage(own.home.path(QStringLiteral(".local/share/quillhaven")));
+        const QStringList stored = storage.entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot);
+        const QString state =
+            QStringLiteral("%1, %2, none")
+                .arg(standsAt(ownPath),
+                     stored.isEmpty() ? QStringLiteral("nothing") : standsAt(storage.filePath(stored.first())));
+        EXPECT_EQ(state, states.at(n - 1)) << "failed at " << failedCall.toStdString();
+    }
+}
+
+TEST_P(FaultMatrix, LockFailsInTurn)
+{
+    engine.protect(path);
+    engine.unlock();
+    failChange(1);
+    QString sentence = errorOf([&] { engine.lock(); });
+    EXPECT_EQ(failedCall, QStringLiteral("moveItem"));
+    EXPECT_TRUE(sentence.startsWith(QStringLiteral("Could not move file to secure storage: ")));
+    EXPECT_EQ(state(engine), QStringLiteral("data, nothing, unlocked"));
+
+    failChange(2);
+    sentence = errorOf([&] { engine.lock(); });
+    EXPECT_EQ(failedCall, QStringLiteral("writeFile"));
+    EXPECT_TRUE(sentence.contains(QStringLiteral("a.txt"))) << sentence.toStdString();
+    EXPECT_EQ(state(engine), QStringLiteral("nothing, data, unlocked"));
+
+    failNothing();
+    engine.lock();
+    EXPECT_EQ(state(engine), QStringLiteral("placeholder, data, locked"));
+}
+
+TEST_P(FaultMatrix, UnlockFailsInTurn)
+{
+    engine.protect(path);
+    failChange(1);
+    QString sentence = errorOf([&] { engine.unlock(); });
+    EXPECT_EQ(failedCall, QStringLiteral("removeItem"));
+    EXPECT_TRUE(sentence.contains(QStringLiteral("a.txt"))) << sentence.toStdString();
+    EXPECT_EQ(state(engine), QStringLiteral("placeholder, data, locked"));
+    EXPECT_FALSE(engine.item().isProcessing);
+
+    failChange(2);
+    sentence = errorOf([&] { engine.unlock(); });
+    EXPECT_EQ(failedCall, QStringLiteral("moveItem"));
+    EXPECT_FALSE(sentence.isEmpty());
+    EXPECT_EQ(state(engine), QStringLiteral("nothing, data, locked"));
+    EXPECT_FALSE(engine.item().isProcessing);
+}
+
+TEST_P(FaultMatrix, RemovalFailsInTurn)
+{
+    engine.protect(path);
+    failChange(1);
+    const QString sentence = errorOf([&] { engine.remove(); });
+    EXPECT_EQ(failedCall, QStringLiteral("replaceItemAt"));
+    EXPECT_TRUE(sentence.startsWith(QStringLiteral("Could not restore file to original location.")));
+    EXPECT_EQ(state(engine), QStringLiteral("placeholder, data, locked"));
+
+    failChange(2);
+    EXPECT_EQ(errorOf([&] { engine.remove(); }), QString()) << "a container that stays is only logged";
+    EXPECT_EQ(failedCall, QStringLiteral("removeItem"));
+    EXPECT_EQ(state(engine), QStringLiteral("data, nothing, none"));
+}
+
+INSTANTIATE_TEST_SUITE_P(Reasons, FaultMatrix,
+                         ::testing::Values(Reason{"Permission", EACCES}, Reason{"NoSpace", ENOSPC},
+                                           Reason{"InputOutput", EIO}),
+                         [](const auto &info) { return info.param.name; });
+
+namespace {
+
+/// A small file system of its own, mounted over a folder; needs the right to mount.
+class SmallDisk
+{
+public:
+    SmallDisk(const QString &mountPoint, const char *size) : m_mountPoint(QFile::encodeName(mountPoint))
+    {
+        QDir().mkpath(mountPoint);
+        const QByteArray options = QByteArray("size=") + size;
+        m_isMounted = ::mount("tmpfs", m_mountPoint.constData(), "tmpfs", 0, options.constData()) == 0;
+    }
+    ~SmallDisk()
+    {
+        if (m_isMounted) {
+            ::umount2(m_mountPoint.constData(), MNT_DETACH);
+        }
+    }
+    SmallDisk(const SmallDisk &) = delete;
+    SmallDisk &operator=(const SmallDisk &) = delete;
+    [[nodiscard]] bool isMounted() const { return m_isMounted; }
+
+private:
+    QByteArray m_mountPoint;
+    bool m_isMounted = false;
+};
+
+} // namespace
+
+TEST(FullDisk, DocumentsWithoutRoomForTheContainerLeavesTheDataInStorageAndSaysWhy)
+{
+    TestPlatform services;
+    const LogCapture log;
+    const SmallDisk documents(services.home.path(QStringLiteral("Documents")), "256k");
+    ASSERT_TRUE(documents.isMounted()) << "this test needs the right to mount a tmpfs: run it as root";
+    EngineHarness engine(services);
+    const QByteArray bytes(1024 * 1024, 'x');
+    const QString path = services.home.write(QStringLiteral("Desktop/big.bin"), bytes);
+    try {
+        engine.protect(path);
+        ADD_FAILURE() << "no error";
+    } catch (const FileError &error) {
+        EXPECT_EQ(error.kind(), FileError::Kind::NoSpace);
+        EXPECT_TRUE(error.errorDescription().contains(QStringLiteral("big.bin.secured")))
+            << error.errorDescription().toStdString();
+    }
+    EXPECT_EQ(engine.count(), 0);
+    const QDir storage(services.home.path(QStringLiteral(".local/share/quillhaven")));
+    const QStringList stored = storage.entryList(QDir::Files);
+    ASSERT_EQ(stored.size(), 1);
+    EXPECT_EQ(TemporaryHome::read(storage.filePath(stored.first())), bytes);
+}
+
+TEST(FullDisk, StorageWithoutRoomForTheItemLeavesItWhereItIs)
+{
+    TestPlatform services;
+    const LogCapture log;
+    const SmallDisk storage(services.home.path(QStringLiteral(".local/share/quillhaven")), "256k");
+    ASSERT_TRUE(storage.isMounted()) << "this test needs the right to mount a tmpfs: run it as root";
+    EngineHarness engine(services);
+    const QByteArray bytes(1024 * 1024, 'x');
+    const QString path = services.home.write(QStringLiteral("Desktop/big.bin"), bytes);
+    try {
+        engine.protect(path);
+        ADD_FAILURE() << "no error";
+    } catch (const FileError &error) {
+        EXPECT_EQ(error.kind(), FileError::Kind::NoSpace) << error.errorDescription().toStdString();
+    }
+    EXPECT_EQ(TemporaryHome::read(path), bytes);
+    const QDir directory(services.home.path(QStringLiteral(".local/share/quillhaven")));
+    EXPECT_TRUE(directory.entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot).isEmpty());
+}

@@ -1,0 +1,242 @@
+// A process that runs an operation is killed after each of its changes; what stands on disk, in the keyring and in the
+// catalogue is compared with what the operation promises for that point, and a second start goes on from there.
+
+#include "engine/PlaceholderFile.h"
+#include "support/OperationPlatform.h"
+
+#include <QDir>
+#include <QProcess>
+
+#include <csignal>
+
+using namespace quillhaven;
+using namespace quillhaven::testing;
+
+namespace {
+
+enum class Kind { file, folder };
+
+/// A home of its own with one file or folder, and the process that works on it.
+class Scene
+{
+public:
+    explicit Scene(Kind kind)
+    {
+        if (kind == Kind::folder) {
+            home.write(QStringLiteral("Desktop/item/inner.txt"), "mine");
+        } else {
+            home.write(QStringLiteral("Desktop/item"), "mine");
+        }
+    }
+
+    [[nodiscard]] QString place() const { return home.path(QStringLiteral("Desktop/item")); }
+
+    /// The changes of a run to the end, in order.
+    QStringList runToEnd(const char *operation) const
+    {
+        QProcess process;
+        EXPECT_TRUE(run(process, operation, 0));
+        EXPECT_EQ(process.exitStatus(), QProcess::NormalExit);
+        EXPECT_EQ(process.exitCode(), 0) << process.readAllStandardError().toStdString();
+        QStringList calls = QString::fromUtf8(process.readAllStandardError()).split(QLatin1Char('\n'));
+        calls.removeIf([](const QString &line) { return line.isEmpty() || line.contains(QLatin1Char(' ')); });
+        return calls;
+    }
+
+    void killAfter(const char *operation, int change) const
+    {
+        QProcess process;
+        ASSERT_TRUE(run(process, operation, change));
+        ASSERT_EQ(process.exitStatus(), QProcess::CrashExit) << process.readAllStandardError().toStdString();
+        ASSERT_EQ(process.exitCode(), SIGKILL);
+    }
+
+    bool run(QProcess &process, const char *operation, int change) const
+    {
+        process.start(QStringLiteral(INTERRUPTED_OPERATION),
+                      {home.path(), QString::fromLatin1(operation), place(), QString::number(change)});
+        return process.waitForFinished(60'000);
+    }
+
+    /// What stands at a path: "nothing", "placeholder", "data" or other bytes.
+    [[nodiscard]] QString standsAt(const QString &path) const
+    {
+        if (!TemporaryHome::exists(path)) {
+            return QStringLiteral("nothing");
+        }
+        if (QFileInfo(path).isDir()) {
+            return TemporaryHome::read(path + QStringLiteral("/inner.txt")) == "mine" ? QStringLiteral("data")
+                                                                                      : QStringLiteral("changed");
+        }
+        const QByteArray bytes = TemporaryHome::read(path);
+        if (bytes == placeholderText.toUtf8()) {
+            return QStringLiteral("placeholder");
+        }
+        return bytes == "mine" ? QStringLiteral("data") : QStringLiteral("other");
+    }
+
+    [[nodiscard]] QString standsInStorage() const
+    {
+        const QDir storage(home.path(QStringLiteral(".local/share/quillhaven")));
+        const QStringList names = storage.entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot);
+        if (names.isEmpty()) {
+            return QStringLiteral("nothing");
+        }
+        return names.size() == 1 ? standsAt(storage.filePath(names.first())) : names.join(QLatin1Char('+'));
+    }
+
+    [[nodiscard]] QString container() const
+    {
+        return TemporaryHome::exists(home.path(QStringLiteral("Documents/item.secured"))) ? QStringLiteral("container")
+                                                                                          : QStringLiteral("nothing");
+    }
+
+    /// A second start over the same home, with what the record says and whether a credential is stored.
+    struct SecondStart
+    {
+        explicit SecondStart(const Scene &scene)
+            : services(scene.home.directories(), hooks), engine(services.platform())
+        {
+        }
+        [[nodiscard]] QString record() const
+        {
+            if (engine.count() == 0) {
+                return QStringLiteral("none");
+            }
+            return engine.item().isMounted ? QStringLiteral("unlocked") : QStringLiteral("locked");
+        }
+
+        LogCapture log;
+        SeamHooks hooks;
+        OperationPlatform services;
+        EngineHarness engine;
+    };
+
+    [[nodiscard]] QString state(const SecondStart &second) const
+    {
+        return QStringLiteral("%1, %2, %3, %4").arg(standsAt(place()), standsInStorage(), container(), second.record());
+    }
+
+private:
+    TemporaryHome home;
+};
+
+/// The states below name, in this order: the original place, private storage, the documents folder, the record.
+class KillMatrix : public ::testing::TestWithParam<Kind>
+{
+protected:
+    [[nodiscard]] static bool isFolder() { return GetParam() == Kind::folder; }
+};
+
+} // namespace
+
+TEST_P(KillMatrix, ProtectStoppedAfterEachChangeLeavesWhatItPromises)
+{
+    const QStringList fileStates{
+        QStringLiteral("nothing, data, nothing, none"),         QStringLiteral("nothing, data, container, none"),
+        QStringLiteral("placeholder, data, container, none"),   QStringLiteral("placeholder, data, container, none"),
+        QStringLiteral("placeholder, data, container, locked"), QStringLiteral("placeholder, data, container, locked")};
+    QStringList states = fileStates;
+    QStringList calls{QStringLiteral("moveItem"), QStringLiteral("writeFile"), QStringLiteral("writeFile"),
+                      QStringLiteral("add"),      QStringLiteral("setObject"), QStringLiteral("setObject")};
+    if (isFolder()) {
+        states.removeAt(3);
+        calls.removeAt(3);
+    }
+    for (int change = 1; change <= states.size(); ++change) {
+        const Scene scene(GetParam());
+        scene.killAfter("protect", change);
+        Scene::SecondStart second(scene);
+        EXPECT_EQ(scene.state(second), states.at(change - 1)) << "killed after change " << change;
+        if (second.engine.count() == 1) {
+            second.engine.unlock();
+            EXPECT_EQ(scene.standsAt(scene.place()), QStringLiteral("data"));
+            second.engine.remove();
+        }
+    }
+    const Scene scene(GetParam());
+    EXPECT_EQ(scene.runToEnd("protect"), calls);
+}
+
+TEST_P(KillMatrix, LockStoppedAfterEachChangeLeavesWhatItPromises)
+{
+    const QStringList states{
+        QStringLiteral("nothing, data, container, unlocked"), QStringLiteral("placeholder, data, container, unlocked"),
+        QStringLiteral("placeholder, data, container, locked"), QStringLiteral("placeholder, data, container, locked")};
+    for (int change = 1; change <= states.size(); ++change) {
+        const Scene scene(GetParam());
+        scene.runToEnd("protect");
+        scene.runToEnd("unlock");
+        scene.killAfter("lock", change);
+        Scene::SecondStart second(scene);
+        EXPECT_EQ(scene.state(second), states.at(change - 1)) << "killed after change " << change;
+        if (change == 1) {
+            second.engine.lock(); // finds no original, skips the move and writes the placeholder
+        }
+        if (change == 2) {
+            // The placeholder would count as the original of another lock; unlocking finds the private copy.
+            second.engine.unlock();
+            second.engine.lock();
+        }
+        EXPECT_EQ(scene.state(second), QStringLiteral("placeholder, data, container, locked"));
+        second.engine.remove();
+        EXPECT_EQ(scene.state(second), QStringLiteral("data, nothing, nothing, none"));
+    }
+    const Scene scene(GetParam());
+    scene.runToEnd("protect");
+    scene.runToEnd("unlock");
+    EXPECT_EQ(scene.runToEnd("lock").join(QLatin1Char(' ')), QStringLiteral("moveItem writeFile setObject setObject"));
+}
+
+TEST_P(KillMatrix, UnlockStoppedAfterEachChangeLeavesWhatItPromises)
+{
+    const QStringList states{
+        QStringLiteral("nothing, data, container, locked"), QStringLiteral("data, nothing, container, locked"),
+        QStringLiteral("data, nothing, container, unlocked"), QStringLiteral("data, nothing, container, unlocked")};
+    for (int change = 1; change <= states.size(); ++change) {
+        const Scene scene(GetParam());
+        scene.runToEnd("protect");
+        scene.killAfter("unlock", change);
+        Scene::SecondStart second(scene);
+        EXPECT_EQ(scene.state(second), states.at(change - 1)) << "killed after change " << change;
+        if (change == 2) {
+            EXPECT_EQ(engineErrorOf([&] { second.engine.unlock(); }), QuillhavenError::itemNotFound);
+            second.engine.lock(); // the real data counts as the original
+            EXPECT_EQ(scene.state(second), QStringLiteral("placeholder, data, container, locked"));
+        }
+    }
+    const Scene scene(GetParam());
+    scene.runToEnd("protect");
+    EXPECT_EQ(scene.runToEnd("unlock").join(QLatin1Char(' ')),
+              QStringLiteral("removeItem moveItem setObject setObject"));
+}
+
+TEST_P(KillMatrix, RemovalStoppedAfterEachChangeLeavesWhatItPromises)
+{
+    QStringList states{
+        QStringLiteral("data, nothing, container, locked"), QStringLiteral("data, nothing, nothing, locked"),
+        QStringLiteral("data, nothing, nothing, locked"),   QStringLiteral("data, nothing, nothing, locked"),
+        QStringLiteral("data, nothing, nothing, none"),     QStringLiteral("data, nothing, nothing, none")};
+    if (isFolder()) {
+        states.remove(2, 2);
+    }
+    for (int change = 1; change <= states.size(); ++change) {
+        const Scene scene(GetParam());
+        scene.runToEnd("protect");
+        scene.killAfter("remove", change);
+        Scene::SecondStart second(scene);
+        EXPECT_EQ(scene.state(second), states.at(change - 1)) << "killed after change " << change;
+        if (second.engine.count() == 1) {
+            EXPECT_EQ(engineErrorOf([&] { second.engine.remove(); }), QuillhavenError::itemNotFound);
+            EXPECT_EQ(scene.standsAt(scene.place()), QStringLiteral("data"));
+        }
+    }
+    const Scene scene(GetParam());
+    scene.runToEnd("protect");
+    EXPECT_EQ(scene.runToEnd("remove").join(QLatin1Char(' ')),
+              isFolder() ? QStringLiteral("replaceItemAt removeItem setObject setObject")
+                         : QStringLiteral("replaceItemAt removeItem remove remove setObject setObject"));
+}
+
+INSTANTIATE_TEST_SUITE_P(Items, KillMatrix, ::testing::Values(Kind::file, Kind::folder),
+                         [](const auto &info) { return info.param == Kind::file ? "File" : "Folder"; });

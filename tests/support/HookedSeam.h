@@ -1,0 +1,157 @@
+#pragma once
+
+#include "platform/CredentialStore.h"
+#include "platform/FileManagerDecorator.h"
+#include "platform/UserDefaults.h"
+
+#include <functional>
+#include <map>
+#include <memory>
+
+namespace quillhaven::testing {
+
+/// What happens around every call of the seam that changes something. `before` may throw in place of the call.
+struct SeamHooks
+{
+    std::function<void(const char *call, const QString &path)> before;
+    std::function<void(const char *call, const QString &path)> after;
+
+    template <typename Call>
+    auto around(const char *name, const QString &path, Call call) const
+    {
+        if (before) {
+            before(name, path);
+        }
+        if constexpr (std::is_void_v<std::invoke_result_t<Call>>) {
+            call();
+            if (after) {
+                after(name, path);
+            }
+        } else {
+            auto result = call();
+            if (after) {
+                after(name, path);
+            }
+            return result;
+        }
+    }
+};
+
+/// A file manager that tells of every change.
+class HookedFileManager : public FileManagerDecorator
+{
+public:
+    HookedFileManager(FileManager &next, const SeamHooks &hooks) : FileManagerDecorator(next), m_hooks(hooks) {}
+
+    void createDirectory(const QString &path) override
+    {
+        m_hooks.around("createDirectory", path, [&] { FileManagerDecorator::createDirectory(path); });
+    }
+    void moveItem(const QString &source, const QString &target) override
+    {
+        m_hooks.around("moveItem", source, [&] { FileManagerDecorator::moveItem(source, target); });
+    }
+    void replaceItemAt(const QString &original, const QString &replacement) override
+    {
+        m_hooks.around("replaceItemAt", original, [&] { FileManagerDecorator::replaceItemAt(original, replacement); });
+    }
+    void removeItem(const QString &path) override
+    {
+        m_hooks.around("removeItem", path, [&] { FileManagerDecorator::removeItem(path); });
+    }
+    [[nodiscard]] FileBuffer readFile(const QString &path, size_t headroom, size_t tailroom) const override
+    {
+        return m_hooks.around("readFile", path,
+                              [&] { return FileManagerDecorator::readFile(path, headroom, tailroom); });
+    }
+    void writeFile(const QString &path, std::span<const std::byte> bytes) override
+    {
+        m_hooks.around("writeFile", path, [&] { FileManagerDecorator::writeFile(path, bytes); });
+    }
+
+private:
+    const SeamHooks &m_hooks;
+};
+
+/// A credential store that tells of every change.
+class HookedCredentialStore : public CredentialStore
+{
+public:
+    HookedCredentialStore(CredentialStore &next, const SeamHooks &hooks) : m_next(next), m_hooks(hooks) {}
+
+    [[nodiscard]] CredentialStatus add(const QString &service, const QString &account, const QByteArray &value) override
+    {
+        return m_hooks.around("add", account, [&] { return m_next.add(service, account, value); });
+    }
+    [[nodiscard]] CredentialStatus update(const QString &service, const QString &account,
+                                          const QByteArray &value) override
+    {
+        return m_hooks.around("update", account, [&] { return m_next.update(service, account, value); });
+    }
+    [[nodiscard]] Match copyMatching(const QString &service, const QString &account) override
+    {
+        return m_next.copyMatching(service, account);
+    }
+    [[nodiscard]] CredentialStatus remove(const QString &service, const QString &account) override
+    {
+        return m_hooks.around("remove", account, [&] { return m_next.remove(service, account); });
+    }
+    [[nodiscard]] QString displayName() const override { return m_next.displayName(); }
+
+private:
+    CredentialStore &m_next;
+    const SeamHooks &m_hooks;
+};
+
+/// A settings domain that tells of every change.
+class HookedUserDefaults : public UserDefaults
+{
+public:
+    HookedUserDefaults(UserDefaults &next, const SeamHooks &hooks) : m_next(next), m_hooks(hooks) {}
+
+    [[nodiscard]] QVariant objectForKey(const QString &key) const override { return m_next.objectForKey(key); }
+    void setObject(const QString &key, const QVariant &value) override
+    {
+        m_hooks.around("setObject", key, [&] { m_next.setObject(key, value); });
+    }
+    void removeObject(const QString &key) override
+    {
+        m_hooks.around("removeObject", key, [&] { m_next.removeObject(key); });
+    }
+
+private:
+    UserDefaults &m_next;
+    const SeamHooks &m_hooks;
+};
+
+/// The domains of another provider, hooked.
+class HookedUserDefaultsProvider : public UserDefaultsProvider
+{
+public:
+    HookedUserDefaultsProvider(UserDefaultsProvider &next, const SeamHooks &hooks)
+        : m_next(next), m_hooks(hooks), m_standard(next.standard(), hooks)
+    {
+    }
+
+    [[nodiscard]] UserDefaults &standard() override { return m_standard; }
+    [[nodiscard]] UserDefaults *suite(const QString &name) override
+    {
+        UserDefaults *suite = m_next.suite(name);
+        if (!suite) {
+            return nullptr;
+        }
+        auto &hooked = m_suites[name];
+        if (!hooked) {
+            hooked = std::make_unique<HookedUserDefaults>(*suite, m_hooks);
+        }
+        return hooked.get();
+    }
+
+private:
+    UserDefaultsProvider &m_next;
+    const SeamHooks &m_hooks;
+    HookedUserDefaults m_standard;
+    std::map<QString, std::unique_ptr<HookedUserDefaults>> m_suites;
+};
+
+} // namespace quillhaven::testing
