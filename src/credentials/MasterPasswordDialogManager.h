@@ -61,7 +61,8 @@ Q_SIGNALS:
     void changed();
 
 private:
-    template <typename Value> void assign(Value &field, const Value &value);
+    template <typename Value>
+    void assign(Value &field, const Value &value);
 
     bool m_isPresented = false;
     QString m_title = QStringLiteral("Master Password Required");

@@ -1,0 +1,32 @@
+#include "credentials/MasterPasswordError.h"
+
+#include "credentials/PasswordStrength.h"
+
+namespace quillhaven {
+
+namespace {
+
+QString descriptionOf(MasterPasswordError::Case errorCase)
+{
+    switch (errorCase) {
+    case MasterPasswordError::emptyPassword:
+        return QStringLiteral("Password cannot be empty");
+    case MasterPasswordError::weakPassword:
+        return weakPasswordText;
+    case MasterPasswordError::noMasterPassword:
+        return QStringLiteral("No master password is set");
+    case MasterPasswordError::invalidPassword:
+        return QStringLiteral("Invalid master password");
+    case MasterPasswordError::authenticationCancelled:
+        return QStringLiteral("Authentication was cancelled");
+    }
+    return {};
+}
+
+} // namespace
+
+MasterPasswordError::MasterPasswordError(Case errorCase) : LocalizedError(descriptionOf(errorCase)), m_case(errorCase)
+{
+}
+
+} // namespace quillhaven

@@ -1,14 +1,20 @@
 #pragma once
 
 #include "credentials/KeychainManager.h"
+#include "platform/Answer.h"
 #include "platform/Clock.h"
 
 #include <QCoroTask>
 #include <QObject>
+#include <QPointer>
 
 #include <functional>
 #include <memory>
 #include <vector>
+
+QT_BEGIN_NAMESPACE
+class QThreadPool;
+QT_END_NAMESPACE
 
 namespace quillhaven {
 
@@ -62,20 +68,25 @@ Q_SIGNALS:
 private:
     using Completion = std::function<void(bool succeeded)>;
 
-    [[nodiscard]] QCoro::Task<> readAtStart();
+    // Static: what they belong to may be gone before the store answers.
+    [[nodiscard]] static QCoro::Task<> readAtStart(QPointer<MasterPasswordManager> self);
+    [[nodiscard]] static QCoro::Task<> checkEntered(QPointer<MasterPasswordManager> self, QString entered,
+                                                    Completion completion);
+    /// Ends when the store has answered whether a master password exists.
+    [[nodiscard]] QCoro::Task<> waitForStart();
     void showAuthenticationDialog(Completion completion);
-    [[nodiscard]] QCoro::Task<> checkEntered(QString entered, Completion completion);
     void startAuthenticationTimer();
     void setIsAuthenticated(bool value);
     void setHasMasterPassword(bool value);
 
-    const Platform &m_platform;
+    QThreadPool &m_credentialQueue;
+    Clock &m_clock;
     MasterPasswordDialogManager &m_dialogManager;
     std::shared_ptr<KeychainManager> m_keychain;
     bool m_isAuthenticated = false;
     bool m_hasMasterPassword = false;
     bool m_hasReadAtStart = false;
-    std::vector<std::function<void()>> m_waitingForStart;
+    std::vector<Answer<bool>> m_waitingForStart;
     std::unique_ptr<RunningTimer> m_authenticationTimer;
 };
 
