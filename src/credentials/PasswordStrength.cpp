@@ -1,5 +1,6 @@
 #include "credentials/PasswordStrength.h"
 
+#include <QList>
 #include <QTextBoundaryFinder>
 
 namespace quillhaven {

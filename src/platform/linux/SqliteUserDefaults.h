@@ -7,7 +7,9 @@
 
 namespace quillhaven {
 
-/// The settings domains as one SQLite database (WAL) each, `<directory>/<name>.db`, mode 0600.
+/// The settings domains as one SQLite database (WAL) each, `<directory>/<name>.db`, mode 0600, which another process
+/// may read and write meanwhile. A database that cannot be read as one is set aside under another name and a fresh one
+/// takes its place; a place that cannot be written leaves the domain in memory. Both are logged.
 class SqliteUserDefaultsProvider : public UserDefaultsProvider
 {
 public:
@@ -23,7 +25,8 @@ public:
 
 private:
     QString m_directory;
-    std::map<QString, std::unique_ptr<UserDefaults>> m_domains;
+    std::unique_ptr<UserDefaults> m_standard;
+    std::map<QString, std::unique_ptr<UserDefaults>> m_suites; ///< a suite that could not be opened is asked anew
 };
 
 } // namespace quillhaven
