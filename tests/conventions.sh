@@ -32,9 +32,9 @@ for file in "${sources[@]}" "${qml[@]}"; do
     esac
 done
 
-# Looks: colours, sizes of text, spaces and times come from presentation/tokens.
+# Looks: colours, sizes of text, spaces and times come from presentation/tokens. Hairlines below five pixels are left alone.
 colour='"#[0-9a-fA-F]{3,8}"|Qt\.(rgba|hsla|hsva)\(|[cC]olor: *"[a-z]+"'
-measure='(margins|Margin|[sS]pacing|[pP]adding|radius|pixelSize|pointSize|duration): *-?[0-9.]*[1-9]'
+measure='(margins|Margin|[sS]pacing|[pP]adding|radius|pixelSize|pointSize): *-?([5-9]|[1-9][0-9])|duration: *[1-9]'
 for file in "${qml[@]}"; do
     case $file in
     */tokens/*) ;;
