@@ -1,0 +1,65 @@
+#!/usr/bin/python3
+"""What the accessibility bus tells: a name for everything, and never a password."""
+
+import flows
+from desktop_driver import BUTTON, FIELD
+from window_case import WindowTest, main
+
+
+class Names(WindowTest):
+    def assert_all_named(self, where):
+        unnamed = [node for node in self.program.walk()
+                   if node.showing and node.has("focusable") and not node.name and not node.description
+                   and node.role not in ("frame", "window", "filler", "panel")]
+        self.assertEqual([str(node) for node in unnamed], [], f"{where}: controls without a name\n{self.program.tree()}")
+
+    def test_every_control_of_the_window_and_its_dialogs_has_a_name(self):
+        letter = self.file("letter.txt")
+        self.program.find(BUTTON, flows.PROTECT)
+        self.assert_all_named("the empty window")
+        flows.open_protection(self.program, letter)
+        self.assert_all_named("the question how to protect")
+        self.program.find(BUTTON, flows.re.compile(f"^{flows.PASSWORD_CARD}")).press()
+        self.program.find(FIELD, "Confirm password")
+        self.assert_all_named("the password dialog")
+        flows.enter_new_password(self.program, flows.ITEM_PASSWORD)
+        flows.grant_access(self.program)
+        flows.row(self.program, "letter.txt", "locked")
+        self.assert_all_named("the list")
+        self.program.press(BUTTON, "Set Master Password")
+        self.program.find(FIELD, "Master Password")
+        self.assert_all_named("the master password dialog")
+
+
+class Passwords(WindowTest):
+    SECRET = "Hidden4Everyone"
+
+    def assert_not_on_the_bus(self):
+        for node in self.program.walk():
+            for what in (node.name, node.description, node.text):
+                self.assertNotIn(self.SECRET, what, f"{node} tells the password")
+
+    def test_a_new_password_is_never_told(self):
+        letter = self.file("letter.txt")
+        flows.open_protection(self.program, letter)
+        self.program.find(BUTTON, flows.re.compile(f"^{flows.PASSWORD_CARD}")).press()
+        self.program.find(FIELD, "Password").type(self.SECRET)
+        self.program.find(FIELD, "Confirm password").type(self.SECRET)
+        protect = self.program.find(BUTTON, "Protect")
+        # Enabled only when both fields are filled, so the text has arrived.
+        self.program.wait_for(lambda: protect.has("enabled") and protect.has("sensitive"), "the fields to be filled")
+        self.assert_not_on_the_bus()
+
+    def test_the_master_password_is_never_told(self):
+        self.program.press(BUTTON, "Set Master Password")
+        self.program.find(FIELD, "Master Password").type(self.SECRET)
+        confirm = self.program.find(BUTTON, "Set Password")
+        self.program.wait_for(lambda: confirm.has("enabled") and confirm.has("sensitive"), "the field to be filled")
+        self.assert_not_on_the_bus()
+        confirm.press()
+        self.program.find(BUTTON, "Change Master Password")
+        self.assertEqual(self.keyring.entries().get("master_password"), self.SECRET)
+
+
+if __name__ == "__main__":
+    main()

@@ -1,0 +1,308 @@
+"""Drives the real program over the accessibility bus, as a person with a screen reader does.
+
+A Program is started in a Home of its own. Controls are found by their role and the name that is read out, pressed,
+typed into and read back. Nothing here sleeps for a fixed time: every wait is for a condition and has an end, and a wait
+that ends in vain raises a DesktopError that holds what the screen said at that moment.
+"""
+
+import os
+import re
+import signal
+import subprocess
+import time
+
+import gi
+
+gi.require_version("Atspi", "2.0")
+from gi.repository import Atspi, GLib  # noqa: E402
+
+WAIT_SECONDS = 20.0
+POLL_SECONDS = 0.02
+
+BUTTON = "push button"
+CARD = BUTTON
+DIALOG = "dialog"
+FIELD = "text"
+LABEL = "label"
+ROW = "list item"
+
+
+class DesktopError(AssertionError):
+    """A condition on the screen or on disk that did not come true in time."""
+
+
+def wait_for(condition, what, seconds=WAIT_SECONDS, explain=None):
+    """The first true value of condition(); raises DesktopError naming `what` when there is none in time."""
+    end = time.monotonic() + seconds
+    while True:
+        value = condition()
+        if value:
+            return value
+        if time.monotonic() > end:
+            details = "\n" + explain() if explain else ""
+            raise DesktopError(f"Waited {seconds:.0f} s in vain for {what}.{details}")
+        time.sleep(POLL_SECONDS)
+
+
+def key(*names):
+    """Presses keys of the keyboard, such as key("Tab") or key("shift+Tab")."""
+    subprocess.run(["xdotool", "key", "--clearmodifiers", *names], check=True)
+
+
+def type_text(text):
+    """Types on the keyboard, into whatever holds the focus."""
+    subprocess.run(["xdotool", "type", "--clearmodifiers", "--delay", "2", text], check=True)
+
+
+def screenshot(path):
+    """Keeps what the whole display shows as a PNG."""
+    subprocess.run(["import", "-silent", "-window", "root", str(path)], check=True)
+
+
+class Node:
+    """One accessible object. It may vanish at any time; reading a vanished one answers with nothing."""
+
+    def __init__(self, accessible, program):
+        self._accessible = accessible
+        self._program = program
+
+    def _read(self, read, otherwise):
+        try:
+            return read()
+        except GLib.Error:
+            return otherwise
+
+    @property
+    def role(self):
+        return self._read(self._accessible.get_role_name, "")
+
+    @property
+    def name(self):
+        return self._read(self._accessible.get_name, "") or ""
+
+    @property
+    def description(self):
+        return self._read(self._accessible.get_description, "") or ""
+
+    @property
+    def text(self):
+        """What a screen reader reads out of a field; empty for what has no text."""
+
+        def read():
+            field = self._accessible.get_text_iface()
+            return Atspi.Text.get_text(field, 0, -1) if field else ""
+
+        return self._read(read, "") or ""
+
+    def has(self, state):
+        """Whether the object has a state, such as "focused" or "showing"."""
+        wanted = getattr(Atspi.StateType, state.upper())
+        return self._read(lambda: self._accessible.get_state_set().contains(wanted), False)
+
+    @property
+    def showing(self):
+        return self.has("showing") and self.has("visible")
+
+    @property
+    def bounds(self):
+        """x, y, width and height on the display."""
+        extents = self._accessible.get_component_iface().get_extents(Atspi.CoordType.SCREEN)
+        return extents.x, extents.y, extents.width, extents.height
+
+    def children(self):
+        count = self._read(self._accessible.get_child_count, 0)
+        for index in range(count):
+            child = self._read(lambda: self._accessible.get_child_at_index(index), None)
+            if child is not None:
+                yield Node(child, self._program)
+
+    def walk(self):
+        """This object and all below it, from the outside in."""
+        yield self
+        for child in self.children():
+            yield from child.walk()
+
+    def find(self, role, name):
+        """The showing control below this one, or None; see Program.find."""
+        return next((node for node in self.walk() if node.matches(role, name)), None)
+
+    def matches(self, role, name):
+        if role is not None and self.role != role:
+            return False
+        own = self.name
+        if isinstance(name, re.Pattern):
+            if not name.search(own):
+                return False
+        elif name is not None and own != name:
+            return False
+        return self.showing
+
+    def actions(self):
+        def read():
+            action = self._accessible.get_action_iface()
+            if not action:
+                return []
+            return [Atspi.Action.get_action_name(action, index) for index in range(Atspi.Action.get_n_actions(action))]
+
+        return self._read(read, [])
+
+    def press(self):
+        """Does what a screen reader's "activate" does."""
+        self._program.wait_for(lambda: self.has("enabled") and self.has("sensitive"), f"{self} to be enabled")
+        actions = self.actions()
+        for wanted in ("Press", "Toggle"):
+            if wanted in actions:
+                Atspi.Action.do_action(self._accessible.get_action_iface(), actions.index(wanted))
+                return
+        raise DesktopError(f"{self} offers no press; it offers {actions}")
+
+    def click(self, count=1):
+        """Presses the real pointer's button in the middle of the control."""
+        x, y, width, height = self.bounds
+        place = [str(x + width // 2), str(y + height // 2)]
+        subprocess.run(["xdotool", "mousemove", "--sync", *place, "click", "--repeat", str(count), "1"], check=True)
+
+    def focus(self):
+        """Gives the control the keyboard's focus, and waits until it has it."""
+        if not self.has("focused"):
+            Atspi.Component.grab_focus(self._accessible.get_component_iface())
+        self._program.wait_for(lambda: self.has("focused"), f"the focus on {self}")
+
+    def type(self, text):
+        """Focuses the control and types into it."""
+        self.focus()
+        type_text(text)
+
+    def set_text(self, text):
+        """Replaces the text of a field that offers that over the bus (the toolkit's file panels do)."""
+        Atspi.EditableText.set_text_contents(self._accessible.get_editable_text_iface(), text)
+        self._program.wait_for(lambda: self.text == text, f"{self} to hold {text!r}")
+
+    def __str__(self):
+        return f'{self.role or "vanished object"} "{self.name}"'
+
+
+class Program:
+    """One running process of the program in a Home."""
+
+    def __init__(self, binary, home, arguments=()):
+        self.home = home
+        self.log_path = home.path / "program.log"
+        environment = {**home.environment(), "QT_LINUX_ACCESSIBILITY_ALWAYS_ON": "1"}
+        with open(self.log_path, "ab") as log:
+            self.process = subprocess.Popen(
+                [str(binary), *arguments],
+                env=environment,
+                stdin=subprocess.DEVNULL,
+                stdout=log,
+                stderr=subprocess.STDOUT,
+            )
+
+    @property
+    def log(self):
+        """All that the program has written, of every start in this home."""
+        return self.log_path.read_text(errors="replace")
+
+    def is_running(self):
+        return self.process.poll() is None
+
+    def quit(self):
+        """Asks the process to end, and waits for it; the exit code."""
+        if self.is_running():
+            self.process.send_signal(signal.SIGTERM)
+        return self.wait()
+
+    def kill(self):
+        """Ends the process at once, as a power cut does."""
+        if self.is_running():
+            self.process.kill()
+        return self.process.wait()
+
+    def wait(self):
+        try:
+            return self.process.wait(WAIT_SECONDS)
+        except subprocess.TimeoutExpired:
+            self.process.kill()
+            self.process.wait()
+            raise DesktopError(f"The program did not end in {WAIT_SECONDS:.0f} s.\n{self.describe()}") from None
+
+    def root(self):
+        """The program's object on the bus, read afresh, or None while there is none."""
+        desktop = Atspi.get_desktop(0)
+        desktop.clear_cache()
+        for index in range(desktop.get_child_count()):
+            try:
+                application = desktop.get_child_at_index(index)
+                if application is not None and application.get_process_id() == self.process.pid:
+                    return Node(application, self)
+            except GLib.Error:
+                continue
+        return None
+
+    def walk(self):
+        root = self.root()
+        return root.walk() if root else iter(())
+
+    def look(self, role, name):
+        """The first showing control of this role and name, or None. A name may be a compiled pattern; None is any."""
+        return next((node for node in self.walk() if node.matches(role, name)), None)
+
+    def find(self, role, name, seconds=WAIT_SECONDS):
+        """As look, but waits until there is one."""
+        wanted = name.pattern if isinstance(name, re.Pattern) else name
+        return self.wait_for(lambda: self.look(role, name), f'a {role or "control"} called "{wanted}"', seconds)
+
+    def find_all(self, role, name=None):
+        return [node for node in self.walk() if node.matches(role, name)]
+
+    def gone(self, role, name):
+        """Waits until no control of this role and name shows any more."""
+        self.wait_for(lambda: self.look(role, name) is None, f'the {role} "{name}" to go')
+
+    def press(self, role, name):
+        self.find(role, name).press()
+
+    def says(self, text):
+        """Waits until some label on the screen reads exactly this."""
+        return self.wait_for(lambda: self.look(None, text), f'the text "{text}"')
+
+    def focused(self):
+        """The control that holds the keyboard's focus, or None: the innermost one."""
+        found = None
+        for node in self.walk():
+            if node.has("focused") and node.showing and node.role not in ("frame", "window"):
+                found = node
+        return found
+
+    def wait_for(self, condition, what, seconds=WAIT_SECONDS):
+        def alive():
+            if not self.is_running():
+                raise DesktopError(f"The program ended with {self.process.returncode} before {what}.\n{self.describe()}")
+            return condition()
+
+        return wait_for(alive, what, seconds, self.describe)
+
+    def wait_for_log(self, line):
+        return self.wait_for(lambda: line in self.log, f'the log line "{line}"')
+
+    def tree(self):
+        """What the bus tells of the program, one object to a line."""
+        lines = []
+
+        def add(node, depth):
+            states = [state for state in ("showing", "focused", "enabled", "checked") if node.has(state)]
+            text = f" text={node.text!r}" if node.text else ""
+            lines.append(f'{"  " * depth}{node} {" ".join(states)} {node.actions()}{text}')
+            for child in node.children():
+                add(child, depth + 1)
+
+        root = self.root()
+        if root is None:
+            return "The program is not on the accessibility bus."
+        add(root, 0)
+        return "\n".join(lines)
+
+    def describe(self):
+        tail = "\n".join(self.log.splitlines()[-40:])
+        tree = self.tree() if self.is_running() else "The program is not running."
+        return f"--- on the screen\n{tree}\n--- the end of the log\n{tail}"

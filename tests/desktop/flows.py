@@ -1,0 +1,136 @@
+"""What a person does in the window, in the words that stand on it. Shared by the tour and the window tests."""
+
+import re
+import subprocess
+
+from desktop_driver import BUTTON, FIELD, ROW, DesktopError
+
+ITEM_PASSWORD = "Correct7Horse"
+MASTER_PASSWORD = "Master9Staple"
+
+PROTECT = "Protect New Item"
+ACCESS_PROMPT = "Grant Access"
+ACCESS_MESSAGE = "Please grant access to the selected item"
+PASSWORD_CARD = "Password Protection"
+TOUCH_ID_CARD = "Touch ID Protection"
+
+
+def choose_in_panel(program, path):
+    """Answers the panel behind "Protect New Item" with a path."""
+    field = program.find(FIELD, "File name:")
+    field.set_text(str(path))
+    program.press(BUTTON, "Open")
+
+
+def open_protection(program, path):
+    """From the toolbar to the question how to protect."""
+    program.press(BUTTON, PROTECT)
+    choose_in_panel(program, path)
+    program.says(f"Protect {path.name}")
+
+
+def enter_new_password(program, password, again=None):
+    """Fills the two fields of a new password, and presses "Protect"."""
+    program.find(FIELD, "Password").type(password)
+    program.find(FIELD, "Confirm password").type(password if again is None else again)
+    program.press(BUTTON, "Protect")
+
+
+def grant_access(program):
+    """Confirms the item that the access panel already shows."""
+    program.says(ACCESS_MESSAGE)
+    program.press(BUTTON, ACCESS_PROMPT)
+
+
+def decline_access(program):
+    program.says(ACCESS_MESSAGE)
+    program.press(BUTTON, "Cancel")
+
+
+def protect_with_password(program, path, password=ITEM_PASSWORD, grant=grant_access):
+    """All of it; waits until the list shows the item as locked."""
+    open_protection(program, path)
+    program.press(BUTTON, re.compile(f"^{PASSWORD_CARD}"))
+    enter_new_password(program, password)
+    grant(program)
+    return row(program, path.name, "locked")
+
+
+def row(program, name, state):
+    """The list's row of an item, once it reads as locked or unlocked."""
+    return program.find(ROW, f"{name}, {state}")
+
+
+def press_in_row(program, name, button):
+    """Presses a button of one item's row."""
+    found = program.wait_for(
+        lambda: (line := program.look(ROW, re.compile(f"^{re.escape(name)}, (un)?locked$"))) and line.find(BUTTON, button),
+        f'the button "{button}" in the row of {name}')
+    found.press()
+
+
+def enter_item_password(program, name, password=ITEM_PASSWORD):
+    program.says(f"Enter the password for '{name}':")
+    program.find(FIELD, "Password").type(password)
+    program.press(BUTTON, "Unlock")
+
+
+def enter_master_password(program, password=MASTER_PASSWORD):
+    program.find(FIELD, "Master Password").type(password)
+    program.press(BUTTON, "Authenticate")
+
+
+def set_master_password(program, home, keyring, password=MASTER_PASSWORD):
+    program.press(BUTTON, "Set Master Password")
+    program.find(FIELD, "Master Password").type(password)
+    program.press(BUTTON, "Set Password")
+    program.find(BUTTON, "Change Master Password")
+
+
+def unlock(program, name, password=ITEM_PASSWORD, master_password=None):
+    press_in_row(program, name, "Unlock Item")
+    if master_password is not None:
+        enter_master_password(program, master_password)
+    if password is not None:
+        enter_item_password(program, name, password)
+    grant_access(program)
+    return row(program, name, "unlocked")
+
+
+def lock(program, name, master_password=None):
+    press_in_row(program, name, "Lock Item")
+    if master_password is not None:
+        enter_master_password(program, master_password)
+    return row(program, name, "locked")
+
+
+def remove_protection(program, name, locked=True, master_password=None):
+    press_in_row(program, name, "Remove Protection")
+    program.says(f"This will restore '{name}' to its original location and remove it from Quillhaven's protection. "
+                 "Your original file will be safely restored.")
+    dialog_button(program, "Remove Protection").press()
+    if master_password is not None:
+        enter_master_password(program, master_password)
+    if locked:
+        grant_access(program)
+    program.gone(ROW, re.compile(f"^{re.escape(name)}, "))
+
+
+def dialog_button(program, name):
+    """A button that stands outside the rows: the last one of that name."""
+
+    def last():
+        outside = [button for button in program.find_all(BUTTON, name)]
+        return outside[-1] if outside else None
+
+    return program.wait_for(last, f'the dialog\'s button "{name}"')
+
+
+def add_attributes(path, access_list=True):
+    """Gives a file what only a careful move keeps: a user attribute, an access list, an old time, an odd mode."""
+    subprocess.run(["setfattr", "-n", "user.quillhaven.note", "-v", "kept", str(path)], check=True)
+    if access_list:
+        subprocess.run(["setfacl", "-m", "u:65534:r", str(path)], check=True)
+
+
+__all__ = [name for name in dir() if not name.startswith("_")]

@@ -1,0 +1,12 @@
+#!/bin/bash
+# in-session.sh COMMAND...: runs COMMAND in a session of its own, with a virtual display, a session bus and an unlocked keyring.
+# FINGERPRINTS=1 adds a fingerprint reader. Nothing of the caller's session is touched, and nothing is left running.
+set -euo pipefail
+support=$(cd "$(dirname "${BASH_SOURCE[0]}")/../support" && pwd)
+
+command=("$support/with-display.sh" "$support/with-keyring.sh")
+[ -z "${FINGERPRINTS:-}" ] || command=("$support/with-fprintd.sh" "${command[@]}")
+
+# No byte code beside the sources, and Debian's own Python, which has the bindings.
+export PYTHONDONTWRITEBYTECODE=1 PATH=/usr/sbin:/usr/bin:/sbin:/bin
+exec "${command[@]}" "$@"

@@ -1,0 +1,29 @@
+#!/usr/bin/python3
+"""A keyring that is locked. It stands alone: a locked keyring stays locked for the rest of its session."""
+
+import flows
+from desktop_driver import BUTTON
+from window_case import WindowTest, main
+
+
+class LockedKeyring(WindowTest):
+    starts = False
+
+    def test_the_program_starts_and_says_what_it_cannot_store(self):
+        letter = self.file("letter.txt")
+        self.keyring.lock()
+        self.assertTrue(self.keyring.is_locked())
+        program = self.start()
+        program.find(BUTTON, "Set Master Password")
+        flows.open_protection(program, letter)
+        program.find(BUTTON, flows.re.compile(f"^{flows.PASSWORD_CARD}")).press()
+        flows.enter_new_password(program, flows.ITEM_PASSWORD)
+        flows.grant_access(program)
+        program.says("Failed to save to keychain: -25308")
+        # The data is in private storage, with no record: told in the README, and nothing may lose it there.
+        self.assertEqual([entry.read_text() for entry in self.home.storage.iterdir()], ["content\n"])
+        self.assertEqual(self.home.catalogue(), [])
+
+
+if __name__ == "__main__":
+    main()

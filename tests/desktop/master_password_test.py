@@ -1,0 +1,60 @@
+#!/usr/bin/python3
+"""The master password in front of what the window does."""
+
+import flows
+from desktop_driver import BUTTON, FIELD, key
+from window_case import WindowTest, main
+
+INVALID = "Invalid master password. Please try again."
+
+
+class MasterPassword(WindowTest):
+    def setUp(self):
+        super().setUp()
+        self.letter = self.file("letter.txt")
+        flows.protect_with_password(self.program, self.letter)
+        flows.set_master_password(self.program, self.home, self.keyring)
+
+    def test_a_wrong_one_shows_its_sentence_and_may_be_tried_again(self):
+        flows.press_in_row(self.program, "letter.txt", "Unlock Item")
+        for _ in range(2):
+            flows.enter_master_password(self.program, "Wrong1Password")
+            self.program.says(INVALID)
+        flows.enter_master_password(self.program)
+        flows.enter_item_password(self.program, "letter.txt")
+        flows.grant_access(self.program)
+        flows.row(self.program, "letter.txt", "unlocked")
+
+    def test_an_empty_one_does_nothing_on_return(self):
+        flows.press_in_row(self.program, "letter.txt", "Unlock Item")
+        self.program.find(FIELD, "Master Password").focus()
+        key("Return")
+        flows.enter_master_password(self.program, "Wrong1Password")
+        self.program.says(INVALID)
+
+    def test_cancelling_it_leaves_the_item_locked_without_a_word(self):
+        flows.press_in_row(self.program, "letter.txt", "Unlock Item")
+        self.program.find(FIELD, "Master Password")
+        self.program.press(BUTTON, "Cancel")
+        self.program.gone(FIELD, "Master Password")
+        flows.row(self.program, "letter.txt", "locked")
+        self.assertIsNone(self.program.look(None, "Error"))
+
+    def test_it_is_asked_anew_for_each_operation(self):
+        flows.unlock(self.program, "letter.txt", master_password=flows.MASTER_PASSWORD)
+        flows.lock(self.program, "letter.txt", master_password=flows.MASTER_PASSWORD)
+        flows.remove_protection(self.program, "letter.txt", master_password=flows.MASTER_PASSWORD)
+        self.assertEqual(self.letter.read_text(), "content\n")
+
+
+class ChoosingOne(WindowTest):
+    def test_a_weak_one_is_refused_with_its_sentence(self):
+        self.program.press(BUTTON, "Set Master Password")
+        self.program.find(FIELD, "Master Password").type("feeble")
+        self.program.press(BUTTON, "Set Password")
+        self.program.says("Password must be at least 8 characters with uppercase, lowercase, and numbers")
+        self.assertEqual(self.keyring.entries(), {})
+
+
+if __name__ == "__main__":
+    main()

@@ -1,0 +1,103 @@
+#!/usr/bin/python3
+"""Protecting: the rules for a new password, and what a declined panel leaves."""
+
+import flows
+from desktop_driver import BUTTON, DIALOG, LABEL, ROW
+from home_on_disk import picture
+from window_case import WindowTest, main
+
+WEAK = "Password must be at least 8 characters with uppercase, lowercase, and numbers"
+MISMATCH = "Passwords don't match"
+
+
+class Protecting(WindowTest):
+    def setUp(self):
+        super().setUp()
+        self.letter = self.file("letter.txt")
+        self.before = picture(self.letter)
+
+    def open_password_dialog(self):
+        flows.open_protection(self.program, self.letter)
+        self.program.find(BUTTON, flows.re.compile(f"^{flows.PASSWORD_CARD}")).press()
+
+    def assert_untouched(self):
+        self.assertEqual(picture(self.letter), self.before)
+        self.assertEqual(self.home.catalogue(), [])
+        self.assertEqual(list(self.home.storage.iterdir()), [])
+        self.assertEqual(self.keyring.entries(), {})
+
+    def test_a_weak_password_is_refused_with_its_sentence(self):
+        self.open_password_dialog()
+        flows.enter_new_password(self.program, "feeble")
+        self.program.says(WEAK)
+        self.assert_untouched()
+
+    def test_two_different_passwords_are_refused_with_their_sentence_alone(self):
+        self.open_password_dialog()
+        flows.enter_new_password(self.program, "feeble", again="feeblest")
+        self.program.says(MISMATCH)
+        self.assertIsNone(self.program.look(None, WEAK))
+        self.assert_untouched()
+
+    def test_the_requirements_that_a_password_misses_are_listed(self):
+        self.open_password_dialog()
+        self.program.find(flows.FIELD, "Password").type("lower")
+        for requirement in ("At least 8 characters", "Uppercase letter", "Lowercase letter", "Number"):
+            self.program.find(None, flows.re.compile(requirement))
+
+    def test_a_declined_panel_says_so_and_leaves_the_file(self):
+        self.open_password_dialog()
+        flows.enter_new_password(self.program, flows.ITEM_PASSWORD)
+        flows.decline_access(self.program)
+        self.program.says("File access was denied by the user")
+        self.assert_untouched()
+        self.program.press(BUTTON, "OK")
+        self.program.gone(None, "File access was denied by the user")
+
+    def test_a_cancelled_choice_of_method_leaves_the_file(self):
+        flows.open_protection(self.program, self.letter)
+        self.program.press(BUTTON, "Cancel")
+        self.program.gone(None, "Choose how to lock this file:")
+        self.assert_untouched()
+
+    def test_an_item_that_is_protected_already_is_refused_with_a_sentence(self):
+        flows.protect_with_password(self.program, self.letter)
+        self.program.press(BUTTON, flows.PROTECT)
+        flows.choose_in_panel(self.program, self.letter)
+        self.program.says("Item is already protected")
+
+
+class Unlocking(WindowTest):
+    def setUp(self):
+        super().setUp()
+        self.letter = self.file("letter.txt")
+        flows.protect_with_password(self.program, self.letter)
+
+    def test_a_wrong_item_password_fails_at_once_and_leaves_the_item_locked(self):
+        flows.press_in_row(self.program, "letter.txt", "Unlock Item")
+        flows.enter_item_password(self.program, "letter.txt", "Wrong1Password")
+        self.program.says("Authentication failed. Please try again.")
+        self.program.press(BUTTON, "OK")
+        self.program.gone(None, "Authentication failed. Please try again.")
+        flows.row(self.program, "letter.txt", "locked")
+        flows.unlock(self.program, "letter.txt")
+        self.assertEqual(self.letter.read_text(), "content\n")
+
+    def test_a_cancelled_password_question_ends_without_a_word(self):
+        flows.press_in_row(self.program, "letter.txt", "Unlock Item")
+        self.program.says("Enter the password for 'letter.txt':")
+        self.program.press(BUTTON, "Cancel")
+        self.program.gone(None, "Enter the password for 'letter.txt':")
+        flows.unlock(self.program, "letter.txt")
+
+    def test_a_declined_panel_ends_without_a_word(self):
+        flows.press_in_row(self.program, "letter.txt", "Unlock Item")
+        flows.enter_item_password(self.program, "letter.txt")
+        flows.decline_access(self.program)
+        self.program.gone(None, flows.ACCESS_MESSAGE)
+        flows.row(self.program, "letter.txt", "locked")
+        self.assertIsNone(self.program.look(None, "Error"))
+
+
+if __name__ == "__main__":
+    main()

@@ -1,0 +1,39 @@
+#!/usr/bin/python3
+"""Starting: a second time, again after an end, with a keyring that is locked."""
+
+import flows
+from desktop_driver import BUTTON
+from window_case import WindowTest, main
+
+
+class Starting(WindowTest):
+    def test_a_second_start_brings_the_first_window_forward_and_ends(self):
+        self.program.find(BUTTON, flows.PROTECT)
+        second = self.start()
+        self.assertEqual(second.wait(), 0)
+        self.assertTrue(self.program.is_running())
+        self.program.wait_for(lambda: any(node.role == "frame" and node.has("active") for node in self.program.walk()),
+                              "the first window to be in front")
+
+    def test_a_restart_keeps_the_list(self):
+        letter, notes = self.file("letter.txt"), self.file("notes.txt")
+        flows.protect_with_password(self.program, letter)
+        flows.protect_with_password(self.program, notes)
+        flows.unlock(self.program, "notes.txt")
+        before = self.home.catalogue()
+        self.assertEqual(self.program.quit(), 0)
+        again = self.start()
+        flows.row(again, "letter.txt", "locked")
+        flows.row(again, "notes.txt", "unlocked")
+        self.assertEqual(self.home.catalogue(), before)
+        flows.lock(again, "notes.txt")
+        flows.unlock(again, "letter.txt")
+
+    def test_a_process_that_was_ended_at_once_keeps_the_list(self):
+        flows.protect_with_password(self.program, self.file("letter.txt"))
+        self.program.kill()
+        flows.row(self.start(), "letter.txt", "locked")
+
+
+if __name__ == "__main__":
+    main()

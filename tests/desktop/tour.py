@@ -1,0 +1,258 @@
+#!/usr/bin/python3
+"""A walk through the real program, as a person with a screen reader would take it.
+
+Prints each step and what it left on disk, keeps screenshots, and ends with 1 when a step did not happen.
+"""
+
+import argparse
+import sys
+import traceback
+from pathlib import Path
+
+from cryptography.exceptions import InvalidTag
+from cryptography.hazmat.primitives.ciphers.aead import AESGCM
+from cryptography.hazmat.primitives.hashes import SHA256
+from cryptography.hazmat.primitives.kdf.hkdf import HKDF
+
+import flows
+from desktop_driver import LABEL, DesktopError, Program, screenshot
+from home_on_disk import PLACEHOLDER, ROOT, SHARED_DOMAIN, Home, Keyring, differences, picture
+
+LETTER = b"Dear Ada,\nthe drafts are in the blue box.\n"
+
+
+class Tour:
+    def __init__(self, program, screenshots):
+        self._binary = program
+        self._screenshots = screenshots
+        self._step = 0
+        self._shot = 0
+        self.home = Home()
+        self.keyring = Keyring()
+        self.program = None
+
+    # Telling
+
+    def step(self, title):
+        self._step += 1
+        print(f"\n{self._step}. {title}", flush=True)
+
+    def did(self, text):
+        print(f"   - {text}", flush=True)
+
+    def found(self, text):
+        print(f"     found: {text}", flush=True)
+
+    def check(self, holds, text):
+        if not holds:
+            raise DesktopError(f"This does not hold: {text}")
+        self.found(text)
+
+    def shot(self, name):
+        self._shot += 1
+        self._screenshots.mkdir(parents=True, exist_ok=True)
+        screenshot(self._screenshots / f"{self._shot:02}-{name}.png")
+
+    # The walk
+
+    def run(self):
+        self.start()
+        self.protect_file()
+        self.protect_folder()
+        self.set_master_password()
+        self.unlock_and_lock()
+        self.restart()
+        self.remove_protection()
+        self.step("Quit")
+        self.check(self.program.quit() == 0, "the program ended with exit code 0")
+
+    def close(self):
+        if self.program is not None:
+            self.program.kill()
+        self.home.remove()
+
+    def start(self):
+        self.step("Start in an empty home folder")
+        self.letter = self.home.documents / "letter.txt"
+        self.letter.write_bytes(LETTER)
+        self.letter.chmod(0o640)
+        flows.add_attributes(self.letter)
+        self.drafts = self.home.path / "drafts"
+        (self.drafts / "old").mkdir(parents=True)
+        (self.drafts / "one.txt").write_text("one\n")
+        (self.drafts / "old" / "two.txt").write_text("two\n")
+        (self.drafts / "link").symlink_to("one.txt")
+        flows.add_attributes(self.drafts / "one.txt")
+        self.drafts.chmod(0o750)
+        self.before = {path: picture(path) for path in (self.letter, self.drafts)}
+        self.program = Program(self._binary, self.home)
+        self.program.find(None, flows.PROTECT)
+        self.shot("empty-window")
+        self.check(self.home.storage.is_dir(), f"private storage stands, empty: {self.home.storage}")
+        self.check(self.home.storage.stat().st_mode & 0o077 == 0, "nobody else may look into it")
+
+    def protect_file(self):
+        self.step('Protect the file "letter.txt" with a password')
+        flows.open_protection(self.program, self.letter)
+        self.did('pressed "Protect New Item" and chose the file in the panel')
+        self.shot("method-question")
+        self.program.find(flows.BUTTON, flows.re.compile(f"^{flows.PASSWORD_CARD}")).press()
+        self.did('pressed the card "Password Protection"')
+        self.program.find(flows.FIELD, "Password").type(flows.ITEM_PASSWORD)
+        self.program.find(flows.FIELD, "Confirm password").type(flows.ITEM_PASSWORD)
+        self.shot("new-password")
+        self.program.press(flows.BUTTON, "Protect")
+        self.did("typed the password twice and confirmed it")
+        self.program.says(flows.ACCESS_MESSAGE)
+        self.shot("access-panel")
+        self.program.press(flows.BUTTON, flows.ACCESS_PROMPT)
+        self.did('confirmed the panel with "Grant Access"')
+        flows.row(self.program, "letter.txt", "locked")
+        self.did('the list reads "letter.txt, locked"')
+        self.shot("file-protected")
+
+        item = self.home.item(self.letter)
+        self.letter_id = item["id"]
+        self.check(self.letter.read_bytes() == PLACEHOLDER, f"the placeholder stands at {self.letter}")
+        kept = Path(item["originalBackupPath"])
+        self.check(kept.parent == self.home.storage and kept.read_bytes() == LETTER,
+                   f"the real data lies in private storage, as it was: {kept.name}")
+        container = Path(item["containerPath"])
+        self.check(container == self.home.documents / "letter.txt.secured" and self.opens(container, flows.ITEM_PASSWORD),
+                   f"the container {container.name} opens under the password ({container.stat().st_size} bytes)")
+        self.check(not self.opens(container, "another"), "and under no other")
+        self.check(self.keyring.entries().get(self.letter_id) == flows.ITEM_PASSWORD,
+                   f"the keyring holds the password under {self.letter_id}")
+        self.check_summary()
+
+    def protect_folder(self):
+        self.step('Protect the folder "drafts"')
+        flows.protect_with_password(self.program, self.drafts)
+        self.did('the list reads "drafts, locked"')
+        self.shot("folder-protected")
+        item = self.home.item(self.drafts)
+        self.check(self.drafts.read_bytes() == PLACEHOLDER, f"a placeholder file stands at {self.drafts}")
+        kept = Path(item["originalBackupPath"])
+        self.check((kept / "old" / "two.txt").read_text() == "two\n", "the folder lies whole in private storage")
+        self.check(Path(item["containerPath"]).read_text() == f"FOLDER:{kept}", "its container is only a marker")
+        self.check(item["id"] not in self.keyring.entries(), "the keyring holds nothing for a folder")
+        self.check_summary()
+
+    def set_master_password(self):
+        self.step("Set a master password")
+        flows.set_master_password(self.program, self.home, self.keyring)
+        self.did('the button now reads "Change Master Password"')
+        self.check(self.keyring.entries().get("master_password") == flows.MASTER_PASSWORD, "the keyring holds it")
+        self.shot("master-password-set")
+
+    def unlock_and_lock(self):
+        self.step("Unlock the file from its row, and lock it again")
+        flows.press_in_row(self.program, "letter.txt", "Unlock Item")
+        self.program.find(flows.FIELD, "Master Password")
+        self.shot("master-password-question")
+        flows.enter_master_password(self.program)
+        self.did("entered the master password")
+        self.program.says("Enter the password for 'letter.txt':")
+        self.shot("item-password-question")
+        flows.enter_item_password(self.program, "letter.txt")
+        self.did("entered the item's password")
+        flows.grant_access(self.program)
+        self.did('confirmed the panel with "Grant Access"')
+        flows.row(self.program, "letter.txt", "unlocked")
+        self.did('the list reads "letter.txt, unlocked"')
+        self.shot("file-unlocked")
+        self.check_unchanged(self.letter)
+        item = self.home.item(self.letter)
+        self.check(not Path(item["originalBackupPath"]).exists(), "private storage holds it no more")
+        self.check(item["isMounted"] and item["mountedPath"] == str(self.letter), "the catalogue says unlocked")
+        self.check_summary()
+
+        flows.lock(self.program, "letter.txt", flows.MASTER_PASSWORD)
+        self.did('locked it: the master password again, and the list reads "letter.txt, locked"')
+        self.check(self.letter.read_bytes() == PLACEHOLDER, "the placeholder is back")
+        self.check(Path(item["originalBackupPath"]).read_bytes() == LETTER, "the real data is back in private storage")
+        self.check_summary()
+
+    def restart(self):
+        self.step("Quit, and start again")
+        catalogue = self.home.catalogue()
+        self.check(self.program.quit() == 0, "the program ended with exit code 0")
+        self.check(self.home.catalogue() == catalogue, "quitting changed nothing in the catalogue")
+        self.program = Program(self._binary, self.home)
+        for name in ("letter.txt", "drafts"):
+            flows.row(self.program, name, "locked")
+            self.did(f'the list reads "{name}, locked"')
+        self.program.find(None, "Change Master Password")
+        self.did("the master password is known to be set")
+        self.shot("after-restart")
+        self.check(self.home.catalogue() == catalogue, "the catalogue is as it was left")
+
+    def remove_protection(self):
+        self.step("Remove the protection of both")
+        flows.press_in_row(self.program, "letter.txt", "Remove Protection")
+        self.program.says("This will restore 'letter.txt' to its original location and remove it from Quillhaven's "
+                          "protection. Your original file will be safely restored.")
+        self.shot("remove-question")
+        flows.dialog_button(self.program, "Remove Protection").press()
+        flows.enter_master_password(self.program)
+        flows.grant_access(self.program)
+        self.program.gone(flows.ROW, flows.re.compile("^letter.txt, "))
+        flows.remove_protection(self.program, "drafts", master_password=flows.MASTER_PASSWORD)
+        self.did("both are gone from the list")
+        self.shot("nothing-protected")
+        for path in (self.letter, self.drafts):
+            self.check_unchanged(path)
+        self.check(self.home.catalogue() == [], "the catalogue is empty")
+        self.check(list(self.home.storage.iterdir()) == [], "private storage is empty")
+        self.check(not list(self.home.documents.glob("*.secured")), "no container is left in Documents")
+        self.check(self.letter_id not in self.keyring.entries(), "the keyring holds no password of the file any more")
+
+    # What is looked at more than once
+
+    def check_unchanged(self, path):
+        changed = differences(self.before[path], picture(path))
+        if changed:
+            raise DesktopError(f"{path.name} is not what it was:\n" + "\n".join(changed))
+        self.found(f"{path.name} is what it was: bytes, times to the nanosecond, mode, owner, attributes, access list")
+
+    def check_summary(self):
+        keys = {"id", "originalName", "originalPath", "isFolder", "isMounted"}
+        own = [{key: item[key] for key in keys} for item in self.home.catalogue()]
+        self.check(self.home.catalogue(SHARED_DOMAIN) == own,
+                   f"both settings databases list {len(own)} item{'s' if len(own) != 1 else ''} alike")
+
+    @staticmethod
+    def opens(container, password):
+        """Whether a container opens to the letter: HKDF over SHA-256 for the key, then AES-256-GCM."""
+        stored = container.read_bytes()
+        magic, salt, nonce, sealed = stored[:10], stored[10:42], stored[42:54], stored[54:]
+        key = HKDF(algorithm=SHA256(), length=32, salt=salt, info=b"").derive(password.encode())
+        try:
+            return magic == b"QUILLHAVEN" and AESGCM(key).decrypt(nonce, sealed, None) == LETTER
+        except InvalidTag:
+            return False
+
+
+def main():
+    parser = argparse.ArgumentParser(description=__doc__)
+    parser.add_argument("--program", type=Path, default=ROOT / "build" / "release" / "src" / "quillhaven")
+    parser.add_argument("--screenshots", type=Path, default=ROOT / "build" / "tour")
+    arguments = parser.parse_args()
+    for old in arguments.screenshots.glob("[0-9][0-9]-*.png"):
+        old.unlink()
+    tour = Tour(arguments.program, arguments.screenshots)
+    try:
+        tour.run()
+    except Exception:
+        tour.shot("where-it-stopped")
+        traceback.print_exc()
+        print("\nThe tour stopped: a step did not happen.", flush=True)
+        return 1
+    finally:
+        tour.close()
+    print(f"\nThe tour is complete. Screenshots: {arguments.screenshots}", flush=True)
+    return 0
+
+
+if __name__ == "__main__":
+    sys.exit(main())
