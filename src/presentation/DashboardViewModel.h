@@ -9,7 +9,6 @@
 
 #include <QCoroTask>
 #include <QObject>
-#include <QSet>
 
 #include <exception>
 #include <memory>
@@ -141,6 +140,8 @@ public:
     Q_INVOKABLE void askToRemove(const QString &id);
     void onRemove(const QString &id);
     Q_INVOKABLE void copyPathToClipboard(const QString &id);
+    /// The hint of the shown error, as a question of its own.
+    Q_INVOKABLE void showDefaultTroubleshooting();
     /// Lets the user choose a master password, the first one or another one.
     Q_INVOKABLE void chooseMasterPassword();
 
@@ -159,7 +160,8 @@ private:
     template <typename Change>
     void changeFilters(Change change);
     void refresh();
-    [[nodiscard]] QList<ProtectedItem> countedItems() const;
+    [[nodiscard]] const QList<ProtectedItem> &countedItems() const;
+    /// The engine's record as it is now.
     [[nodiscard]] std::optional<ProtectedItem> liveItem(const QString &id) const;
 
     [[nodiscard]] QCoro::Task<> runFilePicker();
@@ -168,7 +170,7 @@ private:
     [[nodiscard]] QCoro::Task<> toggleLock(QString id, bool wasMounted);
     [[nodiscard]] QCoro::Task<> remove(QString id);
     [[nodiscard]] QCoro::Task<> setMasterPassword(QString password);
-    void startEndOfSession();
+    [[nodiscard]] QCoro::Task<> endSession();
     /// The one route of every failure to the user; a cancelled authentication is only logged.
     void report(const std::exception_ptr &failure);
     void showError(const QString &message);
@@ -184,10 +186,9 @@ private:
     RemoveProtectionDialogManager m_removeDialogManager;
     QString m_errorMessage;
     bool m_showingFilePicker = false;
-    QSet<QString> m_busyItems;     ///< ids for which a job of this window runs
-    QStringList m_protectingNames; ///< in the order in which their jobs began
-    std::vector<std::unique_ptr<RunningTimer>> m_copyTimers;
-    size_t m_firedCopyTimers = 0;
+    QStringList m_protectingNames;                           ///< in the order in which their jobs began
+    std::vector<std::unique_ptr<RunningTimer>> m_copyTimers; ///< spent ones stay until none runs
+    size_t m_runningCopyTimers = 0;
 };
 
 } // namespace quillhaven

@@ -41,6 +41,7 @@ public:
     [[nodiscard]] Q_INVOKABLE int rowOf(const QString &id) const;
 
     void setItems(const QList<ProtectedItem> &items);
+    [[nodiscard]] bool isBusy(const QString &id) const { return m_busy.contains(id); }
     void setBusy(const QString &id, bool value);
     void setShowingCopySuccess(const QString &id, bool value);
 

@@ -1,0 +1,294 @@
+// What the main window starts. Each action is a job on the main thread that passes the master password's guard first;
+// its failure reaches the user through `report`.
+
+#include "catalogue/QuillhavenError.h"
+#include "credentials/MasterPasswordDialogManager.h"
+#include "credentials/MasterPasswordManager.h"
+#include "credentials/PasswordInputDialogManager.h"
+#include "engine/Paths.h"
+#include "engine/QuillhavenManager.h"
+#include "platform/Clock.h"
+#include "platform/FilePanels.h"
+#include "platform/Jobs.h"
+#include "platform/printLogger.h"
+#include "presentation/DashboardViewModel.h"
+#include "presentation/dialogs/ProtectionMethodDialogManager.h"
+
+#include <QClipboard>
+#include <QGuiApplication>
+
+namespace quillhaven {
+
+using namespace std::chrono_literals;
+
+namespace {
+
+constexpr auto copySuccessDuration = 2s;
+
+} // namespace
+
+/// Marks an item's row busy for as long as it lives.
+class DashboardViewModel::BusyItem
+{
+public:
+    BusyItem(ProtectedItemsModel &items, const QString &id) : m_items(items), m_id(id) { m_items.setBusy(m_id, true); }
+    ~BusyItem() { m_items.setBusy(m_id, false); }
+    BusyItem(const BusyItem &) = delete;
+    BusyItem &operator=(const BusyItem &) = delete;
+
+private:
+    ProtectedItemsModel &m_items;
+    QString m_id;
+};
+
+/// Names an item under the toolbar for as long as it lives.
+class DashboardViewModel::ProtectingName
+{
+public:
+    ProtectingName(DashboardViewModel &dashboard, const QString &name) : m_dashboard(dashboard), m_name(name)
+    {
+        m_dashboard.m_protectingNames.append(m_name);
+        Q_EMIT m_dashboard.protectingTextChanged();
+    }
+    ~ProtectingName()
+    {
+        m_dashboard.m_protectingNames.removeOne(m_name);
+        Q_EMIT m_dashboard.protectingTextChanged();
+    }
+    ProtectingName(const ProtectingName &) = delete;
+    ProtectingName &operator=(const ProtectingName &) = delete;
+
+private:
+    DashboardViewModel &m_dashboard;
+    QString m_name;
+};
+
+void DashboardViewModel::protectNewItem()
+{
+    if (m_showingFilePicker) {
+        return;
+    }
+    m_showingFilePicker = true;
+    Q_EMIT showingFilePickerChanged();
+    startJob([this] { return runFilePicker(); });
+}
+
+QCoro::Task<> DashboardViewModel::runFilePicker()
+{
+    std::optional<QString> chosen;
+    try {
+        const OpenPanelRequest request{.canChooseFiles = true,
+                                       .canChooseDirectories = true,
+                                       .message = {},
+                                       .prompt = {},
+                                       .directory = {},
+                                       .preselected = {}};
+        chosen = co_await m_platform.panels.open(request);
+    } catch (...) {
+        report(std::current_exception());
+    }
+    m_showingFilePicker = false;
+    Q_EMIT showingFilePickerChanged();
+    if (chosen) {
+        handleFileSelection(*chosen);
+    }
+}
+
+void DashboardViewModel::handleFileSelection(const QString &path)
+{
+    const QuillhavenManager::CanProtect answer = m_quillhavenManager.canProtectItem(path);
+    if (answer.canProtect) {
+        showProtectionDialog(path);
+    } else {
+        showError(answer.errorMessage.value_or(QStringLiteral("Cannot protect this file")));
+    }
+}
+
+void DashboardViewModel::showProtectionDialog(const QString &path)
+{
+    startJob([this, path] { return askForProtectionMethod(path); });
+}
+
+QCoro::Task<> DashboardViewModel::askForProtectionMethod(QString path)
+{
+    if (!co_await m_masterPasswordManager.requireAuthenticationOrCancel()) {
+        co_return;
+    }
+    ProtectionMethodDialogManager &dialog = m_dialogs.protectionMethod;
+    dialog.setTitle(QStringLiteral("Protect ") + lastPathComponent(path));
+    dialog.onPasswordProtection = [this, path] { showPasswordDialog(path, false); };
+    dialog.onTouchIDProtection = [this, path] { showPasswordDialog(path, true); };
+    dialog.onCancel = [this] { startJob([this] { return endSession(); }); };
+    dialog.setIsPresented(true);
+}
+
+void DashboardViewModel::showPasswordDialog(const QString &path, bool useTouchID)
+{
+    if (useTouchID) {
+        startJob([this, path] { return protect(path, QString(), true); });
+        return;
+    }
+    PasswordInputDialogManager &dialog = m_dialogs.passwordInput;
+    dialog.setTitle(QStringLiteral("Set Protection"));
+    dialog.setMessage(QStringLiteral("Enter a password to protect this item:"));
+    dialog.setRequiresConfirmation(true);
+    dialog.onConfirm = [this, path](const QString &password) {
+        startJob([this, path, password] { return protect(path, password, false); });
+    };
+    dialog.onCancel = [this] { startJob([this] { return endSession(); }); };
+    dialog.setIsPresented(true);
+}
+
+QCoro::Task<> DashboardViewModel::protect(QString path, QString password, bool useTouchID)
+{
+    const QString name = lastPathComponent(path);
+    const ProtectingName marked(*this, name);
+    try {
+        co_await m_quillhavenManager.protectItem(path, password, useTouchID);
+        if (useTouchID) {
+            printLogger(QStringLiteral("✅ Protected with Touch ID: ") + name);
+        }
+    } catch (...) {
+        report(std::current_exception());
+    }
+}
+
+QCoro::Task<> DashboardViewModel::endSession()
+{
+    m_masterPasswordManager.endSession();
+    co_return;
+}
+
+void DashboardViewModel::onToggleLock(const QString &id)
+{
+    const std::optional<ProtectedItem> shown = liveItem(id);
+    if (!shown || m_items.isBusy(id)) {
+        return;
+    }
+    startJob([this, id, wasMounted = shown->isMounted] { return toggleLock(id, wasMounted); });
+}
+
+QCoro::Task<> DashboardViewModel::toggleLock(QString id, bool wasMounted)
+{
+    if (!co_await m_masterPasswordManager.requireAuthenticationOrCancel()) {
+        co_return;
+    }
+    // Something else may have locked or unlocked it meanwhile, and locking a locked item destroys its data.
+    const std::optional<ProtectedItem> item = liveItem(id);
+    if (!item || item->isMounted != wasMounted || m_items.isBusy(id)) {
+        co_return;
+    }
+    const BusyItem busy(m_items, id);
+    try {
+        if (wasMounted) {
+            co_await m_quillhavenManager.lockItem(*item);
+        } else {
+            co_await m_quillhavenManager.unlockItem(*item);
+        }
+    } catch (...) {
+        report(std::current_exception());
+    }
+}
+
+void DashboardViewModel::askToRemove(const QString &id)
+{
+    const std::optional<ProtectedItem> item = liveItem(id);
+    if (item && !m_items.isBusy(id)) {
+        m_removeDialogManager.show(item->originalName, [this, id] { onRemove(id); }, {});
+    }
+}
+
+void DashboardViewModel::onRemove(const QString &id)
+{
+    startJob([this, id] { return remove(id); });
+}
+
+QCoro::Task<> DashboardViewModel::remove(QString id)
+{
+    if (!co_await m_masterPasswordManager.requireAuthenticationOrCancel()) {
+        co_return;
+    }
+    const std::optional<ProtectedItem> item = liveItem(id);
+    if (!item || m_items.isBusy(id)) {
+        co_return;
+    }
+    const BusyItem busy(m_items, id);
+    try {
+        co_await m_quillhavenManager.removeProtection(*item);
+    } catch (...) {
+        report(std::current_exception());
+    }
+}
+
+void DashboardViewModel::copyPathToClipboard(const QString &id)
+{
+    const std::optional<ProtectedItem> item = liveItem(id);
+    if (!item) {
+        return;
+    }
+    QGuiApplication::clipboard()->setText(item->originalPath);
+    m_items.setShowingCopySuccess(id, true);
+    if (m_runningCopyTimers == 0) {
+        m_copyTimers.clear();
+    }
+    ++m_runningCopyTimers;
+    m_copyTimers.push_back(m_platform.clock.startOneShot(copySuccessDuration, [this, id] {
+        --m_runningCopyTimers;
+        m_items.setShowingCopySuccess(id, false);
+    }));
+}
+
+void DashboardViewModel::showDefaultTroubleshooting()
+{
+    m_errorDialogManager.showDefaultTroubleshooting(m_dialogs.confirmation);
+}
+
+void DashboardViewModel::chooseMasterPassword()
+{
+    MasterPasswordDialogManager &dialog = m_dialogs.masterPassword;
+    dialog.setTitle(masterPasswordText());
+    dialog.setMessage(
+        QStringLiteral("Enter a strong password (8+ characters with uppercase, lowercase, and numbers):"));
+    dialog.onAuthenticate = [this](const QString &entered) {
+        startJob([this, entered] { return setMasterPassword(entered); });
+    };
+    dialog.onCancel = {};
+    dialog.setShowingError(false);
+    dialog.setErrorMessage(QString());
+    dialog.setIsAuthenticating(false);
+    dialog.setIsPasswordSetting(true);
+    dialog.setIsPresented(true);
+}
+
+QCoro::Task<> DashboardViewModel::setMasterPassword(QString password)
+{
+    try {
+        co_await m_masterPasswordManager.setMasterPassword(password);
+    } catch (...) {
+        report(std::current_exception());
+    }
+}
+
+void DashboardViewModel::report(const std::exception_ptr &failure)
+{
+    try {
+        std::rethrow_exception(failure);
+    } catch (const QuillhavenError &error) {
+        if (error.errorCase() == QuillhavenError::authenticationCancelled) {
+            printLogger(QStringLiteral("Authentication cancelled by user"));
+            return;
+        }
+    } catch (...) {
+        // Every other failure is shown.
+    }
+    showError(localizedDescription(failure));
+}
+
+void DashboardViewModel::showError(const QString &message)
+{
+    m_errorMessage = message;
+    m_errorDialogManager.showErrorWithAutoTroubleshooting(message, QStringLiteral("Error"));
+    Q_EMIT errorChanged();
+}
+
+} // namespace quillhaven

@@ -1,0 +1,347 @@
+#include "DashboardHarness.h"
+
+#include "catalogue/QuillhavenError.h"
+#include "platform/FileError.h"
+
+#include <QClipboard>
+#include <QGuiApplication>
+#include <QSignalSpy>
+
+using namespace quillhaven;
+using namespace quillhaven::testing;
+
+namespace {
+
+using namespace std::chrono_literals;
+
+class DashboardActions : public DashboardTest
+{
+protected:
+    QString writePaper(const QString &name) { return services.home.write(QStringLiteral("papers/") + name); }
+
+    /// Presses "Protect New Item", choosing this path in the panel.
+    void protectByPanel(const QString &path)
+    {
+        DashboardHarness &harness = started();
+        services.panels.answer = [path](const OpenPanelRequest &) { return path; };
+        harness.dashboard.protectNewItem();
+        DashboardHarness::settle();
+    }
+};
+
+} // namespace
+
+TEST_F(DashboardActions, PanelOffersFilesAndFoldersAndLeadsToTheMethods)
+{
+    protectByPanel(writePaper(QStringLiteral("will.pdf")));
+    ASSERT_EQ(services.panels.requests.size(), 1);
+    EXPECT_TRUE(services.panels.requests.constFirst().canChooseFiles);
+    EXPECT_TRUE(services.panels.requests.constFirst().canChooseDirectories);
+    EXPECT_TRUE(started().protectionMethodDialog.isPresented());
+    EXPECT_EQ(started().protectionMethodDialog.title(), QStringLiteral("Protect will.pdf"));
+    EXPECT_FALSE(started().dashboard.showingFilePicker());
+}
+
+TEST_F(DashboardActions, CancelledPanelShowsNothing)
+{
+    services.panels.answer = [](const OpenPanelRequest &) { return std::nullopt; };
+    started().dashboard.protectNewItem();
+    DashboardHarness::settle();
+    EXPECT_EQ(services.panels.requests.size(), 1);
+    EXPECT_FALSE(started().protectionMethodDialog.isPresented());
+    EXPECT_FALSE(started().dashboard.showingError());
+    EXPECT_FALSE(started().dashboard.showingFilePicker());
+}
+
+TEST_F(DashboardActions, FailingPanelTellsWhy)
+{
+    services.panels.answer = [](const OpenPanelRequest &) -> std::optional<QString> {
+        throw FileError(FileError::Kind::NotAFileOrFolder, QStringLiteral("“pipe” is neither a file nor a folder."));
+    };
+    started().dashboard.protectNewItem();
+    DashboardHarness::settle();
+    EXPECT_TRUE(started().dashboard.showingError());
+    EXPECT_EQ(started().dashboard.errorMessage(), QStringLiteral("“pipe” is neither a file nor a folder."));
+    EXPECT_EQ(started().dashboard.errorDialogManager()->errorTitle(), QStringLiteral("Error"));
+    EXPECT_FALSE(started().dashboard.showingFilePicker());
+}
+
+TEST_F(DashboardActions, SecondPressWhileThePanelIsOpenOpensNoSecondOne)
+{
+    DashboardHarness &harness = started();
+    harness.dashboard.protectNewItem();
+    EXPECT_TRUE(harness.dashboard.showingFilePicker());
+    harness.dashboard.protectNewItem();
+    DashboardHarness::settle();
+    EXPECT_EQ(services.panels.requests.size(), 1);
+}
+
+TEST_F(DashboardActions, RefusedItemShowsWhyAndNoDialog)
+{
+    protectByPanel(services.home.path(QStringLiteral("papers/absent.txt")));
+    EXPECT_TRUE(started().dashboard.showingError());
+    EXPECT_EQ(started().dashboard.errorMessage(), QStringLiteral("File or folder does not exist"));
+    EXPECT_FALSE(started().protectionMethodDialog.isPresented());
+}
+
+TEST_F(DashboardActions, ProtectByPasswordFromThePanelToTheRecord)
+{
+    const QString path = writePaper(QStringLiteral("will.pdf"));
+    protectByPanel(path);
+    started().choosePassword();
+    EXPECT_TRUE(started().passwordDialog.isPresented());
+    EXPECT_EQ(started().passwordDialog.title(), QStringLiteral("Set Protection"));
+    EXPECT_EQ(started().passwordDialog.message(), QStringLiteral("Enter a password to protect this item:"));
+    EXPECT_TRUE(started().passwordDialog.requiresConfirmation());
+    QSignalSpy named(&started().dashboard, &DashboardViewModel::protectingTextChanged);
+    started().typePassword(strongPassword);
+    ASSERT_EQ(started().manager.protectedItems().size(), 1);
+    EXPECT_EQ(started().item().originalPath, path);
+    EXPECT_FALSE(started().item().useTouchID);
+    EXPECT_FALSE(started().dashboard.showingError());
+    EXPECT_TRUE(services.credentials.entries.values().contains(strongPassword.toUtf8()));
+    EXPECT_EQ(named.size(), 2) << "named while it ran, and no longer";
+    EXPECT_EQ(started().dashboard.protectingText(), QString());
+}
+
+TEST_F(DashboardActions, WindowNamesWhatIsBeingProtected)
+{
+    protectByPanel(writePaper(QStringLiteral("will.pdf")));
+    QStringList texts;
+    DashboardViewModel &dashboard = started().dashboard;
+    QObject::connect(&dashboard, &DashboardViewModel::protectingTextChanged, &dashboard,
+                     [&] { texts.append(dashboard.protectingText()); });
+    started().chooseTouchID();
+    EXPECT_EQ(texts, (QStringList{QStringLiteral("Protecting “will.pdf”…"), QString()}));
+}
+
+TEST_F(DashboardActions, TouchIDCardPassesAnEmptyPasswordAndLogs)
+{
+    protectByPanel(writePaper(QStringLiteral("will.pdf")));
+    started().chooseTouchID();
+    ASSERT_EQ(started().manager.protectedItems().size(), 1);
+    EXPECT_TRUE(started().item().useTouchID);
+    EXPECT_FALSE(started().passwordDialog.isPresented());
+    EXPECT_TRUE(log.contains(QStringLiteral("✅ Protected with Touch ID: will.pdf")));
+    EXPECT_FALSE(services.credentials.entries.contains(started().item().id + QStringLiteral("_password")));
+}
+
+TEST_F(DashboardActions, CancelledGateShowsNoDialogAtAll)
+{
+    storeMasterPassword();
+    protectByPanel(writePaper(QStringLiteral("will.pdf")));
+    ASSERT_TRUE(started().masterPasswordDialog.isPresented());
+    started().masterPasswordDialog.cancel();
+    DashboardHarness::settle();
+    EXPECT_FALSE(started().protectionMethodDialog.isPresented());
+    EXPECT_FALSE(started().dashboard.showingError());
+}
+
+TEST_F(DashboardActions, CancelInTheMethodDialogEndsTheSession)
+{
+    storeMasterPassword();
+    protectByPanel(writePaper(QStringLiteral("will.pdf")));
+    started().typeMasterPassword(theMasterPassword);
+    ASSERT_TRUE(started().protectionMethodDialog.isPresented());
+    ASSERT_TRUE(started().masterPassword.isAuthenticated());
+    started().cancelMethod();
+    EXPECT_FALSE(started().masterPassword.isAuthenticated());
+    EXPECT_FALSE(started().masterPassword.hasAuthenticationTimer());
+}
+
+TEST_F(DashboardActions, CancelInThePasswordDialogForcesTheMasterPasswordAgain)
+{
+    storeMasterPassword();
+    const QString path = writePaper(QStringLiteral("will.pdf"));
+    protectByPanel(path);
+    started().typeMasterPassword(theMasterPassword);
+    started().choosePassword();
+    started().passwordInput.cancel();
+    DashboardHarness::settle();
+    EXPECT_FALSE(started().masterPassword.isAuthenticated());
+    started().dashboard.showProtectionDialog(path);
+    DashboardHarness::settle();
+    EXPECT_TRUE(started().masterPasswordDialog.isPresented());
+    EXPECT_TRUE(services.home.exists(path));
+    started().masterPasswordDialog.cancel();
+}
+
+TEST_F(DashboardActions, EngineErrorReachesTheErrorDialog)
+{
+    const QString path = writePaper(QStringLiteral("will.pdf"));
+    protectByPanel(path);
+    started().choosePassword();
+    services.fileManager.removeItem(path);
+    started().typePassword(strongPassword);
+    EXPECT_TRUE(started().dashboard.showingError());
+    EXPECT_EQ(started().dashboard.errorMessage(), QuillhavenError(QuillhavenError::itemNotFound).errorDescription());
+    EXPECT_EQ(started().dashboard.errorDialogManager()->errorMessage(), started().dashboard.errorMessage());
+    EXPECT_EQ(started().dashboard.protectingText(), QString());
+    started().dashboard.errorDialogManager()->hideError();
+    EXPECT_FALSE(started().dashboard.showingError());
+}
+
+TEST_F(DashboardActions, ToggleLocksAnUnlockedItemAndUnlocksALockedOne)
+{
+    const QString path = writePaper(QStringLiteral("album/one.jpg"));
+    DashboardHarness &harness = started();
+    harness.protect(services.home.path(QStringLiteral("papers/album")));
+    const QString id = harness.item().id;
+    harness.dashboard.onToggleLock(id);
+    DashboardHarness::settle();
+    EXPECT_TRUE(harness.item().isMounted);
+    EXPECT_EQ(TemporaryHome::read(path), QByteArray("content"));
+    harness.dashboard.onToggleLock(id);
+    DashboardHarness::settle();
+    EXPECT_FALSE(harness.item().isMounted);
+    EXPECT_FALSE(TemporaryHome::exists(path));
+    EXPECT_FALSE(harness.dashboard.showingError());
+}
+
+TEST_F(DashboardActions, RowIsBusyWhileItsJobWaitsForTheUserAndFreeAfterACancel)
+{
+    DashboardHarness &harness = started();
+    harness.protect(writePaper(QStringLiteral("will.pdf")));
+    const QString id = harness.item().id;
+    harness.dashboard.onToggleLock(id);
+    DashboardHarness::settle();
+    ASSERT_TRUE(harness.passwordDialog.isPresented());
+    EXPECT_TRUE(harness.dashboard.items()->isBusy(id));
+    harness.passwordInput.cancel();
+    DashboardHarness::settle();
+    EXPECT_FALSE(harness.dashboard.items()->isBusy(id));
+    EXPECT_TRUE(harness.item().isProcessing) << "the record's own mark stays after a cancelled unlock";
+    EXPECT_FALSE(harness.dashboard.showingError());
+}
+
+TEST_F(DashboardActions, DoublePressStartsOneJob)
+{
+    DashboardHarness &harness = started();
+    const QString path = writePaper(QStringLiteral("album/one.jpg"));
+    harness.protect(services.home.path(QStringLiteral("papers/album")));
+    harness.dashboard.onToggleLock(harness.item().id);
+    harness.dashboard.onToggleLock(harness.item().id);
+    DashboardHarness::settle();
+    EXPECT_TRUE(harness.item().isMounted);
+    EXPECT_EQ(TemporaryHome::read(path), QByteArray("content"));
+    EXPECT_EQ(log.lines().filter(QStringLiteral("🔓 Unlocking: ")).size(), 1);
+    EXPECT_FALSE(harness.dashboard.showingError());
+}
+
+TEST_F(DashboardActions, ItemLockedMeanwhileIsNotLockedASecondTime)
+{
+    DashboardHarness &harness = started();
+    const QString path = writePaper(QStringLiteral("album/one.jpg"));
+    harness.protect(services.home.path(QStringLiteral("papers/album")));
+    runTask(harness.manager.unlockItem(harness.item()));
+    runTask(harness.masterPassword.setMasterPassword(theMasterPassword));
+
+    harness.dashboard.onToggleLock(harness.item().id);
+    DashboardHarness::settle();
+    ASSERT_TRUE(harness.masterPasswordDialog.isPresented());
+    // The question still stands when the item is locked from elsewhere, by a session of its own.
+    EXPECT_TRUE(runTask(harness.masterPassword.authenticate(theMasterPassword)));
+    runTask(harness.manager.lockItem(harness.item()));
+    ASSERT_FALSE(harness.item().isMounted);
+    harness.typeMasterPassword(theMasterPassword);
+
+    EXPECT_TRUE(TemporaryHome::exists(harness.item().originalBackupPath + QStringLiteral("/one.jpg")));
+    EXPECT_FALSE(TemporaryHome::exists(path));
+}
+
+TEST_F(DashboardActions, WrongItemPasswordReachesTheErrorDialog)
+{
+    DashboardHarness &harness = started();
+    harness.protect(writePaper(QStringLiteral("will.pdf")));
+    harness.dashboard.onToggleLock(harness.item().id);
+    DashboardHarness::settle();
+    harness.typePassword(QStringLiteral("wrong"));
+    EXPECT_TRUE(harness.dashboard.showingError());
+    EXPECT_EQ(harness.dashboard.errorMessage(),
+              QuillhavenError(QuillhavenError::authenticationFailed).errorDescription());
+    EXPECT_FALSE(harness.dashboard.items()->isBusy(harness.item().id));
+}
+
+TEST_F(DashboardActions, CancelledGateOfARowEndsWithoutAWord)
+{
+    DashboardHarness &harness = started();
+    const QString path = writePaper(QStringLiteral("album/one.jpg"));
+    harness.protect(services.home.path(QStringLiteral("papers/album")));
+    runTask(harness.masterPassword.setMasterPassword(theMasterPassword));
+    harness.dashboard.onToggleLock(harness.item().id);
+    DashboardHarness::settle();
+    ASSERT_TRUE(harness.masterPasswordDialog.isPresented());
+    harness.masterPasswordDialog.cancel();
+    DashboardHarness::settle();
+    EXPECT_FALSE(harness.item().isMounted);
+    EXPECT_FALSE(harness.dashboard.showingError());
+    EXPECT_FALSE(harness.dashboard.items()->isBusy(harness.item().id));
+}
+
+TEST_F(DashboardActions, RemovalAsksFirstAndGivesTheItemBack)
+{
+    DashboardHarness &harness = started();
+    const QString path = writePaper(QStringLiteral("will.pdf"));
+    harness.protect(path);
+    harness.dashboard.askToRemove(harness.item().id);
+    RemoveProtectionDialogManager &dialog = *harness.dashboard.removeProtectionDialogManager();
+    ASSERT_TRUE(dialog.isPresented());
+    EXPECT_EQ(dialog.itemName(), QStringLiteral("will.pdf"));
+    EXPECT_EQ(harness.manager.protectedItems().size(), 1);
+    harness.confirmRemoval();
+    EXPECT_TRUE(harness.manager.protectedItems().isEmpty());
+    EXPECT_EQ(harness.shownNames(), QString());
+    EXPECT_EQ(TemporaryHome::read(path), QByteArray("content"));
+    EXPECT_FALSE(harness.dashboard.showingError());
+}
+
+TEST_F(DashboardActions, CopiedPathIsToldForTwoSecondsAfterTheFirstCopy)
+{
+    DashboardHarness &harness = started();
+    const QString path = writePaper(QStringLiteral("will.pdf"));
+    harness.protect(path);
+    const QString id = harness.item().id;
+    const auto isTold = [&] {
+        return harness.dashboard.items()->index(0).data(ProtectedItemsModel::ShowingCopySuccessRole).toBool();
+    };
+    harness.dashboard.copyPathToClipboard(id);
+    EXPECT_EQ(QGuiApplication::clipboard()->text(), path);
+    EXPECT_TRUE(isTold());
+    services.clock.advance(1500ms);
+    harness.dashboard.copyPathToClipboard(id);
+    services.clock.advance(499ms);
+    EXPECT_TRUE(isTold());
+    services.clock.advance(1ms);
+    EXPECT_FALSE(isTold()) << "a second copy leaves the first timer running";
+    harness.dashboard.copyPathToClipboard(id);
+    services.clock.advance(2s);
+    EXPECT_FALSE(isTold());
+}
+
+TEST_F(DashboardActions, MasterPasswordIsSetThroughItsDialog)
+{
+    DashboardHarness &harness = started();
+    EXPECT_EQ(harness.dashboard.masterPasswordText(), QStringLiteral("Set Master Password"));
+    harness.dashboard.chooseMasterPassword();
+    EXPECT_TRUE(harness.masterPasswordDialog.isPresented());
+    EXPECT_TRUE(harness.masterPasswordDialog.isPasswordSetting());
+    EXPECT_EQ(harness.masterPasswordDialog.actionTitle(), QStringLiteral("Set Password"));
+    harness.typeMasterPassword(theMasterPassword);
+    EXPECT_FALSE(harness.masterPasswordDialog.isPresented());
+    EXPECT_TRUE(harness.masterPassword.hasMasterPassword());
+    EXPECT_FALSE(harness.dashboard.showingError());
+    EXPECT_EQ(harness.dashboard.masterPasswordText(), QStringLiteral("Change Master Password"));
+    harness.dashboard.chooseMasterPassword();
+    EXPECT_EQ(harness.masterPasswordDialog.title(), QStringLiteral("Change Master Password"));
+}
+
+TEST_F(DashboardActions, WeakMasterPasswordIsRefusedWithItsSentence)
+{
+    DashboardHarness &harness = started();
+    harness.dashboard.chooseMasterPassword();
+    harness.typeMasterPassword(QStringLiteral("abcdefg1"));
+    EXPECT_TRUE(harness.dashboard.showingError());
+    EXPECT_EQ(harness.dashboard.errorMessage(),
+              QStringLiteral("Password must be at least 8 characters with uppercase, lowercase, and numbers"));
+    EXPECT_FALSE(harness.masterPassword.hasMasterPassword());
+}

@@ -1,0 +1,129 @@
+#pragma once
+
+#include "Items.h"
+#include "credentials/MasterPasswordDialogManager.h"
+#include "credentials/MasterPasswordManager.h"
+#include "credentials/PasswordInputDialog.h"
+#include "credentials/PasswordInputDialogManager.h"
+#include "engine/QuillhavenManager.h"
+#include "platform/WorkInFlight.h"
+#include "presentation/DashboardViewModel.h"
+#include "presentation/dialogs/ConfirmationDialogManager.h"
+#include "presentation/dialogs/ProtectionMethodDialogManager.h"
+#include "support/LogCapture.h"
+#include "support/RunTask.h"
+
+#include <gtest/gtest.h>
+
+namespace quillhaven::testing {
+
+inline const QString strongPassword = QStringLiteral("Abcdefg1");
+inline const QString theMasterPassword = QStringLiteral("Masterkey9");
+
+/// The dashboard over the real engine and a TestPlatform. Nobody answers a dialog unless the test does.
+class DashboardHarness
+{
+public:
+    /// Starts over what the platform's stores hold.
+    explicit DashboardHarness(TestPlatform &services)
+        : platform(services.platform()),
+          masterPassword(platform, masterPasswordDialog),
+          manager(platform, masterPassword, passwordDialog),
+          passwordInput(passwordDialog, services.defaults.standard()),
+          dashboard(platform, manager, masterPassword,
+                    {confirmationDialog, protectionMethodDialog, passwordDialog, masterPasswordDialog})
+    {
+        settle();
+    }
+    ~DashboardHarness() { settle(); }
+    DashboardHarness(const DashboardHarness &) = delete;
+    DashboardHarness &operator=(const DashboardHarness &) = delete;
+
+    /// Lets everything run that does not wait for a user.
+    static void settle()
+    {
+        do {
+            spinOnce();
+            spinUntil([] { return WorkInFlight::count() == 0; });
+            spinOnce();
+        } while (WorkInFlight::count() > 0);
+    }
+
+    /// The user's choices in the dialogs, as their buttons make them.
+    void choosePassword()
+    {
+        protectionMethodDialog.choosePasswordProtection();
+        settle();
+    }
+    void chooseTouchID()
+    {
+        protectionMethodDialog.chooseTouchIDProtection();
+        settle();
+    }
+    void cancelMethod()
+    {
+        protectionMethodDialog.cancel();
+        settle();
+    }
+    void typePassword(const QString &password)
+    {
+        passwordInput.setPassword(password);
+        passwordInput.setConfirmPassword(password);
+        passwordInput.confirm();
+        settle();
+    }
+    void typeMasterPassword(const QString &password)
+    {
+        masterPasswordDialog.handleAuthenticate(password);
+        settle();
+    }
+    void confirmRemoval()
+    {
+        dashboard.removeProtectionDialogManager()->remove();
+        settle();
+    }
+
+    void protect(const QString &path, bool useTouchID = false)
+    {
+        runTask(manager.protectItem(path, useTouchID ? QString() : strongPassword, useTouchID));
+        settle();
+    }
+    [[nodiscard]] const ProtectedItem &item(qsizetype index = 0) const { return manager.protectedItems().at(index); }
+    [[nodiscard]] QString shownNames() { return namesOf(dashboard.items()->items()).join(QLatin1Char(' ')); }
+
+    Platform platform;
+    MasterPasswordDialogManager masterPasswordDialog;
+    PasswordInputDialogManager passwordDialog;
+    ConfirmationDialogManager confirmationDialog;
+    ProtectionMethodDialogManager protectionMethodDialog;
+    MasterPasswordManager masterPassword;
+    QuillhavenManager manager;
+    PasswordInputDialog passwordInput;
+    DashboardViewModel dashboard;
+};
+
+/// A dashboard in a fresh home.
+class DashboardTest : public ::testing::Test
+{
+protected:
+    /// The dashboard, started at its first use.
+    DashboardHarness &started()
+    {
+        if (!m_harness) {
+            m_harness.emplace(services);
+        }
+        return *m_harness;
+    }
+    void storeMasterPassword()
+    {
+        services.credentials.entries[QStringLiteral("master_password")] = theMasterPassword.toUtf8();
+    }
+
+    LogCapture log;
+    TestPlatform services;
+
+private:
+    std::optional<DashboardHarness> m_harness;
+};
+
+} // namespace quillhaven::testing
