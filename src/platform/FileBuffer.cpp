@@ -1,0 +1,80 @@
+#include "platform/FileBuffer.h"
+
+#include <QByteArray>
+#include <QFile>
+#include <QString>
+
+#include <sys/mman.h>
+
+#include <limits>
+#include <new>
+#include <utility>
+
+namespace quillhaven {
+
+namespace {
+
+/// A value of /proc/meminfo in bytes; 0 when it is not there.
+size_t memoryValue(const QByteArray &table, const QByteArray &key)
+{
+    constexpr size_t bytesPerUnit = 1024;
+    const qsizetype start = table.indexOf(key + ':');
+    if (start < 0) {
+        return 0;
+    }
+    const qsizetype valueStart = start + key.size() + 1;
+    const qsizetype end = table.indexOf("kB", valueStart);
+    const size_t units = table.mid(valueStart, end - valueStart).trimmed().toULongLong();
+    return units > std::numeric_limits<size_t>::max() / bytesPerUnit ? std::numeric_limits<size_t>::max()
+                                                                     : units * bytesPerUnit;
+}
+
+} // namespace
+
+FileBuffer::FileBuffer(size_t size) : m_size(size)
+{
+    if (size == 0) {
+        return;
+    }
+    void *memory = mmap(nullptr, size, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
+    if (memory == MAP_FAILED) {
+        throw std::bad_alloc();
+    }
+    // Page faults of small pages would cost more than reading and sealing together.
+    madvise(memory, size, MADV_HUGEPAGE);
+    m_data = static_cast<std::byte *>(memory);
+}
+
+FileBuffer::~FileBuffer()
+{
+    if (m_data != nullptr) {
+        munmap(m_data, m_size);
+    }
+}
+
+FileBuffer::FileBuffer(FileBuffer &&other) noexcept
+    : m_data(std::exchange(other.m_data, nullptr)), m_size(std::exchange(other.m_size, 0))
+{
+}
+
+FileBuffer &FileBuffer::operator=(FileBuffer &&other) noexcept
+{
+    FileBuffer taken(std::move(other));
+    std::swap(m_data, taken.m_data);
+    std::swap(m_size, taken.m_size);
+    return *this;
+}
+
+bool FileBuffer::fits(size_t size)
+{
+    QFile file(QStringLiteral("/proc/meminfo"));
+    if (!file.open(QIODevice::ReadOnly)) {
+        return true; // No estimate: the mapping itself decides.
+    }
+    const QByteArray table = file.readAll();
+    const size_t available = memoryValue(table, "MemAvailable");
+    const size_t swap = memoryValue(table, "SwapFree");
+    return size <= available || size - available <= swap;
+}
+
+} // namespace quillhaven

@@ -1,0 +1,306 @@
+#include "platform/linux/LinuxFileManager.h"
+
+#include "platform/linux/FileMoves.h"
+#include "platform/linux/FilePaths.h"
+#include "platform/linux/RemoveTree.h"
+#include "platform/linux/ScopedFd.h"
+
+#include <QFile>
+
+#include <dirent.h>
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <limits>
+#include <memory>
+#include <new>
+#include <optional>
+
+namespace quillhaven {
+
+namespace {
+
+using Action = FileError::Action;
+using Kind = FileError::Kind;
+
+/// The bytes of a path without slashes at its end, where the kernel would follow a link.
+QByteArray callName(const QString &path, Action action)
+{
+    QByteArray name = encodedPath(path, action);
+    while (name.size() > 1 && name.endsWith('/')) {
+        name.chop(1);
+    }
+    return name;
+}
+
+std::optional<struct stat> statusBehindLinks(const QString &path)
+{
+    const QByteArray name = QFile::encodeName(path);
+    struct stat status{};
+    if (path.contains(QChar(u'\0')) || stat(name.constData(), &status) != 0) {
+        return std::nullopt;
+    }
+    return status;
+}
+
+/// Opens for reading without waiting for the other end of a FIFO. Throws unless a regular file, or where allowed a
+/// folder, stands there.
+ScopedFd openReadable(const QString &path, const QByteArray &name, Action action, struct stat &status)
+{
+    if (stat(name.constData(), &status) != 0) {
+        const bool isUnnamable = errno == ENOENT && hasReplacementCharacter(path);
+        throw isUnnamable ? FileError::of(Kind::InvalidName, action, path) : FileError::fromErrno(errno, action, path);
+    }
+    // A device may act when it is opened, so the type is asked before and again afterwards.
+    if (!S_ISREG(status.st_mode) && !S_ISDIR(status.st_mode)) {
+        throw FileError::of(Kind::NotAFileOrFolder, action, path);
+    }
+    ScopedFd file(open(name.constData(), O_RDONLY | O_NONBLOCK | O_CLOEXEC));
+    if (!file.isOpen() || fstat(file.get(), &status) != 0) {
+        throw FileError::fromErrno(errno, action, path);
+    }
+    if (!S_ISREG(status.st_mode) && !S_ISDIR(status.st_mode)) {
+        throw FileError::of(Kind::NotAFileOrFolder, action, path);
+    }
+    return file;
+}
+
+/// A link that tells its place from where it stands would lead nowhere from the private storage, and what it leads to
+/// would be lost from sight half way.
+void requireMovableLink(const QString &path, const QByteArray &name)
+{
+    char first = '/';
+    if (readlink(name.constData(), &first, 1) == 1 && first != '/') {
+        throw FileError(Kind::NotAFileOrFolder,
+                        QStringLiteral("Could not protect \"") + path.section(QLatin1Char('/'), -1) +
+                            QStringLiteral("\" because it is only a link. Protect the item it leads to instead."));
+    }
+}
+
+void requireTakeable(const QString &path, const QByteArray &name)
+{
+    const QByteArray parent = parentOf(name);
+    struct stat item{};
+    struct stat folder{};
+    if (faccessat(AT_FDCWD, parent.constData(), W_OK | X_OK, AT_EACCESS) != 0 || lstat(name.constData(), &item) != 0 ||
+        stat(parent.constData(), &folder) != 0) {
+        throw FileError::fromErrno(errno, Action::Protect, path);
+    }
+    const uid_t self = geteuid();
+    const bool isKeptBySticky =
+        (folder.st_mode & S_ISVTX) != 0 && self != 0 && self != item.st_uid && self != folder.st_uid;
+    // The kernel rewrites the ".." of a folder that moves, so it must be writable itself.
+    const bool isFixedFolder = S_ISDIR(item.st_mode) && faccessat(AT_FDCWD, name.constData(), W_OK, AT_EACCESS) != 0;
+    if (isKeptBySticky || isFixedFolder) {
+        throw FileError::of(Kind::NoPermission, Action::Protect, path);
+    }
+    if (S_ISDIR(item.st_mode) && item.st_dev != folder.st_dev) {
+        throw FileError::fromErrno(EBUSY, Action::Protect, path); // a volume is mounted here
+    }
+}
+
+FileBuffer bufferFor(const QString &path, size_t fileSize, size_t headroom, size_t tailroom)
+{
+    size_t size = 0;
+    const bool isTooLarge = __builtin_add_overflow(headroom, fileSize, &size) ||
+                            __builtin_add_overflow(size, tailroom, &size) || !FileBuffer::fits(size);
+    if (!isTooLarge) {
+        try {
+            return FileBuffer(size);
+        } catch (const std::bad_alloc &) { // NOLINT(bugprone-empty-catch): the same answer as an estimate that says no
+        }
+    }
+    throw FileError::of(Kind::TooLargeForMemory, Action::Read, path);
+}
+
+/// Reads until `bytes` is full or the file ends; the number of bytes read.
+size_t readUntilEnd(int file, std::span<std::byte> bytes, size_t position, const QString &path)
+{
+    size_t done = 0;
+    while (done < bytes.size()) {
+        const ssize_t count =
+            pread(file, bytes.data() + done, bytes.size() - done, static_cast<off_t>(position + done));
+        if (count < 0 && errno == EINTR) {
+            continue;
+        }
+        if (count < 0) {
+            throw FileError::fromErrno(errno, Action::Read, path);
+        }
+        if (count == 0) {
+            break;
+        }
+        done += static_cast<size_t>(count);
+    }
+    return done;
+}
+
+/// Opens the file to be written, which a link of this user's own may name. A link of somebody else's is not followed:
+/// in a folder shared with others it would send the bytes over any file of this user.
+ScopedFd openForWriting(const QString &path, QByteArray name)
+{
+    constexpr int mostLinks = 40;
+    constexpr mode_t everybody = 0666;
+    for (int links = 0; links < mostLinks; ++links) {
+        ScopedFd file(
+            open(name.constData(), O_WRONLY | O_CREAT | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY | O_CLOEXEC, everybody));
+        if (file.isOpen() || errno != ELOOP) {
+            return file;
+        }
+        const ScopedFd link(open(name.constData(), O_PATH | O_NOFOLLOW | O_CLOEXEC));
+        struct stat status{};
+        QByteArray target(PATH_MAX, '\0');
+        if (!link.isOpen() || fstat(link.get(), &status) != 0) {
+            return {};
+        }
+        const ssize_t size = readlinkat(link.get(), "", target.data(), static_cast<size_t>(target.size()));
+        if (size < 0) {
+            return {};
+        }
+        if (status.st_uid != geteuid()) {
+            throw FileError::of(Kind::NoPermission, Action::Write, path);
+        }
+        target.truncate(size);
+        name = target.startsWith('/') ? target : parentOf(name) + '/' + target;
+    }
+    errno = ELOOP;
+    return {};
+}
+
+} // namespace
+
+bool LinuxFileManager::fileExists(const QString &path) const
+{
+    return statusBehindLinks(path).has_value();
+}
+
+bool LinuxFileManager::isDirectory(const QString &path) const
+{
+    const std::optional<struct stat> status = statusBehindLinks(path);
+    return status.has_value() && S_ISDIR(status->st_mode);
+}
+
+bool LinuxFileManager::isWritableFile(const QString &path) const
+{
+    const QByteArray name = QFile::encodeName(path);
+    return !path.contains(QChar(u'\0')) && faccessat(AT_FDCWD, name.constData(), W_OK, AT_EACCESS) == 0;
+}
+
+void LinuxFileManager::requireProtectable(const QString &path) const
+{
+    const QByteArray name = callName(path, Action::Protect);
+    struct stat status{};
+    const ScopedFd file = openReadable(path, name, Action::Protect, status);
+    requireMovableLink(path, name);
+    requireTakeable(path, name);
+    constexpr size_t slack = 1024 * 1024; // header, padding and tag of the container
+    if (S_ISREG(status.st_mode) && !FileBuffer::fits(static_cast<size_t>(status.st_size) + slack)) {
+        throw FileError::of(Kind::TooLargeForMemory, Action::Protect, path);
+    }
+}
+
+QStringList LinuxFileManager::contentsOfDirectory(const QString &path) const
+{
+    const QByteArray name = callName(path, Action::List);
+    const std::unique_ptr<DIR, int (*)(DIR *)> stream(opendir(name.constData()), closedir);
+    if (!stream) {
+        throw FileError::fromErrno(errno, Action::List, path);
+    }
+    QStringList names;
+    errno = 0;
+    while (const dirent *entry = readdir(stream.get())) {
+        const QString entryName = QFile::decodeName(entry->d_name);
+        if (entryName != QLatin1String(".") && entryName != QLatin1String("..")) {
+            names.append(entryName);
+        }
+        errno = 0;
+    }
+    if (errno != 0) {
+        throw FileError::fromErrno(errno, Action::List, path);
+    }
+    return names;
+}
+
+void LinuxFileManager::createDirectory(const QString &path)
+{
+    constexpr mode_t ownerOnly = 0700; // as the XDG base directories are made
+    const QByteArray name = callName(path, Action::CreateFolder);
+    for (qsizetype slash = name.indexOf('/', 1); slash >= 0; slash = name.indexOf('/', slash + 1)) {
+        mkdir(name.left(slash).constData(), ownerOnly); // The last one tells whether those above stand.
+    }
+    if (mkdir(name.constData(), ownerOnly) != 0 && !(errno == EEXIST && isDirectory(path))) {
+        throw FileError::fromErrno(errno, Action::CreateFolder, path);
+    }
+}
+
+void LinuxFileManager::moveItem(const QString &source, const QString &target)
+{
+    const MoveNames names{Action::Move, source, target};
+    moveTo(callName(source, Action::Move), callName(target, Action::Move), names);
+}
+
+void LinuxFileManager::replaceItemAt(const QString &original, const QString &replacement)
+{
+    const MoveNames names{Action::Replace, original, {}};
+    putInPlaceOf(callName(original, Action::Replace), callName(replacement, Action::Replace), names);
+}
+
+void LinuxFileManager::removeItem(const QString &path)
+{
+    removeTree(callName(path, Action::Remove));
+}
+
+FileBuffer LinuxFileManager::readFile(const QString &path, size_t headroom, size_t tailroom) const
+{
+    const QByteArray name = callName(path, Action::Read);
+    struct stat status{};
+    const ScopedFd file = openReadable(path, name, Action::Read, status);
+    if (!S_ISREG(status.st_mode)) {
+        throw FileError::fromErrno(EISDIR, Action::Read, path);
+    }
+    posix_fadvise(file.get(), 0, 0, POSIX_FADV_SEQUENTIAL);
+    // Somebody may write to the file meanwhile: the buffer holds exactly what one pass from start to end read.
+    constexpr int attempts = 5;
+    for (int attempt = 0; attempt < attempts; ++attempt) {
+        const auto size = static_cast<size_t>(status.st_size);
+        FileBuffer buffer = bufferFor(path, size, headroom, tailroom);
+        std::byte further{};
+        if (readUntilEnd(file.get(), buffer.bytes().subspan(headroom, size), 0, path) == size &&
+            readUntilEnd(file.get(), std::span(&further, 1), size, path) == 0) {
+            return buffer;
+        }
+        if (fstat(file.get(), &status) != 0) {
+            throw FileError::fromErrno(errno, Action::Read, path);
+        }
+    }
+    throw FileError::fromErrno(EBUSY, Action::Read, path);
+}
+
+void LinuxFileManager::writeFile(const QString &path, std::span<const std::byte> bytes)
+{
+    ScopedFd file = openForWriting(path, encodedPath(path, Action::Write));
+    struct stat status{};
+    if (!file.isOpen() || fstat(file.get(), &status) != 0) {
+        throw FileError::fromErrno(errno, Action::Write, path);
+    }
+    if (!S_ISREG(status.st_mode)) {
+        throw FileError::of(Kind::NotAFileOrFolder, Action::Write, path);
+    }
+    if (ftruncate(file.get(), 0) != 0) {
+        throw FileError::fromErrno(errno, Action::Write, path);
+    }
+    while (!bytes.empty()) {
+        const ssize_t count = write(file.get(), bytes.data(), bytes.size());
+        if (count < 0 && errno != EINTR) {
+            throw FileError::fromErrno(errno, Action::Write, path);
+        }
+        bytes = bytes.subspan(static_cast<size_t>(std::max<ssize_t>(count, 0)));
+    }
+    if (close(file.release()) != 0 && errno != EINTR) { // a network volume or a quota may tell only now
+        throw FileError::fromErrno(errno, Action::Write, path);
+    }
+}
+
+} // namespace quillhaven

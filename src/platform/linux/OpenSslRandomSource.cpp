@@ -1,0 +1,37 @@
+#include "platform/linux/OpenSslRandomSource.h"
+
+#include <QUuid>
+
+#include <openssl/crypto.h>
+#include <openssl/rand.h>
+
+#include <algorithm>
+#include <limits>
+#include <vector>
+
+namespace quillhaven {
+
+bool OpenSslRandomSource::fill(std::span<std::byte> buffer)
+{
+    // The generator may leave half its output behind when it fails, so it writes beside the caller's buffer.
+    std::vector<unsigned char> fresh(buffer.size());
+    constexpr size_t most = std::numeric_limits<int>::max();
+    bool isFilled = true;
+    for (size_t done = 0; isFilled && done < fresh.size();) {
+        const size_t count = std::min(most, fresh.size() - done);
+        isFilled = RAND_bytes(fresh.data() + done, static_cast<int>(count)) == 1;
+        done += count;
+    }
+    if (isFilled) {
+        std::ranges::copy(std::as_bytes(std::span(fresh)), buffer.begin());
+    }
+    OPENSSL_cleanse(fresh.data(), fresh.size());
+    return isFilled;
+}
+
+QString OpenSslRandomSource::uuidString()
+{
+    return QUuid::createUuid().toString(QUuid::WithoutBraces).toUpper();
+}
+
+} // namespace quillhaven

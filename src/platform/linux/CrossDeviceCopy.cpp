@@ -1,0 +1,142 @@
+#include "platform/linux/CrossDeviceCopy.h"
+
+#include "platform/linux/FilePaths.h"
+#include "platform/linux/RemoveTree.h"
+#include "platform/linux/ScopedFd.h"
+#include "platform/linux/TreeComparison.h"
+#include "platform/printLogger.h"
+
+#include <fcntl.h>
+#include <spawn.h>
+#include <sys/mman.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
+
+#include <array>
+#include <cerrno>
+#include <cstring>
+
+namespace quillhaven {
+
+namespace {
+
+/// The reason in what `cp` said last, as it speaks in the C locale; 0 for one that is not known.
+int reasonIn(const QByteArray &messages)
+{
+    for (const int error : {ENOSPC, EDQUOT, EROFS, EACCES, EPERM, ENAMETOOLONG, EILSEQ, ENOENT, EFBIG, EIO, ENOMEM}) {
+        if (messages.contains(QByteArray(": ") + strerrordesc_np(error) + '\n')) {
+            return error;
+        }
+    }
+    return 0;
+}
+
+QByteArray contentOf(int fd)
+{
+    constexpr qsizetype enough = 64 * 1024;
+    QByteArray text(enough, '\0');
+    const ssize_t size = pread(fd, text.data(), static_cast<size_t>(text.size()), 0);
+    return text.left(size > 0 ? size : 0);
+}
+
+/// Runs a program to its end; its messages go to `messages`. The exit status, or -1 with errno set.
+int run(const char *const *arguments, int messages)
+{
+    const std::array<const char *, 2> environment{"LC_ALL=C", nullptr};
+    posix_spawn_file_actions_t actions;
+    posix_spawn_file_actions_init(&actions);
+    posix_spawn_file_actions_addopen(&actions, STDIN_FILENO, "/dev/null", O_RDONLY, 0);
+    posix_spawn_file_actions_addopen(&actions, STDOUT_FILENO, "/dev/null", O_WRONLY, 0);
+    posix_spawn_file_actions_adddup2(&actions, messages, STDERR_FILENO);
+    pid_t child = -1;
+    // posix_spawn takes them as not const for its age only.
+    const int error = posix_spawn(&child, arguments[0], &actions, nullptr, const_cast<char *const *>(arguments),
+                                  const_cast<char *const *>(environment.data()));
+    posix_spawn_file_actions_destroy(&actions);
+    if (error != 0) {
+        errno = error;
+        return -1;
+    }
+    int status = 0;
+    while (waitpid(child, &status, 0) < 0) {
+        if (errno != EINTR) {
+            return -1;
+        }
+    }
+    return WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status);
+}
+
+/// One file is flushed alone; a tree by one flush of its volume, folders included.
+void syncCopy(const QByteArray &path, const MoveNames &names)
+{
+    struct stat status{};
+    if (lstat(path.constData(), &status) != 0) {
+        names.fail(errno);
+    }
+    const bool isFile = S_ISREG(status.st_mode);
+    const QByteArray opened = isFile ? path : parentOf(path);
+    const ScopedFd fd(open(opened.constData(), O_RDONLY | O_NOFOLLOW | O_CLOEXEC | (isFile ? 0 : O_DIRECTORY)));
+    if (!fd.isOpen() || (isFile ? fsync(fd.get()) : syncfs(fd.get())) != 0) {
+        names.fail(errno);
+    }
+}
+
+} // namespace
+
+CrossDeviceCopy::CrossDeviceCopy(const QByteArray &source, const QByteArray &target, const MoveNames &names)
+    : m_path(hiddenNameBeside(target))
+{
+    try {
+        const QByteArray before = treeState(source);
+        runCopy(source, names);
+        requireSameTree(source, m_path, names.target.isEmpty() ? names.path : names.target);
+        syncCopy(m_path, names);
+        if (treeState(source) != before) {
+            throw FileError(FileError::Kind::Other,
+                            FileError::fromErrno(EBUSY, names.action, names.path, names.target).errorDescription());
+        }
+    } catch (...) {
+        discard();
+        throw;
+    }
+}
+
+CrossDeviceCopy::~CrossDeviceCopy()
+{
+    if (!m_isKept) {
+        discard();
+    }
+}
+
+void CrossDeviceCopy::runCopy(const QByteArray &source, const MoveNames &names) const
+{
+    const ScopedFd messages(memfd_create("cp-messages", MFD_CLOEXEC));
+    if (!messages.isOpen()) {
+        names.fail(errno);
+    }
+    const std::array<const char *, 8> arguments{
+        "/usr/bin/cp", "-a", "--reflink=auto", "-T", "--", source.constData(), m_path.constData(), nullptr,
+    };
+    const int status = run(arguments.data(), messages.get());
+    if (status < 0) {
+        names.fail(errno);
+    }
+    if (status != 0) {
+        const int reason = reasonIn(contentOf(messages.get()));
+        names.fail(reason == 0 ? EIO : reason);
+    }
+}
+
+void CrossDeviceCopy::discard() const noexcept
+{
+    if (!standsAt(m_path)) {
+        return;
+    }
+    try {
+        removeTree(m_path);
+    } catch (const FileError &error) {
+        printLogger(error.errorDescription());
+    }
+}
+
+} // namespace quillhaven

@@ -1,0 +1,44 @@
+#pragma once
+
+#include "platform/FileError.h"
+
+#include <QByteArray>
+
+namespace quillhaven {
+
+/// The two paths of an operation as its caller named them, for the sentence of an error.
+struct MoveNames
+{
+    FileError::Action action;
+    QString path;
+    QString target;
+
+    [[noreturn]] void fail(int errorNumber) const { throw FileError::fromErrno(errorNumber, action, path, target); }
+};
+
+/// A copy of a file or folder on another file system, under a hidden name beside the place where it shall stand. It is
+/// removed with this object unless it was put in its place.
+class CrossDeviceCopy
+{
+public:
+    /// Copies with the system's `cp`, holes and all, compares everything, and brings it to the device. Throws
+    /// `NotPreserved` when the other file system keeps less than the source has, `Other` when the source was changed
+    /// meanwhile. The source is untouched in every case.
+    CrossDeviceCopy(const QByteArray &source, const QByteArray &target, const MoveNames &names);
+    ~CrossDeviceCopy();
+    CrossDeviceCopy(const CrossDeviceCopy &) = delete;
+    CrossDeviceCopy &operator=(const CrossDeviceCopy &) = delete;
+
+    [[nodiscard]] const QByteArray &path() const { return m_path; }
+    /// The copy stands at its place now.
+    void keep() { m_isKept = true; }
+
+private:
+    void runCopy(const QByteArray &source, const MoveNames &names) const;
+    void discard() const noexcept;
+
+    QByteArray m_path;
+    bool m_isKept = false;
+};
+
+} // namespace quillhaven

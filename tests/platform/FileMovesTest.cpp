@@ -1,0 +1,279 @@
+#include "platform/linux/FileMoves.h"
+#include "FileFixture.h"
+#include "platform/linux/FilePaths.h"
+
+#include <fcntl.h>
+
+namespace quillhaven::testing {
+
+namespace {
+
+using Kind = FileError::Kind;
+using FileMovesTest = FileTest;
+
+QStringList difficultNames()
+{
+    return {QStringLiteral("a b"),       QStringLiteral("\"quoted\" 'twice'"),
+            QStringLiteral("line\nend"), QStringLiteral("-rf"),
+            QStringLiteral("--"),        QStringLiteral(".hidden"),
+            QStringLiteral("..."),       QStringLiteral("back\\slash*?"),
+            QStringLiteral("🪶🔐"),      QStringLiteral("שלום عالم"),
+            QString(255, u'x')};
+}
+
+TEST_F(FileMovesTest, MovesEveryNameOnOneFileSystemAndToAnother)
+{
+    for (const QString &name : difficultNames()) {
+        const QString source = home.write(QStringLiteral("in/") + name, name.toUtf8());
+        files.createDirectory(home.path(QStringLiteral("out")));
+        const QString near = home.path(QStringLiteral("out/") + name);
+        files.moveItem(source, near);
+        EXPECT_FALSE(stands(source));
+        EXPECT_EQ(read(near), name.toUtf8());
+        files.moveItem(near, other(name));
+        EXPECT_FALSE(stands(near));
+        EXPECT_EQ(read(other(name)), name.toUtf8());
+    }
+}
+
+TEST_F(FileMovesTest, NothingStandingAtTheTargetIsTouched)
+{
+    const QString source = home.write(QStringLiteral("a.txt"), "new");
+    for (const QString &target : {home.path(QStringLiteral("taken")), other(QStringLiteral("taken"))}) {
+        write(target, "old");
+        expectKind(Kind::TargetExists, [&] { files.moveItem(source, target); });
+        EXPECT_EQ(read(target), "old");
+        EXPECT_EQ(read(source), "new");
+        ASSERT_TRUE(QFile::remove(target));
+        ASSERT_TRUE(QFile::link(QStringLiteral("nowhere"), target));
+        expectKind(Kind::TargetExists, [&] { files.moveItem(source, target); });
+    }
+    expectKind(Kind::TargetExists, [&] { files.moveItem(source, source); });
+}
+
+TEST_F(FileMovesTest, ASecondNameOfTheSourceCountsAsATargetThatStands)
+{
+    const QString source = home.write(QStringLiteral("a"));
+    const QString second = home.path(QStringLiteral("b"));
+    ASSERT_EQ(link(bytesOf(source).constData(), bytesOf(second).constData()), 0);
+    expectKind(Kind::TargetExists, [&] { files.moveItem(source, second); });
+    EXPECT_EQ(renameWithoutFlags(bytesOf(source), bytesOf(second)), EEXIST);
+    EXPECT_TRUE(stands(source));
+    EXPECT_TRUE(stands(second));
+}
+
+TEST_F(FileMovesTest, AMissingSourceOrFolderOrAFolderIntoItselfFails)
+{
+    expectKind(Kind::NoSuchFile, [&] { files.moveItem(home.path(QStringLiteral("no")), other(QStringLiteral("no"))); });
+    const QString source = home.write(QStringLiteral("folder/file"));
+    expectKind(Kind::NoSuchFile, [&] { files.moveItem(source, home.path(QStringLiteral("no/file"))); });
+    expectKind(Kind::NoSuchFile, [&] { files.moveItem(source, other(QStringLiteral("no/file"))); });
+    expectKind(Kind::Other, [&] {
+        files.moveItem(home.path(QStringLiteral("folder")), home.path(QStringLiteral("folder/inside")));
+    });
+    EXPECT_TRUE(stands(source));
+}
+
+TEST_F(FileMovesTest, AFileThatAnotherProcessHoldsOpenMoves)
+{
+    const QString source = home.write(QStringLiteral("held"), "held");
+    QProcess holder;
+    holder.start(QStringLiteral("sh"), {QStringLiteral("-c"), QStringLiteral("exec 3<\"$1\"; echo ready; read line"),
+                                        QStringLiteral("sh"), source});
+    ASSERT_TRUE(holder.waitForReadyRead());
+    files.moveItem(source, other(QStringLiteral("held")));
+    EXPECT_EQ(read(other(QStringLiteral("held"))), "held");
+    holder.write("\n");
+    EXPECT_TRUE(holder.waitForFinished());
+}
+
+TEST_F(FileMovesTest, ATreeKeepsEverythingOnAnotherFileSystem)
+{
+    const QString source = home.path(QStringLiteral("tree"));
+    const QString tool = home.write(QStringLiteral("tree/sub/tool"), "run");
+    files.createDirectory(home.path(QStringLiteral("tree/empty")));
+    setAttribute(tool, "user.note", QByteArray("a\0b", 3));
+    setAttribute(source, "user.folder", "yes");
+    outputOf(QStringLiteral("setfacl"), {QStringLiteral("-m"), QStringLiteral("u:65534:rx"), tool});
+    outputOf(QStringLiteral("setfacl"),
+             {QStringLiteral("-d"), QStringLiteral("-m"), QStringLiteral("u:65534:rwx"), source});
+    ASSERT_EQ(chmod(bytesOf(tool).constData(), 04751), 0);
+    ASSERT_EQ(link(bytesOf(tool).constData(), bytesOf(source + QStringLiteral("/twin")).constData()), 0);
+    ASSERT_EQ(symlink("sub/tool", bytesOf(source + QStringLiteral("/link")).constData()), 0);
+    ASSERT_EQ(symlink("nowhere", bytesOf(source + QStringLiteral("/dangling")).constData()), 0);
+    ASSERT_EQ(mkfifo(bytesOf(source + QStringLiteral("/fifo")).constData(), 0640), 0);
+    const timespec times[2] = {{1'000'000'000, 1}, {1'234'567'890, 123'456'789}};
+    ASSERT_EQ(utimensat(AT_FDCWD, bytesOf(tool).constData(), times, 0), 0);
+    ASSERT_EQ(utimensat(AT_FDCWD, bytesOf(source).constData(), times, 0), 0);
+
+    const QString target = other(QStringLiteral("moved"));
+    files.moveItem(source, target);
+
+    EXPECT_FALSE(stands(source));
+    const QString moved = target + QStringLiteral("/sub/tool");
+    EXPECT_EQ(read(moved), "run");
+    EXPECT_EQ(status(moved).st_mode & 07777, 04751);
+    EXPECT_EQ(attribute(moved, "user.note"), QByteArray("a\0b", 3));
+    EXPECT_EQ(attribute(target, "user.folder"), "yes");
+    EXPECT_TRUE(outputOf(QStringLiteral("getfacl"), {QStringLiteral("-npc"), moved}).contains("user:65534:r-x"));
+    EXPECT_TRUE(
+        outputOf(QStringLiteral("getfacl"), {QStringLiteral("-npc"), target}).contains("default:user:65534:rwx"));
+    EXPECT_EQ(status(moved).st_ino, status(target + QStringLiteral("/twin")).st_ino);
+    for (const QString &path : {moved, target}) {
+        EXPECT_EQ(status(path).st_mtim.tv_sec, 1'234'567'890);
+        EXPECT_EQ(status(path).st_mtim.tv_nsec, 123'456'789);
+    }
+    char linkText[16] = {};
+    EXPECT_EQ(readlink(bytesOf(target + QStringLiteral("/link")).constData(), linkText, sizeof linkText), 8);
+    EXPECT_STREQ(linkText, "sub/tool");
+    EXPECT_TRUE(stands(target + QStringLiteral("/dangling")));
+    EXPECT_TRUE(S_ISFIFO(status(target + QStringLiteral("/fifo")).st_mode));
+    EXPECT_TRUE(files.isDirectory(target + QStringLiteral("/empty")));
+}
+
+TEST_F(FileMovesTest, ASparseFileStaysSparse)
+{
+    const QString source = home.write(QStringLiteral("sparse"), "start");
+    constexpr off_t size = off_t{1} << 26;
+    ASSERT_EQ(truncate(bytesOf(source).constData(), size), 0);
+    const QString target = other(QStringLiteral("sparse"));
+    files.moveItem(source, target);
+    EXPECT_EQ(status(target).st_size, size);
+    EXPECT_LT(status(target).st_blocks * 512, size / 16);
+}
+
+TEST_F(FileMovesTest, ADanglingLinkMovesAsALink)
+{
+    const QString source = home.path(QStringLiteral("link"));
+    ASSERT_EQ(symlink("nowhere", bytesOf(source).constData()), 0);
+    files.moveItem(source, other(QStringLiteral("link")));
+    EXPECT_TRUE(S_ISLNK(status(other(QStringLiteral("link"))).st_mode));
+    EXPECT_FALSE(stands(source));
+}
+
+TEST_F(FileMovesTest, APropertyThatTheOtherFileSystemLosesStopsTheMove)
+{
+    ASSERT_EQ(geteuid(), 0U) << "needs root to make a file of another owner in a folder of the user";
+    const QString source = home.write(QStringLiteral("folder/theirs.txt"), "theirs");
+    ASSERT_EQ(chmod(bytesOf(home.path()).constData(), 0777), 0);
+    ASSERT_EQ(chmod(bytesOf(home.path(QStringLiteral("folder"))).constData(), 0777), 0);
+    ASSERT_EQ(chmod(bytesOf(other({})).constData(), 0777), 0);
+    {
+        // A plain user cannot give the copy to the owner of the source, and cp does not report it.
+        const AsPlainUser user;
+        const auto error = errorOf([&] { files.moveItem(source, other(QStringLiteral("theirs.txt"))); });
+        ASSERT_TRUE(error.has_value());
+        EXPECT_EQ(error->kind(), Kind::NotPreserved);
+        EXPECT_TRUE(
+            error->errorDescription().startsWith(QStringLiteral("Could not move \"theirs.txt\" to \"quillhaven-test-")))
+            << qUtf8Printable(error->errorDescription());
+        EXPECT_TRUE(
+            error->errorDescription().endsWith(QStringLiteral("because the owner of the item would be lost there.")));
+    }
+    EXPECT_EQ(read(source), "theirs");
+    EXPECT_FALSE(stands(other(QStringLiteral("theirs.txt"))));
+}
+
+TEST_F(FileMovesTest, AFolderThatCouldNotBeEmptiedIsNotCopiedAtAll)
+{
+    const QString inner = home.write(QStringLiteral("folder/locked/file"));
+    ASSERT_EQ(chmod(bytesOf(home.path()).constData(), 0777), 0);
+    ASSERT_EQ(chmod(bytesOf(home.path(QStringLiteral("folder"))).constData(), 0777), 0);
+    ASSERT_EQ(chmod(bytesOf(home.path(QStringLiteral("folder/locked"))).constData(), 0555), 0);
+    ASSERT_EQ(chmod(bytesOf(other({})).constData(), 0777), 0);
+    {
+        const AsPlainUser user;
+        expectKind(Kind::NoPermission,
+                   [&] { files.moveItem(home.path(QStringLiteral("folder")), other(QStringLiteral("folder"))); });
+    }
+    EXPECT_TRUE(stands(inner));
+    EXPECT_FALSE(stands(other(QStringLiteral("folder"))));
+    ASSERT_EQ(chmod(bytesOf(home.path(QStringLiteral("folder/locked"))).constData(), 0755), 0);
+}
+
+/// Every pairing of a file and a folder, on one file system and across two.
+class ReplaceTest : public FileTest, public ::testing::WithParamInterface<std::tuple<bool, bool, bool>>
+{
+};
+
+TEST_P(ReplaceTest, TheReplacementStandsInThePlaceAndNowhereElse)
+{
+    const auto [isOldFolder, isNewFolder, isAcross] = GetParam();
+    const QString original = home.path(QStringLiteral("b \"quoted\""));
+    const QString replacement = isAcross ? other(QStringLiteral("new")) : home.path(QStringLiteral("new"));
+    if (isOldFolder) {
+        home.write(QStringLiteral("b \"quoted\"/old/deep"), "old");
+    } else {
+        write(original, "old");
+    }
+    if (isNewFolder) {
+        files.createDirectory(replacement);
+        write(replacement + QStringLiteral("/file"), "new");
+    } else {
+        write(replacement, "new");
+    }
+    files.replaceItemAt(original, replacement);
+    EXPECT_FALSE(stands(replacement));
+    EXPECT_EQ(read(isNewFolder ? original + QStringLiteral("/file") : original), "new");
+    EXPECT_FALSE(stands(original + QStringLiteral("/old")));
+}
+
+INSTANTIATE_TEST_SUITE_P(Pairings, ReplaceTest,
+                         ::testing::Combine(::testing::Bool(), ::testing::Bool(), ::testing::Bool()));
+
+TEST_F(FileMovesTest, ReplacingWhatIsMissingOrByWhatIsMissingChangesNothing)
+{
+    const QString file = home.write(QStringLiteral("file"), "whole");
+    expectKind(Kind::NoSuchFile, [&] { files.replaceItemAt(file, home.path(QStringLiteral("no"))); });
+    expectKind(Kind::NoSuchFile, [&] { files.replaceItemAt(home.path(QStringLiteral("no")), file); });
+    expectKind(Kind::Other, [&] { files.replaceItemAt(file, file); });
+    EXPECT_EQ(read(file), "whole");
+}
+
+TEST_F(FileMovesTest, ReplacingByASecondNameOfTheSameFileLeavesOneName)
+{
+    const QString file = home.write(QStringLiteral("file"), "whole");
+    const QString second = home.path(QStringLiteral("second"));
+    ASSERT_EQ(link(bytesOf(file).constData(), bytesOf(second).constData()), 0);
+    files.replaceItemAt(file, second);
+    EXPECT_EQ(read(file), "whole");
+    EXPECT_FALSE(stands(second));
+}
+
+TEST_F(FileMovesTest, AFolderThatMayNotBeEmptiedIsNotReplaced)
+{
+    const QString inner = home.write(QStringLiteral("old/locked/file"));
+    const QString fresh = home.write(QStringLiteral("new"), "new");
+    ASSERT_EQ(chmod(bytesOf(home.path()).constData(), 0777), 0);
+    ASSERT_EQ(chmod(bytesOf(home.path(QStringLiteral("old"))).constData(), 0777), 0);
+    ASSERT_EQ(chmod(bytesOf(home.path(QStringLiteral("old/locked"))).constData(), 0555), 0);
+    {
+        const AsPlainUser user;
+        expectKind(Kind::NoPermission, [&] { files.replaceItemAt(home.path(QStringLiteral("old")), fresh); });
+    }
+    EXPECT_TRUE(stands(inner));
+    EXPECT_EQ(read(fresh), "new");
+    ASSERT_EQ(chmod(bytesOf(home.path(QStringLiteral("old/locked"))).constData(), 0755), 0);
+}
+
+TEST_F(FileMovesTest, WithoutTheFlagsOfRenameFilesAndFoldersStillMoveAndExchange)
+{
+    const QByteArray file = bytesOf(home.write(QStringLiteral("file"), "file"));
+    home.write(QStringLiteral("folder/inner"), "inner");
+    const QByteArray folder = bytesOf(home.path(QStringLiteral("folder")));
+    EXPECT_EQ(renameWithoutFlags(folder, file), EEXIST);
+    EXPECT_EQ(renameWithoutFlags(file, folder), EEXIST);
+    EXPECT_EQ(exchangeByRenames(file, folder), 0);
+    EXPECT_EQ(read(home.path(QStringLiteral("folder"))), "file");
+    EXPECT_EQ(read(home.path(QStringLiteral("file/inner"))), "inner");
+    EXPECT_EQ(exchangeByRenames(file, folder + "-absent"), ENOENT);
+    EXPECT_EQ(read(home.path(QStringLiteral("file/inner"))), "inner");
+    EXPECT_EQ(renameWithoutFlags(folder, folder + "-2"), 0);
+    EXPECT_EQ(renameWithoutFlags(file, file + "-2"), 0);
+    EXPECT_EQ(read(home.path(QStringLiteral("folder-2"))), "file");
+    EXPECT_EQ(read(home.path(QStringLiteral("file-2/inner"))), "inner");
+}
+
+} // namespace
+
+} // namespace quillhaven::testing

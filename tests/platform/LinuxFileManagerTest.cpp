@@ -1,0 +1,289 @@
+#include "FileFixture.h"
+
+#include <fcntl.h>
+#include <sys/socket.h>
+#include <sys/un.h>
+
+#include <cstring>
+#include <limits>
+
+namespace quillhaven::testing {
+
+namespace {
+
+using Kind = FileError::Kind;
+using LinuxFileManagerTest = FileTest;
+
+QByteArray contentOf(FileBuffer &buffer, size_t headroom, size_t tailroom)
+{
+    const auto bytes = buffer.bytes().subspan(headroom, buffer.size() - headroom - tailroom);
+    return QByteArray(reinterpret_cast<const char *>(bytes.data()), static_cast<qsizetype>(bytes.size()));
+}
+
+TEST_F(LinuxFileManagerTest, ALinkCountsByWhatItPointsTo)
+{
+    const QString file = home.write(QStringLiteral("file"));
+    ASSERT_TRUE(QFile::link(file, home.path(QStringLiteral("link"))));
+    ASSERT_TRUE(QFile::link(QStringLiteral("nowhere"), home.path(QStringLiteral("dangling"))));
+    ASSERT_TRUE(QFile::link(home.path(), home.path(QStringLiteral("toFolder"))));
+    EXPECT_TRUE(files.fileExists(home.path(QStringLiteral("link"))));
+    EXPECT_FALSE(files.fileExists(home.path(QStringLiteral("dangling"))));
+    EXPECT_FALSE(files.fileExists(home.path(QStringLiteral("absent"))));
+    EXPECT_FALSE(files.isDirectory(home.path(QStringLiteral("link"))));
+    EXPECT_TRUE(files.isDirectory(home.path(QStringLiteral("toFolder"))));
+}
+
+TEST_F(LinuxFileManagerTest, WritableIsAskedForTheUserWhoRuns)
+{
+    const QString file = home.write(QStringLiteral("file"));
+    EXPECT_TRUE(files.isWritableFile(file));
+    ASSERT_EQ(chmod(bytesOf(home.path()).constData(), 0755), 0);
+    ASSERT_EQ(chmod(bytesOf(file).constData(), 0444), 0);
+    const AsPlainUser user;
+    EXPECT_FALSE(files.isWritableFile(file));
+}
+
+TEST_F(LinuxFileManagerTest, MakesAllMissingFoldersForTheOwnerAloneAndIsContentWithStandingOnes)
+{
+    const QString folder = home.path(QStringLiteral("a/b c/d"));
+    files.createDirectory(folder);
+    files.createDirectory(folder);
+    EXPECT_EQ(status(folder).st_mode & 07777, 0700);
+}
+
+TEST_F(LinuxFileManagerTest, AFileInTheWayOfAFolderIsAnError)
+{
+    const QString file = home.write(QStringLiteral("file"));
+    expectKind(Kind::TargetExists, [&] { files.createDirectory(file); });
+    expectKind(Kind::NoSuchFile, [&] { files.createDirectory(file + QStringLiteral("/below")); });
+    EXPECT_EQ(read(file), "content");
+}
+
+TEST_F(LinuxFileManagerTest, ListsEveryNameHiddenOnesToo)
+{
+    files.createDirectory(home.path(QStringLiteral("folder")));
+    for (const char *name : {".hidden", "-rf", "a b", "line\nend"}) {
+        home.write(QStringLiteral("folder/") + QString::fromUtf8(name));
+    }
+    QStringList names = files.contentsOfDirectory(home.path(QStringLiteral("folder")));
+    names.sort();
+    EXPECT_EQ(names, QStringList({QStringLiteral("-rf"), QStringLiteral(".hidden"), QStringLiteral("a b"),
+                                  QStringLiteral("line\nend")}));
+    expectKind(Kind::NoSuchFile, [&] { (void)files.contentsOfDirectory(home.path(QStringLiteral("absent"))); });
+}
+
+TEST_F(LinuxFileManagerTest, ReadsTheWholeFileBehindTheHeadroom)
+{
+    const QByteArray content = QByteArray("0123456789abcdef").repeated(200'000);
+    const QString file = home.write(QStringLiteral("file"), content);
+    FileBuffer buffer = files.readFile(file, 40, 16);
+    ASSERT_EQ(buffer.size(), static_cast<size_t>(content.size()) + 56);
+    EXPECT_TRUE(contentOf(buffer, 40, 16) == content);
+    EXPECT_EQ(buffer.bytes()[0], std::byte{0});
+    EXPECT_EQ(buffer.bytes()[buffer.size() - 1], std::byte{0});
+    FileBuffer empty = files.readFile(home.write(QStringLiteral("empty"), ""), 0, 0);
+    EXPECT_EQ(empty.size(), 0U);
+}
+
+TEST_F(LinuxFileManagerTest, AFileThatTellsAnotherSizeThanItHasIsAnErrorNoGarbage)
+{
+    // A file of the kernel's says 0 bytes and has more, as one that grows without end does.
+    const std::optional<FileError> error =
+        errorOf([&] { (void)files.readFile(QStringLiteral("/proc/self/status"), 4, 4); });
+    ASSERT_TRUE(error.has_value());
+    EXPECT_EQ(error->kind(), Kind::Other);
+}
+
+TEST_F(LinuxFileManagerTest, WhatCannotFitInMemoryIsNotStarted)
+{
+    const QString file = home.write(QStringLiteral("huge"));
+    ASSERT_EQ(truncate(bytesOf(file).constData(), off_t{1} << 43), 0); // 8 TiB, all hole
+    expectKind(Kind::TooLargeForMemory, [&] { (void)files.readFile(file, 0, 0); });
+    expectKind(Kind::TooLargeForMemory, [&] { files.requireProtectable(file); });
+    const QString small = home.write(QStringLiteral("small"));
+    expectKind(Kind::TooLargeForMemory,
+               [&] { (void)files.readFile(small, std::numeric_limits<size_t>::max() - 3, 3); });
+}
+
+TEST_F(LinuxFileManagerTest, ReadingAFolderOrAnAbsentFileFails)
+{
+    expectKind(Kind::Other, [&] { (void)files.readFile(home.path(), 0, 0); });
+    expectKind(Kind::NoSuchFile, [&] { (void)files.readFile(home.path(QStringLiteral("absent")), 0, 0); });
+}
+
+TEST_F(LinuxFileManagerTest, WritesInPlaceAndEmptiesWhatStoodThere)
+{
+    const QString file = home.write(QStringLiteral("file"), "a longer text than the new one");
+    const ino_t inode = status(file).st_ino;
+    write(file, "new");
+    EXPECT_EQ(read(file), "new");
+    EXPECT_EQ(status(file).st_ino, inode);
+    write(file, "");
+    EXPECT_EQ(read(file), "");
+}
+
+TEST_F(LinuxFileManagerTest, ANewFileHasTheModeOfTheUsersMask)
+{
+    const mode_t mask = umask(027);
+    const QString file = home.path(QStringLiteral("new"));
+    write(file, "x");
+    umask(mask);
+    EXPECT_EQ(status(file).st_mode & 07777, 0640);
+}
+
+TEST_F(LinuxFileManagerTest, WritesThroughTheUsersOwnLinks)
+{
+    files.createDirectory(home.path(QStringLiteral("drive")));
+    const QString file = home.write(QStringLiteral("drive/real"), "old");
+    ASSERT_TRUE(QFile::link(QStringLiteral("drive/step"), home.path(QStringLiteral("link"))));
+    ASSERT_EQ(symlink("real", bytesOf(home.path(QStringLiteral("drive/step"))).constData()), 0);
+    write(home.path(QStringLiteral("link")), "new");
+    EXPECT_EQ(read(file), "new");
+}
+
+TEST_F(LinuxFileManagerTest, DoesNotFollowALinkOfAnotherUser)
+{
+    ASSERT_EQ(geteuid(), 0U) << "needs root to make a link of another user";
+    const QString file = home.write(QStringLiteral("precious"), "old");
+    const QString link = home.path(QStringLiteral("planted"));
+    ASSERT_TRUE(QFile::link(file, link));
+    ASSERT_EQ(lchown(bytesOf(link).constData(), 65534, 65534), 0);
+    expectKind(Kind::NoPermission, [&] { write(link, "new"); });
+    EXPECT_EQ(read(file), "old");
+}
+
+TEST_F(LinuxFileManagerTest, LinksInACircleAreAnError)
+{
+    ASSERT_EQ(symlink("b", bytesOf(home.path(QStringLiteral("a"))).constData()), 0);
+    ASSERT_EQ(symlink("a", bytesOf(home.path(QStringLiteral("b"))).constData()), 0);
+    expectKind(Kind::Other, [&] { write(home.path(QStringLiteral("a")), "x"); });
+}
+
+TEST_F(LinuxFileManagerTest, WritingToAFifoOrAFolderFailsAtOnce)
+{
+    const QString fifo = home.path(QStringLiteral("fifo"));
+    ASSERT_EQ(mkfifo(bytesOf(fifo).constData(), 0600), 0);
+    expectKind(Kind::NotAFileOrFolder, [&] { write(fifo, "x"); });
+    expectKind(Kind::Other, [&] { write(home.path(), "x"); });
+    expectKind(Kind::NoSuchFile, [&] { write(home.path(QStringLiteral("absent/file")), "x"); });
+}
+
+TEST_F(LinuxFileManagerTest, RemovesAFolderWithAllItHoldsAndFollowsNoLink)
+{
+    const QString kept = home.write(QStringLiteral("kept/file"), "kept");
+    home.write(QStringLiteral("folder/a b/-c"));
+    ASSERT_TRUE(QFile::link(home.path(QStringLiteral("kept")), home.path(QStringLiteral("folder/link"))));
+    ASSERT_EQ(mkfifo(bytesOf(home.path(QStringLiteral("folder/fifo"))).constData(), 0600), 0);
+    files.removeItem(home.path(QStringLiteral("folder")));
+    EXPECT_FALSE(stands(home.path(QStringLiteral("folder"))));
+    EXPECT_EQ(read(kept), "kept");
+}
+
+TEST_F(LinuxFileManagerTest, RemovesALinkItselfAlsoWithASlashBehindIt)
+{
+    const QString kept = home.write(QStringLiteral("kept/file"), "kept");
+    const QString link = home.path(QStringLiteral("link"));
+    ASSERT_TRUE(QFile::link(home.path(QStringLiteral("kept")), link));
+    files.removeItem(link + QLatin1Char('/'));
+    EXPECT_FALSE(stands(link));
+    EXPECT_EQ(read(kept), "kept");
+    expectKind(Kind::NoSuchFile, [&] { files.removeItem(link); });
+}
+
+TEST_F(LinuxFileManagerTest, AFolderThatMayNotBeEmptiedIsNamedByTheFileInIt)
+{
+    const QString inner = home.write(QStringLiteral("folder/locked/file.txt"));
+    const QString locked = home.path(QStringLiteral("folder/locked"));
+    for (const QString &path : {home.path(), home.path(QStringLiteral("folder"))}) {
+        ASSERT_EQ(chmod(bytesOf(path).constData(), 0777), 0);
+    }
+    ASSERT_EQ(chmod(bytesOf(locked).constData(), 0555), 0);
+    {
+        const AsPlainUser user;
+        const auto error = errorOf([&] { files.removeItem(home.path(QStringLiteral("folder"))); });
+        ASSERT_TRUE(error.has_value());
+        EXPECT_EQ(error->kind(), Kind::NoPermission);
+        EXPECT_EQ(error->errorDescription(), QStringLiteral("You don't have permission to remove \"file.txt\"."));
+    }
+    EXPECT_TRUE(stands(inner));
+    ASSERT_EQ(chmod(bytesOf(locked).constData(), 0755), 0);
+}
+
+TEST_F(LinuxFileManagerTest, FilesFoldersAndAbsoluteLinksToThemAreProtectable)
+{
+    const QString file = home.write(QStringLiteral("file"));
+    ASSERT_TRUE(QFile::link(file, home.path(QStringLiteral("link"))));
+    files.createDirectory(home.path(QStringLiteral("folder")));
+    EXPECT_NO_THROW(files.requireProtectable(file));
+    EXPECT_NO_THROW(files.requireProtectable(home.path(QStringLiteral("folder"))));
+    EXPECT_NO_THROW(files.requireProtectable(home.path(QStringLiteral("link"))));
+}
+
+TEST_F(LinuxFileManagerTest, ALinkThatWouldDangleAfterTheMoveIsNotProtectable)
+{
+    home.write(QStringLiteral("file"));
+    const QString link = home.path(QStringLiteral("link"));
+    ASSERT_EQ(symlink("file", bytesOf(link).constData()), 0);
+    expectKind(Kind::NotAFileOrFolder, [&] { files.requireProtectable(link); });
+}
+
+TEST_F(LinuxFileManagerTest, FifosSocketsAndDevicesAreNotProtectable)
+{
+    const QString fifo = home.path(QStringLiteral("fifo"));
+    ASSERT_EQ(mkfifo(bytesOf(fifo).constData(), 0600), 0);
+    expectKind(Kind::NotAFileOrFolder, [&] { files.requireProtectable(fifo); });
+    expectKind(Kind::NotAFileOrFolder, [&] { files.requireProtectable(QStringLiteral("/dev/null")); });
+    const QString path = home.path(QStringLiteral("socket"));
+    sockaddr_un address{};
+    address.sun_family = AF_UNIX;
+    std::strncpy(address.sun_path, bytesOf(path).constData(), sizeof address.sun_path - 1);
+    const int fd = socket(AF_UNIX, SOCK_STREAM, 0);
+    ASSERT_EQ(bind(fd, reinterpret_cast<const sockaddr *>(&address), sizeof address), 0);
+    expectKind(Kind::NotAFileOrFolder, [&] { files.requireProtectable(path); });
+    close(fd);
+}
+
+TEST_F(LinuxFileManagerTest, WhatTheUserMayNotReadOrTakeAwayIsNotProtectable)
+{
+    const QString open = home.path(QStringLiteral("open"));
+    const QString closed = home.path(QStringLiteral("closed"));
+    const QString sticky = home.path(QStringLiteral("sticky"));
+    for (const QString &folder : {open, closed, sticky}) {
+        home.write(folder.section(QLatin1Char('/'), -1) + QStringLiteral("/file"));
+    }
+    const auto in = [](const QString &folder) { return folder + QStringLiteral("/file"); };
+    ASSERT_EQ(chmod(bytesOf(home.path()).constData(), 0755), 0);
+    ASSERT_EQ(chmod(bytesOf(open).constData(), 0777), 0);
+    ASSERT_EQ(chmod(bytesOf(in(open)).constData(), 0), 0);
+    ASSERT_EQ(chmod(bytesOf(closed).constData(), 0555), 0);
+    ASSERT_EQ(chmod(bytesOf(sticky).constData(), 01777), 0);
+    const bool isRoot = geteuid() == 0;
+    {
+        const AsPlainUser user;
+        expectKind(Kind::NoPermission, [&] { files.requireProtectable(in(open)); });
+        expectKind(Kind::NoPermission, [&] { files.requireProtectable(in(closed)); });
+        if (isRoot) { // Only then does the file belong to another user.
+            expectKind(Kind::NoPermission, [&] { files.requireProtectable(in(sticky)); });
+        }
+    }
+    ASSERT_EQ(chmod(bytesOf(closed).constData(), 0755), 0);
+    for (const QString &folder : {open, closed, sticky}) {
+        EXPECT_TRUE(stands(in(folder)));
+    }
+}
+
+TEST_F(LinuxFileManagerTest, NamesThatNoFileCanHaveAreInvalid)
+{
+    expectKind(Kind::InvalidName, [&] { files.requireProtectable(home.path(QStringLiteral("broken\uFFFDname"))); });
+    const QString halfPair = QString(QChar(char16_t{0xD800}));
+    expectKind(Kind::InvalidName, [&] { files.requireProtectable(home.path(halfPair)); });
+    expectKind(Kind::InvalidName, [&] { files.requireProtectable(home.path(QString(256, u'x'))); });
+    expectKind(Kind::InvalidName, [&] { write(home.path(QStringLiteral("a") + QChar(u'\0')), "x"); });
+    EXPECT_FALSE(files.fileExists(home.path(halfPair)));
+    const QString real = home.write(QStringLiteral("real\uFFFDname"));
+    EXPECT_NO_THROW(files.requireProtectable(real));
+}
+
+} // namespace
+
+} // namespace quillhaven::testing

@@ -1,0 +1,173 @@
+#include "platform/FileError.h"
+#include "platform/linux/EventLoopClock.h"
+#include "platform/linux/OpenSslRandomSource.h"
+#include "platform/linux/XdgDirectories.h"
+#include "support/RunTask.h"
+#include "support/TemporaryHome.h"
+
+#include <QDir>
+#include <QFile>
+#include <QRegularExpression>
+
+#include <gtest/gtest.h>
+
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <array>
+#include <map>
+
+namespace quillhaven::testing {
+
+namespace {
+
+using std::chrono::milliseconds;
+
+TEST(EventLoopClock, AOneShotFiresOnceAndARepeatingTimerUntilItIsDestroyed)
+{
+    EventLoopClock clock;
+    int once = 0;
+    int repeated = 0;
+    const auto oneShot = clock.startOneShot(milliseconds(1), [&] { ++once; });
+    auto repeating = clock.startRepeating(milliseconds(1), [&] { ++repeated; });
+    ASSERT_TRUE(spinUntil([&] { return repeated >= 5; }));
+    EXPECT_EQ(once, 1);
+    repeating.reset();
+    const int seen = repeated;
+    int later = 0;
+    const auto marker = clock.startRepeating(milliseconds(1), [&] { ++later; });
+    ASSERT_TRUE(spinUntil([&] { return later >= 5; }));
+    EXPECT_EQ(repeated, seen);
+}
+
+TEST(EventLoopClock, ADestroyedTimerDoesNotFire)
+{
+    EventLoopClock clock;
+    bool hasFired = false;
+    clock.startOneShot(milliseconds(0), [&] { hasFired = true; }).reset();
+    spinOnce();
+    EXPECT_FALSE(hasFired);
+}
+
+TEST(EventLoopClock, ATimerMayBeDestroyedByItsOwnAction)
+{
+    EventLoopClock clock;
+    std::unique_ptr<RunningTimer> timer;
+    std::string after;
+    timer = clock.startRepeating(milliseconds(1), [&, text = std::string(100, 'x')] {
+        timer.reset();
+        after = text; // What the action holds must still be there.
+    });
+    ASSERT_TRUE(spinUntil([&] { return !after.empty(); }));
+    EXPECT_EQ(after, std::string(100, 'x'));
+    EXPECT_EQ(timer, nullptr);
+}
+
+TEST(EventLoopClock, UptimeIsNeverSetBack)
+{
+    const EventLoopClock clock;
+    const auto first = clock.uptime();
+    EXPECT_GE(clock.uptime(), first);
+    EXPECT_TRUE(clock.now().isValid());
+}
+
+TEST(OpenSslRandomSource, FillsTheWholeBufferAnewEachTime)
+{
+    OpenSslRandomSource random;
+    std::array<std::byte, 64> first{};
+    std::array<std::byte, 64> second{};
+    ASSERT_TRUE(random.fill(first));
+    ASSERT_TRUE(random.fill(second));
+    EXPECT_NE(first, second);
+    EXPECT_NE(std::count(first.begin(), first.end(), std::byte{0}), 64);
+    EXPECT_TRUE(random.fill({}));
+}
+
+TEST(OpenSslRandomSource, AnIdentifierIsAnUpperCaseRandomUuid)
+{
+    OpenSslRandomSource random;
+    const QString id = random.uuidString();
+    static const QRegularExpression form(
+        QStringLiteral("^[0-9A-F]{8}-[0-9A-F]{4}-4[0-9A-F]{3}-[89AB][0-9A-F]{3}-[0-9A-F]{12}$"));
+    EXPECT_TRUE(form.match(id).hasMatch()) << qUtf8Printable(id);
+    EXPECT_NE(id, random.uuidString());
+}
+
+/// An environment of its own, put back afterwards.
+class XdgDirectoriesTest : public ::testing::Test
+{
+protected:
+    void SetUp() override
+    {
+        set("HOME", home.path());
+        set("TMPDIR", home.path());
+        set("XDG_DATA_HOME", home.path(QStringLiteral("data")));
+        set("XDG_CONFIG_HOME", home.path(QStringLiteral("config")));
+    }
+    void TearDown() override
+    {
+        for (const auto &[name, value] : m_before) {
+            value.isNull() ? qunsetenv(name.constData()) : qputenv(name.constData(), value);
+        }
+    }
+    void set(const char *name, const QString &value)
+    {
+        m_before.try_emplace(QByteArray(name), qgetenv(name));
+        qputenv(name, QFile::encodeName(value));
+    }
+    [[nodiscard]] QByteArray temporary() const
+    {
+        return QFile::encodeName(home.path(QStringLiteral("quillhaven-") + QString::number(geteuid())));
+    }
+
+    TemporaryHome home;
+
+private:
+    std::map<QByteArray, QByteArray> m_before;
+};
+
+TEST_F(XdgDirectoriesTest, FollowsTheEnvironmentAndMakesDocumentsAndTheTemporaryDirectory)
+{
+    home.write(QStringLiteral("config/user-dirs.dirs"), "XDG_DOCUMENTS_DIR=\"$HOME/Meine Dokumente\"\n");
+    const UserDirectories found = xdgDirectories();
+    EXPECT_EQ(found.home, home.path());
+    EXPECT_EQ(found.applicationSupport, home.path(QStringLiteral("data")));
+    EXPECT_EQ(found.configuration, home.path(QStringLiteral("config/quillhaven")));
+    EXPECT_EQ(found.documents, home.path(QStringLiteral("Meine Dokumente")));
+    EXPECT_TRUE(QDir(found.documents).exists());
+    EXPECT_EQ(found.temporary, QFile::decodeName(temporary()));
+    struct stat status{};
+    ASSERT_EQ(lstat(temporary().constData(), &status), 0);
+    EXPECT_EQ(status.st_mode & 07777, 0700);
+    EXPECT_EQ(xdgDirectories(), found);
+}
+
+TEST_F(XdgDirectoriesTest, ATemporaryDirectoryThatOthersMayEnterIsClosed)
+{
+    ASSERT_EQ(mkdir(temporary().constData(), 0755), 0);
+    (void)xdgDirectories();
+    struct stat status{};
+    ASSERT_EQ(lstat(temporary().constData(), &status), 0);
+    EXPECT_EQ(status.st_mode & 07777, 0700);
+}
+
+TEST_F(XdgDirectoriesTest, ALinkOrAFileInPlaceOfTheTemporaryDirectoryIsRefused)
+{
+    ASSERT_EQ(symlink(QFile::encodeName(home.path()).constData(), temporary().constData()), 0);
+    EXPECT_THROW((void)xdgDirectories(), FileError);
+    ASSERT_EQ(unlink(temporary().constData()), 0);
+    home.write(QFileInfo(QFile::decodeName(temporary())).fileName());
+    EXPECT_THROW((void)xdgDirectories(), FileError);
+}
+
+TEST_F(XdgDirectoriesTest, ATemporaryDirectoryOfAnotherUserIsRefused)
+{
+    ASSERT_EQ(geteuid(), 0U) << "needs root to make a folder of another user";
+    ASSERT_EQ(mkdir(temporary().constData(), 0700), 0);
+    ASSERT_EQ(chown(temporary().constData(), 65534, 65534), 0);
+    EXPECT_THROW((void)xdgDirectories(), FileError);
+}
+
+} // namespace
+
+} // namespace quillhaven::testing
