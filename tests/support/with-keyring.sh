@@ -1,0 +1,37 @@
+#!/bin/bash
+# with-keyring.sh COMMAND...: runs the command beside a real, unlocked gnome-keyring-daemon whose entries live in a home
+# of their own. On a session bus of its own, unless KEEP_SESSION_BUS says to use the one there is. Nothing outlives the
+# command.
+#
+# KEYRING_LOCKED=1 leaves the keyring locked since its start; KEYRING_HOME keeps the entries in a folder that stays.
+set -u
+export PATH=/usr/bin:/bin:/usr/sbin:/sbin
+if [ -z "${WITH_KEYRING_INNER:-}${KEEP_SESSION_BUS:-}" ]; then
+    work=$(mktemp -d)
+    trap 'rm -rf "$work"' EXIT
+    export HOME="$work" XDG_RUNTIME_DIR="$work/run" XDG_DATA_HOME="${KEYRING_HOME:-$work/data}" \
+        XDG_CONFIG_HOME="$work/config" XDG_CACHE_HOME="$work/cache"
+    mkdir -p "$XDG_RUNTIME_DIR" "$XDG_DATA_HOME" "$XDG_CONFIG_HOME" "$XDG_CACHE_HOME"
+    chmod 700 "$XDG_RUNTIME_DIR"
+    WITH_KEYRING_INNER=1 dbus-run-session -- "$0" "$@" 2> >(grep -v 'Failed to set fd limit' >&2)
+    exit $?
+fi
+
+start_keyring() { # PASSWORD
+    gnome-keyring-daemon --foreground --unlock --components=secrets >/dev/null 2>&1 < <(printf '%s' "$1") &
+    keyring=$!
+    gdbus wait --session --timeout 10 org.freedesktop.secrets ||
+        { echo "with-keyring.sh: the keyring did not start" >&2; exit 99; }
+}
+start_keyring test-password
+if [ -n "${KEYRING_LOCKED:-}" ]; then
+    # A keyring made under one password and started under another one is there, and locked.
+    kill "$keyring"
+    wait "$keyring" 2>/dev/null
+    start_keyring another-password
+fi
+"$@"
+result=$?
+kill "$keyring" 2>/dev/null
+wait "$keyring" 2>/dev/null
+exit "$result"
