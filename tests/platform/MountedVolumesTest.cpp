@@ -67,7 +67,7 @@ TEST_F(MountedVolumesTest, AVolumeMountedInAFolderIsNeitherEmptiedNorMoved)
     EXPECT_EQ(read(volume + QStringLiteral("/precious")), "kept");
 }
 
-TEST_F(MountedVolumesTest, PermissionsThatTheOtherVolumeCannotKeepStopTheMove)
+TEST_F(MountedVolumesTest, AttributesThatTheOtherVolumeCannotKeepStopTheMove)
 {
     // ramfs keeps no extended attributes at all, as many a stick.
     const QString volume = home.path(QStringLiteral("plain"));
