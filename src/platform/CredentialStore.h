@@ -15,6 +15,7 @@ inline constexpr CredentialStatus credentialDuplicateItem = -25299; ///< an entr
 inline constexpr CredentialStatus credentialItemNotFound = -25300;
 inline constexpr CredentialStatus credentialInteractionNotAllowed = -25308; ///< the store is locked
 inline constexpr CredentialStatus credentialNotAvailable = -25291;          ///< the store does not answer
+inline constexpr CredentialStatus credentialNoDefaultCollection = -25294;   ///< the store has no place for new entries
 inline constexpr CredentialStatus credentialDecodeFailed = -26275;          ///< the stored value cannot be opened
 
 /// The platform's store of secrets: entries addressed by a service and an account. Calls block and may take long; make

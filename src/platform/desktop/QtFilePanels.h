@@ -1,0 +1,15 @@
+#pragma once
+
+#include "platform/FilePanels.h"
+
+namespace quillhaven {
+
+/// Qt's file dialog, with the message above the files. Needs a QApplication. It is always Qt's own, since the desktop's
+/// cannot show a message nor take a file and a folder alike.
+class QtFilePanels : public FilePanels
+{
+public:
+    [[nodiscard]] QCoro::Task<std::optional<QString>> open(OpenPanelRequest request) override;
+};
+
+} // namespace quillhaven

@@ -1,0 +1,46 @@
+#pragma once
+
+#include <QObject>
+#include <QStringList>
+
+#include <memory>
+
+QT_BEGIN_NAMESPACE
+class QLocalServer;
+QT_END_NAMESPACE
+
+namespace quillhaven {
+
+/// One process of the program at a time: the first one holds a name on the session bus, and a later one hands it what
+/// it was started with and ends. Without a bus a local socket in the user's runtime folder does the same.
+class SingleInstance : public QObject
+{
+    Q_OBJECT
+
+public:
+    enum class Role { Primary, Secondary };
+
+    explicit SingleInstance(QObject *parent = nullptr);
+    ~SingleInstance() override;
+
+    /// Takes the name, or hands the arguments that are URLs to the process that holds it. Ask once, at the start.
+    [[nodiscard]] Role claim(const QStringList &arguments);
+
+    static inline const QString busName = QStringLiteral("com.tarnwick.quillhaven");
+    static inline const QString objectPath = QStringLiteral("/com/tarnwick/quillhaven");
+
+Q_SIGNALS:
+    /// The user started the program again.
+    void activationRequested();
+    /// The program was asked to open these.
+    void openRequested(const QStringList &urls);
+
+private:
+    [[nodiscard]] Role claimOnBus(const QStringList &urls);
+    [[nodiscard]] Role claimBySocket(const QStringList &urls);
+    void receive(const QByteArray &message);
+
+    std::unique_ptr<QLocalServer> m_server;
+};
+
+} // namespace quillhaven

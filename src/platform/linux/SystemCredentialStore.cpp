@@ -1,0 +1,55 @@
+#include "platform/linux/SystemCredentialStore.h"
+
+#include "platform/linux/EmbeddedCredentialStore.h"
+#include "platform/linux/SecretServiceCredentialStore.h"
+#include "platform/printLogger.h"
+
+namespace quillhaven {
+
+SystemCredentialStore::SystemCredentialStore(const QString &directory) : m_directory(directory) {}
+
+SystemCredentialStore::~SystemCredentialStore() = default;
+
+CredentialStore &SystemCredentialStore::chosen()
+{
+    if (m_chosen) {
+        return *m_chosen;
+    }
+    if (SecretServiceCredentialStore::isAvailable()) {
+        m_chosen = std::make_unique<SecretServiceCredentialStore>();
+        printLogger(QStringLiteral("🔑 Credentials are kept in the desktop's keyring (Secret Service)"));
+    } else {
+        m_chosen = std::make_unique<EmbeddedCredentialStore>(m_directory);
+        printLogger(QStringLiteral("⚠️ No keyring answers in this session: credentials are kept in the program's own "
+                                   "store, in ") +
+                    m_directory);
+    }
+    return *m_chosen;
+}
+
+CredentialStatus SystemCredentialStore::add(const QString &service, const QString &account, const QByteArray &value)
+{
+    return chosen().add(service, account, value);
+}
+
+CredentialStatus SystemCredentialStore::update(const QString &service, const QString &account, const QByteArray &value)
+{
+    return chosen().update(service, account, value);
+}
+
+CredentialStore::Match SystemCredentialStore::copyMatching(const QString &service, const QString &account)
+{
+    return chosen().copyMatching(service, account);
+}
+
+CredentialStatus SystemCredentialStore::remove(const QString &service, const QString &account)
+{
+    return chosen().remove(service, account);
+}
+
+QString SystemCredentialStore::displayName() const
+{
+    return m_chosen ? m_chosen->displayName() : QStringLiteral("not chosen yet");
+}
+
+} // namespace quillhaven

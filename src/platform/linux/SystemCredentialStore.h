@@ -1,0 +1,34 @@
+#pragma once
+
+#include "platform/CredentialStore.h"
+
+#include <memory>
+
+namespace quillhaven {
+
+/// The credential store of this session: the desktop's keyring when one answers, else the embedded store. Chosen at the
+/// first call and never changed afterwards, so that a secret is always looked for where it was put; the log says which.
+class SystemCredentialStore : public CredentialStore
+{
+public:
+    /// `directory` is the program's configuration folder.
+    explicit SystemCredentialStore(const QString &directory);
+    ~SystemCredentialStore() override;
+
+    [[nodiscard]] CredentialStatus add(const QString &service, const QString &account,
+                                       const QByteArray &value) override;
+    [[nodiscard]] CredentialStatus update(const QString &service, const QString &account,
+                                          const QByteArray &value) override;
+    [[nodiscard]] Match copyMatching(const QString &service, const QString &account) override;
+    [[nodiscard]] CredentialStatus remove(const QString &service, const QString &account) override;
+    /// The chosen store's name; "not chosen yet" before the first call.
+    [[nodiscard]] QString displayName() const override;
+
+private:
+    [[nodiscard]] CredentialStore &chosen();
+
+    QString m_directory;
+    std::unique_ptr<CredentialStore> m_chosen;
+};
+
+} // namespace quillhaven
