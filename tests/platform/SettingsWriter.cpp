@@ -1,0 +1,41 @@
+#include "platform/linux/SqliteUserDefaults.h"
+
+#include <QCoreApplication>
+#include <QTextStream>
+
+// SettingsWriter DIRECTORY DOMAIN set KEY TEXT | remove KEY | loop: another process that writes a settings domain.
+// "loop" writes the pair "first", "second" for ever, and prints a line after the first round.
+int main(int argc, char **argv)
+{
+    using namespace quillhaven;
+    const QCoreApplication application(argc, argv);
+    const QStringList arguments = QCoreApplication::arguments();
+    if (arguments.size() < 4) {
+        return 2;
+    }
+    SqliteUserDefaultsProvider provider(arguments.at(1));
+    UserDefaults *domain = arguments.at(2) == SqliteUserDefaultsProvider::standardDomain
+                               ? &provider.standard()
+                               : provider.suite(arguments.at(2));
+    if (!domain) {
+        return 3;
+    }
+    if (arguments.at(3) == QStringLiteral("set") && arguments.size() == 6) {
+        domain->setString(arguments.at(4), arguments.at(5));
+        return 0;
+    }
+    if (arguments.at(3) == QStringLiteral("remove") && arguments.size() == 5) {
+        domain->removeObject(arguments.at(4));
+        return 0;
+    }
+    if (arguments.at(3) != QStringLiteral("loop")) {
+        return 2;
+    }
+    for (qlonglong round = 0;; ++round) {
+        domain->setInteger(QStringLiteral("first"), round);
+        domain->setData(QStringLiteral("second"), QByteArray(200'000, static_cast<char>('a' + round % 26)));
+        if (round == 0) {
+            QTextStream(stdout) << "writing" << Qt::endl;
+        }
+    }
+}

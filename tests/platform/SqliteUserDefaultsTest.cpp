@@ -1,0 +1,246 @@
+#include "platform/linux/SqliteUserDefaults.h"
+#include "support/LogCapture.h"
+#include "support/RunTask.h"
+#include "support/TemporaryHome.h"
+
+#include <QDateTime>
+#include <QDir>
+#include <QFile>
+#include <QProcess>
+
+#include <gtest/gtest.h>
+#include <sqlite3.h>
+
+#include <limits>
+#include <memory>
+
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace quillhaven::testing {
+
+namespace {
+
+const QString domainName = SqliteUserDefaultsProvider::standardDomain;
+
+/// The keys that the domain tells of from now on.
+std::shared_ptr<QStringList> changesOf(UserDefaults &defaults)
+{
+    auto keys = std::make_shared<QStringList>();
+    QObject::connect(&defaults, &UserDefaults::valueChanged, &defaults,
+                     [keys](const QString &key) { keys->append(key); });
+    return keys;
+}
+
+class SqliteUserDefaultsTest : public ::testing::Test
+{
+protected:
+    [[nodiscard]] QString directory() const { return m_home.path(QStringLiteral("settings")); }
+    [[nodiscard]] QString database() const
+    {
+        return directory() + QLatin1Char('/') + domainName + QStringLiteral(".db");
+    }
+    [[nodiscard]] QStringList setAside() const
+    {
+        return QDir(directory()).entryList({domainName + QStringLiteral(".db.corrupt-*")}, QDir::Files);
+    }
+    /// Runs the writing process to its end and returns its exit code.
+    [[nodiscard]] int runWriter(const QStringList &arguments) const
+    {
+        return QProcess::execute(QStringLiteral(SETTINGS_WRITER), QStringList{directory(), domainName} + arguments);
+    }
+    /// Runs a statement on the database as any other program would.
+    [[nodiscard]] bool runSql(const QByteArray &sql) const
+    {
+        sqlite3 *connection = nullptr;
+        const bool isDone = sqlite3_open(QFile::encodeName(database()).constData(), &connection) == SQLITE_OK &&
+                            sqlite3_exec(connection, sql.constData(), nullptr, nullptr, nullptr) == SQLITE_OK;
+        sqlite3_close(connection);
+        return isDone;
+    }
+    void expectSetAside(const QByteArray &bytes)
+    {
+        m_home.write(QStringLiteral("settings/") + domainName + QStringLiteral(".db"), bytes);
+        LogCapture log;
+        SqliteUserDefaultsProvider provider(directory());
+        ASSERT_EQ(setAside().size(), 1);
+        const QString aside = directory() + QLatin1Char('/') + setAside().constFirst();
+        EXPECT_EQ(TemporaryHome::read(aside), bytes);
+        const QString text = log.lines().join(QLatin1Char('\n'));
+        EXPECT_TRUE(text.contains(database()) && text.contains(aside)) << text.toStdString();
+        provider.standard().setBool(QStringLiteral("works"), true);
+        EXPECT_EQ(SqliteUserDefaultsProvider(directory()).standard().boolForKey(QStringLiteral("works")), true);
+    }
+
+    TemporaryHome m_home;
+};
+
+TEST_F(SqliteUserDefaultsTest, EveryTypeSurvivesARestart)
+{
+    const QDateTime date = QDateTime::fromMSecsSinceEpoch(1'700'000'000'123, Qt::UTC);
+    const QVariantMap map{{QStringLiteral("a"), QStringLiteral("é")}, {QStringLiteral("b"), true}};
+    const QByteArray bytes("\0\xff[]", 4);
+    {
+        SqliteUserDefaultsProvider provider(directory());
+        UserDefaults &defaults = provider.standard();
+        defaults.setBool(QStringLiteral("bool"), false);
+        defaults.setInteger(QStringLiteral("integer"), std::numeric_limits<qlonglong>::min());
+        defaults.setObject(QStringLiteral("real"), 0.1);
+        defaults.setString(QStringLiteral("string"), QStringLiteral("naïve 🔒"));
+        defaults.setData(QStringLiteral("data"), bytes);
+        defaults.setObject(QStringLiteral("date"), date);
+        defaults.setObject(QStringLiteral("dictionary"), map);
+    }
+    SqliteUserDefaultsProvider provider(directory());
+    UserDefaults &defaults = provider.standard();
+    EXPECT_EQ(defaults.boolForKey(QStringLiteral("bool")), false);
+    EXPECT_EQ(defaults.integerForKey(QStringLiteral("integer")), std::numeric_limits<qlonglong>::min());
+    EXPECT_EQ(defaults.doubleForKey(QStringLiteral("real")), 0.1);
+    EXPECT_EQ(defaults.stringForKey(QStringLiteral("string")), QStringLiteral("naïve 🔒"));
+    EXPECT_EQ(defaults.dataForKey(QStringLiteral("data")), bytes);
+    EXPECT_EQ(defaults.dateForKey(QStringLiteral("date")), date);
+    EXPECT_EQ(defaults.dictionaryForKey(QStringLiteral("dictionary")), map);
+}
+
+TEST_F(SqliteUserDefaultsTest, AnAbsentKeyAndAnotherTypeReadAsAbsent)
+{
+    SqliteUserDefaultsProvider provider(directory());
+    UserDefaults &defaults = provider.standard();
+    defaults.setString(QStringLiteral("key"), QStringLiteral("1"));
+    EXPECT_FALSE(defaults.boolForKey(QStringLiteral("key")));
+    EXPECT_FALSE(defaults.integerForKey(QStringLiteral("key")));
+    EXPECT_FALSE(defaults.dataForKey(QStringLiteral("key")));
+    EXPECT_FALSE(defaults.stringForKey(QStringLiteral("other")));
+    EXPECT_FALSE(defaults.objectForKey(QStringLiteral("other")).isValid());
+}
+
+TEST_F(SqliteUserDefaultsTest, AnUndecodableStoredValueReadsAsAbsent)
+{
+    SqliteUserDefaultsProvider provider(directory());
+    ASSERT_TRUE(runSql("INSERT INTO defaults VALUES ('a','bool','x'),('b','integer','12z'),('c','real',''),"
+                       "('d','date','soon'),('e','dictionary','[1'),('f','wheel','1'),('g','integer',NULL)"));
+    for (const char key : {'a', 'b', 'c', 'd', 'e', 'f', 'g'}) {
+        EXPECT_FALSE(provider.standard().objectForKey(QString(QLatin1Char(key))).isValid()) << key;
+    }
+}
+
+TEST_F(SqliteUserDefaultsTest, TheFilesAreTheUsersOwn)
+{
+    SqliteUserDefaultsProvider provider(directory());
+    provider.standard().setBool(QStringLiteral("key"), true);
+    struct stat status = {};
+    ASSERT_EQ(::stat(QFile::encodeName(directory()).constData(), &status), 0);
+    EXPECT_EQ(status.st_mode & 0777, 0700U);
+    for (const QString &suffix :
+         {QString(), QStringLiteral("-wal"), QStringLiteral("-shm"), QStringLiteral(".changed")}) {
+        ASSERT_EQ(::stat(QFile::encodeName(database() + suffix).constData(), &status), 0) << suffix.toStdString();
+        EXPECT_EQ(status.st_mode & 0777, 0600U) << suffix.toStdString();
+    }
+}
+
+TEST_F(SqliteUserDefaultsTest, AChangeIsToldAtOnceAndAnEqualValueIsNot)
+{
+    SqliteUserDefaultsProvider provider(directory());
+    UserDefaults &defaults = provider.standard();
+    const auto changesKept = changesOf(defaults);
+    const QStringList &changes = *changesKept;
+    defaults.setBool(QStringLiteral("key"), true);
+    EXPECT_EQ(changes.size(), 1);
+    defaults.setBool(QStringLiteral("key"), true);
+    EXPECT_EQ(changes.size(), 1);
+    defaults.removeObject(QStringLiteral("key"));
+    EXPECT_EQ(changes.size(), 2);
+    defaults.removeObject(QStringLiteral("key"));
+    spinOnce();
+    EXPECT_EQ(changes.size(), 2);
+}
+
+TEST_F(SqliteUserDefaultsTest, AnotherProcessReadsAndItsChangesAreToldForTheirKeysOnly)
+{
+    SqliteUserDefaultsProvider provider(directory());
+    UserDefaults &defaults = provider.standard();
+    defaults.setString(QStringLiteral("same"), QStringLiteral("old"));
+    const auto changesKept = changesOf(defaults);
+    const QStringList &changes = *changesKept;
+    ASSERT_EQ(runWriter({QStringLiteral("set"), QStringLiteral("same"), QStringLiteral("old")}), 0);
+    ASSERT_EQ(runWriter({QStringLiteral("set"), QStringLiteral("key"), QStringLiteral("new")}), 0);
+    EXPECT_EQ(defaults.stringForKey(QStringLiteral("key")), QStringLiteral("new"));
+    ASSERT_TRUE(spinUntil([&] { return changes.size() == 1; }));
+    EXPECT_EQ(changes.at(0), QStringLiteral("key"));
+    ASSERT_EQ(runWriter({QStringLiteral("remove"), QStringLiteral("key")}), 0);
+    ASSERT_TRUE(spinUntil([&] { return changes.size() == 2; }));
+    EXPECT_FALSE(defaults.stringForKey(QStringLiteral("key")));
+}
+
+TEST_F(SqliteUserDefaultsTest, AFileOfGarbageIsSetAsideWhole)
+{
+    expectSetAside(QByteArray(10'000, 'g'));
+}
+
+TEST_F(SqliteUserDefaultsTest, ATruncatedDatabaseIsSetAsideWhole)
+{
+    {
+        SqliteUserDefaultsProvider provider(directory());
+        provider.standard().setData(QStringLiteral("long"), QByteArray(50'000, 'x'));
+    }
+    const QByteArray whole = TemporaryHome::read(database());
+    ASSERT_GT(whole.size(), 50'000);
+    expectSetAside(whole.left(20'000));
+}
+
+TEST_F(SqliteUserDefaultsTest, AFileOfZeroBytesBecomesADatabase)
+{
+    m_home.write(QStringLiteral("settings/") + domainName + QStringLiteral(".db"), {});
+    SqliteUserDefaultsProvider provider(directory());
+    provider.standard().setBool(QStringLiteral("works"), true);
+    EXPECT_EQ(SqliteUserDefaultsProvider(directory()).standard().boolForKey(QStringLiteral("works")), true);
+}
+
+TEST_F(SqliteUserDefaultsTest, APlaceThatCannotBeUsedLeavesTheDomainInMemoryAndNoSuite)
+{
+    ASSERT_TRUE(QDir().mkpath(database()));
+    ASSERT_TRUE(QDir().mkpath(directory() + QStringLiteral("/shared.db")));
+    LogCapture log;
+    SqliteUserDefaultsProvider provider(directory());
+    EXPECT_TRUE(log.lines().join(QLatin1Char('\n')).contains(directory()));
+    provider.standard().setBool(QStringLiteral("key"), true);
+    EXPECT_EQ(provider.standard().boolForKey(QStringLiteral("key")), true);
+    EXPECT_EQ(provider.suite(QStringLiteral("shared")), nullptr);
+    EXPECT_TRUE(QFileInfo(database()).isDir());
+}
+
+TEST_F(SqliteUserDefaultsTest, AKilledWriterLeavesADatabaseThatReadsCleanly)
+{
+    for (int round = 0; round < 5; ++round) {
+        QProcess writer;
+        writer.start(QStringLiteral(SETTINGS_WRITER), {directory(), domainName, QStringLiteral("loop")});
+        ASSERT_TRUE(writer.waitForReadyRead(30'000));
+        writer.kill();
+        ASSERT_TRUE(writer.waitForFinished(30'000));
+        ASSERT_EQ(writer.exitStatus(), QProcess::CrashExit);
+        SqliteUserDefaultsProvider provider(directory());
+        EXPECT_TRUE(setAside().isEmpty());
+        EXPECT_TRUE(provider.standard().integerForKey(QStringLiteral("first")));
+        const auto second = provider.standard().dataForKey(QStringLiteral("second"));
+        ASSERT_TRUE(second);
+        EXPECT_EQ(*second, QByteArray(200'000, second->at(0)));
+    }
+}
+
+TEST_F(SqliteUserDefaultsTest, AWriteThatFailsLogsTheKeyAndTellsNobody)
+{
+    SqliteUserDefaultsProvider provider(directory());
+    ASSERT_TRUE(runSql("CREATE TRIGGER refuse BEFORE INSERT ON defaults BEGIN SELECT RAISE(ABORT, 'refused'); END"));
+    const auto changesKept = changesOf(provider.standard());
+    const QStringList &changes = *changesKept;
+    LogCapture log;
+    provider.standard().setBool(QStringLiteral("lostKey"), true);
+    const QString text = log.lines().join(QLatin1Char('\n'));
+    EXPECT_TRUE(text.contains(QStringLiteral("lostKey")) && text.contains(QStringLiteral("refused")))
+        << text.toStdString();
+    EXPECT_EQ(changes.size(), 0);
+}
+
+} // namespace
+
+} // namespace quillhaven::testing
