@@ -1,0 +1,83 @@
+import QtQuick
+import QtQuick.Layouts
+import Quillhaven.Design
+
+/// One figure about the list.
+Rectangle {
+    id: card
+
+    required property string title
+    required property string value
+    required property string icon
+    required property color iconColor
+    property bool isPrimary: false
+    property bool isCompact: false
+    readonly property bool isHovered: hover.hovered
+
+    Layout.fillWidth: true
+    Layout.preferredWidth: 1
+    implicitHeight: isCompact ? 78 : 104
+    radius: DesignSystem.cornerRadiusLarge
+    color: Colors.cardBackground
+    border.width: isPrimary ? 0 : 1
+    border.color: isHovered ? Colors.focus : Colors.borderSubtle
+    Accessible.role: Accessible.StaticText
+    Accessible.name: title + ": " + value
+
+    Behavior on border.color {
+        ColorAnimation { duration: 200 }
+    }
+
+    HoverHandler { id: hover }
+
+    PrimaryGradient {
+        anchors.fill: parent
+        visible: card.isPrimary
+        radius: card.radius
+    }
+
+    ColumnLayout {
+        anchors.fill: parent
+        anchors.margins: card.isCompact ? Spacing.md : Spacing.lg
+        spacing: 0
+
+        RowLayout {
+            Layout.fillWidth: true
+            spacing: Spacing.sm
+
+            Text {
+                Layout.fillWidth: true
+                text: card.value
+                color: Colors.textPrimary
+                font.pixelSize: card.isCompact ? Typography.titleSize : Typography.largeTitleSize
+                font.weight: Font.DemiBold
+                Accessible.ignored: true
+            }
+
+            Rectangle {
+                implicitWidth: card.isCompact ? 30 : 36
+                implicitHeight: implicitWidth
+                radius: DesignSystem.cornerRadiusMedium
+                color: card.isPrimary ? Qt.alpha(Colors.textPrimary, 0.18) : Qt.alpha(card.iconColor, 0.16)
+
+                SymbolImage {
+                    anchors.centerIn: parent
+                    symbol: card.icon
+                    size: card.isCompact ? 16 : 20
+                    color: card.isPrimary ? Colors.textPrimary : card.iconColor
+                }
+            }
+        }
+
+        Item { Layout.fillHeight: true }
+
+        Text {
+            Layout.fillWidth: true
+            text: card.title
+            color: card.isPrimary ? Colors.textPrimary : Colors.textSecondary
+            font.pixelSize: card.isCompact ? Typography.footnoteSize : Typography.subheadlineSize
+            elide: Text.ElideRight
+            Accessible.ignored: true
+        }
+    }
+}

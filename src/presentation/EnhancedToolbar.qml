@@ -1,0 +1,116 @@
+import QtQuick
+import QtQuick.Layouts
+import Quillhaven.Design
+
+/// The head of the window: what the program is, and what it starts.
+Rectangle {
+    id: toolbar
+
+    required property QtObject dashboard
+    property string title: "Quillhaven"
+
+    implicitHeight: content.implicitHeight
+    color: Colors.backgroundSecondary
+
+    ColumnLayout {
+        id: content
+
+        anchors.left: parent.left
+        anchors.right: parent.right
+        spacing: 0
+
+        RowLayout {
+            Layout.fillWidth: true
+            Layout.leftMargin: Spacing.xl
+            Layout.rightMargin: Spacing.xl
+            Layout.topMargin: Spacing.lg
+            Layout.bottomMargin: Spacing.lg
+            spacing: Spacing.md
+
+            Rectangle {
+                Layout.preferredWidth: Spacing.minTouchTarget
+                Layout.preferredHeight: Spacing.minTouchTarget
+                radius: DesignSystem.cornerRadiusLarge
+                gradient: Gradient {
+                    GradientStop { position: 0; color: Colors.primary }
+                    GradientStop { position: 1; color: Colors.primaryAccent }
+                }
+
+                SymbolImage {
+                    anchors.centerIn: parent
+                    symbol: "lock.shield.fill"
+                    size: 26
+                    color: Colors.textPrimary
+                }
+            }
+
+            ColumnLayout {
+                Layout.fillWidth: true
+                spacing: 2
+
+                RowLayout {
+                    Layout.fillWidth: true
+                    spacing: Spacing.sm
+
+                    Text {
+                        text: toolbar.title
+                        color: Colors.textPrimary
+                        font.pixelSize: Typography.titleSize
+                        font.weight: Font.Bold
+                        Accessible.role: Accessible.Heading
+                        Accessible.name: text
+                    }
+
+                    Rectangle {
+                        implicitWidth: version.implicitWidth + 2 * Spacing.sm
+                        implicitHeight: version.implicitHeight + Spacing.xs
+                        radius: height / 2
+                        color: Colors.selection
+
+                        Text {
+                            id: version
+
+                            anchors.centerIn: parent
+                            text: toolbar.dashboard.versionText
+                            color: Colors.textSecondary
+                            font.pixelSize: Typography.captionSize
+                            font.weight: Font.Medium
+                        }
+                    }
+                }
+
+                Text {
+                    Layout.fillWidth: true
+                    text: "Secure your files with ease"
+                    color: Colors.textSecondary
+                    font.pixelSize: Typography.subheadlineSize
+                    elide: Text.ElideRight
+                }
+            }
+
+            SecondaryButton {
+                text: toolbar.dashboard.masterPasswordText
+                onClicked: toolbar.dashboard.chooseMasterPassword()
+            }
+
+            PrimaryFilledButton {
+                text: "Protect New Item"
+                symbol: "plus"
+                enabled: !toolbar.dashboard.showingFilePicker
+                Accessible.description: "Opens file picker to select items to protect"
+                onClicked: toolbar.dashboard.protectNewItem()
+            }
+        }
+
+        ProtectingBar {
+            Layout.fillWidth: true
+            text: toolbar.dashboard.protectingText
+        }
+
+        Rectangle {
+            Layout.fillWidth: true
+            Layout.preferredHeight: 1
+            color: Colors.borderSubtle
+        }
+    }
+}

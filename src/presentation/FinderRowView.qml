@@ -1,0 +1,194 @@
+import QtQuick
+import QtQuick.Layouts
+import QtQuick.Controls.Basic
+import Quillhaven.Design
+
+/// One protected item and what can be done with it.
+FocusScope {
+    id: row
+
+    required property int index
+    required property string itemId
+    required property string originalName
+    required property string shortenedPath
+    required property string originalPath
+    required property string leadingIcon
+    required property bool isMounted
+    required property string toggleLockText
+    required property string toggleLockIcon
+    required property string accessibleText
+    required property bool isBusy
+    required property bool showingCopySuccess
+
+    readonly property bool isCurrent: ListView.isCurrentItem
+    readonly property bool isLast: index === ListView.view.count - 1
+
+    signal toggleLock(string id)
+    signal copyPath(string id)
+    signal remove(string id)
+
+    function toggle() {
+        if (!isBusy)
+            toggleLock(itemId)
+    }
+
+    implicitHeight: 60
+    Accessible.role: Accessible.ListItem
+    Accessible.name: accessibleText
+    Accessible.description: isBusy ? "Busy" : ""
+
+    // The buttons take the keyboard; the row itself has it only while they are disabled.
+    Keys.onReturnPressed: toggle()
+    Keys.onEnterPressed: toggle()
+
+    onActiveFocusChanged: if (activeFocus) ListView.view.currentIndex = index
+
+    HoverHandler { id: hover }
+
+    TapHandler {
+        onTapped: row.forceActiveFocus(Qt.MouseFocusReason)
+    }
+
+    Rectangle {
+        anchors.fill: parent
+        anchors.margins: 4
+        radius: DesignSystem.cornerRadiusMedium
+        color: row.activeFocus ? Colors.selection : hover.hovered ? Colors.hover : "transparent"
+        border.width: row.activeFocus ? 1 : 0
+        border.color: Colors.focus
+
+        Behavior on color {
+            ColorAnimation { duration: 120 }
+        }
+    }
+
+    Rectangle {
+        anchors.left: parent.left
+        anchors.right: parent.right
+        anchors.bottom: parent.bottom
+        anchors.leftMargin: Spacing.lg
+        anchors.rightMargin: Spacing.lg
+        height: 1
+        visible: !row.isLast
+        color: Colors.borderSubtle
+    }
+
+    RowLayout {
+        anchors.fill: parent
+        anchors.leftMargin: Spacing.lg
+        anchors.rightMargin: Spacing.lg
+        spacing: Spacing.md
+
+        SymbolImage {
+            symbol: row.leadingIcon
+            size: 24
+            color: row.isMounted ? Colors.iconMuted : Colors.primaryAccent
+        }
+
+        ColumnLayout {
+            Layout.fillWidth: true
+            spacing: 2
+
+            Text {
+                Layout.fillWidth: true
+                text: row.originalName
+                textFormat: Text.PlainText
+                color: Colors.textPrimary
+                font.pixelSize: Typography.bodySize
+                font.weight: Font.Medium
+                elide: Text.ElideMiddle
+                Accessible.ignored: true
+            }
+
+            RowLayout {
+                Layout.fillWidth: true
+                visible: row.showingCopySuccess
+                spacing: Spacing.xs
+
+                SymbolImage {
+                    symbol: "checkmark.circle.fill"
+                    size: 14
+                    color: Colors.success
+                }
+
+                Text {
+                    Layout.fillWidth: true
+                    text: "Path copied to clipboard"
+                    color: Colors.success
+                    font.pixelSize: Typography.footnoteSize
+                    elide: Text.ElideRight
+                }
+            }
+
+            Text {
+                Layout.fillWidth: true
+                visible: !row.showingCopySuccess
+                text: row.shortenedPath
+                textFormat: Text.PlainText
+                color: Colors.textSecondary
+                font.pixelSize: Typography.footnoteSize
+                elide: Text.ElideMiddle
+            }
+        }
+
+        Item {
+            Layout.preferredWidth: 24
+            Layout.preferredHeight: 24
+
+            BusyIndicator {
+                anchors.fill: parent
+                padding: 0
+                visible: row.isBusy
+                running: row.isBusy
+                palette.dark: Colors.primaryAccent
+                Accessible.role: Accessible.Animation
+                Accessible.name: "Working on " + row.originalName
+            }
+        }
+
+        Item {
+            Layout.preferredWidth: 104
+            Layout.preferredHeight: badge.implicitHeight
+
+            StatusBadge {
+                id: badge
+
+                anchors.right: parent.right
+                style: row.isMounted ? "unlocked" : "locked"
+                text: row.isMounted ? "Unlocked" : "Locked"
+            }
+        }
+
+        RowLayout {
+            spacing: Spacing.xs
+
+            IconButton {
+                focus: true
+                symbol: row.toggleLockIcon
+                helpText: row.toggleLockText
+                color: Colors.primaryAccent
+                enabled: !row.isBusy
+                activeFocusOnTab: row.isCurrent || activeFocus
+                onClicked: row.toggle()
+            }
+
+            IconButton {
+                symbol: "doc.on.clipboard"
+                helpText: "Copy Path to Clipboard"
+                color: Colors.iconMuted
+                enabled: !row.isBusy
+                activeFocusOnTab: row.isCurrent || activeFocus
+                onClicked: row.copyPath(row.itemId)
+            }
+
+            IconButton {
+                symbol: "minus.circle.fill"
+                helpText: "Remove Protection"
+                color: Colors.error
+                enabled: !row.isBusy
+                activeFocusOnTab: row.isCurrent || activeFocus
+                onClicked: row.remove(row.itemId)
+            }
+        }
+    }
+}

@@ -1,0 +1,33 @@
+import QtQuick
+import QtQuick.Controls.Basic
+import Quillhaven.Design
+
+ApplicationWindow {
+    id: window
+
+    required property QtObject dashboard
+    required property QtObject confirmationDialogManager
+    required property QtObject protectionMethodDialogManager
+    required property QtObject passwordInputDialogManager
+    required property QtObject passwordInputState
+    required property QtObject masterPasswordDialogManager
+    required property QtObject biometrics
+
+    title: "Quillhaven"
+    width: 1200
+    height: 900
+    minimumWidth: 760
+    minimumHeight: 560
+    color: Colors.windowBackground
+
+    DashboardView {
+        anchors.fill: parent
+        dashboard: window.dashboard
+        confirmationDialogManager: window.confirmationDialogManager
+        protectionMethodDialogManager: window.protectionMethodDialogManager
+        passwordInputDialogManager: window.passwordInputDialogManager
+        passwordInputState: window.passwordInputState
+        masterPasswordDialogManager: window.masterPasswordDialogManager
+        biometrics: window.biometrics
+    }
+}

@@ -1,0 +1,83 @@
+#include "presentation/MainWindow.h"
+
+#include "credentials/MasterPasswordDialogManager.h"
+#include "credentials/PasswordInputDialog.h"
+#include "credentials/PasswordInputDialogManager.h"
+#include "platform/BiometricAuthenticator.h"
+#include "presentation/DashboardViewModel.h"
+#include "presentation/dialogs/ConfirmationDialogManager.h"
+#include "presentation/dialogs/ProtectionMethodDialogManager.h"
+
+#include <QEvent>
+#include <QQmlApplicationEngine>
+#include <QQuickStyle>
+#include <QQuickWindow>
+
+namespace quillhaven {
+
+namespace {
+
+QVariantMap initialProperties(const MainWindowModels &models)
+{
+    return {{QStringLiteral("dashboard"), QVariant::fromValue(&models.dashboard)},
+            {QStringLiteral("confirmationDialogManager"), QVariant::fromValue(&models.confirmation)},
+            {QStringLiteral("protectionMethodDialogManager"), QVariant::fromValue(&models.protectionMethod)},
+            {QStringLiteral("passwordInputDialogManager"), QVariant::fromValue(&models.passwordInput)},
+            {QStringLiteral("passwordInputState"), QVariant::fromValue(&models.passwordInputState)},
+            {QStringLiteral("masterPasswordDialogManager"), QVariant::fromValue(&models.masterPassword)},
+            {QStringLiteral("biometrics"), QVariant::fromValue(&models.biometrics)}};
+}
+
+} // namespace
+
+MainWindow::MainWindow(const MainWindowModels &models, QObject *parent) : QObject(parent)
+{
+    QQuickStyle::setStyle(QStringLiteral("Basic"));
+    m_engine = std::make_unique<QQmlApplicationEngine>();
+    m_engine->addImportPath(QStringLiteral("qrc:/"));
+    m_engine->setInitialProperties(initialProperties(models));
+    m_engine->load(QUrl(QStringLiteral("qrc:/Quillhaven/Main.qml")));
+    if (!m_engine->rootObjects().isEmpty()) {
+        m_window = qobject_cast<QQuickWindow *>(m_engine->rootObjects().constFirst());
+    }
+    if (!m_window) {
+        qFatal("The main window could not be built.");
+    }
+    m_window->installEventFilter(this);
+    connect(m_window, &QWindow::visibleChanged, this, [this](bool isVisible) {
+        if (isVisible) {
+            Q_EMIT contentAppeared();
+        }
+    });
+}
+
+MainWindow::~MainWindow() = default;
+
+void MainWindow::show()
+{
+    m_window->show();
+    m_window->raise();
+    m_window->requestActivate();
+}
+
+void MainWindow::hide()
+{
+    m_window->hide();
+}
+
+bool MainWindow::isVisible() const
+{
+    return m_window->isVisible();
+}
+
+bool MainWindow::eventFilter(QObject *watched, QEvent *event)
+{
+    if (watched == m_window && event->type() == QEvent::Close) {
+        event->ignore();
+        Q_EMIT closeRequested();
+        return true;
+    }
+    return QObject::eventFilter(watched, event);
+}
+
+} // namespace quillhaven

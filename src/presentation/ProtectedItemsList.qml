@@ -1,0 +1,110 @@
+import QtQuick
+import QtQuick.Layouts
+import QtQuick.Controls.Basic
+import Quillhaven.Design
+
+/// The list of the items, or what stands in its place.
+Rectangle {
+    id: area
+
+    required property QtObject dashboard
+    readonly property bool isEmpty: dashboard.items.count === 0
+
+    radius: DesignSystem.cornerRadiusLarge
+    color: Colors.cardBackground
+    border.width: 1
+    border.color: Colors.borderSubtle
+
+    EnhancedEmptyStateView {
+        anchors.centerIn: parent
+        width: Math.min(parent.width - 2 * Spacing.xl, 480)
+        isCompact: area.height < 260
+        visible: area.isEmpty && !area.dashboard.hasNoResults
+    }
+
+    EnhancedEmptyStateView {
+        anchors.centerIn: parent
+        width: Math.min(parent.width - 2 * Spacing.xl, 480)
+        isCompact: area.height < 260
+        visible: area.dashboard.hasNoResults
+        lines: ["No items match your search criteria",
+                "Try adjusting filters above or clear all to see your protected files."]
+
+        SecondaryButton {
+            text: area.dashboard.adaptiveCTAText
+            Accessible.description: "Click to clear all filters"
+            onClicked: area.dashboard.clearAllFilters()
+        }
+    }
+
+    ColumnLayout {
+        anchors.fill: parent
+        anchors.margins: 1
+        spacing: 0
+        visible: !area.isEmpty
+
+        RowLayout {
+            Layout.fillWidth: true
+            Layout.leftMargin: Spacing.lg
+            Layout.rightMargin: Spacing.lg
+            Layout.preferredHeight: 40
+            visible: area.dashboard.hasActiveFilters
+            spacing: Spacing.xs
+
+            SymbolImage {
+                symbol: "line.3.horizontal.decrease.circle.fill"
+                size: 16
+                color: Colors.primaryAccent
+            }
+
+            Text {
+                text: "Filters Active"
+                color: Colors.textSecondary
+                font.pixelSize: Typography.footnoteSize
+                font.weight: Font.Medium
+            }
+
+            Item { Layout.fillWidth: true }
+        }
+
+        Rectangle {
+            Layout.fillWidth: true
+            Layout.preferredHeight: 1
+            visible: area.dashboard.hasActiveFilters
+            color: Colors.borderSubtle
+        }
+
+        ListView {
+            id: list
+
+            Layout.fillWidth: true
+            Layout.fillHeight: true
+            clip: true
+            keyNavigationEnabled: true
+            boundsBehavior: Flickable.StopAtBounds
+            model: area.dashboard.items
+            currentIndex: 0
+            highlightMoveDuration: 0
+            Accessible.role: Accessible.List
+            Accessible.name: "Protected Items"
+
+            ScrollBar.vertical: ScrollBar { id: scrollBar }
+
+            // The keyboard's place follows the current row, also when the row before it went away.
+            onCurrentItemChanged: if (activeFocus && currentItem) currentItem.forceActiveFocus(Qt.OtherFocusReason)
+            Keys.onPressed: (event) => {
+                if (event.key === Qt.Key_Home || event.key === Qt.Key_End) {
+                    currentIndex = event.key === Qt.Key_Home ? 0 : count - 1
+                    event.accepted = true
+                }
+            }
+
+            delegate: FinderRowView {
+                width: ListView.view.width
+                onToggleLock: (id) => area.dashboard.onToggleLock(id)
+                onCopyPath: (id) => area.dashboard.copyPathToClipboard(id)
+                onRemove: (id) => area.dashboard.askToRemove(id)
+            }
+        }
+    }
+}

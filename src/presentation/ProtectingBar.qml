@@ -1,0 +1,46 @@
+import QtQuick
+import QtQuick.Layouts
+import QtQuick.Controls.Basic
+import Quillhaven.Design
+
+/// Tells under the toolbar what is being protected; it takes no room while `text` is empty.
+Rectangle {
+    id: bar
+
+    property string text
+
+    implicitHeight: text === "" ? 0 : 32
+    visible: implicitHeight > 0
+    color: Colors.selection
+    clip: true
+    Accessible.role: Accessible.StatusBar
+    Accessible.name: text
+
+    Behavior on implicitHeight {
+        NumberAnimation { duration: 200; easing.type: Easing.InOutQuad }
+    }
+
+    RowLayout {
+        anchors.fill: parent
+        anchors.leftMargin: Spacing.xl
+        anchors.rightMargin: Spacing.xl
+        spacing: Spacing.sm
+
+        BusyIndicator {
+            Layout.preferredWidth: 18
+            Layout.preferredHeight: 18
+            padding: 0
+            running: bar.visible
+            palette.dark: Colors.primaryAccent
+        }
+
+        Text {
+            Layout.fillWidth: true
+            text: bar.text
+            color: Colors.textPrimary
+            font.pixelSize: Typography.subheadlineSize
+            elide: Text.ElideMiddle
+            Accessible.ignored: true
+        }
+    }
+}
