@@ -115,6 +115,20 @@ TEST_F(DashboardActions, WindowNamesWhatIsBeingProtected)
     EXPECT_EQ(texts, (QStringList{QStringLiteral("Protecting “will.pdf”…"), QString()}));
 }
 
+TEST_F(DashboardActions, WindowCountsSeveralThatAreBeingProtected)
+{
+    DashboardViewModel &dashboard = started().dashboard;
+    QStringList texts;
+    QObject::connect(&dashboard, &DashboardViewModel::protectingTextChanged, &dashboard,
+                     [&] { texts.append(dashboard.protectingText()); });
+    dashboard.showPasswordDialog(writePaper(QStringLiteral("one.pdf")), true);
+    dashboard.showPasswordDialog(writePaper(QStringLiteral("two.pdf")), true);
+    DashboardHarness::settle();
+    EXPECT_TRUE(texts.contains(QStringLiteral("Protecting 2 items…"))) << qUtf8Printable(texts.join(QLatin1Char('|')));
+    EXPECT_EQ(texts.constLast(), QString());
+    EXPECT_EQ(started().manager.protectedItems().size(), 2);
+}
+
 TEST_F(DashboardActions, TouchIDCardPassesAnEmptyPasswordAndLogs)
 {
     protectByPanel(writePaper(QStringLiteral("will.pdf")));
@@ -179,6 +193,35 @@ TEST_F(DashboardActions, EngineErrorReachesTheErrorDialog)
     EXPECT_EQ(started().dashboard.protectingText(), QString());
     started().dashboard.errorDialogManager()->hideError();
     EXPECT_FALSE(started().dashboard.showingError());
+}
+
+TEST_F(DashboardActions, CancelledAuthenticationIsOnlyLogged)
+{
+    services.panels.answer = [](const OpenPanelRequest &) -> std::optional<QString> {
+        throw QuillhavenError(QuillhavenError::authenticationCancelled);
+    };
+    started().dashboard.protectNewItem();
+    DashboardHarness::settle();
+    EXPECT_TRUE(log.contains(QStringLiteral("Authentication cancelled by user")));
+    EXPECT_FALSE(started().dashboard.showingError());
+}
+
+TEST_F(DashboardActions, TroubleshootingOpensTheHintOfTheShownError)
+{
+    protectByPanel(services.home.path(QStringLiteral("papers/absent.txt")));
+    EXPECT_FALSE(started().dashboard.errorDialogManager()->showTroubleshooting());
+    services.panels.answer = [](const OpenPanelRequest &) -> std::optional<QString> {
+        throw QuillhavenError(QuillhavenError::itemNotFound);
+    };
+    started().dashboard.protectNewItem();
+    DashboardHarness::settle();
+    ErrorDialogManager &error = *started().dashboard.errorDialogManager();
+    ASSERT_TRUE(error.showTroubleshooting()) << "a second error replaces the first";
+    const QString hint = error.troubleshootingMessage();
+    started().dashboard.showDefaultTroubleshooting();
+    EXPECT_TRUE(started().confirmationDialog.isPresented());
+    EXPECT_EQ(started().confirmationDialog.message(), hint);
+    EXPECT_TRUE(started().dashboard.showingError());
 }
 
 TEST_F(DashboardActions, ToggleLocksAnUnlockedItemAndUnlocksALockedOne)
