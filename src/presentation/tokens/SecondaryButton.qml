@@ -1,0 +1,5 @@
+/// A button beside the main one.
+ButtonBase {
+    fill: Colors.cardBackground
+    outline: Colors.border
+}

@@ -1,0 +1,101 @@
+#include "presentation/tokens/Symbols.h"
+
+#include <QFileInfo>
+#include <QPainter>
+#include <QStandardPaths>
+#include <QSvgRenderer>
+
+namespace quillhaven {
+
+const QHash<QString, QString> &symbolFiles()
+{
+    static const QHash<QString, QString> files{
+        {QStringLiteral("arrow.clockwise"), QStringLiteral("actions/22/view-refresh.svg")},
+        {QStringLiteral("arrow.clockwise.circle"), QStringLiteral("actions/22/view-refresh.svg")},
+        {QStringLiteral("arrow.triangle.2.circlepath"), QStringLiteral("actions/22/view-refresh.svg")},
+        {QStringLiteral("arrow.uturn.backward"), QStringLiteral("actions/22/edit-undo.svg")},
+        {QStringLiteral("checkmark.circle.fill"), QStringLiteral("actions/22/checkmark.svg")},
+        {QStringLiteral("checkmark.square.fill"), QStringLiteral("actions/22/checkbox.svg")},
+        {QStringLiteral("circle"), QStringLiteral("actions/22/draw-circle.svg")},
+        {QStringLiteral("clock.fill"), QStringLiteral("actions/22/clock.svg")},
+        {QStringLiteral("doc.fill"), QStringLiteral("actions/22/document-new.svg")},
+        {QStringLiteral("doc.on.clipboard"), QStringLiteral("actions/22/edit-copy-path.svg")},
+        {QStringLiteral("doc.text.fill"), QStringLiteral("actions/22/view-list-text.svg")},
+        {QStringLiteral("exclamationmark.octagon.fill"), QStringLiteral("status/22/state-error.svg")},
+        {QStringLiteral("exclamationmark.triangle"), QStringLiteral("status/22/state-warning.svg")},
+        {QStringLiteral("exclamationmark.triangle.fill"), QStringLiteral("status/22/state-warning.svg")},
+        {QStringLiteral("eye.fill"), QStringLiteral("actions/22/password-show-on.svg")},
+        {QStringLiteral("eye.slash.fill"), QStringLiteral("actions/22/password-show-off.svg")},
+        {QStringLiteral("folder"), QStringLiteral("actions/22/document-open-folder.svg")},
+        {QStringLiteral("folder.badge.minus"), QStringLiteral("actions/22/edit-delete-remove.svg")},
+        {QStringLiteral("folder.badge.plus"), QStringLiteral("actions/22/folder-new.svg")},
+        {QStringLiteral("folder.badge.questionmark"), QStringLiteral("actions/22/question.svg")},
+        {QStringLiteral("folder.fill"), QStringLiteral("actions/22/document-open-folder.svg")},
+        {QStringLiteral("gearshape"), QStringLiteral("actions/22/configure.svg")},
+        {QStringLiteral("gearshape.fill"), QStringLiteral("actions/22/configure.svg")},
+        {QStringLiteral("info.circle"), QStringLiteral("actions/22/help-about.svg")},
+        {QStringLiteral("info.circle.fill"), QStringLiteral("actions/22/help-about.svg")},
+        {QStringLiteral("key.fill"), QStringLiteral("actions/22/password-copy.svg")},
+        {QStringLiteral("lightbulb.fill"), QStringLiteral("actions/22/help-hint.svg")},
+        {QStringLiteral("line.3.horizontal.decrease.circle.fill"), QStringLiteral("actions/22/view-filter.svg")},
+        {QStringLiteral("lock"), QStringLiteral("actions/22/lock.svg")},
+        {QStringLiteral("lock.fill"), QStringLiteral("actions/22/object-locked.svg")},
+        {QStringLiteral("lock.open"), QStringLiteral("actions/22/unlock.svg")},
+        {QStringLiteral("lock.open.fill"), QStringLiteral("actions/22/object-unlocked.svg")},
+        {QStringLiteral("lock.rotation"), QStringLiteral("actions/22/system-lock-screen.svg")},
+        {QStringLiteral("lock.shield"), QStringLiteral("status/22/security-high.svg")},
+        {QStringLiteral("lock.shield.fill"), QStringLiteral("status/22/security-high.svg")},
+        {QStringLiteral("magnifyingglass"), QStringLiteral("actions/22/edit-find.svg")},
+        {QStringLiteral("minus.circle.fill"), QStringLiteral("actions/22/list-remove.svg")},
+        {QStringLiteral("photo.fill"), QStringLiteral("actions/22/viewimage.svg")},
+        {QStringLiteral("plus"), QStringLiteral("actions/22/list-add.svg")},
+        {QStringLiteral("plus.circle"), QStringLiteral("actions/22/list-add.svg")},
+        {QStringLiteral("plus.circle.fill"), QStringLiteral("actions/22/list-add.svg")},
+        {QStringLiteral("plus.square.on.square"), QStringLiteral("actions/22/window-duplicate.svg")},
+        {QStringLiteral("power"), QStringLiteral("actions/22/system-shutdown.svg")},
+        {QStringLiteral("questionmark.circle"), QStringLiteral("actions/22/question.svg")},
+        {QStringLiteral("questionmark.circle.fill"), QStringLiteral("actions/22/question.svg")},
+        {QStringLiteral("shield.fill"), QStringLiteral("status/22/security-high.svg")},
+        {QStringLiteral("square.stack.3d.up.fill"), QStringLiteral("actions/22/document-multiple.svg")},
+        {QStringLiteral("touchid"), QStringLiteral("actions/22/fingerprint.svg")},
+        {QStringLiteral("trash.fill"), QStringLiteral("actions/22/edit-delete.svg")},
+        {QStringLiteral("tray.and.arrow.down.fill"), QStringLiteral("actions/22/download.svg")},
+        {QStringLiteral("xmark"), QStringLiteral("actions/22/dialog-close.svg")},
+        {QStringLiteral("xmark.circle.fill"), QStringLiteral("actions/22/dialog-cancel.svg")},
+    };
+    return files;
+}
+
+QString symbolPath(const QString &symbol)
+{
+    const QString file = symbolFiles().value(symbol);
+    if (file.isEmpty()) {
+        return {};
+    }
+    return QStandardPaths::locate(QStandardPaths::GenericDataLocation, QStringLiteral("icons/breeze/") + file);
+}
+
+QPixmap SymbolImageProvider::requestPixmap(const QString &id, QSize *size, const QSize &requestedSize)
+{
+    const QString symbol = id.section(QLatin1Char('/'), 0, 0);
+    const QColor color(QLatin1Char('#') + id.section(QLatin1Char('/'), 1, 1));
+    const QSize pixels = requestedSize.isValid() && !requestedSize.isEmpty() ? requestedSize : QSize(22, 22);
+    if (size) {
+        *size = pixels;
+    }
+    QPixmap pixmap(pixels);
+    pixmap.fill(Qt::transparent);
+    QSvgRenderer renderer(symbolPath(symbol));
+    if (!renderer.isValid()) {
+        return pixmap;
+    }
+    QPainter painter(&pixmap);
+    painter.setRenderHint(QPainter::Antialiasing);
+    renderer.render(&painter, QRectF(QPointF(0, 0), pixels));
+    // The theme's drawings have colours of their own; only their shapes are wanted.
+    painter.setCompositionMode(QPainter::CompositionMode_SourceIn);
+    painter.fillRect(pixmap.rect(), color);
+    return pixmap;
+}
+
+} // namespace quillhaven

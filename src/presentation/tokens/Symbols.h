@@ -1,0 +1,26 @@
+#pragma once
+
+#include <QColor>
+#include <QHash>
+#include <QPixmap>
+#include <QQuickImageProvider>
+#include <QString>
+
+namespace quillhaven {
+
+/// The table from the names of symbols to the files of the Breeze icon theme, relative to the theme's folder.
+[[nodiscard]] const QHash<QString, QString> &symbolFiles();
+
+/// The path of a symbol's file, or nothing when the name is unknown or the theme lacks it.
+[[nodiscard]] QString symbolPath(const QString &symbol);
+
+/// Draws symbols in one colour for `image://symbols/NAME/AARRGGBB`, at the size that the image asks for.
+class SymbolImageProvider : public QQuickImageProvider
+{
+public:
+    SymbolImageProvider() : QQuickImageProvider(QQuickImageProvider::Pixmap) {}
+
+    QPixmap requestPixmap(const QString &id, QSize *size, const QSize &requestedSize) override;
+};
+
+} // namespace quillhaven

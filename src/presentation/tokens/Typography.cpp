@@ -1,0 +1,29 @@
+#include "presentation/tokens/Typography.h"
+
+#include <QFontDatabase>
+
+namespace quillhaven {
+
+QString Typography::family()
+{
+    static const QString resolved = [] {
+        const QStringList installed = QFontDatabase::families();
+        for (const QString &wanted : {textFont, QStringLiteral("Inter")}) {
+            if (installed.contains(wanted)) {
+                return wanted;
+            }
+        }
+        return QFontDatabase::systemFont(QFontDatabase::GeneralFont).family();
+    }();
+    return resolved;
+}
+
+QFont Typography::scaledFont(int size, QFont::Weight weight)
+{
+    QFont font(family());
+    font.setPixelSize(size);
+    font.setWeight(weight);
+    return font;
+}
+
+} // namespace quillhaven
