@@ -1,0 +1,113 @@
+#include "platform/linux/SecretServiceCredentialStore.h"
+#include "contract/CredentialStoreContract.h"
+#include "credentials/KeychainError.h"
+#include "credentials/KeychainManager.h"
+#include "credentials/KeyringFixture.h"
+#include "platform/linux/OpenSslRandomSource.h"
+#include "platform/linux/SystemCredentialStore.h"
+#include "support/LogCapture.h"
+#include "support/TemporaryHome.h"
+
+#include <QDir>
+#include <QtConcurrentRun>
+
+using namespace quillhaven;
+using namespace quillhaven::testing;
+
+namespace {
+
+/// The real keyring without entries of ours.
+class EmptyKeyring
+{
+public:
+    EmptyKeyring() { removeAllEntries(); }
+    ~EmptyKeyring() { removeAllEntries(); }
+    EmptyKeyring(const EmptyKeyring &) = delete;
+    EmptyKeyring &operator=(const EmptyKeyring &) = delete;
+
+    [[nodiscard]] CredentialStore &store() { return m_store; }
+
+private:
+    SecretServiceCredentialStore m_store;
+};
+
+class Keyring : public ::testing::Test
+{
+protected:
+    CredentialStore &store() { return m_empty.store(); }
+
+    const QString m_service = keychainServiceName;
+    const QString m_account = QStringLiteral("6F9619FF-8B86-D011-B42D-00CF4FC964FF");
+    OpenSslRandomSource m_random;
+    EmptyKeyring m_empty;
+    KeychainManager m_keychain{store(), m_random, keychainServiceName};
+};
+
+} // namespace
+
+namespace quillhaven::testing {
+INSTANTIATE_TYPED_TEST_SUITE_P(RealKeyring, CredentialStoreContract, EmptyKeyring);
+}
+
+TEST_F(Keyring, AnotherProgramFindsTheEntryByServiceAndAccount)
+{
+    EXPECT_EQ(store().add(m_service, m_account, "secret"), credentialSuccess);
+    EXPECT_EQ(entryPaths(m_account).size(), 1);
+}
+
+TEST_F(Keyring, AReplacedPasswordStaysTheSameSingleEntry)
+{
+    m_keychain.storePassword(QStringLiteral("first"), m_account);
+    const QStringList before = entryPaths(m_account);
+    m_keychain.storePassword(QStringLiteral("second"), m_account);
+    EXPECT_EQ(before.size(), 1);
+    EXPECT_EQ(entryPaths(m_account), before);
+    EXPECT_EQ(m_keychain.retrievePassword(m_account), QStringLiteral("second"));
+}
+
+TEST_F(Keyring, EntriesOfAnotherServiceAreNotOurs)
+{
+    const QString other = QStringLiteral("com.tarnwick.other");
+    EXPECT_EQ(store().add(other, m_account, "theirs"), credentialSuccess);
+    EXPECT_EQ(store().copyMatching(m_service, m_account).status, credentialItemNotFound);
+    EXPECT_EQ(store().add(m_service, m_account, "ours"), credentialSuccess);
+    EXPECT_EQ(store().remove(m_service, m_account), credentialSuccess);
+    EXPECT_EQ(store().copyMatching(other, m_account).value, QByteArray("theirs"));
+    EXPECT_EQ(store().remove(other, m_account), credentialSuccess);
+}
+
+TEST_F(Keyring, BytesThatAreNotUtf8AreInvalidData)
+{
+    ASSERT_EQ(store().add(m_service, m_account, QByteArray("\xff\xfe\x00", 3)), credentialSuccess);
+    try {
+        (void)m_keychain.retrievePassword(m_account);
+        ADD_FAILURE() << "no error";
+    } catch (const KeychainError &error) {
+        EXPECT_EQ(error.errorCase(), KeychainError::invalidData);
+    }
+}
+
+TEST_F(Keyring, CallsWorkFromAnotherThread)
+{
+    const QFuture<CredentialStatus> added =
+        QtConcurrent::run([this] { return store().add(m_service, m_account, "secret"); });
+    EXPECT_EQ(added.result(), credentialSuccess);
+    const QFuture<CredentialStore::Match> found =
+        QtConcurrent::run([this] { return store().copyMatching(m_service, m_account); });
+    EXPECT_EQ(found.result().value, QByteArray("secret"));
+}
+
+TEST_F(Keyring, IsChosenWhenItAnswersAndTheLogSaysSoOnce)
+{
+    const TemporaryHome home;
+    LogCapture log;
+    SystemCredentialStore chosen(home.directories().configuration);
+    EXPECT_EQ(chosen.displayName(), QStringLiteral("not chosen yet"));
+    EXPECT_EQ(chosen.add(m_service, m_account, "secret"), credentialSuccess);
+    EXPECT_EQ(chosen.copyMatching(m_service, m_account).value, QByteArray("secret"));
+    EXPECT_EQ(chosen.displayName(), QStringLiteral("Secret Service"));
+    EXPECT_EQ(log.lines(),
+              QStringList{QStringLiteral("🔑 Credentials are kept in the desktop's keyring (Secret Service)")});
+    EXPECT_EQ(entryPaths(m_account).size(), 1);
+    EXPECT_TRUE(QDir(home.directories().configuration).isEmpty()) << "the embedded store was touched";
+}
