@@ -240,7 +240,7 @@ void DashboardViewModel::copyPathToClipboard(const QString &id)
 
 void DashboardViewModel::showDefaultTroubleshooting()
 {
-    m_errorDialogManager.showDefaultTroubleshooting(m_dialogs.confirmation);
+    m_errorDialogManager.showDefaultTroubleshooting(&m_dialogs.confirmation);
 }
 
 void DashboardViewModel::chooseMasterPassword()

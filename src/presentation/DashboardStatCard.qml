@@ -25,7 +25,7 @@ Rectangle {
     Accessible.name: title + ": " + value
 
     Behavior on border.color {
-        ColorAnimation { duration: 200 }
+        ColorAnimation { duration: DesignSystem.animationQuick }
     }
 
     HoverHandler { id: hover }

@@ -52,11 +52,17 @@ Item {
         }
     }
 
-    ConfirmationDialog { manager: view.confirmationDialogManager }
     ProtectionMethodDialog { manager: view.protectionMethodDialogManager }
-    PasswordInputDialog { manager: view.passwordInputDialogManager; dialog: view.passwordInputState }
+    PasswordInputDialog {
+        manager: view.passwordInputDialogManager
+        dialog: view.passwordInputState
+    }
     MasterPasswordDialog { manager: view.masterPasswordDialogManager }
     RemoveProtectionDialog { manager: view.dashboard.removeProtectionDialogManager }
-    ErrorDialog { manager: view.dashboard.errorDialogManager }
     TouchIDPrompt { manager: view.biometrics }
+    ErrorDialog {
+        manager: view.dashboard.errorDialogManager
+        onShowTroubleshooting: view.dashboard.showDefaultTroubleshooting()
+    }
+    ConfirmationDialog { manager: view.confirmationDialogManager }
 }

@@ -27,14 +27,10 @@ Rectangle {
             Layout.bottomMargin: Spacing.lg
             spacing: Spacing.md
 
-            Rectangle {
+            PrimaryGradient {
                 Layout.preferredWidth: Spacing.minTouchTarget
                 Layout.preferredHeight: Spacing.minTouchTarget
                 radius: DesignSystem.cornerRadiusLarge
-                gradient: Gradient {
-                    GradientStop { position: 0; color: Colors.primary }
-                    GradientStop { position: 1; color: Colors.primaryAccent }
-                }
 
                 SymbolImage {
                     anchors.centerIn: parent

@@ -58,7 +58,7 @@ FocusScope {
         border.color: Colors.focus
 
         Behavior on color {
-            ColorAnimation { duration: 120 }
+            ColorAnimation { duration: DesignSystem.animationQuick }
         }
     }
 

@@ -7,6 +7,7 @@
 #include "presentation/DashboardViewModel.h"
 #include "presentation/dialogs/ConfirmationDialogManager.h"
 #include "presentation/dialogs/ProtectionMethodDialogManager.h"
+#include "presentation/tokens/Design.h"
 
 #include <QEvent>
 #include <QQmlApplicationEngine>
@@ -34,7 +35,7 @@ MainWindow::MainWindow(const MainWindowModels &models, QObject *parent) : QObjec
 {
     QQuickStyle::setStyle(QStringLiteral("Basic"));
     m_engine = std::make_unique<QQmlApplicationEngine>();
-    m_engine->addImportPath(QStringLiteral("qrc:/"));
+    installDesign(*m_engine);
     m_engine->setInitialProperties(initialProperties(models));
     m_engine->load(QUrl(QStringLiteral("qrc:/Quillhaven/Main.qml")));
     if (!m_engine->rootObjects().isEmpty()) {
@@ -51,7 +52,11 @@ MainWindow::MainWindow(const MainWindowModels &models, QObject *parent) : QObjec
     });
 }
 
-MainWindow::~MainWindow() = default;
+MainWindow::~MainWindow()
+{
+    // Its bindings look at the engine's singletons until the end.
+    delete m_window;
+}
 
 void MainWindow::show()
 {

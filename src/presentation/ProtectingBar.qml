@@ -17,7 +17,7 @@ Rectangle {
     Accessible.name: text
 
     Behavior on implicitHeight {
-        NumberAnimation { duration: 200; easing.type: Easing.InOutQuad }
+        NumberAnimation { duration: DesignSystem.animationQuick; easing.type: Easing.InOutQuad }
     }
 
     RowLayout {

@@ -15,6 +15,11 @@ GridLayout {
     columnSpacing: Spacing.lg
     rowSpacing: Spacing.sm
 
+    Shortcut {
+        sequences: [StandardKey.Find]
+        onActivated: search.forceActiveFocus(Qt.ShortcutFocusReason)
+    }
+
     RowLayout {
         Layout.fillWidth: true
         spacing: Spacing.md

@@ -1,0 +1,344 @@
+// The window itself: the real QML over the dashboard and the real engine, driven by keys and looked at by its texts.
+
+#include "DashboardHarness.h"
+
+#include "presentation/MainWindow.h"
+
+#include <QDir>
+#include <QQuickItem>
+#include <QQuickWindow>
+#include <QSignalSpy>
+#include <QTest>
+
+using namespace quillhaven;
+using namespace quillhaven::testing;
+
+namespace {
+
+/// Every visible item below `root`, depth first.
+QList<QQuickItem *> visibleItems(QQuickItem *root)
+{
+    QList<QQuickItem *> all;
+    for (QQuickItem *child : root->childItems()) {
+        if (child->isVisible() && child->opacity() > 0) {
+            all.append(child);
+            all.append(visibleItems(child));
+        }
+    }
+    return all;
+}
+
+class DashboardWindow : public DashboardTest
+{
+protected:
+    void TearDown() override { m_window.reset(); }
+
+    /// The window on the screen, with the keyboard.
+    MainWindow &shown()
+    {
+        if (!m_window) {
+            DashboardHarness &harness = started();
+            m_window.emplace(MainWindowModels{
+                harness.dashboard, harness.confirmationDialog, harness.protectionMethodDialog, harness.passwordDialog,
+                harness.passwordInput, harness.masterPasswordDialog, services.biometrics});
+            m_window->show();
+            EXPECT_TRUE(QTest::qWaitForWindowActive(m_window->window()));
+            render();
+        }
+        return *m_window;
+    }
+
+    /// Lets bindings, layouts and short animations come to rest, and draws.
+    void render()
+    {
+        spinOnce();
+        m_window->window()->grabWindow();
+        spinOnce();
+    }
+
+    QStringList texts()
+    {
+        shown();
+        render();
+        QStringList all;
+        for (QQuickItem *item : visibleItems(m_window->window()->contentItem())) {
+            const QVariant text = item->property("text");
+            if (text.metaType() == QMetaType::fromType<QString>() && !text.toString().isEmpty()) {
+                all.append(text.toString());
+            }
+        }
+        return all;
+    }
+    bool shows(const char *text) { return texts().contains(QString::fromUtf8(text)); }
+    bool eventuallyShows(const char *text)
+    {
+        return spinUntil([&] { return shows(text); }, 5000);
+    }
+
+    void press(Qt::Key key, Qt::KeyboardModifiers modifiers = Qt::NoModifier)
+    {
+        QTest::keyClick(shown().window(), key, modifiers);
+        spinOnce();
+    }
+    /// Moves on by the tab key until the list has the keyboard.
+    bool tabToList()
+    {
+        for (int presses = 0; presses < 30; ++presses) {
+            if (!focusedRow().isEmpty()) {
+                return true;
+            }
+            press(Qt::Key_Tab);
+        }
+        return false;
+    }
+    QString focusedRow()
+    {
+        for (QQuickItem *item = shown().window()->activeFocusItem(); item; item = item->parentItem()) {
+            if (item->property("itemId").isValid()) {
+                return item->property("originalName").toString();
+            }
+        }
+        return {};
+    }
+
+    void storeThree()
+    {
+        QList<ProtectedItem> items{namedItem(QStringLiteral("alpha.txt")), namedItem(QStringLiteral("bravo.png"), true),
+                                   namedItem(QStringLiteral("charlie"))};
+        items[2].isFolder = true;
+        items[2].useTouchID = true;
+        storeCatalogue(services, items);
+    }
+
+private:
+    std::optional<MainWindow> m_window;
+};
+
+} // namespace
+
+TEST_F(DashboardWindow, TitleAndSizes)
+{
+    QQuickWindow *window = shown().window();
+    EXPECT_EQ(window->title(), QStringLiteral("Quillhaven"));
+    EXPECT_EQ(window->minimumSize(), QSize(760, 560));
+}
+
+TEST_F(DashboardWindow, IsBuiltHiddenAndTellsEachAppearance)
+{
+    MainWindow &window = shown();
+    QSignalSpy appeared(&window, &MainWindow::contentAppeared);
+    window.hide();
+    EXPECT_FALSE(window.isVisible());
+    window.show();
+    EXPECT_TRUE(window.isVisible());
+    EXPECT_EQ(appeared.size(), 1);
+}
+
+TEST_F(DashboardWindow, ClosingAsksAndKeepsTheWindow)
+{
+    MainWindow &window = shown();
+    QSignalSpy asked(&window, &MainWindow::closeRequested);
+    window.window()->close();
+    EXPECT_EQ(asked.size(), 1);
+    EXPECT_TRUE(window.isVisible());
+}
+
+TEST_F(DashboardWindow, EmptyCatalogueShowsTheWelcomeAndNoFilters)
+{
+    EXPECT_TRUE(shows("No items found"));
+    EXPECT_TRUE(
+        shows("Start protecting your sensitive files and folders by clicking the 'Protect New Item' button above "
+              "or by dragging them here."));
+    EXPECT_TRUE(shows("Filters will appear once you add items."));
+    EXPECT_FALSE(shows("No results"));
+    EXPECT_FALSE(shows("Filters Active"));
+    EXPECT_TRUE(shows("Secure your files with ease"));
+    EXPECT_TRUE(shows("Protect New Item"));
+    EXPECT_TRUE(shows("Set Master Password"));
+    EXPECT_TRUE(shows("v1.0"));
+}
+
+TEST_F(DashboardWindow, CardsAndRowsShowWhatTheCatalogueHolds)
+{
+    storeThree();
+    for (const char *text : {"Protected Items", "Currently Unlocked", "Locked with Touch ID", "Locked with Password",
+                             "alpha.txt", "bravo.png", "charlie", "~/papers", "Locked", "Unlocked",
+                             "Includes both locked and unlocked items currently managed by Quillhaven."}) {
+        EXPECT_TRUE(shows(text)) << text;
+    }
+    EXPECT_FALSE(shows("No items found"));
+}
+
+TEST_F(DashboardWindow, SearchWithoutAHitOffersToClearIt)
+{
+    storeThree();
+    started().dashboard.setSearchText(QStringLiteral("zzz"));
+    for (const char *text : {"No items found", "No items match your search criteria", "No results", "Clear Search",
+                             "Try adjusting filters above or clear all to see your protected files.",
+                             "Showing filtered results from 3 total items."}) {
+        EXPECT_TRUE(shows(text)) << text;
+    }
+    started().dashboard.setSearchText(QStringLiteral("al"));
+    EXPECT_TRUE(shows("Filters Active"));
+    EXPECT_TRUE(shows("alpha.txt"));
+    EXPECT_FALSE(shows("bravo.png"));
+}
+
+TEST_F(DashboardWindow, ArrowKeysMoveBetweenRowsAndTabWithinOne)
+{
+    storeThree();
+    shown();
+    ASSERT_TRUE(tabToList());
+    EXPECT_EQ(focusedRow(), QStringLiteral("alpha.txt"));
+    press(Qt::Key_Down);
+    EXPECT_EQ(focusedRow(), QStringLiteral("bravo.png"));
+    press(Qt::Key_Tab);
+    EXPECT_EQ(focusedRow(), QStringLiteral("bravo.png"));
+    press(Qt::Key_Down);
+    EXPECT_EQ(focusedRow(), QStringLiteral("charlie"));
+    press(Qt::Key_Up);
+    press(Qt::Key_Up);
+    EXPECT_EQ(focusedRow(), QStringLiteral("alpha.txt"));
+}
+
+TEST_F(DashboardWindow, FindKeyGoesToTheSearchField)
+{
+    storeThree();
+    press(Qt::Key_F, Qt::ControlModifier);
+    for (const char letter : {'b', 'r', 'a'}) {
+        QTest::keyClick(shown().window(), letter);
+    }
+    EXPECT_EQ(started().dashboard.searchText(), QStringLiteral("bra"));
+    EXPECT_FALSE(shows("alpha.txt"));
+}
+
+TEST_F(DashboardWindow, ReturnOnARowUnlocksIt)
+{
+    services.home.write(QStringLiteral("papers/album/one.jpg"));
+    started().protect(services.home.path(QStringLiteral("papers/album")));
+    shown();
+    ASSERT_TRUE(tabToList());
+    press(Qt::Key_Return);
+    DashboardHarness::settle();
+    EXPECT_TRUE(started().item().isMounted);
+    EXPECT_TRUE(shows("Unlocked"));
+    EXPECT_EQ(focusedRow(), QStringLiteral("album"));
+}
+
+TEST_F(DashboardWindow, KeyboardKeepsItsRowWhenTheOneAboveGoesAway)
+{
+    storeThree();
+    shown();
+    ASSERT_TRUE(tabToList());
+    press(Qt::Key_Down);
+    press(Qt::Key_Down);
+    ASSERT_EQ(focusedRow(), QStringLiteral("charlie"));
+    started().manager.removeFromProtectedItems(QStringLiteral("ID-alpha.txt"));
+    render();
+    EXPECT_EQ(focusedRow(), QStringLiteral("charlie"));
+}
+
+TEST_F(DashboardWindow, ErrorShowsItsDialog)
+{
+    shown();
+    started().dashboard.handleFileSelection(services.home.path(QStringLiteral("absent.txt")));
+    EXPECT_TRUE(eventuallyShows("File or folder does not exist"));
+    started().dashboard.errorDialogManager()->hideError();
+    render();
+}
+
+TEST_F(DashboardWindow, ProtectingIsNamedUnderTheToolbarWhileItRuns)
+{
+    shown();
+    const QString path = services.home.write(QStringLiteral("papers/will.pdf"));
+    bool wasNamed = false;
+    // The engine asks for the place in the middle of its work.
+    services.panels.answer = [&](const OpenPanelRequest &) {
+        wasNamed = shows("Protecting “will.pdf”…");
+        return path;
+    };
+    started().dashboard.showPasswordDialog(path, true);
+    DashboardHarness::settle();
+    EXPECT_TRUE(wasNamed);
+    EXPECT_FALSE(shows("Protecting “will.pdf”…"));
+    EXPECT_TRUE(shows("will.pdf"));
+}
+
+// Looking at it: QUILLHAVEN_SCREENSHOTS names a folder for the pictures, and QT_SCALE_FACTOR sets another scale.
+class DashboardPictures : public DashboardWindow
+{
+protected:
+    void draw(const QString &name)
+    {
+        const QString folder = qEnvironmentVariable("QUILLHAVEN_SCREENSHOTS", QCoreApplication::applicationDirPath() +
+                                                                                  QStringLiteral("/screenshots"));
+        ASSERT_TRUE(QDir().mkpath(folder));
+        for (const QSize &size : {QSize(1200, 900), QSize(760, 560)}) {
+            QQuickWindow *window = shown().window();
+            window->resize(size);
+            ASSERT_TRUE(spinUntil([&] { return window->size() == size; }, 5000));
+            // The animations that the state began have ended after some frames.
+            int frames = 0;
+            const QMetaObject::Connection counting =
+                QObject::connect(window, &QQuickWindow::frameSwapped, window, [&frames] { ++frames; });
+            ASSERT_TRUE(spinUntil(
+                [&] {
+                    window->update();
+                    return frames > 40;
+                },
+                20'000));
+            QObject::disconnect(counting);
+            const QImage image = window->grabWindow();
+            ASSERT_FALSE(image.isNull());
+            EXPECT_TRUE(image.save(folder + QStringLiteral("/%1-%2.png").arg(name).arg(size.width())));
+        }
+    }
+};
+
+TEST_F(DashboardPictures, EmptyCatalogue)
+{
+    draw(QStringLiteral("empty"));
+}
+
+TEST_F(DashboardPictures, ThreeItemsWithTheKeyboardOnOne)
+{
+    storeThree();
+    shown();
+    ASSERT_TRUE(tabToList());
+    press(Qt::Key_Down);
+    started().dashboard.copyPathToClipboard(QStringLiteral("ID-alpha.txt"));
+    started().dashboard.items()->setBusy(QStringLiteral("ID-charlie"), true);
+    draw(QStringLiteral("three"));
+}
+
+TEST_F(DashboardPictures, TwoHundredItems)
+{
+    const QStringList endings{QStringLiteral("pdf"), QStringLiteral("png"), QStringLiteral("zip"), QString()};
+    QList<ProtectedItem> items;
+    for (int number = 0; number < 200; ++number) {
+        ProtectedItem item = namedItem(QStringLiteral("Contract %1").arg(number, 3, 10, QLatin1Char('0')));
+        item.isFolder = number % 4 == 3;
+        item.originalName += item.isFolder ? QString() : QLatin1Char('.') + endings.at(number % 4);
+        if (number == 2) {
+            item.originalName = QStringLiteral("Contract 002 ") + QStringLiteral("with a very long name ").repeated(8);
+        }
+        item.isMounted = number % 5 == 1;
+        item.useTouchID = number % 3 == 0;
+        items.append(item);
+    }
+    storeCatalogue(services, items);
+    draw(QStringLiteral("many"));
+    started().dashboard.setSearchText(QStringLiteral("12"));
+    draw(QStringLiteral("filtered"));
+    started().dashboard.setSearchText(QStringLiteral("nothing"));
+    draw(QStringLiteral("no-results"));
+}
+
+TEST_F(DashboardPictures, ProtectingAndTheMethods)
+{
+    storeThree();
+    shown();
+    started().dashboard.showProtectionDialog(services.home.write(QStringLiteral("papers/will.pdf")));
+    DashboardHarness::settle();
+    draw(QStringLiteral("method"));
+}
