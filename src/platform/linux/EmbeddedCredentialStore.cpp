@@ -1,5 +1,7 @@
 #include "platform/linux/EmbeddedCredentialStore.h"
 
+#include "platform/linux/FilePaths.h"
+
 #include <QDir>
 #include <QFile>
 #include <QSaveFile>
@@ -7,9 +9,8 @@
 #include <openssl/evp.h>
 #include <openssl/rand.h>
 
+#include <algorithm>
 #include <memory>
-
-#include <sys/stat.h>
 
 namespace quillhaven {
 
@@ -93,25 +94,42 @@ bool EmbeddedCredentialStore::open()
     return m_isOpen;
 }
 
-std::optional<QByteArray> EmbeddedCredentialStore::key()
+QString EmbeddedCredentialStore::keyPath() const
 {
-    const QString path = m_directory + QStringLiteral("/credentials.key");
-    QFile file(path);
-    if (file.open(QIODevice::ReadOnly)) {
-        const QByteArray bytes = file.read(keySize + 1);
-        return bytes.size() == keySize ? std::optional(bytes) : std::nullopt;
-    }
-    // A new key beside entries that another one sealed would only hide that theirs is lost.
-    if (file.exists() || !m_database.rows().isEmpty()) {
+    return m_directory + QStringLiteral("/credentials.key");
+}
+
+std::optional<QByteArray> EmbeddedCredentialStore::storedKey() const
+{
+    QFile file(keyPath());
+    if (!file.open(QIODevice::ReadOnly)) {
         return std::nullopt;
     }
+    const QByteArray bytes = file.read(keySize + 1);
+    return bytes.size() == keySize ? std::optional(bytes) : std::nullopt;
+}
+
+std::optional<QByteArray> EmbeddedCredentialStore::sealingKey()
+{
+    const auto stored = storedKey();
+    const auto rows = m_database.rows();
+    if (rows.isEmpty()) {
+        return stored ? stored : makeKey();
+    }
+    // Writing under a key that opens nothing of what is there would hide that the right one is lost.
+    const auto opensUnderStored = [&stored](const auto &row) {
+        return opened(*stored, row.key, row.value).has_value();
+    };
+    return stored && std::ranges::any_of(rows, opensUnderStored) ? stored : std::nullopt;
+}
+
+std::optional<QByteArray> EmbeddedCredentialStore::makeKey() const
+{
     QByteArray fresh(keySize, '\0');
-    if (RAND_bytes(raw(fresh), keySize) != 1) {
-        return std::nullopt;
-    }
-    QSaveFile saved(path);
-    if (!saved.open(QIODevice::WriteOnly) || !saved.setPermissions(QFile::ReadOwner | QFile::WriteOwner) ||
-        saved.write(fresh) != fresh.size() || !saved.commit()) {
+    QSaveFile saved(keyPath());
+    if (RAND_bytes(raw(fresh), keySize) != 1 || !saved.open(QIODevice::WriteOnly) ||
+        !saved.setPermissions(QFile::ReadOwner | QFile::WriteOwner) || saved.write(fresh) != fresh.size() ||
+        !saved.commit() || !syncParents(QFile::encodeName(keyPath()))) {
         return std::nullopt;
     }
     return fresh;
@@ -119,11 +137,11 @@ std::optional<QByteArray> EmbeddedCredentialStore::key()
 
 CredentialStatus EmbeddedCredentialStore::store(const QString &entry, const QByteArray &value)
 {
-    const auto sealingKey = key();
-    if (!sealingKey) {
+    const auto key = sealingKey();
+    if (!key) {
         return credentialDecodeFailed;
     }
-    const auto box = sealed(*sealingKey, entry, value);
+    const auto box = sealed(*key, entry, value);
     return box && m_database.store({entry, sealedType, *box}) ? credentialSuccess : credentialNotAvailable;
 }
 
@@ -156,8 +174,8 @@ CredentialStore::Match EmbeddedCredentialStore::copyMatching(const QString &serv
     if (!row) {
         return {credentialItemNotFound, std::nullopt};
     }
-    const auto sealingKey = key();
-    const auto value = sealingKey ? opened(*sealingKey, entry, row->value) : std::nullopt;
+    const auto key = storedKey();
+    const auto value = key ? opened(*key, entry, row->value) : std::nullopt;
     return value ? Match{credentialSuccess, value} : Match{credentialDecodeFailed, std::nullopt};
 }
 

@@ -23,7 +23,13 @@ public:
 
 private:
     [[nodiscard]] bool open();
-    [[nodiscard]] std::optional<QByteArray> key();
+    [[nodiscard]] QString keyPath() const;
+    /// The key that stands beside the database, when it is there and whole.
+    [[nodiscard]] std::optional<QByteArray> storedKey() const;
+    /// The key for a new value: the stored one, seen to open what is there, or a fresh one where nothing is.
+    [[nodiscard]] std::optional<QByteArray> sealingKey();
+    /// Makes a key and brings it to the device before anything is sealed under it.
+    [[nodiscard]] std::optional<QByteArray> makeKey() const;
     [[nodiscard]] CredentialStatus store(const QString &entry, const QByteArray &value);
 
     QString m_directory;
