@@ -65,6 +65,20 @@ TEST_F(Keyring, AReplacedPasswordStaysTheSameSingleEntry)
     EXPECT_EQ(m_keychain.retrievePassword(m_account), QStringLiteral("second"));
 }
 
+TEST_F(Keyring, AnEntryThatLiesInAnotherCollectionIsReplacedWhereItLies)
+{
+    const EntryAttributes attributes(m_account);
+    SecretValue *value = secret_value_new("first", 5, "text/plain");
+    ASSERT_TRUE(secret_service_store_sync(nullptr, nullptr, attributes.table(), SECRET_COLLECTION_SESSION, "moved",
+                                          value, nullptr, nullptr));
+    secret_value_unref(value);
+    const QStringList before = entryPaths(m_account);
+    m_keychain.storePassword(QStringLiteral("second"), m_account);
+    EXPECT_EQ(before.size(), 1);
+    EXPECT_EQ(entryPaths(m_account), before);
+    EXPECT_EQ(m_keychain.retrievePassword(m_account), QStringLiteral("second"));
+}
+
 TEST_F(Keyring, EntriesOfAnotherServiceAreNotOurs)
 {
     const QString other = QStringLiteral("com.tarnwick.other");

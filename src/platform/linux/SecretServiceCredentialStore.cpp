@@ -2,8 +2,6 @@
 
 #include "platform/linux/SessionBus.h"
 
-#include <QFile>
-
 #include <libsecret/secret.h>
 
 #include <memory>
@@ -58,6 +56,7 @@ struct UnreferenceVariant
 template <typename Object>
 using Owned = std::unique_ptr<Object, Unreference>;
 using Attributes = std::unique_ptr<GHashTable, UnreferenceTable>;
+using Secret = std::unique_ptr<SecretValue, UnreferenceValue>;
 
 /// An error that a call may leave behind.
 class Failure
@@ -70,6 +69,13 @@ public:
 
     operator GError **() { return &m_error; }
     [[nodiscard]] bool happened() const { return m_error != nullptr; }
+    [[nodiscard]] bool isTimeout() const
+    {
+        return g_error_matches(m_error, G_IO_ERROR, G_IO_ERROR_TIMED_OUT) ||
+               g_error_matches(m_error, G_DBUS_ERROR, G_DBUS_ERROR_TIMED_OUT) ||
+               g_error_matches(m_error, G_DBUS_ERROR, G_DBUS_ERROR_TIMEOUT) ||
+               g_error_matches(m_error, G_DBUS_ERROR, G_DBUS_ERROR_NO_REPLY);
+    }
     [[nodiscard]] CredentialStatus status() const
     {
         if (!m_error) {
@@ -143,12 +149,16 @@ Found find(const QString &service, const QString &account)
     return found;
 }
 
+Secret secretOf(const QByteArray &value)
+{
+    return Secret(secret_value_new(value.constData(), value.size(), "application/octet-stream"));
+}
+
 CredentialStatus store(const QString &service, const QString &account, const QByteArray &value)
 {
     Failure failure;
     const Attributes attributes = attributesFor(service, account);
-    const std::unique_ptr<SecretValue, UnreferenceValue> secret(
-        secret_value_new(value.constData(), value.size(), "application/octet-stream"));
+    const Secret secret = secretOf(value);
     secret_service_store_sync(nullptr, schema(), attributes.get(), SECRET_COLLECTION_DEFAULT, "Quillhaven",
                               secret.get(), nullptr, failure);
     return failure.status();
@@ -199,8 +209,11 @@ bool SecretServiceCredentialStore::isAvailable()
     if (!bus || (!hasOwner(bus.get()) && !isActivatable(bus.get()))) {
         return false;
     }
-    const Owned<SecretService> secrets(secret_service_get_sync(SECRET_SERVICE_NONE, nullptr, nullptr));
-    return secrets != nullptr;
+    // One that is there and slow, as a keyring is at login, is waited for later: taking another store because of it
+    // would hide the secrets that lie in it.
+    Failure failure;
+    const Owned<SecretService> secrets(secret_service_get_sync(SECRET_SERVICE_NONE, nullptr, failure));
+    return secrets || failure.isTimeout();
 }
 
 CredentialStatus SecretServiceCredentialStore::add(const QString &service, const QString &account,
@@ -218,7 +231,14 @@ CredentialStatus SecretServiceCredentialStore::update(const QString &service, co
                                                       const QByteArray &value)
 {
     const Found found = find(service, account);
-    return found.status == credentialSuccess ? store(service, account, value) : found.status;
+    if (found.status != credentialSuccess) {
+        return found.status;
+    }
+    // The entry itself, in whichever collection it lies: storing anew would make a second one in the default.
+    Failure failure;
+    const Secret secret = secretOf(value);
+    secret_item_set_secret_sync(SECRET_ITEM(found.items->data), secret.get(), nullptr, failure);
+    return failure.status();
 }
 
 CredentialStore::Match SecretServiceCredentialStore::copyMatching(const QString &service, const QString &account)
@@ -230,8 +250,7 @@ CredentialStore::Match SecretServiceCredentialStore::copyMatching(const QString 
     auto *item = SECRET_ITEM(found.items->data);
     Failure failure;
     secret_item_load_secret_sync(item, nullptr, failure);
-    const std::unique_ptr<SecretValue, UnreferenceValue> secret(failure.happened() ? nullptr
-                                                                                   : secret_item_get_secret(item));
+    const Secret secret(failure.happened() ? nullptr : secret_item_get_secret(item));
     if (failure.happened()) {
         return {failure.status(), std::nullopt};
     }

@@ -12,19 +12,20 @@ SystemCredentialStore::~SystemCredentialStore() = default;
 
 CredentialStore &SystemCredentialStore::chosen()
 {
-    if (m_chosen) {
-        return *m_chosen;
+    if (m_owned) {
+        return *m_owned;
     }
     if (SecretServiceCredentialStore::isAvailable()) {
-        m_chosen = std::make_unique<SecretServiceCredentialStore>();
+        m_owned = std::make_unique<SecretServiceCredentialStore>();
         printLogger(QStringLiteral("🔑 Credentials are kept in the desktop's keyring (Secret Service)"));
     } else {
-        m_chosen = std::make_unique<EmbeddedCredentialStore>(m_directory);
+        m_owned = std::make_unique<EmbeddedCredentialStore>(m_directory);
         printLogger(QStringLiteral("⚠️ No keyring answers in this session: credentials are kept in the program's own "
                                    "store, in ") +
                     m_directory);
     }
-    return *m_chosen;
+    m_chosen = m_owned.get();
+    return *m_owned;
 }
 
 CredentialStatus SystemCredentialStore::add(const QString &service, const QString &account, const QByteArray &value)
@@ -49,7 +50,8 @@ CredentialStatus SystemCredentialStore::remove(const QString &service, const QSt
 
 QString SystemCredentialStore::displayName() const
 {
-    return m_chosen ? m_chosen->displayName() : QStringLiteral("not chosen yet");
+    const CredentialStore *store = m_chosen;
+    return store ? store->displayName() : QStringLiteral("not chosen yet");
 }
 
 } // namespace quillhaven

@@ -2,6 +2,7 @@
 
 #include "platform/CredentialStore.h"
 
+#include <atomic>
 #include <memory>
 
 namespace quillhaven {
@@ -21,14 +22,15 @@ public:
                                           const QByteArray &value) override;
     [[nodiscard]] Match copyMatching(const QString &service, const QString &account) override;
     [[nodiscard]] CredentialStatus remove(const QString &service, const QString &account) override;
-    /// The chosen store's name; "not chosen yet" before the first call.
+    /// The chosen store's name; "not chosen yet" before the first call. Any thread may ask.
     [[nodiscard]] QString displayName() const override;
 
 private:
     [[nodiscard]] CredentialStore &chosen();
 
     QString m_directory;
-    std::unique_ptr<CredentialStore> m_chosen;
+    std::unique_ptr<CredentialStore> m_owned;
+    std::atomic<CredentialStore *> m_chosen = nullptr; ///< set once, on the queue; read by the window
 };
 
 } // namespace quillhaven

@@ -1,0 +1,22 @@
+#include "credentials/KeychainManager.h"
+#include "platform/linux/SystemCredentialStore.h"
+#include "support/LogCapture.h"
+#include "support/TemporaryHome.h"
+
+#include <gtest/gtest.h>
+
+using namespace quillhaven;
+using namespace quillhaven::testing;
+
+TEST(KeyringWithoutCollection, HasAStatusOfItsOwnInAllFourCallsAndPromptsForNothing)
+{
+    const TemporaryHome home;
+    LogCapture log;
+    SystemCredentialStore store(home.directories().configuration);
+    const QString account = QStringLiteral("master_password");
+    EXPECT_EQ(store.copyMatching(keychainServiceName, account).status, credentialNoDefaultCollection);
+    EXPECT_EQ(store.add(keychainServiceName, account, "secret"), credentialNoDefaultCollection);
+    EXPECT_EQ(store.update(keychainServiceName, account, "secret"), credentialNoDefaultCollection);
+    EXPECT_EQ(store.remove(keychainServiceName, account), credentialNoDefaultCollection);
+    EXPECT_EQ(store.displayName(), QStringLiteral("Secret Service"));
+}
