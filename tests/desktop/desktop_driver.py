@@ -10,6 +10,7 @@ import re
 import signal
 import subprocess
 import time
+from pathlib import Path
 
 import gi
 
@@ -54,9 +55,17 @@ def type_text(text):
     subprocess.run(["xdotool", "type", "--clearmodifiers", "--delay", "2", text], check=True)
 
 
-def screenshot(path):
-    """Keeps what the whole display shows as a PNG."""
-    subprocess.run(["import", "-silent", "-window", "root", str(path)], check=True)
+def _pixels():
+    return subprocess.run(["import", "-silent", "-window", "root", "png:-"], check=True, capture_output=True).stdout
+
+
+def screenshot(path, seconds=2.0):
+    """Keeps what the whole display shows as a PNG, once two looks in a row are alike or the time is up."""
+    end = time.monotonic() + seconds
+    before, now = None, _pixels()
+    while now != before and time.monotonic() < end:
+        before, now = now, _pixels()
+    Path(path).write_bytes(now)
 
 
 class Node:
@@ -103,10 +112,14 @@ class Node:
     def showing(self):
         return self.has("showing") and self.has("visible")
 
+    def _interface(self, get):
+        # The bus may be asked for a control's interfaces a moment before the control has told them.
+        return self._program.wait_for(lambda: self._read(get, None), f"{self} to answer")
+
     @property
     def bounds(self):
         """x, y, width and height on the display."""
-        extents = self._accessible.get_component_iface().get_extents(Atspi.CoordType.SCREEN)
+        extents = self._interface(self._accessible.get_component_iface).get_extents(Atspi.CoordType.SCREEN)
         return extents.x, extents.y, extents.width, extents.height
 
     def children(self):
@@ -114,6 +127,8 @@ class Node:
         for index in range(count):
             child = self._read(lambda: self._accessible.get_child_at_index(index), None)
             if child is not None:
+                # An object that was out of reach when its parent was cleared keeps what it told long ago.
+                child.clear_cache()
                 yield Node(child, self._program)
 
     def walk(self):
@@ -135,7 +150,12 @@ class Node:
                 return False
         elif name is not None and own != name:
             return False
-        return self.showing
+        return self.showing and (self.role not in (BUTTON, FIELD) or self.usable)
+
+    @property
+    def usable(self):
+        """Whether it can be pressed or typed into: a dialog that fades away still shows controls that cannot."""
+        return self.has("enabled") and self.has("sensitive")
 
     def actions(self):
         def read():
@@ -148,7 +168,6 @@ class Node:
 
     def press(self):
         """Does what a screen reader's "activate" does."""
-        self._program.wait_for(lambda: self.has("enabled") and self.has("sensitive"), f"{self} to be enabled")
         actions = self.actions()
         for wanted in ("Press", "Toggle"):
             if wanted in actions:
@@ -165,7 +184,7 @@ class Node:
     def focus(self):
         """Gives the control the keyboard's focus, and waits until it has it."""
         if not self.has("focused"):
-            Atspi.Component.grab_focus(self._accessible.get_component_iface())
+            Atspi.Component.grab_focus(self._interface(self._accessible.get_component_iface))
         self._program.wait_for(lambda: self.has("focused"), f"the focus on {self}")
 
     def type(self, text):
@@ -175,7 +194,7 @@ class Node:
 
     def set_text(self, text):
         """Replaces the text of a field that offers that over the bus (the toolkit's file panels do)."""
-        Atspi.EditableText.set_text_contents(self._accessible.get_editable_text_iface(), text)
+        Atspi.EditableText.set_text_contents(self._interface(self._accessible.get_editable_text_iface), text)
         self._program.wait_for(lambda: self.text == text, f"{self} to hold {text!r}")
 
     def __str__(self):
@@ -226,6 +245,11 @@ class Program:
             self.process.wait()
             raise DesktopError(f"The program did not end in {WAIT_SECONDS:.0f} s.\n{self.describe()}") from None
 
+    @staticmethod
+    def greet_bus():
+        """Starts the accessibility bus of the session, where it does not run yet."""
+        Atspi.get_desktop(0).get_child_count()
+
     def root(self):
         """The program's object on the bus, read afresh, or None while there is none."""
         desktop = Atspi.get_desktop(0)
@@ -244,7 +268,9 @@ class Program:
         return root.walk() if root else iter(())
 
     def look(self, role, name):
-        """The first showing control of this role and name, or None. A name may be a compiled pattern; None is any."""
+        """The first control of this role and name that shows, or None; a button or a field must be enabled too.
+
+        A name may be a compiled pattern, and None is any name or role."""
         return next((node for node in self.walk() if node.matches(role, name)), None)
 
     def find(self, role, name, seconds=WAIT_SECONDS):
@@ -273,6 +299,14 @@ class Program:
             if node.has("focused") and node.showing and node.role not in ("frame", "window"):
                 found = node
         return found
+
+    def wait_until_active(self):
+        """Waits until a window of the program takes what is typed."""
+        self.wait_for(lambda: any(node.has("active") for node in self.windows()), "a window to become active")
+
+    def windows(self):
+        root = self.root()
+        return list(root.children()) if root else []
 
     def wait_for(self, condition, what, seconds=WAIT_SECONDS):
         def alive():

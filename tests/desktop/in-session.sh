@@ -9,4 +9,6 @@ command=("$support/with-display.sh" "$support/with-keyring.sh")
 
 # No byte code beside the sources, and Debian's own Python, which has the bindings.
 export PYTHONDONTWRITEBYTECODE=1 PATH=/usr/sbin:/usr/bin:/sbin:/bin
-exec "${command[@]}" "$@"
+# What the session's own daemons say of their start is left out.
+noise='^dbus-daemon\[|^SpiRegistry daemon|^Openbox-Message'
+exec "${command[@]}" "$@" > >(exec grep --line-buffered -vE "$noise") 2> >(exec grep --line-buffered -vE "$noise" >&2)

@@ -10,6 +10,8 @@ class Keyboard(WindowTest):
     def setUp(self):
         super().setUp()
         self.letter = self.file("letter.txt")
+        self.program.find(BUTTON, flows.PROTECT)
+        self.program.wait_until_active()
 
     def tab_to(self, name):
         """Presses Tab until the control of this name has the focus; a whole round without it is a failure."""

@@ -12,8 +12,7 @@ class Starting(WindowTest):
         second = self.start()
         self.assertEqual(second.wait(), 0)
         self.assertTrue(self.program.is_running())
-        self.program.wait_for(lambda: any(node.role == "frame" and node.has("active") for node in self.program.walk()),
-                              "the first window to be in front")
+        self.program.wait_until_active()
 
     def test_a_restart_keeps_the_list(self):
         letter, notes = self.file("letter.txt"), self.file("notes.txt")

@@ -64,7 +64,7 @@ class Tour:
         self.restart()
         self.remove_protection()
         self.step("Quit")
-        self.check(self.program.quit() == 0, "the program ended with exit code 0")
+        self.end_program()
 
     def close(self):
         if self.program is not None:
@@ -176,7 +176,7 @@ class Tour:
     def restart(self):
         self.step("Quit, and start again")
         catalogue = self.home.catalogue()
-        self.check(self.program.quit() == 0, "the program ended with exit code 0")
+        self.end_program()
         self.check(self.home.catalogue() == catalogue, "quitting changed nothing in the catalogue")
         self.program = Program(self._binary, self.home)
         for name in ("letter.txt", "drafts"):
@@ -214,6 +214,12 @@ class Tour:
         if changed:
             raise DesktopError(f"{path.name} is not what it was:\n" + "\n".join(changed))
         self.found(f"{path.name} is what it was: bytes, times to the nanosecond, mode, owner, attributes, access list")
+
+    def end_program(self):
+        code = self.program.quit()
+        if code != 0:
+            raise DesktopError(f"The program ended with {code}, not with 0.\n{self.program.describe()}")
+        self.found("the program ended with exit code 0")
 
     def check_summary(self):
         keys = {"id", "originalName", "originalPath", "isFolder", "isMounted"}

@@ -54,4 +54,6 @@ class WindowTest(unittest.TestCase):
 
 
 def main():
-    unittest.main(verbosity=2)
+    # Brings the session's services up first, so that what they say of it does not stand amid the results.
+    Program.greet_bus()
+    unittest.main(verbosity=2, warnings="ignore")
