@@ -112,7 +112,9 @@ QString KeychainManager::retrieve(const QString &account)
     if (!match.value) {
         throw KeychainError(KeychainError::invalidData);
     }
-    QStringDecoder decoder(QStringDecoder::Utf8, QStringDecoder::Flag::Stateless);
+    // A byte order mark is a character of the secret like any other.
+    QStringDecoder decoder(QStringDecoder::Utf8,
+                           QStringDecoder::Flag::Stateless | QStringDecoder::Flag::ConvertInitialBom);
     const QString text = decoder.decode(*match.value);
     if (decoder.hasError()) {
         throw KeychainError(KeychainError::invalidData);

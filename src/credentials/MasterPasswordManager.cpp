@@ -94,8 +94,9 @@ QCoro::Task<bool> MasterPasswordManager::authenticate(QString password)
         throw MasterPasswordError(MasterPasswordError::noMasterPassword);
     }
     auto read = [keychain = m_keychain] { return keychain->retrieveMasterPassword(); };
+    const QPointer<MasterPasswordManager> self(this);
     const QString stored = co_await offMainThread(m_credentialQueue, std::move(read));
-    if (stored != password) {
+    if (!self || stored != password) {
         co_return false;
     }
     setIsAuthenticated(true);
@@ -109,30 +110,32 @@ QCoro::Task<bool> MasterPasswordManager::requireAuthenticationOrCancel()
     if (!m_hasMasterPassword || m_isAuthenticated) {
         co_return true;
     }
-    Answer<bool> answer;
-    showAuthenticationDialog([answer](bool succeeded) { answer.give(succeeded); });
-    const bool succeeded = co_await answer;
+    const auto showing = std::make_shared<Showing>();
+    showAuthenticationDialog(showing);
+    const bool succeeded = co_await showing->answer;
     if (!succeeded) {
         endSession();
     }
     co_return succeeded;
 }
 
-void MasterPasswordManager::showAuthenticationDialog(Completion completion)
+void MasterPasswordManager::showAuthenticationDialog(std::shared_ptr<Showing> showing)
 {
+    m_showing = showing;
     MasterPasswordDialogManager &dialog = m_dialogManager;
     dialog.setTitle(QStringLiteral("Authentication Required"));
     dialog.setMessage(QStringLiteral("Enter your master password to continue:"));
-    dialog.onAuthenticate = [this, completion](const QString &entered) {
-        startJob([self = QPointer(this), entered, completion]() -> QCoro::Task<> {
+    dialog.onAuthenticate = [this, showing](const QString &entered) {
+        startJob([self = QPointer(this), entered, showing]() -> QCoro::Task<> {
             if (self) {
-                co_await checkEntered(self, entered, completion);
+                co_await checkEntered(self, entered, showing);
             }
         });
     };
-    dialog.onCancel = [this, completion] {
+    dialog.onCancel = [this, showing] {
         m_dialogManager.setIsPresented(false);
-        completion(false);
+        showing->isOver = true;
+        showing->answer.give(false);
     };
     dialog.setIsPresented(true);
     dialog.setShowingError(false);
@@ -142,7 +145,7 @@ void MasterPasswordManager::showAuthenticationDialog(Completion completion)
 }
 
 QCoro::Task<> MasterPasswordManager::checkEntered(QPointer<MasterPasswordManager> self, QString entered,
-                                                  Completion completion)
+                                                  std::shared_ptr<Showing> showing)
 {
     QString error;
     try {
@@ -152,20 +155,30 @@ QCoro::Task<> MasterPasswordManager::checkEntered(QPointer<MasterPasswordManager
     } catch (const LocalizedError &failure) {
         error = failure.errorDescription();
     }
-    // While the store answered, the dialog may have been cancelled; its caller has gone on without the session then.
     if (!self) {
         co_return;
     }
-    if (!self->m_dialogManager.isPresented()) {
-        self->endSession();
+    MasterPasswordDialogManager &dialog = self->m_dialogManager;
+    const auto current = self->m_showing;
+    // While the store answered, the dialog may have been cancelled; its caller has gone on without the session then.
+    if (showing->isOver || current->isOver || !dialog.isPresented()) {
+        if (error.isEmpty()) {
+            self->endSession();
+        }
         co_return;
     }
     if (!error.isEmpty()) {
-        self->m_dialogManager.showError(error);
+        if (showing == current) {
+            dialog.showError(error);
+        }
         co_return;
     }
-    self->m_dialogManager.setIsPresented(false);
-    completion(true);
+    // A later caller may have taken the dialog over meanwhile: the session is open for it as well.
+    dialog.setIsPresented(false);
+    for (const auto &answered : {showing, current}) {
+        answered->isOver = true;
+        answered->answer.give(true);
+    }
 }
 
 void MasterPasswordManager::startAuthenticationTimer()

@@ -66,15 +66,20 @@ Q_SIGNALS:
     void hasMasterPasswordChanged();
 
 private:
-    using Completion = std::function<void(bool succeeded)>;
+    /// One caller's turn at the dialog.
+    struct Showing
+    {
+        Answer<bool> answer;
+        bool isOver = false; ///< answered or cancelled; a turn that another one replaced is not
+    };
 
     // Static: what they belong to may be gone before the store answers.
     [[nodiscard]] static QCoro::Task<> readAtStart(QPointer<MasterPasswordManager> self);
     [[nodiscard]] static QCoro::Task<> checkEntered(QPointer<MasterPasswordManager> self, QString entered,
-                                                    Completion completion);
+                                                    std::shared_ptr<Showing> showing);
     /// Ends when the store has answered whether a master password exists.
     [[nodiscard]] QCoro::Task<> waitForStart();
-    void showAuthenticationDialog(Completion completion);
+    void showAuthenticationDialog(std::shared_ptr<Showing> showing);
     void startAuthenticationTimer();
     void setIsAuthenticated(bool value);
     void setHasMasterPassword(bool value);
@@ -87,6 +92,7 @@ private:
     bool m_hasMasterPassword = false;
     bool m_hasReadAtStart = false;
     std::vector<Answer<bool>> m_waitingForStart;
+    std::shared_ptr<Showing> m_showing; ///< the latest turn
     std::unique_ptr<RunningTimer> m_authenticationTimer;
 };
 

@@ -140,6 +140,7 @@ void PasswordInputDialog::confirm()
     const QString password = m_password;
     m_manager.setIsPresented(false);
     clear();
+    Q_EMIT changed();
     if (const auto action = m_manager.onConfirm) {
         action(password);
     }
@@ -149,6 +150,7 @@ void PasswordInputDialog::cancel()
 {
     m_manager.setIsPresented(false);
     clear();
+    Q_EMIT changed();
     if (const auto action = m_manager.onCancel) {
         action();
     }

@@ -1,0 +1,50 @@
+#pragma once
+
+#include "platform/CredentialStore.h"
+
+#include <QSemaphore>
+
+#include <atomic>
+
+namespace quillhaven::testing {
+
+/// A store whose lookups wait, on the credential queue, until the test lets them through: a keyring that is slow.
+class GatedCredentialStore : public CredentialStore
+{
+public:
+    explicit GatedCredentialStore(CredentialStore &next) : m_next(next) {}
+
+    [[nodiscard]] CredentialStatus add(const QString &service, const QString &account, const QByteArray &value) override
+    {
+        return m_next.add(service, account, value);
+    }
+    [[nodiscard]] CredentialStatus update(const QString &service, const QString &account,
+                                          const QByteArray &value) override
+    {
+        return m_next.update(service, account, value);
+    }
+    [[nodiscard]] Match copyMatching(const QString &service, const QString &account) override
+    {
+        ++lookups;
+        if (isClosed) {
+            m_gate.acquire();
+        }
+        return m_next.copyMatching(service, account);
+    }
+    [[nodiscard]] CredentialStatus remove(const QString &service, const QString &account) override
+    {
+        return m_next.remove(service, account);
+    }
+    [[nodiscard]] QString displayName() const override { return m_next.displayName(); }
+
+    void letOneThrough() { m_gate.release(); }
+
+    std::atomic<bool> isClosed = false;
+    std::atomic<int> lookups = 0; ///< begun, the waiting one included
+
+private:
+    CredentialStore &m_next;
+    QSemaphore m_gate;
+};
+
+} // namespace quillhaven::testing
