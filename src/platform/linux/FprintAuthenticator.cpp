@@ -1,0 +1,89 @@
+#include "platform/linux/FprintAuthenticator.h"
+
+#include "platform/linux/FprintVerification.h"
+
+#include <QPointer>
+
+#include <utility>
+
+namespace quillhaven {
+
+FprintAuthenticator::FprintAuthenticator(QObject *parent) : BiometricAuthenticator(parent)
+{
+    m_connecting.setMaxThreadCount(1);
+}
+
+FprintAuthenticator::~FprintAuthenticator()
+{
+    if (m_verification) {
+        m_verification->disconnect(this);
+        m_verification->cancel();
+    }
+}
+
+QCoro::Task<bool> FprintAuthenticator::canEvaluatePolicy()
+{
+    const std::shared_ptr<SystemBus> bus = co_await systemBus();
+    if (!bus) {
+        co_return false;
+    }
+    const std::optional<FprintDevice> device = co_await FprintDevice::findDefault(bus);
+    if (!device) {
+        co_return false;
+    }
+    const QVariantList thisUser = {QString()};
+    const QDBusMessage reply =
+        co_await SystemBus::call(bus, device->call(QStringLiteral("ListEnrolledFingers"), thisUser));
+    co_return reply.type() == QDBusMessage::ReplyMessage && !reply.arguments().value(0).toStringList().isEmpty();
+}
+
+QCoro::Task<bool> FprintAuthenticator::evaluatePolicy(QString reason)
+{
+    if (m_verification && !m_verification->isDecided()) {
+        co_return false;
+    }
+    const QPointer<FprintAuthenticator> self(this);
+    const auto verification = std::make_shared<FprintVerification>();
+    const auto former = std::exchange(m_verification, verification);
+    connect(verification.get(), &FprintVerification::hintChanged, this,
+            [this, reason](const QString &hint) { setPrompt(true, reason, hint); });
+    connect(verification.get(), &FprintVerification::decided, this, [this] { setPrompt(false, {}, {}); });
+
+    if (former) {
+        const Answer<bool> closed = former->closed();
+        static_cast<void>(co_await closed);
+    }
+    std::shared_ptr<SystemBus> bus;
+    if (self && !verification->isDecided()) {
+        bus = co_await systemBus();
+    }
+    const bool matches = co_await FprintVerification::run(verification, bus);
+    bus.reset();
+    if (self && m_bus && !m_bus->isUsable()) {
+        // A reader whose release went unanswered is let go by closing the connection that claimed it.
+        m_bus.reset();
+    }
+    co_return matches;
+}
+
+void FprintAuthenticator::cancel()
+{
+    if (m_verification) {
+        m_verification->cancel();
+    }
+}
+
+QCoro::Task<std::shared_ptr<SystemBus>> FprintAuthenticator::systemBus()
+{
+    if (m_bus && m_bus->isUsable()) {
+        co_return m_bus;
+    }
+    const QPointer<FprintAuthenticator> self(this);
+    const std::shared_ptr<SystemBus> bus = co_await SystemBus::connect(m_connecting);
+    if (self) {
+        m_bus = bus;
+    }
+    co_return bus;
+}
+
+} // namespace quillhaven

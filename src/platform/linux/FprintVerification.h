@@ -1,0 +1,66 @@
+#pragma once
+
+// Before the standard library's coroutines, whose concepts moc cannot read otherwise.
+#include <QObject>
+
+#include "platform/Answer.h"
+#include "platform/linux/SystemBus.h"
+
+#include <optional>
+
+namespace quillhaven {
+
+/// The reader that fprintd offers first, and the connection name of the fprintd that offers it.
+struct FprintDevice
+{
+    QString owner;
+    QString path;
+
+    /// Nothing when there is no fprintd or no reader.
+    [[nodiscard]] static QCoro::Task<std::optional<FprintDevice>> findDefault(std::shared_ptr<SystemBus> bus);
+    [[nodiscard]] QDBusMessage call(const QString &method, const QVariantList &arguments = {}) const;
+};
+
+/// One verification of a finger with fprintd, from the claim of the reader to its release. An object for each, so that
+/// what fprintd still says about an ended one has nobody to reach. Main thread only.
+class FprintVerification : public QObject
+{
+    Q_OBJECT
+
+public:
+    using QObject::QObject;
+
+    /// Claims the reader, waits without limit for a finger that matches or for another end, and always gives the reader
+    /// back. Whether the finger matched; false also without a bus. Once for each object.
+    [[nodiscard]] static QCoro::Task<bool> run(std::shared_ptr<FprintVerification> verification,
+                                               std::shared_ptr<SystemBus> bus);
+
+    /// Ends it with false when nothing has ended it before.
+    void cancel() { decide(false); }
+    [[nodiscard]] bool isDecided() const { return m_outcome.isGiven(); }
+    /// Given when the reader is free again. One waiter.
+    [[nodiscard]] Answer<bool> closed() const { return m_closed; }
+
+Q_SIGNALS:
+    /// The reader waits for a finger: what the user should do next.
+    void hintChanged(const QString &hint);
+    /// The outcome stands; the reader is given back next.
+    void decided();
+
+private Q_SLOTS:
+    void onVerifyStatus(const QString &result, bool done);
+    void onServiceLost() { decide(false); }
+
+private:
+    QCoro::Task<> verify(std::shared_ptr<SystemBus> bus, FprintDevice device);
+    QCoro::Task<bool> readIsSwiped(std::shared_ptr<SystemBus> bus, FprintDevice device);
+    bool listen(QDBusConnection &connection, const FprintDevice &device);
+    void stopListening(QDBusConnection &connection, const FprintDevice &device);
+    void decide(bool matches);
+
+    Answer<bool> m_outcome;
+    Answer<bool> m_closed;
+    bool m_isSwiped = false; ///< the finger is drawn across the reader, rather than laid on it
+};
+
+} // namespace quillhaven
