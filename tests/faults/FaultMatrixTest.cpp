@@ -63,16 +63,16 @@ protected:
         }
         return bytes == "mine" ? QStringLiteral("data") : QStringLiteral("other");
     }
-    [[nodiscard]] QString state(const EngineHarness &engine) const
+    [[nodiscard]] QString state(const EngineHarness &subject) const
     {
         const QDir storage(services.home.path(QStringLiteral(".local/share/quillhaven")));
         const QStringList stored = storage.entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot);
-        const QString record = engine.count() == 0       ? QStringLiteral("none")
-                               : engine.item().isMounted ? QStringLiteral("unlocked")
-                                                         : QStringLiteral("locked");
+        const QString record = subject.count() == 0       ? QStringLiteral("none")
+                               : subject.item().isMounted ? QStringLiteral("unlocked")
+                                                          : QStringLiteral("locked");
         EXPECT_LE(stored.size(), 1) << "something was left behind in private storage";
         return QStringLiteral("%1, %2, %3")
-            .arg(standsAt(path),
+            .arg(standsAt(itemPath),
                  stored.isEmpty() ? QStringLiteral("nothing") : standsAt(storage.filePath(stored.first())), record);
     }
 
@@ -81,7 +81,7 @@ protected:
     SeamHooks hooks;
     HookedFileManager files{services.fileManager, hooks};
     EngineHarness engine{services, files};
-    QString path = services.home.write(QStringLiteral("Desktop/a.txt"), "mine");
+    QString itemPath = services.home.write(QStringLiteral("Desktop/a.txt"), "mine");
     std::atomic<int> remaining = 0;
     QString failedCall;
 };
@@ -115,7 +115,7 @@ TEST_P(FaultMatrix, ProtectFailsInTurn)
 
 TEST_P(FaultMatrix, LockFailsInTurn)
 {
-    engine.protect(path);
+    engine.protect(itemPath);
     engine.unlock();
     failChange(1);
     QString sentence = errorOf([&] { engine.lock(); });
@@ -136,7 +136,7 @@ TEST_P(FaultMatrix, LockFailsInTurn)
 
 TEST_P(FaultMatrix, UnlockFailsInTurn)
 {
-    engine.protect(path);
+    engine.protect(itemPath);
     failChange(1);
     QString sentence = errorOf([&] { engine.unlock(); });
     EXPECT_EQ(failedCall, QStringLiteral("removeItem"));
@@ -154,7 +154,7 @@ TEST_P(FaultMatrix, UnlockFailsInTurn)
 
 TEST_P(FaultMatrix, RemovalFailsInTurn)
 {
-    engine.protect(path);
+    engine.protect(itemPath);
     failChange(1);
     const QString sentence = errorOf([&] { engine.remove(); });
     EXPECT_EQ(failedCall, QStringLiteral("replaceItemAt"));

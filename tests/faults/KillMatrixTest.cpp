@@ -85,6 +85,14 @@ public:
         return names.size() == 1 ? standsAt(storage.filePath(names.first())) : names.join(QLatin1Char('+'));
     }
 
+    /// The id under which something lies in private storage; empty when nothing does.
+    [[nodiscard]] QString idInStorage() const
+    {
+        const QDir storage(home.path(QStringLiteral(".local/share/quillhaven")));
+        const QStringList names = storage.entryList(QDir::AllEntries | QDir::NoDotAndDotDot);
+        return names.isEmpty() ? QString() : names.first().section(QLatin1Char('_'), 0, 0);
+    }
+
     [[nodiscard]] QString container() const
     {
         return TemporaryHome::exists(home.path(QStringLiteral("Documents/item.secured"))) ? QStringLiteral("container")
@@ -104,6 +112,12 @@ public:
                 return QStringLiteral("none");
             }
             return engine.item().isMounted ? QStringLiteral("unlocked") : QStringLiteral("locked");
+        }
+
+        /// Whether the credential of the item with this id is in the keyring.
+        [[nodiscard]] bool hasCredential(const QString &id)
+        {
+            return services.realCredentials.copyMatching(keychainServiceName, id).status == credentialSuccess;
         }
 
         LogCapture log;
@@ -148,6 +162,8 @@ TEST_P(KillMatrix, ProtectStoppedAfterEachChangeLeavesWhatItPromises)
         scene.killAfter("protect", change);
         Scene::SecondStart second(scene);
         EXPECT_EQ(scene.state(second), states.at(change - 1)) << "killed after change " << change;
+        EXPECT_EQ(second.hasCredential(scene.idInStorage()), !isFolder() && change >= 4)
+            << "killed after change " << change;
         if (second.engine.count() == 1) {
             second.engine.unlock();
             EXPECT_EQ(scene.standsAt(scene.place()), QStringLiteral("data"));
@@ -223,8 +239,10 @@ TEST_P(KillMatrix, RemovalStoppedAfterEachChangeLeavesWhatItPromises)
     for (int change = 1; change <= states.size(); ++change) {
         const Scene scene(GetParam());
         scene.runToEnd("protect");
+        const QString id = scene.idInStorage();
         scene.killAfter("remove", change);
         Scene::SecondStart second(scene);
+        EXPECT_EQ(second.hasCredential(id), !isFolder() && change < 3) << "killed after change " << change;
         EXPECT_EQ(scene.state(second), states.at(change - 1)) << "killed after change " << change;
         if (second.engine.count() == 1) {
             EXPECT_EQ(engineErrorOf([&] { second.engine.remove(); }), QuillhavenError::itemNotFound);

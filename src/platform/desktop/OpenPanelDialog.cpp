@@ -1,14 +1,16 @@
 #include "platform/desktop/OpenPanelDialog.h"
 
 #include <QFileInfo>
-#include <QGridLayout>
 #include <QLabel>
+#include <QLayout>
 #include <QLineEdit>
 #include <QPushButton>
 
 namespace quillhaven {
 
 namespace {
+
+constexpr int messageMargin = 12;
 
 QString titleOf(const OpenPanelRequest &request)
 {
@@ -49,18 +51,18 @@ OpenPanelDialog::OpenPanelDialog(const OpenPanelRequest &request) : m_request(re
 
 void OpenPanelDialog::showMessage()
 {
-    auto *grid = qobject_cast<QGridLayout *>(layout());
-    if (!grid || m_request.message.isEmpty()) {
+    if (m_request.message.isEmpty() || !layout()) {
         return;
     }
     auto *label = new QLabel(m_request.message, this);
     label->setWordWrap(true);
+    label->setContentsMargins(messageMargin, messageMargin, messageMargin, 0);
     QFont font = label->font();
     font.setBold(true);
     label->setFont(font);
     label->setAccessibleName(m_request.message);
-    // The dialog's own rows begin at 0 and a grid cannot shift them, so that the label goes below the buttons' row.
-    grid->addWidget(label, grid->rowCount(), 0, 1, grid->columnCount());
+    // The place above a layout's own rows takes any widget.
+    layout()->setMenuBar(label);
 }
 
 void OpenPanelDialog::applyColors()

@@ -1,12 +1,12 @@
 #include "platform/desktop/SingleInstance.h"
 
 #include "platform/linux/SessionBus.h"
+#include "platform/printLogger.h"
 
 #include <QDBusAbstractAdaptor>
 #include <QDBusConnection>
 #include <QDBusConnectionInterface>
 #include <QDBusMessage>
-#include <QDir>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QLocalServer>
@@ -14,8 +14,6 @@
 #include <QLockFile>
 #include <QUrl>
 #include <QVariantMap>
-
-#include <unistd.h>
 
 namespace quillhaven {
 
@@ -67,17 +65,12 @@ QDBusMessage handOver(const QStringList &urls)
     return call;
 }
 
-QString socketPath()
-{
-    const QString runtime = qEnvironmentVariable("XDG_RUNTIME_DIR");
-    const QString folder =
-        runtime.isEmpty() ? QDir::tempPath() + QStringLiteral("/quillhaven-") + QString::number(::getuid()) : runtime;
-    return folder + QStringLiteral("/quillhaven.socket");
-}
-
 } // namespace
 
-SingleInstance::SingleInstance(QObject *parent) : QObject(parent) {}
+SingleInstance::SingleInstance(const QString &socketDirectory, QObject *parent)
+    : QObject(parent), m_socketDirectory(socketDirectory)
+{
+}
 
 SingleInstance::~SingleInstance() = default;
 
@@ -103,16 +96,21 @@ SingleInstance::Role SingleInstance::claimOnBus(const QStringList &urls)
         return Role::Primary;
     }
     bus.unregisterObject(objectPath);
-    bus.call(handOver(urls), QDBus::Block, answerTimeoutMs);
+    const QDBusMessage answer = bus.call(handOver(urls), QDBus::Block, answerTimeoutMs);
+    if (answer.type() == QDBusMessage::ErrorMessage) {
+        printLogger(QStringLiteral("⚠️ Quillhaven runs already, but it does not answer: ") + answer.errorMessage());
+    }
     return Role::Secondary;
 }
 
 SingleInstance::Role SingleInstance::claimBySocket(const QStringList &urls)
 {
-    const QString path = socketPath();
+    const QString path = m_socketDirectory + QStringLiteral("/quillhaven.socket");
     // The lock decides who looks first, so that two processes never take a stale socket away from each other.
     QLockFile lock(path + QStringLiteral(".lock"));
     if (!lock.tryLock(answerTimeoutMs)) {
+        printLogger(QStringLiteral("⚠️ Could not tell whether Quillhaven runs already: no lock in ") +
+                    m_socketDirectory);
         return Role::Primary;
     }
     QLocalSocket socket;
@@ -126,7 +124,9 @@ SingleInstance::Role SingleInstance::claimBySocket(const QStringList &urls)
     QLocalServer::removeServer(path);
     m_server = std::make_unique<QLocalServer>();
     m_server->setSocketOptions(QLocalServer::UserAccessOption);
-    m_server->listen(path);
+    if (!m_server->listen(path)) {
+        printLogger(QStringLiteral("⚠️ A second start will not find this one: ") + m_server->errorString());
+    }
     connect(m_server.get(), &QLocalServer::newConnection, this, [this] {
         QLocalSocket *client = m_server->nextPendingConnection();
         connect(client, &QLocalSocket::readyRead, this, [this, client] {

@@ -20,7 +20,8 @@ class SingleInstance : public QObject
 public:
     enum class Role { Primary, Secondary };
 
-    explicit SingleInstance(QObject *parent = nullptr);
+    /// `socketDirectory` is a folder of the user's own, for sessions without a bus.
+    explicit SingleInstance(const QString &socketDirectory, QObject *parent = nullptr);
     ~SingleInstance() override;
 
     /// Takes the name, or hands the arguments that are URLs to the process that holds it. Ask once, at the start.
@@ -40,6 +41,7 @@ private:
     [[nodiscard]] Role claimBySocket(const QStringList &urls);
     void receive(const QByteArray &message);
 
+    QString m_socketDirectory;
     std::unique_ptr<QLocalServer> m_server;
 };
 

@@ -83,17 +83,17 @@ ErrorDialogManager::TroubleshootingInfo ErrorDialogManager::detectTroubleshootin
     return {};
 }
 
-void ErrorDialogManager::showDefaultTroubleshooting(ConfirmationDialogManager &confirmation) const
+void ErrorDialogManager::showDefaultTroubleshooting(ConfirmationDialogManager *confirmation) const
 {
-    confirmation.setTitle(QStringLiteral("Troubleshooting"));
-    confirmation.setMessage(m_troubleshootingMessage);
-    confirmation.setConfirmTitle(QStringLiteral("OK"));
-    confirmation.setCancelTitle({});
-    confirmation.setIsDestructive(false);
-    confirmation.setShowCancelButton(true);
-    confirmation.onConfirm = {};
-    confirmation.onCancel = {};
-    confirmation.setIsPresented(true);
+    confirmation->setTitle(QStringLiteral("Troubleshooting"));
+    confirmation->setMessage(m_troubleshootingMessage);
+    confirmation->setConfirmTitle(QStringLiteral("OK"));
+    confirmation->setCancelTitle({});
+    confirmation->setIsDestructive(false);
+    confirmation->setShowCancelButton(true);
+    confirmation->onConfirm = {};
+    confirmation->onCancel = {};
+    confirmation->setIsPresented(true);
 }
 
 } // namespace quillhaven

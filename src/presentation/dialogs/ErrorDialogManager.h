@@ -39,7 +39,7 @@ public:
     /// The hint of the first row of words that the sentence holds one of. The order of the rows counts.
     [[nodiscard]] static TroubleshootingInfo detectTroubleshootingInfo(const QString &message);
     /// Puts the hint into a confirmation dialog and presents that. Its second button stays blank.
-    void showDefaultTroubleshooting(ConfirmationDialogManager &confirmation) const;
+    void showDefaultTroubleshooting(ConfirmationDialogManager *confirmation) const;
 
 Q_SIGNALS:
     void changed();

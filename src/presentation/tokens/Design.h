@@ -8,7 +8,7 @@ QT_END_NAMESPACE
 
 namespace quillhaven {
 
-/// Makes the QML module `Quillhaven.Design` and the symbols known to an engine. Call it before loading anything.
+/// Makes the program's QML modules and the symbols known to an engine. Call it before loading anything.
 void installDesign(QQmlEngine &engine);
 
 } // namespace quillhaven

@@ -1,75 +1,84 @@
 import QtQuick
+import Quillhaven.Design
 import QtQuick.Controls.Basic
+import QtQuick.Layouts
 
-/// A labelled password field. What is typed never reaches the accessibility bus, also while it is revealed.
+/// A secret that is typed, hidden until it is asked for. The wrapper speaks for it on the accessibility bus, which
+/// never gets the text itself, shown or hidden.
 FocusScope {
-    id: field
+    id: scope
 
     property string label
-    property alias text: input.text
     property string prompt
+    property alias text: input.text
     property bool revealed: false
-    signal accepted()
-    signal textEdited()
-    signal revealToggled()
 
-    implicitWidth: 280
-    implicitHeight: content.implicitHeight
+    signal accepted
+    signal edited
+
+    implicitWidth: column.implicitWidth
+    implicitHeight: column.implicitHeight
     Accessible.role: Accessible.EditableText
     Accessible.name: label
+    Accessible.description: prompt
     Accessible.focusable: true
+    Accessible.focused: input.activeFocus
 
-    Column {
-        id: content
+    ColumnLayout {
+        id: column
 
-        width: field.width
-        spacing: 6
+        anchors.fill: parent
+        spacing: Spacing.xs
 
         Text {
-            text: field.label
+            text: scope.label
+            font: Typography.settingLabel
             color: Colors.textSecondary
-            font: Typography.statusText
             Accessible.ignored: true
         }
-        TextField {
-            id: input
 
-            width: field.width
-            height: 40
-            rightPadding: 92
-            focus: true
-            echoMode: field.revealed ? TextInput.Normal : TextInput.Password
-            inputMethodHints: Qt.ImhSensitiveData | Qt.ImhNoPredictiveText | Qt.ImhNoAutoUppercase
-            color: Colors.textPrimary
-            placeholderText: field.prompt
-            placeholderTextColor: Colors.textTertiary
-            selectionColor: Colors.primary
-            font: Typography.scaledFont(Typography.calloutSize, Typography.regular)
-            Accessible.ignored: true
-            onAccepted: field.accepted()
-            onTextEdited: field.textEdited()
-            background: Rectangle {
-                radius: DesignSystem.cornerRadiusMedium
-                color: Colors.backgroundSecondary
-                border.width: input.activeFocus ? 2 : 1
-                border.color: input.activeFocus ? Colors.primaryAccent : Colors.border
+        RowLayout {
+            Layout.fillWidth: true
+            spacing: Spacing.sm
+
+            TextField {
+                id: input
+
+                Layout.fillWidth: true
+                implicitHeight: DesignSystem.buttonHeight + 4
+                focus: true
+                leftPadding: Spacing.md
+                rightPadding: Spacing.md
+                font: Typography.settingTitle
+                color: Colors.textPrimary
+                placeholderText: scope.prompt
+                placeholderTextColor: Colors.textTertiary
+                selectionColor: Colors.primary
+                selectedTextColor: Colors.textPrimary
+                selectByMouse: true
+                hoverEnabled: true
+                echoMode: scope.revealed ? TextInput.Normal : TextInput.Password
+                inputMethodHints: Qt.ImhSensitiveData | Qt.ImhNoPredictiveText | Qt.ImhNoAutoUppercase
+                Accessible.ignored: true
+                onAccepted: scope.accepted()
+                onTextEdited: scope.edited()
+
+                background: TextFieldFrame {
+                    focused: input.activeFocus
+                    hovered: input.hovered
+                }
+            }
+
+            SecondaryButton {
+                Layout.preferredWidth: 92
+                implicitHeight: DesignSystem.buttonHeight + 4
+                leftPadding: Spacing.sm
+                rightPadding: Spacing.sm
+                text: scope.revealed ? "Hide" : "Show"
+                symbol: scope.revealed ? "eye.slash.fill" : "eye.fill"
+                Accessible.description: scope.label
+                onClicked: scope.revealed = !scope.revealed
             }
         }
-    }
-    ButtonBase {
-        anchors.right: parent.right
-        anchors.rightMargin: 6
-        anchors.bottom: parent.bottom
-        anchors.bottomMargin: 6
-        implicitHeight: 28
-        leftPadding: Spacing.sm
-        rightPadding: Spacing.sm
-        fill: "transparent"
-        foreground: Colors.textSecondary
-        font: Typography.statusText
-        symbol: field.revealed ? "eye.slash.fill" : "eye.fill"
-        text: field.revealed ? "Hide" : "Show"
-        Accessible.description: field.label
-        onClicked: field.revealToggled()
     }
 }

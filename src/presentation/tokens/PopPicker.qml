@@ -1,45 +1,86 @@
 import QtQuick
+import Quillhaven.Design
 import QtQuick.Controls.Basic
 
-/// A popup list with one chosen option.
-ButtonBase {
+/// A button that opens a list to choose one option from.
+FilledButton {
     id: picker
 
     property string label
-    property var options: []
     property string selection
-    readonly property bool isOpen: menu.visible
+    property var options: []
+    property bool isOpen: menu.visible
+
     signal selected(string option)
 
+    fill: Colors.bgPanel
+    outline: Colors.borderSubtle
     text: label + ": " + selection
-    symbol: "chevron.down"
-    fill: Colors.cardBackground
-    outline: Colors.border
-    onClicked: menu.open()
+    Accessible.role: Accessible.ComboBox
+    onClicked: menu.visible ? menu.close() : menu.open()
+    Keys.onDownPressed: menu.open()
 
     Menu {
         id: menu
 
         y: picker.height + Spacing.xs
-        palette.window: Colors.cardBackground
-        palette.windowText: Colors.textPrimary
-        palette.light: Colors.primary
-        palette.dark: Colors.border
+        width: Math.max(picker.width, 160)
+        padding: Spacing.xs
 
-        Repeater {
+        background: Rectangle {
+            radius: DesignSystem.cornerRadiusMedium
+            color: Colors.bgPanel
+            border.width: 1
+            border.color: Colors.border
+        }
+
+        Instantiator {
             model: picker.options
+            delegate: MenuItem {
+                id: option
 
-            MenuItem {
                 required property string modelData
 
                 text: modelData
-                font: Typography.buttonText
-                Accessible.onPressAction: if (enabled) triggered()
-                onTriggered: {
-                    picker.selected(modelData)
+                implicitHeight: 32
+                font: Typography.settingLabel
+                Accessible.role: Accessible.MenuItem
+                Accessible.name: modelData
+                Accessible.onPressAction: choose()
+                onTriggered: choose()
+
+                function choose() {
                     menu.close()
+                    picker.selected(modelData)
+                }
+
+                contentItem: Row {
+                    spacing: Spacing.sm
+
+                    SymbolImage {
+                        anchors.verticalCenter: parent.verticalCenter
+                        opacity: option.modelData === picker.selection ? 1 : 0
+                        symbol: "checkmark.circle.fill"
+                        size: 16
+                        color: Colors.textPrimary
+                    }
+
+                    Text {
+                        anchors.verticalCenter: parent.verticalCenter
+                        text: option.text
+                        font: option.font
+                        color: Colors.textPrimary
+                        Accessible.ignored: true
+                    }
+                }
+
+                background: Rectangle {
+                    radius: DesignSystem.cornerRadiusSmall
+                    color: option.highlighted ? Colors.primary : "transparent"
                 }
             }
+            onObjectAdded: (index, object) => menu.insertItem(index, object)
+            onObjectRemoved: (index, object) => menu.removeItem(object)
         }
     }
 }

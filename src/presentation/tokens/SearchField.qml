@@ -1,31 +1,52 @@
 import QtQuick
+import Quillhaven.Design
 import QtQuick.Controls.Basic
 
-/// A field to search a list with.
+/// A search text with a prompt and a button that empties it.
 TextField {
     id: field
 
     implicitHeight: DesignSystem.buttonHeight
-    leftPadding: 36
+    leftPadding: Spacing.xl + Spacing.md
+    rightPadding: Spacing.xl + Spacing.md
+    font: Typography.settingLabel
     color: Colors.textPrimary
     placeholderTextColor: Colors.textTertiary
     selectionColor: Colors.primary
     selectedTextColor: Colors.textPrimary
-    verticalAlignment: TextInput.AlignVCenter
-    font: Typography.scaledFont(Typography.calloutSize, Typography.regular)
+    selectByMouse: true
+    hoverEnabled: true
+    Accessible.role: Accessible.EditableText
     Accessible.name: placeholderText
 
-    background: Rectangle {
-        radius: DesignSystem.cornerRadiusMedium
-        color: Colors.backgroundSecondary
-        border.width: field.activeFocus ? 2 : 1
-        border.color: field.activeFocus ? Colors.primaryAccent : Colors.border
+    background: TextFieldFrame {
+        focused: field.activeFocus
+        hovered: field.hovered
+    }
 
-        SymbolImage {
-            x: Spacing.md
-            anchors.verticalCenter: parent.verticalCenter
-            symbol: "magnifyingglass"
-            color: Colors.iconMuted
+    SymbolImage {
+        anchors.left: parent.left
+        anchors.leftMargin: Spacing.sm + 2
+        anchors.verticalCenter: parent.verticalCenter
+        symbol: "magnifyingglass"
+        size: 18
+        color: Colors.iconMuted
+    }
+
+    IconButton {
+        anchors.right: parent.right
+        anchors.rightMargin: 2
+        anchors.verticalCenter: parent.verticalCenter
+        width: 30
+        height: 30
+        visible: field.text !== ""
+        activeFocusOnTab: false
+        symbol: "xmark"
+        helpText: "Clear search text"
+        onClicked: {
+            field.clear()
+            field.textEdited()
+            field.forceActiveFocus()
         }
     }
 }

@@ -1,5 +1,8 @@
+import QtQuick
+import Quillhaven.Design
+
 /// A button beside the main one.
-ButtonBase {
-    fill: Colors.cardBackground
-    outline: Colors.border
+FilledButton {
+    fill: Colors.bgPanel
+    outline: Colors.borderSubtle
 }

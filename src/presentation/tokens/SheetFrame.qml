@@ -1,123 +1,212 @@
 import QtQuick
+import Quillhaven.Design
 import QtQuick.Layouts
-import QtQuick.Controls.Basic
 
-/// The sheet under every modal question: overlay, title, symbol, body and buttons.
-Popup {
+/// The one sheet under every dialog: overlay, panel, symbol, title, message, a body and a row of buttons. It takes all
+/// input while it shows, keeps the keyboard inside, and gives it back afterwards.
+FocusScope {
     id: sheet
 
-    property bool isPresented: false
+    property bool presented: false
     property string title
+    property string message
     property string symbol
     property color symbolColor: Colors.primaryAccent
-    property int minimumWidth: 350
-    property int maximumWidth: 500
-    /// What takes the keyboard when the sheet opens.
-    property Item initialFocus
-    default property alias body: bodySlot.data
-    property alias buttons: buttonSlot.data
-    property Item focusBefore
-    signal escaped()
-    signal returned()
+    property int minimumSheetWidth: 400
+    property int maximumSheetWidth: 500
+    /// The item that gets the keyboard when the sheet appears.
+    property Item initialFocusItem: null
+    default property alias body: bodyColumn.data
+    property alias buttons: buttonRow.data
 
-    parent: Overlay.overlay
-    anchors.centerIn: parent
-    width: parent ? Math.max(minimumWidth, Math.min(maximumWidth, parent.width - 2 * Spacing.xxl)) : maximumWidth
-    padding: Spacing.modalPadding
-    modal: true
-    focus: true
-    closePolicy: Popup.NoAutoClose
-    visible: isPresented
+    /// Return, where no button and no field has used it.
+    signal returnPressed
+    signal escapePressed
+    signal opened
 
-    onAboutToShow: focusBefore = parent && parent.Window.window ? parent.Window.window.activeFocusItem : null
-    onOpened: if (initialFocus) initialFocus.forceActiveFocus(Qt.TabFocusReason)
-    onClosed: if (focusBefore) focusBefore.forceActiveFocus(Qt.OtherFocusReason)
+    property Item previousFocusItem: null
 
-    Overlay.modal: Rectangle { color: Colors.modalOverlay }
+    anchors.fill: parent
+    z: 100
+    visible: presented || panel.opacity > 0
+    enabled: presented
+    Accessible.role: Accessible.Dialog
+    Accessible.name: title
+    Accessible.description: message
+    Accessible.ignored: !presented
 
-    enter: Transition {
-        NumberAnimation { property: "opacity"; from: 0; to: 1; duration: DesignSystem.animationStandard; easing.type: Easing.InOutQuad }
-        NumberAnimation { property: "scale"; from: 0.96; to: 1; duration: DesignSystem.animationStandard; easing.type: Easing.InOutQuad }
+    onPresentedChanged: {
+        if (presented) {
+            previousFocusItem = Window.activeFocusItem
+            opened()
+            Qt.callLater(takeFocus)
+        } else if (previousFocusItem) {
+            previousFocusItem.forceActiveFocus()
+            previousFocusItem = null
+        }
+    }
+    Component.onCompleted: {
+        if (presented) {
+            opened()
+            Qt.callLater(takeFocus)
+        }
     }
 
-    background: Item {
-        Repeater {
-            model: 6
+    function takeFocus() {
+        if (!presented)
+            return
+        const item = initialFocusItem ?? nextItemInFocusChain(true)
+        item.forceActiveFocus(Qt.TabFocusReason)
+    }
 
-            Rectangle {
-                required property int index
-
-                anchors.fill: parent
-                anchors.margins: -4 * (index + 1)
-                anchors.topMargin: -4 * (index + 1) + 8
-                anchors.bottomMargin: -4 * (index + 1) - 8
-                radius: DesignSystem.cornerRadiusModal + 4 * (index + 1)
-                color: Colors.modalShadow
-            }
+    function isInside(item) {
+        for (let each = item; each; each = each.parent) {
+            if (each === sheet)
+                return true
         }
-        Rectangle {
+        return false
+    }
+
+    Keys.onEscapePressed: escapePressed()
+    Keys.onReturnPressed: returnPressed()
+    Keys.onEnterPressed: returnPressed()
+
+    // Tab stays inside: whatever gets the keyboard elsewhere while the sheet shows hands it back.
+    Connections {
+        target: sheet.presented ? sheet.Window.window : null
+        function onActiveFocusItemChanged() {
+            const item = sheet.Window.activeFocusItem
+            if (item && !sheet.isInside(item))
+                Qt.callLater(sheet.takeFocus)
+        }
+    }
+
+    Rectangle {
+        anchors.fill: parent
+        color: Qt.rgba(0, 0, 0, 0.55)
+        opacity: panel.opacity
+
+        MouseArea {
             anchors.fill: parent
-            radius: DesignSystem.cornerRadiusModal
-            color: Colors.modalBackground
-            border.width: 1
-            border.color: Colors.border
+            hoverEnabled: true
+            onWheel: (wheel) => wheel.accepted = true
         }
     }
 
-    contentItem: FocusScope {
-        focus: true
-        implicitHeight: column.implicitHeight
-        Accessible.role: Accessible.Dialog
-        Accessible.name: sheet.title
-        Keys.onEscapePressed: sheet.escaped()
-        Keys.onReturnPressed: sheet.returned()
-        Keys.onEnterPressed: sheet.returned()
+    Repeater {
+        // A soft shadow from a few outlines, each in the token's colour.
+        model: DesignSystem.shadowModal.radius / 4
 
-        ColumnLayout {
-            id: column
+        Rectangle {
+            required property int index
 
-            anchors.left: parent.left
-            anchors.right: parent.right
-            spacing: Spacing.lg
+            anchors.fill: panel
+            anchors.margins: -index * 3
+            anchors.topMargin: -index * 3 + DesignSystem.shadowModal.y
+            anchors.bottomMargin: -index * 3 - DesignSystem.shadowModal.y
+            radius: panel.radius + index * 3
+            color: Colors.modalShadow
+            opacity: panel.opacity
+        }
+    }
 
-            Rectangle {
-                Layout.alignment: Qt.AlignHCenter
-                implicitWidth: 64
-                implicitHeight: 64
-                radius: 32
-                visible: sheet.symbol !== ""
-                color: Qt.alpha(sheet.symbolColor, 0.16)
+    Rectangle {
+        id: panel
 
-                SymbolImage {
-                    anchors.centerIn: parent
-                    symbol: sheet.symbol
-                    color: sheet.symbolColor
-                    size: 32
-                }
-            }
-            Text {
-                Layout.fillWidth: true
-                text: sheet.title
-                textFormat: Text.PlainText
-                color: Colors.text
-                font: Typography.modalTitle
-                wrapMode: Text.Wrap
-                horizontalAlignment: Text.AlignHCenter
-                Accessible.role: Accessible.Heading
-                Accessible.name: text
-            }
+        anchors.centerIn: parent
+        width: Math.min(sheet.width - Spacing.xl * 2,
+                        Math.max(sheet.minimumSheetWidth,
+                                 Math.min(sheet.maximumSheetWidth, content.implicitWidth + Spacing.modalPadding * 2)))
+        height: Math.min(sheet.height - Spacing.xl, content.implicitHeight + Spacing.modalPadding * 2)
+        radius: DesignSystem.cornerRadiusModal
+        color: Colors.modalBackground
+        border.width: 1
+        border.color: Colors.border
+        opacity: sheet.presented ? 1 : 0
+        scale: sheet.presented ? 1 : 0.96
+
+        Behavior on opacity {
+            NumberAnimation { duration: DesignSystem.animationQuick; easing.type: Easing.InOutQuad }
+        }
+        Behavior on scale {
+            NumberAnimation { duration: DesignSystem.animationQuick; easing.type: Easing.OutBack }
+        }
+
+        Flickable {
+            id: scroller
+
+            anchors.fill: parent
+            anchors.margins: Spacing.modalPadding
+            contentHeight: content.implicitHeight
+            interactive: contentHeight > height
+            clip: interactive
+
             ColumnLayout {
-                id: bodySlot
+                id: content
 
-                Layout.fillWidth: true
-                spacing: Spacing.md
-            }
-            RowLayout {
-                id: buttonSlot
+                width: scroller.width
+                spacing: Spacing.lg
 
-                Layout.fillWidth: true
-                Layout.topMargin: Spacing.sm
-                spacing: Spacing.md
+                Rectangle {
+                    Layout.alignment: Qt.AlignHCenter
+                    implicitWidth: 64
+                    implicitHeight: 64
+                    radius: 32
+                    visible: sheet.symbol !== ""
+                    color: Qt.rgba(sheet.symbolColor.r, sheet.symbolColor.g, sheet.symbolColor.b, 0.16)
+
+                    SymbolImage {
+                        anchors.centerIn: parent
+                        symbol: sheet.symbol
+                        size: 32
+                        color: sheet.symbolColor
+                    }
+                }
+
+                Text {
+                    Layout.fillWidth: true
+                    text: sheet.title
+                    textFormat: Text.PlainText
+                    font: Typography.modalTitle
+                    color: Colors.textPrimary
+                    horizontalAlignment: Text.AlignHCenter
+                    wrapMode: Text.Wrap
+                    maximumLineCount: 3
+                    elide: Text.ElideMiddle
+                    Accessible.role: Accessible.Heading
+                    Accessible.name: text
+                }
+
+                Text {
+                    Layout.fillWidth: true
+                    Layout.topMargin: -Spacing.sm
+                    visible: text !== ""
+                    text: sheet.message
+                    textFormat: Text.PlainText
+                    font: Typography.settingLabel
+                    color: Colors.textSecondary
+                    lineHeight: 1.25
+                    horizontalAlignment: Text.AlignHCenter
+                    wrapMode: Text.Wrap
+                    Accessible.role: Accessible.StaticText
+                    Accessible.name: text
+                }
+
+                ColumnLayout {
+                    id: bodyColumn
+
+                    Layout.fillWidth: true
+                    spacing: Spacing.md
+                    visible: children.length > 0
+                }
+
+                RowLayout {
+                    id: buttonRow
+
+                    Layout.fillWidth: true
+                    Layout.topMargin: Spacing.sm
+                    spacing: Spacing.md
+                }
             }
         }
     }

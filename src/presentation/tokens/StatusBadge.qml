@@ -1,29 +1,33 @@
 import QtQuick
+import Quillhaven.Design
 
-/// A short state in a pill: "locked", "unlocked", "warning", "error" or "info".
+/// A small label that says in which state something is.
 Rectangle {
     id: badge
 
+    /// locked, unlocked, warning, error or info
     property string style: "info"
     property string text
     property bool showIcon: true
-    readonly property var looks: ({
-        locked: ["#B6B2F7", "#554DDD", "lock.fill"],
-        unlocked: ["#2D4D41", "#27CD41", "lock.open.fill"],
-        warning: [Colors.badgeWarningBg, Colors.badgeWarning, "exclamationmark.triangle.fill"],
-        error: [Qt.alpha(Colors.error, 0.18), Colors.error, "exclamationmark.octagon.fill"],
-        info: [Qt.alpha(Colors.info, 0.18), Colors.info, "info.circle.fill"]
-    })[style]
 
-    implicitWidth: content.implicitWidth + 2 * Spacing.sm
-    implicitHeight: 22
+    readonly property var looks: ({
+        "locked": { fill: Colors.badgeLockedFill, ink: Colors.primary, symbol: "lock.fill" },
+        "unlocked": { fill: Colors.badgeUnlockedFill, ink: Colors.badgeUnlockedText, symbol: "lock.open.fill" },
+        "warning": { fill: Colors.badgeWarningBg, ink: Colors.badgeWarning, symbol: "exclamationmark.triangle.fill" },
+        "error": { fill: Colors.badgeErrorBg, ink: Colors.error, symbol: "exclamationmark.octagon.fill" },
+        "info": { fill: Colors.badgeInfoBg, ink: Colors.info, symbol: "info.circle.fill" }
+    })
+    readonly property var look: looks[style] ?? looks.info
+
+    implicitWidth: row.implicitWidth + Spacing.md * 2
+    implicitHeight: 24
     radius: height / 2
-    color: looks[0]
+    color: look.fill
     Accessible.role: Accessible.StaticText
     Accessible.name: text
 
     Row {
-        id: content
+        id: row
 
         anchors.centerIn: parent
         spacing: Spacing.xs
@@ -31,14 +35,17 @@ Rectangle {
         SymbolImage {
             anchors.verticalCenter: parent.verticalCenter
             visible: badge.showIcon
-            symbol: badge.looks[2]
-            color: badge.looks[1]
-            size: 12
+            symbol: badge.look.symbol
+            size: 14
+            color: badge.look.ink
         }
+
         Text {
+            anchors.verticalCenter: parent.verticalCenter
             text: badge.text
-            color: badge.looks[1]
-            font: Typography.scaledFont(Typography.captionSize, Typography.semibold)
+            textFormat: Text.PlainText
+            font: Typography.statusText
+            color: badge.look.ink
             Accessible.ignored: true
         }
     }

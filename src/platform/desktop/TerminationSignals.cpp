@@ -1,0 +1,54 @@
+#include "platform/desktop/TerminationSignals.h"
+
+#include <csignal>
+
+#include <sys/signalfd.h>
+#include <unistd.h>
+
+namespace quillhaven {
+
+namespace {
+
+sigset_t terminationSignals()
+{
+    sigset_t signals;
+    sigemptyset(&signals);
+    for (const int number : {SIGTERM, SIGINT, SIGHUP}) {
+        sigaddset(&signals, number);
+    }
+    return signals;
+}
+
+} // namespace
+
+void TerminationSignals::block()
+{
+    const sigset_t signals = terminationSignals();
+    ::pthread_sigmask(SIG_BLOCK, &signals, nullptr);
+}
+
+TerminationSignals::TerminationSignals(QObject *parent) : QObject(parent)
+{
+    const sigset_t signals = terminationSignals();
+    m_fd = ::signalfd(-1, &signals, SFD_CLOEXEC | SFD_NONBLOCK);
+    if (m_fd < 0) {
+        return;
+    }
+    m_notifier = std::make_unique<QSocketNotifier>(m_fd, QSocketNotifier::Read);
+    connect(m_notifier.get(), &QSocketNotifier::activated, this, [this] {
+        signalfd_siginfo information{};
+        if (::read(m_fd, &information, sizeof information) == sizeof information) {
+            Q_EMIT terminationRequested();
+        }
+    });
+}
+
+TerminationSignals::~TerminationSignals()
+{
+    m_notifier.reset();
+    if (m_fd >= 0) {
+        ::close(m_fd);
+    }
+}
+
+} // namespace quillhaven

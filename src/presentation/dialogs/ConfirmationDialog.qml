@@ -1,0 +1,42 @@
+import QtQuick
+import QtQuick.Layouts
+import Quillhaven.Design
+import Quillhaven.Dialogs
+
+/// A yes-or-no question.
+SheetFrame {
+    id: dialog
+
+    required property QtObject manager
+
+    presented: manager.isPresented
+    title: manager.title
+    message: manager.message
+    symbol: manager.isDestructive ? "exclamationmark.triangle" : "questionmark.circle"
+    symbolColor: manager.isDestructive ? Colors.error : Colors.primaryAccent
+    minimumSheetWidth: 350
+    initialFocusItem: manager.isDestructive && manager.showCancelButton ? cancelButton : confirmButton
+    onReturnPressed: manager.confirm()
+    onEscapePressed: manager.cancel()
+
+    buttons: [
+        Item { Layout.fillWidth: true },
+        SecondaryButton {
+            id: cancelButton
+
+            Layout.minimumWidth: 120
+            visible: dialog.manager.showCancelButton
+            text: dialog.manager.cancelTitle
+            onClicked: dialog.manager.cancel()
+        },
+        FilledButton {
+            id: confirmButton
+
+            Layout.minimumWidth: 120
+            text: dialog.manager.confirmTitle
+            fill: dialog.manager.isDestructive ? Qt.darker(Colors.error, 1.25) : Colors.cta
+            onClicked: dialog.manager.confirm()
+        },
+        Item { Layout.fillWidth: true }
+    ]
+}

@@ -1,0 +1,87 @@
+import QtQuick
+import QtQuick.Layouts
+import Quillhaven.Design
+import Quillhaven.Dialogs
+
+/// One error, with a hint where its words call for one.
+SheetFrame {
+    id: dialog
+
+    required property QtObject manager
+
+    signal showTroubleshooting
+
+    presented: manager.isPresented
+    title: manager.errorTitle
+    message: manager.errorMessage
+    symbol: "exclamationmark.triangle.fill"
+    symbolColor: Colors.error
+    initialFocusItem: okButton
+    onReturnPressed: manager.hideError()
+    onEscapePressed: manager.hideError()
+
+    Rectangle {
+        Layout.fillWidth: true
+        visible: dialog.manager.showTroubleshooting
+        implicitHeight: hint.implicitHeight + Spacing.md * 2
+        radius: DesignSystem.cornerRadiusMedium
+        color: Colors.backgroundSecondary
+        border.width: 1
+        border.color: Colors.borderSubtle
+
+        RowLayout {
+            id: hint
+
+            anchors.left: parent.left
+            anchors.right: parent.right
+            anchors.top: parent.top
+            anchors.margins: Spacing.md
+            spacing: Spacing.md
+
+            SymbolImage {
+                Layout.alignment: Qt.AlignTop
+                symbol: "lightbulb.fill"
+                size: 22
+                color: Colors.warning
+            }
+
+            ColumnLayout {
+                Layout.fillWidth: true
+                spacing: Spacing.xs
+
+                Text {
+                    text: "Troubleshooting"
+                    font: Typography.settingTitle
+                    color: Colors.textPrimary
+                }
+
+                Text {
+                    Layout.fillWidth: true
+                    text: dialog.manager.troubleshootingMessage
+                    textFormat: Text.PlainText
+                    font: Typography.settingDescription
+                    color: Colors.textSecondary
+                    wrapMode: Text.Wrap
+                }
+            }
+        }
+    }
+
+    buttons: [
+        SecondaryButton {
+            Layout.fillWidth: true
+            Layout.preferredWidth: 1
+            visible: dialog.manager.showTroubleshooting
+            text: "Troubleshooting"
+            onClicked: dialog.showTroubleshooting()
+        },
+        PrimaryFilledButton {
+            id: okButton
+
+            Layout.fillWidth: true
+            Layout.preferredWidth: 1
+            text: "OK"
+            onClicked: dialog.manager.hideError()
+        }
+    ]
+}

@@ -1,0 +1,81 @@
+import QtQuick
+import QtQuick.Controls.Basic
+import QtQuick.Layouts
+import Quillhaven.Design
+import Quillhaven.Dialogs
+
+/// One of the ways to protect an item, as a large button.
+AbstractButton {
+    id: card
+
+    property string symbol
+    property string detail
+
+    function press() {
+        if (enabled)
+            clicked()
+    }
+
+    implicitHeight: 76
+    padding: Spacing.lg
+    hoverEnabled: true
+    Accessible.role: Accessible.Button
+    Accessible.name: text
+    Accessible.description: detail
+    Accessible.onPressAction: press()
+    Keys.onReturnPressed: press()
+    Keys.onEnterPressed: press()
+
+    contentItem: RowLayout {
+        spacing: Spacing.lg
+
+        Rectangle {
+            implicitWidth: Spacing.minTouchTarget
+            implicitHeight: Spacing.minTouchTarget
+            radius: DesignSystem.cornerRadiusLarge
+            color: Colors.selection
+
+            SymbolImage {
+                anchors.centerIn: parent
+                symbol: card.symbol
+                size: 24
+                color: Colors.primaryAccent
+            }
+        }
+
+        ColumnLayout {
+            Layout.fillWidth: true
+            spacing: 2
+
+            Text {
+                Layout.fillWidth: true
+                text: card.text
+                font: Typography.settingTitle
+                color: Colors.textPrimary
+                elide: Text.ElideRight
+                Accessible.ignored: true
+            }
+
+            Text {
+                Layout.fillWidth: true
+                text: card.detail
+                font: Typography.settingDescription
+                color: Colors.textSecondary
+                elide: Text.ElideRight
+                Accessible.ignored: true
+            }
+        }
+    }
+
+    background: Rectangle {
+        radius: DesignSystem.cornerRadiusLarge
+        color: card.down ? Colors.selection : card.hovered ? Qt.lighter(Colors.bgPanel, 1.12) : Colors.bgPanel
+        border.width: 1
+        border.color: card.hovered ? Colors.primaryAccent : Colors.borderSubtle
+
+        FocusRing {
+            shown: card.visualFocus
+            radius: DesignSystem.cornerRadiusLarge + 3
+        }
+    }
+}

@@ -1,0 +1,102 @@
+import QtQuick
+import QtQuick.Layouts
+import Quillhaven.Design
+import Quillhaven.Dialogs
+
+/// Asks for an item's password, or for a new one twice.
+SheetFrame {
+    id: sheet
+
+    required property QtObject manager
+    /// The state of this showing.
+    required property QtObject dialog
+
+    presented: manager.isPresented
+    title: manager.title
+    message: manager.message
+    symbol: "key.fill"
+    minimumSheetWidth: 350
+    maximumSheetWidth: 500
+    initialFocusItem: passwordField
+    onReturnPressed: dialog.confirm()
+    onEscapePressed: dialog.cancel()
+
+    PasswordField {
+        id: passwordField
+
+        Layout.fillWidth: true
+        Layout.minimumWidth: 360
+        label: "Password"
+        prompt: "Enter password"
+        text: sheet.dialog.password
+        revealed: sheet.dialog.showPassword
+        onTextChanged: sheet.dialog.password = text
+        onRevealedChanged: sheet.dialog.showPassword = revealed
+        onAccepted: sheet.dialog.confirm()
+    }
+
+    PasswordField {
+        id: confirmField
+
+        Layout.fillWidth: true
+        visible: sheet.manager.requiresConfirmation
+        label: "Confirm password"
+        prompt: "Confirm password"
+        text: sheet.dialog.confirmPassword
+        revealed: sheet.dialog.showConfirmPassword
+        onTextChanged: sheet.dialog.confirmPassword = text
+        onRevealedChanged: sheet.dialog.showConfirmPassword = revealed
+        onAccepted: sheet.dialog.confirm()
+    }
+
+    // Typing breaks a binding of the text; the state's own clearing must still reach the fields.
+    Connections {
+        target: sheet.dialog
+        function onChanged() {
+            if (passwordField.text !== sheet.dialog.password)
+                passwordField.text = sheet.dialog.password
+            if (confirmField.text !== sheet.dialog.confirmPassword)
+                confirmField.text = sheet.dialog.confirmPassword
+            if (passwordField.revealed !== sheet.dialog.showPassword)
+                passwordField.revealed = sheet.dialog.showPassword
+            if (confirmField.revealed !== sheet.dialog.showConfirmPassword)
+                confirmField.revealed = sheet.dialog.showConfirmPassword
+        }
+    }
+
+    InputErrorText {
+        text: sheet.dialog.showPasswordMismatch ? "Passwords don't match" : ""
+    }
+
+    ColumnLayout {
+        Layout.fillWidth: true
+        visible: sheet.dialog.showsRequirements
+        spacing: Spacing.xs
+
+        RequirementRow { text: "At least 8 characters"; isMet: sheet.dialog.hasMinimumLength }
+        RequirementRow { text: "Uppercase letter"; isMet: sheet.dialog.hasUppercase }
+        RequirementRow { text: "Lowercase letter"; isMet: sheet.dialog.hasLowercase }
+        RequirementRow { text: "Number"; isMet: sheet.dialog.hasDigit }
+    }
+
+    InputErrorText {
+        text: sheet.dialog.showPasswordStrengthError
+              ? "Password must be at least 8 characters with uppercase, lowercase, and numbers" : ""
+    }
+
+    buttons: [
+        SecondaryButton {
+            Layout.fillWidth: true
+            Layout.preferredWidth: 1
+            text: "Cancel"
+            onClicked: sheet.dialog.cancel()
+        },
+        PrimaryFilledButton {
+            Layout.fillWidth: true
+            Layout.preferredWidth: 1
+            text: sheet.dialog.confirmTitle
+            enabled: sheet.dialog.canConfirm
+            onClicked: sheet.dialog.confirm()
+        }
+    ]
+}

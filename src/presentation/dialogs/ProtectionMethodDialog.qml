@@ -1,0 +1,42 @@
+import QtQuick
+import QtQuick.Layouts
+import Quillhaven.Design
+import Quillhaven.Dialogs
+
+/// The choice between a password and the fingerprint reader for a new item.
+SheetFrame {
+    id: dialog
+
+    required property QtObject manager
+
+    presented: manager.isPresented
+    title: manager.title
+    message: "Choose how to lock this file:"
+    symbol: "lock.shield.fill"
+    initialFocusItem: passwordCard
+    onEscapePressed: manager.cancel()
+
+    MethodCard {
+        id: passwordCard
+
+        Layout.fillWidth: true
+        text: "Password Protection"
+        detail: "Secure with a custom password"
+        symbol: "key.fill"
+        onClicked: dialog.manager.choosePasswordProtection()
+    }
+
+    MethodCard {
+        Layout.fillWidth: true
+        text: "Touch ID Protection"
+        detail: "Secure with biometric authentication"
+        symbol: "touchid"
+        onClicked: dialog.manager.chooseTouchIDProtection()
+    }
+
+    buttons: SecondaryButton {
+        Layout.fillWidth: true
+        text: "Cancel"
+        onClicked: dialog.manager.cancel()
+    }
+}

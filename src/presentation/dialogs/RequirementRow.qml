@@ -1,0 +1,30 @@
+import QtQuick
+import QtQuick.Layouts
+import Quillhaven.Design
+import Quillhaven.Dialogs
+
+/// One requirement of a new password, and whether it is met.
+RowLayout {
+    id: row
+
+    property string text
+    property bool isMet: false
+
+    spacing: Spacing.sm
+    Accessible.role: Accessible.StaticText
+    Accessible.name: text + (isMet ? ", met" : ", not met")
+
+    SymbolImage {
+        symbol: row.isMet ? "checkmark.circle.fill" : "xmark.circle.fill"
+        size: 16
+        color: row.isMet ? Colors.success : Colors.error
+    }
+
+    Text {
+        Layout.fillWidth: true
+        text: row.text
+        font: Typography.settingDescription
+        color: row.isMet ? Colors.textPrimary : Colors.textSecondary
+        Accessible.ignored: true
+    }
+}

@@ -1,0 +1,37 @@
+import QtQuick
+import QtQuick.Layouts
+import Quillhaven.Design
+import Quillhaven.Dialogs
+
+/// Shows while the fingerprint reader waits for a finger.
+SheetFrame {
+    id: prompt
+
+    required property QtObject manager
+
+    presented: manager.isPrompting
+    title: "Touch ID"
+    message: manager.reason
+    symbol: "touchid"
+    minimumSheetWidth: 350
+    maximumSheetWidth: 400
+    onEscapePressed: manager.cancel()
+
+    Text {
+        Layout.fillWidth: true
+        text: prompt.manager.hint
+        textFormat: Text.PlainText
+        font: Typography.settingTitle
+        color: Colors.textPrimary
+        horizontalAlignment: Text.AlignHCenter
+        wrapMode: Text.Wrap
+        Accessible.role: Accessible.AlertMessage
+        Accessible.name: text
+    }
+
+    buttons: SecondaryButton {
+        Layout.fillWidth: true
+        text: "Cancel"
+        onClicked: prompt.manager.cancel()
+    }
+}

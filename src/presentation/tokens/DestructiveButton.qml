@@ -1,0 +1,7 @@
+import QtQuick
+import Quillhaven.Design
+
+/// The button of an action that cannot be taken back.
+FilledButton {
+    fill: Qt.darker(Colors.error, 1.25)
+}

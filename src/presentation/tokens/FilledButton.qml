@@ -1,0 +1,117 @@
+import QtQuick
+import Quillhaven.Design
+import QtQuick.Controls.Basic
+
+/// The one shape under every button: a fill or a gradient, a corner radius, a brighter fill under the pointer.
+Button {
+    id: button
+
+    property string symbol
+    property bool busy: false
+    property color fill: Colors.cta
+    property var fillGradient: null
+    property color foreground: Colors.textPrimary
+    property color outline: "transparent"
+    property int cornerRadius: DesignSystem.cornerRadiusMedium
+    property real hoverBrightness: DesignSystem.hoverBrightness
+    property string helpText
+
+    function press() {
+        if (enabled && !busy)
+            clicked()
+    }
+
+    implicitHeight: DesignSystem.buttonHeight
+    implicitWidth: Math.max(implicitContentWidth + leftPadding + rightPadding, 64)
+    leftPadding: Spacing.lg
+    rightPadding: Spacing.lg
+    topPadding: 0
+    bottomPadding: 0
+    hoverEnabled: true
+    font: Typography.buttonText
+
+    Accessible.role: Accessible.Button
+    Accessible.name: text
+    Accessible.description: helpText
+    Accessible.onPressAction: press()
+    Keys.onReturnPressed: press()
+    Keys.onEnterPressed: press()
+
+    ToolTip.visible: hovered && helpText !== ""
+    ToolTip.text: helpText
+    ToolTip.delay: 600
+
+    contentItem: Item {
+        implicitWidth: row.implicitWidth
+        implicitHeight: row.implicitHeight
+
+        Row {
+            id: row
+
+            anchors.centerIn: parent
+            spacing: Spacing.sm
+
+            SymbolImage {
+                anchors.verticalCenter: parent.verticalCenter
+                visible: button.symbol !== "" && !button.busy
+                symbol: button.symbol
+                size: 18
+                color: button.foreground
+            }
+
+            BusyIndicator {
+                anchors.verticalCenter: parent.verticalCenter
+                width: 18
+                height: 18
+                padding: 0
+                visible: button.busy
+                running: visible
+                palette.dark: button.foreground
+                Accessible.ignored: true
+            }
+
+            Text {
+                anchors.verticalCenter: parent.verticalCenter
+                visible: button.text !== ""
+                text: button.text
+                textFormat: Text.PlainText
+                font: button.font
+                color: button.foreground
+                Accessible.ignored: true
+            }
+        }
+    }
+
+    opacity: enabled ? 1 : 0.45
+
+    background: Rectangle {
+        radius: button.cornerRadius
+        color: button.fill
+        gradient: button.fillGradient
+        border.width: button.outline.a > 0 ? 1 : 0
+        border.color: button.outline
+
+        Rectangle {
+            anchors.fill: parent
+            radius: parent.radius
+            color: "white"
+            opacity: button.down ? 0 : button.hovered && button.enabled ? button.hoverBrightness : 0
+
+            Behavior on opacity {
+                NumberAnimation { duration: DesignSystem.animationQuick }
+            }
+        }
+
+        Rectangle {
+            anchors.fill: parent
+            radius: parent.radius
+            color: "black"
+            opacity: button.down ? 0.16 : 0
+        }
+
+        FocusRing {
+            shown: button.visualFocus
+            radius: button.cornerRadius + 3
+        }
+    }
+}

@@ -1,0 +1,14 @@
+import QtQuick
+import Quillhaven.Design
+
+/// The ring around the control that has the keyboard.
+Rectangle {
+    property bool shown: false
+
+    anchors.fill: parent
+    anchors.margins: -3
+    radius: DesignSystem.cornerRadiusMedium + 3
+    color: "transparent"
+    border.width: shown ? 2 : 0
+    border.color: Colors.primaryAccent
+}

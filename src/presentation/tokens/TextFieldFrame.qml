@@ -1,0 +1,13 @@
+import QtQuick
+import Quillhaven.Design
+
+/// The box around a text that can be typed.
+Rectangle {
+    property bool focused: false
+    property bool hovered: false
+
+    radius: DesignSystem.cornerRadiusMedium
+    color: Colors.backgroundSecondary
+    border.width: focused ? 2 : 1
+    border.color: focused ? Colors.primaryAccent : hovered ? Colors.border : Colors.borderSubtle
+}
