@@ -2,7 +2,8 @@
 """A keyring that answers when it is told to, for a client that must not wait with its window.
 
 Takes org.freedesktop.secrets on the session bus with one unlocked collection and one entry, the master password given
-as the argument. Every search is held until Release is called on com.tarnwick.HeldKeyring; Held counts the held ones.
+as the last argument. Every search is held until Release is called on com.tarnwick.HeldKeyring; Held counts the held
+ones. With --answer-at-once in front nothing is held.
 """
 import sys
 
@@ -51,6 +52,8 @@ class Keyring(WithProperties):
         wanted = {name: value for name, value in attributes.items() if name != "xdg:schema"}
         found = [ITEM_PATH] if wanted == ATTRIBUTES else []
         self.held.append(lambda: reply(dbus.Array(found, "o"), dbus.Array([], "o")))
+        if "--answer-at-once" in sys.argv:
+            self.Release()
 
     @dbus.service.method(SERVICE, in_signature="s", out_signature="o")
     def ReadAlias(self, _name):
@@ -103,7 +106,7 @@ session_bus = dbus.SessionBus()
 objects = [
     Keyring(session_bus),
     Collection(session_bus, COLLECTION_PATH),
-    Item(session_bus, sys.argv[1].encode()),
+    Item(session_bus, sys.argv[-1].encode()),
 ]
 name = dbus.service.BusName("org.freedesktop.secrets", session_bus, do_not_queue=True)
 GLib.MainLoop().run()

@@ -95,6 +95,17 @@ Attributes attributesFor(const QString &service, const QString &account)
                                               account.toUtf8().constData(), nullptr));
 }
 
+Owned<SecretService> openService(SecretServiceFlags flags, Failure &failure)
+{
+    Owned<SecretService> service(secret_service_get_sync(flags, nullptr, failure));
+    if (service) {
+        // The connection is the process's shared one; by default it would end the program, in the middle of whatever it
+        // does, when the bus ends.
+        g_dbus_connection_set_exit_on_close(g_dbus_proxy_get_connection(G_DBUS_PROXY(service.get())), FALSE);
+    }
+    return service;
+}
+
 /// The entries of a service and an account, and whether one of them is locked.
 struct Found
 {
@@ -122,7 +133,7 @@ Found find(const QString &service, const QString &account)
 {
     Found found;
     Failure failure;
-    const Owned<SecretService> secrets(secret_service_get_sync(SECRET_SERVICE_OPEN_SESSION, nullptr, failure));
+    const auto secrets = openService(SECRET_SERVICE_OPEN_SESSION, failure);
     if (!secrets) {
         return found;
     }
@@ -212,7 +223,7 @@ bool SecretServiceCredentialStore::isAvailable()
     // One that is there and slow, as a keyring is at login, is waited for later: taking another store because of it
     // would hide the secrets that lie in it.
     Failure failure;
-    const Owned<SecretService> secrets(secret_service_get_sync(SECRET_SERVICE_NONE, nullptr, failure));
+    const auto secrets = openService(SECRET_SERVICE_NONE, failure);
     return secrets || failure.isTimeout();
 }
 
