@@ -2,6 +2,7 @@
 
 #include "catalogue/QuillhavenError.h"
 
+#include <QDir>
 #include <QFileInfo>
 #include <QProcess>
 #include <QStandardPaths>
@@ -49,8 +50,13 @@ QString tarProgram()
 void runTar(const QString &archivePath, const QString &folder)
 {
     constexpr int noTimeout = -1;
-    const QFileInfo info(folder);
+    const QFileInfo info(QDir::cleanPath(folder));
     QProcess tar;
+    // Neither the user's own options nor anything waiting to be typed belongs to the archive.
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.remove(QStringLiteral("TAR_OPTIONS"));
+    tar.setProcessEnvironment(environment);
+    tar.setStandardInputFile(QProcess::nullDevice());
     tar.setStandardOutputFile(QProcess::nullDevice());
     tar.start(tarProgram(), {QStringLiteral("-cf"), archivePath, QStringLiteral("-C"), info.path(), info.fileName()});
     if (!tar.waitForStarted(noTimeout)) {

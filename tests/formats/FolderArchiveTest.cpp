@@ -1,0 +1,195 @@
+#include "formats/FolderArchive.h"
+#include "catalogue/QuillhavenError.h"
+#include "formats/Bytes.h"
+#include "platform/FileManagerDecorator.h"
+#include "platform/linux/LinuxFileManager.h"
+#include "platform/linux/OpenSslRandomSource.h"
+#include "support/TemporaryHome.h"
+
+#include <QDir>
+#include <QFile>
+#include <QProcess>
+
+#include <gtest/gtest.h>
+
+#include <thread>
+
+namespace quillhaven::testing {
+namespace {
+
+class UnreadableArchive : public FileManagerDecorator
+{
+public:
+    using FileManagerDecorator::FileManagerDecorator;
+    [[nodiscard]] FileBuffer readFile(const QString &path, size_t, size_t) const override
+    {
+        throw FileError::of(FileError::Kind::TooLargeForMemory, FileError::Action::Read, path);
+    }
+};
+
+class FolderArchiveTest : public ::testing::Test
+{
+protected:
+    // What the temporary directory holds is gone on every path.
+    ~FolderArchiveTest() override
+    {
+        EXPECT_EQ(QDir(home.directories().temporary).entryList(QDir::AllEntries | QDir::NoDotAndDotDot), QStringList());
+    }
+
+    QByteArray archiveOf(const QString &folder)
+    {
+        const FileBuffer buffer = createFolderArchive(files, random, home.directories(), folder, 0, 0);
+        const auto bytes = buffer.bytes();
+        return {reinterpret_cast<const char *>(bytes.data()), static_cast<qsizetype>(bytes.size())};
+    }
+    /// What the system's tar says about an archive, or makes of it.
+    QByteArray tar(const QByteArray &archive, const QStringList &arguments) const
+    {
+        QProcess process;
+        process.start(QStringLiteral("tar"), arguments);
+        EXPECT_TRUE(process.waitForStarted());
+        process.write(archive);
+        process.closeWriteChannel();
+        EXPECT_TRUE(process.waitForFinished());
+        EXPECT_EQ(process.exitCode(), 0) << process.readAllStandardError().constData();
+        return process.readAllStandardOutput();
+    }
+    QByteArray namesIn(const QByteArray &archive) const
+    {
+        return tar(archive, {QStringLiteral("-tf"), QStringLiteral("-")});
+    }
+    QString failureFor(const QString &folder)
+    {
+        try {
+            archiveOf(folder);
+        } catch (const QuillhavenError &error) {
+            EXPECT_EQ(error.errorCase(), QuillhavenError::encryptionFailed);
+            return error.errorDescription();
+        }
+        return {};
+    }
+
+    TemporaryHome home;
+    LinuxFileManager files;
+    OpenSslRandomSource random;
+};
+
+TEST_F(FolderArchiveTest, TheFoldersOwnNameIsTheOneTopLevelEntry)
+{
+    home.write(QStringLiteral("Documents/Letters/a.txt"));
+    const QByteArray archive = archiveOf(home.path(QStringLiteral("Documents/Letters")));
+    EXPECT_EQ(namesIn(archive), "Letters/\nLetters/a.txt\n");
+}
+
+TEST_F(FolderArchiveTest, BeginsWithAPlainTarHeaderForTheFolder)
+{
+    home.write(QStringLiteral("Documents/Letters/a.txt"));
+    const QByteArray archive = archiveOf(home.path(QStringLiteral("Documents/Letters")));
+    EXPECT_EQ(archive.left(10), QByteArray("Letters/\0\0", 10));
+    EXPECT_EQ(archive.mid(257, 5), "ustar");
+    EXPECT_EQ(archive.size() % 512, 0);
+}
+
+TEST_F(FolderArchiveTest, UnpacksToTheFolderAsItWas)
+{
+    home.write(QStringLiteral("Documents/F\u00f6lder/inner/b c.txt"), "the bytes");
+    home.write(QStringLiteral("Documents/F\u00f6lder/.hidden"), {});
+    QDir().mkpath(home.path(QStringLiteral("Documents/F\u00f6lder/empty")));
+    QFile::link(QStringLiteral("inner/b c.txt"), home.path(QStringLiteral("Documents/F\u00f6lder/link")));
+
+    const QByteArray archive = archiveOf(home.path(QStringLiteral("Documents/F\u00f6lder")));
+    tar(archive,
+        {QStringLiteral("-xf"), QStringLiteral("-"), QStringLiteral("-C"), home.path(QStringLiteral("Desktop"))});
+    const QString copy = home.path(QStringLiteral("Desktop/F\u00f6lder/"));
+    EXPECT_EQ(TemporaryHome::read(copy + QStringLiteral("inner/b c.txt")), "the bytes");
+    EXPECT_EQ(TemporaryHome::read(copy + QStringLiteral(".hidden")), QByteArray());
+    EXPECT_TRUE(QDir(copy + QStringLiteral("empty")).exists());
+    EXPECT_EQ(TemporaryHome::read(copy + QStringLiteral("link")), "the bytes");
+    EXPECT_TRUE(QFileInfo(copy + QStringLiteral("link")).isSymLink());
+}
+
+TEST_F(FolderArchiveTest, AnEmptyFolderIsOneEntry)
+{
+    QDir().mkpath(home.path(QStringLiteral("Documents/Nothing")));
+    EXPECT_EQ(namesIn(archiveOf(home.path(QStringLiteral("Documents/Nothing")))), "Nothing/\n");
+}
+
+TEST_F(FolderArchiveTest, ATrailingSlashDoesNotChangeTheName)
+{
+    home.write(QStringLiteral("Documents/Letters/a.txt"));
+    EXPECT_EQ(namesIn(archiveOf(home.path(QStringLiteral("Documents/Letters/")))), "Letters/\nLetters/a.txt\n");
+}
+
+TEST_F(FolderArchiveTest, TheArchiveStandsBetweenTheAskedRooms)
+{
+    home.write(QStringLiteral("Documents/Letters/a.txt"));
+    const QString folder = home.path(QStringLiteral("Documents/Letters"));
+    const QByteArray archive = archiveOf(folder);
+    const FileBuffer roomy = createFolderArchive(files, random, home.directories(), folder, 54, 16);
+    const auto bytes = roomy.bytes();
+    ASSERT_EQ(bytes.size(), static_cast<size_t>(archive.size()) + 70);
+    EXPECT_EQ(hexOf(bytes.first(54)), QByteArray(54, '\0').toHex());
+    EXPECT_TRUE(std::ranges::equal(bytes.subspan(54, bytes.size() - 70), bytesOf(archive)));
+    EXPECT_EQ(hexOf(bytes.last(16)), QByteArray(16, '\0').toHex());
+}
+
+TEST_F(FolderArchiveTest, RunsOnAThreadWithoutAnEventLoop)
+{
+    home.write(QStringLiteral("Documents/Letters/a.txt"));
+    QByteArray archive;
+    std::thread worker([&] { archive = archiveOf(home.path(QStringLiteral("Documents/Letters"))); });
+    worker.join();
+    EXPECT_EQ(namesIn(archive), "Letters/\nLetters/a.txt\n");
+}
+
+TEST_F(FolderArchiveTest, TarsOwnWordsReachTheMessage)
+{
+    qputenv("LC_ALL", "C");
+    const QString message = failureFor(home.path(QStringLiteral("Documents/Missing")));
+    qunsetenv("LC_ALL");
+    EXPECT_TRUE(
+        message.startsWith(QStringLiteral("Failed to create encrypted container: Failed to create folder archive: ")))
+        << qUtf8Printable(message);
+    EXPECT_TRUE(message.contains(QStringLiteral("tar: Missing: Cannot stat: No such file or directory")))
+        << qUtf8Printable(message);
+}
+
+TEST_F(FolderArchiveTest, ANameThatBeginsWithAHyphenIsTarsLastArgumentAndReadAsAnOption)
+{
+    qputenv("LC_ALL", "C");
+    home.write(QStringLiteral("Documents/-name/a.txt"));
+    const QString message = failureFor(home.path(QStringLiteral("Documents/-name")));
+    qunsetenv("LC_ALL");
+    EXPECT_TRUE(message.contains(QStringLiteral("tar: invalid option -- 'e'"))) << qUtf8Printable(message);
+}
+
+TEST_F(FolderArchiveTest, TheUsersOwnTarOptionsDoNotCount)
+{
+    home.write(QStringLiteral("Documents/Letters/a.txt"));
+    qputenv("TAR_OPTIONS", "--exclude=a.txt");
+    const QByteArray archive = archiveOf(home.path(QStringLiteral("Documents/Letters")));
+    qunsetenv("TAR_OPTIONS");
+    EXPECT_EQ(namesIn(archive), "Letters/\nLetters/a.txt\n");
+}
+
+TEST_F(FolderArchiveTest, AnArchiveThatCannotBeReadLeavesNoWorkDirectory)
+{
+    home.write(QStringLiteral("Documents/Letters/a.txt"));
+    UnreadableArchive unreadable(files);
+    EXPECT_THROW(static_cast<void>(createFolderArchive(unreadable, random, home.directories(),
+                                                       home.path(QStringLiteral("Documents/Letters")), 0, 0)),
+                 FileError);
+}
+
+TEST_F(FolderArchiveTest, AWorkDirectoryThatCannotBeMadeIsPassedOn)
+{
+    home.write(QStringLiteral("Documents/Letters/a.txt"));
+    UserDirectories directories = home.directories();
+    directories.temporary = home.write(QStringLiteral("Documents/in-the-way"));
+    EXPECT_THROW(static_cast<void>(createFolderArchive(files, random, directories,
+                                                       home.path(QStringLiteral("Documents/Letters")), 0, 0)),
+                 FileError);
+}
+
+} // namespace
+} // namespace quillhaven::testing

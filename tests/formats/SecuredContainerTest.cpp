@@ -1,0 +1,294 @@
+#include "formats/SecuredContainer.h"
+#include "formats/Bytes.h"
+#include "formats/CipherError.h"
+#include "formats/SealedBox.h"
+#include "platform/linux/LinuxFileManager.h"
+#include "platform/linux/OpenSslRandomSource.h"
+#include "support/TemporaryHome.h"
+
+#include <QCryptographicHash>
+#include <QDir>
+#include <QFile>
+#include <QProcess>
+#include <QRegularExpression>
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+
+namespace quillhaven::testing {
+namespace {
+
+class FailingRandom : public OpenSslRandomSource
+{
+public:
+    bool fill(std::span<std::byte>) override { return false; }
+};
+
+/// Gives the bytes 0, 1, 2 and so on.
+class CountingRandom : public OpenSslRandomSource
+{
+public:
+    bool fill(std::span<std::byte> buffer) override
+    {
+        std::ranges::generate(buffer, [this] { return static_cast<std::byte>(m_next++); });
+        return true;
+    }
+
+private:
+    unsigned char m_next = 0;
+};
+
+/// A figure of this process's memory in kB, such as "VmHWM", the most it has had.
+qint64 memory(const QByteArray &name)
+{
+    QFile status(QStringLiteral("/proc/self/status"));
+    if (!status.open(QIODevice::ReadOnly)) {
+        throw std::runtime_error("/proc/self/status cannot be read");
+    }
+    for (const QByteArray &line : status.readAll().split('\n')) {
+        if (line.startsWith(name + ':')) {
+            return line.mid(name.size() + 1).simplified().split(' ').first().toLongLong();
+        }
+    }
+    throw std::runtime_error("/proc/self/status does not tell it");
+}
+
+/// Python's own packages on one side, our writer on the other.
+class SecuredContainerTest : public ::testing::Test
+{
+protected:
+    struct Opened
+    {
+        int exitCode;
+        QByteArray output;
+    };
+
+    void write(const QString &source, const QString &withPassword)
+    {
+        createEncryptedContainer(files, random, home.directories(), source, container, withPassword,
+                                 QStringLiteral("not used"));
+    }
+    Opened run(const QStringList &arguments) const
+    {
+        QProcess python;
+        python.start(QStringLiteral("/usr/bin/python3"), arguments);
+        EXPECT_TRUE(python.waitForFinished(-1)) << qUtf8Printable(python.errorString());
+        return {.exitCode = python.exitCode(), .output = python.readAllStandardOutput().trimmed()};
+    }
+    Opened open(const QString &withPassword, const QString &output = {}) const
+    {
+        QStringList arguments = {QStringLiteral(OPEN_CONTAINER), container,
+                                 QString::fromLatin1(withPassword.toUtf8().toHex())};
+        if (!output.isEmpty()) {
+            arguments.append(output);
+        }
+        return run(arguments);
+    }
+    /// Length and digest as the reader prints them.
+    static QByteArray summary(const QByteArray &plaintext)
+    {
+        return QByteArray::number(plaintext.size()) + ' ' +
+               QCryptographicHash::hash(plaintext, QCryptographicHash::Sha256).toHex();
+    }
+    void expectRoundTrip(const QByteArray &plaintext, const QString &withPassword)
+    {
+        write(home.write(QStringLiteral("plain"), plaintext), withPassword);
+        EXPECT_EQ(QFileInfo(container).size(), plaintext.size() + 70);
+        const Opened opened = open(withPassword);
+        EXPECT_EQ(opened.exitCode, 0);
+        EXPECT_EQ(opened.output, summary(plaintext));
+    }
+    QByteArray randomBytes(qsizetype count)
+    {
+        OpenSslRandomSource source;
+        return generateRandomData(source, count);
+    }
+
+    TemporaryHome home;
+    LinuxFileManager files;
+    OpenSslRandomSource ownRandom;
+    RandomSource &random = ownRandom;
+    const QString container = home.path(QStringLiteral("Documents/letter.txt.secured"));
+    const QString password = QStringLiteral("Secret123");
+};
+
+TEST_F(SecuredContainerTest, AnEmptyFileGives70BytesThatOpenToNothing)
+{
+    expectRoundTrip({}, password);
+    EXPECT_EQ(QFileInfo(container).size(), 70);
+}
+
+TEST_F(SecuredContainerTest, OneByteOpens)
+{
+    expectRoundTrip("x", password);
+}
+
+TEST_F(SecuredContainerTest, SixtyFourKibibytesOpen)
+{
+    expectRoundTrip(randomBytes(64 * 1024), password);
+}
+
+TEST_F(SecuredContainerTest, ANonAsciiPasswordOpens)
+{
+    expectRoundTrip("The letter", QStringLiteral("Geheimnis \u00e4\u00f6\u00fc \u5bc6\u7801 \U0001F511"));
+}
+
+TEST_F(SecuredContainerTest, TheEmptyPasswordOfATouchIDFileOpensWithTheSaltInTheFile)
+{
+    expectRoundTrip("The letter", QStringLiteral(""));
+}
+
+TEST_F(SecuredContainerTest, AHundredMebibytesOpenAndNeedLittleMoreMemoryThanTheirSize)
+{
+    constexpr qint64 size = 100 * 1024 * 1024;
+    const QByteArray block = randomBytes(1024 * 1024);
+    QCryptographicHash hash(QCryptographicHash::Sha256);
+    QFile file(home.path(QStringLiteral("large")));
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    for (qint64 written = 0; written < size; written += block.size()) {
+        ASSERT_EQ(file.write(block), block.size());
+        hash.addData(block);
+    }
+    file.close();
+
+    QFile most(QStringLiteral("/proc/self/clear_refs"));
+    ASSERT_TRUE(most.open(QIODevice::WriteOnly));
+    ASSERT_EQ(most.write("5"), 1); // the peak begins anew
+    most.close();
+    const qint64 before = memory("VmRSS");
+    write(file.fileName(), password);
+    const qint64 growth = (memory("VmHWM") - before) * 1024;
+    EXPECT_GE(growth, size / 2); // else the figure says nothing
+    EXPECT_LE(growth, size + size / 5);
+
+    EXPECT_EQ(QFileInfo(container).size(), size + 70);
+    const Opened opened = open(password);
+    EXPECT_EQ(opened.exitCode, 0);
+    EXPECT_EQ(opened.output, QByteArray::number(size) + ' ' + hash.result().toHex());
+}
+
+TEST_F(SecuredContainerTest, AnotherPasswordDoesNotOpen)
+{
+    write(home.write(QStringLiteral("plain")), password);
+    EXPECT_EQ(open(QStringLiteral("Secret124")).exitCode, 2);
+    EXPECT_EQ(open({}).exitCode, 2);
+}
+
+TEST_F(SecuredContainerTest, TheTwoSpellingsOfAPasswordDoNotOpenEachOther)
+{
+    const QString composed = QStringLiteral("Caf\u00e91234");
+    const QString decomposed = composed.normalized(QString::NormalizationForm_D);
+    const QString plain = home.write(QStringLiteral("plain"));
+    write(plain, composed);
+    EXPECT_EQ(open(composed).exitCode, 0);
+    EXPECT_EQ(open(decomposed).exitCode, 2);
+    write(plain, decomposed);
+    EXPECT_EQ(open(composed).exitCode, 2);
+    EXPECT_EQ(open(decomposed).exitCode, 0);
+}
+
+TEST_F(SecuredContainerTest, TheSameContentTwiceDiffersInSaltNonceCiphertextAndTag)
+{
+    const QString plain = home.write(QStringLiteral("plain"), QByteArray(1000, 'a'));
+    write(plain, password);
+    const QByteArray first = TemporaryHome::read(container);
+    write(plain, password);
+    const QByteArray second = TemporaryHome::read(container);
+    EXPECT_EQ(first.left(10), second.left(10));
+    EXPECT_NE(first.mid(10, 32), second.mid(10, 32));
+    EXPECT_NE(first.mid(42, 12), second.mid(42, 12));
+    EXPECT_NE(first.mid(54, 1000), second.mid(54, 1000));
+    EXPECT_NE(first.mid(1054), second.mid(1054));
+}
+
+TEST_F(SecuredContainerTest, OurOwnCipherOpensFromByte42ToTheEnd)
+{
+    write(home.write(QStringLiteral("plain"), "The letter"), password);
+    QByteArray bytes = TemporaryHome::read(container);
+    EXPECT_TRUE(bytes.startsWith("QUILLHAVEN"));
+    const SymmetricKey key = deriveRecoveryKey(password, bytesOf(bytes).subspan(10, 32));
+    EXPECT_EQ(hexOf(sealed_box::openInPlace(key, writable(bytes).subspan(42))), QByteArray("The letter").toHex());
+}
+
+TEST_F(SecuredContainerTest, AFailingGeneratorLeavesZeroBytesWithNoReport)
+{
+    FailingRandom failing;
+    EXPECT_EQ(generateRandomData(failing, 32), QByteArray(32, '\0'));
+    const QString plain = home.write(QStringLiteral("plain"), "The letter");
+    createEncryptedContainer(files, failing, home.directories(), plain, container, password, {});
+    EXPECT_EQ(TemporaryHome::read(container).mid(10, 44), QByteArray(44, '\0'));
+    EXPECT_EQ(open(password).output, summary("The letter"));
+}
+
+TEST_F(SecuredContainerTest, RandomDataHasTheAskedLength)
+{
+    EXPECT_EQ(generateRandomData(random, 0), QByteArray());
+    const QByteArray data = generateRandomData(random, 32);
+    EXPECT_EQ(data.size(), 32);
+    EXPECT_NE(data, QByteArray(32, '\0'));
+    EXPECT_NE(data, generateRandomData(random, 32));
+}
+
+TEST_F(SecuredContainerTest, AnExistingLongerContainerIsOverwritten)
+{
+    home.write(QStringLiteral("Documents/letter.txt.secured"), QByteArray(5000, 'x'));
+    expectRoundTrip("The letter", password);
+}
+
+TEST_F(SecuredContainerTest, ASourceThatCannotBeReadThrowsAndLeavesTheFormerContainer)
+{
+    home.write(QStringLiteral("Documents/letter.txt.secured"), "former");
+    EXPECT_THROW(write(home.path(QStringLiteral("missing")), password), FileError);
+    EXPECT_EQ(TemporaryHome::read(container), "former");
+}
+
+TEST_F(SecuredContainerTest, AContainerThatCannotBeWrittenThrows)
+{
+    const QString plain = home.write(QStringLiteral("plain"));
+    EXPECT_THROW(createEncryptedContainer(files, random, home.directories(), plain,
+                                          home.path(QStringLiteral("no/such/folder/x.secured")), password, {}),
+                 FileError);
+}
+
+TEST_F(SecuredContainerTest, AFolderIsSealedAsItsArchive)
+{
+    home.write(QStringLiteral("Letters/a.txt"), "The letter");
+    write(home.path(QStringLiteral("Letters")), password);
+    const QString archive = home.path(QStringLiteral("archive"));
+    EXPECT_EQ(open(password, archive).exitCode, 0);
+    const QByteArray bytes = TemporaryHome::read(archive);
+    EXPECT_EQ(bytes.left(10), QByteArray("Letters/\0\0", 10));
+    EXPECT_TRUE(bytes.contains("The letter"));
+    EXPECT_EQ(QDir(home.directories().temporary).entryList(QDir::AllEntries | QDir::NoDotAndDotDot), QStringList());
+}
+
+TEST_F(SecuredContainerTest, AFoldersMarkerIsThePathOfItsDataWithoutALineEnd)
+{
+    EXPECT_EQ(secured_container::folderMarker(QStringLiteral("/home/ann/.local/share/quillhaven/\u00e4_original")),
+              "FOLDER:/home/ann/.local/share/quillhaven/\xc3\xa4_original");
+}
+
+TEST_F(SecuredContainerTest, ThePageOfTheFormatHasOurBytesAndAReaderThatOpensThem)
+{
+    const QString page = QString::fromUtf8(TemporaryHome::read(QStringLiteral(FORMATS_PAGE)));
+    const auto block = [&page](const QString &language) {
+        const QRegularExpression fence(QStringLiteral("```%1\n(.*?)```").arg(language),
+                                       QRegularExpression::DotMatchesEverythingOption);
+        return fence.match(page).captured(1);
+    };
+    CountingRandom counting;
+    const QString plain = home.write(QStringLiteral("plain"), "Dear Ann,\n");
+    createEncryptedContainer(files, counting, home.directories(), plain, container, password, {});
+    EXPECT_EQ(QByteArray::fromHex(block(QStringLiteral("hex")).toLatin1()).toHex(),
+              TemporaryHome::read(container).toHex());
+
+    const QString reader = home.write(QStringLiteral("reader.py"), block(QStringLiteral("python")).toUtf8());
+    const Opened opened = run({reader, container, password});
+    EXPECT_EQ(opened.exitCode, 0);
+    EXPECT_EQ(opened.output, "Dear Ann,");
+    EXPECT_NE(run({reader, container, QStringLiteral("Secret124")}).exitCode, 0);
+}
+
+} // namespace
+} // namespace quillhaven::testing
