@@ -26,6 +26,7 @@
 #include "shell/quillhavenApp.h"
 
 #include <QApplication>
+#include <QFileInfo>
 #include <QThreadPool>
 
 #include <sys/resource.h>
@@ -147,7 +148,7 @@ int main(int argc, char **argv)
     try {
         const UserDirectories directories = xdgDirectories();
         const QString runtime = qEnvironmentVariable("XDG_RUNTIME_DIR");
-        SingleInstance instance(runtime.isEmpty() ? directories.temporary : runtime);
+        SingleInstance instance(QFileInfo(runtime).isWritable() ? runtime : directories.temporary);
         if (instance.claim(QCoreApplication::arguments()) == SingleInstance::Role::Secondary) {
             return 0;
         }

@@ -1,5 +1,6 @@
 #include "platform/desktop/SingleInstance.h"
 
+#include "platform/FileError.h"
 #include "platform/linux/SessionBus.h"
 #include "platform/printLogger.h"
 
@@ -7,19 +8,29 @@
 #include <QDBusConnection>
 #include <QDBusConnectionInterface>
 #include <QDBusMessage>
+#include <QDir>
+#include <QElapsedTimer>
+#include <QFile>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QLocalServer>
 #include <QLocalSocket>
-#include <QLockFile>
+#include <QThread>
 #include <QUrl>
 #include <QVariantMap>
+
+#include <fcntl.h>
+#include <sys/file.h>
+
+#include <cerrno>
+#include <utility>
 
 namespace quillhaven {
 
 namespace {
 
 constexpr int answerTimeoutMs = 2000;
+constexpr unsigned long retryIntervalMs = 10;
 
 /// The interface by which desktops start and address an application (Desktop Entry Specification, D-Bus activation).
 class ApplicationAdaptor : public QDBusAbstractAdaptor
@@ -83,67 +94,96 @@ SingleInstance::Role SingleInstance::claim(const QStringList &arguments)
 SingleInstance::Role SingleInstance::claimOnBus(const QStringList &urls)
 {
     QDBusConnection bus = QDBusConnection::sessionBus();
-    // The object before the name: whoever finds the name finds the object too.
     new ApplicationAdaptor(this);
-    bus.registerObject(objectPath, this, QDBusConnection::ExportAdaptors);
     bus.interface()->setTimeout(answerTimeoutMs);
-    const auto reply = bus.interface()->registerService(busName, QDBusConnectionInterface::DontQueueService,
-                                                        QDBusConnectionInterface::DontAllowReplacement);
-    if (!reply.isValid()) {
-        return claimBySocket(urls);
+    QString reason;
+    // The second round is for a holder that ended just now, without taking what it was handed.
+    for (int round = 0; round < 2; ++round) {
+        // The object before the name: whoever finds the name finds the object too.
+        bus.registerObject(objectPath, this, QDBusConnection::ExportAdaptors);
+        const auto reply = bus.interface()->registerService(busName, QDBusConnectionInterface::DontQueueService,
+                                                            QDBusConnectionInterface::DontAllowReplacement);
+        if (!reply.isValid()) {
+            return claimBySocket(urls);
+        }
+        if (reply.value() == QDBusConnectionInterface::ServiceRegistered) {
+            return Role::Primary;
+        }
+        bus.unregisterObject(objectPath);
+        if (round == 0) {
+            const QDBusMessage answer = bus.call(handOver(urls), QDBus::Block, answerTimeoutMs);
+            if (answer.type() != QDBusMessage::ErrorMessage) {
+                return Role::Secondary;
+            }
+            reason = answer.errorMessage();
+        }
     }
-    if (reply.value() == QDBusConnectionInterface::ServiceRegistered) {
-        return Role::Primary;
-    }
-    bus.unregisterObject(objectPath);
-    const QDBusMessage answer = bus.call(handOver(urls), QDBus::Block, answerTimeoutMs);
-    if (answer.type() == QDBusMessage::ErrorMessage) {
-        printLogger(QStringLiteral("⚠️ Quillhaven runs already, but it does not answer: ") + answer.errorMessage());
-    }
+    printLogger(QStringLiteral("⚠️ Quillhaven runs already, but it does not answer: ") + reason);
     return Role::Secondary;
 }
 
 SingleInstance::Role SingleInstance::claimBySocket(const QStringList &urls)
 {
     const QString path = m_socketDirectory + QStringLiteral("/quillhaven.socket");
-    // The lock decides who looks first, so that two processes never take a stale socket away from each other.
-    QLockFile lock(path + QStringLiteral(".lock"));
-    if (!lock.tryLock(answerTimeoutMs)) {
-        printLogger(QStringLiteral("⚠️ Could not tell whether Quillhaven runs already: no lock in ") +
-                    m_socketDirectory);
-        return Role::Primary;
-    }
-    QLocalSocket socket;
-    socket.connectToServer(path);
-    if (socket.waitForConnected(answerTimeoutMs)) {
-        socket.write(QJsonDocument(QJsonArray::fromStringList(urls)).toJson(QJsonDocument::Compact) + '\n');
-        socket.waitForBytesWritten(answerTimeoutMs);
-        socket.disconnectFromServer();
-        return Role::Secondary;
+    // The kernel gives the lock up when its holder ends, however it ends, so that a socket without one is stale.
+    QElapsedTimer waiting;
+    waiting.start();
+    while (!takeLock(path + QStringLiteral(".lock"))) {
+        QLocalSocket socket;
+        socket.connectToServer(path);
+        if (socket.waitForConnected(answerTimeoutMs)) {
+            socket.write(QJsonDocument(QJsonArray::fromStringList(urls)).toJson(QJsonDocument::Compact) + '\n');
+            socket.waitForBytesWritten(answerTimeoutMs);
+            socket.disconnectFromServer();
+            return Role::Secondary;
+        }
+        if (waiting.hasExpired(answerTimeoutMs)) {
+            printLogger(QStringLiteral("⚠️ Quillhaven runs already, but it does not answer: ") + socket.errorString());
+            return Role::Secondary;
+        }
+        // The holder of the lock may only be about to listen.
+        QThread::msleep(retryIntervalMs);
     }
     QLocalServer::removeServer(path);
     m_server = std::make_unique<QLocalServer>();
     m_server->setSocketOptions(QLocalServer::UserAccessOption);
+    connect(m_server.get(), &QLocalServer::newConnection, this, &SingleInstance::acceptHandOver);
     if (!m_server->listen(path)) {
-        printLogger(QStringLiteral("⚠️ A second start will not find this one: ") + m_server->errorString());
+        printLogger(QStringLiteral("⚠️ A second start will not reach this one: ") + m_server->errorString());
     }
-    connect(m_server.get(), &QLocalServer::newConnection, this, [this] {
-        QLocalSocket *client = m_server->nextPendingConnection();
+    return Role::Primary;
+}
+
+bool SingleInstance::takeLock(const QString &path)
+{
+    QDir().mkpath(m_socketDirectory);
+    ScopedFd file(::open(QFile::encodeName(path).constData(), O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW, 0600));
+    if (!file.isOpen()) {
+        // Two of us would lose each other's records, so without an answer none may start.
+        throw FileError::fromErrno(errno, FileError::Action::Write, path);
+    }
+    if (::flock(file.get(), LOCK_EX | LOCK_NB) != 0) {
+        return false;
+    }
+    m_lock = std::move(file);
+    return true;
+}
+
+void SingleInstance::acceptHandOver()
+{
+    while (QLocalSocket *client = m_server->nextPendingConnection()) {
         connect(client, &QLocalSocket::readyRead, this, [this, client] {
             if (client->canReadLine()) {
                 receive(client->readLine());
             }
         });
         connect(client, &QLocalSocket::disconnected, client, &QObject::deleteLater);
-    });
-    return Role::Primary;
+    }
 }
 
 void SingleInstance::receive(const QByteArray &message)
 {
-    const QStringList urls = QJsonDocument::fromJson(message).array().toVariantList().isEmpty()
-                                 ? QStringList()
-                                 : QVariant(QJsonDocument::fromJson(message).array().toVariantList()).toStringList();
+    const QStringList urls = QJsonDocument::fromJson(message).toVariant().toStringList();
     if (urls.isEmpty()) {
         Q_EMIT activationRequested();
     } else {

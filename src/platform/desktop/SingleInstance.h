@@ -1,5 +1,7 @@
 #pragma once
 
+#include "platform/linux/ScopedFd.h"
+
 #include <QObject>
 #include <QStringList>
 
@@ -24,7 +26,9 @@ public:
     explicit SingleInstance(const QString &socketDirectory, QObject *parent = nullptr);
     ~SingleInstance() override;
 
-    /// Takes the name, or hands the arguments that are URLs to the process that holds it. Ask once, at the start.
+    /// Takes the name, or hands the arguments that are URLs to the process that holds it. Ask once, at the start. Waits
+    /// two seconds at most for a process that does not answer. Throws a FileError when there is neither a bus nor a
+    /// folder to write to.
     [[nodiscard]] Role claim(const QStringList &arguments);
 
     static inline const QString busName = QStringLiteral("com.tarnwick.quillhaven");
@@ -39,9 +43,13 @@ Q_SIGNALS:
 private:
     [[nodiscard]] Role claimOnBus(const QStringList &urls);
     [[nodiscard]] Role claimBySocket(const QStringList &urls);
+    [[nodiscard]] bool takeLock(const QString &path);
+    void acceptHandOver();
     void receive(const QByteArray &message);
 
     QString m_socketDirectory;
+    // Held for as long as this process is the one.
+    ScopedFd m_lock;
     std::unique_ptr<QLocalServer> m_server;
 };
 

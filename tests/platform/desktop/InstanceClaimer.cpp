@@ -1,0 +1,44 @@
+#include "platform/LocalizedError.h"
+#include "platform/desktop/SingleInstance.h"
+
+#include <QCoreApplication>
+#include <QSocketNotifier>
+
+#include <cstdio>
+#include <unistd.h>
+
+namespace {
+
+void say(const QString &line)
+{
+    std::printf("%s\n", qUtf8Printable(line));
+    std::fflush(stdout);
+}
+
+} // namespace
+
+// InstanceClaimer DIRECTORY [URL...]: one process of the program. It prints its role; the primary then prints what it
+// is handed, until its standard input is closed.
+int main(int argc, char **argv)
+{
+    using namespace quillhaven;
+    const QCoreApplication application(argc, argv);
+    const QStringList arguments = QCoreApplication::arguments();
+    try {
+        SingleInstance instance(arguments.at(1));
+        if (instance.claim(arguments.mid(1)) == SingleInstance::Role::Secondary) {
+            say(QStringLiteral("secondary"));
+            return 0;
+        }
+        QObject::connect(&instance, &SingleInstance::activationRequested, [] { say(QStringLiteral("activate")); });
+        QObject::connect(&instance, &SingleInstance::openRequested,
+                         [](const QStringList &urls) { say(QStringLiteral("open ") + urls.join(QLatin1Char(' '))); });
+        QSocketNotifier input(STDIN_FILENO, QSocketNotifier::Read);
+        QObject::connect(&input, &QSocketNotifier::activated, [] { QCoreApplication::exit(0); });
+        say(QStringLiteral("primary"));
+        return QCoreApplication::exec();
+    } catch (const LocalizedError &error) {
+        say(QStringLiteral("error ") + error.errorDescription());
+        return 1;
+    }
+}
