@@ -10,8 +10,8 @@ SheetFrame {
     required property QtObject manager
 
     function handleAuthenticate() {
-        if (manager.handleAuthenticate(field.text))
-            field.text = ""
+        if (manager.handleAuthenticate(field.secret))
+            field.secret = ""
     }
 
     presented: manager.isPresented
@@ -20,7 +20,7 @@ SheetFrame {
     symbol: "lock.shield.fill"
     initialFocusItem: field
     onOpened: {
-        field.text = ""
+        field.secret = ""
         field.revealed = false
     }
     onReturnPressed: handleAuthenticate()
@@ -51,7 +51,7 @@ SheetFrame {
             Layout.fillWidth: true
             Layout.preferredWidth: 1
             text: dialog.manager.actionTitle
-            enabled: field.text !== "" && !dialog.manager.isAuthenticating
+            enabled: field.secret !== "" && !dialog.manager.isAuthenticating
             onClicked: dialog.handleAuthenticate()
         }
     ]

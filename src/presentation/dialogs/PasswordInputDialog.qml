@@ -28,9 +28,9 @@ SheetFrame {
         Layout.minimumWidth: 360
         label: "Password"
         prompt: "Enter password"
-        text: sheet.dialog.password
+        secret: sheet.dialog.password
         revealed: sheet.dialog.showPassword
-        onTextChanged: sheet.dialog.password = text
+        onSecretChanged: sheet.dialog.password = secret
         onRevealedChanged: sheet.dialog.showPassword = revealed
         onAccepted: sheet.dialog.confirm()
     }
@@ -42,9 +42,9 @@ SheetFrame {
         visible: sheet.manager.requiresConfirmation
         label: "Confirm password"
         prompt: "Confirm password"
-        text: sheet.dialog.confirmPassword
+        secret: sheet.dialog.confirmPassword
         revealed: sheet.dialog.showConfirmPassword
-        onTextChanged: sheet.dialog.confirmPassword = text
+        onSecretChanged: sheet.dialog.confirmPassword = secret
         onRevealedChanged: sheet.dialog.showConfirmPassword = revealed
         onAccepted: sheet.dialog.confirm()
     }
@@ -53,10 +53,10 @@ SheetFrame {
     Connections {
         target: sheet.dialog
         function onChanged() {
-            if (passwordField.text !== sheet.dialog.password)
-                passwordField.text = sheet.dialog.password
-            if (confirmField.text !== sheet.dialog.confirmPassword)
-                confirmField.text = sheet.dialog.confirmPassword
+            if (passwordField.secret !== sheet.dialog.password)
+                passwordField.secret = sheet.dialog.password
+            if (confirmField.secret !== sheet.dialog.confirmPassword)
+                confirmField.secret = sheet.dialog.confirmPassword
             if (passwordField.revealed !== sheet.dialog.showPassword)
                 passwordField.revealed = sheet.dialog.showPassword
             if (confirmField.revealed !== sheet.dialog.showConfirmPassword)

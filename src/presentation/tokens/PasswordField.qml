@@ -10,7 +10,8 @@ FocusScope {
 
     property string label
     property string prompt
-    property alias text: input.text
+    // Not "text": Qt reads that name of the wrapper for the accessibility bus.
+    property alias secret: input.text
     property bool revealed: false
 
     signal accepted
