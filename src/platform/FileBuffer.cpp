@@ -6,6 +6,7 @@
 
 #include <sys/mman.h>
 
+#include <cstdint>
 #include <limits>
 #include <new>
 #include <utility>
@@ -13,6 +14,8 @@
 namespace quillhaven {
 
 namespace {
+
+constexpr size_t hugePageSize = size_t(2) << 20;
 
 /// A value of /proc/meminfo in bytes; 0 when it is not there.
 size_t memoryValue(const QByteArray &table, const QByteArray &key)
@@ -36,30 +39,44 @@ FileBuffer::FileBuffer(size_t size) : m_size(size)
     if (size == 0) {
         return;
     }
-    void *memory = mmap(nullptr, size, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
-    if (memory == MAP_FAILED) {
+    if (size > std::numeric_limits<size_t>::max() - hugePageSize) {
         throw std::bad_alloc();
     }
-    // Page faults of small pages would cost more than reading and sealing together.
-    madvise(memory, size, MADV_HUGEPAGE);
-    m_data = static_cast<std::byte *>(memory);
+    // Room to begin at a huge page: page faults of small pages would cost more than reading and sealing together.
+    m_mappedSize = size + hugePageSize;
+    m_mapping = mmap(nullptr, m_mappedSize, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
+    if (m_mapping == MAP_FAILED) {
+        m_mapping = nullptr;
+        throw std::bad_alloc();
+    }
+    const auto start = reinterpret_cast<uintptr_t>(m_mapping);
+    m_data = reinterpret_cast<std::byte *>((start + hugePageSize - 1) & ~(hugePageSize - 1));
+    if (size >= hugePageSize) {
+        madvise(m_data, size, MADV_HUGEPAGE);
+        madvise(m_data, size, MADV_POPULATE_WRITE);
+    }
 }
 
 FileBuffer::~FileBuffer()
 {
-    if (m_data != nullptr) {
-        munmap(m_data, m_size);
+    if (m_mapping != nullptr) {
+        munmap(m_mapping, m_mappedSize);
     }
 }
 
 FileBuffer::FileBuffer(FileBuffer &&other) noexcept
-    : m_data(std::exchange(other.m_data, nullptr)), m_size(std::exchange(other.m_size, 0))
+    : m_mapping(std::exchange(other.m_mapping, nullptr)),
+      m_mappedSize(std::exchange(other.m_mappedSize, 0)),
+      m_data(std::exchange(other.m_data, nullptr)),
+      m_size(std::exchange(other.m_size, 0))
 {
 }
 
 FileBuffer &FileBuffer::operator=(FileBuffer &&other) noexcept
 {
     FileBuffer taken(std::move(other));
+    std::swap(m_mapping, taken.m_mapping);
+    std::swap(m_mappedSize, taken.m_mappedSize);
     std::swap(m_data, taken.m_data);
     std::swap(m_size, taken.m_size);
     return *this;

@@ -26,7 +26,9 @@ public:
     [[nodiscard]] std::span<const std::byte> bytes() const { return {m_data, m_size}; }
 
 private:
-    std::byte *m_data = nullptr;
+    void *m_mapping = nullptr;
+    size_t m_mappedSize = 0;
+    std::byte *m_data = nullptr; ///< within the mapping, where a huge page begins
     size_t m_size = 0;
 };
 

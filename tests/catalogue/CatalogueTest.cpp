@@ -25,7 +25,10 @@ ProtectedItem sampleItem(const QString &id, const QString &original, const QStri
 class Catalogue : public ::testing::Test
 {
 protected:
-    void storeJson(const QByteArray &json) { services.defaults.standard().setData(defaults_keys::protectedItems, json); }
+    void storeJson(const QByteArray &json)
+    {
+        services.defaults.standard().setData(defaults_keys::protectedItems, json);
+    }
     QByteArray storedJson() { return services.defaults.standard().dataForKey(defaults_keys::protectedItems).value(); }
     QByteArray sharedJson()
     {
@@ -179,7 +182,9 @@ TEST_F(Catalogue, TextThatIsNoUnicodeIsNotSavedOverWhatStands)
 
 TEST(QuillhavenErrorTexts, EveryCaseHasItsSentence)
 {
-    const auto text = [](QuillhavenError::Case errorCase) { return QuillhavenError(errorCase, QStringLiteral("x")).errorDescription(); };
+    const auto text = [](QuillhavenError::Case errorCase) {
+        return QuillhavenError(errorCase, QStringLiteral("x")).errorDescription();
+    };
     EXPECT_EQ(text(QuillhavenError::encryptionFailed), QStringLiteral("Failed to create encrypted container: x"));
     EXPECT_EQ(text(QuillhavenError::accessDenied), QStringLiteral("x"));
     EXPECT_EQ(text(QuillhavenError::bulkOperationFailed), QStringLiteral("x"));

@@ -152,10 +152,9 @@ TEST_F(LockItem, FailedMoveLeavesTheItemUnlockedInItsPlace)
     EXPECT_EQ(TemporaryHome::read(path), "mine");
     EXPECT_TRUE(engine.item().isMounted);
     EXPECT_FALSE(engine.item().isProcessing);
-    EXPECT_TRUE(log.contains(
-        QStringLiteral("❌ Error in lock operation, setting isProcessing = false for item")));
-    EXPECT_TRUE(log.contains(
-        QStringLiteral("❌ Error in lockItem (timeout or other), setting isProcessing = false for item")));
+    EXPECT_TRUE(log.contains(QStringLiteral("❌ Error in lock operation, setting isProcessing = false for item")));
+    EXPECT_TRUE(
+        log.contains(QStringLiteral("❌ Error in lockItem (timeout or other), setting isProcessing = false for item")));
 }
 
 TEST_F(LockItem, UnwrittenPlaceholderLeavesTheDataInStorageAndALaterLockMakesItGood)

@@ -160,9 +160,9 @@ TEST_F(ProtectItem, TakenNameInPrivateStorageGetsACounter)
     MasterPasswordDialogManager dialog;
     MasterPasswordManager master(platform, dialog);
     PasswordInputDialogManager passwordDialog;
-    const Platform fixed{platform.fileManager,  platform.directories, platform.defaults,
-                         platform.credentials,  platform.credentialQueue, platform.biometrics,
-                         platform.panels,       platform.clock,       random};
+    const Platform fixed{platform.fileManager, platform.directories,     platform.defaults,
+                         platform.credentials, platform.credentialQueue, platform.biometrics,
+                         platform.panels,      platform.clock,           random};
     QuillhavenManager manager(fixed, master, passwordDialog);
     runTask(manager.protectItem(services.home.write(QStringLiteral("Desktop/a.txt"), "mine"),
                                 QStringLiteral("Abcdefg1"), false));
@@ -303,10 +303,10 @@ TEST_F(ProtectItem, FifoIsRefusedAndStaysWhereItIs)
 
 TEST_F(ProtectItem, UnusualNamesMakeTheWholeWay)
 {
-    const QStringList names{QStringLiteral("with space"),    QStringLiteral("quo\"te's"),
-                            QStringLiteral("line\nbreak"),   QStringLiteral("-leading"),
-                            QStringLiteral(".hidden"),       QStringLiteral("emoji 😀"),
-                            QStringLiteral("\u202eright"),   QStringLiteral("עברית.txt"),
+    const QStringList names{QStringLiteral("with space"),     QStringLiteral("quo\"te's"),
+                            QStringLiteral("line\nbreak"),    QStringLiteral("-leading"),
+                            QStringLiteral(".hidden"),        QStringLiteral("emoji 😀"),
+                            QStringLiteral("\u202eright"),    QStringLiteral("עברית.txt"),
                             QStringLiteral("name.with.dots"), QString(247, QLatin1Char('n'))};
     EngineHarness engine(services);
     for (const QString &name : names) {

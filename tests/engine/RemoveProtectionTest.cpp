@@ -65,11 +65,10 @@ TEST_F(RemoveProtection, LockedFileTakesThePlaceOfItsPlaceholderAndEverythingEls
     EXPECT_FALSE(engine.manager.isProcessing());
     EXPECT_EQ(services.panels.requests.size(), 1);
     const QStringList lines = log.lines();
-    EXPECT_EQ(lines.mid(0, 4).join(QLatin1Char('\n')),
-              QStringLiteral("🔓 Starting removeProtection for: a.txt\n"
-                             "📍 DEBUG: Item uses Touch ID: false\n"
-                             "📍 DEBUG: Item is folder: false\n"
-                             "📍 DEBUG: Item is mounted: false"));
+    EXPECT_EQ(lines.mid(0, 4).join(QLatin1Char('\n')), QStringLiteral("🔓 Starting removeProtection for: a.txt\n"
+                                                                      "📍 DEBUG: Item uses Touch ID: false\n"
+                                                                      "📍 DEBUG: Item is folder: false\n"
+                                                                      "📍 DEBUG: Item is mounted: false"));
     EXPECT_EQ(lines.last(), QStringLiteral("🎉 Protection successfully removed - file extracted to Desktop!"));
     EXPECT_TRUE(log.contains(QStringLiteral("⚠️ File already exists at original location, will replace it")));
     EXPECT_TRUE(log.contains(QStringLiteral("🗑️ Backup file automatically removed by replaceItem")));
@@ -89,8 +88,8 @@ TEST_F(RemoveProtection, UnlockedFileStaysUntouchedWithoutAPanel)
     EXPECT_EQ(engine.count(), 0);
     EXPECT_FALSE(TemporaryHome::exists(item.containerPath));
     EXPECT_TRUE(services.credentials.entries.isEmpty());
-    EXPECT_TRUE(log.contains(
-        QStringLiteral("🎉 Protection successfully removed - file is already at original location!")));
+    EXPECT_TRUE(
+        log.contains(QStringLiteral("🎉 Protection successfully removed - file is already at original location!")));
 }
 
 TEST_F(RemoveProtection, LockedFolderTakesThePlaceOfThePlaceholderAndNoCredentialIsTouched)
@@ -137,8 +136,8 @@ TEST_F(RemoveProtection, MissingPrivateCopyFailsAndKeepsPlaceholderAndRecord)
     EXPECT_EQ(engine.count(), 1);
     EXPECT_EQ(TemporaryHome::read(path), placeholderText.toUtf8());
     EXPECT_TRUE(log.contains(QStringLiteral("⚠️ Warning: Backup file not found at ") + backup));
-    EXPECT_TRUE(log.contains(QStringLiteral(
-        "❌ Error removing protection: The selected file or folder could not be found.")));
+    EXPECT_TRUE(
+        log.contains(QStringLiteral("❌ Error removing protection: The selected file or folder could not be found.")));
     EXPECT_FALSE(engine.manager.isProcessing());
 }
 
@@ -180,8 +179,8 @@ TEST_F(RemoveProtection, CredentialsThatCannotBeRemovedAreLoggedAndStay)
     engine.remove();
     EXPECT_EQ(TemporaryHome::read(path), "mine");
     EXPECT_EQ(engine.count(), 0);
-    EXPECT_TRUE(log.contains(QStringLiteral(
-        "⚠️ Could not remove keychain credentials: Failed to delete from keychain: -25308")));
+    EXPECT_TRUE(log.contains(
+        QStringLiteral("⚠️ Could not remove keychain credentials: Failed to delete from keychain: -25308")));
 }
 
 TEST_F(RemoveProtection, SharedContainerGoesWithTheFirstItemAndTheSecondSucceeds)

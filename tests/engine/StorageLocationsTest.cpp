@@ -18,8 +18,8 @@ protected:
     }
     QString newPlace(const QString &name = {}) const
     {
-        return services.home.path(QStringLiteral(".local/share/quillhaven")
-                                  + (name.isEmpty() ? name : QLatin1Char('/') + name));
+        return services.home.path(QStringLiteral(".local/share/quillhaven") +
+                                  (name.isEmpty() ? name : QLatin1Char('/') + name));
     }
     void storeItem(const QString &originalPath, const QString &backupPath, bool isMounted = false)
     {
@@ -33,8 +33,7 @@ protected:
     }
     QList<ProtectedItem> storedItems()
     {
-        return decodeProtectedItems(
-                   services.defaults.standard().dataForKey(defaults_keys::protectedItems).value())
+        return decodeProtectedItems(services.defaults.standard().dataForKey(defaults_keys::protectedItems).value())
             .value();
     }
 

@@ -66,18 +66,17 @@ TEST_F(UnlockItem, RightPasswordBringsTheDataBackToItsPlace)
     EXPECT_FALSE(TemporaryHome::exists(item.originalBackupPath));
     EXPECT_EQ(TemporaryHome::read(item.containerPath), container);
     const QString storage = QFileInfo(item.originalBackupPath).path();
-    EXPECT_EQ(log.lines().join(QLatin1Char('\n')),
-              QStringLiteral("🔓 Unlocking: a.txt\n"
-                             "📁 Original path: %1\n"
-                             "💾 Backup path: %2\n"
-                             "📍 DEBUG: Checking if backup exists at: %2\n"
-                             "📍 DEBUG: Backup directory: %3\n"
-                             "📍 DEBUG: Backup directory exists: true\n"
-                             "📍 DEBUG: Backup file exists: true\n"
-                             "📍 DEBUG: File access granted for unlock: %1\n"
-                             "🗑️ Removed placeholder file\n"
-                             "✅ Successfully restored item to: %1")
-                  .arg(path, item.originalBackupPath, storage));
+    EXPECT_EQ(log.lines().join(QLatin1Char('\n')), QStringLiteral("🔓 Unlocking: a.txt\n"
+                                                                  "📁 Original path: %1\n"
+                                                                  "💾 Backup path: %2\n"
+                                                                  "📍 DEBUG: Checking if backup exists at: %2\n"
+                                                                  "📍 DEBUG: Backup directory: %3\n"
+                                                                  "📍 DEBUG: Backup directory exists: true\n"
+                                                                  "📍 DEBUG: Backup file exists: true\n"
+                                                                  "📍 DEBUG: File access granted for unlock: %1\n"
+                                                                  "🗑️ Removed placeholder file\n"
+                                                                  "✅ Successfully restored item to: %1")
+                                                       .arg(path, item.originalBackupPath, storage));
 }
 
 TEST_F(UnlockItem, PasswordDialogAsksForTheItemByName)
