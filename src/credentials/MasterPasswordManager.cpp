@@ -112,8 +112,9 @@ QCoro::Task<bool> MasterPasswordManager::requireAuthenticationOrCancel()
     }
     const auto showing = std::make_shared<Showing>();
     showAuthenticationDialog(showing);
+    const QPointer<MasterPasswordManager> self(this);
     const bool succeeded = co_await showing->answer;
-    if (!succeeded) {
+    if (!succeeded && self) {
         endSession();
     }
     co_return succeeded;
@@ -125,15 +126,15 @@ void MasterPasswordManager::showAuthenticationDialog(std::shared_ptr<Showing> sh
     MasterPasswordDialogManager &dialog = m_dialogManager;
     dialog.setTitle(QStringLiteral("Authentication Required"));
     dialog.setMessage(QStringLiteral("Enter your master password to continue:"));
-    dialog.onAuthenticate = [this, showing](const QString &entered) {
-        startJob([self = QPointer(this), entered, showing]() -> QCoro::Task<> {
+    dialog.onAuthenticate = [self = QPointer(this), showing](const QString &entered) {
+        startJob([self, entered, showing]() -> QCoro::Task<> {
             if (self) {
                 co_await checkEntered(self, entered, showing);
             }
         });
     };
-    dialog.onCancel = [this, showing] {
-        m_dialogManager.setIsPresented(false);
+    dialog.onCancel = [&dialog, showing] {
+        dialog.setIsPresented(false);
         showing->isOver = true;
         showing->answer.give(false);
     };

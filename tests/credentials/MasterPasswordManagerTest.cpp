@@ -450,12 +450,15 @@ TEST_F(MasterPassword, ASecondOperationTakesTheDialogOverAndTheFirstStaysSuspend
 {
     startWithMasterPassword();
     const auto first = guard();
+    const auto endFirst = m_dialog.onCancel;
     enter(wrongPassword);
     const auto second = guard();
     EXPECT_FALSE(m_dialog.showingError()) << "the second showing starts clean";
     enter(masterPassword);
     EXPECT_TRUE(second.wait());
     EXPECT_FALSE(first.isFinished());
+    endFirst();
+    EXPECT_FALSE(first.wait());
 }
 
 TEST_F(MasterPassword, ADoubleSubmitAsksTheStoreOnce)
@@ -515,23 +518,29 @@ TEST_F(MasterPassword, ALateWrongAnswerIsNotShownToTheOperationThatTookTheDialog
 {
     startWithMasterPassword();
     const auto first = guard();
+    const auto endFirst = m_dialog.onCancel;
     enterAndHold(wrongPassword);
     const auto second = guard();
     letThrough();
     EXPECT_TRUE(m_dialog.isPresented());
     EXPECT_FALSE(m_dialog.showingError());
     EXPECT_FALSE(first.isFinished() || second.isFinished());
+    enter(masterPassword);
+    EXPECT_TRUE(second.wait());
+    endFirst();
+    EXPECT_FALSE(first.wait());
 }
 
 TEST_F(MasterPassword, GoneBeforeTheStoreAnswersNothingIsTouched)
 {
     startWithMasterPassword();
-    {
-        const auto task = guard();
-        enterAndHold(masterPassword);
-        m_manager.reset();
-        letThrough();
-        EXPECT_FALSE(task.isFinished());
-    }
+    const auto task = guard();
+    enterAndHold(masterPassword);
+    m_manager.reset();
+    letThrough();
+    EXPECT_FALSE(task.isFinished());
     EXPECT_EQ(m_services.clock.pendingTimers(), 0);
+    m_dialog.authenticate(masterPassword);
+    m_dialog.cancel();
+    EXPECT_FALSE(task.wait());
 }
