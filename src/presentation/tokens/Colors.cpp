@@ -1,16 +1,19 @@
 #include "presentation/tokens/Colors.h"
 
+#include <algorithm>
+#include <cctype>
+
 namespace quillhaven {
 
 QColor colorFromHex(QStringView hex)
 {
     constexpr qsizetype length = 7;
-    bool isNumber = false;
-    const uint value = hex.mid(1).toUInt(&isNumber, 16);
-    if (hex.size() != length || hex.front() != QLatin1Char('#') || !isNumber) {
+    const auto isHexDigit = [](QChar digit) { return digit.unicode() < 0x80 && std::isxdigit(digit.unicode()) != 0; };
+    if (hex.size() != length || hex.front() != QLatin1Char('#') ||
+        !std::all_of(hex.cbegin() + 1, hex.cend(), isHexDigit)) {
         return {};
     }
-    return QColor::fromRgb(value);
+    return QColor::fromRgb(hex.mid(1).toUInt(nullptr, 16));
 }
 
 QColor withOpacity(const QColor &color, float opacity)

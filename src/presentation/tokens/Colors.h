@@ -115,10 +115,10 @@ public:
     const QColor platformBlue = colorFromHex(u"#3D9BFF");
     const QColor platformAccent = colorFromHex(u"#4373F1");
     const QColor platformSeparator = withOpacity(QColor(Qt::white), 0.12F);
-    const QColor background = colorFromHex(u"#161E2F"); ///< the platform's window background
+    const QColor background = colorFromHex(u"#161E2F");          ///< the platform's window background
     const QColor backgroundSecondary = colorFromHex(u"#0B1425"); ///< the platform's control background
     const QColor backgroundTertiary = withOpacity(backgroundSecondary, 0.5F);
-    const QColor text = colorFromHex(u"#FFFFFF"); ///< the platform's label
+    const QColor text = colorFromHex(u"#FFFFFF");         ///< the platform's label
     const QColor textTertiary = colorFromHex(u"#7F8798"); ///< the platform's third label
     const QColor hover = withOpacity(platformAccent, 0.1F);
     const QColor border = platformSeparator;

@@ -85,10 +85,11 @@ QPixmap SymbolImageProvider::requestPixmap(const QString &id, QSize *size, const
     }
     QPixmap pixmap(pixels);
     pixmap.fill(Qt::transparent);
-    QSvgRenderer renderer(symbolPath(symbol));
-    if (!renderer.isValid()) {
+    const QString path = symbolPath(symbol);
+    if (path.isEmpty()) {
         return pixmap;
     }
+    QSvgRenderer renderer(path);
     QPainter painter(&pixmap);
     painter.setRenderHint(QPainter::Antialiasing);
     renderer.render(&painter, QRectF(QPointF(0, 0), pixels));

@@ -18,9 +18,16 @@ QString Typography::family()
     return resolved;
 }
 
-QFont Typography::scaledFont(int size, QFont::Weight weight)
+QFont Typography::scaledFont(int size, QFont::Weight weight, Design design)
 {
     QFont font(family());
+    if (design == Design::monospaced) {
+        font = QFontDatabase::systemFont(QFontDatabase::FixedFont);
+        font.setStyleHint(QFont::Monospace);
+    } else if (design == Design::serif) {
+        font = QFont(QStringLiteral("serif"));
+        font.setStyleHint(QFont::Serif);
+    }
     font.setPixelSize(size);
     font.setWeight(weight);
     return font;

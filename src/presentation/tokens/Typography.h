@@ -38,6 +38,10 @@ class Typography : public QObject
 public:
     using QObject::QObject;
 
+    /// The shape of the letters. `standard` is the family of this class; `rounded` too where the desktop has no round
+    /// one.
+    enum class Design : quint8 { standard, rounded, serif, monospaced };
+
     static constexpr int largeTitleSize = 28;
     static constexpr int titleSize = 22;
     static constexpr int title2Size = 20;
@@ -65,8 +69,8 @@ public:
 
     /// The family that is really used: the text family, else Inter, else the desktop's own.
     [[nodiscard]] static QString family();
-    /// A font of that family.
-    [[nodiscard]] static QFont scaledFont(int size, QFont::Weight weight = regular);
+    /// A system font of that size in device-independent pixels.
+    [[nodiscard]] static QFont scaledFont(int size, QFont::Weight weight = regular, Design design = Design::standard);
 
     [[nodiscard]] static QFont modalTitle() { return scaledFont(title2Size, semibold); }
     [[nodiscard]] static QFont sectionHeader() { return scaledFont(headlineSize, semibold); }

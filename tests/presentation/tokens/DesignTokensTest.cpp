@@ -1,0 +1,232 @@
+#include "presentation/tokens/Colors.h"
+#include "presentation/tokens/DesignSystem.h"
+#include "presentation/tokens/Spacing.h"
+#include "presentation/tokens/Typography.h"
+
+#include <QSignalSpy>
+
+#include <gtest/gtest.h>
+
+namespace quillhaven {
+namespace {
+
+const Colors colors;
+
+int percentOpaque(const QColor &color)
+{
+    return qRound(color.alphaF() * 100);
+}
+
+TEST(ColorTokens, PrimaryReadsAs85And77And221)
+{
+    EXPECT_EQ(colors.primary.red(), 85);
+    EXPECT_EQ(colors.primary.green(), 77);
+    EXPECT_EQ(colors.primary.blue(), 221);
+    EXPECT_EQ(colors.primary.alpha(), 255);
+}
+
+TEST(ColorTokens, HexOfPrimaryEqualsPrimaryInEitherCase)
+{
+    EXPECT_EQ(colorFromHex(u"#554DDD"), colors.primary);
+    EXPECT_EQ(colorFromHex(u"#554ddd"), colors.primary);
+}
+
+TEST(ColorTokens, HexIsAHashAndSixDigitsOrNoColour)
+{
+    for (const QStringView text : {u"", u"#", u"554DDD", u"#554DD", u"#554DDDD", u"#554DDG", u"#+54DDD", u"#0x54DD",
+                                   u"# 54DDD", u"primary", u"#FFF"}) {
+        EXPECT_FALSE(colorFromHex(text).isValid()) << qUtf8Printable(text.toString());
+    }
+}
+
+TEST(ColorTokens, FixedValues)
+{
+    EXPECT_EQ(colors.primaryAccent, QColor(0x43, 0x73, 0xF1));
+    EXPECT_EQ(colors.bgBody, QColor(0x05, 0x0D, 0x1D));
+    EXPECT_EQ(colors.bgPanel, QColor(0x29, 0x30, 0x3F));
+    EXPECT_EQ(colors.textPrimary, QColor(0xFF, 0xFF, 0xFF));
+    EXPECT_EQ(colors.textSecondary, QColor(0xAB, 0xB1, 0xBD));
+}
+
+TEST(ColorTokens, AliasesKeepTheValueOfWhatTheyPointTo)
+{
+    for (const QColor &alias : {colors.cta, colors.badgeLocked, colors.iconStrong, colors.accent, colors.focus}) {
+        EXPECT_EQ(alias, colors.primary);
+    }
+    EXPECT_EQ(colors.cardBackground, colors.bgPanel);
+    EXPECT_EQ(colors.windowBackground, colors.bgBody);
+    EXPECT_EQ(colors.iconMuted, colors.textSecondary);
+    EXPECT_EQ(colors.modalBackground, colors.background);
+    EXPECT_EQ(colors.badgeUnlocked, colors.platformGreen);
+    EXPECT_EQ(colors.success, colors.platformGreen);
+    EXPECT_EQ(colors.badgeWarning, colors.platformOrange);
+    EXPECT_EQ(colors.warning, colors.platformOrange);
+    EXPECT_EQ(colors.error, colors.platformRed);
+    EXPECT_EQ(colors.info, colors.platformBlue);
+    EXPECT_EQ(colors.statusEnabled, colors.success);
+    EXPECT_EQ(colors.statusDisabled, colors.disabled);
+    EXPECT_EQ(colors.statusWarning, colors.warning);
+    EXPECT_EQ(colors.statusError, colors.error);
+    EXPECT_EQ(colors.statusInfo, colors.info);
+    EXPECT_EQ(colors.border, colors.platformSeparator);
+    EXPECT_EQ(colors.divider, colors.platformSeparator);
+}
+
+TEST(ColorTokens, SelectionOverTheBodyStaysSixteenPercentOpaque)
+{
+    EXPECT_EQ(percentOpaque(colors.selection), 16);
+    EXPECT_EQ(colors.selection.rgb(), colors.primary.rgb());
+    EXPECT_EQ(colors.badgeLockedBg, colors.selection);
+}
+
+TEST(ColorTokens, OpacitiesKeepTheColour)
+{
+    struct Row
+    {
+        QColor derived;
+        QColor base;
+        int percent;
+    };
+    const QColor white(Qt::white);
+    const QColor black(Qt::black);
+    for (const Row &row : QList<Row>{{colors.disabled, colors.textSecondary, 60},
+                                     {colors.borderSubtle, white, 8},
+                                     {colors.badgeUnlockedBg, colors.platformGreen, 18},
+                                     {colors.badgeWarningBg, colors.platformOrange, 18},
+                                     {colors.badgeErrorBg, colors.platformRed, 18},
+                                     {colors.badgeInfoBg, colors.platformBlue, 18},
+                                     {colors.modalOverlay, black, 30},
+                                     {colors.modalShadow, black, 8},
+                                     {colors.backgroundTertiary, colors.backgroundSecondary, 50},
+                                     {colors.hover, colors.platformAccent, 10}}) {
+        EXPECT_EQ(percentOpaque(row.derived), row.percent) << qUtf8Printable(row.base.name());
+        EXPECT_EQ(row.derived.rgb(), row.base.rgb());
+    }
+}
+
+TEST(ColorTokens, BadgeFills)
+{
+    EXPECT_EQ(colors.badgeLockedFill, QColor(0xB6, 0xB2, 0xF7));
+    EXPECT_EQ(colors.badgeUnlockedFill, QColor(0x2D, 0x4D, 0x41));
+    EXPECT_EQ(colors.badgeUnlockedText, QColor(0x27, 0xCD, 0x41));
+}
+
+TEST(ColorTokens, AccessibleColoursFollowTheHighContrastSetting)
+{
+    Colors switched;
+    EXPECT_EQ(switched.accessibleTextColor(), switched.text);
+    EXPECT_EQ(switched.accessibleBorderColor(), switched.border);
+    EXPECT_EQ(switched.accessibleFocusColor(), switched.focus);
+
+    const QSignalSpy changes(&switched, &Colors::isHighContrastChanged);
+    switched.setIsHighContrast(true);
+    switched.setIsHighContrast(true);
+    EXPECT_EQ(changes.size(), 1);
+    EXPECT_EQ(switched.accessibleTextColor(), QColor(Qt::black));
+    EXPECT_EQ(switched.accessibleBorderColor(), QColor(Qt::black));
+    EXPECT_EQ(switched.accessibleFocusColor(), switched.platformBlue);
+    EXPECT_EQ(switched.textHighContrast, QColor(Qt::black));
+    EXPECT_EQ(switched.borderHighContrast, QColor(Qt::black));
+    EXPECT_EQ(switched.backgroundHighContrast, QColor(Qt::white));
+    EXPECT_EQ(switched.focusRingHighContrast, switched.platformBlue);
+}
+
+TEST(ColorTokens, GradientsRunFromPrimaryToItsAccent)
+{
+    EXPECT_EQ(colors.primaryGradient, (ColorGradient{colors.primary, colors.primaryAccent, {0, 0}, {1, 1}}));
+    EXPECT_EQ(colors.primaryGradientHorizontal, (ColorGradient{colors.primary, colors.primaryAccent, {0, 0}, {1, 0}}));
+    EXPECT_EQ(colors.primaryGradientVertical, (ColorGradient{colors.primary, colors.primaryAccent, {0, 0}, {0, 1}}));
+}
+
+TEST(ColorTokens, LookupsByBoolean)
+{
+    EXPECT_EQ(colors.statusColor(true), colors.statusEnabled);
+    EXPECT_EQ(colors.statusColor(false), colors.statusDisabled);
+    EXPECT_EQ(colors.validationColor(true), colors.statusEnabled);
+    EXPECT_EQ(colors.validationColor(false), colors.statusError);
+}
+
+TEST(SpacingTokens, Values)
+{
+    EXPECT_EQ(
+        (QList<int>{Spacing::baseUnit, Spacing::xs, Spacing::sm, Spacing::md, Spacing::lg, Spacing::xl, Spacing::xxl,
+                    Spacing::xxxl, Spacing::componentSpacing, Spacing::controlSpacing, Spacing::rowSpacing,
+                    Spacing::sectionSpacing, Spacing::modalPadding, Spacing::minTouchTarget}),
+        (QList<int>{4, 4, 8, 12, 16, 24, 32, 48, 8, 12, 16, 24, 32, 44}));
+}
+
+TEST(TypographyTokens, Sizes)
+{
+    EXPECT_EQ((QList<int>{Typography::largeTitleSize, Typography::titleSize, Typography::title2Size,
+                          Typography::title3Size, Typography::headlineSize, Typography::bodySize,
+                          Typography::calloutSize, Typography::subheadlineSize, Typography::footnoteSize,
+                          Typography::captionSize, Typography::caption2Size}),
+              (QList<int>{28, 22, 20, 18, 17, 15, 14, 13, 12, 11, 10}));
+}
+
+TEST(TypographyTokens, FamiliesAndScaledWeights)
+{
+    EXPECT_EQ(Typography::displayFont, QStringLiteral("SF Pro Display"));
+    EXPECT_EQ(Typography::textFont, QStringLiteral("SF Pro Text"));
+    EXPECT_EQ(Typography::titleXL().weight(), QFont::Bold);
+    EXPECT_EQ(Typography::statValue().weight(), QFont::DemiBold);
+}
+
+TEST(TypographyTokens, WeightsRiseFromUltraLightToBlack)
+{
+    const QList<int> weights{Typography::ultraLight, Typography::thin,   Typography::light,
+                             Typography::regular,    Typography::medium, Typography::semibold,
+                             Typography::bold,       Typography::heavy,  Typography::black};
+    for (qsizetype index = 1; index < weights.size(); ++index) {
+        EXPECT_LT(weights[index - 1], weights[index]);
+    }
+}
+
+TEST(TypographyTokens, ScaledFontHasTheSizeWeightAndDesign)
+{
+    const QFont font = Typography::scaledFont(17, Typography::heavy);
+    EXPECT_EQ(font.pixelSize(), 17);
+    EXPECT_EQ(font.weight(), QFont::ExtraBold);
+    EXPECT_EQ(font.family(), Typography::family());
+    const QFont monospaced = Typography::scaledFont(12, Typography::regular, Typography::Design::monospaced);
+    EXPECT_EQ(monospaced.styleHint(), QFont::Monospace);
+    EXPECT_EQ(monospaced.pixelSize(), 12);
+    EXPECT_EQ(Typography::scaledFont(12, Typography::regular, Typography::Design::serif).styleHint(), QFont::Serif);
+}
+
+TEST(DesignSystemTokens, CornerRadii)
+{
+    using Radius = DesignSystem::CornerRadius;
+    EXPECT_EQ((QList<int>{Radius::small, Radius::medium, Radius::large, Radius::extraLarge, Radius::modal}),
+              (QList<int>{4, 8, 12, 16, 18}));
+}
+
+TEST(DesignSystemTokens, Shadows)
+{
+    using Shadow = DesignSystem::Shadow;
+    EXPECT_EQ(Shadow::small, (ShadowToken{4, 0, 0}));
+    EXPECT_EQ(Shadow::medium, (ShadowToken{8, 0, 4}));
+    EXPECT_EQ(Shadow::large, (ShadowToken{16, 0, 8}));
+    EXPECT_EQ(Shadow::modal, (ShadowToken{24, 0, 8}));
+}
+
+TEST(DesignSystemTokens, AnimationsInMilliseconds)
+{
+    using Animation = DesignSystem::Animation;
+    EXPECT_EQ(Animation::quick, 200);
+    EXPECT_EQ(Animation::standard, 300);
+    EXPECT_EQ(Animation::slow, 500);
+    EXPECT_EQ(Animation::spring, (Animation::Spring{0.5, 0.8, 0}));
+}
+
+TEST(DesignSystemTokens, Layout)
+{
+    using Layout = DesignSystem::Layout;
+    EXPECT_EQ((QList<int>{Layout::modalWidth, Layout::modalMaxHeight, Layout::sectionMaxWidth, Layout::buttonHeight,
+                          Layout::toggleSize}),
+              (QList<int>{600, 700, 500, 36, 24}));
+    EXPECT_DOUBLE_EQ(DesignSystem::hoverBrightness, 0.06);
+}
+
+} // namespace
+} // namespace quillhaven
