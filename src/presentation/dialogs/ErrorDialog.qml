@@ -53,6 +53,8 @@ SheetFrame {
                     text: "Troubleshooting"
                     font: Typography.settingTitle
                     color: Colors.textPrimary
+                    Accessible.role: Accessible.Heading
+                    Accessible.name: text
                 }
 
                 Text {
@@ -62,6 +64,8 @@ SheetFrame {
                     font: Typography.settingDescription
                     color: Colors.textSecondary
                     wrapMode: Text.Wrap
+                    Accessible.role: Accessible.StaticText
+                    Accessible.name: text
                 }
             }
         }

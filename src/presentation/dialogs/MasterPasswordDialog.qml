@@ -18,8 +18,8 @@ SheetFrame {
     title: manager.title
     message: manager.message
     symbol: "lock.shield.fill"
-    initialFocusItem: field
-    onOpened: {
+    initialFocusItem: field.inputItem
+    onPresentedChanged: {
         field.secret = ""
         field.revealed = false
     }

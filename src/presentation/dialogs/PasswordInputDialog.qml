@@ -17,7 +17,7 @@ SheetFrame {
     symbol: "key.fill"
     minimumSheetWidth: 350
     maximumSheetWidth: 500
-    initialFocusItem: passwordField
+    initialFocusItem: passwordField.inputItem
     onReturnPressed: dialog.confirm()
     onEscapePressed: dialog.cancel()
 
@@ -28,8 +28,6 @@ SheetFrame {
         Layout.minimumWidth: 360
         label: "Password"
         prompt: "Enter password"
-        secret: sheet.dialog.password
-        revealed: sheet.dialog.showPassword
         onSecretChanged: sheet.dialog.password = secret
         onRevealedChanged: sheet.dialog.showPassword = revealed
         onAccepted: sheet.dialog.confirm()
@@ -42,25 +40,25 @@ SheetFrame {
         visible: sheet.manager.requiresConfirmation
         label: "Confirm password"
         prompt: "Confirm password"
-        secret: sheet.dialog.confirmPassword
-        revealed: sheet.dialog.showConfirmPassword
         onSecretChanged: sheet.dialog.confirmPassword = secret
         onRevealedChanged: sheet.dialog.showConfirmPassword = revealed
         onAccepted: sheet.dialog.confirm()
     }
 
-    // Typing breaks a binding of the text; the state's own clearing must still reach the fields.
+    // The fields follow the state, and the state the fields: no binding would survive the typing.
+    function takeState() {
+        passwordField.secret = dialog.password
+        confirmField.secret = dialog.confirmPassword
+        passwordField.revealed = dialog.showPassword
+        confirmField.revealed = dialog.showConfirmPassword
+    }
+
+    Component.onCompleted: takeState()
+
     Connections {
         target: sheet.dialog
         function onChanged() {
-            if (passwordField.secret !== sheet.dialog.password)
-                passwordField.secret = sheet.dialog.password
-            if (confirmField.secret !== sheet.dialog.confirmPassword)
-                confirmField.secret = sheet.dialog.confirmPassword
-            if (passwordField.revealed !== sheet.dialog.showPassword)
-                passwordField.revealed = sheet.dialog.showPassword
-            if (confirmField.revealed !== sheet.dialog.showConfirmPassword)
-                confirmField.revealed = sheet.dialog.showConfirmPassword
+            sheet.takeState()
         }
     }
 

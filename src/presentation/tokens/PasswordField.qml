@@ -13,6 +13,8 @@ FocusScope {
     // Not "text": Qt reads that name of the wrapper for the accessibility bus.
     property alias secret: input.text
     property bool revealed: false
+    /// What is typed into; the scope alone would give the keyboard to whichever of its two controls had it last.
+    property alias inputItem: input
 
     signal accepted
     signal edited
@@ -61,7 +63,9 @@ FocusScope {
                 echoMode: scope.revealed ? TextInput.Normal : TextInput.Password
                 inputMethodHints: Qt.ImhSensitiveData | Qt.ImhNoPredictiveText | Qt.ImhNoAutoUppercase
                 Accessible.ignored: true
-                onAccepted: scope.accepted()
+                // Taken here, so that it does not reach the sheet as a second press.
+                Keys.onReturnPressed: scope.accepted()
+                Keys.onEnterPressed: scope.accepted()
                 onTextEdited: scope.edited()
 
                 background: TextFieldFrame {

@@ -24,10 +24,12 @@ FocusScope {
     signal escapePressed
     signal opened
 
+    readonly property var window: Window.window
     property Item previousFocusItem: null
+    property Item lastInside: null
 
     anchors.fill: parent
-    z: 100
+    z: 100 + SheetStack.sheets.indexOf(sheet)
     visible: presented || panel.opacity > 0
     enabled: presented
     Accessible.role: Accessible.Dialog
@@ -35,28 +37,36 @@ FocusScope {
     Accessible.description: message
     Accessible.ignored: !presented
 
-    onPresentedChanged: {
-        if (presented) {
-            previousFocusItem = Window.activeFocusItem
-            opened()
-            Qt.callLater(takeFocus)
-        } else if (previousFocusItem) {
-            previousFocusItem.forceActiveFocus()
-            previousFocusItem = null
-        }
-    }
+    onPresentedChanged: presented ? appear() : disappear()
     Component.onCompleted: {
-        if (presented) {
-            opened()
-            Qt.callLater(takeFocus)
+        if (presented && SheetStack.sheets.indexOf(sheet) < 0)
+            appear()
+    }
+    Component.onDestruction: SheetStack.close(sheet)
+
+    function appear() {
+        previousFocusItem = Window.activeFocusItem
+        SheetStack.open(sheet)
+        opened()
+        Qt.callLater(takeFocus)
+    }
+
+    function disappear() {
+        const above = SheetStack.close(sheet)
+        if (!above) {
+            if (previousFocusItem)
+                previousFocusItem.forceActiveFocus()
+        } else if (isInside(above.previousFocusItem)) {
+            // It cannot give the keyboard back to a sheet that is gone.
+            above.previousFocusItem = previousFocusItem
         }
+        previousFocusItem = null
+        lastInside = null
     }
 
     function takeFocus() {
-        if (!presented)
-            return
-        const item = initialFocusItem ?? nextItemInFocusChain(true)
-        item.forceActiveFocus(Qt.TabFocusReason)
+        if (presented && SheetStack.isTop(sheet))
+            (initialFocusItem ?? firstControl()).forceActiveFocus(Qt.TabFocusReason)
     }
 
     function isInside(item) {
@@ -67,17 +77,49 @@ FocusScope {
         return false
     }
 
+    function firstControl() {
+        return nextItemInFocusChain(true)
+    }
+
+    function lastControl() {
+        const first = firstControl()
+        let last = first
+        for (let next = last.nextItemInFocusChain(true); next !== first && isInside(next);
+             next = next.nextItemInFocusChain(true))
+            last = next
+        return last
+    }
+
+    /// The keyboard went elsewhere: by Tab it comes in again at the other end, else it returns to where it was.
+    function bringBack() {
+        const outside = Window.activeFocusItem
+        if (!presented || !SheetStack.isTop(sheet) || isInside(outside))
+            return
+        const last = lastInside
+        if (!last)
+            takeFocus()
+        else if (outside === last.nextItemInFocusChain(true))
+            firstControl().forceActiveFocus(Qt.TabFocusReason)
+        else if (outside === last.nextItemInFocusChain(false))
+            lastControl().forceActiveFocus(Qt.BacktabFocusReason)
+        else
+            last.forceActiveFocus()
+    }
+
     Keys.onEscapePressed: escapePressed()
     Keys.onReturnPressed: returnPressed()
     Keys.onEnterPressed: returnPressed()
 
-    // Tab stays inside: whatever gets the keyboard elsewhere while the sheet shows hands it back.
     Connections {
-        target: sheet.presented ? sheet.Window.window : null
+        target: sheet.presented ? sheet.window : null
         function onActiveFocusItemChanged() {
             const item = sheet.Window.activeFocusItem
-            if (item && !sheet.isInside(item))
-                Qt.callLater(sheet.takeFocus)
+            if (!item || !SheetStack.isTop(sheet))
+                return
+            if (sheet.isInside(item))
+                sheet.lastInside = item
+            else
+                Qt.callLater(sheet.bringBack)
         }
     }
 

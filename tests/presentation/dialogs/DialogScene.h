@@ -1,0 +1,219 @@
+#pragma once
+
+#include "presentation/tokens/Design.h"
+#include "support/RunTask.h"
+
+#include <QAccessible>
+#include <QDir>
+#include <QQmlComponent>
+#include <QQmlEngine>
+#include <QQuickItem>
+#include <QQuickWindow>
+#include <QTest>
+
+#include <gtest/gtest.h>
+
+#include <memory>
+
+namespace quillhaven::testing {
+
+/// A window with one button of its own behind the dialogs under test, on the screen and with the keyboard.
+class DialogScene
+{
+public:
+    /// `dialogs` is the QML of the dialogs; `models` are the names that it uses.
+    DialogScene(const QString &dialogs, const QVariantMap &models)
+    {
+        installDesign(m_engine);
+        QString properties;
+        for (const QString &name : models.keys()) {
+            properties += QStringLiteral("required property QtObject %1\n").arg(name);
+        }
+        QQmlComponent component(&m_engine);
+        component.setData(QStringLiteral("import QtQuick\nimport QtQuick.Controls.Basic\nimport Quillhaven.Design\n"
+                                         "import Quillhaven.Dialogs\n"
+                                         "ApplicationWindow {\nid: scene\n%1\nwidth: 1200; height: 900; visible: true\n"
+                                         "color: Colors.windowBackground\n"
+                                         "FilledButton { text: \"Behind\"; focus: true; x: 40; y: 40 }\n"
+                                         "FilledButton { text: \"Also behind\"; x: 40; y: 100 }\n%2\n}")
+                              .arg(properties, dialogs)
+                              .toUtf8(),
+                          QUrl());
+        m_window.reset(qobject_cast<QQuickWindow *>(component.createWithInitialProperties(models)));
+        EXPECT_TRUE(m_window) << qUtf8Printable(component.errorString());
+        if (m_window) {
+            m_window->requestActivate();
+            EXPECT_TRUE(QTest::qWaitForWindowActive(m_window.get()));
+            EXPECT_TRUE(getsFocus("Behind"));
+        }
+    }
+
+    [[nodiscard]] QQuickWindow *window() const { return m_window.get(); }
+
+    /// The name of the control that has the keyboard: its own text, or the label of the field that it is in.
+    [[nodiscard]] QString focused() const
+    {
+        QQuickItem *item = m_window->activeFocusItem();
+        for (QQuickItem *each = item; each; each = each->parentItem()) {
+            const QString label = each->property("label").toString();
+            if (!label.isEmpty()) {
+                return label +
+                       (each == item || item->inherits("QQuickTextField") ? QString() : QStringLiteral(" toggle"));
+            }
+        }
+        return item ? item->property("text").toString() : QString();
+    }
+    /// Waits until that control has the keyboard, and its sheet is fully there.
+    bool getsFocus(const char *name)
+    {
+        const bool isReached = spinUntil(
+            [&] { return focused() == QString::fromUtf8(name) && isFullyShown(m_window->activeFocusItem()); }, 5000);
+        EXPECT_TRUE(isReached) << "the keyboard is at: " << qUtf8Printable(focused());
+        return isReached;
+    }
+
+    void press(Qt::Key key)
+    {
+        QTest::keyClick(m_window.get(), key);
+        spinOnce();
+    }
+    void type(const char *text)
+    {
+        for (const char *letter = text; *letter; ++letter) {
+            QTest::keyClick(m_window.get(), *letter);
+        }
+        spinOnce();
+    }
+    /// Goes on by the tab key through all controls, from the first one back to it.
+    QStringList tabRound(Qt::Key key = Qt::Key_Tab)
+    {
+        const QString first = focused();
+        QStringList round{first};
+        for (int presses = 0; presses < 20; ++presses) {
+            press(key);
+            if (focused() == first) {
+                return round;
+            }
+            round += focused();
+        }
+        ADD_FAILURE() << "never came round: " << qUtf8Printable(round.join(QLatin1Char(',')));
+        return round;
+    }
+
+    /// Visible items with this text, and whether they can be pressed.
+    [[nodiscard]] QQuickItem *find(const char *text) const
+    {
+        return find(m_window->contentItem(), "text", QString::fromUtf8(text), true);
+    }
+    [[nodiscard]] bool findSymbol(const char *symbol) const
+    {
+        return find(m_window->contentItem(), "symbol", QString::fromUtf8(symbol), true) != nullptr;
+    }
+    /// Whether any field, seen or not, still has this text.
+    [[nodiscard]] bool holdsTypedText(const char *text) const
+    {
+        return find(m_window->contentItem(), "text", QString::fromUtf8(text), false) != nullptr;
+    }
+    [[nodiscard]] bool shows(const char *text) const { return find(text) != nullptr; }
+    void click(const char *text)
+    {
+        QQuickItem *item = find(text);
+        ASSERT_TRUE(item) << text;
+        // The sheet has come to rest when its control no longer moves.
+        QPointF before;
+        ASSERT_TRUE(spinUntil([&] {
+            const QPointF now = item->mapToScene({item->width() / 2, item->height() / 2});
+            const bool isStill = now == before;
+            before = now;
+            m_window->grabWindow();
+            return isStill;
+        }));
+        QTest::mouseClick(m_window.get(), Qt::LeftButton, Qt::NoModifier, before.toPoint());
+        spinOnce();
+    }
+
+    /// What a screen reader can get: every name, and every text of any kind.
+    struct Heard
+    {
+        QStringList names;
+        QStringList texts;
+    };
+    [[nodiscard]] Heard heard() const
+    {
+        Heard all;
+        listen(QAccessible::queryAccessibleInterface(m_window.get()), all);
+        return all;
+    }
+
+    /// Draws a picture into the folder that QUILLHAVEN_SCREENSHOTS names, or beside the program.
+    void draw(const QString &name)
+    {
+        const QString folder = qEnvironmentVariable("QUILLHAVEN_SCREENSHOTS", QCoreApplication::applicationDirPath() +
+                                                                                  QStringLiteral("/screenshots"));
+        ASSERT_TRUE(QDir().mkpath(folder));
+        int frames = 0;
+        const QMetaObject::Connection counting =
+            QObject::connect(m_window.get(), &QQuickWindow::frameSwapped, m_window.get(), [&frames] { ++frames; });
+        EXPECT_TRUE(spinUntil([&] {
+            m_window->update();
+            return frames > 40;
+        }));
+        QObject::disconnect(counting);
+        EXPECT_TRUE(m_window->grabWindow().save(folder + QLatin1Char('/') + name + QStringLiteral(".png")));
+    }
+
+private:
+    static bool isFullyShown(QQuickItem *item)
+    {
+        for (; item; item = item->parentItem()) {
+            if (!item->isVisible() || item->opacity() < 1) {
+                return false;
+            }
+        }
+        return true;
+    }
+
+    static QQuickItem *find(QQuickItem *root, const char *property, const QString &value, bool isSeen)
+    {
+        for (QQuickItem *child : root->childItems()) {
+            if (isSeen && (!child->isVisible() || child->opacity() <= 0)) {
+                continue;
+            }
+            if (child->property(property).toString() == value) {
+                return child;
+            }
+            if (QQuickItem *found = find(child, property, value, isSeen)) {
+                return found;
+            }
+        }
+        return nullptr;
+    }
+
+    static void listen(QAccessibleInterface *node, Heard &all)
+    {
+        if (!node) {
+            return;
+        }
+        if (!node->state().invisible) {
+            all.names += node->text(QAccessible::Name);
+        }
+        for (const QAccessible::Text kind : {QAccessible::Name, QAccessible::Description, QAccessible::Value,
+                                             QAccessible::Help, QAccessible::Accelerator}) {
+            all.texts += node->text(kind);
+        }
+        if (QAccessibleTextInterface *text = node->textInterface()) {
+            all.texts += text->text(0, text->characterCount());
+        }
+        if (QAccessibleValueInterface *value = node->valueInterface()) {
+            all.texts += value->currentValue().toString();
+        }
+        for (int index = 0; index < node->childCount(); ++index) {
+            listen(node->child(index), all);
+        }
+    }
+
+    QQmlEngine m_engine;
+    std::unique_ptr<QQuickWindow> m_window;
+};
+
+} // namespace quillhaven::testing
