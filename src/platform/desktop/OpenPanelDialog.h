@@ -4,9 +4,21 @@
 
 #include <QFileDialog>
 
+QT_BEGIN_NAMESPACE
+class QAbstractItemView;
+class QLabel;
+class QLineEdit;
+class QPushButton;
+QT_END_NAMESPACE
+
 namespace quillhaven {
 
-/// A file dialog for one file, one folder, or one of either.
+/// A file dialog for one file, one folder, or one of either. What is typed into the name field is a name or an absolute
+/// path as it stands, without quoting, wildcards or variables; only a leading "~" stands for the home folder when there
+/// is nothing of that name.
+///
+/// Return and the confirming button choose a selected folder where folders may be chosen; a double click or Alt+Down
+/// always goes into it.
 class OpenPanelDialog : public QFileDialog
 {
     Q_OBJECT
@@ -14,21 +26,38 @@ class OpenPanelDialog : public QFileDialog
 public:
     explicit OpenPanelDialog(const OpenPanelRequest &request);
 
+    void accept() override;
     void done(int result) override;
+    bool eventFilter(QObject *watched, QEvent *event) override;
 
 Q_SIGNALS:
     /// The panel was confirmed with this path, or declined with none.
     void answered(const QString &path);
 
-protected:
-    void accept() override;
-
 private:
+    void findParts();
     void showMessage();
     void applyColors();
+    void preselect();
+    void selectAskedRow();
+    void selectionMoved();
+    void updateConfirmButton();
+    void explain(const QString &text);
+    [[nodiscard]] bool handleKey(int key, Qt::KeyboardModifiers modifiers);
+    void enter(const QString &folder);
+    [[nodiscard]] QString selectedRow() const;
+    [[nodiscard]] QString typedPath() const;
+    [[nodiscard]] QString candidate() const;
 
     OpenPanelRequest m_request;
-    QString m_chosen;
+    QString m_asked;  ///< absolute path of the preselected item; empty without one
+    QString m_chosen; ///< the answer
+    bool m_typed = false;
+    QLineEdit *m_name = nullptr;
+    QPushButton *m_confirm = nullptr;
+    QAbstractItemView *m_list = nullptr;
+    QAbstractItemView *m_tree = nullptr;
+    QLabel *m_note = nullptr;
 };
 
 } // namespace quillhaven

@@ -1,0 +1,27 @@
+#include "platform/desktop/OpenPanelDialog.h"
+#include "platform/desktop/QtFilePanels.h"
+
+#include <QApplication>
+#include <QTimer>
+
+#include <cstdio>
+
+// PanelEnder DIRECTORY: a program that ends while its panel is still open.
+int main(int argc, char **argv)
+{
+    using namespace quillhaven;
+    QApplication application(argc, argv);
+    QtFilePanels panels;
+    OpenPanelRequest request;
+    request.directory = QApplication::arguments().at(1);
+    const auto opened = panels.open(request);
+    QTimer timer;
+    QObject::connect(&timer, &QTimer::timeout, [] {
+        if (qobject_cast<OpenPanelDialog *>(QApplication::activeWindow())) {
+            std::puts("open");
+            QApplication::exit(0);
+        }
+    });
+    timer.start(1);
+    return QApplication::exec();
+}
