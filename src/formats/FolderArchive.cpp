@@ -24,7 +24,7 @@ public:
         try {
             m_fileManager.removeItem(m_path);
         } catch (const LocalizedError &) {
-            // The archive is in memory or has failed already; what stays is the temporary directory's business.
+            // The error is dropped: the archive is in memory, or has failed already.
         }
     }
     WorkDirectory(const WorkDirectory &) = delete;
@@ -39,7 +39,7 @@ private:
 
 QString tarProgram()
 {
-    const QString usual = QStringLiteral("/usr/bin/tar");
+    QString usual = QStringLiteral("/usr/bin/tar");
     if (QFileInfo(usual).isExecutable()) {
         return usual;
     }

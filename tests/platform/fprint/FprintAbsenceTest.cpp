@@ -1,4 +1,5 @@
 #include "platform/fprint/FprintFixture.h"
+#include "platform/linux/FprintVerification.h"
 
 #include <QLocalServer>
 #include <QProcess>
@@ -136,6 +137,19 @@ TEST_F(FprintAbsenceTest, CannotEvaluateWhileFprintdKeepsSilentAndTheMainLoopRun
     EXPECT_FALSE(evaluatePolicy());
     fprintd->send(SIGCONT);
     EXPECT_TRUE(canEvaluatePolicy());
+}
+
+TEST_F(FprintAbsenceTest, AConnectionWithAnUnansweredCallIsNotUsedAgain)
+{
+    const auto fprintd = startFprintd();
+    QThreadPool pool;
+    const auto bus = runTask(SystemBus::connect(pool));
+    ASSERT_TRUE(bus);
+    EXPECT_TRUE(runTask(FprintDevice::findDefault(bus)).has_value());
+    EXPECT_TRUE(bus->isUsable());
+    fprintd->send(SIGSTOP);
+    EXPECT_FALSE(runTask(FprintDevice::findDefault(bus)).has_value());
+    EXPECT_FALSE(bus->isUsable());
 }
 
 TEST_F(FprintAbsenceTest, AReaderThatASilentFprintdKeepsIsFreeAgainLater)

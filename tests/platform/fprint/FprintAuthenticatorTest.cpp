@@ -16,8 +16,11 @@ protected:
     ~FprintAuthenticatorTest() override
     {
         // Whatever happened, the reader is free again.
-        EXPECT_TRUE(spinUntil([this] { return other.claim(); }));
-        other.release();
+        const bool isFree = spinUntil([this] { return other.claim(); });
+        EXPECT_TRUE(isFree);
+        if (isFree) {
+            other.release();
+        }
         expectNoPrompt();
     }
 
