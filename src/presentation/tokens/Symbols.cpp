@@ -1,9 +1,11 @@
 #include "presentation/tokens/Symbols.h"
 
-#include <QFileInfo>
+#include <QImage>
 #include <QPainter>
 #include <QStandardPaths>
 #include <QSvgRenderer>
+
+#include <algorithm>
 
 namespace quillhaven {
 
@@ -16,26 +18,28 @@ const QHash<QString, QString> &symbolFiles()
         {QStringLiteral("arrow.uturn.backward"), QStringLiteral("actions/22/edit-undo.svg")},
         {QStringLiteral("checkmark.circle.fill"), QStringLiteral("actions/22/checkmark.svg")},
         {QStringLiteral("checkmark.square.fill"), QStringLiteral("actions/22/checkbox.svg")},
+        {QStringLiteral("chevron.down"), QStringLiteral("actions/22/go-down.svg")},
+        {QStringLiteral("chevron.right"), QStringLiteral("actions/22/go-next.svg")},
         {QStringLiteral("circle"), QStringLiteral("actions/22/draw-circle.svg")},
         {QStringLiteral("clock.fill"), QStringLiteral("actions/22/clock.svg")},
         {QStringLiteral("doc.fill"), QStringLiteral("actions/22/document-new.svg")},
         {QStringLiteral("doc.on.clipboard"), QStringLiteral("actions/22/edit-copy-path.svg")},
-        {QStringLiteral("doc.text.fill"), QStringLiteral("actions/22/view-list-text.svg")},
-        {QStringLiteral("exclamationmark.octagon.fill"), QStringLiteral("status/22/state-error.svg")},
-        {QStringLiteral("exclamationmark.triangle"), QStringLiteral("status/22/state-warning.svg")},
-        {QStringLiteral("exclamationmark.triangle.fill"), QStringLiteral("status/22/state-warning.svg")},
+        {QStringLiteral("doc.text.fill"), QStringLiteral("mimetypes/22/text-plain.svg")},
+        {QStringLiteral("exclamationmark.octagon.fill"), QStringLiteral("status/22/data-error.svg")},
+        {QStringLiteral("exclamationmark.triangle"), QStringLiteral("status/22/data-warning.svg")},
+        {QStringLiteral("exclamationmark.triangle.fill"), QStringLiteral("status/22/data-warning.svg")},
         {QStringLiteral("eye.fill"), QStringLiteral("actions/22/password-show-on.svg")},
         {QStringLiteral("eye.slash.fill"), QStringLiteral("actions/22/password-show-off.svg")},
-        {QStringLiteral("folder"), QStringLiteral("actions/22/document-open-folder.svg")},
-        {QStringLiteral("folder.badge.minus"), QStringLiteral("actions/22/edit-delete-remove.svg")},
+        {QStringLiteral("folder"), QStringLiteral("places/22/folder.svg")},
+        {QStringLiteral("folder.badge.minus"), QStringLiteral("actions/22/archive-remove.svg")},
         {QStringLiteral("folder.badge.plus"), QStringLiteral("actions/22/folder-new.svg")},
         {QStringLiteral("folder.badge.questionmark"), QStringLiteral("actions/22/question.svg")},
-        {QStringLiteral("folder.fill"), QStringLiteral("actions/22/document-open-folder.svg")},
+        {QStringLiteral("folder.fill"), QStringLiteral("places/22/folder-open.svg")},
         {QStringLiteral("gearshape"), QStringLiteral("actions/22/configure.svg")},
         {QStringLiteral("gearshape.fill"), QStringLiteral("actions/22/configure.svg")},
         {QStringLiteral("info.circle"), QStringLiteral("actions/22/help-about.svg")},
         {QStringLiteral("info.circle.fill"), QStringLiteral("actions/22/help-about.svg")},
-        {QStringLiteral("key.fill"), QStringLiteral("actions/22/password-copy.svg")},
+        {QStringLiteral("key.fill"), QStringLiteral("mimetypes/22/application-pgp-keys.svg")},
         {QStringLiteral("lightbulb.fill"), QStringLiteral("actions/22/help-hint.svg")},
         {QStringLiteral("line.3.horizontal.decrease.circle.fill"), QStringLiteral("actions/22/view-filter.svg")},
         {QStringLiteral("lock"), QStringLiteral("actions/22/lock.svg")},
@@ -61,7 +65,7 @@ const QHash<QString, QString> &symbolFiles()
         {QStringLiteral("trash.fill"), QStringLiteral("actions/22/edit-delete.svg")},
         {QStringLiteral("tray.and.arrow.down.fill"), QStringLiteral("actions/22/download.svg")},
         {QStringLiteral("xmark"), QStringLiteral("actions/22/dialog-close.svg")},
-        {QStringLiteral("xmark.circle.fill"), QStringLiteral("actions/22/dialog-cancel.svg")},
+        {QStringLiteral("xmark.circle.fill"), QStringLiteral("actions/22/window-close.svg")},
     };
     return files;
 }
@@ -75,6 +79,25 @@ QString symbolPath(const QString &symbol)
     return QStandardPaths::locate(QStandardPaths::GenericDataLocation, QStringLiteral("icons/breeze/") + file);
 }
 
+namespace {
+
+/// Cuts what is white in a drawing out of it: the mark within a filled shape, which one colour alone would hide.
+void cutOutWhite(QImage &image)
+{
+    constexpr int keptUpTo = 128;
+    for (int y = 0; y < image.height(); ++y) {
+        auto *line = reinterpret_cast<QRgb *>(image.scanLine(y));
+        for (int x = 0; x < image.width(); ++x) {
+            const QRgb pixel = line[x];
+            const int whiteness = std::min({qRed(pixel), qGreen(pixel), qBlue(pixel)});
+            const int kept = std::clamp(255 - (whiteness - keptUpTo) * 255 / (255 - keptUpTo), 0, 255);
+            line[x] = qRgba(qRed(pixel), qGreen(pixel), qBlue(pixel), qAlpha(pixel) * kept / 255);
+        }
+    }
+}
+
+} // namespace
+
 QPixmap SymbolImageProvider::requestPixmap(const QString &id, QSize *size, const QSize &requestedSize)
 {
     const QString symbol = id.section(QLatin1Char('/'), 0, 0);
@@ -83,19 +106,25 @@ QPixmap SymbolImageProvider::requestPixmap(const QString &id, QSize *size, const
     if (size) {
         *size = pixels;
     }
-    QPixmap pixmap(pixels);
-    pixmap.fill(Qt::transparent);
     const QString path = symbolPath(symbol);
     if (path.isEmpty()) {
-        return pixmap;
+        QPixmap nothing(pixels);
+        nothing.fill(Qt::transparent);
+        return nothing;
     }
+    QImage image(pixels, QImage::Format_ARGB32);
+    image.fill(Qt::transparent);
     QSvgRenderer renderer(path);
-    QPainter painter(&pixmap);
-    painter.setRenderHint(QPainter::Antialiasing);
-    renderer.render(&painter, QRectF(QPointF(0, 0), pixels));
+    QPainter drawing(&image);
+    drawing.setRenderHint(QPainter::Antialiasing);
+    renderer.render(&drawing, QRectF(QPointF(0, 0), pixels));
+    drawing.end();
+    cutOutWhite(image);
     // The theme's drawings have colours of their own; only their shapes are wanted.
-    painter.setCompositionMode(QPainter::CompositionMode_SourceIn);
-    painter.fillRect(pixmap.rect(), color);
+    QPixmap pixmap = QPixmap::fromImage(image);
+    QPainter tinting(&pixmap);
+    tinting.setCompositionMode(QPainter::CompositionMode_SourceIn);
+    tinting.fillRect(pixmap.rect(), color);
     return pixmap;
 }
 

@@ -1,0 +1,7 @@
+import QtQuick
+import Quillhaven.Design
+
+/// The ground of a card.
+SectionModifier {
+    radius: DesignSystem.cornerRadiusMedium
+}

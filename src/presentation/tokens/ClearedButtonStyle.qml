@@ -1,0 +1,8 @@
+import QtQuick
+import Quillhaven.Design
+
+/// A button without a ground of its own until the pointer is over it.
+FilledButton {
+    fill: "transparent"
+    foreground: Colors.textSecondary
+}

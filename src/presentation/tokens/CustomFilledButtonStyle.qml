@@ -1,0 +1,7 @@
+import QtQuick
+import Quillhaven.Design
+
+/// A button in a fill of the caller's choice, with a faint outline.
+FilledButton {
+    outline: Colors.borderSubtle
+}

@@ -1,0 +1,7 @@
+import QtQuick
+import Quillhaven.Design
+
+/// A plain filled button.
+FilledButton {
+    fill: Colors.primary
+}

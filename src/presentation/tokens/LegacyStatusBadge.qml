@@ -1,0 +1,23 @@
+import QtQuick
+import Quillhaven.Design
+
+/// A state as a word on a pale ground of its colour.
+Rectangle {
+    id: badge
+
+    property alias status: indicator.status
+    property alias text: indicator.text
+    property alias size: indicator.size
+
+    implicitWidth: indicator.implicitWidth + Spacing.sm * 2
+    implicitHeight: indicator.implicitHeight + Spacing.xs * 2
+    radius: DesignSystem.cornerRadiusSmall
+    color: Qt.rgba(indicator.look.ink.r, indicator.look.ink.g, indicator.look.ink.b, 0.18)
+
+    StatusIndicator {
+        id: indicator
+
+        anchors.centerIn: parent
+        showIcon: false
+    }
+}

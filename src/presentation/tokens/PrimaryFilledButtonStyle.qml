@@ -1,0 +1,20 @@
+import QtQuick
+import Quillhaven.Design
+
+/// A filled button that takes a gradient in place of its fill, when there is one.
+FilledButton {
+    id: style
+
+    /// A ColorGradient, from left to right, or null.
+    property var gradient: null
+
+    fillGradient: gradient ? run : null
+
+    Gradient {
+        id: run
+
+        orientation: Gradient.Horizontal
+        GradientStop { position: 0; color: style.gradient ? style.gradient.from : style.fill }
+        GradientStop { position: 1; color: style.gradient ? style.gradient.to : style.fill }
+    }
+}

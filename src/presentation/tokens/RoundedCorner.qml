@@ -1,0 +1,43 @@
+import QtQuick
+import QtQuick.Shapes
+import Quillhaven.Design
+
+/// A filled rectangle of which only the corners of a set, the RectCorner, are rounded.
+Shape {
+    id: shape
+
+    property real radius: DesignSystem.cornerRadiusMedium
+    /// Of topLeft, topRight, bottomLeft and bottomRight.
+    property var corners: ["topLeft", "topRight", "bottomLeft", "bottomRight"]
+    property color fill: Colors.cardBackground
+
+    function radiusOf(corner) {
+        return corners.includes(corner) ? Math.min(radius, width / 2, height / 2) : 0
+    }
+
+    ShapePath {
+        id: path
+
+        readonly property real topLeft: shape.radiusOf("topLeft")
+        readonly property real topRight: shape.radiusOf("topRight")
+        readonly property real bottomRight: shape.radiusOf("bottomRight")
+        readonly property real bottomLeft: shape.radiusOf("bottomLeft")
+
+        strokeWidth: -1
+        fillColor: shape.fill
+        startX: topLeft
+        startY: 0
+
+        PathLine { x: shape.width - path.topRight; y: 0 }
+        PathArc { x: shape.width; y: path.topRight; radiusX: path.topRight; radiusY: path.topRight }
+        PathLine { x: shape.width; y: shape.height - path.bottomRight }
+        PathArc {
+            x: shape.width - path.bottomRight; y: shape.height
+            radiusX: path.bottomRight; radiusY: path.bottomRight
+        }
+        PathLine { x: path.bottomLeft; y: shape.height }
+        PathArc { x: 0; y: shape.height - path.bottomLeft; radiusX: path.bottomLeft; radiusY: path.bottomLeft }
+        PathLine { x: 0; y: path.topLeft }
+        PathArc { x: path.topLeft; y: 0; radiusX: path.topLeft; radiusY: path.topLeft }
+    }
+}

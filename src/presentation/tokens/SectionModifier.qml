@@ -1,0 +1,12 @@
+import QtQuick
+import Quillhaven.Design
+
+/// The ground of a section.
+Rectangle {
+    property color backgroundColor: Colors.cardBackground
+
+    radius: DesignSystem.cornerRadiusLarge
+    color: backgroundColor
+    border.width: 1
+    border.color: Colors.borderSubtle
+}

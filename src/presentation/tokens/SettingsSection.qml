@@ -1,0 +1,105 @@
+import QtQuick
+import QtQuick.Controls.Basic
+import QtQuick.Layouts
+import Quillhaven.Design
+
+/// A heading and its settings; one that is collapsible opens and closes by its heading.
+SectionModifier {
+    id: section
+
+    property string title
+    property string icon
+    property string description
+    default property alias content: contentColumn.data
+    property bool isCollapsible: false
+    property bool showDivider: true
+    property bool isExpanded: true
+    readonly property bool isHovered: header.hovered
+
+    implicitWidth: layout.implicitWidth + Spacing.lg * 2
+    implicitHeight: layout.implicitHeight + Spacing.lg * 2
+
+    ColumnLayout {
+        id: layout
+
+        anchors.fill: parent
+        anchors.margins: Spacing.lg
+        spacing: Spacing.controlSpacing
+
+        AbstractButton {
+            id: header
+
+            function press() {
+                if (section.isCollapsible)
+                    clicked()
+            }
+
+            Layout.fillWidth: true
+            enabled: section.isCollapsible
+            hoverEnabled: true
+            focusPolicy: section.isCollapsible ? Qt.StrongFocus : Qt.NoFocus
+            text: section.title
+            onClicked: section.isExpanded = !section.isExpanded
+            Keys.onReturnPressed: press()
+            Keys.onEnterPressed: press()
+            Accessible.role: section.isCollapsible ? Accessible.Button : Accessible.Heading
+            Accessible.name: section.title
+            Accessible.description: !section.isCollapsible ? section.description
+                : section.isExpanded ? "Double tap to collapse" : "Double tap to expand"
+            Accessible.onPressAction: press()
+
+            contentItem: RowLayout {
+                spacing: Spacing.sm
+
+                SymbolImage {
+                    visible: section.icon !== ""
+                    symbol: section.icon
+                    color: Colors.primaryAccent
+                }
+
+                Text {
+                    Layout.fillWidth: true
+                    text: section.title
+                    textFormat: Text.PlainText
+                    font: Typography.sectionHeader
+                    color: Colors.textPrimary
+                    Accessible.ignored: true
+                }
+
+                SymbolImage {
+                    visible: section.isCollapsible
+                    symbol: section.isExpanded ? "chevron.down" : "chevron.right"
+                    size: 18
+                    color: Colors.iconMuted
+                }
+            }
+
+            background: FocusRing { shown: header.visualFocus }
+        }
+
+        Text {
+            Layout.fillWidth: true
+            visible: text !== ""
+            text: section.description
+            textFormat: Text.PlainText
+            font: Typography.settingDescription
+            color: Colors.textSecondary
+            wrapMode: Text.Wrap
+        }
+
+        Rectangle {
+            Layout.fillWidth: true
+            visible: section.showDivider && section.isExpanded
+            implicitHeight: 1
+            color: Colors.divider
+        }
+
+        ColumnLayout {
+            id: contentColumn
+
+            Layout.fillWidth: true
+            visible: section.isExpanded
+            spacing: Spacing.rowSpacing
+        }
+    }
+}

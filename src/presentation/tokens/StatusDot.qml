@@ -1,0 +1,17 @@
+import QtQuick
+import Quillhaven.Design
+
+/// A dot in the colour of a state.
+StatusIndicator {
+    id: dot
+
+    showIcon: false
+    text: ""
+
+    Rectangle {
+        width: dot.pointSize * 2 / 3
+        height: width
+        radius: width / 2
+        color: dot.look.ink
+    }
+}
