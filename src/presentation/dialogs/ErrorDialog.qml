@@ -16,6 +16,7 @@ SheetFrame {
     message: manager.errorMessage
     symbol: "exclamationmark.triangle.fill"
     symbolColor: Colors.error
+    symbolSpringsIn: true
     initialFocusItem: okButton
     onReturnPressed: manager.hideError()
     onEscapePressed: manager.hideError()

@@ -51,6 +51,7 @@ SheetFrame {
             Layout.fillWidth: true
             Layout.preferredWidth: 1
             text: dialog.manager.actionTitle
+            busy: dialog.manager.isAuthenticating
             enabled: field.secret !== "" && !dialog.manager.isAuthenticating
             onClicked: dialog.handleAuthenticate()
         }

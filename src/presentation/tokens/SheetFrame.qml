@@ -12,6 +12,8 @@ FocusScope {
     property string message
     property string symbol
     property color symbolColor: Colors.primaryAccent
+    /// The symbol grows into its place when the sheet appears, over 0.6 seconds.
+    property bool symbolSpringsIn: false
     property int minimumSheetWidth: 400
     property int maximumSheetWidth: 500
     /// The item that gets the keyboard when the sheet appears.
@@ -196,6 +198,12 @@ FocusScope {
                     radius: 32
                     visible: sheet.symbol !== ""
                     color: Qt.rgba(sheet.symbolColor.r, sheet.symbolColor.g, sheet.symbolColor.b, 0.16)
+                    scale: sheet.presented || !sheet.symbolSpringsIn ? 1 : 0.3
+
+                    Behavior on scale {
+                        enabled: sheet.presented
+                        NumberAnimation { duration: 600; easing.type: Easing.OutBack }
+                    }
 
                     SymbolImage {
                         anchors.centerIn: parent

@@ -282,4 +282,35 @@ TEST_F(ErrorDialogWindow, ErrorOverAQuestionThatClosesFirstStillGivesTheKeyboard
     EXPECT_TRUE(scene.getsFocus("Behind"));
 }
 
+TEST(ErrorDialogSheetWindow, HintOnlyForPermissionAndAccess)
+{
+    DialogScene scene(QStringLiteral("ErrorDialogSheet { objectName: \"sheet\" }"), {});
+    QObject *sheet = scene.window()->findChild<QObject *>(QStringLiteral("sheet"));
+    ASSERT_TRUE(sheet);
+    for (const auto &[message, hasHint] :
+         {std::pair{"No PERMISSION.", true}, {"No Access.", true}, {"It was denied.", false}, {"", false}}) {
+        sheet->setProperty("errorMessage", QString::fromUtf8(message));
+        sheet->setProperty("presented", true);
+        ASSERT_TRUE(scene.getsFocus("OK"));
+        EXPECT_EQ(scene.shows("Show Troubleshooting"), hasHint) << message;
+        EXPECT_EQ(scene.shows("Try closing any applications that might be using this file, or move it to a different "
+                              "location."),
+                  hasHint);
+    }
+}
+
+TEST(ErrorDialogSheetWindow, OkCallsItsActionAndDismisses)
+{
+    DialogScene scene(QStringLiteral("ErrorDialogSheet { objectName: \"sheet\"; property int calls: 0; "
+                                     "onOkPressed: ++calls }"),
+                      {});
+    QObject *sheet = scene.window()->findChild<QObject *>(QStringLiteral("sheet"));
+    ASSERT_TRUE(sheet);
+    sheet->setProperty("presented", true);
+    ASSERT_TRUE(scene.getsFocus("OK"));
+    scene.press(Qt::Key_Return);
+    EXPECT_EQ(sheet->property("calls").toInt(), 1);
+    EXPECT_FALSE(sheet->property("presented").toBool());
+}
+
 } // namespace
