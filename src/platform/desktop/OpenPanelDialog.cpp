@@ -4,10 +4,12 @@
 #include <QDialogButtonBox>
 #include <QFileInfo>
 #include <QFileSystemModel>
+#include <QHeaderView>
 #include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
+#include <QTreeView>
 #include <QVBoxLayout>
 
 namespace quillhaven {
@@ -52,7 +54,8 @@ OpenPanelDialog::OpenPanelDialog(const OpenPanelRequest &request) : m_request(re
     setAcceptMode(QFileDialog::AcceptOpen);
     setFileMode(request.canChooseFiles ? QFileDialog::ExistingFile : QFileDialog::Directory);
     setOption(QFileDialog::ShowDirsOnly, false);
-    setFilter(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot);
+    const QDir::Filters shown = QDir::AllEntries | QDir::NoDotAndDotDot;
+    setFilter(request.preselected.startsWith(QLatin1Char('.')) ? shown | QDir::Hidden : shown);
     setLabelText(QFileDialog::Accept, request.prompt.isEmpty() ? QStringLiteral("Open") : request.prompt);
     setLabelText(QFileDialog::FileName, QStringLiteral("Name:"));
     setModal(true);
@@ -72,7 +75,14 @@ void OpenPanelDialog::findParts()
     m_name = findChild<QLineEdit *>(QStringLiteral("fileNameEdit"));
     m_list = findChild<QAbstractItemView *>(QStringLiteral("listView"));
     m_tree = findChild<QAbstractItemView *>(QStringLiteral("treeView"));
-    m_confirm = findChild<QDialogButtonBox *>(QStringLiteral("buttonBox"))->button(QDialogButtonBox::Open);
+    const auto *buttons = findChild<QDialogButtonBox *>(QStringLiteral("buttonBox"));
+    m_confirm = buttons->button(QDialogButtonBox::Open);
+    for (QAbstractButton *button : buttons->buttons()) {
+        button->setIcon({});
+    }
+    auto *columns = findChild<QTreeView *>(QStringLiteral("treeView"))->header();
+    columns->setSectionResizeMode(QHeaderView::ResizeToContents);
+    columns->setSectionResizeMode(0, QHeaderView::Stretch);
     // There is one type of file, all of them.
     for (const char *name : {"fileTypeCombo", "fileTypeLabel"}) {
         findChild<QWidget *>(QLatin1String(name))->hide();
@@ -138,6 +148,8 @@ void OpenPanelDialog::applyColors()
     colors.setColor(QPalette::Highlight, color(0x554DDD));
     colors.setColor(QPalette::Link, color(0x4373F1));
     setPalette(colors);
+    colors.setColor(QPalette::Button, color(0x554DDD));
+    m_confirm->setPalette(colors);
 }
 
 void OpenPanelDialog::preselect()

@@ -7,13 +7,27 @@
 #include <QWindow>
 
 #include <algorithm>
+#include <utility>
 
 namespace quillhaven {
 
+namespace {
+
+bool hasVisibleDialog()
+{
+    const QList<QWindow *> windows = QGuiApplication::topLevelWindows();
+    return std::any_of(windows.begin(), windows.end(),
+                       [](const QWindow *window) { return window->isVisible() && window->type() == Qt::Dialog; });
+}
+
+} // namespace
+
 void QtApplicationPresence::activate()
 {
+    // A dialog has the keyboard, not the window that waits for it.
+    const Qt::WindowType wanted = hasVisibleDialog() ? Qt::Dialog : Qt::Window;
     for (QWindow *window : QGuiApplication::topLevelWindows()) {
-        if (window->isVisible() && window->type() == Qt::Window) {
+        if (window->isVisible() && window->type() == wanted) {
             window->raise();
             window->requestActivate();
         }
@@ -22,6 +36,11 @@ void QtApplicationPresence::activate()
 
 void QtApplicationPresence::hide()
 {
+    for (QWindow *window : QGuiApplication::topLevelWindows()) {
+        if (window->isVisible() && window->transientParent()) {
+            m_hiddenDialogs.append(window);
+        }
+    }
     for (QWindow *window : QGuiApplication::topLevelWindows()) {
         window->hide();
     }
@@ -36,10 +55,24 @@ bool QtApplicationPresence::makeKeyAndOrderFront(const QString &title)
         window->setWindowStates(window->windowStates() & ~Qt::WindowMinimized);
         window->setVisible(true);
         window->raise();
-        window->requestActivate();
+        showDialogsAgain();
+        if (!hasVisibleDialog()) {
+            window->requestActivate();
+        }
         return true;
     }
     return false;
+}
+
+void QtApplicationPresence::showDialogsAgain()
+{
+    // A panel that stays hidden could never be answered.
+    for (const QPointer<QWindow> &dialog : std::exchange(m_hiddenDialogs, {})) {
+        if (dialog) {
+            dialog->setVisible(true);
+            dialog->requestActivate();
+        }
+    }
 }
 
 bool QtApplicationPresence::hasVisibleWindows() const

@@ -2,6 +2,10 @@
 
 #include "platform/ApplicationPresence.h"
 
+#include <QList>
+#include <QPointer>
+#include <QWindow>
+
 namespace quillhaven {
 
 /// The windows of this Qt application.
@@ -17,9 +21,13 @@ public:
     void terminate() override;
 
 private:
+    void showDialogsAgain();
+
     // A window of ours is in the task list exactly while it is on the screen, so that hiding is all that the policy
     // needs; it is kept for whoever asks.
     ActivationPolicy m_policy = ActivationPolicy::Regular;
+    // The dialogs that `hide` took from the screen; they come back with the window that is shown next.
+    QList<QPointer<QWindow>> m_hiddenDialogs;
 };
 
 } // namespace quillhaven

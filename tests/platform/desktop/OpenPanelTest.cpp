@@ -221,6 +221,19 @@ TEST_F(OpenPanel, APreselectedHiddenItemIsListed)
     EXPECT_EQ(chosen(opened), hidden);
 }
 
+TEST_F(OpenPanel, HiddenItemsAreOtherwiseLeftOutButCanBeTyped)
+{
+    const QString hidden = home.write(QStringLiteral("work/.hidden"));
+    const auto opened = open(request(true, true));
+    const QModelIndex shown = row(QStringLiteral("letter.txt"));
+    for (int i = 0; i < shown.model()->rowCount(shown.parent()); ++i) {
+        EXPECT_NE(shown.siblingAtRow(i).data().toString(), QStringLiteral(".hidden"));
+    }
+    type(QStringLiteral(".hidden"));
+    key(Qt::Key_Return);
+    EXPECT_EQ(chosen(opened), hidden);
+}
+
 TEST_F(OpenPanel, APreselectedItemThatIsGoneIsNotConfirmed)
 {
     const auto opened = open(request(true, false, QStringLiteral("gone.txt")));
@@ -368,7 +381,10 @@ TEST_P(OpenPanelName, APreselectedFolderIsConfirmedExactly)
 TEST_P(OpenPanelName, AClickedItemIsChosenExactly)
 {
     const QString asked = home.write(QStringLiteral("work/") + GetParam().name);
-    const auto opened = open(request(true, true));
+    OpenPanelRequest any = request(true, true);
+    // What is hidden is listed with a hidden preselected item only.
+    any.preselected = QStringLiteral(".other");
+    const auto opened = open(any);
     click(GetParam().name);
     clickConfirm();
     EXPECT_EQ(chosen(opened), asked);

@@ -1,0 +1,127 @@
+#include "PanelFixture.h"
+#include "platform/desktop/QtApplicationPresence.h"
+
+#include <QGuiApplication>
+#include <QRasterWindow>
+
+namespace quillhaven {
+namespace {
+
+using testing::spinUntil;
+
+class ApplicationPresenceOfQt : public testing::PanelFixture
+{
+protected:
+    ApplicationPresenceOfQt()
+    {
+        for (QRasterWindow *window : {&main, &other}) {
+            window->resize(300, 200);
+        }
+        main.setTitle(QStringLiteral("Main"));
+        other.setTitle(QStringLiteral("Other"));
+    }
+
+    void show(QWindow &window)
+    {
+        window.show();
+        window.requestActivate();
+        EXPECT_TRUE(spinUntil([&] { return window.isExposed() && window.isActive(); }, 10'000));
+    }
+
+    QtApplicationPresence presence;
+    QRasterWindow main;
+    QRasterWindow other;
+};
+
+TEST_F(ApplicationPresenceOfQt, WithoutAShownWindowNoneIsVisible)
+{
+    main.create();
+    EXPECT_FALSE(presence.hasVisibleWindows());
+}
+
+TEST_F(ApplicationPresenceOfQt, HideTakesEveryWindowFromTheScreen)
+{
+    show(main);
+    show(other);
+    EXPECT_TRUE(presence.hasVisibleWindows());
+    presence.hide();
+    EXPECT_FALSE(presence.hasVisibleWindows());
+    EXPECT_TRUE(spinUntil([&] { return !main.isExposed() && !other.isExposed(); }));
+}
+
+TEST_F(ApplicationPresenceOfQt, TheWindowOfTheTitleComesToTheFrontWithTheKeyboard)
+{
+    show(main);
+    show(other);
+    EXPECT_TRUE(presence.makeKeyAndOrderFront(QStringLiteral("Main")));
+    EXPECT_TRUE(spinUntil([&] { return QGuiApplication::focusWindow() == &main; }));
+}
+
+TEST_F(ApplicationPresenceOfQt, AHiddenWindowIsShownAgain)
+{
+    show(main);
+    presence.hide();
+    EXPECT_TRUE(presence.makeKeyAndOrderFront(QStringLiteral("Main")));
+    EXPECT_TRUE(spinUntil([&] { return main.isExposed() && main.isActive(); }));
+    EXPECT_TRUE(presence.hasVisibleWindows());
+}
+
+TEST_F(ApplicationPresenceOfQt, AnUnknownTitleShowsNothing)
+{
+    main.create();
+    EXPECT_FALSE(presence.makeKeyAndOrderFront(QStringLiteral("main")));
+    EXPECT_FALSE(main.isVisible());
+}
+
+TEST_F(ApplicationPresenceOfQt, AMinimisedWindowIsNotVisibleAndComesBack)
+{
+    show(main);
+    main.showMinimized();
+    EXPECT_TRUE(spinUntil([&] { return !presence.hasVisibleWindows(); }));
+    EXPECT_TRUE(presence.makeKeyAndOrderFront(QStringLiteral("Main")));
+    EXPECT_TRUE(spinUntil([&] { return main.isExposed() && main.isActive(); }));
+    EXPECT_TRUE(presence.hasVisibleWindows());
+}
+
+TEST_F(ApplicationPresenceOfQt, ActivateGivesAVisibleWindowTheKeyboard)
+{
+    show(main);
+    presence.activate();
+    EXPECT_TRUE(spinUntil([&] { return QGuiApplication::focusWindow() == &main; }));
+}
+
+TEST_F(ApplicationPresenceOfQt, ActivateLeavesHiddenWindowsHidden)
+{
+    show(main);
+    presence.hide();
+    presence.activate();
+    EXPECT_FALSE(presence.hasVisibleWindows());
+}
+
+TEST_F(ApplicationPresenceOfQt, APanelThatWasHiddenComesBackWithItsWindow)
+{
+    const QString file = home.write(QStringLiteral("work/letter.txt"));
+    show(main);
+    const auto opened = open(request(true, false, QStringLiteral("letter.txt")));
+    EXPECT_EQ(panel->windowHandle()->transientParent(), &main);
+    presence.hide();
+    EXPECT_FALSE(panel->isVisible());
+    EXPECT_FALSE(opened.isFinished());
+    presence.hide();
+    EXPECT_TRUE(presence.makeKeyAndOrderFront(QStringLiteral("Main")));
+    presence.activate();
+    EXPECT_TRUE(spinUntil([&] { return panel->isVisible() && panel->windowHandle()->isExposed(); }, 10'000));
+    presence.activate();
+    QTest::mouseClick(confirmButton(), Qt::LeftButton);
+    EXPECT_EQ(chosen(opened), file);
+}
+
+TEST_F(ApplicationPresenceOfQt, ThePolicyIsKept)
+{
+    EXPECT_EQ(presence.activationPolicy(), ApplicationPresence::ActivationPolicy::Regular);
+    presence.setActivationPolicy(ApplicationPresence::ActivationPolicy::Accessory);
+    EXPECT_EQ(presence.activationPolicy(), ApplicationPresence::ActivationPolicy::Accessory);
+}
+
+} // namespace
+} // namespace quillhaven
