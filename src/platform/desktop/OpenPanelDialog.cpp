@@ -148,8 +148,6 @@ void OpenPanelDialog::applyColors()
     colors.setColor(QPalette::Highlight, color(0x554DDD));
     colors.setColor(QPalette::Link, color(0x4373F1));
     setPalette(colors);
-    colors.setColor(QPalette::Button, color(0x554DDD));
-    m_confirm->setPalette(colors);
 }
 
 void OpenPanelDialog::preselect()
