@@ -48,7 +48,7 @@ done
 # Tests: each is in a target, and none may be passed over. A test that cannot run fails.
 while read -r file; do
     folder=$(dirname "$file")
-    grep -qw -- "$(basename "$file")" "$folder/CMakeLists.txt" 2>/dev/null ||
+    grep -qw -- "$(basename "$file")" "$folder"/CMakeLists.txt "$folder"/*/CMakeLists.txt 2>/dev/null ||
         breach "$file: no target in $folder/CMakeLists.txt lists it."
 done < <(ours 'tests/*.cpp' 'tests/*_test.py' 'fuzz/*.cpp' 'bench/*.cpp')
 skips='GTEST_SKIP|DISABLED_|QSKIP|unittest\.skip|SkipTest|skipTest|SKIP_RETURN_CODE'

@@ -17,7 +17,7 @@ TOUCH_ID_CARD = "Touch ID Protection"
 
 def choose_in_panel(program, path):
     """Answers the panel behind "Protect New Item" with a path."""
-    field = program.find(FIELD, "File name:")
+    field = program.find(FIELD, "Name:")
     field.set_text(str(path))
     program.press(BUTTON, "Open")
 

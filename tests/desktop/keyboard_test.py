@@ -28,7 +28,7 @@ class Keyboard(WindowTest):
     def test_a_file_is_protected_without_the_pointer(self):
         self.tab_to(f"^{flows.PROTECT}$")
         key("Return")
-        self.program.find(FIELD, "File name:")
+        self.program.find(FIELD, "Name:")
         type_text(str(self.letter))
         key("Return")
         self.program.says("Protect letter.txt")
