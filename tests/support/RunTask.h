@@ -4,6 +4,7 @@
 #include <QCoroTask>
 #include <QElapsedTimer>
 #include <QEventLoop>
+#include <QTimer>
 
 #include <exception>
 #include <functional>
@@ -19,11 +20,13 @@ inline bool spinUntil(const std::function<bool()> &condition, qint64 limitMs = 6
 {
     QElapsedTimer timer;
     timer.start();
+    QTimer wakeUp; // the condition may turn true without an event of this thread
+    wakeUp.start(20);
     while (!condition()) {
         if (timer.elapsed() > limitMs) {
             return false;
         }
-        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents | QEventLoop::AllEvents, 20);
+        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents | QEventLoop::AllEvents);
     }
     return true;
 }
