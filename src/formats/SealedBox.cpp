@@ -35,7 +35,7 @@ void require(bool succeeded)
 
 } // namespace
 
-void sealInPlace(const SymmetricKey &key, std::span<std::byte> box)
+void sealInPlace(const SymmetricKey &key, std::span<std::byte> box, const std::function<void(size_t)> &progress)
 {
     require(box.size() >= overhead);
     const Context context(EVP_CIPHER_CTX_new());
@@ -48,11 +48,17 @@ void sealInPlace(const SymmetricKey &key, std::span<std::byte> box)
         int written = 0;
         require(EVP_EncryptUpdate(context.get(), raw(chunk), &written, raw(chunk), static_cast<int>(chunk.size())) ==
                 1);
+        if (progress) {
+            progress(nonceSize + done + chunk.size());
+        }
     }
     int written = 0;
     const auto tag = box.last(tagSize);
     require(EVP_EncryptFinal_ex(context.get(), raw(tag), &written) == 1);
     require(EVP_CIPHER_CTX_ctrl(context.get(), EVP_CTRL_GCM_GET_TAG, static_cast<int>(tagSize), raw(tag)) == 1);
+    if (progress) {
+        progress(box.size());
+    }
 }
 
 std::span<std::byte> openInPlace(const SymmetricKey &key, std::span<std::byte> box)

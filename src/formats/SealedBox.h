@@ -2,6 +2,8 @@
 
 #include "formats/KeyDerivation.h"
 
+#include <functional>
+
 namespace quillhaven {
 
 /// AES-256-GCM (NIST SP 800-38D) in the combined form: nonce, ciphertext, tag in one run, no additional data.
@@ -13,7 +15,10 @@ inline constexpr size_t overhead = nonceSize + tagSize;
 
 /// Seals in place: `box` holds the nonce, then the plaintext, then room for the tag. Afterwards it is the combined
 /// form. Throws CipherError.
-void sealInPlace(const SymmetricKey &key, std::span<std::byte> box);
+///
+/// `progress` is called with the number of bytes from the start of the box that will not change any more, after each
+/// stretch of a mebibyte and at the end; it may be empty.
+void sealInPlace(const SymmetricKey &key, std::span<std::byte> box, const std::function<void(size_t)> &progress = {});
 
 /// Opens in place: afterwards the plaintext stands between nonce and tag, and that part is returned. Throws
 /// CipherError::authenticationFailure when the key or a byte is wrong, or the box is shorter than its overhead.

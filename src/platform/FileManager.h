@@ -6,6 +6,7 @@
 #include <QString>
 #include <QStringList>
 
+#include <functional>
 #include <span>
 
 namespace quillhaven {
@@ -45,8 +46,17 @@ public:
     /// Reads a whole regular file to `headroom` bytes behind the start of a buffer of `headroom` + file size +
     /// `tailroom` bytes. Throws `TooLargeForMemory` rather than start what cannot fit.
     [[nodiscard]] virtual FileBuffer readFile(const QString &path, size_t headroom, size_t tailroom) const = 0;
-    /// Writes the bytes in place, not atomically: makes the file, or empties the one that stands there first.
-    virtual void writeFile(const QString &path, std::span<const std::byte> bytes) = 0;
+    /// Says how many bytes from the start will not change any more: blocks until they are more than `done`.
+    using FinalBytes = std::function<size_t(size_t done)>;
+
+    /// Writes the bytes in place, not atomically: makes the file, or empties the one that stands there first. The bytes
+    /// may still be in the making: each is written once `finalBytes` has counted it. What that throws ends the writing.
+    virtual void writeFile(const QString &path, std::span<const std::byte> bytes, const FinalBytes &finalBytes) = 0;
+    /// The same for bytes that are there.
+    void writeFile(const QString &path, std::span<const std::byte> bytes)
+    {
+        writeFile(path, bytes, [size = bytes.size()](size_t) { return size; });
+    }
 };
 
 } // namespace quillhaven

@@ -29,7 +29,11 @@ public:
     {
         return m_next.readFile(path, headroom, tailroom);
     }
-    void writeFile(const QString &path, std::span<const std::byte> bytes) override { m_next.writeFile(path, bytes); }
+    using FileManager::writeFile;
+    void writeFile(const QString &path, std::span<const std::byte> bytes, const FinalBytes &finalBytes) override
+    {
+        m_next.writeFile(path, bytes, finalBytes);
+    }
 
 private:
     FileManager &m_next;

@@ -44,12 +44,13 @@ public:
         }
         FileManagerDecorator::moveItem(source, target);
     }
-    void writeFile(const QString &path, std::span<const std::byte> bytes) override
+    using FileManagerDecorator::writeFile;
+    void writeFile(const QString &path, std::span<const std::byte> bytes, const FinalBytes &finalBytes) override
     {
         if (failsWrites) {
             throw FileError::fromErrno(ENOSPC, FileError::Action::Write, path);
         }
-        FileManagerDecorator::writeFile(path, bytes);
+        FileManagerDecorator::writeFile(path, bytes, finalBytes);
     }
 
     bool failsMoves = false;

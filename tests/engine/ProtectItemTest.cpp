@@ -37,12 +37,13 @@ class RefusingWrites : public FileManagerDecorator
 {
 public:
     RefusingWrites(FileManager &next, QString path) : FileManagerDecorator(next), m_path(std::move(path)) {}
-    void writeFile(const QString &path, std::span<const std::byte> bytes) override
+    using FileManagerDecorator::writeFile;
+    void writeFile(const QString &path, std::span<const std::byte> bytes, const FinalBytes &finalBytes) override
     {
         if (path == m_path) {
             throw FileError::fromErrno(EACCES, FileError::Action::Write, path);
         }
-        FileManagerDecorator::writeFile(path, bytes);
+        FileManagerDecorator::writeFile(path, bytes, finalBytes);
     }
 
 private:

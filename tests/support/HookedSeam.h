@@ -64,9 +64,10 @@ public:
         return m_hooks.around("readFile", path,
                               [&] { return FileManagerDecorator::readFile(path, headroom, tailroom); });
     }
-    void writeFile(const QString &path, std::span<const std::byte> bytes) override
+    using FileManagerDecorator::writeFile;
+    void writeFile(const QString &path, std::span<const std::byte> bytes, const FinalBytes &finalBytes) override
     {
-        m_hooks.around("writeFile", path, [&] { FileManagerDecorator::writeFile(path, bytes); });
+        m_hooks.around("writeFile", path, [&] { FileManagerDecorator::writeFile(path, bytes, finalBytes); });
     }
 
 private:

@@ -278,7 +278,7 @@ FileBuffer LinuxFileManager::readFile(const QString &path, size_t headroom, size
     throw FileError::fromErrno(EBUSY, Action::Read, path);
 }
 
-void LinuxFileManager::writeFile(const QString &path, std::span<const std::byte> bytes)
+void LinuxFileManager::writeFile(const QString &path, std::span<const std::byte> bytes, const FinalBytes &finalBytes)
 {
     ScopedFd file = openForWriting(path, encodedPath(path, Action::Write));
     struct stat status{};
@@ -291,12 +291,13 @@ void LinuxFileManager::writeFile(const QString &path, std::span<const std::byte>
     if (ftruncate(file.get(), 0) != 0) {
         throw FileError::fromErrno(errno, Action::Write, path);
     }
-    while (!bytes.empty()) {
-        const ssize_t count = write(file.get(), bytes.data(), bytes.size());
+    for (size_t done = 0; done < bytes.size();) {
+        const std::span<const std::byte> final = bytes.first(finalBytes(done)).subspan(done);
+        const ssize_t count = write(file.get(), final.data(), final.size());
         if (count < 0 && errno != EINTR) {
             throw FileError::fromErrno(errno, Action::Write, path);
         }
-        bytes = bytes.subspan(static_cast<size_t>(std::max<ssize_t>(count, 0)));
+        done += static_cast<size_t>(std::max<ssize_t>(count, 0));
     }
     if (close(file.release()) != 0 && errno != EINTR) { // a network volume or a quota may tell only now
         throw FileError::fromErrno(errno, Action::Write, path);

@@ -19,7 +19,8 @@ public:
     void replaceItemAt(const QString &original, const QString &replacement) override;
     void removeItem(const QString &path) override;
     [[nodiscard]] FileBuffer readFile(const QString &path, size_t headroom, size_t tailroom) const override;
-    void writeFile(const QString &path, std::span<const std::byte> bytes) override;
+    using FileManager::writeFile;
+    void writeFile(const QString &path, std::span<const std::byte> bytes, const FinalBytes &finalBytes) override;
 };
 
 } // namespace quillhaven
