@@ -4,6 +4,10 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 
+// Looks for characters to escape sixteen at a time, where the machine can.
+#ifdef __SSE2__
+#define RAPIDJSON_SSE2
+#endif
 #include <rapidjson/stringbuffer.h>
 #include <rapidjson/writer.h>
 
@@ -11,14 +15,17 @@ namespace quillhaven {
 
 namespace {
 
-// RapidJSON encodes from UTF-16 without an intermediate copy, and reports a lone surrogate.
 using Buffer = rapidjson::StringBuffer;
-using Writer = rapidjson::Writer<Buffer, rapidjson::UTF16<char16_t>, rapidjson::UTF8<>>;
+using Writer = rapidjson::Writer<Buffer>;
 
 bool write(Writer &writer, const QString &text)
 {
-    return writer.String(reinterpret_cast<const char16_t *>(text.utf16()),
-                         static_cast<rapidjson::SizeType>(text.size()));
+    // A lone surrogate would turn into a question mark, and a path with one would name another file.
+    if (!text.isValidUtf16()) {
+        return false;
+    }
+    const QByteArray utf8 = text.toUtf8();
+    return writer.String(utf8.constData(), static_cast<rapidjson::SizeType>(utf8.size()));
 }
 
 bool write(Writer &writer, bool value)
@@ -27,31 +34,31 @@ bool write(Writer &writer, bool value)
 }
 
 template <typename Value>
-bool writeField(Writer &writer, const char16_t *key, const Value &value)
+bool writeField(Writer &writer, const char *key, const Value &value)
 {
     return writer.Key(key) && write(writer, value);
 }
 
 bool writeItem(Writer &writer, const ProtectedItem &item)
 {
-    return writer.StartObject() && writeField(writer, u"id", item.id) &&
-           writeField(writer, u"originalName", item.originalName) &&
-           writeField(writer, u"originalPath", item.originalPath) &&
-           writeField(writer, u"containerPath", item.containerPath) &&
-           writeField(writer, u"originalBackupPath", item.originalBackupPath) &&
-           writeField(writer, u"isFolder", item.isFolder) && writeField(writer, u"useTouchID", item.useTouchID) &&
-           writeField(writer, u"isMounted", item.isMounted) &&
-           (!item.mountedPath || writeField(writer, u"mountedPath", *item.mountedPath)) &&
-           writeField(writer, u"isProcessing", item.isProcessing) && writer.EndObject();
+    return writer.StartObject() && writeField(writer, "id", item.id) &&
+           writeField(writer, "originalName", item.originalName) &&
+           writeField(writer, "originalPath", item.originalPath) &&
+           writeField(writer, "containerPath", item.containerPath) &&
+           writeField(writer, "originalBackupPath", item.originalBackupPath) &&
+           writeField(writer, "isFolder", item.isFolder) && writeField(writer, "useTouchID", item.useTouchID) &&
+           writeField(writer, "isMounted", item.isMounted) &&
+           (!item.mountedPath || writeField(writer, "mountedPath", *item.mountedPath)) &&
+           writeField(writer, "isProcessing", item.isProcessing) && writer.EndObject();
 }
 
 bool writeInfo(Writer &writer, const ProtectedItem &item)
 {
     const ProtectedItemInfo info(item);
-    return writer.StartObject() && writeField(writer, u"id", info.id) &&
-           writeField(writer, u"originalName", info.originalName) &&
-           writeField(writer, u"originalPath", info.originalPath) && writeField(writer, u"isFolder", info.isFolder) &&
-           writeField(writer, u"isMounted", info.isMounted) && writer.EndObject();
+    return writer.StartObject() && writeField(writer, "id", info.id) &&
+           writeField(writer, "originalName", info.originalName) &&
+           writeField(writer, "originalPath", info.originalPath) && writeField(writer, "isFolder", info.isFolder) &&
+           writeField(writer, "isMounted", info.isMounted) && writer.EndObject();
 }
 
 QByteArray encodeArray(const QList<ProtectedItem> &items, bool (*writeOne)(Writer &, const ProtectedItem &))
