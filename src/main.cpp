@@ -156,6 +156,7 @@ int main(int argc, char **argv)
         QtApplicationPresence presence;
         const int result = runApplication(services, instance, presence);
         shutDownSharedInstances();
+        QThreadPool::globalInstance()->waitForDone();
         return result;
     } catch (const LocalizedError &error) {
         printLogger(QStringLiteral("❌ Quillhaven cannot start: ") + error.errorDescription());

@@ -1,3 +1,5 @@
+#include "support/FinishWorkers.h"
+
 #include <QCoreApplication>
 
 #include <gtest/gtest.h>
@@ -21,5 +23,7 @@ int main(int argc, char **argv)
     ::testing::InitGoogleTest(&argc, argv);
     const QCoreApplication application(argc, argv);
     qInstallMessageHandler(failOnWarning);
-    return RUN_ALL_TESTS();
+    const int result = RUN_ALL_TESTS();
+    quillhaven::testing::finishWorkers();
+    return result;
 }

@@ -1,3 +1,5 @@
+#include "support/FinishWorkers.h"
+
 #include <QApplication>
 
 #include <gtest/gtest.h>
@@ -21,5 +23,7 @@ int main(int argc, char **argv)
     const QApplication application(argc, argv);
     QApplication::setQuitOnLastWindowClosed(false);
     qInstallMessageHandler(failOnWarning);
-    return RUN_ALL_TESTS();
+    const int result = RUN_ALL_TESTS();
+    quillhaven::testing::finishWorkers();
+    return result;
 }

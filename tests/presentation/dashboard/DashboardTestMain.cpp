@@ -1,3 +1,5 @@
+#include "support/FinishWorkers.h"
+
 #include <QGuiApplication>
 
 #include <gtest/gtest.h>
@@ -20,5 +22,7 @@ int main(int argc, char **argv)
     ::testing::InitGoogleTest(&argc, argv);
     const QGuiApplication application(argc, argv);
     qInstallMessageHandler(failOnWarning);
-    return RUN_ALL_TESTS();
+    const int result = RUN_ALL_TESTS();
+    quillhaven::testing::finishWorkers();
+    return result;
 }
