@@ -6,6 +6,7 @@ Each program starts in a home of its own; the clock stops when a visible window 
 for in the same way for both.
 """
 import os
+import re
 import shutil
 import signal
 import sqlite3
@@ -15,26 +16,51 @@ import sys
 import tempfile
 import time
 
+from Xlib import X, display, error
+
 
 def resident_kib(pid):
     with open('/proc/%d/status' % pid) as status:
         return next(int(line.split()[1]) for line in status if line.startswith('VmRSS'))
 
 
+def windows_below(window):
+    for child in window.query_tree().children:
+        yield child
+        yield from windows_below(child)
+
+
+def is_drawn(window, title):
+    """Whether a visible window of this title shows more than a colour or two: one all over means nothing drawn yet."""
+    if not re.search(title, window.get_wm_name() or '') or window.get_attributes().map_state != X.IsViewable:
+        return False
+    size = window.get_geometry()
+    if size.width < 200 or size.height < 200:
+        return False
+    colours = set()
+    for y in range(0, size.height, 16):
+        row = window.get_image(0, y, size.width, 1, X.ZPixmap, 0xffffffff).data
+        colours.update(row[i:i + 4] for i in range(0, len(row), 64))
+    return len(colours) > 3
+
+
 def start(command, title, home):
     """Seconds to a drawn window, and resident KiB then."""
     env = dict(os.environ, HOME=home, XDG_CONFIG_HOME=home + '/.config', XDG_DATA_HOME=home + '/.local/share',
                XDG_CACHE_HOME=home + '/.cache')
+    screen = display.Display()
+    root = screen.screen().root
     begin = time.perf_counter()
     process = subprocess.Popen(command, env=env, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
-    window = subprocess.run(['xdotool', 'search', '--sync', '--onlyvisible', '--pid', str(process.pid), '--name', title],
-                            check=True, capture_output=True, text=True, timeout=60).stdout.split()[0]
-    # One colour all over means that nothing has been drawn yet.
     while True:
-        picture = subprocess.run(['import', '-window', window, '-resize', '64x64!', 'txt:-'], capture_output=True,
-                                 text=True).stdout
-        if len({line.split()[2] for line in picture.splitlines()[1:] if len(line.split()) > 2}) > 3:
-            break
+        try:
+            if any(is_drawn(window, title) for window in windows_below(root)):
+                break
+        except (error.BadWindow, error.BadDrawable, error.BadMatch):
+            pass  # a window that went away meanwhile
+        if process.poll() is not None or time.perf_counter() - begin > 60:
+            sys.exit('no window of %s' % command[0])
+        time.sleep(0.005)
     seconds = time.perf_counter() - begin
     memory = resident_kib(process.pid)
     process.send_signal(signal.SIGTERM)
@@ -43,6 +69,7 @@ def start(command, title, home):
     except subprocess.TimeoutExpired:
         process.kill()
         process.wait()
+    screen.close()
     return seconds, memory
 
 

@@ -11,8 +11,10 @@ function(quillhaven_qml_library name)
   quillhaven_library(${name} SOURCES ${ARG_SOURCES} LINKS ${ARG_LINKS} Qt6::Quick)
   target_include_directories(quillhaven_${name} PRIVATE ${CMAKE_CURRENT_SOURCE_DIR})
   qt_add_qml_module(quillhaven_${name}
-    URI ${ARG_URI} VERSION 1.0 NO_PLUGIN NO_CACHEGEN NO_LINT
+    URI ${ARG_URI} VERSION 1.0 NO_PLUGIN NO_LINT
     RESOURCE_PREFIX / QML_FILES ${ARG_QML_FILES})
+  # Compiled to bytecode at build time, so that the start parses no QML.
+  set_target_properties(quillhaven_${name} PROPERTIES QT_QMLCACHEGEN_ARGUMENTS "--only-bytecode")
   string(REPLACE "." "_" function "qml_register_types_${ARG_URI}")
   string(LENGTH ${function} length)
   target_link_options(quillhaven_${name} INTERFACE "LINKER:--undefined=_Z${length}${function}v")

@@ -76,11 +76,11 @@ void runTar(const QString &archivePath, const QString &folder)
 } // namespace
 
 FileBuffer createFolderArchive(FileManager &fileManager, RandomSource &random, const UserDirectories &directories,
-                               const QString &folder, size_t headroom, size_t tailroom)
+                               const QString &folder, size_t headroom, size_t tailroom, ReadListener &listener)
 {
     const WorkDirectory work(fileManager, directories.temporary + QLatin1Char('/') + random.uuidString());
     runTar(work.archivePath(), folder);
-    return fileManager.readFile(work.archivePath(), headroom, tailroom);
+    return fileManager.readFile(work.archivePath(), headroom, tailroom, listener);
 }
 
 } // namespace quillhaven

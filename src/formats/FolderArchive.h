@@ -8,10 +8,10 @@ namespace quillhaven {
 
 /// Makes a POSIX tar archive of a folder with the system's tar, in a work directory below the temporary one that is
 /// gone afterwards. The archive has one top-level entry, the folder's own name. Reads it to `headroom` bytes behind the
-/// start of a buffer with `tailroom` bytes behind it. Blocks. Throws QuillhavenError::encryptionFailed with tar's own
-/// words, or FileError.
+/// start of a buffer with `tailroom` bytes behind it, under the eyes of `listener`. Blocks. Throws
+/// QuillhavenError::encryptionFailed with tar's own words, or FileError.
 [[nodiscard]] FileBuffer createFolderArchive(FileManager &fileManager, RandomSource &random,
                                              const UserDirectories &directories, const QString &folder, size_t headroom,
-                                             size_t tailroom);
+                                             size_t tailroom, ReadListener &listener);
 
 } // namespace quillhaven

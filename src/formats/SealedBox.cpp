@@ -35,7 +35,13 @@ void require(bool succeeded)
 
 } // namespace
 
-void sealInPlace(const SymmetricKey &key, std::span<std::byte> box, const std::function<void(size_t)> &progress)
+void sealInPlace(const SymmetricKey &key, std::span<std::byte> box)
+{
+    sealInPlace(key, box, [size = box.size()](size_t) { return size; }, [](size_t) {});
+}
+
+void sealInPlace(const SymmetricKey &key, std::span<std::byte> box, const std::function<size_t(size_t)> &arrived,
+                 const std::function<void(size_t)> &progress)
 {
     require(box.size() >= overhead);
     const Context context(EVP_CIPHER_CTX_new());
@@ -43,22 +49,20 @@ void sealInPlace(const SymmetricKey &key, std::span<std::byte> box, const std::f
     require(context && EVP_EncryptInit_ex2(context.get(), EVP_aes_256_gcm(), keyBytes, raw(box), nullptr) == 1);
 
     const std::span<std::byte> text = box.subspan(nonceSize, box.size() - overhead);
-    for (size_t done = 0; done < text.size(); done += chunkSize) {
-        const auto chunk = text.subspan(done, std::min(chunkSize, text.size() - done));
+    for (size_t done = 0; done < text.size();) {
+        const size_t there = std::min(arrived(done), text.size());
+        const auto chunk = text.subspan(done, std::min(chunkSize, there - done));
         int written = 0;
         require(EVP_EncryptUpdate(context.get(), raw(chunk), &written, raw(chunk), static_cast<int>(chunk.size())) ==
                 1);
-        if (progress) {
-            progress(nonceSize + done + chunk.size());
-        }
+        done += chunk.size();
+        progress(nonceSize + done);
     }
     int written = 0;
     const auto tag = box.last(tagSize);
     require(EVP_EncryptFinal_ex(context.get(), raw(tag), &written) == 1);
     require(EVP_CIPHER_CTX_ctrl(context.get(), EVP_CTRL_GCM_GET_TAG, static_cast<int>(tagSize), raw(tag)) == 1);
-    if (progress) {
-        progress(box.size());
-    }
+    progress(box.size());
 }
 
 std::span<std::byte> openInPlace(const SymmetricKey &key, std::span<std::byte> box)

@@ -16,9 +16,13 @@ inline constexpr size_t overhead = nonceSize + tagSize;
 /// Seals in place: `box` holds the nonce, then the plaintext, then room for the tag. Afterwards it is the combined
 /// form. Throws CipherError.
 ///
-/// `progress` is called with the number of bytes from the start of the box that will not change any more, after each
-/// stretch of a mebibyte and at the end; it may be empty.
-void sealInPlace(const SymmetricKey &key, std::span<std::byte> box, const std::function<void(size_t)> &progress = {});
+/// The plaintext may still be arriving: `arrived` blocks until more than `done` bytes of it are there and says how
+/// many are. `progress` is called with the number of bytes from the start of the box that will not change any more,
+/// after each stretch of a mebibyte at most and at the end.
+void sealInPlace(const SymmetricKey &key, std::span<std::byte> box, const std::function<size_t(size_t done)> &arrived,
+                 const std::function<void(size_t)> &progress);
+/// The same for a plaintext that is there.
+void sealInPlace(const SymmetricKey &key, std::span<std::byte> box);
 
 /// Opens in place: afterwards the plaintext stands between nonce and tag, and that part is returned. Throws
 /// CipherError::authenticationFailure when the key or a byte is wrong, or the box is shorter than its overhead.

@@ -1,8 +1,6 @@
 #pragma once
 
-#include "platform/FileManager.h"
-#include "platform/RandomSource.h"
-#include "platform/UserDirectories.h"
+#include "formats/SealedFile.h"
 
 #include <QByteArray>
 #include <QString>
@@ -30,14 +28,7 @@ inline constexpr size_t boxOffset = magicSize + saltSize;
 
 } // namespace secured_container
 
-/// `count` random bytes; zeroed ones when the generator fails.
-[[nodiscard]] QByteArray generateRandomData(RandomSource &random, qsizetype count);
-
-/// Writes the container of `source` to `containerPath`, in place. A folder is sealed as the tar archive that
-/// `createFolderArchive` makes of it. The whole plaintext is read before anything is written, and what is sealed is
-/// written while the rest is being sealed; the peak of memory is the file's size plus little. Blocks. `itemId` is not
-/// used. Throws FileError, CipherError, or what the archive threw; what a failed write leaves at `containerPath` stays
-/// there.
+/// Writes the container of `source` to `containerPath`, as `writeSealedFile` does. `itemId` is not used.
 void createEncryptedContainer(FileManager &fileManager, RandomSource &random, const UserDirectories &directories,
                               const QString &source, const QString &containerPath, const QString &password,
                               const QString &itemId);

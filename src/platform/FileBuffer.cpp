@@ -53,7 +53,6 @@ FileBuffer::FileBuffer(size_t size) : m_size(size)
     m_data = reinterpret_cast<std::byte *>((start + hugePageSize - 1) & ~(hugePageSize - 1));
     if (size >= hugePageSize) {
         madvise(m_data, size, MADV_HUGEPAGE);
-        madvise(m_data, size, MADV_POPULATE_WRITE);
     }
 }
 

@@ -2,6 +2,7 @@
 
 #include "platform/FileBuffer.h"
 #include "platform/FileError.h"
+#include "platform/ReadListener.h"
 
 #include <QString>
 #include <QStringList>
@@ -45,7 +46,15 @@ public:
 
     /// Reads a whole regular file to `headroom` bytes behind the start of a buffer of `headroom` + file size +
     /// `tailroom` bytes. Throws `TooLargeForMemory` rather than start what cannot fit.
-    [[nodiscard]] virtual FileBuffer readFile(const QString &path, size_t headroom, size_t tailroom) const = 0;
+    [[nodiscard]] virtual FileBuffer readFile(const QString &path, size_t headroom, size_t tailroom,
+                                              ReadListener &listener) const = 0;
+    /// The same with nobody listening.
+    [[nodiscard]] FileBuffer readFile(const QString &path, size_t headroom = 0, size_t tailroom = 0) const
+    {
+        NoReadListener nobody;
+        return readFile(path, headroom, tailroom, nobody);
+    }
+
     /// Says how many bytes from the start will not change any more: blocks until they are more than `done`.
     using FinalBytes = std::function<size_t(size_t done)>;
 

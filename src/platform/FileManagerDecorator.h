@@ -25,10 +25,12 @@ public:
         m_next.replaceItemAt(original, replacement);
     }
     void removeItem(const QString &path) override { m_next.removeItem(path); }
-    [[nodiscard]] FileBuffer readFile(const QString &path, size_t headroom, size_t tailroom) const override
+    [[nodiscard]] FileBuffer readFile(const QString &path, size_t headroom, size_t tailroom,
+                                      ReadListener &listener) const override
     {
-        return m_next.readFile(path, headroom, tailroom);
+        return m_next.readFile(path, headroom, tailroom, listener);
     }
+    using FileManager::readFile;
     using FileManager::writeFile;
     void writeFile(const QString &path, std::span<const std::byte> bytes, const FinalBytes &finalBytes) override
     {

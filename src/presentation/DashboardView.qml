@@ -52,17 +52,38 @@ Item {
         }
     }
 
-    ProtectionMethodDialog { manager: view.protectionMethodDialogManager }
-    PasswordInputDialog {
-        manager: view.passwordInputDialogManager
-        dialog: view.passwordInputState
+    SheetLoader {
+        presented: view.protectionMethodDialogManager.isPresented
+        sourceComponent: ProtectionMethodDialog { manager: view.protectionMethodDialogManager }
     }
-    MasterPasswordDialog { manager: view.masterPasswordDialogManager }
-    RemoveProtectionDialog { manager: view.dashboard.removeProtectionDialogManager }
-    TouchIDPrompt { manager: view.biometrics }
-    ErrorDialog {
-        manager: view.dashboard.errorDialogManager
-        onShowTroubleshooting: view.dashboard.showDefaultTroubleshooting()
+    SheetLoader {
+        presented: view.passwordInputDialogManager.isPresented
+        sourceComponent: PasswordInputDialog {
+            manager: view.passwordInputDialogManager
+            dialog: view.passwordInputState
+        }
     }
-    ConfirmationDialog { manager: view.confirmationDialogManager }
+    SheetLoader {
+        presented: view.masterPasswordDialogManager.isPresented
+        sourceComponent: MasterPasswordDialog { manager: view.masterPasswordDialogManager }
+    }
+    SheetLoader {
+        presented: view.dashboard.removeProtectionDialogManager.isPresented
+        sourceComponent: RemoveProtectionDialog { manager: view.dashboard.removeProtectionDialogManager }
+    }
+    SheetLoader {
+        presented: view.biometrics.isPrompting
+        sourceComponent: TouchIDPrompt { manager: view.biometrics }
+    }
+    SheetLoader {
+        presented: view.dashboard.errorDialogManager.isPresented
+        sourceComponent: ErrorDialog {
+            manager: view.dashboard.errorDialogManager
+            onShowTroubleshooting: view.dashboard.showDefaultTroubleshooting()
+        }
+    }
+    SheetLoader {
+        presented: view.confirmationDialogManager.isPresented
+        sourceComponent: ConfirmationDialog { manager: view.confirmationDialogManager }
+    }
 }

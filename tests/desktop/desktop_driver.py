@@ -288,6 +288,15 @@ class Program:
     def press(self, role, name):
         self.find(role, name).press()
 
+    def press_in(self, window, role, name):
+        """Presses a control of one window, named by its title: a sheet that is going may have one of the same name."""
+
+        def look():
+            return next((node for each in self.windows() if each.name == window for node in each.walk()
+                         if node.matches(role, name)), None)
+
+        self.wait_for(look, f'a {role} called "{name}" in "{window}"').press()
+
     def says(self, text):
         """Waits until some label on the screen reads exactly this."""
         return self.wait_for(lambda: self.look(None, text), f'the text "{text}"')

@@ -43,8 +43,7 @@ def grant_access(program):
 
 
 def decline_access(program):
-    program.says(ACCESS_MESSAGE)
-    program.press(BUTTON, "Cancel")
+    program.press_in(ACCESS_MESSAGE, BUTTON, "Cancel")
 
 
 def protect_with_password(program, path, password=ITEM_PASSWORD, grant=grant_access):

@@ -21,7 +21,7 @@ class UnreadableArchive : public FileManagerDecorator
 {
 public:
     using FileManagerDecorator::FileManagerDecorator;
-    [[nodiscard]] FileBuffer readFile(const QString &path, size_t, size_t) const override
+    [[nodiscard]] FileBuffer readFile(const QString &path, size_t, size_t, ReadListener &) const override
     {
         throw FileError::of(FileError::Kind::TooLargeForMemory, FileError::Action::Read, path);
     }
@@ -38,7 +38,7 @@ protected:
 
     QByteArray archiveOf(const QString &folder)
     {
-        const FileBuffer buffer = createFolderArchive(files, random, home.directories(), folder, 0, 0);
+        const FileBuffer buffer = createFolderArchive(files, random, home.directories(), folder, 0, 0, nobody);
         const auto bytes = buffer.bytes();
         return {reinterpret_cast<const char *>(bytes.data()), static_cast<qsizetype>(bytes.size())};
     }
@@ -71,6 +71,7 @@ protected:
 
     TemporaryHome home;
     LinuxFileManager files;
+    NoReadListener nobody;
     OpenSslRandomSource random;
 };
 
@@ -125,7 +126,7 @@ TEST_F(FolderArchiveTest, TheArchiveStandsBetweenTheAskedRooms)
     home.write(QStringLiteral("Documents/Letters/a.txt"));
     const QString folder = home.path(QStringLiteral("Documents/Letters"));
     const QByteArray archive = archiveOf(folder);
-    const FileBuffer roomy = createFolderArchive(files, random, home.directories(), folder, 54, 16);
+    const FileBuffer roomy = createFolderArchive(files, random, home.directories(), folder, 54, 16, nobody);
     const auto bytes = roomy.bytes();
     ASSERT_EQ(bytes.size(), static_cast<size_t>(archive.size()) + 70);
     EXPECT_EQ(hexOf(bytes.first(54)), QByteArray(54, '\0').toHex());
@@ -177,7 +178,7 @@ TEST_F(FolderArchiveTest, AnArchiveThatCannotBeReadLeavesNoWorkDirectory)
     home.write(QStringLiteral("Documents/Letters/a.txt"));
     UnreadableArchive unreadable(files);
     EXPECT_THROW(static_cast<void>(createFolderArchive(unreadable, random, home.directories(),
-                                                       home.path(QStringLiteral("Documents/Letters")), 0, 0)),
+                                                       home.path(QStringLiteral("Documents/Letters")), 0, 0, nobody)),
                  FileError);
 }
 
@@ -187,7 +188,7 @@ TEST_F(FolderArchiveTest, AWorkDirectoryThatCannotBeMadeIsPassedOn)
     UserDirectories directories = home.directories();
     directories.temporary = home.write(QStringLiteral("Documents/in-the-way"));
     EXPECT_THROW(static_cast<void>(createFolderArchive(files, random, directories,
-                                                       home.path(QStringLiteral("Documents/Letters")), 0, 0)),
+                                                       home.path(QStringLiteral("Documents/Letters")), 0, 0, nobody)),
                  FileError);
 }
 

@@ -59,11 +59,13 @@ public:
     {
         m_hooks.around("removeItem", path, [&] { FileManagerDecorator::removeItem(path); });
     }
-    [[nodiscard]] FileBuffer readFile(const QString &path, size_t headroom, size_t tailroom) const override
+    [[nodiscard]] FileBuffer readFile(const QString &path, size_t headroom, size_t tailroom,
+                                      ReadListener &listener) const override
     {
         return m_hooks.around("readFile", path,
-                              [&] { return FileManagerDecorator::readFile(path, headroom, tailroom); });
+                              [&] { return FileManagerDecorator::readFile(path, headroom, tailroom, listener); });
     }
+    using FileManagerDecorator::readFile;
     using FileManagerDecorator::writeFile;
     void writeFile(const QString &path, std::span<const std::byte> bytes, const FinalBytes &finalBytes) override
     {

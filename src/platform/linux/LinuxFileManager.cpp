@@ -116,26 +116,57 @@ FileBuffer bufferFor(const QString &path, size_t fileSize, size_t headroom, size
     throw FileError::of(Kind::TooLargeForMemory, Action::Read, path);
 }
 
-/// Reads until `bytes` is full or the file ends; the number of bytes read.
-size_t readUntilEnd(int file, std::span<std::byte> bytes, size_t position, const QString &path)
+/// Reads what one call gives; 0 at the end of the file.
+size_t readSome(int file, std::span<std::byte> bytes, size_t position, const QString &path)
 {
-    size_t done = 0;
-    while (done < bytes.size()) {
-        const ssize_t count =
-            pread(file, bytes.data() + done, bytes.size() - done, static_cast<off_t>(position + done));
-        if (count < 0 && errno == EINTR) {
-            continue;
+    for (;;) {
+        const ssize_t count = pread(file, bytes.data(), bytes.size(), static_cast<off_t>(position));
+        if (count >= 0) {
+            return static_cast<size_t>(count);
         }
-        if (count < 0) {
+        if (errno != EINTR) {
             throw FileError::fromErrno(errno, Action::Read, path);
         }
+    }
+}
+
+/// Reads until `bytes` is full or the file ends; the number of bytes read.
+size_t readUntilEnd(int file, std::span<std::byte> bytes, size_t position, const QString &path, ReadListener &listener)
+{
+    constexpr size_t stretch = size_t(4) << 20;
+    size_t done = 0;
+    while (done < bytes.size()) {
+        const size_t count =
+            readSome(file, bytes.subspan(done, std::min(stretch, bytes.size() - done)), position + done, path);
         if (count == 0) {
             break;
         }
-        done += static_cast<size_t>(count);
+        done += count;
+        listener.arrived(done);
     }
     return done;
 }
+
+/// Tells the listener that the buffer goes away, unless it is kept.
+class Watched
+{
+public:
+    Watched(ReadListener &listener, std::span<std::byte> buffer) : m_listener(listener) { listener.began(buffer); }
+    ~Watched()
+    {
+        if (!m_kept) {
+            m_listener.abandoned();
+        }
+    }
+    Watched(const Watched &) = delete;
+    Watched &operator=(const Watched &) = delete;
+
+    void keep() { m_kept = true; }
+
+private:
+    ReadListener &m_listener;
+    bool m_kept = false;
+};
 
 /// Opens the file to be written, which a link of this user's own may name. A link of somebody else's is not followed:
 /// in a folder shared with others it would send the bytes over any file of this user.
@@ -252,7 +283,8 @@ void LinuxFileManager::removeItem(const QString &path)
     removeTree(callName(path, Action::Remove));
 }
 
-FileBuffer LinuxFileManager::readFile(const QString &path, size_t headroom, size_t tailroom) const
+FileBuffer LinuxFileManager::readFile(const QString &path, size_t headroom, size_t tailroom,
+                                      ReadListener &listener) const
 {
     const QByteArray name = callName(path, Action::Read);
     struct stat status{};
@@ -266,9 +298,11 @@ FileBuffer LinuxFileManager::readFile(const QString &path, size_t headroom, size
     for (int attempt = 0; attempt < attempts; ++attempt) {
         const auto size = static_cast<size_t>(status.st_size);
         FileBuffer buffer = bufferFor(path, size, headroom, tailroom);
+        Watched watched(listener, buffer.bytes());
         std::byte further{};
-        if (readUntilEnd(file.get(), buffer.bytes().subspan(headroom, size), 0, path) == size &&
-            readUntilEnd(file.get(), std::span(&further, 1), size, path) == 0) {
+        if (readUntilEnd(file.get(), buffer.bytes().subspan(headroom, size), 0, path, listener) == size &&
+            readSome(file.get(), std::span(&further, 1), size, path) == 0) {
+            watched.keep();
             return buffer;
         }
         if (fstat(file.get(), &status) != 0) {
@@ -288,7 +322,8 @@ void LinuxFileManager::writeFile(const QString &path, std::span<const std::byte>
     if (!S_ISREG(status.st_mode)) {
         throw FileError::of(Kind::NotAFileOrFolder, Action::Write, path);
     }
-    if (ftruncate(file.get(), 0) != 0) {
+    // An empty file is left alone: ext4 takes any truncation for a replacement and waits for the disk at the close.
+    if (status.st_size != 0 && ftruncate(file.get(), 0) != 0) {
         throw FileError::fromErrno(errno, Action::Write, path);
     }
     for (size_t done = 0; done < bytes.size();) {

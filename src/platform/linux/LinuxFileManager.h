@@ -18,7 +18,9 @@ public:
     void moveItem(const QString &source, const QString &target) override;
     void replaceItemAt(const QString &original, const QString &replacement) override;
     void removeItem(const QString &path) override;
-    [[nodiscard]] FileBuffer readFile(const QString &path, size_t headroom, size_t tailroom) const override;
+    [[nodiscard]] FileBuffer readFile(const QString &path, size_t headroom, size_t tailroom,
+                                      ReadListener &listener) const override;
+    using FileManager::readFile;
     using FileManager::writeFile;
     void writeFile(const QString &path, std::span<const std::byte> bytes, const FinalBytes &finalBytes) override;
 };

@@ -29,6 +29,8 @@ FocusScope {
     readonly property var window: Window.window
     property Item previousFocusItem: null
     property Item lastInside: null
+    /// Follows `presented`, but begins as false, so that a sheet made already presented appears as any other.
+    property bool shown: false
 
     anchors.fill: parent
     z: 100 + SheetStack.sheets.indexOf(sheet)
@@ -47,6 +49,7 @@ FocusScope {
     Component.onDestruction: SheetStack.close(sheet)
 
     function appear() {
+        shown = true
         previousFocusItem = Window.activeFocusItem
         SheetStack.open(sheet)
         opened()
@@ -54,6 +57,7 @@ FocusScope {
     }
 
     function disappear() {
+        shown = false
         const above = SheetStack.close(sheet)
         if (!above) {
             if (previousFocusItem)
@@ -166,8 +170,8 @@ FocusScope {
         color: Colors.modalBackground
         border.width: 1
         border.color: Colors.border
-        opacity: sheet.presented ? 1 : 0
-        scale: sheet.presented ? 1 : 0.96
+        opacity: sheet.shown ? 1 : 0
+        scale: sheet.shown ? 1 : 0.96
 
         Behavior on opacity {
             NumberAnimation { duration: DesignSystem.animationQuick; easing.type: Easing.InOutQuad }
@@ -198,10 +202,10 @@ FocusScope {
                     radius: 32
                     visible: sheet.symbol !== ""
                     color: Qt.rgba(sheet.symbolColor.r, sheet.symbolColor.g, sheet.symbolColor.b, 0.16)
-                    scale: sheet.presented || !sheet.symbolSpringsIn ? 1 : 0.3
+                    scale: sheet.shown || !sheet.symbolSpringsIn ? 1 : 0.3
 
                     Behavior on scale {
-                        enabled: sheet.presented
+                        enabled: sheet.shown
                         NumberAnimation { duration: 600; easing.type: Easing.OutBack }
                     }
 

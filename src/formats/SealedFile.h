@@ -1,0 +1,23 @@
+#pragma once
+
+#include "formats/KeyDerivation.h"
+#include "platform/FileManager.h"
+#include "platform/RandomSource.h"
+#include "platform/UserDirectories.h"
+
+#include <QByteArray>
+
+namespace quillhaven {
+
+/// Writes `header`, then the combined box of `source` under `key`, to `path`, in place. A folder is sealed as the tar
+/// archive that `createFolderArchive` makes of it. Bytes are sealed while further ones are read, and written while the
+/// rest is sealed, but nothing is written before the whole plaintext was read; the peak of memory is the size of the
+/// result plus little. Blocks. Throws FileError, CipherError, or what the archive threw; what a failed write leaves at
+/// `path` stays there.
+void writeSealedFile(FileManager &fileManager, RandomSource &random, const UserDirectories &directories,
+                     const QString &source, const QString &path, const QByteArray &header, const SymmetricKey &key);
+
+/// `count` random bytes; zeroed ones when the generator fails.
+[[nodiscard]] QByteArray generateRandomData(RandomSource &random, qsizetype count);
+
+} // namespace quillhaven
