@@ -7,6 +7,7 @@
 
 #include "catalogue/CatalogueJson.h"
 #include "catalogue/DefaultsKeys.h"
+#include "platform/linux/CloudFolders.h"
 #include "platform/printLogger.h"
 #include "support/EngineHarness.h"
 
@@ -65,6 +66,7 @@ public:
                 .credentialQueue = queue,
                 .biometrics = biometrics,
                 .panels = panels,
+                .cloud = cloud,
                 .clock = clock,
                 .random = random};
     }
@@ -76,6 +78,7 @@ public:
     QThreadPool queue;
     FakeBiometricAuthenticator biometrics;
     FakeFilePanels panels;
+    CloudFolders cloud{directories};
     ManualClock clock;
     OpenSslRandomSource random;
 };

@@ -11,6 +11,7 @@
 #include "presentation/dialogs/ProtectionMethodDialogManager.h"
 #include "presentation/dialogs/RemoveProtectionDialogManager.h"
 #include "shell/LaunchContextManager.h"
+#include "shredding/QuillhavenShredder.h"
 
 #include <cassert>
 #include <functional>
@@ -108,10 +109,15 @@ MasterPasswordManager &MasterPasswordManager::shared()
     return sharedInstance<MasterPasswordManager>(foundation()->platform, MasterPasswordDialogManager::shared());
 }
 
+QuillhavenShredder &QuillhavenShredder::shared()
+{
+    return sharedInstance<QuillhavenShredder>(foundation()->platform, MasterPasswordManager::shared());
+}
+
 QuillhavenManager &QuillhavenManager::shared()
 {
     return sharedInstance<QuillhavenManager>(foundation()->platform, MasterPasswordManager::shared(),
-                                             PasswordInputDialogManager::shared());
+                                             PasswordInputDialogManager::shared(), QuillhavenShredder::shared());
 }
 
 } // namespace quillhaven

@@ -8,6 +8,7 @@
 #include "platform/desktop/QtFilePanels.h"
 #include "platform/desktop/SingleInstance.h"
 #include "platform/desktop/TerminationSignals.h"
+#include "platform/linux/CloudFolders.h"
 #include "platform/linux/EventLoopClock.h"
 #include "platform/linux/FprintAuthenticator.h"
 #include "platform/linux/LinuxFileManager.h"
@@ -57,6 +58,7 @@ struct Services
                 .credentialQueue = credentialQueue,
                 .biometrics = biometrics,
                 .panels = panels,
+                .cloud = cloud,
                 .clock = clock,
                 .random = random};
     }
@@ -68,6 +70,7 @@ struct Services
     QThreadPool credentialQueue;
     FprintAuthenticator biometrics;
     QtFilePanels panels;
+    CloudFolders cloud{directories};
     EventLoopClock clock;
     OpenSslRandomSource random;
 };

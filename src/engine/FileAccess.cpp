@@ -1,8 +1,8 @@
 #include "catalogue/QuillhavenError.h"
-#include "engine/Paths.h"
 #include "engine/QuillhavenManager.h"
 #include "platform/FileManager.h"
 #include "platform/FilePanels.h"
+#include "platform/Paths.h"
 
 namespace quillhaven {
 

@@ -10,12 +10,12 @@
 
 #include "catalogue/QuillhavenError.h"
 #include "credentials/MasterPasswordManager.h"
-#include "engine/Paths.h"
 #include "engine/PlaceholderFile.h"
 #include "engine/QuillhavenManager.h"
 #include "platform/Clock.h"
 #include "platform/FileManager.h"
 #include "platform/OffMainThread.h"
+#include "platform/Paths.h"
 #include "platform/printLogger.h"
 
 namespace quillhaven {

@@ -1,7 +1,7 @@
 #include "engine/PrivateCopyLog.h"
 
-#include "engine/Paths.h"
 #include "platform/FileManager.h"
+#include "platform/Paths.h"
 #include "platform/printLogger.h"
 
 namespace quillhaven {

@@ -13,12 +13,12 @@
 
 #include "catalogue/QuillhavenError.h"
 #include "credentials/MasterPasswordManager.h"
-#include "engine/Paths.h"
 #include "engine/PlaceholderFile.h"
 #include "engine/QuillhavenManager.h"
 #include "formats/SecuredContainer.h"
 #include "platform/FileManager.h"
 #include "platform/OffMainThread.h"
+#include "platform/Paths.h"
 #include "platform/printLogger.h"
 
 namespace quillhaven {
@@ -177,6 +177,7 @@ QCoro::Task<> QuillhavenManager::protectItemWithAccessibleURL(QString path, QStr
     m_protectedItems.append(item);
     publishItems();
     saveProtectedItems();
+    co_await backupNewItem(item.id);
 }
 
 } // namespace quillhaven

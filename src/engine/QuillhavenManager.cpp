@@ -7,12 +7,14 @@
 namespace quillhaven {
 
 QuillhavenManager::QuillhavenManager(const Platform &platform, MasterPasswordManager &masterPasswordManager,
-                                     PasswordInputDialogManager &passwordInputDialogManager, QObject *parent)
+                                     PasswordInputDialogManager &passwordInputDialogManager,
+                                     QuillhavenShredder &secureShredder, QObject *parent)
     : QObject(parent),
       m_platform(platform),
       m_keychain(std::make_shared<KeychainManager>(platform.credentials, platform.random, keychainServiceName)),
       m_masterPasswordManager(masterPasswordManager),
-      m_passwordInputDialogManager(passwordInputDialogManager)
+      m_passwordInputDialogManager(passwordInputDialogManager),
+      m_secureShredder(secureShredder)
 {
     migrateBackupFiles();
     loadProtectedItems();
@@ -41,6 +43,11 @@ void QuillhavenManager::setIsProcessing(bool value)
         m_isProcessing = value;
         Q_EMIT isProcessingChanged();
     }
+}
+
+void QuillhavenManager::stopProcessingLater()
+{
+    QMetaObject::invokeMethod(this, [this] { setIsProcessing(false); }, Qt::QueuedConnection);
 }
 
 } // namespace quillhaven

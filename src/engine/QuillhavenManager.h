@@ -3,6 +3,7 @@
 #include "catalogue/ProtectedItem.h"
 #include "credentials/KeychainManager.h"
 #include "platform/Platform.h"
+#include "shredding/QuillhavenShredder.h"
 
 #include <QCoroTask>
 #include <QObject>
@@ -30,7 +31,8 @@ public:
     /// Moves what an older layout left in the temporary directory, then loads and cleans the catalogue: file work on
     /// the calling thread. The references outlive this object.
     QuillhavenManager(const Platform &platform, MasterPasswordManager &masterPasswordManager,
-                      PasswordInputDialogManager &passwordInputDialogManager, QObject *parent = nullptr);
+                      PasswordInputDialogManager &passwordInputDialogManager, QuillhavenShredder &secureShredder,
+                      QObject *parent = nullptr);
     ~QuillhavenManager() override;
 
     /// Defined by the program alone.
@@ -80,6 +82,47 @@ public:
     /// Gives the item back: its data ends at the original place, container, credential and record go.
     [[nodiscard]] QCoro::Task<> removeProtection(ProtectedItem item);
 
+    // BulkOperations.cpp: one check of the master password and one access panel for a whole list. A dismissed panel
+    // ends the run without a word. Items that fail are reported together at the end, as `encryptionFailed`.
+
+    [[nodiscard]] QCoro::Task<> bulkProtectItems(QStringList paths, QString password, bool useTouchID,
+                                                 ProgressCallback progressCallback);
+    [[nodiscard]] QCoro::Task<> bulkUnlockItems(QList<ProtectedItem> items, ProgressCallback progressCallback);
+    [[nodiscard]] QCoro::Task<> bulkLockItems(QList<ProtectedItem> items, ProgressCallback progressCallback);
+    [[nodiscard]] QCoro::Task<> bulkRemoveProtection(QList<ProtectedItem> items, ProgressCallback progressCallback);
+
+    // DuplicateItem.cpp
+
+    /// Makes a new protected item of a locked item's data. Nothing stands at the new item's original place until it is
+    /// unlocked.
+    [[nodiscard]] QCoro::Task<> duplicateAsEncryptedCopy(ProtectedItem item, ProgressCallback progressCallback);
+
+    // ShredItems.cpp
+
+    /// Destroys all that stands of an item, and forgets it. Throws the failing step's error; the item then stays
+    /// listed.
+    [[nodiscard]] QCoro::Task<> shredProtectedItem(ProtectedItem item, ProgressCallback progressCallback);
+    /// The same over a list. Throws QuillhavenError::bulkOperationFailed at the end, with a line for each failure.
+    [[nodiscard]] QCoro::Task<> bulkShredProtectedItems(QList<ProtectedItem> items, ProgressCallback progressCallback);
+    /// Destroys files and folders that are no items. Throws as `QuillhavenShredder::bulkShredItems`.
+    [[nodiscard]] QCoro::Task<> shredUnprotectedItems(QStringList paths, ProgressCallback progressCallback);
+
+    // Backup.cpp
+
+    [[nodiscard]] bool isiCloudAvailable() const;
+    /// Writes the recovery backup of a locked item, in place of an earlier one. Throws QuillhavenError, KeychainError
+    /// or FileError; what a failed write leaves at the backup's place stays there.
+    [[nodiscard]] QCoro::Task<> backupToiCloud(QString itemId);
+    /// The same for all items, up to the first failure.
+    [[nodiscard]] QCoro::Task<> backupAllToiCloud();
+
+    // Recovery.cpp
+
+    /// Writes what all backups hold into a folder that the user chooses, over whatever has the same names there; the
+    /// paths written, in order. Throws QuillhavenError, KeychainError or FileError; files written before a failure
+    /// stay.
+    [[nodiscard]] QCoro::Task<QStringList> recoverFromiCloud(QString masterPassword);
+
 Q_SIGNALS:
     void protectedItemsChanged();
     void isProcessingChanged();
@@ -102,6 +145,8 @@ private:
     void publishItems() { Q_EMIT protectedItemsChanged(); }
     void setItemIsProcessing(const QString &id, bool value);
     void setIsProcessing(bool value);
+    /// Clears the flag from the main loop; nobody waits for it.
+    void stopProcessingLater();
 
     // StorageLocations.cpp
     [[nodiscard]] QString secureStorageDirectory() const;
@@ -127,6 +172,44 @@ private:
     [[nodiscard]] QCoro::Task<> cleanUpProtection(ProtectedItem item, Logging logging);
     void finishRemoval(const QString &id);
 
+    // BulkOperations.cpp
+    struct BulkStep
+    {
+        QString name; ///< for the line of an error
+        QString status;
+        double progress = 0;
+        std::function<QCoro::Task<>()> work;
+    };
+    struct BulkRun
+    {
+        QString failureHeading;
+        std::function<QCoro::Task<QList<BulkStep>>()> prepare;
+    };
+    using ItemOperation = QCoro::Task<> (QuillhavenManager::*)(ProtectedItem, QString);
+    [[nodiscard]] QCoro::Task<> runBulk(BulkRun run, ProgressCallback progressCallback);
+    [[nodiscard]] QCoro::Task<QList<BulkStep>> protectSteps(QStringList paths, QString password, bool useTouchID,
+                                                            ProgressCallback progressCallback);
+    [[nodiscard]] QCoro::Task<QList<BulkStep>> lockSteps(QList<ProtectedItem> items);
+    [[nodiscard]] QCoro::Task<QList<BulkStep>> stepsWithAccess(QList<ProtectedItem> items, QString verb,
+                                                               ItemOperation operation,
+                                                               ProgressCallback progressCallback);
+    /// Those of the paths that the user allows, in their order. Throws QuillhavenError::accessDenied when dismissed.
+    [[nodiscard]] QCoro::Task<QStringList> requestBulkFileAccess(QStringList paths);
+
+    // DuplicateItem.cpp, ShredItems.cpp
+    [[nodiscard]] QCoro::Task<> duplicate(ProtectedItem item, ProgressCallback progressCallback);
+    [[nodiscard]] QCoro::Task<> destroyItem(ProtectedItem item, ProgressCallback progressCallback);
+
+    // Backup.cpp, Recovery.cpp
+    [[nodiscard]] QString getiCloudBackupDirectory() const;
+    void requireBackupEnabled() const;
+    /// The backup that follows a protection when it is switched on and there is a place; a failure is logged.
+    [[nodiscard]] QCoro::Task<> backupNewItem(QString itemId);
+    [[nodiscard]] QStringList backupFilePaths() const;
+    [[nodiscard]] QString recoverBackup(const QString &backupPath, const QString &folder,
+                                        const QString &masterPassword);
+    [[nodiscard]] QString nameInCatalogue(const QString &backupId);
+
     // The stored settings, read each time they are used.
     [[nodiscard]] bool enableTouchID() const;
     [[nodiscard]] bool enforceStrongPasswords() const;
@@ -136,6 +219,7 @@ private:
     std::shared_ptr<KeychainManager> m_keychain;
     MasterPasswordManager &m_masterPasswordManager;
     PasswordInputDialogManager &m_passwordInputDialogManager;
+    QuillhavenShredder &m_secureShredder;
 
     QList<ProtectedItem> m_protectedItems;
     bool m_isProcessing = false;

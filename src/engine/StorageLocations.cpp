@@ -1,9 +1,9 @@
 // Where the engine keeps private copies, and the move from the older place in the temporary directory. Runs at every
 // start: once everything has moved it costs two existence checks and one pass over the list.
 
-#include "engine/Paths.h"
 #include "engine/QuillhavenManager.h"
 #include "platform/FileManager.h"
+#include "platform/Paths.h"
 #include "platform/printLogger.h"
 
 namespace quillhaven {

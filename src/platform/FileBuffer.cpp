@@ -50,7 +50,7 @@ FileBuffer::FileBuffer(size_t size) : m_size(size)
         throw std::bad_alloc();
     }
     const auto start = reinterpret_cast<uintptr_t>(m_mapping);
-    m_data = reinterpret_cast<std::byte *>((start + hugePageSize - 1) & ~(hugePageSize - 1));
+    m_data = static_cast<std::byte *>(m_mapping) + (hugePageSize - start % hugePageSize) % hugePageSize;
     if (size >= hugePageSize) {
         madvise(m_data, size, MADV_HUGEPAGE);
     }

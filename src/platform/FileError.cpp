@@ -37,6 +37,11 @@ QString attempt(FileError::Action action, const QString &path, const QString &ta
     case FileError::Action::Move:
         return QStringLiteral("move ") + name +
                (target.isEmpty() ? QString() : QStringLiteral(" to ") + quoted(folderNameOf(target)));
+    case FileError::Action::Overwrite:
+        return QStringLiteral("overwrite ") + name;
+    case FileError::Action::Copy:
+        return QStringLiteral("copy ") + name +
+               (target.isEmpty() ? QString() : QStringLiteral(" to ") + quoted(folderNameOf(target)));
     case FileError::Action::Replace:
         return QStringLiteral("replace ") + name;
     case FileError::Action::Remove:
@@ -58,6 +63,7 @@ QString missing(FileError::Action action, const QString &path, const QString &ta
     case FileError::Action::CreateFolder:
         return quoted(folderNameOf(path)) + QStringLiteral(" is not a folder that exists");
     case FileError::Action::Move:
+    case FileError::Action::Copy:
         return target.isEmpty() ? QStringLiteral("it does not exist")
                                 : QStringLiteral("either the item or the folder does not exist");
     default:

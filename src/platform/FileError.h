@@ -20,7 +20,7 @@ public:
         NotPreserved, ///< the copy on the other file system lacks something of the original
         Other,
     };
-    enum class Action { Read, Write, Move, Replace, Remove, CreateFolder, List, Protect };
+    enum class Action { Read, Write, Overwrite, Move, Copy, Replace, Remove, CreateFolder, List, Protect };
 
     FileError(Kind kind, const QString &sentence) : LocalizedError(sentence), m_kind(kind) {}
 

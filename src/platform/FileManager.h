@@ -2,15 +2,27 @@
 
 #include "platform/FileBuffer.h"
 #include "platform/FileError.h"
+#include "platform/FileHandle.h"
 #include "platform/ReadListener.h"
 
+#include <QList>
 #include <QString>
 #include <QStringList>
 
 #include <functional>
+#include <memory>
 #include <span>
 
 namespace quillhaven {
+
+/// A file and its size in bytes at the time of looking.
+struct FileEntry
+{
+    QString path;
+    int64_t size = 0;
+
+    bool operator==(const FileEntry &) const = default;
+};
 
 /// The file operations of the platform. Paths are absolute. Stateless: any thread may call it, and the calls that
 /// change files block, so that they belong off the main thread. Every failing call throws a FileError.
@@ -41,6 +53,9 @@ public:
     /// Puts `replacement` in the place of `original`, which must stand, in one step. Either may be a folder. Afterwards
     /// nothing stands at `replacement`; on failure `original` is whole.
     virtual void replaceItemAt(const QString &original, const QString &replacement) = 0;
+    /// Copies a file or folder with its metadata to a name where nothing stands, flushed to the device. Fails with
+    /// `TargetExists` otherwise. On failure nothing stands at `target`.
+    virtual void copyItem(const QString &source, const QString &target) = 0;
     /// Removes a file, a link itself, or a folder with all it holds.
     virtual void removeItem(const QString &path) = 0;
 
@@ -66,6 +81,17 @@ public:
     {
         writeFile(path, bytes, [size = bytes.size()](size_t) { return size; });
     }
+
+    /// The size of what stands at the path, in bytes; a link counts by itself.
+    [[nodiscard]] virtual int64_t sizeOfItem(const QString &path) const = 0;
+    /// Every regular file below a folder at any depth, hidden ones included, in a fixed order. Links are not followed.
+    /// Throws for a link, for a folder inside that cannot be listed, and for another volume mounted inside. A folder
+    /// that itself cannot be listed counts as empty.
+    [[nodiscard]] virtual QList<FileEntry> regularFilesBelow(const QString &folder) const = 0;
+    /// Opens a regular file to be overwritten in place. Throws for a link and for what is no regular file.
+    [[nodiscard]] virtual std::unique_ptr<FileHandle> openForOverwriting(const QString &path) = 0;
+    /// Brings everything that was written to any file system to its device.
+    virtual void sync() = 0;
 };
 
 } // namespace quillhaven

@@ -24,6 +24,17 @@ public:
     {
         m_next.replaceItemAt(original, replacement);
     }
+    void copyItem(const QString &source, const QString &target) override { m_next.copyItem(source, target); }
+    [[nodiscard]] int64_t sizeOfItem(const QString &path) const override { return m_next.sizeOfItem(path); }
+    [[nodiscard]] QList<FileEntry> regularFilesBelow(const QString &folder) const override
+    {
+        return m_next.regularFilesBelow(folder);
+    }
+    [[nodiscard]] std::unique_ptr<FileHandle> openForOverwriting(const QString &path) override
+    {
+        return m_next.openForOverwriting(path);
+    }
+    void sync() override { m_next.sync(); }
     void removeItem(const QString &path) override { m_next.removeItem(path); }
     [[nodiscard]] FileBuffer readFile(const QString &path, size_t headroom, size_t tailroom,
                                       ReadListener &listener) const override

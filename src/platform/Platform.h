@@ -10,6 +10,7 @@ namespace quillhaven {
 
 class BiometricAuthenticator;
 class Clock;
+class CloudStorage;
 class CredentialStore;
 class FileManager;
 class FilePanels;
@@ -26,6 +27,7 @@ struct Platform
     QThreadPool &credentialQueue; ///< one thread: the credential store is asked one thing at a time
     BiometricAuthenticator &biometrics;
     FilePanels &panels;
+    CloudStorage &cloud;
     Clock &clock;
     RandomSource &random;
 };

@@ -48,6 +48,7 @@ protected:
                              .credentialQueue = platform.credentialQueue,
                              .biometrics = platform.biometrics,
                              .panels = platform.panels,
+                             .cloud = platform.cloud,
                              .clock = platform.clock,
                              .random = platform.random};
         m_manager = std::make_unique<MasterPasswordManager>(gated, m_dialog);

@@ -45,6 +45,7 @@ protected:
                                 .credentialQueue = services.credentialQueue,
                                 .biometrics = services.biometrics,
                                 .panels = services.panels,
+                                .cloud = services.cloud,
                                 .clock = services.clock,
                                 .random = services.random};
         m_manager = std::make_unique<MasterPasswordManager>(platform, m_dialog);

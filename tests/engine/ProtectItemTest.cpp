@@ -161,10 +161,11 @@ TEST_F(ProtectItem, TakenNameInPrivateStorageGetsACounter)
     MasterPasswordDialogManager dialog;
     MasterPasswordManager master(platform, dialog);
     PasswordInputDialogManager passwordDialog;
-    const Platform fixed{platform.fileManager, platform.directories,     platform.defaults,
-                         platform.credentials, platform.credentialQueue, platform.biometrics,
-                         platform.panels,      platform.clock,           random};
-    QuillhavenManager manager(fixed, master, passwordDialog);
+    const Platform fixed{
+        platform.fileManager, platform.directories, platform.defaults, platform.credentials, platform.credentialQueue,
+        platform.biometrics,  platform.panels,      platform.cloud,    platform.clock,       random};
+    QuillhavenShredder shredder(fixed, master);
+    QuillhavenManager manager(fixed, master, passwordDialog, shredder);
     runTask(manager.protectItem(services.home.write(QStringLiteral("Desktop/a.txt"), "mine"),
                                 QStringLiteral("Abcdefg1"), false));
     EXPECT_EQ(manager.protectedItems().first().originalBackupPath, storage(base + QStringLiteral("_2")));

@@ -40,7 +40,8 @@ public:
     explicit EngineHarness(const Platform &services)
         : platform(services),
           masterPassword(platform, masterPasswordDialog),
-          manager(platform, masterPassword, passwordDialog)
+          shredder(platform, masterPassword),
+          manager(platform, masterPassword, passwordDialog, shredder)
     {
         // The store is asked at the start; a test that changes it afterwards means what comes later.
         spinOnce();
@@ -75,6 +76,7 @@ public:
     MasterPasswordDialogManager masterPasswordDialog;
     PasswordInputDialogManager passwordDialog;
     MasterPasswordManager masterPassword;
+    QuillhavenShredder shredder;
     OpenQuillhavenManager manager;
 
 private:

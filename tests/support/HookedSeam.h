@@ -37,6 +37,32 @@ struct SeamHooks
     }
 };
 
+/// An open file that tells of every change.
+class HookedFileHandle : public FileHandle
+{
+public:
+    HookedFileHandle(std::unique_ptr<FileHandle> next, const QString &path, const SeamHooks &hooks)
+        : m_next(std::move(next)), m_path(path), m_hooks(hooks)
+    {
+    }
+
+    void seek(uint64_t offset) override { m_next->seek(offset); }
+    void writeThrough(std::span<const std::byte> bytes) override
+    {
+        m_hooks.around("writeThrough", m_path, [&] { m_next->writeThrough(bytes); });
+    }
+    void synchronizeFile() override
+    {
+        m_hooks.around("synchronizeFile", m_path, [&] { m_next->synchronizeFile(); });
+    }
+    void closeFile() override { m_next->closeFile(); }
+
+private:
+    std::unique_ptr<FileHandle> m_next;
+    QString m_path;
+    const SeamHooks &m_hooks;
+};
+
 /// A file manager that tells of every change.
 class HookedFileManager : public FileManagerDecorator
 {
@@ -54,6 +80,21 @@ public:
     void replaceItemAt(const QString &original, const QString &replacement) override
     {
         m_hooks.around("replaceItemAt", original, [&] { FileManagerDecorator::replaceItemAt(original, replacement); });
+    }
+    void copyItem(const QString &source, const QString &target) override
+    {
+        m_hooks.around("copyItem", source, [&] { FileManagerDecorator::copyItem(source, target); });
+    }
+    [[nodiscard]] QList<FileEntry> regularFilesBelow(const QString &folder) const override
+    {
+        return m_hooks.around("regularFilesBelow", folder,
+                              [&] { return FileManagerDecorator::regularFilesBelow(folder); });
+    }
+    [[nodiscard]] std::unique_ptr<FileHandle> openForOverwriting(const QString &path) override
+    {
+        auto handle =
+            m_hooks.around("openForOverwriting", path, [&] { return FileManagerDecorator::openForOverwriting(path); });
+        return std::make_unique<HookedFileHandle>(std::move(handle), path, m_hooks);
     }
     void removeItem(const QString &path) override
     {

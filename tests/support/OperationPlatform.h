@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/linux/CloudFolders.h"
 #include "platform/linux/SystemCredentialStore.h"
 #include "support/EngineHarness.h"
 #include "support/HookedSeam.h"
@@ -32,6 +33,7 @@ public:
                 .credentialQueue = queue,
                 .biometrics = biometrics,
                 .panels = panels,
+                .cloud = cloud,
                 .clock = clock,
                 .random = random};
     }
@@ -46,6 +48,7 @@ public:
     QThreadPool queue;
     FakeBiometricAuthenticator biometrics;
     FakeFilePanels panels;
+    CloudFolders cloud{directories};
     ManualClock clock;
     OpenSslRandomSource random;
 };

@@ -2,7 +2,7 @@
 
 namespace quillhaven::testing {
 
-TestPlatform::TestPlatform() : defaults(home.directories().configuration)
+TestPlatform::TestPlatform() : defaults(home.directories().configuration), cloud(home.directories())
 {
     credentialQueue.setMaxThreadCount(1);
 }
@@ -26,6 +26,7 @@ Platform TestPlatform::platform(FileManager &files)
             .credentialQueue = credentialQueue,
             .biometrics = biometrics,
             .panels = panels,
+            .cloud = cloud,
             .clock = clock,
             .random = random};
 }

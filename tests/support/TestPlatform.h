@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/Platform.h"
+#include "platform/linux/CloudFolders.h"
 #include "platform/linux/LinuxFileManager.h"
 #include "platform/linux/OpenSslRandomSource.h"
 #include "platform/linux/SqliteUserDefaults.h"
@@ -34,6 +35,7 @@ public:
     QThreadPool credentialQueue;
     FakeBiometricAuthenticator biometrics;
     FakeFilePanels panels;
+    CloudFolders cloud;
     ManualClock clock;
     OpenSslRandomSource random;
 };

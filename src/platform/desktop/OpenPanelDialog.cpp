@@ -1,5 +1,7 @@
 #include "platform/desktop/OpenPanelDialog.h"
 
+#include "platform/desktop/PanelPalette.h"
+
 #include <QAbstractItemView>
 #include <QDialogButtonBox>
 #include <QFileInfo>
@@ -12,6 +14,8 @@
 #include <QTreeView>
 #include <QVBoxLayout>
 
+#include <algorithm>
+
 namespace quillhaven {
 
 namespace {
@@ -20,15 +24,13 @@ constexpr int messageMargin = 12;
 
 QString titleOf(const OpenPanelRequest &request)
 {
+    if (!request.title.isEmpty()) {
+        return request.title;
+    }
     if (!request.message.isEmpty()) {
         return request.message;
     }
     return request.canChooseFiles ? QStringLiteral("Choose a File or Folder") : QStringLiteral("Choose a Folder");
-}
-
-QColor color(QRgb rgb)
-{
-    return QColor::fromRgb(rgb);
 }
 
 /// A child of a folder, by text alone: Qt's own functions take some names for something else.
@@ -49,7 +51,7 @@ OpenPanelDialog::OpenPanelDialog(const OpenPanelRequest &request) : m_request(re
 {
     setOption(QFileDialog::DontUseNativeDialog);
     // The panel is for choosing: its menu could delete and rename otherwise.
-    setOption(QFileDialog::ReadOnly, request.canChooseFiles);
+    setOption(QFileDialog::ReadOnly, request.canChooseFiles && !request.canCreateDirectories);
     setWindowTitle(titleOf(request));
     setAcceptMode(QFileDialog::AcceptOpen);
     setFileMode(request.canChooseFiles ? QFileDialog::ExistingFile : QFileDialog::Directory);
@@ -62,7 +64,7 @@ OpenPanelDialog::OpenPanelDialog(const OpenPanelRequest &request) : m_request(re
     resize(820, 560);
     findParts();
     showMessage();
-    applyColors();
+    setPalette(panelPalette());
     if (!request.directory.isEmpty()) {
         setDirectory(request.directory);
     }
@@ -83,6 +85,10 @@ void OpenPanelDialog::findParts()
     auto *columns = findChild<QTreeView *>(QStringLiteral("treeView"))->header();
     columns->setSectionResizeMode(QHeaderView::ResizeToContents);
     columns->setSectionResizeMode(0, QHeaderView::Stretch);
+    if (m_request.allowsMultipleSelection) {
+        m_list->setSelectionMode(QAbstractItemView::ExtendedSelection);
+        m_tree->setSelectionMode(QAbstractItemView::ExtendedSelection);
+    }
     // There is one type of file, all of them.
     for (const char *name : {"fileTypeCombo", "fileTypeLabel"}) {
         findChild<QWidget *>(QLatin1String(name))->hide();
@@ -131,25 +137,6 @@ void OpenPanelDialog::showMessage()
     layout()->setMenuBar(header);
 }
 
-void OpenPanelDialog::applyColors()
-{
-    QPalette colors;
-    colors.setColor(QPalette::Window, color(0x29303F));
-    colors.setColor(QPalette::Base, color(0x050D1D));
-    colors.setColor(QPalette::AlternateBase, color(0x29303F));
-    colors.setColor(QPalette::Button, color(0x3A4254));
-    colors.setColor(QPalette::ToolTipBase, color(0x29303F));
-    for (const auto role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText, QPalette::ToolTipText,
-                            QPalette::HighlightedText, QPalette::BrightText}) {
-        colors.setColor(role, color(0xFFFFFF));
-        colors.setColor(QPalette::Disabled, role, color(0x7A8191));
-    }
-    colors.setColor(QPalette::PlaceholderText, color(0xABB1BD));
-    colors.setColor(QPalette::Highlight, color(0x554DDD));
-    colors.setColor(QPalette::Link, color(0x4373F1));
-    setPalette(colors);
-}
-
 void OpenPanelDialog::preselect()
 {
     if (m_request.preselected.isEmpty()) {
@@ -176,21 +163,34 @@ void OpenPanelDialog::selectAskedRow()
     }
 }
 
+QStringList OpenPanelDialog::selectedRows() const
+{
+    QModelIndexList rows = m_list->selectionModel()->selectedRows();
+    std::sort(rows.begin(), rows.end());
+    QStringList paths;
+    for (const QModelIndex &row : std::as_const(rows)) {
+        if (row.parent() == m_list->rootIndex()) {
+            paths.append(row.data(QFileSystemModel::FilePathRole).toString());
+        }
+    }
+    return paths;
+}
+
 QString OpenPanelDialog::selectedRow() const
 {
-    const QModelIndexList rows = m_list->selectionModel()->selectedRows();
-    const bool isOnView = !rows.isEmpty() && rows.constFirst().parent() == m_list->rootIndex();
-    return !isOnView ? QString() : rows.constFirst().data(QFileSystemModel::FilePathRole).toString();
+    const QStringList rows = selectedRows();
+    return rows.isEmpty() ? QString() : rows.constFirst();
 }
 
 void OpenPanelDialog::selectionMoved()
 {
-    const QString row = selectedRow();
-    if (!m_name->hasFocus() && !row.isEmpty() && row != m_asked) {
+    const QStringList rows = selectedRows();
+    if (!m_name->hasFocus() && !rows.isEmpty() && rows != QStringList(m_asked)) {
         m_typed = false;
-        m_name->setText(row.mid(row.lastIndexOf(QLatin1Char('/')) + 1));
+        const QString row = rows.constFirst();
+        m_name->setText(rows.size() > 1 ? QString() : row.mid(row.lastIndexOf(QLatin1Char('/')) + 1));
     }
-    explain({});
+    explain(rows.size() > 1 ? QStringLiteral("%1 items are selected.").arg(rows.size()) : QString());
     updateConfirmButton();
 }
 
@@ -242,6 +242,11 @@ void OpenPanelDialog::enter(const QString &folder)
 
 void OpenPanelDialog::accept()
 {
+    if (const QStringList rows = selectedRows(); rows.size() > 1 && !m_typed) {
+        m_chosen = rows;
+        done(QDialog::Accepted);
+        return;
+    }
     const QString path = candidate();
     if (path.isEmpty()) {
         return;
@@ -261,14 +266,14 @@ void OpenPanelDialog::accept()
         explain(QStringLiteral("Please choose a folder."));
         return;
     }
-    m_chosen = path;
+    m_chosen = {path};
     done(QDialog::Accepted);
 }
 
 void OpenPanelDialog::done(int result)
 {
     QFileDialog::done(result);
-    Q_EMIT answered(result == QDialog::Accepted ? m_chosen : QString());
+    Q_EMIT answered(result == QDialog::Accepted ? m_chosen : QStringList());
 }
 
 bool OpenPanelDialog::eventFilter(QObject *watched, QEvent *event)

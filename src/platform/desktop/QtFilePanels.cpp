@@ -2,6 +2,7 @@
 
 #include "platform/Answer.h"
 #include "platform/FileError.h"
+#include "platform/desktop/AccessPanelDialog.h"
 #include "platform/desktop/OpenPanelDialog.h"
 
 #include <QFileInfo>
@@ -31,7 +32,7 @@ void requireUsable(const QString &path)
 }
 
 /// Keeps the panel above the window that asks.
-void attachToFocusWindow(OpenPanelDialog &dialog)
+void attachToFocusWindow(QDialog &dialog)
 {
     QWindow *parent = QGuiApplication::focusWindow();
     if (!parent && !QGuiApplication::topLevelWindows().isEmpty()) {
@@ -43,24 +44,73 @@ void attachToFocusWindow(OpenPanelDialog &dialog)
     }
 }
 
+/// The chosen paths, each resolved; throws for one that cannot be worked on.
+QStringList usablePaths(const QStringList &chosen)
+{
+    QStringList paths;
+    for (const QString &each : chosen) {
+        const QString path = resolved(each);
+        requireUsable(path);
+        paths.append(path);
+    }
+    return paths;
+}
+
+std::optional<QString> onlyOne(const QStringList &paths)
+{
+    return paths.isEmpty() ? std::nullopt : std::optional(paths.constFirst());
+}
+
+QCoro::Task<QStringList> choose(OpenPanelRequest request)
+{
+    Answer<QStringList> answer;
+    auto *dialog = new OpenPanelDialog(request);
+    dialog->setAttribute(Qt::WA_DeleteOnClose);
+    QObject::connect(dialog, &OpenPanelDialog::answered, dialog,
+                     [answer](const QStringList &paths) { answer.give(paths); });
+    attachToFocusWindow(*dialog);
+    dialog->open();
+    const QStringList chosen = co_await answer;
+    co_return usablePaths(chosen);
+}
+
 } // namespace
 
 QCoro::Task<std::optional<QString>> QtFilePanels::open(OpenPanelRequest request)
 {
-    Answer<QString> answer;
-    auto *dialog = new OpenPanelDialog(request);
+    co_return onlyOne(co_await choose(std::move(request)));
+}
+
+QCoro::Task<std::optional<QStringList>> QtFilePanels::openSeveral(OpenPanelRequest request)
+{
+    request.allowsMultipleSelection = true;
+    const QStringList paths = co_await choose(std::move(request));
+    co_return paths.isEmpty() ? std::nullopt : std::optional(paths);
+}
+
+QCoro::Task<std::optional<QStringList>> QtFilePanels::grantAccess(AccessRequest request)
+{
+    Answer<std::optional<QStringList>> answer;
+    auto *dialog = new AccessPanelDialog(request);
     dialog->setAttribute(Qt::WA_DeleteOnClose);
-    QObject::connect(dialog, &OpenPanelDialog::answered, dialog, [answer](const QString &path) { answer.give(path); });
+    QObject::connect(dialog, &AccessPanelDialog::answered, dialog,
+                     [answer](bool isConfirmed, const QStringList &paths) {
+                         answer.give(isConfirmed ? std::optional(paths) : std::nullopt);
+                     });
     attachToFocusWindow(*dialog);
     dialog->open();
+    co_return co_await answer;
+}
 
-    const QString chosen = co_await answer;
-    if (chosen.isEmpty()) {
-        co_return std::nullopt;
-    }
-    const QString path = resolved(chosen);
-    requireUsable(path);
-    co_return path;
+std::optional<QString> QtFilePanels::runModal(const OpenPanelRequest &request)
+{
+    OpenPanelDialog dialog(request);
+    QStringList chosen;
+    QObject::connect(&dialog, &OpenPanelDialog::answered, &dialog,
+                     [&chosen](const QStringList &paths) { chosen = paths; });
+    attachToFocusWindow(dialog);
+    dialog.exec();
+    return onlyOne(usablePaths(chosen));
 }
 
 } // namespace quillhaven

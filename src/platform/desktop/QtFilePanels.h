@@ -10,6 +10,9 @@ class QtFilePanels : public FilePanels
 {
 public:
     [[nodiscard]] QCoro::Task<std::optional<QString>> open(OpenPanelRequest request) override;
+    [[nodiscard]] QCoro::Task<std::optional<QStringList>> openSeveral(OpenPanelRequest request) override;
+    [[nodiscard]] QCoro::Task<std::optional<QStringList>> grantAccess(AccessRequest request) override;
+    [[nodiscard]] std::optional<QString> runModal(const OpenPanelRequest &request) override;
 };
 
 } // namespace quillhaven

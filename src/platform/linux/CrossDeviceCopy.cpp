@@ -33,7 +33,7 @@ int reasonIn(const QByteArray &messages)
 
 QByteArray contentOf(int fd)
 {
-    constexpr qsizetype enough = 64 * 1024;
+    constexpr qsizetype enough = qsizetype{64} * 1024;
     QByteArray text(enough, '\0');
     const ssize_t size = pread(fd, text.data(), static_cast<size_t>(text.size()), 0);
     return text.left(size > 0 ? size : 0);

@@ -13,6 +13,12 @@ namespace {
 
 using std::chrono::milliseconds;
 
+/// By value: the action outlives the timer that it may destroy.
+void runToItsEnd(std::shared_ptr<std::function<void()>> action)
+{
+    (*action)();
+}
+
 /// One QTimer. Its action may destroy it.
 class EventLoopTimer : public RunningTimer
 {
@@ -26,10 +32,7 @@ public:
         m_timer.setTimerType(interval <= longestPrecise ? Qt::PreciseTimer : Qt::CoarseTimer);
         m_timer.setSingleShot(isSingleShot);
         m_timer.setInterval(std::clamp(interval, milliseconds(0), longest));
-        QObject::connect(&m_timer, &QTimer::timeout, &m_timer, [held = m_action] {
-            const std::shared_ptr<std::function<void()>> running = held; // outlives this timer
-            (*running)();
-        });
+        QObject::connect(&m_timer, &QTimer::timeout, &m_timer, [held = m_action] { runToItsEnd(held); });
         m_timer.start();
     }
 

@@ -205,6 +205,22 @@ void moveTo(const QByteArray &source, const QByteArray &target, const MoveNames 
     }
 }
 
+void copyTo(const QByteArray &source, const QByteArray &target, const MoveNames &names)
+{
+    if (standsAt(target)) {
+        names.fail(EEXIST);
+    }
+    CrossDeviceCopy copy(source, target, names);
+    if (const int error = renameWithoutReplacing(copy.path(), target)) {
+        names.fail(error);
+    }
+    copy.keep();
+    if (!syncParents(target)) {
+        removeTree(target);
+        names.fail(EIO);
+    }
+}
+
 void putInPlaceOf(const QByteArray &original, const QByteArray &replacement, const MoveNames &names)
 {
     const struct stat old = statusOf(original, names);

@@ -7,6 +7,9 @@ namespace quillhaven {
 /// Moves a file or folder to a name where nothing stands; the contract is that of `FileManager::moveItem`.
 void moveTo(const QByteArray &source, const QByteArray &target, const MoveNames &names);
 
+/// Copies a file or folder to a name where nothing stands; the contract is that of `FileManager::copyItem`.
+void copyTo(const QByteArray &source, const QByteArray &target, const MoveNames &names);
+
 /// Puts one item in the place of another; the contract is that of `FileManager::replaceItemAt`.
 void putInPlaceOf(const QByteArray &original, const QByteArray &replacement, const MoveNames &names);
 

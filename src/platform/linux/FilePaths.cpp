@@ -2,7 +2,7 @@
 
 #include "platform/linux/ScopedFd.h"
 
-#include <QFile>
+#include <QStringDecoder>
 #include <QUuid>
 
 #include <dirent.h>
@@ -14,10 +14,68 @@
 
 namespace quillhaven {
 
+namespace {
+
+constexpr char16_t escapeBase = 0xDC00;
+constexpr char16_t firstEscape = 0xDC80;
+constexpr char16_t lastEscape = 0xDCFF;
+
+/// The bytes of a text in which halves of surrogate pairs may stand for single bytes.
+QByteArray unescaped(const QString &path)
+{
+    QByteArray name;
+    qsizetype start = 0;
+    for (qsizetype i = 0; i < path.size(); ++i) {
+        const char16_t unit = path.at(i).unicode();
+        if (QChar::isHighSurrogate(unit)) {
+            ++i; // a whole pair, or an error that the way back shows
+        } else if (unit >= firstEscape && unit <= lastEscape) {
+            name += QStringView(path).sliced(start, i - start).toUtf8();
+            name += static_cast<char>(unit - escapeBase);
+            start = i + 1;
+        }
+    }
+    return name + QStringView(path).sliced(start).toUtf8();
+}
+
+} // namespace
+
+QString decodedPath(const QByteArray &path)
+{
+    constexpr qsizetype longestSequence = 4;
+    constexpr auto flags = QStringDecoder::Flag::Stateless | QStringDecoder::Flag::ConvertInitialBom;
+    QStringDecoder whole(QStringDecoder::Utf8, flags);
+    QString text = whole(path);
+    if (!whole.hasError()) {
+        return text;
+    }
+    text.clear();
+    for (qsizetype i = 0; i < path.size();) {
+        QString character;
+        qsizetype length = 1;
+        for (; length <= std::min(longestSequence, path.size() - i); ++length) {
+            QStringDecoder decoder(QStringDecoder::Utf8, flags);
+            character = decoder(path.sliced(i, length));
+            if (!decoder.hasError()) {
+                break;
+            }
+            character.clear();
+        }
+        if (character.isEmpty()) {
+            text += QChar(static_cast<char16_t>(escapeBase + static_cast<uchar>(path.at(i))));
+            ++i;
+        } else {
+            text += character;
+            i += length;
+        }
+    }
+    return text;
+}
+
 QByteArray encodedPath(const QString &path, FileError::Action action)
 {
-    const QByteArray name = QFile::encodeName(path);
-    if (path.contains(QChar(u'\0')) || QFile::decodeName(name) != path) {
+    const QByteArray name = unescaped(path);
+    if (path.contains(QChar(u'\0')) || decodedPath(name) != path) {
         throw FileError::of(FileError::Kind::InvalidName, action, path);
     }
     return name;

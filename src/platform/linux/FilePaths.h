@@ -9,8 +9,12 @@
 namespace quillhaven {
 
 /// The bytes of a path for the system calls. Throws `InvalidName` when the text does not stand for one path exactly:
-/// it holds a null character or half of a surrogate pair.
+/// it holds a null character or half of a surrogate pair that `decodedPath` did not make.
 [[nodiscard]] QByteArray encodedPath(const QString &path, FileError::Action action);
+
+/// The text of a path that the system gave. A byte that is not valid UTF-8 becomes half of a surrogate pair, as in
+/// PEP 383, which `encodedPath` turns back: every name that a folder can hold makes the way there and back.
+[[nodiscard]] QString decodedPath(const QByteArray &path);
 
 /// Whether a name that is not valid UTF-8 was turned into this path: it then names no file.
 [[nodiscard]] bool hasReplacementCharacter(const QString &path);

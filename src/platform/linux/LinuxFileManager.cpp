@@ -1,7 +1,9 @@
 #include "platform/linux/LinuxFileManager.h"
 
+#include "platform/linux/DirectoryWalk.h"
 #include "platform/linux/FileMoves.h"
 #include "platform/linux/FilePaths.h"
+#include "platform/linux/LinuxFileHandle.h"
 #include "platform/linux/RemoveTree.h"
 #include "platform/linux/ScopedFd.h"
 
@@ -278,6 +280,12 @@ void LinuxFileManager::replaceItemAt(const QString &original, const QString &rep
     putInPlaceOf(callName(original, Action::Replace), callName(replacement, Action::Replace), names);
 }
 
+void LinuxFileManager::copyItem(const QString &source, const QString &target)
+{
+    const MoveNames names{Action::Copy, source, target};
+    copyTo(callName(source, Action::Copy), callName(target, Action::Copy), names);
+}
+
 void LinuxFileManager::removeItem(const QString &path)
 {
     removeTree(callName(path, Action::Remove));
@@ -337,6 +345,31 @@ void LinuxFileManager::writeFile(const QString &path, std::span<const std::byte>
     if (close(file.release()) != 0 && errno != EINTR) { // a network volume or a quota may tell only now
         throw FileError::fromErrno(errno, Action::Write, path);
     }
+}
+
+int64_t LinuxFileManager::sizeOfItem(const QString &path) const
+{
+    const QByteArray name = callName(path, Action::Read);
+    struct stat status{};
+    if (lstat(name.constData(), &status) != 0) {
+        throw FileError::fromErrno(errno, Action::Read, path);
+    }
+    return status.st_size;
+}
+
+QList<FileEntry> LinuxFileManager::regularFilesBelow(const QString &folder) const
+{
+    return walkRegularFiles(folder);
+}
+
+std::unique_ptr<FileHandle> LinuxFileManager::openForOverwriting(const QString &path)
+{
+    return std::make_unique<LinuxFileHandle>(path);
+}
+
+void LinuxFileManager::sync()
+{
+    ::sync();
 }
 
 } // namespace quillhaven

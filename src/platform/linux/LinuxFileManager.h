@@ -17,12 +17,17 @@ public:
     void createDirectory(const QString &path) override;
     void moveItem(const QString &source, const QString &target) override;
     void replaceItemAt(const QString &original, const QString &replacement) override;
+    void copyItem(const QString &source, const QString &target) override;
     void removeItem(const QString &path) override;
     [[nodiscard]] FileBuffer readFile(const QString &path, size_t headroom, size_t tailroom,
                                       ReadListener &listener) const override;
     using FileManager::readFile;
     using FileManager::writeFile;
     void writeFile(const QString &path, std::span<const std::byte> bytes, const FinalBytes &finalBytes) override;
+    [[nodiscard]] int64_t sizeOfItem(const QString &path) const override;
+    [[nodiscard]] QList<FileEntry> regularFilesBelow(const QString &folder) const override;
+    [[nodiscard]] std::unique_ptr<FileHandle> openForOverwriting(const QString &path) override;
+    void sync() override;
 };
 
 } // namespace quillhaven

@@ -187,7 +187,7 @@ size_t readFully(const Entry &entry, int fd, char *data, size_t size)
 
 bool haveSameContent(const Entry &source, const Entry &copy)
 {
-    constexpr size_t chunk = 256 * 1024;
+    constexpr size_t chunk = size_t{256} * 1024;
     const ScopedFd sourceFd = source.open(0);
     const ScopedFd copyFd = copy.open(0);
     const auto buffer = std::make_unique<char[]>(2 * chunk);

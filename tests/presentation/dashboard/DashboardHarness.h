@@ -28,7 +28,8 @@ public:
     explicit DashboardHarness(TestPlatform &services)
         : platform(services.platform()),
           masterPassword(platform, masterPasswordDialog),
-          manager(platform, masterPassword, passwordDialog),
+          shredder(platform, masterPassword),
+          manager(platform, masterPassword, passwordDialog, shredder),
           passwordInput(passwordDialog, services.defaults.standard()),
           dashboard(platform, manager, masterPassword,
                     {confirmationDialog, protectionMethodDialog, passwordDialog, masterPasswordDialog})
@@ -97,6 +98,7 @@ public:
     ConfirmationDialogManager confirmationDialog;
     ProtectionMethodDialogManager protectionMethodDialog;
     MasterPasswordManager masterPassword;
+    QuillhavenShredder shredder;
     QuillhavenManager manager;
     PasswordInputDialog passwordInput;
     DashboardViewModel dashboard;

@@ -1,0 +1,83 @@
+// A duplicate is made of the private copy, so only of a locked item: the copy is put beside the original place under a
+// free name, protected there, and its placeholder removed. What stands after a stop:
+//
+// - after the copy: plain data beside the original place, and no record of it;
+// - after the protection: a protected item whose placeholder still stands.
+
+#include "catalogue/QuillhavenError.h"
+#include "credentials/MasterPasswordManager.h"
+#include "engine/QuillhavenManager.h"
+#include "platform/FileManager.h"
+#include "platform/OffMainThread.h"
+#include "platform/Paths.h"
+#include "platform/printLogger.h"
+
+#include <QRegularExpression>
+
+namespace quillhaven {
+
+namespace {
+
+QString freeDuplicatePath(const FileManager &files, const QString &originalPath, const QString &originalName)
+{
+    static const QRegularExpression lastExtension(QStringLiteral(R"(\.[^.]*$)"));
+    static const QRegularExpression untilLastDot(QStringLiteral(R"(^.*\.)"));
+    const QString base = QString(originalName).remove(lastExtension);
+    const QString behindDot = QString(originalName).remove(untilLastDot);
+    const bool hasExtension = !behindDot.isEmpty() && behindDot != originalName;
+    const QString extension = hasExtension ? QLatin1Char('.') + behindDot : QString();
+    const QString directory = parentDirectory(originalPath);
+    QString candidate = pathInDirectory(directory, base + QStringLiteral(" Copy") + extension);
+    for (int number = 2; files.fileExists(candidate); ++number) {
+        candidate = pathInDirectory(directory, base + QStringLiteral(" Copy %1").arg(number) + extension);
+    }
+    return candidate;
+}
+
+} // namespace
+
+QCoro::Task<> QuillhavenManager::duplicateAsEncryptedCopy(ProtectedItem item, ProgressCallback progressCallback)
+{
+    if (!co_await m_masterPasswordManager.requireAuthenticationOrCancel()) {
+        co_return;
+    }
+    setIsProcessing(true);
+    try {
+        co_await duplicate(item, progressCallback);
+    } catch (...) {
+        stopProcessingLater();
+        throw;
+    }
+    m_masterPasswordManager.endSession();
+    stopProcessingLater();
+}
+
+QCoro::Task<> QuillhavenManager::duplicate(ProtectedItem item, ProgressCallback progressCallback)
+{
+    FileManager &files = m_platform.fileManager;
+    progressCallback(QStringLiteral("Preparing to duplicate item..."), 0.1);
+    if (!files.fileExists(item.originalBackupPath)) {
+        throw QuillhavenError(QuillhavenError::itemNotFound);
+    }
+    progressCallback(QStringLiteral("Creating duplicate..."), 0.3);
+    const QString destination = freeDuplicatePath(files, item.originalPath, item.originalName);
+
+    progressCallback(QStringLiteral("Protecting duplicate..."), 0.6);
+    auto copy = [&files, source = item.originalBackupPath, destination] { files.copyItem(source, destination); };
+    co_await offMainThread(std::move(copy));
+
+    progressCallback(QStringLiteral("Finalizing..."), 0.8);
+    QString password;
+    if (!item.useTouchID) {
+        auto retrieve = [keychain = m_keychain, id = item.id] { return keychain->retrievePassword(id); };
+        password = co_await offMainThread(m_platform.credentialQueue, std::move(retrieve));
+    }
+    co_await protectItem(destination, password, item.useTouchID);
+
+    progressCallback(QStringLiteral("Duplicate created successfully!"), 1.0);
+    auto removePlaceholder = [&files, destination] { files.removeItem(destination); };
+    co_await offMainThread(std::move(removePlaceholder));
+    printLogger(QStringLiteral("🗑️ Removed placeholder file"));
+}
+
+} // namespace quillhaven

@@ -1,0 +1,126 @@
+// Shredding a protected item destroys what stands at its original place, in private storage and as its container, then
+// forgets its credentials and its record. Each part that is not there is passed over. A stop leaves what has been
+// destroyed destroyed and the item listed; another shred of it finds what is left.
+
+#include "catalogue/QuillhavenError.h"
+#include "credentials/MasterPasswordManager.h"
+#include "engine/QuillhavenManager.h"
+#include "platform/FileManager.h"
+#include "platform/OffMainThread.h"
+
+namespace quillhaven {
+
+namespace {
+
+/// Forwards the statuses, with the progress mapped to a part of the whole.
+ProgressCallback mapped(const ProgressCallback &progressCallback, double start, double share)
+{
+    return [progressCallback, start, share](const QString &status, double progress) {
+        progressCallback(status, start + progress * share);
+    };
+}
+
+} // namespace
+
+QCoro::Task<> QuillhavenManager::shredProtectedItem(ProtectedItem item, ProgressCallback progressCallback)
+{
+    if (!co_await m_masterPasswordManager.requireAuthenticationOrCancel()) {
+        co_return;
+    }
+    setIsProcessing(true);
+    try {
+        co_await destroyItem(item, progressCallback);
+    } catch (...) {
+        progressCallback(QStringLiteral("Shredding failed: ") + localizedDescription(std::current_exception()), 0.0);
+        stopProcessingLater();
+        throw;
+    }
+    removeFromProtectedItems(item.id);
+    saveProtectedItems();
+    progressCallback(QStringLiteral("Item securely shredded: ") + item.originalName, 1.0);
+    m_masterPasswordManager.endSession();
+    stopProcessingLater();
+}
+
+QCoro::Task<> QuillhavenManager::destroyItem(ProtectedItem item, ProgressCallback progressCallback)
+{
+    const FileManager &files = m_platform.fileManager;
+    if (!item.isMounted) {
+        progressCallback(QStringLiteral("Unlocking item before shredding..."), 0.1);
+        // A cancelled prompt counts as unlocked: the item's secret is no gate in front of its destruction.
+        co_await unlockItem(item);
+        progressCallback(QStringLiteral("Item unlocked, proceeding with shredding..."), 0.2);
+    }
+    if (files.fileExists(item.originalPath)) {
+        progressCallback(QStringLiteral("Shredding original file: ") + item.originalName, 0.3);
+        co_await m_secureShredder.shredItem(item.originalPath, mapped(progressCallback, 0.3, 0.4));
+    }
+    if (files.fileExists(item.originalBackupPath)) {
+        progressCallback(QStringLiteral("Shredding backup data..."), 0.7);
+        co_await m_secureShredder.shredItem(item.originalBackupPath, mapped(progressCallback, 0.7, 0.2));
+    }
+    if (files.fileExists(item.containerPath)) {
+        progressCallback(QStringLiteral("Shredding container file..."), 0.9);
+        co_await m_secureShredder.shredItem(item.containerPath, [](const QString &, double) {});
+    }
+    if (!item.isFolder) {
+        auto credentials = [keychain = m_keychain, id = item.id] { keychain->removeCredentials(id); };
+        co_await offMainThread(m_platform.credentialQueue, std::move(credentials));
+    }
+}
+
+QCoro::Task<> QuillhavenManager::bulkShredProtectedItems(QList<ProtectedItem> items, ProgressCallback progressCallback)
+{
+    if (!co_await m_masterPasswordManager.requireAuthenticationOrCancel()) {
+        co_return;
+    }
+    setIsProcessing(true);
+    const qsizetype total = items.size();
+    qsizetype succeeded = 0;
+    QStringList errorLines;
+    for (qsizetype index = 0; index < total; ++index) {
+        const ProtectedItem item = items.at(index);
+        const QString counter = QStringLiteral(" (%1/%2)").arg(index + 1).arg(total);
+        const double start = static_cast<double>(index) / static_cast<double>(total);
+        progressCallback(QStringLiteral("Shredding ") + item.originalName + QStringLiteral("...") + counter, start);
+        const auto itemProgress = [progressCallback, counter, start, total](const QString &status, double progress) {
+            progressCallback(status + counter, start + progress / static_cast<double>(total));
+        };
+        try {
+            co_await shredProtectedItem(item, itemProgress);
+            ++succeeded;
+        } catch (...) {
+            errorLines.append(item.originalName + QStringLiteral(": ") +
+                              localizedDescription(std::current_exception()));
+        }
+    }
+
+    stopProcessingLater();
+    if (errorLines.isEmpty()) {
+        progressCallback(QStringLiteral("Successfully shredded %1 items").arg(succeeded), 1.0);
+        m_masterPasswordManager.endSession();
+        co_return;
+    }
+    const QString lines = errorLines.join(QLatin1Char('\n'));
+    progressCallback(QStringLiteral("Completed %1 of %2 items. Errors:\n").arg(succeeded).arg(total) + lines, 1.0);
+    throw QuillhavenError(QuillhavenError::bulkOperationFailed,
+                          QStringLiteral("Some items failed to shred:\n") + lines);
+}
+
+QCoro::Task<> QuillhavenManager::shredUnprotectedItems(QStringList paths, ProgressCallback progressCallback)
+{
+    if (!co_await m_masterPasswordManager.requireAuthenticationOrCancel()) {
+        co_return;
+    }
+    setIsProcessing(true);
+    try {
+        co_await m_secureShredder.bulkShredItems(paths, progressCallback);
+    } catch (...) {
+        stopProcessingLater();
+        throw;
+    }
+    m_masterPasswordManager.endSession();
+    stopProcessingLater();
+}
+
+} // namespace quillhaven

@@ -1,0 +1,23 @@
+#pragma once
+
+#include <QString>
+
+#include <optional>
+
+namespace quillhaven {
+
+/// Folders that some tool of the user's keeps in step with other machines.
+class CloudStorage
+{
+public:
+    CloudStorage() = default;
+    virtual ~CloudStorage() = default;
+    CloudStorage(const CloudStorage &) = delete;
+    CloudStorage &operator=(const CloudStorage &) = delete;
+
+    /// The folder for a container identifier such as "iCloud.com.example.program", or nothing while there is none. It
+    /// may come and go while the program runs.
+    [[nodiscard]] virtual std::optional<QString> containerDirectory(const QString &identifier) const = 0;
+};
+
+} // namespace quillhaven

@@ -1,0 +1,10 @@
+#pragma once
+
+#include <QPalette>
+
+namespace quillhaven {
+
+/// The window's dark colours for the panels, which are widgets.
+[[nodiscard]] QPalette panelPalette();
+
+} // namespace quillhaven

@@ -1,0 +1,17 @@
+#include "platform/linux/CloudFolders.h"
+
+#include <QFileInfo>
+
+namespace quillhaven {
+
+std::optional<QString> CloudFolders::containerDirectory(const QString &identifier) const
+{
+    const QString name = QString(identifier).replace(QLatin1Char('.'), QLatin1Char('~'));
+    QString path = m_dataDirectory + QStringLiteral("/cloud/") + name;
+    if (!QFileInfo(path).isDir()) {
+        return std::nullopt;
+    }
+    return path;
+}
+
+} // namespace quillhaven

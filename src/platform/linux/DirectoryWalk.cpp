@@ -1,0 +1,92 @@
+#include "platform/linux/DirectoryWalk.h"
+
+#include "platform/linux/FilePaths.h"
+
+#include <fts.h>
+#include <sys/stat.h>
+
+#include <array>
+#include <cerrno>
+#include <cstring>
+#include <memory>
+
+namespace quillhaven {
+
+namespace {
+
+constexpr auto action = FileError::Action::List;
+
+int byName(const FTSENT **a, const FTSENT **b)
+{
+    return std::strcmp((*a)->fts_name, (*b)->fts_name);
+}
+
+[[noreturn]] void fail(int errorNumber, const FTSENT &entry)
+{
+    throw FileError::fromErrno(errorNumber, action, decodedPath(entry.fts_path));
+}
+
+void requireFolder(const QByteArray &name, const QString &folder)
+{
+    struct stat status{};
+    if (lstat(name.constData(), &status) != 0) {
+        throw FileError::fromErrno(errno, action, folder);
+    }
+    if (S_ISLNK(status.st_mode)) {
+        throw FileError(FileError::Kind::NotAFileOrFolder,
+                        QStringLiteral("Could not open the folder \"") + folder.section(QLatin1Char('/'), -1) +
+                            QStringLiteral("\" because it is only a link. Choose the folder it leads to instead."));
+    }
+}
+
+} // namespace
+
+QList<FileEntry> walkRegularFiles(const QString &folder)
+{
+    QByteArray name = encodedPath(folder, action);
+    while (name.size() > 1 && name.endsWith('/')) {
+        name.chop(1);
+    }
+    requireFolder(name, folder);
+    const std::array<char *, 2> roots{name.data(), nullptr};
+    const std::unique_ptr<FTS, int (*)(FTS *)> walk(
+        fts_open(roots.data(), FTS_PHYSICAL | FTS_NOCHDIR | FTS_XDEV, byName), fts_close);
+    if (!walk) {
+        throw FileError::fromErrno(errno, action, folder);
+    }
+    QList<FileEntry> files;
+    dev_t volume = 0;
+    errno = 0;
+    while (const FTSENT *entry = fts_read(walk.get())) {
+        const bool isRoot = entry->fts_level == FTS_ROOTLEVEL;
+        switch (entry->fts_info) {
+        case FTS_D:
+            if (isRoot) {
+                volume = entry->fts_statp->st_dev;
+            } else if (entry->fts_statp->st_dev != volume) {
+                fail(EBUSY, *entry); // another volume is mounted there
+            }
+            break;
+        case FTS_DNR:
+            if (!isRoot) {
+                fail(entry->fts_errno, *entry);
+            }
+            break;
+        case FTS_ERR:
+        case FTS_NS:
+            fail(entry->fts_errno, *entry);
+        case FTS_F:
+            files.append({decodedPath(entry->fts_path), static_cast<int64_t>(entry->fts_statp->st_size)});
+            break;
+        default:
+            break;
+        }
+        errno = 0;
+    }
+    if (errno != 0) {
+        throw FileError::fromErrno(errno, action, folder);
+    }
+    return files;
+}
+
+} // namespace quillhaven

@@ -1,0 +1,10 @@
+#pragma once
+
+#include "platform/FileManager.h"
+
+namespace quillhaven {
+
+/// Lists the regular files below a folder; the contract is that of `FileManager::regularFilesBelow`.
+[[nodiscard]] QList<FileEntry> walkRegularFiles(const QString &folder);
+
+} // namespace quillhaven

@@ -1,0 +1,43 @@
+// Every regular file of the folder is listed before the first one is touched, so that what cannot be read fails with
+// the folder whole. A failure at a file leaves those before it destroyed and those behind it whole.
+
+#include "platform/FileManager.h"
+#include "platform/OffMainThread.h"
+#include "platform/Paths.h"
+#include "shredding/QuillhavenShredder.h"
+
+namespace quillhaven {
+
+QCoro::Task<> QuillhavenShredder::shredDirectory(QString path, ProgressCallback progressCallback)
+{
+    const QString name = lastPathComponent(path);
+    report(progressCallback, QStringLiteral("Analyzing directory: ") + name, 0.05);
+    FileManager &fileManager = m_platform.fileManager;
+    auto list = [&fileManager, path] { return fileManager.regularFilesBelow(path); };
+    const QList<FileEntry> files = co_await offMainThread(std::move(list));
+    int64_t totalSize = 0;
+    for (const FileEntry &file : files) {
+        totalSize += file.size;
+    }
+
+    report(progressCallback, QStringLiteral("Found %1 files to shred").arg(files.size()), 0.1);
+    int64_t processedSize = 0;
+    for (const FileEntry &file : files) {
+        for (int pass = 1; pass <= passes; ++pass) {
+            // Not a number when every file is empty; whoever shows it copes with that.
+            const double progress = static_cast<double>(processedSize) / static_cast<double>(totalSize) * 0.8 + 0.1;
+            const QString fileName = lastPathComponent(file.path);
+            report(progressCallback, QStringLiteral("Pass %1/%2: ").arg(pass).arg(passes) + fileName, progress);
+            co_await performSecureOverwrite(file.path, pass, file.size, {});
+        }
+        co_await secureDelete(file.path);
+        processedSize += file.size;
+    }
+
+    report(progressCallback, QStringLiteral("Removing directory structure"), 0.95);
+    auto remove = [&fileManager, path] { fileManager.removeItem(path); };
+    co_await offMainThread(std::move(remove));
+    progressCallback(QStringLiteral("Directory shredded successfully: ") + name, 1.0);
+}
+
+} // namespace quillhaven
