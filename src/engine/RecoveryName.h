@@ -1,0 +1,14 @@
+#pragma once
+
+#include <QString>
+
+#include <optional>
+#include <span>
+
+namespace quillhaven {
+
+/// The name of the file in a backup's own metadata, which stands in clear and which anybody may have changed. Nothing
+/// when there is none, or none that stands for a file in a folder.
+[[nodiscard]] std::optional<QString> nameInMetadata(std::span<const std::byte> backup);
+
+} // namespace quillhaven
