@@ -24,4 +24,8 @@ function(quillhaven_library name)
   add_library(quillhaven_${name} STATIC ${ARG_SOURCES})
   target_include_directories(quillhaven_${name} PUBLIC ${PROJECT_SOURCE_DIR}/src)
   target_link_libraries(quillhaven_${name} PUBLIC ${ARG_LINKS} PRIVATE quillhaven_options)
+  # The fuzzers are led by which lines of these an input reaches.
+  if(QUILLHAVEN_FUZZ AND name MATCHES "^(catalogue|formats|platform_linux|engine)$")
+    target_compile_options(quillhaven_${name} PRIVATE -fsanitize=fuzzer-no-link)
+  endif()
 endfunction()
