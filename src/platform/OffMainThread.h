@@ -4,53 +4,97 @@
 
 #include <QCoroFuture>
 #include <QCoroTask>
-#include <QtConcurrentRun>
+#include <QFuture>
+#include <QPromise>
+#include <QRunnable>
+#include <QThreadPool>
 
+#include <atomic>
 #include <exception>
+#include <memory>
 #include <optional>
 #include <type_traits>
 #include <variant>
 
 namespace quillhaven {
 
+/// What a piece of work left behind: its value or its error.
+template <typename Work>
+struct WorkOutcome
+{
+    using Result = std::invoke_result_t<Work>;
+    using Stored = std::conditional_t<std::is_void_v<Result>, std::monostate, Result>;
+
+    std::optional<Stored> value;
+    std::exception_ptr error;
+    std::atomic_flag isWritten; ///< nothing above is read before this is set
+};
+
+/// One piece of work on its way to a pool's thread. The flags order the two threads by themselves: the order that Qt's
+/// pool makes is out of the thread sanitizer's sight, so that it could not tell a hand-over from a race.
+template <typename Work>
+class PoolJob : public QRunnable
+{
+public:
+    PoolJob(Work work, std::shared_ptr<WorkOutcome<Work>> outcome)
+        : m_work(std::move(work)), m_outcome(std::move(outcome))
+    {
+    }
+
+    /// Gives the job to `pool`, which deletes it after its run.
+    static QFuture<void> start(QThreadPool &pool, std::unique_ptr<PoolJob> job)
+    {
+        job->m_finished.start();
+        const QFuture<void> finished = job->m_finished.future();
+        job->m_isHandedOver.test_and_set(std::memory_order_release);
+        pool.start(job.release());
+        return finished;
+    }
+
+    void run() override
+    {
+        m_isHandedOver.wait(false, std::memory_order_acquire);
+        try {
+            if constexpr (std::is_void_v<std::invoke_result_t<Work>>) {
+                (*m_work)();
+                m_outcome->value.emplace();
+            } else {
+                m_outcome->value.emplace((*m_work)());
+            }
+        } catch (...) {
+            m_outcome->error = std::current_exception();
+        }
+        m_work.reset(); // before the awaiting side goes on, which may own what it refers to
+        m_outcome->isWritten.test_and_set(std::memory_order_release);
+        m_outcome.reset(); // so that the awaiting side is its last owner, and destroys it on its own thread
+        m_finished.finish();
+    }
+
+private:
+    std::atomic_flag m_isHandedOver;
+    std::optional<Work> m_work;
+    std::shared_ptr<WorkOutcome<Work>> m_outcome;
+    QPromise<void> m_finished;
+};
+
 /// Runs `work` on a thread of `pool` and returns its result, or throws what it threw, on the main thread. Only values
 /// may cross: `work` owns or copies all it uses, and what it refers to outlives it.
 template <typename Work>
 QCoro::Task<std::invoke_result_t<Work>> offMainThread(QThreadPool &pool, Work work)
 {
-    using Result = std::invoke_result_t<Work>;
-    using Stored = std::conditional_t<std::is_void_v<Result>, std::monostate, Result>;
-    struct Outcome
-    {
-        std::optional<Stored> value;
-        std::exception_ptr error;
-    };
-
-    // Shared, since a QFuture's result must be copyable and results such as a FileBuffer are not.
-    auto outcome = std::make_shared<Outcome>();
-    std::exception_ptr error;
+    auto outcome = std::make_shared<WorkOutcome<Work>>();
     {
         const WorkInFlight::Piece piece;
-        auto guarded = [outcome, job = std::make_shared<Work>(std::move(work))]() mutable {
-            try {
-                if constexpr (std::is_void_v<Result>) {
-                    (*job)();
-                    outcome->value.emplace();
-                } else {
-                    outcome->value.emplace((*job)());
-                }
-            } catch (...) {
-                outcome->error = std::current_exception();
-            }
-            job.reset();
-        };
-        QFuture<void> finished = QtConcurrent::run(&pool, std::move(guarded));
+        auto job = std::make_unique<PoolJob<Work>>(std::move(work), outcome);
+        QFuture<void> finished = PoolJob<Work>::start(pool, std::move(job));
         co_await finished;
     }
+    [[maybe_unused]] const bool isWritten = outcome->isWritten.test(std::memory_order_acquire);
+    Q_ASSERT(isWritten);
     if (outcome->error) {
         std::rethrow_exception(outcome->error);
     }
-    if constexpr (!std::is_void_v<Result>) {
+    if constexpr (!std::is_void_v<std::invoke_result_t<Work>>) {
         co_return std::move(*outcome->value);
     }
 }
