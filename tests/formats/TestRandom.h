@@ -1,0 +1,30 @@
+#pragma once
+
+#include "platform/linux/OpenSslRandomSource.h"
+
+#include <algorithm>
+
+namespace quillhaven::testing {
+
+/// A generator that fails every time.
+class FailingRandom : public OpenSslRandomSource
+{
+public:
+    bool fill(std::span<std::byte>) override { return false; }
+};
+
+/// Gives the bytes 0, 1, 2 and so on.
+class CountingRandom : public OpenSslRandomSource
+{
+public:
+    bool fill(std::span<std::byte> buffer) override
+    {
+        std::ranges::generate(buffer, [this] { return static_cast<std::byte>(m_next++); });
+        return true;
+    }
+
+private:
+    unsigned char m_next = 0;
+};
+
+} // namespace quillhaven::testing
