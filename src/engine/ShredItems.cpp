@@ -5,6 +5,7 @@
 #include "catalogue/QuillhavenError.h"
 #include "credentials/MasterPasswordManager.h"
 #include "engine/QuillhavenManager.h"
+#include "platform/AfterPosted.h"
 #include "platform/FileManager.h"
 #include "platform/OffMainThread.h"
 
@@ -27,6 +28,7 @@ QCoro::Task<> QuillhavenManager::shredProtectedItem(ProtectedItem item, Progress
     if (!co_await m_masterPasswordManager.requireAuthenticationOrCancel()) {
         co_return;
     }
+    co_await afterPosted(); // In a list the end of the item before must not clear the flag of this one.
     setIsProcessing(true);
     try {
         co_await destroyItem(item, progressCallback);

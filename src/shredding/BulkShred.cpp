@@ -1,5 +1,6 @@
 #include "catalogue/QuillhavenError.h"
 #include "credentials/MasterPasswordManager.h"
+#include "platform/AfterPosted.h"
 #include "platform/Paths.h"
 #include "shredding/QuillhavenShredder.h"
 
@@ -10,6 +11,7 @@ QCoro::Task<> QuillhavenShredder::bulkShredItems(QStringList paths, ProgressCall
     if (!co_await m_masterPasswordManager.requireAuthenticationOrCancel()) {
         co_return;
     }
+    co_await afterPosted();
     begin();
     const qsizetype totalItems = paths.size();
     qsizetype completedCount = 0;

@@ -2,6 +2,7 @@
 
 #include "catalogue/QuillhavenError.h"
 #include "credentials/MasterPasswordManager.h"
+#include "platform/AfterPosted.h"
 #include "platform/FileManager.h"
 
 namespace quillhaven {
@@ -17,6 +18,7 @@ QCoro::Task<> QuillhavenShredder::shredItem(QString path, ProgressCallback progr
     if (!co_await m_masterPasswordManager.requireAuthenticationOrCancel()) {
         co_return;
     }
+    co_await afterPosted(); // The end of an earlier run must not clear what this one sets.
     begin();
     try {
         co_await shredWhatStandsAt(path, progressCallback);

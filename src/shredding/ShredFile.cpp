@@ -2,6 +2,7 @@
 // another program appends meanwhile is not overwritten. A failure leaves the file partly overwritten under its own
 // name, or, when only the removal failed, overwritten under the random one.
 
+#include "platform/AfterPosted.h"
 #include "platform/FileManager.h"
 #include "platform/OffMainThread.h"
 #include "platform/Paths.h"
@@ -85,7 +86,7 @@ QCoro::Task<> QuillhavenShredder::shredFile(QString path, ProgressCallback progr
 QCoro::Task<> QuillhavenShredder::performSecureOverwrite(QString path, int pass, int64_t fileSize,
                                                          std::function<void(double)> progress)
 {
-    // Posted, so that the pass does not wait for the window; the posts arrive before the end of the pass does.
+    // Posted, so that no chunk waits for the window.
     std::function<void(double)> post;
     if (progress) {
         post = [this, progress = std::move(progress)](double fraction) {
@@ -94,7 +95,17 @@ QCoro::Task<> QuillhavenShredder::performSecureOverwrite(QString path, int pass,
     }
     OverwriteWork work{m_platform.fileManager, m_platform.random, path, pass, fileSize, std::move(post)};
     auto pieceOfWork = [work = std::move(work)] { overwrite(work); };
-    co_await offMainThread(std::move(pieceOfWork));
+    std::exception_ptr failure;
+    try {
+        co_await offMainThread(std::move(pieceOfWork));
+    } catch (...) {
+        failure = std::current_exception();
+    }
+    // A quick worker is through before it is waited for, and its posts are then still on their way.
+    co_await afterPosted();
+    if (failure) {
+        std::rethrow_exception(failure);
+    }
 }
 
 QCoro::Task<> QuillhavenShredder::secureDelete(QString path)

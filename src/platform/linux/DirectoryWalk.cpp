@@ -2,6 +2,7 @@
 
 #include "platform/linux/FilePaths.h"
 
+#include <fcntl.h>
 #include <fts.h>
 #include <sys/stat.h>
 
@@ -23,7 +24,20 @@ int byName(const FTSENT **a, const FTSENT **b)
 
 [[noreturn]] void fail(int errorNumber, const FTSENT &entry)
 {
-    throw FileError::fromErrno(errorNumber, action, decodedPath(entry.fts_path));
+    const bool isFolder = entry.fts_info == FTS_D || entry.fts_info == FTS_DNR;
+    throw FileError::fromErrno(errorNumber, isFolder ? action : FileError::Action::Read, decodedPath(entry.fts_path));
+}
+
+/// Whether something else is mounted over the entry: another volume, or a folder or file of the same one, whose device
+/// number then tells nothing.
+bool isMountPoint(const FTSENT &entry, dev_t volume)
+{
+    struct statx status{};
+    if (entry.fts_statp->st_dev != volume) {
+        return true;
+    }
+    return statx(AT_FDCWD, entry.fts_accpath, AT_SYMLINK_NOFOLLOW | AT_NO_AUTOMOUNT, 0, &status) == 0 &&
+           (status.stx_attributes & STATX_ATTR_MOUNT_ROOT) != 0;
 }
 
 void requireFolder(const QByteArray &name, const QString &folder)
@@ -63,8 +77,8 @@ QList<FileEntry> walkRegularFiles(const QString &folder)
         case FTS_D:
             if (isRoot) {
                 volume = entry->fts_statp->st_dev;
-            } else if (entry->fts_statp->st_dev != volume) {
-                fail(EBUSY, *entry); // another volume is mounted there
+            } else if (isMountPoint(*entry, volume)) {
+                fail(EBUSY, *entry);
             }
             break;
         case FTS_DNR:
@@ -76,6 +90,9 @@ QList<FileEntry> walkRegularFiles(const QString &folder)
         case FTS_NS:
             fail(entry->fts_errno, *entry);
         case FTS_F:
+            if (isMountPoint(*entry, volume)) {
+                fail(EBUSY, *entry);
+            }
             files.append({decodedPath(entry->fts_path), static_cast<int64_t>(entry->fts_statp->st_size)});
             break;
         default:

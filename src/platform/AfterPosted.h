@@ -1,0 +1,18 @@
+#pragma once
+
+#include "platform/Answer.h"
+
+#include <QCoroTask>
+
+namespace quillhaven {
+
+/// Goes on from the main event loop, once everything that was posted to it before the call has been delivered. Main
+/// thread only.
+inline QCoro::Task<> afterPosted()
+{
+    const Answer<bool> turn;
+    QMetaObject::invokeMethod(QCoreApplication::instance(), [turn] { turn.give(true); }, Qt::QueuedConnection);
+    (void)co_await turn;
+}
+
+} // namespace quillhaven
