@@ -1,0 +1,281 @@
+#include "credentials/KeychainError.h"
+#include "engine/PlaceholderFile.h"
+#include "engine/ProgressLog.h"
+#include "support/EngineHarness.h"
+#include "support/HookedSeam.h"
+
+#include <QDir>
+#include <QFile>
+
+using namespace quillhaven;
+using namespace quillhaven::testing;
+
+namespace {
+
+class DuplicateItem : public ::testing::Test
+{
+protected:
+    QString desktop(const QString &name) const { return services.home.path(QStringLiteral("Desktop/") + name); }
+    QStringList onDesktop() const
+    {
+        return QDir(desktop({})).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot, QDir::Name);
+    }
+    /// The engine with a file of this name under protection, locked.
+    void start(const QString &name, bool useTouchID = false)
+    {
+        engine.emplace(services, files);
+        engine->masterPasswordEntry = QStringLiteral("Master12");
+        engine->protect(services.home.write(QStringLiteral("Desktop/") + name, "the bytes"),
+                        useTouchID ? QString() : QStringLiteral("Abcdefg1"), useTouchID);
+        engine->masterPrompts = 0;
+        services.panels.requests.clear();
+        progress.emplace(engine->manager);
+        log.clear();
+    }
+    void duplicate(qsizetype index = 0)
+    {
+        runTask(engine->manager.duplicateAsEncryptedCopy(engine->item(index), progress->callback()));
+    }
+    void expectFlagIsReset()
+    {
+        EXPECT_TRUE(spinUntil([this] { return !engine->manager.isProcessing(); }));
+    }
+    /// The names that `count` duplicates of one item get.
+    QStringList namesOfDuplicates(const QString &name, int count)
+    {
+        start(name);
+        QStringList names;
+        for (int made = 0; made < count; ++made) {
+            duplicate();
+            names.append(engine->item(engine->count() - 1).originalName);
+            // Nothing stands at a duplicate's place until it is unlocked, so its name is free until then.
+            engine->unlock(engine->count() - 1);
+        }
+        return names;
+    }
+
+    TestPlatform services;
+    SeamHooks hooks;
+    HookedFileManager files{services.fileManager, hooks};
+    LogCapture log;
+    std::optional<EngineHarness> engine;
+    std::optional<ProgressLog> progress;
+    const QStringList wholeProgress{QStringLiteral("0.1 Preparing to duplicate item..."),
+                                    QStringLiteral("0.3 Creating duplicate..."),
+                                    QStringLiteral("0.6 Protecting duplicate..."), QStringLiteral("0.8 Finalizing..."),
+                                    QStringLiteral("1 Duplicate created successfully!")};
+};
+
+} // namespace
+
+TEST_F(DuplicateItem, LockedFileBecomesASecondItemWithNothingAtItsPlace)
+{
+    start(QStringLiteral("report.txt"));
+    duplicate();
+    EXPECT_EQ(progress->lines, wholeProgress);
+    ASSERT_EQ(engine->count(), 2);
+    const ProtectedItem &original = engine->item(0);
+    const ProtectedItem &copy = engine->item(1);
+    EXPECT_EQ(copy.originalName, QStringLiteral("report Copy.txt"));
+    EXPECT_EQ(copy.originalPath, desktop(QStringLiteral("report Copy.txt")));
+    EXPECT_NE(copy.id, original.id);
+    EXPECT_FALSE(copy.isMounted);
+    EXPECT_FALSE(copy.useTouchID);
+    EXPECT_EQ(TemporaryHome::read(original.originalBackupPath), "the bytes");
+    EXPECT_EQ(TemporaryHome::read(copy.originalBackupPath), "the bytes");
+    EXPECT_TRUE(TemporaryHome::exists(copy.containerPath));
+    EXPECT_EQ(services.credentials.entries.value(copy.id), "Abcdefg1") << "the same password as the original";
+    EXPECT_EQ(onDesktop(), QStringList(QStringLiteral("report.txt")));
+    EXPECT_TRUE(log.lines().endsWith(QStringLiteral("🗑️ Removed placeholder file")));
+    expectFlagIsReset();
+    EXPECT_EQ(EngineHarness(services).count(), 2);
+}
+
+TEST_F(DuplicateItem, UnlockedDuplicateStandsAtItsPlace)
+{
+    start(QStringLiteral("report.txt"));
+    duplicate();
+    // The panel of the unlock confirms what stands there.
+    services.panels.answer = [this](const OpenPanelRequest &) { return desktop(QStringLiteral("report Copy.txt")); };
+    engine->unlock(1);
+    EXPECT_EQ(TemporaryHome::read(desktop(QStringLiteral("report Copy.txt"))), "the bytes");
+    EXPECT_EQ(TemporaryHome::read(desktop(QStringLiteral("report.txt"))), placeholderText.toUtf8());
+}
+
+TEST_F(DuplicateItem, TakenNamesCountFromTwo)
+{
+    services.home.write(QStringLiteral("Desktop/report Copy.txt"), "mine");
+    services.home.write(QStringLiteral("Desktop/report Copy 2.txt"), "mine");
+    start(QStringLiteral("report.txt"));
+    duplicate();
+    EXPECT_EQ(engine->item(1).originalName, QStringLiteral("report Copy 3.txt"));
+    EXPECT_EQ(TemporaryHome::read(desktop(QStringLiteral("report Copy 2.txt"))), "mine");
+}
+
+TEST_F(DuplicateItem, ReportBecomesReportCopyThenTwoThenThree)
+{
+    services.panels.answer = [](const OpenPanelRequest &request) {
+        return request.directory + QLatin1Char('/') + request.preselected;
+    };
+    const QStringList expected{QStringLiteral("report Copy.txt"), QStringLiteral("report Copy 2.txt"),
+                               QStringLiteral("report Copy 3.txt")};
+    EXPECT_EQ(namesOfDuplicates(QStringLiteral("report.txt"), 3), expected);
+}
+
+TEST_F(DuplicateItem, NameWithoutADotHasNoExtension)
+{
+    services.panels.answer = [](const OpenPanelRequest &request) {
+        return request.directory + QLatin1Char('/') + request.preselected;
+    };
+    const QStringList expected{QStringLiteral("notes Copy"), QStringLiteral("notes Copy 2")};
+    EXPECT_EQ(namesOfDuplicates(QStringLiteral("notes"), 2), expected);
+}
+
+TEST_F(DuplicateItem, NameWithALeadingDotBeginsWithABlank)
+{
+    start(QStringLiteral(".profile"));
+    duplicate();
+    EXPECT_EQ(engine->item(1).originalName, QStringLiteral(" Copy.profile"));
+}
+
+TEST_F(DuplicateItem, OnlyTheLastExtensionIsOne)
+{
+    start(QStringLiteral("archive.tar.gz"));
+    duplicate();
+    EXPECT_EQ(engine->item(1).originalName, QStringLiteral("archive.tar Copy.gz"));
+}
+
+TEST_F(DuplicateItem, DotAtTheEndIsDropped)
+{
+    start(QStringLiteral("notes."));
+    duplicate();
+    EXPECT_EQ(engine->item(1).originalName, QStringLiteral("notes Copy"));
+}
+
+TEST_F(DuplicateItem, MissingPrivateCopyFailsAndCreatesNothing)
+{
+    start(QStringLiteral("report.txt"));
+    ASSERT_TRUE(QFile::remove(engine->item().originalBackupPath));
+    EXPECT_EQ(engineErrorOf([this] { duplicate(); }), QuillhavenError::itemNotFound);
+    EXPECT_EQ(progress->lines, QStringList(wholeProgress.first()));
+    EXPECT_EQ(engine->count(), 1);
+    EXPECT_EQ(onDesktop(), QStringList(QStringLiteral("report.txt")));
+    expectFlagIsReset();
+}
+
+TEST_F(DuplicateItem, UnlockedItemCannotBeDuplicated)
+{
+    start(QStringLiteral("report.txt"));
+    engine->unlock();
+    EXPECT_EQ(engineErrorOf([this] { duplicate(); }), QuillhavenError::itemNotFound);
+    EXPECT_EQ(onDesktop(), QStringList(QStringLiteral("report.txt")));
+}
+
+TEST_F(DuplicateItem, FolderFailsWithTheStoresErrorAndLeavesThePlainCopy)
+{
+    start(QStringLiteral("report.txt"));
+    services.home.write(QStringLiteral("Desktop/folder/inner.txt"), "inner");
+    engine->protect(desktop(QStringLiteral("folder")), {});
+    try {
+        duplicate(1);
+        ADD_FAILURE() << "no error";
+    } catch (const KeychainError &error) {
+        EXPECT_EQ(error.errorDescription(), QStringLiteral("Failed to retrieve from keychain: -25300"));
+    }
+    EXPECT_EQ(progress->lines, wholeProgress.first(4));
+    EXPECT_EQ(engine->count(), 2);
+    EXPECT_EQ(TemporaryHome::read(desktop(QStringLiteral("folder Copy/inner.txt"))), "inner");
+    expectFlagIsReset();
+}
+
+TEST_F(DuplicateItem, TouchIDItemGivesATouchIDItem)
+{
+    start(QStringLiteral("report.txt"), true);
+    duplicate();
+    ASSERT_EQ(engine->count(), 2);
+    EXPECT_TRUE(engine->item(1).useTouchID);
+    EXPECT_FALSE(services.credentials.entries.contains(engine->item(1).id)) << "it has no password";
+    EXPECT_EQ(services.credentials.entries.size(), 2) << "a key of its own";
+    EXPECT_EQ(services.biometrics.reasons, QStringList()) << "nobody is asked for a finger";
+}
+
+TEST_F(DuplicateItem, FailedCopyPassesItsErrorOn)
+{
+    start(QStringLiteral("report.txt"));
+    hooks.before = [](const char *call, const QString &path) {
+        if (qstrcmp(call, "copyItem") == 0) {
+            throw FileError::fromErrno(ENOSPC, FileError::Action::Copy, path);
+        }
+    };
+    EXPECT_THROW(duplicate(), FileError);
+    EXPECT_EQ(progress->lines, wholeProgress.first(3));
+    EXPECT_EQ(onDesktop(), QStringList(QStringLiteral("report.txt")));
+    expectFlagIsReset();
+}
+
+TEST_F(DuplicateItem, DeclinedPanelFailsAndLeavesThePlainCopy)
+{
+    start(QStringLiteral("report.txt"));
+    services.panels.answer = [](const OpenPanelRequest &) { return std::nullopt; };
+    EXPECT_EQ(engineErrorOf([this] { duplicate(); }), QuillhavenError::accessDenied);
+    EXPECT_EQ(progress->lines, wholeProgress.first(4));
+    EXPECT_EQ(engine->count(), 1);
+    EXPECT_EQ(TemporaryHome::read(desktop(QStringLiteral("report Copy.txt"))), "the bytes");
+    expectFlagIsReset();
+}
+
+TEST_F(DuplicateItem, PlaceholderThatStaysFailsAndKeepsTheNewItem)
+{
+    start(QStringLiteral("report.txt"));
+    hooks.before = [](const char *call, const QString &path) {
+        if (qstrcmp(call, "removeItem") == 0) {
+            throw FileError::fromErrno(EACCES, FileError::Action::Remove, path);
+        }
+    };
+    EXPECT_THROW(duplicate(), FileError);
+    EXPECT_EQ(progress->lines, wholeProgress);
+    EXPECT_EQ(engine->count(), 2);
+    EXPECT_EQ(TemporaryHome::read(desktop(QStringLiteral("report Copy.txt"))), placeholderText.toUtf8());
+    EXPECT_FALSE(log.contains(QStringLiteral("🗑️ Removed placeholder file")));
+    expectFlagIsReset();
+}
+
+TEST_F(DuplicateItem, OnePromptServesTheCopyAndItsProtectionAndTheSessionEnds)
+{
+    services.credentials.entries.insert(QStringLiteral("master_password"), "Master12");
+    start(QStringLiteral("report.txt"));
+    duplicate();
+    EXPECT_EQ(engine->masterPrompts, 1);
+    EXPECT_FALSE(engine->masterPassword.isAuthenticated());
+    EXPECT_FALSE(engine->masterPassword.hasAuthenticationTimer());
+}
+
+TEST_F(DuplicateItem, FailureLeavesTheSessionOpen)
+{
+    services.credentials.entries.insert(QStringLiteral("master_password"), "Master12");
+    start(QStringLiteral("report.txt"));
+    ASSERT_TRUE(QFile::remove(engine->item().originalBackupPath));
+    EXPECT_THROW(duplicate(), QuillhavenError);
+    EXPECT_TRUE(engine->masterPassword.isAuthenticated());
+}
+
+TEST_F(DuplicateItem, CancelledMasterPromptEndsBeforeTheFirstWord)
+{
+    services.credentials.entries.insert(QStringLiteral("master_password"), "Master12");
+    start(QStringLiteral("report.txt"));
+    engine->masterPasswordEntry.reset();
+    duplicate();
+    EXPECT_EQ(engine->masterPrompts, 1);
+    EXPECT_EQ(progress->lines, QStringList());
+    EXPECT_EQ(log.lines(), QStringList());
+    EXPECT_EQ(engine->count(), 1);
+}
+
+TEST_F(DuplicateItem, PanelAsksForTheDuplicateInTheOriginalsFolder)
+{
+    start(QStringLiteral("report.txt"));
+    duplicate();
+    ASSERT_EQ(services.panels.requests.size(), 1);
+    EXPECT_EQ(services.panels.requests.first().directory, services.home.path(QStringLiteral("Desktop")));
+    EXPECT_EQ(services.panels.requests.first().preselected, QStringLiteral("report Copy.txt"));
+}
