@@ -21,6 +21,8 @@ TEST_F(MountedVolumesTest, AFullDiskLeavesTheSourceWholeAndNoCopy)
     EXPECT_EQ(error->errorDescription(),
               QStringLiteral("There is not enough space on the disk to move \"big\" to \"small\"."));
     expectKind(Kind::NoSpace, [&] { files.moveItem(home.path(QStringLiteral("folder")), inSmall); });
+    expectKind(Kind::NoSpace, [&] { files.copyItem(source, inSmall); });
+    expectKind(Kind::NoSpace, [&] { files.copyItem(home.path(QStringLiteral("folder")), inSmall); });
     EXPECT_TRUE(read(source) == big);
     EXPECT_EQ(files.contentsOfDirectory(small), QStringList());
 
@@ -83,6 +85,7 @@ TEST_F(MountedVolumesTest, AttributesThatTheOtherVolumeCannotKeepStopTheMove)
     EXPECT_EQ(error->errorDescription(),
               QStringLiteral("Could not move \"folder/noted.txt\" to \"plain\" because an attribute of the item would "
                              "be lost there."));
+    expectKind(Kind::NotPreserved, [&] { files.copyItem(home.path(QStringLiteral("folder")), target); });
     EXPECT_EQ(read(source), "kept");
     EXPECT_EQ(files.contentsOfDirectory(volume), QStringList());
 }

@@ -51,6 +51,9 @@ void requireFolder(const QByteArray &name, const QString &folder)
                         QStringLiteral("Could not open the folder \"") + folder.section(QLatin1Char('/'), -1) +
                             QStringLiteral("\" because it is only a link. Choose the folder it leads to instead."));
     }
+    if (!S_ISDIR(status.st_mode)) {
+        throw FileError::fromErrno(ENOTDIR, action, folder);
+    }
 }
 
 } // namespace

@@ -1,0 +1,367 @@
+// The calls that reach the kernel stand here in front of the C library's own, so that a test sees which writes are
+// flushed, and meets file systems that this machine has not got.
+
+#include "FileFixture.h"
+
+#include <fcntl.h>
+#include <sys/syscall.h>
+#include <sys/uio.h>
+
+#include <algorithm>
+#include <cstring>
+#include <functional>
+#include <optional>
+
+namespace quillhaven::testing {
+
+namespace {
+
+struct Call
+{
+    const char *name;
+    size_t size;
+    bool isDirect;
+    bool isFlushed;
+};
+
+/// What the kernel was asked while a test looks, and what is answered in its place.
+struct Kernel
+{
+    QList<Call> calls;
+    /// An error number, or 0 for the true answer.
+    std::function<int(const Call &)> fails;
+    size_t mostAtOnce = SIZE_MAX;
+    bool writesNothing = false;
+};
+Kernel *kernel = nullptr;
+
+std::optional<int> failureOf(const char *name, int fd, size_t size, bool isFlushed)
+{
+    if (kernel == nullptr) {
+        return std::nullopt;
+    }
+    const Call call{name, size, (fcntl(fd, F_GETFL) & O_DIRECT) != 0, isFlushed};
+    kernel->calls.append(call);
+    const int error = kernel->fails ? kernel->fails(call) : 0;
+    return error == 0 ? std::nullopt : std::optional(error);
+}
+
+ssize_t writeAt(int fd, const void *bytes, size_t size, off_t offset, int flags)
+{
+    iovec piece{const_cast<void *>(bytes), size};
+    if (kernel != nullptr) {
+        piece.iov_len = kernel->writesNothing ? 0 : std::min(size, kernel->mostAtOnce);
+    }
+    constexpr int bitsOfHalf = 32;
+    const auto position = static_cast<unsigned long>(offset);
+    return syscall(SYS_pwritev2, fd, &piece, 1UL, position, position >> bitsOfHalf, flags);
+}
+
+} // namespace
+
+} // namespace quillhaven::testing
+
+extern "C" ssize_t pwritev2(int fd, const iovec *pieces, int count, off_t offset, int flags)
+{
+    using namespace quillhaven::testing;
+    EXPECT_EQ(count, 1);
+    if (const auto error = failureOf("pwritev2", fd, pieces->iov_len, (flags & RWF_DSYNC) != 0)) {
+        errno = *error;
+        return -1;
+    }
+    return writeAt(fd, pieces->iov_base, pieces->iov_len, offset, flags);
+}
+
+extern "C" ssize_t pwrite(int fd, const void *bytes, size_t size, off_t offset)
+{
+    using namespace quillhaven::testing;
+    if (const auto error = failureOf("pwrite", fd, size, false)) {
+        errno = *error;
+        return -1;
+    }
+    return writeAt(fd, bytes, size, offset, 0);
+}
+
+extern "C" int fdatasync(int fd)
+{
+    using namespace quillhaven::testing;
+    if (const auto error = failureOf("fdatasync", fd, 0, true)) {
+        errno = *error;
+        return -1;
+    }
+    return static_cast<int>(syscall(SYS_fdatasync, fd));
+}
+
+namespace quillhaven::testing {
+
+namespace {
+
+using Kind = FileError::Kind;
+
+std::span<const std::byte> bytesIn(const QByteArray &bytes)
+{
+    return std::as_bytes(std::span(bytes.constData(), static_cast<size_t>(bytes.size())));
+}
+
+QByteArray patterned(qsizetype size, char first)
+{
+    QByteArray bytes(size, '\0');
+    for (qsizetype i = 0; i < size; ++i) {
+        bytes[i] = static_cast<char>(first + i % 251);
+    }
+    return bytes;
+}
+
+/// On the disk and in memory.
+class OverwritingTest : public FileTest, public ::testing::WithParamInterface<bool>
+{
+protected:
+    OverwritingTest() { kernel = &m_kernel; }
+    ~OverwritingTest() override { kernel = nullptr; }
+
+    QString file(const QByteArray &bytes)
+    {
+        const QString path = GetParam() ? other(QStringLiteral("file")) : home.path(QStringLiteral("file"));
+        write(path, bytes);
+        return path;
+    }
+    void overwrite(const QString &path, uint64_t offset, const QByteArray &bytes)
+    {
+        const std::unique_ptr<FileHandle> handle = files.openForOverwriting(path);
+        handle->seek(offset);
+        handle->writeThrough(bytesIn(bytes));
+        handle->synchronizeFile();
+        handle->closeFile();
+    }
+    /// Each write reached the device before the next one began.
+    void expectEachWriteFlushed() const
+    {
+        bool isFlushed = true;
+        for (const Call &call : m_kernel.calls) {
+            if (std::strcmp(call.name, "fdatasync") == 0) {
+                isFlushed = true;
+            } else {
+                EXPECT_TRUE(isFlushed);
+                isFlushed = call.isFlushed;
+            }
+        }
+        EXPECT_TRUE(isFlushed);
+    }
+    [[nodiscard]] qsizetype count(const char *name) const
+    {
+        return std::ranges::count_if(m_kernel.calls,
+                                     [name](const Call &call) { return std::strcmp(call.name, name) == 0; });
+    }
+
+    Kernel m_kernel;
+};
+
+TEST_P(OverwritingTest, BytesOfAnyLengthGoToAnyOffsetAndNothingElseChanges)
+{
+    constexpr qsizetype size = 300'000;
+    const QByteArray before = patterned(size, 1);
+    const QString path = file(before);
+    const ino_t inode = status(path).st_ino;
+    QByteArray expected = before;
+    for (const qsizetype offset : {0, 1, 511, 4096, 65536, 70'000}) {
+        for (const qsizetype length : {0, 1, 511, 512, 4095, 4096, 4097, 65535, 65536, 65537, 131072, 200'000}) {
+            const QByteArray bytes = patterned(length, static_cast<char>(offset + length));
+            overwrite(path, static_cast<uint64_t>(offset), bytes);
+            expected.replace(offset, length, bytes);
+            ASSERT_TRUE(read(path) == expected) << offset << ' ' << length;
+        }
+    }
+    EXPECT_EQ(status(path).st_ino, inode);
+    EXPECT_EQ(status(path).st_size, size);
+    expectEachWriteFlushed();
+}
+
+TEST_P(OverwritingTest, WritesFollowOneAnotherAndASeekMovesTheNext)
+{
+    const QString path = file(QByteArray(100'000, 'x'));
+    const std::unique_ptr<FileHandle> handle = files.openForOverwriting(path);
+    handle->writeThrough(bytesIn(QByteArray(65536, 'a')));
+    handle->writeThrough(bytesIn(QByteArray(10, 'b')));
+    handle->writeThrough(bytesIn(QByteArray(4096, 'c')));
+    handle->seek(99'999);
+    handle->writeThrough(bytesIn(QByteArray(1, 'd')));
+    handle->closeFile();
+    const QByteArray rest(100'000 - 65536 - 10 - 4096 - 1, 'x');
+    EXPECT_TRUE(read(path) == QByteArray(65536, 'a') + QByteArray(10, 'b') + QByteArray(4096, 'c') + rest + 'd');
+}
+
+TEST_P(OverwritingTest, MemoryNeedsNoAlignment)
+{
+    const QByteArray bytes = patterned(65537, 3);
+    const QString path = file(QByteArray(65536, 'x'));
+    const std::unique_ptr<FileHandle> handle = files.openForOverwriting(path);
+    handle->writeThrough(bytesIn(bytes).subspan(1));
+    EXPECT_TRUE(read(path) == bytes.mid(1));
+}
+
+TEST_P(OverwritingTest, WhatAnotherProgramReadsAndMapsIsTheNewContent)
+{
+    const QString path = file(QByteArray(65537, 'x'));
+    QFile reader(path);
+    ASSERT_TRUE(reader.open(QIODevice::ReadOnly | QIODevice::Unbuffered));
+    const uchar *mapped = reader.map(0, reader.size());
+    ASSERT_NE(mapped, nullptr);
+    EXPECT_EQ(reader.readAll(), QByteArray(65537, 'x')); // the pages are in the cache now
+    overwrite(path, 0, QByteArray(65537, 'y'));
+    reader.seek(0);
+    EXPECT_TRUE(reader.readAll() == QByteArray(65537, 'y'));
+    EXPECT_EQ(mapped[0], 'y');
+    EXPECT_EQ(mapped[65536], 'y');
+}
+
+TEST_P(OverwritingTest, WhatIsWrittenBehindTheEndMakesTheFileLonger)
+{
+    const QString path = file("12345");
+    overwrite(path, 0, QByteArray(70'000, 'y'));
+    EXPECT_TRUE(read(path) == QByteArray(70'000, 'y'));
+}
+
+TEST_P(OverwritingTest, OwnerModeAndOtherNamesStay)
+{
+    const QString path = file("12345");
+    const QString twin = path + QStringLiteral("-twin");
+    ASSERT_EQ(link(bytesOf(path).constData(), bytesOf(twin).constData()), 0);
+    setAttribute(path, "user.note", "mine");
+    ASSERT_EQ(chmod(bytesOf(path).constData(), 0640), 0);
+    overwrite(path, 0, "54321");
+    EXPECT_EQ(read(twin), "54321");
+    EXPECT_EQ(status(path).st_mode & 07777, 0640U);
+    EXPECT_EQ(attribute(path, "user.note"), "mine");
+}
+
+TEST_P(OverwritingTest, NoWriteIsLongerThanAChunkAndTheTailGoesThroughTheCache)
+{
+    const QString path = file(QByteArray(140'000, 'x'));
+    overwrite(path, 0, QByteArray(140'000, 'y'));
+    const QList<Call> &calls = m_kernel.calls;
+    ASSERT_EQ(count("pwritev2"), 3);
+    EXPECT_EQ(calls.at(0).size, 65536U);
+    EXPECT_EQ(calls.at(1).size, 65536U);
+    EXPECT_EQ(calls.at(2).size, 140'000U - 131'072U);
+    EXPECT_FALSE(calls.at(2).isDirect);
+    EXPECT_STREQ(calls.last().name, "fdatasync");
+    expectEachWriteFlushed();
+}
+
+TEST_P(OverwritingTest, WithoutFlushingWritesEachWriteIsFollowedByAFlush)
+{
+    m_kernel.fails = [](const Call &call) { return std::strcmp(call.name, "pwritev2") == 0 ? EOPNOTSUPP : 0; };
+    const QString path = file(QByteArray(140'000, 'x'));
+    overwrite(path, 0, QByteArray(140'000, 'y'));
+    EXPECT_TRUE(read(path) == QByteArray(140'000, 'y'));
+    EXPECT_EQ(count("pwritev2"), 1) << "it is asked once";
+    EXPECT_EQ(count("pwrite"), 3);
+    m_kernel.calls.removeFirst();
+    expectEachWriteFlushed();
+}
+
+TEST_P(OverwritingTest, ADeviceOfLargerBlocksIsWrittenThroughTheCache)
+{
+    m_kernel.fails = [](const Call &call) { return call.isDirect && call.size > 0 ? EINVAL : 0; };
+    const QString path = file(QByteArray(140'000, 'x'));
+    overwrite(path, 0, QByteArray(140'000, 'y'));
+    EXPECT_TRUE(read(path) == QByteArray(140'000, 'y'));
+    EXPECT_LE(std::ranges::count_if(m_kernel.calls, [](const Call &call) { return call.isDirect; }), 1);
+}
+
+TEST_P(OverwritingTest, ShortAndInterruptedWritesGoOnWhereTheyEnded)
+{
+    m_kernel.mostAtOnce = 4097;
+    m_kernel.fails = [interruptions = 0](const Call &) mutable { return ++interruptions % 3 == 0 ? EINTR : 0; };
+    const QByteArray bytes = patterned(140'000, 7);
+    const QString path = file(QByteArray(150'000, 'x'));
+    // A direct write that ends within a block is no state of any file system.
+    const std::unique_ptr<FileHandle> handle = files.openForOverwriting(path);
+    handle->seek(1);
+    handle->writeThrough(bytesIn(bytes));
+    handle->synchronizeFile();
+    handle->closeFile();
+    EXPECT_TRUE(read(path) == "x" + bytes + QByteArray(150'000 - 140'000 - 1, 'x'));
+}
+
+TEST_P(OverwritingTest, AShortDirectWriteGoesOnWhereItEnded)
+{
+    m_kernel.mostAtOnce = 8192;
+    const QByteArray bytes = patterned(131'072, 7);
+    const QString path = file(QByteArray(131'072, 'x'));
+    overwrite(path, 0, bytes);
+    EXPECT_TRUE(read(path) == bytes);
+    EXPECT_EQ(count("pwritev2"), 16);
+}
+
+TEST_P(OverwritingTest, AWriteOrAFlushThatFailsIsAnError)
+{
+    const QString path = file(QByteArray(10, 'x'));
+    const auto failing = [](const char *name, int error) {
+        return [=](const Call &call) { return std::strcmp(call.name, name) == 0 ? error : 0; };
+    };
+    m_kernel.fails = failing("pwritev2", ENOSPC);
+    expectKind(Kind::NoSpace, [&] { overwrite(path, 0, QByteArray(10, 'y')); });
+    m_kernel.fails = failing("pwritev2", EIO);
+    expectKind(Kind::Other, [&] { overwrite(path, 0, QByteArray(10, 'y')); });
+    EXPECT_EQ(read(path), QByteArray(10, 'x'));
+    m_kernel.fails = failing("fdatasync", EIO);
+    const auto error = errorOf([&] { overwrite(path, 0, QByteArray(10, 'y')); });
+    ASSERT_TRUE(error.has_value());
+    EXPECT_EQ(error->errorDescription(), QStringLiteral("Could not overwrite \"file\": Input/output error."));
+    m_kernel.fails = {};
+    m_kernel.writesNothing = true;
+    expectKind(Kind::Other, [&] { overwrite(path, 0, QByteArray(10, 'y')); });
+}
+
+TEST_P(OverwritingTest, LinksAndWhatIsNoFileAreRefusedUntouched)
+{
+    const QString path = file("kept");
+    const QString link = path + QStringLiteral("-link");
+    ASSERT_TRUE(QFile::link(path, link));
+    const QString dangling = path + QStringLiteral("-dangling");
+    ASSERT_EQ(symlink("nowhere", bytesOf(dangling).constData()), 0);
+    const QString fifo = path + QStringLiteral("-fifo");
+    ASSERT_EQ(mkfifo(bytesOf(fifo).constData(), 0600), 0);
+    const QString folder = path + QStringLiteral("-folder");
+    files.createDirectory(folder);
+    for (const QString &refused : {link, dangling, fifo, folder, QStringLiteral("/dev/null")}) {
+        expectKind(Kind::NotAFileOrFolder, [&] { (void)files.openForOverwriting(refused); });
+    }
+    expectKind(Kind::NoSuchFile, [&] { (void)files.openForOverwriting(path + QStringLiteral("-absent")); });
+    EXPECT_FALSE(stands(path + QStringLiteral("-absent")));
+    EXPECT_EQ(read(path), "kept");
+}
+
+TEST_P(OverwritingTest, AFileThatMayNotBeWrittenIsRefused)
+{
+    const QString path = file("kept");
+    ASSERT_EQ(chmod(bytesOf(home.path()).constData(), 0755), 0);
+    ASSERT_EQ(chmod(bytesOf(other({})).constData(), 0755), 0);
+    ASSERT_EQ(chmod(bytesOf(path).constData(), 0444), 0);
+    const AsPlainUser user;
+    expectKind(Kind::NoPermission, [&] { (void)files.openForOverwriting(path); });
+}
+
+TEST_P(OverwritingTest, AClosedFileTakesNoMoreWrites)
+{
+    const QString path = file("kept");
+    const std::unique_ptr<FileHandle> handle = files.openForOverwriting(path);
+    handle->closeFile();
+    EXPECT_NO_THROW(handle->closeFile());
+    expectKind(Kind::Other, [&] { handle->writeThrough(bytesIn("lost")); });
+    EXPECT_EQ(read(path), "kept");
+}
+
+TEST_P(OverwritingTest, TheFlushOfEverythingReturns)
+{
+    file("kept");
+    EXPECT_NO_THROW(files.sync());
+}
+
+INSTANTIATE_TEST_SUITE_P(Places, OverwritingTest, ::testing::Bool(),
+                         [](const auto &info) { return info.param ? "InMemory" : "OnTheDisk"; });
+
+} // namespace
+
+} // namespace quillhaven::testing
