@@ -1,0 +1,333 @@
+#include "catalogue/DefaultsKeys.h"
+#include "credentials/KeychainError.h"
+#include "engine/PlaceholderFile.h"
+#include "formats/CipherError.h"
+#include "formats/RecoveryBackup.h"
+#include "platform/UserDefaults.h"
+#include "support/EngineHarness.h"
+#include "support/HookedSeam.h"
+
+#include <QDir>
+#include <QFile>
+
+using namespace quillhaven;
+using namespace quillhaven::testing;
+
+namespace {
+
+class Backup : public ::testing::Test
+{
+protected:
+    QString container() const
+    {
+        return services.home.path(QStringLiteral(".local/share/cloud/iCloud~com~tarnwick~quillhaven"));
+    }
+    QString backupDirectory() const { return container() + QStringLiteral("/Documents/QuillhavenBackups"); }
+    QString backupPath(qsizetype index = 0) const
+    {
+        return backupDirectory() + QLatin1Char('/') + engine->item(index).id + QStringLiteral(".backup");
+    }
+    QStringList backupNames() const
+    {
+        return QDir(backupDirectory()).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot);
+    }
+    void setEnabled(bool isEnabled)
+    {
+        services.defaults.standard().setBool(defaults_keys::enableiCloudBackup, isEnabled);
+    }
+    /// The engine with these files under protection, locked, a cloud folder and the setting on afterwards.
+    void start(const QStringList &names)
+    {
+        services.credentials.entries.insert(QStringLiteral("master_password"), "Master12");
+        engine.emplace(services, files);
+        engine->masterPasswordEntry = QStringLiteral("Master12");
+        for (const QString &name : names) {
+            engine->protect(services.home.write(QStringLiteral("Desktop/") + name, name.toUtf8()));
+        }
+        QDir().mkpath(container());
+        setEnabled(true);
+        engine->masterPrompts = 0;
+        log.clear();
+    }
+    void backUp(qsizetype index = 0) { runTask(engine->manager.backupToiCloud(engine->item(index).id)); }
+    void backUpAll() { runTask(engine->manager.backupAllToiCloud()); }
+    QByteArray opened(const QString &path, const QString &password = QStringLiteral("Master12")) const
+    {
+        const OwnedBytes plain = decryptBackupFile(services.fileManager, path, password);
+        return {reinterpret_cast<const char *>(plain.bytes.data()), static_cast<qsizetype>(plain.bytes.size())};
+    }
+    static QString createdLine(const QString &name)
+    {
+        return QStringLiteral("✅ iCloud backup created for item: ") + name;
+    }
+
+    TestPlatform services;
+    SeamHooks hooks;
+    HookedFileManager files{services.fileManager, hooks};
+    LogCapture log;
+    std::optional<EngineHarness> engine;
+    const QString allLine = QStringLiteral("✅ All items backed up to iCloud");
+    const QStringList askingLines{QStringLiteral("🌩️ DEBUG: Checking iCloud availability..."),
+                                  QStringLiteral("🌩️ DEBUG: Container identifier: iCloud.com.tarnwick.quillhaven")};
+};
+
+} // namespace
+
+TEST_F(Backup, LockedFileIsWrittenUnderItsIdAndOpensWithTheMasterPassword)
+{
+    start({QStringLiteral("a.txt")});
+    backUp();
+    EXPECT_EQ(backupNames(), QStringList(engine->item().id + QStringLiteral(".backup")));
+    EXPECT_EQ(opened(backupPath()), "a.txt");
+    const QByteArray metadata = (engine->item().id + QStringLiteral(":a.txt")).toUtf8();
+    EXPECT_EQ(TemporaryHome::read(backupPath()).mid(44, metadata.size()), metadata);
+    EXPECT_EQ(log.lines(), QStringList(createdLine(QStringLiteral("a.txt"))));
+    EXPECT_EQ(engine->masterPrompts, 0) << "the stored master password is all it takes";
+}
+
+TEST_F(Backup, FolderIsWrittenAsItsArchive)
+{
+    start({});
+    services.home.write(QStringLiteral("Desktop/folder/inner.txt"), "inner");
+    setEnabled(false);
+    engine->protect(services.home.path(QStringLiteral("Desktop/folder")), {});
+    setEnabled(true);
+    backUp();
+    const QByteArray archive = opened(backupPath());
+    EXPECT_TRUE(archive.startsWith((engine->item().id + QStringLiteral("_original/")).toUtf8()));
+    EXPECT_EQ(archive.mid(257, 5), "ustar");
+}
+
+TEST_F(Backup, SecondBackupReplacesTheFirst)
+{
+    start({QStringLiteral("a.txt")});
+    backUp();
+    const QByteArray first = TemporaryHome::read(backupPath());
+    engine->unlock();
+    services.home.write(QStringLiteral("Desktop/a.txt"), "a");
+    engine->lock();
+    EXPECT_EQ(TemporaryHome::read(backupPath()), first) << "locking writes no backup";
+    backUp();
+    EXPECT_EQ(backupNames().size(), 1);
+    EXPECT_EQ(opened(backupPath()), "a");
+}
+
+TEST_F(Backup, SettingOffFailsWhateverTheCatalogueHolds)
+{
+    start({QStringLiteral("a.txt")});
+    setEnabled(false);
+    QString text;
+    EXPECT_EQ(engineErrorOf([this] { backUpAll(); }, &text), QuillhavenError::accessDenied);
+    EXPECT_EQ(text, QStringLiteral("iCloud backup is not enabled"));
+    EXPECT_EQ(engineErrorOf([this] { backUp(); }, &text), QuillhavenError::accessDenied);
+    EXPECT_EQ(text, QStringLiteral("iCloud backup is not enabled"));
+    engine->manager.removeFromProtectedItems(engine->item().id);
+    EXPECT_EQ(engineErrorOf([this] { backUpAll(); }), QuillhavenError::accessDenied);
+    EXPECT_EQ(log.lines(), QStringList());
+    EXPECT_FALSE(TemporaryHome::exists(backupDirectory()));
+}
+
+TEST_F(Backup, SettingIsOffByDefault)
+{
+    engine.emplace(services);
+    QString text;
+    EXPECT_EQ(engineErrorOf([this] { backUpAll(); }, &text), QuillhavenError::accessDenied);
+    EXPECT_EQ(text, QStringLiteral("iCloud backup is not enabled"));
+}
+
+TEST_F(Backup, UnknownIdIsNotFound)
+{
+    start({QStringLiteral("a.txt")});
+    EXPECT_EQ(engineErrorOf([this] { runTask(engine->manager.backupToiCloud(QStringLiteral("unknown"))); }),
+              QuillhavenError::itemNotFound);
+}
+
+TEST_F(Backup, NoMasterPasswordIsTheStoresError)
+{
+    start({QStringLiteral("a.txt")});
+    services.credentials.entries.remove(QStringLiteral("master_password"));
+    try {
+        backUp();
+        ADD_FAILURE() << "no error";
+    } catch (const KeychainError &error) {
+        EXPECT_EQ(error.errorDescription(), QStringLiteral("Failed to retrieve from keychain: -25300"));
+    }
+    EXPECT_FALSE(TemporaryHome::exists(backupDirectory()));
+}
+
+TEST_F(Backup, NoContainerIsToldWithTheWayToGetOne)
+{
+    start({QStringLiteral("a.txt")});
+    ASSERT_TRUE(QDir().rmdir(container()));
+    QString text;
+    EXPECT_EQ(engineErrorOf([this] { backUp(); }, &text), QuillhavenError::accessDenied);
+    EXPECT_EQ(text, QStringLiteral("iCloud is not available. Please sign in to iCloud in System Preferences."));
+    EXPECT_FALSE(TemporaryHome::exists(container()));
+}
+
+TEST_F(Backup, ContainerThatVanishedIsNotMadeAgain)
+{
+    start({QStringLiteral("a.txt")});
+    backUp();
+    ASSERT_TRUE(QDir(container()).removeRecursively());
+    EXPECT_EQ(engineErrorOf([this] { backUp(); }), QuillhavenError::accessDenied);
+    EXPECT_FALSE(TemporaryHome::exists(container()));
+}
+
+TEST_F(Backup, LinkToAFolderIsAContainerAndALinkToNothingIsNone)
+{
+    start({QStringLiteral("a.txt")});
+    ASSERT_TRUE(QDir().rmdir(container()));
+    ASSERT_TRUE(QFile::link(services.home.path(QStringLiteral("Synced")), container()));
+    EXPECT_EQ(engineErrorOf([this] { backUp(); }), QuillhavenError::accessDenied);
+    QDir().mkpath(services.home.path(QStringLiteral("Synced")));
+    backUp();
+    EXPECT_TRUE(TemporaryHome::exists(services.home.path(QStringLiteral("Synced/Documents/QuillhavenBackups/") +
+                                                         engine->item().id + QStringLiteral(".backup"))));
+}
+
+TEST_F(Backup, FileInTheWayOfTheDirectoryPassesItsErrorOn)
+{
+    start({QStringLiteral("a.txt")});
+    services.home.write(QStringLiteral(".local/share/cloud/iCloud~com~tarnwick~quillhaven/Documents"), "mine");
+    EXPECT_THROW(backUp(), FileError);
+}
+
+TEST_F(Backup, UnlockedItemIsNotFoundAndStopsTheRunThere)
+{
+    start({QStringLiteral("a.txt"), QStringLiteral("b.txt"), QStringLiteral("c.txt")});
+    engine->unlock(1);
+    log.clear();
+    EXPECT_EQ(engineErrorOf([this] { backUpAll(); }), QuillhavenError::itemNotFound);
+    EXPECT_EQ(log.lines(), QStringList(createdLine(QStringLiteral("a.txt"))));
+    EXPECT_EQ(backupNames(), QStringList(engine->item(0).id + QStringLiteral(".backup"))) << "those made stay";
+}
+
+TEST_F(Backup, AllItemsAreWrittenInTheirOrder)
+{
+    start({QStringLiteral("a.txt"), QStringLiteral("b.txt")});
+    backUpAll();
+    const QStringList lines{createdLine(QStringLiteral("a.txt")), createdLine(QStringLiteral("b.txt")), allLine};
+    EXPECT_EQ(log.lines(), lines);
+    EXPECT_EQ(opened(backupPath(0)), "a.txt");
+    EXPECT_EQ(opened(backupPath(1)), "b.txt");
+}
+
+TEST_F(Backup, EmptyCatalogueSucceedsWithItsLine)
+{
+    start({});
+    backUpAll();
+    EXPECT_EQ(log.lines(), QStringList(allLine));
+}
+
+TEST_F(Backup, ProtectingWritesABackupWhenTheSettingIsOn)
+{
+    start({});
+    engine->protect(services.home.write(QStringLiteral("Desktop/new.txt"), "new"));
+    EXPECT_EQ(opened(backupPath()), "new");
+    const QStringList lines = log.lines();
+    EXPECT_EQ(lines.mid(lines.size() - 5),
+              askingLines + QStringList({QStringLiteral("🌩️ DEBUG: iCloud container URL found: ") + container(),
+                                         QStringLiteral("🌩️ DEBUG: iCloud is available ✅"),
+                                         createdLine(QStringLiteral("new.txt"))}));
+}
+
+TEST_F(Backup, BulkProtectionWritesOneForEachItem)
+{
+    start({});
+    const QStringList paths{services.home.write(QStringLiteral("Desktop/a.txt"), "a"),
+                            services.home.write(QStringLiteral("Desktop/b.txt"), "b")};
+    runTask(engine->manager.bulkProtectItems(paths, QStringLiteral("Abcdefg1"), false, [](const QString &, double) {}));
+    EXPECT_EQ(opened(backupPath(0)), "a");
+    EXPECT_EQ(opened(backupPath(1)), "b");
+}
+
+TEST_F(Backup, ProtectingWithTheSettingOffAsksForNoCloud)
+{
+    start({});
+    setEnabled(false);
+    engine->protect(services.home.write(QStringLiteral("Desktop/new.txt"), "new"));
+    EXPECT_FALSE(TemporaryHome::exists(backupDirectory()));
+    EXPECT_EQ(log.lines().filter(QStringLiteral("iCloud")), QStringList());
+}
+
+TEST_F(Backup, ProtectingWithoutAContainerWritesNoneAndSaysWhy)
+{
+    start({});
+    ASSERT_TRUE(QDir().rmdir(container()));
+    engine->protect(services.home.write(QStringLiteral("Desktop/new.txt"), "new"));
+    EXPECT_EQ(engine->count(), 1);
+    const QStringList lines = log.lines();
+    EXPECT_EQ(lines.mid(lines.size() - 8),
+              askingLines + QStringList({QStringLiteral("🌩️ DEBUG: iCloud container URL is nil - iCloud not available"),
+                                         QStringLiteral("🌩️ DEBUG: This could mean:"),
+                                         QStringLiteral("🌩️ DEBUG: 1. iCloud is not signed in"),
+                                         QStringLiteral("🌩️ DEBUG: 2. iCloud Drive is disabled"),
+                                         QStringLiteral("🌩️ DEBUG: 3. App doesn't have iCloud entitlements"),
+                                         QStringLiteral("🌩️ DEBUG: 4. Container identifier is incorrect")}));
+}
+
+TEST_F(Backup, FailingBackupIsOnlyLoggedAndTheProtectionStands)
+{
+    start({});
+    hooks.before = [](const char *call, const QString &path) {
+        if (qstrcmp(call, "writeFile") == 0 && path.endsWith(QStringLiteral(".backup"))) {
+            throw FileError::fromErrno(EACCES, FileError::Action::Write, path);
+        }
+    };
+    const QString path = services.home.write(QStringLiteral("Desktop/new.txt"), "new");
+    engine->protect(path);
+    ASSERT_EQ(engine->count(), 1);
+    EXPECT_EQ(TemporaryHome::read(path), placeholderText.toUtf8());
+    EXPECT_FALSE(engine->masterPassword.isAuthenticated()) << "a protection that succeeded";
+    const QString failure = FileError::fromErrno(EACCES, FileError::Action::Write, backupPath()).errorDescription();
+    EXPECT_EQ(log.lines().last(), QStringLiteral("⚠️ Failed to backup to iCloud: ") + failure);
+    EXPECT_EQ(EngineHarness(services).count(), 1);
+}
+
+TEST_F(Backup, ProtectingWithoutAMasterPasswordLogsTheStoresError)
+{
+    start({});
+    services.credentials.entries.clear();
+    engine.emplace(services);
+    engine->protect(services.home.write(QStringLiteral("Desktop/new.txt"), "new"));
+    EXPECT_EQ(engine->count(), 1);
+    EXPECT_EQ(log.lines().last(),
+              QStringLiteral("⚠️ Failed to backup to iCloud: Failed to retrieve from keychain: -25300"));
+}
+
+TEST_F(Backup, LockUnlockAndRemovalLeaveTheBackupAsItIs)
+{
+    start({QStringLiteral("a.txt")});
+    backUp();
+    const QString path = backupPath();
+    const QByteArray bytes = TemporaryHome::read(path);
+    engine->unlock();
+    engine->lock();
+    engine->remove();
+    EXPECT_EQ(TemporaryHome::read(path), bytes);
+    EXPECT_EQ(backupNames().size(), 1);
+}
+
+TEST_F(Backup, NewMasterPasswordCountsFromTheNextBackupOn)
+{
+    start({QStringLiteral("a.txt")});
+    backUp();
+    const QByteArray old = TemporaryHome::read(backupPath());
+    runTask(engine->masterPassword.setMasterPassword(QStringLiteral("Changed34")));
+    EXPECT_EQ(TemporaryHome::read(backupPath()), old);
+    EXPECT_THROW(opened(backupPath(), QStringLiteral("Changed34")), CipherError);
+    backUp();
+    EXPECT_EQ(opened(backupPath(), QStringLiteral("Changed34")), "a.txt");
+}
+
+TEST_F(Backup, AvailabilityFollowsTheFolder)
+{
+    start({});
+    EXPECT_TRUE(engine->manager.isiCloudAvailable());
+    ASSERT_TRUE(QDir().rmdir(container()));
+    EXPECT_FALSE(engine->manager.isiCloudAvailable());
+    QFile file(container());
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    EXPECT_FALSE(engine->manager.isiCloudAvailable()) << "a file is no folder";
+}
