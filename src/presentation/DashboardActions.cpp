@@ -1,7 +1,6 @@
 // What the main window starts. Each action is a job on the main thread that passes the master password's guard first;
-// its failure reaches the user through `report`.
+// its failure reaches the user through `DashboardErrors`.
 
-#include "catalogue/QuillhavenError.h"
 #include "credentials/MasterPasswordDialogManager.h"
 #include "credentials/MasterPasswordManager.h"
 #include "credentials/PasswordInputDialogManager.h"
@@ -11,10 +10,13 @@
 #include "platform/Jobs.h"
 #include "platform/Paths.h"
 #include "platform/printLogger.h"
+#include "presentation/BusyItems.h"
 #include "presentation/DashboardViewModel.h"
 #include "presentation/dialogs/ProtectionMethodDialogManager.h"
 
 #include <QClipboard>
+#include <QDir>
+#include <QFileInfo>
 #include <QGuiApplication>
 
 namespace quillhaven {
@@ -26,20 +28,6 @@ namespace {
 constexpr auto copySuccessDuration = 2s;
 
 } // namespace
-
-/// Marks an item's row busy for as long as it lives.
-class DashboardViewModel::BusyItem
-{
-public:
-    BusyItem(ProtectedItemsModel &items, const QString &id) : m_items(items), m_id(id) { m_items.setBusy(m_id, true); }
-    ~BusyItem() { m_items.setBusy(m_id, false); }
-    BusyItem(const BusyItem &) = delete;
-    BusyItem &operator=(const BusyItem &) = delete;
-
-private:
-    ProtectedItemsModel &m_items;
-    QString m_id;
-};
 
 /// Names an item under the toolbar for as long as it lives.
 class DashboardViewModel::ProtectingName
@@ -85,7 +73,7 @@ QCoro::Task<> DashboardViewModel::runFilePicker()
                                        .preselected = {}};
         chosen = co_await m_platform.panels.open(request);
     } catch (...) {
-        report(std::current_exception());
+        m_errors.report(std::current_exception());
     }
     m_showingFilePicker = false;
     Q_EMIT showingFilePickerChanged();
@@ -100,7 +88,7 @@ void DashboardViewModel::handleFileSelection(const QString &path)
     if (answer.canProtect) {
         showProtectionDialog(path);
     } else {
-        showError(answer.errorMessage.value_or(QStringLiteral("Cannot protect this file")));
+        m_errors.showError(answer.errorMessage.value_or(QStringLiteral("Cannot protect this file")));
     }
 }
 
@@ -149,7 +137,7 @@ QCoro::Task<> DashboardViewModel::protect(QString path, QString password, bool u
             printLogger(QStringLiteral("✅ Protected with Touch ID: ") + name);
         }
     } catch (...) {
-        report(std::current_exception());
+        m_errors.report(std::current_exception());
     }
 }
 
@@ -178,7 +166,7 @@ QCoro::Task<> DashboardViewModel::toggleLock(QString id, bool wasMounted)
     if (!item || item->isMounted != wasMounted || m_items.isBusy(id)) {
         co_return;
     }
-    const BusyItem busy(m_items, id);
+    const BusyItems busy(m_items, {id});
     try {
         if (wasMounted) {
             co_await m_quillhavenManager.lockItem(*item);
@@ -186,7 +174,7 @@ QCoro::Task<> DashboardViewModel::toggleLock(QString id, bool wasMounted)
             co_await m_quillhavenManager.unlockItem(*item);
         }
     } catch (...) {
-        report(std::current_exception());
+        m_errors.report(std::current_exception());
     }
 }
 
@@ -212,11 +200,72 @@ QCoro::Task<> DashboardViewModel::remove(QString id)
     if (!item || m_items.isBusy(id)) {
         co_return;
     }
-    const BusyItem busy(m_items, id);
+    const BusyItems busy(m_items, {id});
     try {
         co_await m_quillhavenManager.removeProtection(*item);
     } catch (...) {
-        report(std::current_exception());
+        m_errors.report(std::current_exception());
+    }
+}
+
+void DashboardViewModel::deleteFilteredItems(const QList<int> &offsets)
+{
+    QStringList ids;
+    for (const int offset : offsets) {
+        if (offset >= 0 && offset < m_items.count()) {
+            ids.append(m_items.items().at(offset).id);
+        }
+    }
+    for (const QString &id : std::as_const(ids)) {
+        onRemove(id);
+    }
+}
+
+void DashboardViewModel::duplicateAsEncryptedCopy(const QString &id)
+{
+    startJob([this, id] { return duplicate(id); });
+}
+
+QCoro::Task<> DashboardViewModel::duplicate(QString id)
+{
+    const std::optional<ProtectedItem> item = liveItem(id);
+    if (!item || m_items.isBusy(id)) {
+        co_return;
+    }
+    const BusyItems busy(m_items, {id});
+    const auto logProgress = [](const QString &, double progress) {
+        printLogger(QStringLiteral("Duplicate progress: ") + QString::number(progress));
+    };
+    try {
+        co_await m_quillhavenManager.duplicateAsEncryptedCopy(*item, logProgress);
+        printLogger(QStringLiteral("✅ Successfully duplicated: ") + item->originalName);
+    } catch (...) {
+        m_errors.report(std::current_exception());
+    }
+}
+
+void DashboardViewModel::onDrop(const QList<QUrl> &urls)
+{
+    QStringList paths;
+    for (const QUrl &url : urls) {
+        if (url.isLocalFile()) {
+            // As the panel does: a link stands for what it points to.
+            const QFileInfo info(url.toLocalFile());
+            paths.append(info.isSymLink() ? info.symLinkTarget() : QDir::cleanPath(info.absoluteFilePath()));
+        }
+    }
+    if (paths.isEmpty()) {
+        return;
+    }
+    if (paths.size() == 1) {
+        handleFileSelection(paths.constFirst());
+        return;
+    }
+    paths.removeIf([this](const QString &path) { return !m_quillhavenManager.canProtectItem(path).canProtect; });
+    if (paths.isEmpty()) {
+        m_errors.showError(QStringLiteral("None of the selected items can be protected"));
+    } else {
+        m_bulk.performBulkProtect(paths);
     }
 }
 
@@ -240,7 +289,7 @@ void DashboardViewModel::copyPathToClipboard(const QString &id)
 
 void DashboardViewModel::showDefaultTroubleshooting()
 {
-    m_errorDialogManager.showDefaultTroubleshooting(&m_dialogs.confirmation);
+    m_errors.dialog().showDefaultTroubleshooting(&m_dialogs.confirmation);
 }
 
 void DashboardViewModel::chooseMasterPassword()
@@ -265,30 +314,8 @@ QCoro::Task<> DashboardViewModel::setMasterPassword(QString password)
     try {
         co_await m_masterPasswordManager.setMasterPassword(password);
     } catch (...) {
-        report(std::current_exception());
+        m_errors.report(std::current_exception());
     }
-}
-
-void DashboardViewModel::report(const std::exception_ptr &failure)
-{
-    try {
-        std::rethrow_exception(failure);
-    } catch (const QuillhavenError &error) {
-        if (error.errorCase() == QuillhavenError::authenticationCancelled) {
-            printLogger(QStringLiteral("Authentication cancelled by user"));
-            return;
-        }
-    } catch (...) {
-        // Every other failure is shown.
-    }
-    showError(localizedDescription(failure));
-}
-
-void DashboardViewModel::showError(const QString &message)
-{
-    m_errorMessage = message;
-    m_errorDialogManager.showErrorWithAutoTroubleshooting(message, QStringLiteral("Error"));
-    Q_EMIT errorChanged();
 }
 
 } // namespace quillhaven

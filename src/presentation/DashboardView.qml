@@ -14,6 +14,7 @@ Item {
     required property QtObject passwordInputState
     required property QtObject masterPasswordDialogManager
     required property QtObject biometrics
+    readonly property bool hasRoomForDropArea: height >= 820
 
     ColumnLayout {
         anchors.fill: parent
@@ -41,6 +42,8 @@ Item {
                 Layout.fillWidth: true
                 Layout.fillHeight: false
                 isCompact: view.height < 720
+                // Where there is little room, the list needs it for what is selected.
+                visible: !isCompact || view.dashboard.selection.selectedCount === 0
                 dashboard: view.dashboard
             }
 
@@ -49,9 +52,57 @@ Item {
                 Layout.fillHeight: true
                 dashboard: view.dashboard
             }
+
+            DropAreaView {
+                Layout.fillWidth: true
+                visible: view.hasRoomForDropArea
+                isTargeted: dropTarget.containsDrag
+            }
         }
     }
 
+    DropArea {
+        id: dropTarget
+
+        anchors.fill: parent
+        enabled: SheetStack.sheets.length === 0
+        keys: ["text/uri-list"]
+        onDropped: (drop) => {
+            if (drop.hasUrls) {
+                drop.accept(Qt.CopyAction)
+                view.dashboard.onDrop(drop.urls)
+            }
+        }
+    }
+
+    DropAreaView {
+        anchors.fill: parent
+        anchors.margins: Spacing.xl
+        visible: dropTarget.containsDrag && !view.hasRoomForDropArea
+        isTargeted: true
+        color: Colors.modalBackground
+    }
+
+    SheetLoader {
+        presented: view.dashboard.bulk.picker.isPresented
+        sourceComponent: BulkFilePickerView { picker: view.dashboard.bulk.picker }
+    }
+    SheetLoader {
+        presented: view.dashboard.bulk.progress.isPresented
+        sourceComponent: BulkProgressView { operation: view.dashboard.bulk.progress }
+    }
+    SheetLoader {
+        presented: view.dashboard.shredding.confirmation.isPresented
+        sourceComponent: ShredConfirmationDialog { dialog: view.dashboard.shredding.confirmation }
+    }
+    SheetLoader {
+        presented: view.dashboard.shredding.progress.isPresented
+        sourceComponent: ShredProgressView { operation: view.dashboard.shredding.progress }
+    }
+    SheetLoader {
+        presented: view.dashboard.backup.recoveryDialogManager.isPresented
+        sourceComponent: RecoveryDialog { manager: view.dashboard.backup.recoveryDialogManager }
+    }
     SheetLoader {
         presented: view.protectionMethodDialogManager.isPresented
         sourceComponent: ProtectionMethodDialog { manager: view.protectionMethodDialogManager }

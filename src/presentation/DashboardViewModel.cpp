@@ -3,6 +3,7 @@
 #include "credentials/MasterPasswordManager.h"
 #include "engine/QuillhavenManager.h"
 #include "platform/Clock.h"
+#include "platform/UserDefaults.h"
 
 #include <QCoreApplication>
 
@@ -43,16 +44,30 @@ DashboardViewModel::DashboardViewModel(const Platform &platform, QuillhavenManag
       m_quillhavenManager(quillhavenManager),
       m_masterPasswordManager(masterPasswordManager),
       m_dialogs(dialogs),
-      m_items(platform.directories.home)
+      m_items(platform.directories.home),
+      m_selection(m_items),
+      m_bulk(context(), platform.panels),
+      m_shredding(context()),
+      m_backup(context(), platform.defaults.standard())
 {
     connect(&quillhavenManager, &QuillhavenManager::protectedItemsChanged, this, &DashboardViewModel::refresh);
     connect(&masterPasswordManager, &MasterPasswordManager::hasMasterPasswordChanged, this,
             &DashboardViewModel::masterPasswordTextChanged);
-    connect(&m_errorDialogManager, &ErrorDialogManager::changed, this, &DashboardViewModel::errorChanged);
+    connect(&m_errors, &DashboardErrors::changed, this, &DashboardViewModel::errorChanged);
     refresh();
 }
 
 DashboardViewModel::~DashboardViewModel() = default;
+
+DashboardContext DashboardViewModel::context()
+{
+    return {.quillhavenManager = m_quillhavenManager,
+            .masterPasswordManager = m_masterPasswordManager,
+            .dialogs = m_dialogs,
+            .items = m_items,
+            .selection = m_selection,
+            .errors = m_errors};
+}
 
 template <typename Change>
 void DashboardViewModel::changeFilters(Change change)

@@ -2,37 +2,27 @@
 
 #include "catalogue/ProtectedItem.h"
 #include "platform/Platform.h"
+#include "presentation/BackupActions.h"
+#include "presentation/BulkActions.h"
+#include "presentation/DashboardContext.h"
+#include "presentation/DashboardErrors.h"
+#include "presentation/ItemSelection.h"
 #include "presentation/ProtectedItemsModel.h"
 #include "presentation/SearchFilterBar.h"
-#include "presentation/dialogs/ErrorDialogManager.h"
+#include "presentation/ShredActions.h"
 #include "presentation/dialogs/RemoveProtectionDialogManager.h"
 
 #include <QCoroTask>
 #include <QObject>
+#include <QUrl>
 
-#include <exception>
 #include <memory>
 #include <optional>
 #include <vector>
 
 namespace quillhaven {
 
-class ConfirmationDialogManager;
-class MasterPasswordDialogManager;
-class MasterPasswordManager;
-class PasswordInputDialogManager;
-class ProtectionMethodDialogManager;
-class QuillhavenManager;
 class RunningTimer;
-
-/// The questions that the dashboard asks through the program's shared dialogs.
-struct DashboardDialogs
-{
-    ConfirmationDialogManager &confirmation;
-    ProtectionMethodDialogManager &protectionMethod;
-    PasswordInputDialogManager &passwordInput;
-    MasterPasswordDialogManager &masterPassword;
-};
 
 /// The state and the operations of the main window's content. It owns no item: the list is the engine's, and what it
 /// shows of it is derived anew at each change. Main thread only.
@@ -72,6 +62,11 @@ class DashboardViewModel : public QObject
     Q_PROPERTY(quillhaven::ErrorDialogManager *errorDialogManager READ errorDialogManager CONSTANT)
     Q_PROPERTY(quillhaven::RemoveProtectionDialogManager *removeProtectionDialogManager READ
                    removeProtectionDialogManager CONSTANT)
+    // What it starts on several items, and beside them
+    Q_PROPERTY(quillhaven::ItemSelection *selection READ selection CONSTANT)
+    Q_PROPERTY(quillhaven::BulkActions *bulk READ bulk CONSTANT)
+    Q_PROPERTY(quillhaven::ShredActions *shredding READ shredding CONSTANT)
+    Q_PROPERTY(quillhaven::BackupActions *backup READ backup CONSTANT)
 
 public:
     /// The references outlive this object, and so do the jobs that it starts.
@@ -119,12 +114,16 @@ public:
     [[nodiscard]] QString protectingText() const;
     [[nodiscard]] bool showingFilePicker() const { return m_showingFilePicker; }
 
-    [[nodiscard]] bool showingError() const { return m_errorDialogManager.isPresented(); }
-    [[nodiscard]] QString errorMessage() const { return m_errorMessage; }
+    [[nodiscard]] bool showingError() const { return m_errors.showingError(); }
+    [[nodiscard]] QString errorMessage() const { return m_errors.errorMessage(); }
 
     [[nodiscard]] ProtectedItemsModel *items() { return &m_items; }
-    [[nodiscard]] ErrorDialogManager *errorDialogManager() { return &m_errorDialogManager; }
+    [[nodiscard]] ErrorDialogManager *errorDialogManager() { return &m_errors.dialog(); }
     [[nodiscard]] RemoveProtectionDialogManager *removeProtectionDialogManager() { return &m_removeDialogManager; }
+    [[nodiscard]] ItemSelection *selection() { return &m_selection; }
+    [[nodiscard]] BulkActions *bulk() { return &m_bulk; }
+    [[nodiscard]] ShredActions *shredding() { return &m_shredding; }
+    [[nodiscard]] BackupActions *backup() { return &m_backup; }
 
     // DashboardActions.cpp. Each starts a job and returns at once.
 
@@ -139,7 +138,13 @@ public:
     /// Asks, then removes the item's protection.
     Q_INVOKABLE void askToRemove(const QString &id);
     void onRemove(const QString &id);
+    /// The list's delete gesture: removes the protection of the rows, without a question.
+    Q_INVOKABLE void deleteFilteredItems(const QList<int> &offsets);
     Q_INVOKABLE void copyPathToClipboard(const QString &id);
+    Q_INVOKABLE void duplicateAsEncryptedCopy(const QString &id);
+    /// Files and folders dropped on the window: one is protected as if it were chosen in the panel, of several those
+    /// that can be protected are protected together.
+    Q_INVOKABLE void onDrop(const QList<QUrl> &urls);
     /// The hint of the shown error, as a question of its own.
     Q_INVOKABLE void showDefaultTroubleshooting();
     /// Lets the user choose a master password, the first one or another one.
@@ -154,8 +159,9 @@ Q_SIGNALS:
     void errorChanged();
 
 private:
-    class BusyItem;
     class ProtectingName;
+
+    [[nodiscard]] DashboardContext context();
 
     template <typename Change>
     void changeFilters(Change change);
@@ -170,10 +176,8 @@ private:
     [[nodiscard]] QCoro::Task<> toggleLock(QString id, bool wasMounted);
     [[nodiscard]] QCoro::Task<> remove(QString id);
     [[nodiscard]] QCoro::Task<> setMasterPassword(QString password);
+    [[nodiscard]] QCoro::Task<> duplicate(QString id);
     [[nodiscard]] QCoro::Task<> endSession();
-    /// The one route of every failure to the user; a cancelled authentication is only logged.
-    void report(const std::exception_ptr &failure);
-    void showError(const QString &message);
 
     Platform m_platform;
     QuillhavenManager &m_quillhavenManager;
@@ -182,9 +186,12 @@ private:
 
     SearchFilterBar m_filters;
     ProtectedItemsModel m_items;
-    ErrorDialogManager m_errorDialogManager;
+    DashboardErrors m_errors;
     RemoveProtectionDialogManager m_removeDialogManager;
-    QString m_errorMessage;
+    ItemSelection m_selection;
+    BulkActions m_bulk;
+    ShredActions m_shredding;
+    BackupActions m_backup;
     bool m_showingFilePicker = false;
     QStringList m_protectingNames;                           ///< in the order in which their jobs began
     std::vector<std::unique_ptr<RunningTimer>> m_copyTimers; ///< spent ones stay until none runs

@@ -8,6 +8,7 @@ Rectangle {
 
     required property QtObject dashboard
     property string title: "Quillhaven"
+    readonly property bool isNarrow: width < 1000
 
     implicitHeight: content.implicitHeight
     color: Colors.backgroundSecondary
@@ -85,8 +86,46 @@ Rectangle {
             }
 
             SecondaryButton {
+                id: backupButton
+
+                Layout.maximumWidth: toolbar.isNarrow ? Spacing.minTouchTarget : implicitWidth
+                text: "Backup"
+                symbol: "icloud.fill"
+                showsText: !toolbar.isNarrow
+                helpText: "Back up your items, and recover files from backups"
+                Accessible.role: Accessible.ButtonMenu
+                onClicked: {
+                    toolbar.dashboard.backup.refresh()
+                    backupMenu.active = true
+                    backupMenu.item.open()
+                }
+
+                Loader {
+                    id: backupMenu
+
+                    active: false
+                    sourceComponent: BackupMenu {
+                        parent: backupButton
+                        y: backupButton.height + Spacing.xs
+                        backup: toolbar.dashboard.backup
+                    }
+                }
+            }
+
+            SecondaryButton {
+                Layout.maximumWidth: toolbar.isNarrow ? Spacing.minTouchTarget : implicitWidth
                 text: toolbar.dashboard.masterPasswordText
+                symbol: toolbar.isNarrow ? "key.fill" : ""
+                showsText: !toolbar.isNarrow
                 onClicked: toolbar.dashboard.chooseMasterPassword()
+            }
+
+            SecondaryButton {
+                text: "Bulk Protect"
+                symbol: "square.stack.3d.up.fill"
+                helpText: "Protect multiple files and folders at once"
+                Accessible.description: "Opens bulk file picker to protect multiple items"
+                onClicked: toolbar.dashboard.bulk.showBulkFilePicker()
             }
 
             PrimaryFilledButton {
@@ -100,7 +139,8 @@ Rectangle {
 
         ProtectingBar {
             Layout.fillWidth: true
-            text: toolbar.dashboard.protectingText
+            text: toolbar.dashboard.protectingText !== "" ? toolbar.dashboard.protectingText
+                  : toolbar.dashboard.backup.isBackingUp ? "Backing up all items…" : ""
         }
 
         Rectangle {

@@ -19,6 +19,8 @@ FocusScope {
     required property string accessibleText
     required property bool isBusy
     required property bool showingCopySuccess
+    required property bool isSelected
+    property bool isInSelectionMode: false
 
     readonly property bool isCurrent: ListView.isCurrentItem
     readonly property bool isLast: index === ListView.view.count - 1
@@ -26,34 +28,60 @@ FocusScope {
     signal toggleLock(string id)
     signal copyPath(string id)
     signal remove(string id)
+    signal duplicate(string id)
+    signal shred(string id)
+    signal selectionToggle(string id)
+    /// Selects or deselects from outside the selection mode, too.
+    signal selectionExtend(string id)
 
     function toggle() {
         if (!isBusy)
             toggleLock(itemId)
     }
 
+    function startAtFirstControl() {
+        (isInSelectionMode ? mark : toggleButton).focus = true
+    }
+
     implicitHeight: 60
     Accessible.role: Accessible.ListItem
     Accessible.name: accessibleText
     Accessible.description: isBusy ? "Busy" : ""
+    Accessible.selectable: isInSelectionMode
+    Accessible.selected: isSelected
 
     // The buttons take the keyboard; the row itself has it only while they are disabled.
     Keys.onReturnPressed: toggle()
     Keys.onEnterPressed: toggle()
 
+    Component.onCompleted: startAtFirstControl()
+    onIsInSelectionModeChanged: startAtFirstControl()
     onActiveFocusChanged: if (activeFocus) ListView.view.currentIndex = index
 
     HoverHandler { id: hover }
 
     TapHandler {
-        onTapped: row.forceActiveFocus(Qt.MouseFocusReason)
+        acceptedModifiers: Qt.NoModifier
+        onTapped: {
+            row.forceActiveFocus(Qt.MouseFocusReason)
+            if (row.isInSelectionMode)
+                row.selectionToggle(row.itemId)
+        }
+    }
+
+    TapHandler {
+        acceptedModifiers: Qt.ControlModifier
+        onTapped: {
+            row.forceActiveFocus(Qt.MouseFocusReason)
+            row.selectionExtend(row.itemId)
+        }
     }
 
     Rectangle {
         anchors.fill: parent
         anchors.margins: 4
         radius: DesignSystem.cornerRadiusMedium
-        color: row.activeFocus ? Colors.selection : hover.hovered ? Colors.hover : "transparent"
+        color: row.activeFocus || row.isSelected ? Colors.selection : hover.hovered ? Colors.hover : "transparent"
         border.width: row.activeFocus ? 1 : 0
         border.color: Colors.focus
 
@@ -78,6 +106,18 @@ FocusScope {
         anchors.leftMargin: Spacing.lg
         anchors.rightMargin: Spacing.lg
         spacing: Spacing.md
+
+        CheckMark {
+            id: mark
+
+            visible: row.isInSelectionMode
+            tickedSymbol: "checkmark.circle.fill"
+            emptySymbol: "circle"
+            label: "Select " + row.originalName
+            ticked: row.isSelected
+            activeFocusOnTab: row.isCurrent || activeFocus
+            onToggleRequested: row.selectionToggle(row.itemId)
+        }
 
         SymbolImage {
             symbol: row.leadingIcon
@@ -163,7 +203,8 @@ FocusScope {
             spacing: Spacing.xs
 
             IconButton {
-                focus: true
+                id: toggleButton
+
                 symbol: row.toggleLockIcon
                 helpText: row.toggleLockText
                 color: Colors.primaryAccent
@@ -182,9 +223,27 @@ FocusScope {
             }
 
             IconButton {
+                symbol: "plus.square.on.square"
+                helpText: "Duplicate as Encrypted Copy"
+                color: Colors.iconMuted
+                enabled: !row.isBusy
+                activeFocusOnTab: row.isCurrent || activeFocus
+                onClicked: row.duplicate(row.itemId)
+            }
+
+            IconButton {
+                symbol: "trash.fill"
+                helpText: "Secure Shred"
+                color: Colors.error
+                enabled: !row.isBusy
+                activeFocusOnTab: row.isCurrent || activeFocus
+                onClicked: row.shred(row.itemId)
+            }
+
+            IconButton {
                 symbol: "minus.circle.fill"
                 helpText: "Remove Protection"
-                color: Colors.error
+                color: Colors.warning
                 enabled: !row.isBusy
                 activeFocusOnTab: row.isCurrent || activeFocus
                 onClicked: row.remove(row.itemId)

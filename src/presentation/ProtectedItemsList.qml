@@ -8,12 +8,30 @@ Rectangle {
     id: area
 
     required property QtObject dashboard
+    readonly property QtObject selection: dashboard.selection
     readonly property bool isEmpty: dashboard.items.count === 0
+
+    function deleteCurrent() {
+        if (selection.selectedCount > 0)
+            dashboard.bulk.performBulkRemove()
+        else
+            dashboard.deleteFilteredItems([list.currentIndex])
+    }
 
     radius: DesignSystem.cornerRadiusLarge
     color: Colors.cardBackground
     border.width: 1
     border.color: Colors.borderSubtle
+
+    Keys.onPressed: (event) => {
+        event.accepted = true
+        if (event.matches(StandardKey.SelectAll) && !isEmpty)
+            selection.selectAll()
+        else if (event.key === Qt.Key_Escape && selection.isInSelectionMode)
+            selection.clearSelection()
+        else
+            event.accepted = false
+    }
 
     EnhancedEmptyStateView {
         anchors.centerIn: parent
@@ -43,34 +61,24 @@ Rectangle {
         spacing: 0
         visible: !area.isEmpty
 
-        RowLayout {
+        ListControls {
             Layout.fillWidth: true
             Layout.leftMargin: Spacing.lg
             Layout.rightMargin: Spacing.lg
-            Layout.preferredHeight: 40
-            visible: area.dashboard.hasActiveFilters
-            spacing: Spacing.xs
+            Layout.preferredHeight: Spacing.minTouchTarget
+            dashboard: area.dashboard
+        }
 
-            SymbolImage {
-                symbol: "line.3.horizontal.decrease.circle.fill"
-                size: 16
-                color: Colors.primaryAccent
-            }
-
-            Text {
-                text: "Filters Active"
-                color: Colors.textSecondary
-                font.pixelSize: Typography.footnoteSize
-                font.weight: Font.Medium
-            }
-
-            Item { Layout.fillWidth: true }
+        Loader {
+            Layout.fillWidth: true
+            active: area.selection.selectedCount > 0
+            visible: active
+            sourceComponent: BulkOperationsToolbar { dashboard: area.dashboard }
         }
 
         Rectangle {
             Layout.fillWidth: true
             Layout.preferredHeight: 1
-            visible: area.dashboard.hasActiveFilters
             color: Colors.borderSubtle
         }
 
@@ -93,7 +101,10 @@ Rectangle {
             // The keyboard's place follows the current row, also when the row before it went away.
             onCurrentItemChanged: if (activeFocus && currentItem) currentItem.forceActiveFocus(Qt.OtherFocusReason)
             Keys.onPressed: (event) => {
-                if (event.key === Qt.Key_Home || event.key === Qt.Key_End) {
+                if (event.key === Qt.Key_Delete) {
+                    area.deleteCurrent()
+                    event.accepted = true
+                } else if (event.key === Qt.Key_Home || event.key === Qt.Key_End) {
                     currentIndex = event.key === Qt.Key_Home ? 0 : count - 1
                     event.accepted = true
                 }
@@ -101,9 +112,14 @@ Rectangle {
 
             delegate: FinderRowView {
                 width: ListView.view.width
+                isInSelectionMode: area.selection.isInSelectionMode
                 onToggleLock: (id) => area.dashboard.onToggleLock(id)
                 onCopyPath: (id) => area.dashboard.copyPathToClipboard(id)
                 onRemove: (id) => area.dashboard.askToRemove(id)
+                onDuplicate: (id) => area.dashboard.duplicateAsEncryptedCopy(id)
+                onShred: (id) => area.dashboard.shredding.onShred(id)
+                onSelectionToggle: (id) => area.selection.onSelectionToggle(id)
+                onSelectionExtend: (id) => area.selection.extendSelection(id)
             }
         }
     }

@@ -76,6 +76,8 @@ QVariant ProtectedItemsModel::data(const QModelIndex &index, int role) const
         return m_busy.contains(item.id);
     case ShowingCopySuccessRole:
         return m_copied.contains(item.id);
+    case IsSelectedRole:
+        return m_selected.contains(item.id);
     default:
         return {};
     }
@@ -93,7 +95,8 @@ QHash<int, QByteArray> ProtectedItemsModel::roleNames() const
             {ToggleLockIconRole, "toggleLockIcon"},
             {AccessibleTextRole, "accessibleText"},
             {IsBusyRole, "isBusy"},
-            {ShowingCopySuccessRole, "showingCopySuccess"}};
+            {ShowingCopySuccessRole, "showingCopySuccess"},
+            {IsSelectedRole, "isSelected"}};
 }
 
 int ProtectedItemsModel::rowOf(const QString &id) const
@@ -130,6 +133,7 @@ void ProtectedItemsModel::setItems(const QList<ProtectedItem> &items)
     if (count() != countBefore) {
         Q_EMIT countChanged();
     }
+    Q_EMIT itemsChanged();
 }
 
 void ProtectedItemsModel::removeMissing(const QSet<QString> &kept)
@@ -218,6 +222,17 @@ void ProtectedItemsModel::setBusy(const QString &id, bool value)
 void ProtectedItemsModel::setShowingCopySuccess(const QString &id, bool value)
 {
     setFlag(m_copied, id, value, ShowingCopySuccessRole);
+}
+
+void ProtectedItemsModel::setSelected(const QSet<QString> &ids)
+{
+    if (m_selected == ids) {
+        return;
+    }
+    m_selected = ids;
+    if (!m_items.isEmpty()) {
+        Q_EMIT dataChanged(index(0), index(count() - 1), {IsSelectedRole});
+    }
 }
 
 void ProtectedItemsModel::setFlag(QSet<QString> &flagged, const QString &id, bool value, Role role)

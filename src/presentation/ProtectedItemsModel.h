@@ -27,6 +27,7 @@ public:
         AccessibleTextRole,
         IsBusyRole,             ///< a job of this window runs for the item
         ShowingCopySuccessRole, ///< its path was copied just now
+        IsSelectedRole,
     };
 
     explicit ProtectedItemsModel(const QString &homePath, QObject *parent = nullptr);
@@ -44,9 +45,13 @@ public:
     [[nodiscard]] bool isBusy(const QString &id) const { return m_busy.contains(id); }
     void setBusy(const QString &id, bool value);
     void setShowingCopySuccess(const QString &id, bool value);
+    /// Which rows are marked as selected; ids without a row are kept for when they have one.
+    void setSelected(const QSet<QString> &ids);
 
 Q_SIGNALS:
     void countChanged();
+    /// The list was set anew, be it with the same rows.
+    void itemsChanged();
 
 private:
     void removeMissing(const QSet<QString> &kept);
@@ -59,6 +64,7 @@ private:
     QList<ProtectedItem> m_items;
     QSet<QString> m_busy;
     QSet<QString> m_copied;
+    QSet<QString> m_selected;
 };
 
 } // namespace quillhaven

@@ -15,6 +15,8 @@ Button {
     property int cornerRadius: DesignSystem.cornerRadiusMedium
     property real hoverBrightness: DesignSystem.hoverBrightness
     property string helpText
+    /// Where there is no room, the symbol stands alone; the text stays the name.
+    property bool showsText: true
 
     function press() {
         if (enabled && !busy)
@@ -37,8 +39,8 @@ Button {
     Keys.onReturnPressed: press()
     Keys.onEnterPressed: press()
 
-    ToolTip.visible: hovered && helpText !== ""
-    ToolTip.text: helpText
+    ToolTip.visible: hovered && ToolTip.text !== ""
+    ToolTip.text: helpText === "" && !showsText ? text : helpText
     ToolTip.delay: 600
 
     contentItem: Item {
@@ -72,7 +74,7 @@ Button {
 
             Text {
                 anchors.verticalCenter: parent.verticalCenter
-                visible: button.text !== ""
+                visible: button.showsText && button.text !== ""
                 text: button.text
                 textFormat: Text.PlainText
                 font: button.font

@@ -1,5 +1,6 @@
 import QtQuick
 import Quillhaven.Design
+import QtQuick.Controls.Basic
 import QtQuick.Layouts
 
 /// The one sheet under every dialog: overlay, panel, symbol, title, message, a body and a row of buttons. It takes all
@@ -14,6 +15,9 @@ FocusScope {
     property color symbolColor: Colors.primaryAccent
     /// The symbol grows into its place when the sheet appears, over 0.6 seconds.
     property bool symbolSpringsIn: false
+    /// The symbol's circle beats for as long as the sheet shows.
+    property bool symbolPulses: false
+    property int symbolCircle: 64
     property int minimumSheetWidth: 400
     property int maximumSheetWidth: 500
     /// The item that gets the keyboard when the sheet appears.
@@ -75,6 +79,25 @@ FocusScope {
             (initialFocusItem ?? firstControl()).forceActiveFocus(Qt.TabFocusReason)
     }
 
+    /// A control that the keyboard reaches is brought into view, where the body is longer than the sheet.
+    function reveal(item) {
+        if (!scroller.interactive || !isInside(item) || item === sheet)
+            return
+        const top = item.mapToItem(content, 0, 0).y
+        if (top < 0 || top > content.height)
+            return
+        if (top < scroller.contentY)
+            scroller.contentY = Math.max(0, top - Spacing.md)
+        else if (top + item.height > scroller.contentY + scroller.height)
+            scroller.contentY = Math.min(scroller.contentHeight - scroller.height,
+                                         top + item.height + Spacing.md - scroller.height)
+    }
+
+    function scrollBy(distance) {
+        scroller.contentY = Math.max(0, Math.min(scroller.contentHeight - scroller.height,
+                                                 scroller.contentY + distance))
+    }
+
     function isInside(item) {
         for (let each = item; each; each = each.parent) {
             if (each === sheet)
@@ -83,8 +106,10 @@ FocusScope {
         return false
     }
 
+    /// The sheet itself where it has no control: the keyboard stays here all the same.
     function firstControl() {
-        return nextItemInFocusChain(true)
+        const next = nextItemInFocusChain(true)
+        return isInside(next) ? next : sheet
     }
 
     function lastControl() {
@@ -115,6 +140,15 @@ FocusScope {
     Keys.onEscapePressed: escapePressed()
     Keys.onReturnPressed: returnPressed()
     Keys.onEnterPressed: returnPressed()
+    Keys.onPressed: (event) => {
+        const page = scroller.height - Spacing.xl
+        const distances = { [Qt.Key_Down]: Spacing.xl, [Qt.Key_Up]: -Spacing.xl,
+                            [Qt.Key_PageDown]: page, [Qt.Key_PageUp]: -page }
+        if (scroller.interactive && event.key in distances) {
+            scrollBy(distances[event.key])
+            event.accepted = true
+        }
+    }
 
     Connections {
         target: sheet.presented ? sheet.window : null
@@ -122,10 +156,12 @@ FocusScope {
             const item = sheet.Window.activeFocusItem
             if (!item || !SheetStack.isTop(sheet))
                 return
-            if (sheet.isInside(item))
+            if (sheet.isInside(item)) {
                 sheet.lastInside = item
-            else
+                sheet.reveal(item)
+            } else {
                 Qt.callLater(sheet.bringBack)
+            }
         }
     }
 
@@ -164,14 +200,18 @@ FocusScope {
         anchors.centerIn: parent
         width: Math.min(sheet.width - Spacing.xl * 2,
                         Math.max(sheet.minimumSheetWidth,
-                                 Math.min(sheet.maximumSheetWidth, content.implicitWidth + Spacing.modalPadding * 2)))
-        height: Math.min(sheet.height - Spacing.xl, content.implicitHeight + Spacing.modalPadding * 2)
+                                 Math.min(sheet.maximumSheetWidth, Math.max(content.implicitWidth, buttonRow.implicitWidth)
+                                          + Spacing.modalPadding * 2)))
+        height: Math.min(sheet.height - Spacing.xl, content.implicitHeight + buttonArea + Spacing.modalPadding * 2)
         radius: DesignSystem.cornerRadiusModal
         color: Colors.modalBackground
         border.width: 1
         border.color: Colors.border
         opacity: sheet.shown ? 1 : 0
         scale: sheet.shown ? 1 : 0.96
+
+        readonly property bool hasButtons: buttonRow.implicitHeight > 0
+        readonly property real buttonArea: hasButtons ? buttonRow.implicitHeight + Spacing.xl : 0
 
         Behavior on opacity {
             NumberAnimation { duration: DesignSystem.animationQuick; easing.type: Easing.InOutQuad }
@@ -185,9 +225,19 @@ FocusScope {
 
             anchors.fill: parent
             anchors.margins: Spacing.modalPadding
+            anchors.bottomMargin: Spacing.modalPadding + panel.buttonArea
             contentHeight: content.implicitHeight
             interactive: contentHeight > height
+            boundsBehavior: Flickable.StopAtBounds
             clip: interactive
+
+            ScrollBar.vertical: ScrollBar {
+                parent: panel
+                x: panel.width - width - Spacing.xs
+                y: scroller.y
+                height: scroller.height
+                policy: scroller.interactive ? ScrollBar.AlwaysOn : ScrollBar.AlwaysOff
+            }
 
             ColumnLayout {
                 id: content
@@ -196,10 +246,12 @@ FocusScope {
                 spacing: Spacing.lg
 
                 Rectangle {
+                    id: circle
+
                     Layout.alignment: Qt.AlignHCenter
-                    implicitWidth: 64
-                    implicitHeight: 64
-                    radius: 32
+                    implicitWidth: sheet.symbolCircle
+                    implicitHeight: sheet.symbolCircle
+                    radius: sheet.symbolCircle / 2
                     visible: sheet.symbol !== ""
                     color: Qt.rgba(sheet.symbolColor.r, sheet.symbolColor.g, sheet.symbolColor.b, 0.16)
                     scale: sheet.shown || !sheet.symbolSpringsIn ? 1 : 0.3
@@ -209,10 +261,20 @@ FocusScope {
                         NumberAnimation { duration: 600; easing.type: Easing.OutBack }
                     }
 
+                    SequentialAnimation {
+                        running: sheet.symbolPulses && sheet.shown
+                        loops: Animation.Infinite
+                        alwaysRunToEnd: true
+                        NumberAnimation { target: pulse; property: "scale"; to: 1.15; duration: 500; easing.type: Easing.InOutQuad }
+                        NumberAnimation { target: pulse; property: "scale"; to: 1; duration: 500; easing.type: Easing.InOutQuad }
+                    }
+
                     SymbolImage {
+                        id: pulse
+
                         anchors.centerIn: parent
                         symbol: sheet.symbol
-                        size: 32
+                        size: sheet.symbolCircle / 2
                         color: sheet.symbolColor
                     }
                 }
@@ -253,15 +315,17 @@ FocusScope {
                     spacing: Spacing.md
                     visible: children.length > 0
                 }
-
-                RowLayout {
-                    id: buttonRow
-
-                    Layout.fillWidth: true
-                    Layout.topMargin: Spacing.sm
-                    spacing: Spacing.md
-                }
             }
+        }
+
+        RowLayout {
+            id: buttonRow
+
+            anchors.left: parent.left
+            anchors.right: parent.right
+            anchors.bottom: parent.bottom
+            anchors.margins: Spacing.modalPadding
+            spacing: Spacing.md
         }
     }
 }

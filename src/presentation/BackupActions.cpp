@@ -1,0 +1,107 @@
+#include "presentation/BackupActions.h"
+
+#include "catalogue/DefaultsKeys.h"
+#include "engine/QuillhavenManager.h"
+#include "platform/Jobs.h"
+#include "platform/LocalizedError.h"
+#include "platform/UserDefaults.h"
+#include "presentation/DashboardErrors.h"
+#include "presentation/dialogs/ConfirmationDialogManager.h"
+
+namespace quillhaven {
+
+BackupActions::BackupActions(const DashboardContext &context, UserDefaults &defaults, QObject *parent)
+    : QObject(parent), m_context(context), m_defaults(defaults)
+{
+    connect(&defaults, &UserDefaults::valueChanged, this, [this](const QString &key) {
+        if (key == defaults_keys::enableiCloudBackup) {
+            Q_EMIT changed();
+        }
+    });
+}
+
+bool BackupActions::enableiCloudBackup() const
+{
+    return m_defaults.boolForKey(defaults_keys::enableiCloudBackup).value_or(false);
+}
+
+void BackupActions::setEnableiCloudBackup(bool value)
+{
+    if (enableiCloudBackup() != value) {
+        m_defaults.setBool(defaults_keys::enableiCloudBackup, value);
+    }
+}
+
+void BackupActions::refresh()
+{
+    m_isAvailable = m_context.quillhavenManager.isiCloudAvailable();
+    Q_EMIT changed();
+}
+
+void BackupActions::backUpAll()
+{
+    if (!m_isBackingUp) {
+        setIsBackingUp(true);
+        startJob([this] { return runBackup(); });
+    }
+}
+
+QCoro::Task<> BackupActions::runBackup()
+{
+    try {
+        co_await m_context.quillhavenManager.backupAllToiCloud();
+    } catch (...) {
+        m_context.errors.report(std::current_exception());
+    }
+    setIsBackingUp(false);
+}
+
+void BackupActions::setIsBackingUp(bool value)
+{
+    m_isBackingUp = value;
+    Q_EMIT changed();
+}
+
+void BackupActions::showRecoveryDialog()
+{
+    const auto recover = [this](const QString &masterPassword) {
+        startJob([this, masterPassword] { return runRecovery(masterPassword); });
+    };
+    m_recoveryDialogManager.show(recover, [this] { m_recoveryDialogManager.setIsPresented(false); });
+}
+
+QCoro::Task<> BackupActions::runRecovery(QString masterPassword)
+{
+    try {
+        const QStringList paths = co_await m_context.quillhavenManager.recoverFromiCloud(masterPassword);
+        closeRecoveryDialog();
+        showRecovered(paths.size());
+    } catch (...) {
+        closeRecoveryDialog();
+        // A declined folder is told too: nothing was recovered.
+        m_context.errors.showError(localizedDescription(std::current_exception()));
+    }
+}
+
+void BackupActions::closeRecoveryDialog()
+{
+    m_recoveryDialogManager.setIsRecovering(false);
+    m_recoveryDialogManager.setIsPresented(false);
+}
+
+void BackupActions::showRecovered(qsizetype count)
+{
+    ConfirmationDialogManager &dialog = m_context.dialogs.confirmation;
+    dialog.setTitle(QStringLiteral("Recovery Successful"));
+    dialog.setMessage(QStringLiteral("Successfully recovered ") + QString::number(count) +
+                      QStringLiteral(" files to the selected folder."));
+    dialog.setConfirmTitle(QStringLiteral("OK"));
+    dialog.setCancelTitle(QString());
+    dialog.setIsDestructive(false);
+    dialog.setShowCancelButton(false);
+    dialog.onConfirm = {};
+    dialog.onCancel = {};
+    dialog.setIsPresented(true);
+}
+
+} // namespace quillhaven

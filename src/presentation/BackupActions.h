@@ -1,0 +1,56 @@
+#pragma once
+
+#include "presentation/DashboardContext.h"
+#include "presentation/dialogs/RecoveryDialogManager.h"
+
+#include <QCoroTask>
+#include <QObject>
+
+namespace quillhaven {
+
+class UserDefaults;
+
+/// Recovery backups from the window: the setting, writing them all, and getting the files back. Main thread only.
+class BackupActions : public QObject
+{
+    Q_OBJECT
+    Q_PROPERTY(bool isAvailable READ isAvailable NOTIFY changed)
+    Q_PROPERTY(bool enableiCloudBackup READ enableiCloudBackup WRITE setEnableiCloudBackup NOTIFY changed)
+    Q_PROPERTY(bool isBackingUp READ isBackingUp NOTIFY changed)
+    Q_PROPERTY(quillhaven::RecoveryDialogManager *recoveryDialogManager READ recoveryDialogManager CONSTANT)
+
+public:
+    BackupActions(const DashboardContext &context, UserDefaults &defaults, QObject *parent = nullptr);
+
+    /// Whether there is a place for backups, as it was at the latest `refresh`.
+    [[nodiscard]] bool isAvailable() const { return m_isAvailable; }
+    [[nodiscard]] bool enableiCloudBackup() const;
+    void setEnableiCloudBackup(bool value);
+    [[nodiscard]] bool isBackingUp() const { return m_isBackingUp; }
+    [[nodiscard]] RecoveryDialogManager *recoveryDialogManager() { return &m_recoveryDialogManager; }
+
+    /// Looks for the place of the backups. To be called when something shows the answer, not at every paint.
+    Q_INVOKABLE void refresh();
+    /// "Back Up All Now". Ignored while it runs.
+    Q_INVOKABLE void backUpAll();
+    /// "Recover All Files".
+    Q_INVOKABLE void showRecoveryDialog();
+
+Q_SIGNALS:
+    void changed();
+
+private:
+    [[nodiscard]] QCoro::Task<> runBackup();
+    [[nodiscard]] QCoro::Task<> runRecovery(QString masterPassword);
+    void setIsBackingUp(bool value);
+    void closeRecoveryDialog();
+    void showRecovered(qsizetype count);
+
+    DashboardContext m_context;
+    UserDefaults &m_defaults;
+    RecoveryDialogManager m_recoveryDialogManager;
+    bool m_isAvailable = false;
+    bool m_isBackingUp = false;
+};
+
+} // namespace quillhaven

@@ -1,0 +1,50 @@
+import QtQuick
+import QtQuick.Controls.Basic
+import Quillhaven.Design
+
+/// The recovery backups: the setting, writing them, and getting the files back.
+PopMenu {
+    id: menu
+
+    required property QtObject backup
+
+    width: 300
+
+    PopMenuItem {
+        text: "iCloud Backup"
+        checkable: true
+        checked: menu.backup.enableiCloudBackup
+        onChosen: menu.backup.enableiCloudBackup = !menu.backup.enableiCloudBackup
+    }
+    PopMenuItem {
+        text: "Back Up All Now"
+        symbol: "icloud.fill"
+        enabled: menu.backup.isAvailable && !menu.backup.isBackingUp
+        onChosen: menu.backup.backUpAll()
+    }
+    PopMenuItem {
+        text: "Recover All Files"
+        symbol: "arrow.clockwise"
+        enabled: menu.backup.isAvailable
+        onChosen: menu.backup.showRecoveryDialog()
+    }
+
+    MenuItem {
+        enabled: false
+        visible: !menu.backup.isAvailable
+        height: visible ? implicitHeight : 0
+        padding: Spacing.md
+        Accessible.role: Accessible.StaticText
+        Accessible.name: note.text
+        background: null
+        contentItem: Text {
+            id: note
+
+            text: "iCloud is not available. Please sign in to iCloud and enable iCloud Drive."
+            font: Typography.settingDescription
+            color: Colors.warning
+            wrapMode: Text.Wrap
+            Accessible.ignored: true
+        }
+    }
+}

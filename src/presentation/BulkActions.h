@@ -1,0 +1,68 @@
+#pragma once
+
+#include "catalogue/ProtectedItem.h"
+#include "presentation/DashboardContext.h"
+#include "presentation/dialogs/BulkFilePickerView.h"
+#include "presentation/dialogs/OperationProgress.h"
+#include "shredding/QuillhavenShredder.h"
+
+#include <QCoroTask>
+#include <QObject>
+
+#include <functional>
+#include <memory>
+
+namespace quillhaven {
+
+class BusyItems;
+class FilePanels;
+
+/// What the dashboard does with several items at once, and the sheets for it. Each operation is a job on the main
+/// thread that shows its progress until it ends. Main thread only.
+class BulkActions : public QObject
+{
+    Q_OBJECT
+    Q_PROPERTY(quillhaven::OperationProgress *progress READ progress CONSTANT)
+    Q_PROPERTY(quillhaven::BulkFilePickerView *picker READ picker CONSTANT)
+
+public:
+    BulkActions(const DashboardContext &context, FilePanels &panels, QObject *parent = nullptr);
+
+    [[nodiscard]] OperationProgress *progress() { return &m_progress; }
+    [[nodiscard]] BulkFilePickerView *picker() { return &m_picker; }
+
+    /// The selected items that are locked, or unlocked. Without any of them nothing happens, and the selection stays.
+    Q_INVOKABLE void performBulkUnlock();
+    Q_INVOKABLE void performBulkLock();
+    /// Asks, then removes the protection of the selected items.
+    Q_INVOKABLE void performBulkRemove();
+    /// "Bulk Protect": opens the sheet that gathers the items.
+    Q_INVOKABLE void showBulkFilePicker();
+    /// Asks how to protect the items.
+    void performBulkProtect(const QStringList &paths);
+    void showBulkPasswordDialog(const QStringList &paths, bool useTouchID);
+
+private:
+    using Condition = std::function<bool(const ProtectedItem &item)>;
+    using Operation = std::function<QCoro::Task<>(QList<ProtectedItem> items, ProgressCallback progressCallback)>;
+    struct Job
+    {
+        QStringList ids;
+        Condition isDue; ///< asked again after the master password, of the records as they are then
+        Operation operation;
+        std::shared_ptr<BusyItems> busy;
+    };
+
+    void start(const QList<ProtectedItem> &items, Condition isDue, Operation operation);
+    [[nodiscard]] QCoro::Task<> run(Job job);
+    [[nodiscard]] QCoro::Task<> bulkProtect(QStringList paths, QString password, bool useTouchID);
+    [[nodiscard]] QCoro::Task<> endSession();
+    [[nodiscard]] QList<ProtectedItem> liveItems(const Job &job) const;
+    [[nodiscard]] ProgressCallback progressCallback();
+
+    DashboardContext m_context;
+    OperationProgress m_progress;
+    BulkFilePickerView m_picker;
+};
+
+} // namespace quillhaven

@@ -1,0 +1,81 @@
+import QtQuick
+import QtQuick.Layouts
+import Quillhaven.Design
+
+/// What can be done with the selected items.
+Rectangle {
+    id: bar
+
+    required property QtObject dashboard
+    readonly property QtObject selection: dashboard.selection
+    readonly property bool isNarrow: width < 760
+
+    component Action: SecondaryButton {
+        leftPadding: bar.isNarrow ? Spacing.sm : Spacing.md
+        rightPadding: leftPadding
+    }
+
+    implicitHeight: Spacing.xxxl
+    color: Colors.selection
+    Accessible.role: Accessible.ToolBar
+    Accessible.name: "Selected Items"
+
+    RowLayout {
+        anchors.fill: parent
+        anchors.leftMargin: Spacing.lg
+        anchors.rightMargin: Spacing.lg
+        spacing: Spacing.sm
+
+        SymbolImage {
+            symbol: "checkmark.circle.fill"
+            size: 18
+            color: Colors.primaryAccent
+        }
+
+        Text {
+            text: bar.selection.selectedCount + " selected"
+            color: Colors.textPrimary
+            font: Typography.buttonText
+            Accessible.role: Accessible.StatusBar
+            Accessible.name: text
+        }
+
+        Item { Layout.fillWidth: true }
+
+        Action {
+            visible: bar.selection.canUnlockCount > 0
+            text: "Unlock (" + bar.selection.canUnlockCount + ")"
+            symbol: "lock.open.fill"
+            onClicked: bar.dashboard.bulk.performBulkUnlock()
+        }
+
+        Action {
+            visible: bar.selection.canLockCount > 0
+            text: "Lock (" + bar.selection.canLockCount + ")"
+            symbol: "lock.fill"
+            onClicked: bar.dashboard.bulk.performBulkLock()
+        }
+
+        Action {
+            text: "Remove (" + bar.selection.selectedCount + ")"
+            symbol: "minus.circle.fill"
+            onClicked: bar.dashboard.bulk.performBulkRemove()
+        }
+
+        Action {
+            text: "Shred (" + bar.selection.selectedCount + ")"
+            symbol: "trash.fill"
+            foreground: Colors.error
+            outline: Colors.error
+            onClicked: bar.dashboard.shredding.performBulkShred()
+        }
+
+        Action {
+            text: "Clear"
+            helpText: "Clear the selection"
+            fill: "transparent"
+            outline: "transparent"
+            onClicked: bar.selection.clearSelection()
+        }
+    }
+}

@@ -1,0 +1,35 @@
+#pragma once
+
+namespace quillhaven {
+
+class ConfirmationDialogManager;
+class DashboardErrors;
+class ItemSelection;
+class MasterPasswordDialogManager;
+class MasterPasswordManager;
+class PasswordInputDialogManager;
+class ProtectedItemsModel;
+class ProtectionMethodDialogManager;
+class QuillhavenManager;
+
+/// The questions that the dashboard asks through the program's shared dialogs.
+struct DashboardDialogs
+{
+    ConfirmationDialogManager &confirmation;
+    ProtectionMethodDialogManager &protectionMethod;
+    PasswordInputDialogManager &passwordInput;
+    MasterPasswordDialogManager &masterPassword;
+};
+
+/// What the dashboard's actions work on. Everything outlives them and the jobs that they start.
+struct DashboardContext
+{
+    QuillhavenManager &quillhavenManager;
+    MasterPasswordManager &masterPasswordManager;
+    DashboardDialogs dialogs;
+    ProtectedItemsModel &items;
+    ItemSelection &selection;
+    DashboardErrors &errors;
+};
+
+} // namespace quillhaven

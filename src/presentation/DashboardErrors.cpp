@@ -1,0 +1,44 @@
+#include "presentation/DashboardErrors.h"
+
+#include "catalogue/QuillhavenError.h"
+#include "platform/printLogger.h"
+
+namespace quillhaven {
+
+namespace {
+
+bool isCancelledAuthentication(const std::exception_ptr &failure)
+{
+    try {
+        std::rethrow_exception(failure);
+    } catch (const QuillhavenError &error) {
+        return error.errorCase() == QuillhavenError::authenticationCancelled;
+    } catch (...) {
+        return false;
+    }
+}
+
+} // namespace
+
+DashboardErrors::DashboardErrors(QObject *parent) : QObject(parent)
+{
+    connect(&m_dialog, &ErrorDialogManager::changed, this, &DashboardErrors::changed);
+}
+
+void DashboardErrors::report(const std::exception_ptr &failure)
+{
+    if (isCancelledAuthentication(failure)) {
+        printLogger(QStringLiteral("Authentication cancelled by user"));
+    } else {
+        showError(localizedDescription(failure));
+    }
+}
+
+void DashboardErrors::showError(const QString &message)
+{
+    m_errorMessage = message;
+    m_dialog.showErrorWithAutoTroubleshooting(message, QStringLiteral("Error"));
+    Q_EMIT changed();
+}
+
+} // namespace quillhaven

@@ -1,0 +1,36 @@
+#pragma once
+
+#include "presentation/dialogs/ErrorDialogManager.h"
+
+#include <QObject>
+
+#include <exception>
+
+namespace quillhaven {
+
+/// The one route of every failure of the main window to the user.
+class DashboardErrors : public QObject
+{
+    Q_OBJECT
+
+public:
+    explicit DashboardErrors(QObject *parent = nullptr);
+
+    /// Shows the failure's sentence; a cancelled authentication is only logged.
+    void report(const std::exception_ptr &failure);
+    void showError(const QString &message);
+
+    [[nodiscard]] bool showingError() const { return m_dialog.isPresented(); }
+    /// The latest sentence, also after its dialog has closed.
+    [[nodiscard]] QString errorMessage() const { return m_errorMessage; }
+    [[nodiscard]] ErrorDialogManager &dialog() { return m_dialog; }
+
+Q_SIGNALS:
+    void changed();
+
+private:
+    ErrorDialogManager m_dialog;
+    QString m_errorMessage;
+};
+
+} // namespace quillhaven

@@ -1,0 +1,43 @@
+import QtQuick
+import QtQuick.Layouts
+import Quillhaven.Design
+
+/// Says that things can be dropped here.
+Rectangle {
+    id: area
+
+    property bool isTargeted: false
+
+    implicitHeight: 130
+    radius: DesignSystem.cornerRadiusLarge
+    color: isTargeted ? Colors.selection : "transparent"
+    border.width: isTargeted ? 2 : 1
+    border.color: isTargeted ? Colors.primaryAccent : Colors.border
+    Accessible.role: Accessible.StaticText
+    Accessible.name: words.text
+
+    ColumnLayout {
+        anchors.centerIn: parent
+        width: parent.width - 2 * Spacing.xl
+        spacing: Spacing.sm
+
+        SymbolImage {
+            Layout.alignment: Qt.AlignHCenter
+            symbol: "tray.and.arrow.down.fill"
+            size: 32
+            color: area.isTargeted ? Colors.primaryAccent : Colors.iconMuted
+        }
+
+        Text {
+            id: words
+
+            Layout.fillWidth: true
+            text: "Drag & Drop files or folders here to protect"
+            color: area.isTargeted ? Colors.primaryAccent : Colors.textSecondary
+            font: Typography.settingLabel
+            horizontalAlignment: Text.AlignHCenter
+            wrapMode: Text.Wrap
+            Accessible.ignored: true
+        }
+    }
+}

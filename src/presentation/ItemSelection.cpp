@@ -1,0 +1,99 @@
+#include "presentation/ItemSelection.h"
+
+#include "presentation/ProtectedItemsModel.h"
+
+namespace quillhaven {
+
+ItemSelection::ItemSelection(ProtectedItemsModel &items, QObject *parent) : QObject(parent), m_items(items)
+{
+    connect(&items, &ProtectedItemsModel::itemsChanged, this, &ItemSelection::changed);
+}
+
+QList<ProtectedItem> ItemSelection::getSelectedItems() const
+{
+    QList<ProtectedItem> selected;
+    for (const ProtectedItem &item : m_items.items()) {
+        if (m_selectedItems.contains(item.id)) {
+            selected.append(item);
+        }
+    }
+    return selected;
+}
+
+QList<ProtectedItem> ItemSelection::getSelectedItems(bool isMounted) const
+{
+    QList<ProtectedItem> selected = getSelectedItems();
+    selected.removeIf([isMounted](const ProtectedItem &item) { return item.isMounted != isMounted; });
+    return selected;
+}
+
+QString ItemSelection::modeText() const
+{
+    return m_isInSelectionMode ? QStringLiteral("Done") : QStringLiteral("Select");
+}
+
+QString ItemSelection::selectAllText() const
+{
+    return isEverythingSelected() ? QStringLiteral("Deselect All") : QStringLiteral("Select All");
+}
+
+bool ItemSelection::isEverythingSelected() const
+{
+    return m_selectedItems.size() == m_items.items().size();
+}
+
+QSet<QString> ItemSelection::shownIds() const
+{
+    QSet<QString> ids;
+    for (const ProtectedItem &item : m_items.items()) {
+        ids.insert(item.id);
+    }
+    return ids;
+}
+
+void ItemSelection::toggleSelectionMode()
+{
+    m_isInSelectionMode = !m_isInSelectionMode;
+    setSelectedItems(m_isInSelectionMode ? m_selectedItems : QSet<QString>());
+}
+
+void ItemSelection::toggleSelectAll()
+{
+    setSelectedItems(isEverythingSelected() ? QSet<QString>() : shownIds());
+}
+
+void ItemSelection::onSelectionToggle(const QString &id)
+{
+    QSet<QString> ids = m_selectedItems;
+    if (!ids.remove(id)) {
+        ids.insert(id);
+    }
+    setSelectedItems(ids);
+}
+
+void ItemSelection::extendSelection(const QString &id)
+{
+    m_isInSelectionMode = true;
+    onSelectionToggle(id);
+}
+
+void ItemSelection::selectAll()
+{
+    m_isInSelectionMode = true;
+    setSelectedItems(shownIds());
+}
+
+void ItemSelection::clearSelection()
+{
+    m_isInSelectionMode = false;
+    setSelectedItems({});
+}
+
+void ItemSelection::setSelectedItems(const QSet<QString> &ids)
+{
+    m_selectedItems = ids;
+    m_items.setSelected(ids);
+    Q_EMIT changed();
+}
+
+} // namespace quillhaven

@@ -1,0 +1,43 @@
+import QtQuick
+import QtQuick.Layouts
+import Quillhaven.Design
+
+/// The row over the list: what narrows it, and how its items are selected.
+RowLayout {
+    id: controls
+
+    required property QtObject dashboard
+    readonly property QtObject selection: dashboard.selection
+
+    spacing: Spacing.sm
+
+    SymbolImage {
+        visible: controls.dashboard.hasActiveFilters
+        symbol: "line.3.horizontal.decrease.circle.fill"
+        size: 16
+        color: Colors.primaryAccent
+    }
+
+    Text {
+        visible: controls.dashboard.hasActiveFilters
+        text: "Filters Active"
+        color: Colors.textSecondary
+        font.pixelSize: Typography.footnoteSize
+        font.weight: Font.Medium
+    }
+
+    Item { Layout.fillWidth: true }
+
+    SecondaryButton {
+        visible: controls.selection.isInSelectionMode
+        implicitHeight: Spacing.xxl
+        text: controls.selection.selectAllText
+        onClicked: controls.selection.toggleSelectAll()
+    }
+
+    SecondaryButton {
+        implicitHeight: Spacing.xxl
+        text: controls.selection.modeText
+        onClicked: controls.selection.toggleSelectionMode()
+    }
+}

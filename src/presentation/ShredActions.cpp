@@ -1,0 +1,144 @@
+#include "presentation/ShredActions.h"
+
+#include "catalogue/QuillhavenError.h"
+#include "engine/QuillhavenManager.h"
+#include "platform/Jobs.h"
+#include "platform/Paths.h"
+#include "presentation/BusyItems.h"
+#include "presentation/DashboardErrors.h"
+#include "presentation/ItemSelection.h"
+
+#include <algorithm>
+
+namespace quillhaven {
+
+namespace {
+
+QStringList idsOf(const QList<ProtectedItem> &items)
+{
+    QStringList ids;
+    for (const ProtectedItem &item : items) {
+        ids.append(item.id);
+    }
+    return ids;
+}
+
+} // namespace
+
+ShredActions::ShredActions(const DashboardContext &context, QObject *parent) : QObject(parent), m_context(context)
+{
+    m_confirmation.onConfirm = [this] { performShredOperation(); };
+    m_confirmation.onCancel = [this] { forgetAll(); };
+}
+
+void ShredActions::onShred(const QString &id)
+{
+    const QList<ProtectedItem> &items = m_context.quillhavenManager.protectedItems();
+    const auto found =
+        std::find_if(items.begin(), items.end(), [&id](const ProtectedItem &item) { return item.id == id; });
+    if (found != items.end() && !m_context.items.isBusy(id)) {
+        ask({*found}, {});
+    }
+}
+
+void ShredActions::performBulkShred()
+{
+    ask(m_context.selection.getSelectedItems(), {});
+}
+
+void ShredActions::handleShredAction(const QString &path)
+{
+    const QList<ProtectedItem> &items = m_context.quillhavenManager.protectedItems();
+    const auto found = std::find_if(items.begin(), items.end(),
+                                    [&path](const ProtectedItem &item) { return item.originalPath == path; });
+    if (found != items.end()) {
+        ask({*found}, {});
+    } else {
+        ask({}, {path});
+    }
+}
+
+void ShredActions::ask(const QList<ProtectedItem> &protectedItems, const QStringList &paths)
+{
+    m_protectedItemsToShred = protectedItems;
+    m_itemsToShred = paths;
+    QStringList names;
+    for (const QString &path : paths) {
+        names.append(lastPathComponent(path));
+    }
+    for (const ProtectedItem &item : protectedItems) {
+        names.append(item.originalName);
+    }
+    m_confirmation.show(names);
+}
+
+void ShredActions::forgetAll()
+{
+    m_itemsToShred.clear();
+    m_protectedItemsToShred.clear();
+}
+
+void ShredActions::performShredOperation()
+{
+    startJob([this] { return run(); });
+}
+
+QCoro::Task<> ShredActions::run()
+{
+    std::exception_ptr failure;
+    bool isCancelled = false;
+    m_progress.show();
+    try {
+        co_await shred([this](const QString &message, double progress) { m_progress.report(message, progress); });
+    } catch (const QuillhavenError &error) {
+        isCancelled = error.errorCase() == QuillhavenError::authenticationCancelled;
+        failure = std::current_exception();
+    } catch (...) {
+        failure = std::current_exception();
+    }
+    m_progress.hide();
+    if (!isCancelled) {
+        forgetAll();
+    }
+    if (failure) {
+        m_context.errors.report(failure);
+    } else {
+        m_context.selection.clearSelection();
+    }
+}
+
+QCoro::Task<> ShredActions::shred(ProgressCallback progressCallback)
+{
+    QuillhavenManager &manager = m_context.quillhavenManager;
+    if (m_protectedItemsToShred.isEmpty()) {
+        if (!m_itemsToShred.isEmpty()) {
+            const QStringList paths = m_itemsToShred;
+            co_await manager.shredUnprotectedItems(paths, progressCallback);
+        }
+        co_return;
+    }
+    const QList<ProtectedItem> items = liveItems();
+    const BusyItems busy(m_context.items, idsOf(items));
+    if (items.size() == 1) {
+        co_await manager.shredProtectedItem(items.constFirst(), progressCallback);
+    } else if (!items.isEmpty()) {
+        co_await manager.bulkShredProtectedItems(items, progressCallback);
+    }
+}
+
+QList<ProtectedItem> ShredActions::liveItems() const
+{
+    const QStringList wanted = idsOf(m_protectedItemsToShred);
+    QList<ProtectedItem> items;
+    for (const QString &id : wanted) {
+        for (const ProtectedItem &item : m_context.quillhavenManager.protectedItems()) {
+            if (item.id == id && !m_context.items.isBusy(id)) {
+                items.append(item);
+                break;
+            }
+        }
+    }
+    return items;
+}
+
+} // namespace quillhaven

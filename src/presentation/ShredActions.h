@@ -1,0 +1,54 @@
+#pragma once
+
+#include "catalogue/ProtectedItem.h"
+#include "presentation/DashboardContext.h"
+#include "presentation/dialogs/OperationProgress.h"
+#include "presentation/dialogs/ShredConfirmationDialog.h"
+#include "shredding/QuillhavenShredder.h"
+
+#include <QCoroTask>
+#include <QObject>
+#include <QStringList>
+
+namespace quillhaven {
+
+/// The dashboard's way to the destruction of items: what waits for it, the question, and the job. Main thread only.
+class ShredActions : public QObject
+{
+    Q_OBJECT
+    Q_PROPERTY(quillhaven::ShredConfirmationDialog *confirmation READ confirmation CONSTANT)
+    Q_PROPERTY(quillhaven::OperationProgress *progress READ progress CONSTANT)
+
+public:
+    explicit ShredActions(const DashboardContext &context, QObject *parent = nullptr);
+
+    [[nodiscard]] ShredConfirmationDialog *confirmation() { return &m_confirmation; }
+    [[nodiscard]] OperationProgress *progress() { return &m_progress; }
+    /// Paths outside the catalogue. They wait in vain while protected items wait too.
+    [[nodiscard]] QStringList itemsToShred() const { return m_itemsToShred; }
+    [[nodiscard]] QList<ProtectedItem> protectedItemsToShred() const { return m_protectedItemsToShred; }
+
+    /// Each asks before anything is destroyed. Ignored for an item that a job of this window works on.
+    Q_INVOKABLE void onShred(const QString &id);
+    Q_INVOKABLE void performBulkShred();
+    /// An item of the catalogue by its original path, else whatever stands at the path.
+    void handleShredAction(const QString &path);
+    /// Destroys what waits.
+    void performShredOperation();
+
+private:
+    void ask(const QList<ProtectedItem> &protectedItems, const QStringList &paths);
+    void forgetAll();
+    [[nodiscard]] QCoro::Task<> run();
+    [[nodiscard]] QCoro::Task<> shred(ProgressCallback progressCallback);
+    /// The waiting items as the catalogue has them now.
+    [[nodiscard]] QList<ProtectedItem> liveItems() const;
+
+    DashboardContext m_context;
+    ShredConfirmationDialog m_confirmation;
+    OperationProgress m_progress;
+    QStringList m_itemsToShred;
+    QList<ProtectedItem> m_protectedItemsToShred;
+};
+
+} // namespace quillhaven

@@ -1,0 +1,136 @@
+import QtQuick
+import QtQuick.Controls.Basic
+import QtQuick.Layouts
+import Quillhaven.Design
+import Quillhaven.Dialogs
+
+/// Gathers files and folders to protect at once.
+SheetFrame {
+    id: sheet
+
+    required property QtObject picker
+
+    presented: picker.isPresented
+    title: "Bulk File Protection"
+    message: "Select multiple files and folders to protect at once"
+    symbol: "plus.circle.fill"
+    initialFocusItem: selectButton
+    onReturnPressed: picker.protect()
+    onEscapePressed: picker.cancel()
+
+    FilledButton {
+        id: selectButton
+
+        Layout.fillWidth: true
+        Layout.minimumWidth: 336
+        text: "Select Files & Folders"
+        symbol: "plus.circle.fill"
+        fill: Colors.selection
+        outline: Colors.primaryAccent
+        enabled: !sheet.picker.showingFilePicker
+        onClicked: sheet.picker.selectFiles()
+    }
+
+    RowLayout {
+        Layout.fillWidth: true
+        visible: sheet.picker.count > 0
+
+        Text {
+            Layout.fillWidth: true
+            text: "Selected Items (" + sheet.picker.count + ")"
+            font: Typography.settingTitle
+            color: Colors.textPrimary
+            Accessible.role: Accessible.Heading
+            Accessible.name: text
+        }
+
+        SecondaryButton {
+            text: "Clear All"
+            onClicked: sheet.picker.clearAll()
+        }
+    }
+
+    Rectangle {
+        Layout.fillWidth: true
+        visible: sheet.picker.count > 0
+        implicitHeight: Math.min(chosen.contentHeight + 2 * Spacing.xs, 200)
+        radius: DesignSystem.cornerRadiusMedium
+        color: Colors.backgroundSecondary
+        border.width: 1
+        border.color: Colors.borderSubtle
+
+        ListView {
+            id: chosen
+
+            anchors.fill: parent
+            anchors.margins: Spacing.xs
+            clip: true
+            boundsBehavior: Flickable.StopAtBounds
+            model: sheet.picker.entries
+            Accessible.role: Accessible.List
+            Accessible.name: "Selected Items"
+
+            ScrollBar.vertical: ScrollBar {
+                policy: chosen.contentHeight > chosen.height ? ScrollBar.AlwaysOn : ScrollBar.AlwaysOff
+            }
+
+            delegate: FocusScope {
+                id: entry
+
+                required property var modelData
+                required property int index
+
+                width: ListView.view.width
+                height: 40
+                Accessible.role: Accessible.ListItem
+                Accessible.name: modelData.name
+                onActiveFocusChanged: if (activeFocus) ListView.view.positionViewAtIndex(index, ListView.Contain)
+
+                RowLayout {
+                    anchors.fill: parent
+                    anchors.leftMargin: Spacing.sm
+                    anchors.rightMargin: Spacing.md
+                    spacing: Spacing.sm
+
+                    SymbolImage {
+                        symbol: entry.modelData.isFolder ? "folder.fill" : "doc.fill"
+                        size: 20
+                        color: Colors.primaryAccent
+                    }
+
+                    Text {
+                        Layout.fillWidth: true
+                        text: entry.modelData.name
+                        textFormat: Text.PlainText
+                        font: Typography.settingLabel
+                        color: Colors.textPrimary
+                        elide: Text.ElideMiddle
+                        Accessible.ignored: true
+                    }
+
+                    IconButton {
+                        symbol: "xmark.circle.fill"
+                        helpText: "Remove " + entry.modelData.name
+                        onClicked: sheet.picker.remove(entry.modelData.path)
+                    }
+                }
+            }
+        }
+    }
+
+    buttons: [
+        SecondaryButton {
+            Layout.fillWidth: true
+            Layout.preferredWidth: 1
+            text: "Cancel"
+            onClicked: sheet.picker.cancel()
+        },
+        PrimaryFilledButton {
+            Layout.fillWidth: true
+            Layout.preferredWidth: 1
+            text: "Protect " + sheet.picker.count + " Items"
+            enabled: sheet.picker.canProtect
+            onClicked: sheet.picker.protect()
+        }
+    ]
+}

@@ -1,0 +1,39 @@
+import QtQuick
+import QtQuick.Layouts
+import Quillhaven.Design
+import Quillhaven.Dialogs
+
+/// Shows how far an operation on several items has come. Leaving it does not stop the operation.
+SheetFrame {
+    id: sheet
+
+    required property QtObject operation
+
+    presented: operation.isPresented
+    title: "Bulk Operation"
+    message: operation.message
+    symbol: "square.stack.3d.up.fill"
+    onEscapePressed: operation.hide()
+
+    ProgressLine {
+        Layout.fillWidth: true
+        Layout.minimumWidth: 336
+        value: sheet.operation.progress
+    }
+
+    Text {
+        Layout.fillWidth: true
+        text: sheet.operation.percent + "% Complete"
+        font: Typography.settingDescription
+        color: Colors.textSecondary
+        horizontalAlignment: Text.AlignHCenter
+        Accessible.role: Accessible.StatusBar
+        Accessible.name: text
+    }
+
+    buttons: SecondaryButton {
+        Layout.fillWidth: true
+        text: "Cancel"
+        onClicked: sheet.operation.hide()
+    }
+}

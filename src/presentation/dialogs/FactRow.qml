@@ -1,0 +1,30 @@
+import QtQuick
+import QtQuick.Layouts
+import Quillhaven.Design
+
+/// One short statement with a symbol in front.
+RowLayout {
+    id: row
+
+    property string symbol
+    property string text
+    property color color: Colors.textSecondary
+
+    spacing: Spacing.sm
+
+    SymbolImage {
+        symbol: row.symbol
+        size: 18
+        color: row.color
+    }
+
+    Text {
+        Layout.fillWidth: true
+        text: row.text
+        font: Typography.settingDescription
+        color: row.color
+        wrapMode: Text.Wrap
+        Accessible.role: Accessible.StaticText
+        Accessible.name: text
+    }
+}

@@ -1,0 +1,116 @@
+import QtQuick
+import QtQuick.Layouts
+import Quillhaven.Design
+import Quillhaven.Dialogs
+
+/// Asks for the master password before all files are recovered.
+SheetFrame {
+    id: dialog
+
+    required property QtObject manager
+
+    function recover() {
+        manager.recover(field.secret)
+    }
+
+    presented: manager.isPresented
+    title: "Recover All Files"
+    message: "Enter your master password to restore all your protected files from iCloud backup"
+    symbol: "lock.rotation"
+    initialFocusItem: field.inputItem
+    onPresentedChanged: {
+        field.secret = ""
+        field.revealed = false
+    }
+    onReturnPressed: recover()
+    onEscapePressed: manager.cancel()
+
+    PasswordField {
+        id: field
+
+        Layout.fillWidth: true
+        Layout.minimumWidth: 360
+        label: "Master Password"
+        prompt: "Enter your master password"
+        onAccepted: dialog.recover()
+    }
+
+    Rectangle {
+        Layout.fillWidth: true
+        implicitHeight: steps.implicitHeight + 2 * Spacing.md
+        radius: DesignSystem.cornerRadiusMedium
+        color: Colors.backgroundSecondary
+        border.width: 1
+        border.color: Colors.borderSubtle
+
+        ColumnLayout {
+            id: steps
+
+            anchors.left: parent.left
+            anchors.right: parent.right
+            anchors.top: parent.top
+            anchors.margins: Spacing.md
+            spacing: Spacing.sm
+
+            Text {
+                text: "How to use:"
+                font: Typography.settingTitle
+                color: Colors.textPrimary
+                Accessible.role: Accessible.Heading
+                Accessible.name: text
+            }
+
+            Repeater {
+                model: ["Enter your master password (the same password you use to access the app)",
+                        "Click 'Recover All Files' to restore all your protected files",
+                        "Choose a folder to save all recovered files"]
+
+                RowLayout {
+                    id: step
+
+                    required property string modelData
+                    required property int index
+
+                    Layout.fillWidth: true
+                    spacing: Spacing.sm
+
+                    Text {
+                        Layout.alignment: Qt.AlignTop
+                        text: (step.index + 1) + "."
+                        font: Typography.settingDescription
+                        color: Colors.primaryAccent
+                        Accessible.ignored: true
+                    }
+
+                    Text {
+                        Layout.fillWidth: true
+                        text: step.modelData
+                        font: Typography.settingDescription
+                        color: Colors.textSecondary
+                        wrapMode: Text.Wrap
+                        Accessible.role: Accessible.StaticText
+                        Accessible.name: text
+                    }
+                }
+            }
+        }
+    }
+
+    buttons: [
+        SecondaryButton {
+            Layout.fillWidth: true
+            Layout.preferredWidth: 1
+            text: "Cancel"
+            onClicked: dialog.manager.cancel()
+        },
+        PrimaryFilledButton {
+            Layout.fillWidth: true
+            Layout.preferredWidth: 1
+            text: dialog.manager.recoverTitle
+            symbol: "arrow.clockwise"
+            busy: dialog.manager.isRecovering
+            enabled: field.secret !== "" && !dialog.manager.isRecovering
+            onClicked: dialog.recover()
+        }
+    ]
+}

@@ -1,0 +1,165 @@
+import QtQuick
+import QtQuick.Controls.Basic
+import QtQuick.Layouts
+import Quillhaven.Design
+import Quillhaven.Dialogs
+
+/// The demanding question before items are destroyed for good.
+SheetFrame {
+    id: sheet
+
+    required property QtObject dialog
+
+    presented: dialog.isPresented
+    title: "Permanent Deletion Warning"
+    message: "You are about to permanently delete the following items:"
+    symbol: "exclamationmark.triangle.fill"
+    symbolColor: Colors.error
+    minimumSheetWidth: 450
+    maximumSheetWidth: 500
+    initialFocusItem: cancelButton
+    onReturnPressed: dialog.confirm()
+    onEscapePressed: dialog.cancel()
+
+    Rectangle {
+        Layout.fillWidth: true
+        implicitHeight: Math.min(names.contentHeight, 108) + 2 * Spacing.sm
+        radius: DesignSystem.cornerRadiusMedium
+        color: Colors.backgroundSecondary
+        border.width: 1
+        border.color: Colors.borderSubtle
+
+        ListView {
+            id: names
+
+            anchors.fill: parent
+            anchors.margins: Spacing.sm
+            anchors.leftMargin: Spacing.md
+            clip: true
+            interactive: contentHeight > height
+            boundsBehavior: Flickable.StopAtBounds
+            model: sheet.dialog.itemNames
+            Accessible.role: Accessible.List
+            Accessible.name: sheet.message
+
+            ScrollBar.vertical: ScrollBar {
+                policy: names.interactive ? ScrollBar.AlwaysOn : ScrollBar.AlwaysOff
+            }
+
+            delegate: Text {
+                required property string modelData
+
+                width: ListView.view.width - Spacing.md
+                height: 24
+                text: modelData
+                textFormat: Text.PlainText
+                font: Typography.buttonText
+                color: Colors.textPrimary
+                elide: Text.ElideMiddle
+                verticalAlignment: Text.AlignVCenter
+                Accessible.role: Accessible.ListItem
+                Accessible.name: modelData
+            }
+        }
+    }
+
+    Text {
+        Layout.fillWidth: true
+        text: "⚠️ This action cannot be undone"
+        font: Typography.settingTitle
+        color: Colors.error
+        wrapMode: Text.Wrap
+        Accessible.role: Accessible.AlertMessage
+        Accessible.name: text
+    }
+
+    ColumnLayout {
+        Layout.fillWidth: true
+        spacing: Spacing.xs
+
+        Repeater {
+            model: ["• Files will be overwritten using DoD 5220.22-M standard",
+                    "• Data will be unrecoverable by any means",
+                    "• File system metadata will be permanently cleared",
+                    "• This process may take several minutes"]
+
+            Text {
+                required property string modelData
+
+                Layout.fillWidth: true
+                text: modelData
+                font: Typography.settingDescription
+                color: Colors.textSecondary
+                wrapMode: Text.Wrap
+                Accessible.role: Accessible.StaticText
+                Accessible.name: text
+            }
+        }
+    }
+
+    CheckMark {
+        Layout.fillWidth: true
+        text: "I understand this will permanently delete the selected items"
+        ticked: sheet.dialog.hasReadWarning
+        onToggleRequested: sheet.dialog.hasReadWarning = !sheet.dialog.hasReadWarning
+    }
+
+    ColumnLayout {
+        Layout.fillWidth: true
+        spacing: Spacing.xs
+
+        Text {
+            Layout.fillWidth: true
+            text: "Type 'SHRED PERMANENTLY' to confirm:"
+            font: Typography.settingLabel
+            color: Colors.textSecondary
+            wrapMode: Text.Wrap
+            Accessible.ignored: true
+        }
+
+        TextField {
+            id: field
+
+            Layout.fillWidth: true
+            implicitHeight: DesignSystem.buttonHeight + 4
+            leftPadding: Spacing.md
+            rightPadding: Spacing.md
+            font: Typography.settingTitle
+            color: Colors.textPrimary
+            placeholderText: "Type here to confirm"
+            placeholderTextColor: Colors.textTertiary
+            selectionColor: Colors.primary
+            selectedTextColor: Colors.textPrimary
+            selectByMouse: true
+            hoverEnabled: true
+            text: sheet.dialog.confirmationText
+            onTextEdited: sheet.dialog.confirmationText = text
+            Accessible.role: Accessible.EditableText
+            Accessible.name: "Type 'SHRED PERMANENTLY' to confirm:"
+            Accessible.description: placeholderText
+
+            background: TextFieldFrame {
+                focused: field.activeFocus
+                hovered: field.hovered
+            }
+        }
+    }
+
+    buttons: [
+        SecondaryButton {
+            id: cancelButton
+
+            Layout.fillWidth: true
+            Layout.preferredWidth: 1
+            text: "Cancel"
+            onClicked: sheet.dialog.cancel()
+        },
+        DestructiveButton {
+            Layout.fillWidth: true
+            Layout.preferredWidth: 1
+            text: "🗑️ Shred Permanently"
+            enabled: sheet.dialog.isConfirmEnabled
+            onClicked: sheet.dialog.confirm()
+        }
+    ]
+}

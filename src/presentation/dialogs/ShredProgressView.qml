@@ -1,0 +1,100 @@
+import QtQuick
+import QtQuick.Layouts
+import Quillhaven.Design
+import Quillhaven.Dialogs
+
+/// Shows while items are destroyed. It can be left only where the opener knows how to cancel.
+SheetFrame {
+    id: sheet
+
+    required property QtObject operation
+    property bool canCancel: false
+
+    signal cancelled
+
+    presented: operation.isPresented
+    title: "Secure Shredding in Progress"
+    symbol: "trash.fill"
+    symbolColor: Colors.error
+    symbolCircle: 80
+    symbolPulses: true
+    onEscapePressed: if (canCancel) cancelled()
+
+    Text {
+        Layout.fillWidth: true
+        text: sheet.operation.message
+        textFormat: Text.PlainText
+        font: Typography.settingLabel
+        color: Colors.textPrimary
+        horizontalAlignment: Text.AlignHCenter
+        wrapMode: Text.Wrap
+        maximumLineCount: 4
+        elide: Text.ElideRight
+        Accessible.role: Accessible.StatusBar
+        Accessible.name: text
+    }
+
+    ProgressLine {
+        Layout.fillWidth: true
+        tint: Colors.error
+        value: sheet.operation.progress
+    }
+
+    RowLayout {
+        Layout.fillWidth: true
+        Layout.topMargin: -Spacing.xs
+
+        Text {
+            Layout.fillWidth: true
+            text: "Progress"
+            font: Typography.settingDescription
+            color: Colors.textSecondary
+            Accessible.ignored: true
+        }
+
+        Text {
+            text: sheet.operation.percent + "%"
+            font: Typography.settingDescription
+            color: Colors.textPrimary
+            Accessible.role: Accessible.StaticText
+            Accessible.name: text
+        }
+    }
+
+    Rectangle {
+        Layout.fillWidth: true
+        implicitHeight: facts.implicitHeight + 2 * Spacing.md
+        radius: DesignSystem.cornerRadiusMedium
+        color: Colors.backgroundSecondary
+        border.width: 1
+        border.color: Colors.borderSubtle
+
+        ColumnLayout {
+            id: facts
+
+            anchors.left: parent.left
+            anchors.right: parent.right
+            anchors.top: parent.top
+            anchors.margins: Spacing.md
+            spacing: Spacing.sm
+
+            FactRow { symbol: "shield.fill"; text: "DoD 5220.22-M Standard" }
+            FactRow { symbol: "arrow.clockwise"; text: "3-Pass Overwrite Process" }
+            FactRow { symbol: "lock.fill"; text: "Metadata Clearing" }
+        }
+    }
+
+    FactRow {
+        Layout.alignment: Qt.AlignHCenter
+        symbol: "exclamationmark.triangle.fill"
+        text: "Do not interrupt this process"
+        color: Colors.warning
+    }
+
+    buttons: SecondaryButton {
+        Layout.fillWidth: true
+        visible: sheet.canCancel
+        text: "Cancel Operation"
+        onClicked: sheet.cancelled()
+    }
+}

@@ -1,0 +1,16 @@
+import QtQuick
+import QtQuick.Controls.Basic
+import Quillhaven.Design
+
+/// A list of actions under a button.
+Menu {
+    width: 260
+    padding: Spacing.xs
+
+    background: Rectangle {
+        radius: DesignSystem.cornerRadiusMedium
+        color: Colors.bgPanel
+        border.width: 1
+        border.color: Colors.border
+    }
+}

@@ -1,0 +1,56 @@
+import QtQuick
+import QtQuick.Controls.Basic
+import Quillhaven.Design
+
+/// One action of a menu; with `checkable`, a setting that it turns over.
+MenuItem {
+    id: entry
+
+    property string symbol
+
+    signal chosen
+
+    function choose() {
+        if (!enabled)
+            return
+        menu?.close()
+        chosen()
+    }
+
+    implicitHeight: 34
+    font: Typography.settingLabel
+    onTriggered: choose()
+    Accessible.role: checkable ? Accessible.CheckBox : Accessible.MenuItem
+    Accessible.name: text
+    Accessible.checkable: checkable
+    Accessible.checked: checked
+    Accessible.onPressAction: choose()
+    Accessible.onToggleAction: choose()
+
+    indicator: null
+    contentItem: Row {
+        spacing: Spacing.sm
+        opacity: entry.enabled ? 1 : 0.45
+
+        SymbolImage {
+            anchors.verticalCenter: parent.verticalCenter
+            symbol: !entry.checkable ? entry.symbol : entry.checked ? "checkmark.square.fill" : "square"
+            size: 18
+            color: Colors.textPrimary
+        }
+
+        Text {
+            anchors.verticalCenter: parent.verticalCenter
+            text: entry.text
+            textFormat: Text.PlainText
+            font: entry.font
+            color: Colors.textPrimary
+            Accessible.ignored: true
+        }
+    }
+
+    background: Rectangle {
+        radius: DesignSystem.cornerRadiusSmall
+        color: entry.highlighted ? Colors.primary : "transparent"
+    }
+}
