@@ -29,6 +29,7 @@ QString freeDuplicatePath(const FileManager &files, const QString &originalPath,
     const QString directory = parentDirectory(originalPath);
     QString candidate = pathInDirectory(directory, base + QStringLiteral(" Copy") + extension);
     for (int number = 2; files.fileExists(candidate); ++number) {
+        (void)files.sizeOfItem(candidate); // throws for a place that cannot be looked at
         candidate = pathInDirectory(directory, base + QStringLiteral(" Copy %1").arg(number) + extension);
     }
     return candidate;

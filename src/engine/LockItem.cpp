@@ -70,7 +70,8 @@ void moveIntoStorage(const LockWork &work)
         work.files.createDirectory(work.secureStorage);
     }
     const QString target = pathInDirectory(work.secureStorage, lastPathComponent(item.originalBackupPath));
-    if (work.files.fileExists(item.originalPath)) {
+    // Taking a placeholder for the item would destroy the data in the private copy.
+    if (work.files.fileExists(item.originalPath) && !isLockInterrupted(work.files, item.originalPath, target)) {
         if (work.isLogged) {
             printLogger(QStringLiteral("Locking item: ") + item.originalName + QStringLiteral(", isFolder: ") +
                         printed(item.isFolder));

@@ -2,12 +2,33 @@
 
 #include "platform/FileManager.h"
 
+#include <algorithm>
+
 namespace quillhaven {
 
 void writePlaceholder(FileManager &fileManager, const QString &path)
 {
     const QByteArray bytes = placeholderText.toUtf8();
-    fileManager.writeFile(path, std::as_bytes(std::span(bytes.constData(), static_cast<size_t>(bytes.size()))));
+    const bool isReplaced = fileManager.fileExists(path);
+    try {
+        fileManager.writeFile(path, std::as_bytes(std::span(bytes)));
+    } catch (const FileError &) {
+        if (!isReplaced && fileManager.fileExists(path)) {
+            fileManager.removeItem(path); // A piece of one would be taken for the item itself.
+        }
+        throw;
+    }
+}
+
+bool isLockInterrupted(const FileManager &fileManager, const QString &path, const QString &privateCopy)
+{
+    const QByteArray placeholder = placeholderText.toUtf8();
+    if (!fileManager.fileExists(privateCopy) || !fileManager.fileExists(path) || fileManager.isDirectory(path) ||
+        fileManager.sizeOfItem(path) > placeholder.size()) {
+        return false;
+    }
+    const FileBuffer content = fileManager.readFile(path);
+    return std::ranges::equal(content.bytes(), std::as_bytes(std::span(placeholder)).first(content.size()));
 }
 
 } // namespace quillhaven

@@ -6,9 +6,13 @@ namespace quillhaven {
 
 class FileManager;
 
-/// Writes the small text file that stands where a locked item stood, in place. The program never reads one back.
-/// Blocks; throws FileError.
+/// Writes the small text file that stands where a locked item stood, in place. A failure leaves nothing where nothing
+/// stood before. Blocks; throws FileError.
 void writePlaceholder(FileManager &fileManager, const QString &path);
+
+/// Whether a placeholder, or the beginning of one, stands at `path` while the private copy of the item exists: the
+/// program ended while it was locking, before the record said so. The data is in the private copy then.
+[[nodiscard]] bool isLockInterrupted(const FileManager &fileManager, const QString &path, const QString &privateCopy);
 
 /// The whole content of a placeholder, without a line end.
 inline const QString placeholderText =

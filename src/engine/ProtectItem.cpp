@@ -67,6 +67,7 @@ QString freeBackupPath(const FileManager &files, const QString &secureStorage, c
     const QString base = pathInDirectory(secureStorage, id + QStringLiteral("_original"));
     QString candidate = base;
     for (int counter = 1; files.fileExists(candidate); ++counter) {
+        (void)files.sizeOfItem(candidate); // throws for a place that cannot be looked at
         candidate = base + QLatin1Char('_') + QString::number(counter);
     }
     return candidate;

@@ -35,14 +35,13 @@ bool writeDecrypted(FileManager &files, FileBuffer backup, const QString &master
         files.writeFile(output, plain.bytes);
         return true;
     } catch (const FileError &error) {
-        printLogger(error.errorDescription());
-        if (error.kind() == FileError::Kind::NoSpace) {
+        if (error.kind() == FileError::Kind::NoSpace && files.fileExists(output)) {
             files.removeItem(output); // a piece of a file that nobody may take for the whole
         }
-    } catch (const LocalizedError &error) {
-        printLogger(error.errorDescription());
+        return false;
+    } catch (const LocalizedError &) {
+        return false;
     }
-    return false;
 }
 
 } // namespace

@@ -9,6 +9,7 @@
 
 #include "catalogue/QuillhavenError.h"
 #include "credentials/MasterPasswordManager.h"
+#include "engine/PlaceholderFile.h"
 #include "engine/PrivateCopyLog.h"
 #include "engine/QuillhavenManager.h"
 #include "platform/FileManager.h"
@@ -36,7 +37,8 @@ bool isAtOriginalPath(const FileManager &files, const ProtectedItem &item)
     if (!item.isMounted) {
         return false;
     }
-    const bool exists = files.fileExists(item.originalPath);
+    const bool exists =
+        files.fileExists(item.originalPath) && !isLockInterrupted(files, item.originalPath, item.originalBackupPath);
     printLogger(QStringLiteral("📍 DEBUG: Item is mounted - file should be at original location"));
     printLogger(QStringLiteral("📍 DEBUG: Checking if file exists at original path: ") + item.originalPath);
     printLogger(QStringLiteral("📍 DEBUG: File exists at original path: ") + printed(exists));
@@ -163,7 +165,8 @@ QCoro::Task<> QuillhavenManager::restoreForRemoval(ProtectedItem item, QString p
 QCoro::Task<> QuillhavenManager::removeProtectionWithAccessibleURL(ProtectedItem item, QString accessiblePath)
 {
     FileManager &files = m_platform.fileManager;
-    const bool isInPlace = item.isMounted && files.fileExists(accessiblePath);
+    const bool isInPlace = item.isMounted && files.fileExists(accessiblePath) &&
+                           !isLockInterrupted(files, accessiblePath, item.originalBackupPath);
     if (!isInPlace) {
         auto work = [&files, privateCopy = item.originalBackupPath, accessiblePath] {
             restoreSilently(files, privateCopy, accessiblePath);

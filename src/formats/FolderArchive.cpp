@@ -21,10 +21,8 @@ public:
     }
     ~WorkDirectory()
     {
-        try {
-            m_fileManager.removeItem(m_path);
-        } catch (const LocalizedError &) {
-            // The error is dropped: the archive is in memory, or has failed already.
+        if (!remove()) {
+            (void)remove();
         }
     }
     WorkDirectory(const WorkDirectory &) = delete;
@@ -33,6 +31,16 @@ public:
     [[nodiscard]] QString archivePath() const { return m_path + QStringLiteral("/archive.tar"); }
 
 private:
+    bool remove() const noexcept
+    {
+        try {
+            m_fileManager.removeItem(m_path);
+            return true;
+        } catch (const LocalizedError &) {
+            return false; // The error is dropped: the archive is in memory, or has failed already.
+        }
+    }
+
     FileManager &m_fileManager;
     QString m_path;
 };

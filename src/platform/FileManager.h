@@ -35,6 +35,7 @@ public:
     FileManager &operator=(const FileManager &) = delete;
 
     /// Whether something stands at the path. A link counts by what it points to, so a dangling one does not exist.
+    /// What cannot be looked at for another reason than its absence counts as standing.
     [[nodiscard]] virtual bool fileExists(const QString &path) const = 0;
     /// Whether a folder, or a link to one, stands at the path.
     [[nodiscard]] virtual bool isDirectory(const QString &path) const = 0;

@@ -131,13 +131,20 @@ TEST_F(LockItem, ExistingCopyAtTheTargetGivesWay)
     EXPECT_EQ(TemporaryHome::read(engine.item().originalBackupPath), "new");
 }
 
-TEST_F(LockItem, LockingALockedItemPutsThePlaceholderInThePlaceOfTheData)
+TEST_F(LockItem, APlaceholderIsNotTakenForTheItemWhileThePrivateCopyExists)
 {
-    // Kept out of reach by the interface, which offers a lock only for what is unlocked.
+    // So it stands when the program ended between the placeholder and the record.
     EngineHarness engine(services);
-    engine.protect(services.home.write(QStringLiteral("Desktop/a.txt"), "mine"));
+    const QString path = services.home.write(QStringLiteral("Desktop/a.txt"), "mine");
+    engine.protect(path);
     engine.lock();
-    EXPECT_EQ(TemporaryHome::read(engine.item().originalBackupPath), placeholderText.toUtf8());
+    EXPECT_EQ(TemporaryHome::read(engine.item().originalBackupPath), "mine");
+    EXPECT_EQ(TemporaryHome::read(path), placeholderText.toUtf8());
+
+    services.home.write(QStringLiteral("Desktop/a.txt"), placeholderText.left(7).toUtf8());
+    engine.lock();
+    EXPECT_EQ(TemporaryHome::read(engine.item().originalBackupPath), "mine");
+    EXPECT_EQ(TemporaryHome::read(path), placeholderText.toUtf8());
 }
 
 TEST_F(LockItem, FailedMoveLeavesTheItemUnlockedInItsPlace)

@@ -2,6 +2,7 @@
 // the item's bytes stand somewhere, the error names a file and the reason, and the state is the promised one.
 
 #include "engine/PlaceholderFile.h"
+#include "faults/SmallDisk.h"
 #include "support/EngineHarness.h"
 #include "support/HookedSeam.h"
 
@@ -9,9 +10,6 @@
 #include <QProcess>
 
 #include <cerrno>
-
-#include <sys/mount.h>
-#include <sys/statfs.h>
 
 using namespace quillhaven;
 using namespace quillhaven::testing;
@@ -171,35 +169,6 @@ INSTANTIATE_TEST_SUITE_P(Reasons, FaultMatrix,
                          ::testing::Values(Reason{"Permission", EACCES}, Reason{"NoSpace", ENOSPC},
                                            Reason{"InputOutput", EIO}),
                          [](const auto &info) { return info.param.name; });
-
-namespace {
-
-/// A small file system of its own, mounted over a folder; needs the right to mount.
-class SmallDisk
-{
-public:
-    SmallDisk(const QString &mountPoint, const char *size) : m_mountPoint(QFile::encodeName(mountPoint))
-    {
-        QDir().mkpath(mountPoint);
-        const QByteArray options = QByteArray("size=") + size;
-        m_isMounted = ::mount("tmpfs", m_mountPoint.constData(), "tmpfs", 0, options.constData()) == 0;
-    }
-    ~SmallDisk()
-    {
-        if (m_isMounted) {
-            ::umount2(m_mountPoint.constData(), MNT_DETACH);
-        }
-    }
-    SmallDisk(const SmallDisk &) = delete;
-    SmallDisk &operator=(const SmallDisk &) = delete;
-    [[nodiscard]] bool isMounted() const { return m_isMounted; }
-
-private:
-    QByteArray m_mountPoint;
-    bool m_isMounted = false;
-};
-
-} // namespace
 
 TEST(FullDisk, DocumentsWithoutRoomForTheContainerLeavesTheDataInStorageAndSaysWhy)
 {

@@ -4,7 +4,6 @@
 #include "platform/linux/RemoveTree.h"
 #include "platform/linux/ScopedFd.h"
 #include "platform/linux/TreeComparison.h"
-#include "platform/printLogger.h"
 
 #include <fcntl.h>
 #include <spawn.h>
@@ -96,7 +95,7 @@ CrossDeviceCopy::CrossDeviceCopy(const QByteArray &source, const QByteArray &tar
                             FileError::fromErrno(EBUSY, names.action, names.path, names.target).errorDescription());
         }
     } catch (...) {
-        discard();
+        discardTree(m_path);
         throw;
     }
 }
@@ -104,7 +103,7 @@ CrossDeviceCopy::CrossDeviceCopy(const QByteArray &source, const QByteArray &tar
 CrossDeviceCopy::~CrossDeviceCopy()
 {
     if (!m_isKept) {
-        discard();
+        discardTree(m_path);
     }
 }
 
@@ -124,18 +123,6 @@ void CrossDeviceCopy::runCopy(const QByteArray &source, const MoveNames &names) 
     if (status != 0) {
         const int reason = reasonIn(contentOf(messages.get()));
         names.fail(reason == 0 ? EIO : reason);
-    }
-}
-
-void CrossDeviceCopy::discard() const noexcept
-{
-    if (!standsAt(m_path)) {
-        return;
-    }
-    try {
-        removeTree(m_path);
-    } catch (const FileError &error) {
-        printLogger(error.errorDescription());
     }
 }
 

@@ -35,7 +35,6 @@ public:
 
 private:
     void runCopy(const QByteArray &source, const MoveNames &names) const;
-    void discard() const noexcept;
 
     QByteArray m_path;
     bool m_isKept = false;

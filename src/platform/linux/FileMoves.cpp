@@ -2,7 +2,6 @@
 
 #include "platform/linux/FilePaths.h"
 #include "platform/linux/RemoveTree.h"
-#include "platform/printLogger.h"
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -55,11 +54,7 @@ int removeReplaced(const QByteArray &path)
     if (error != 0) {
         return error;
     }
-    try {
-        removeTree(aside);
-    } catch (const FileError &failure) {
-        printLogger(failure.errorDescription());
-    }
+    discardTree(aside);
     return 0;
 }
 

@@ -206,7 +206,18 @@ ScopedFd openForWriting(const QString &path, QByteArray name)
 
 bool LinuxFileManager::fileExists(const QString &path) const
 {
-    return statusBehindLinks(path).has_value();
+    QByteArray name;
+    try {
+        name = callName(path, Action::Read);
+    } catch (const FileError &) {
+        return false; // No file can have such a name.
+    }
+    struct stat status{};
+    if (stat(name.constData(), &status) == 0) {
+        return true;
+    }
+    // A disk that does not answer is no proof of absence: whoever goes on meets its error, and takes nothing for gone.
+    return errno != ENOENT && errno != ENOTDIR && errno != ELOOP && errno != ENAMETOOLONG;
 }
 
 bool LinuxFileManager::isDirectory(const QString &path) const

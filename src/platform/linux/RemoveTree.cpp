@@ -2,6 +2,7 @@
 
 #include "platform/linux/FilePaths.h"
 #include "platform/linux/ScopedFd.h"
+#include "platform/printLogger.h"
 
 #include <QFile>
 
@@ -125,6 +126,24 @@ void onEntry(const QByteArray &path, EntryAction action)
 void removeTree(const QByteArray &path)
 {
     onEntry(path, removeEntry);
+}
+
+void discardTree(const QByteArray &path) noexcept
+{
+    constexpr int attempts = 2;
+    for (int attempt = 1; attempt <= attempts; ++attempt) {
+        try {
+            removeTree(path);
+            return;
+        } catch (const FileError &error) {
+            if (error.kind() == FileError::Kind::NoSuchFile) {
+                return;
+            }
+            if (attempt == attempts) {
+                printLogger(error.errorDescription());
+            }
+        }
+    }
 }
 
 void requireRemovable(const QByteArray &path)

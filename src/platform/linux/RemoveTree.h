@@ -9,6 +9,10 @@ namespace quillhaven {
 /// which could not go; what came before it is gone.
 void removeTree(const QByteArray &path);
 
+/// Removes what nobody needs any more: once more when it did not work at first, and after that with no more than a line
+/// in the log.
+void discardTree(const QByteArray &path) noexcept;
+
 /// Throws the FileError that `removeTree` would meet for want of permission, before anything is gone: a folder in the
 /// tree that this user may not empty, or another volume mounted in it.
 void requireRemovable(const QByteArray &path);
