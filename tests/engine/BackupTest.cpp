@@ -1,9 +1,8 @@
-#include "catalogue/DefaultsKeys.h"
 #include "credentials/KeychainError.h"
+#include "engine/CloudFolder.h"
 #include "engine/PlaceholderFile.h"
 #include "formats/CipherError.h"
 #include "formats/RecoveryBackup.h"
-#include "platform/UserDefaults.h"
 #include "support/EngineHarness.h"
 #include "support/HookedSeam.h"
 
@@ -18,23 +17,7 @@ namespace {
 class Backup : public ::testing::Test
 {
 protected:
-    QString container() const
-    {
-        return services.home.path(QStringLiteral(".local/share/cloud/iCloud~com~tarnwick~quillhaven"));
-    }
-    QString backupDirectory() const { return container() + QStringLiteral("/Documents/QuillhavenBackups"); }
-    QString backupPath(qsizetype index = 0) const
-    {
-        return backupDirectory() + QLatin1Char('/') + engine->item(index).id + QStringLiteral(".backup");
-    }
-    QStringList backupNames() const
-    {
-        return QDir(backupDirectory()).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot);
-    }
-    void setEnabled(bool isEnabled)
-    {
-        services.defaults.standard().setBool(defaults_keys::enableiCloudBackup, isEnabled);
-    }
+    QString backupPath(qsizetype index = 0) const { return cloud.backup(engine->item(index).id); }
     /// The engine with these files under protection, locked, a cloud folder and the setting on afterwards.
     void start(const QStringList &names)
     {
@@ -44,8 +27,8 @@ protected:
         for (const QString &name : names) {
             engine->protect(services.home.write(QStringLiteral("Desktop/") + name, name.toUtf8()));
         }
-        QDir().mkpath(container());
-        setEnabled(true);
+        cloud.make();
+        cloud.setEnabled(true);
         engine->masterPrompts = 0;
         log.clear();
     }
@@ -62,6 +45,7 @@ protected:
     }
 
     TestPlatform services;
+    const CloudFolder cloud{services};
     SeamHooks hooks;
     HookedFileManager files{services.fileManager, hooks};
     LogCapture log;
@@ -77,7 +61,7 @@ TEST_F(Backup, LockedFileIsWrittenUnderItsIdAndOpensWithTheMasterPassword)
 {
     start({QStringLiteral("a.txt")});
     backUp();
-    EXPECT_EQ(backupNames(), QStringList(engine->item().id + QStringLiteral(".backup")));
+    EXPECT_EQ(cloud.backupNames(), QStringList(engine->item().id + QStringLiteral(".backup")));
     EXPECT_EQ(opened(backupPath()), "a.txt");
     const QByteArray metadata = (engine->item().id + QStringLiteral(":a.txt")).toUtf8();
     EXPECT_EQ(TemporaryHome::read(backupPath()).mid(44, metadata.size()), metadata);
@@ -89,9 +73,9 @@ TEST_F(Backup, FolderIsWrittenAsItsArchive)
 {
     start({});
     services.home.write(QStringLiteral("Desktop/folder/inner.txt"), "inner");
-    setEnabled(false);
+    cloud.setEnabled(false);
     engine->protect(services.home.path(QStringLiteral("Desktop/folder")), {});
-    setEnabled(true);
+    cloud.setEnabled(true);
     backUp();
     const QByteArray archive = opened(backupPath());
     EXPECT_TRUE(archive.startsWith((engine->item().id + QStringLiteral("_original/")).toUtf8()));
@@ -108,14 +92,14 @@ TEST_F(Backup, SecondBackupReplacesTheFirst)
     engine->lock();
     EXPECT_EQ(TemporaryHome::read(backupPath()), first) << "locking writes no backup";
     backUp();
-    EXPECT_EQ(backupNames().size(), 1);
+    EXPECT_EQ(cloud.backupNames().size(), 1);
     EXPECT_EQ(opened(backupPath()), "a");
 }
 
 TEST_F(Backup, SettingOffFailsWhateverTheCatalogueHolds)
 {
     start({QStringLiteral("a.txt")});
-    setEnabled(false);
+    cloud.setEnabled(false);
     QString text;
     EXPECT_EQ(engineErrorOf([this] { backUpAll(); }, &text), QuillhavenError::accessDenied);
     EXPECT_EQ(text, QStringLiteral("iCloud backup is not enabled"));
@@ -124,7 +108,7 @@ TEST_F(Backup, SettingOffFailsWhateverTheCatalogueHolds)
     engine->manager.removeFromProtectedItems(engine->item().id);
     EXPECT_EQ(engineErrorOf([this] { backUpAll(); }), QuillhavenError::accessDenied);
     EXPECT_EQ(log.lines(), QStringList());
-    EXPECT_FALSE(TemporaryHome::exists(backupDirectory()));
+    EXPECT_FALSE(TemporaryHome::exists(cloud.backups()));
 }
 
 TEST_F(Backup, SettingIsOffByDefault)
@@ -152,33 +136,33 @@ TEST_F(Backup, NoMasterPasswordIsTheStoresError)
     } catch (const KeychainError &error) {
         EXPECT_EQ(error.errorDescription(), QStringLiteral("Failed to retrieve from keychain: -25300"));
     }
-    EXPECT_FALSE(TemporaryHome::exists(backupDirectory()));
+    EXPECT_FALSE(TemporaryHome::exists(cloud.backups()));
 }
 
 TEST_F(Backup, NoContainerIsToldWithTheWayToGetOne)
 {
     start({QStringLiteral("a.txt")});
-    ASSERT_TRUE(QDir().rmdir(container()));
+    ASSERT_TRUE(QDir().rmdir(cloud.path()));
     QString text;
     EXPECT_EQ(engineErrorOf([this] { backUp(); }, &text), QuillhavenError::accessDenied);
     EXPECT_EQ(text, QStringLiteral("iCloud is not available. Please sign in to iCloud in System Preferences."));
-    EXPECT_FALSE(TemporaryHome::exists(container()));
+    EXPECT_FALSE(TemporaryHome::exists(cloud.path()));
 }
 
 TEST_F(Backup, ContainerThatVanishedIsNotMadeAgain)
 {
     start({QStringLiteral("a.txt")});
     backUp();
-    ASSERT_TRUE(QDir(container()).removeRecursively());
+    ASSERT_TRUE(QDir(cloud.path()).removeRecursively());
     EXPECT_EQ(engineErrorOf([this] { backUp(); }), QuillhavenError::accessDenied);
-    EXPECT_FALSE(TemporaryHome::exists(container()));
+    EXPECT_FALSE(TemporaryHome::exists(cloud.path()));
 }
 
 TEST_F(Backup, LinkToAFolderIsAContainerAndALinkToNothingIsNone)
 {
     start({QStringLiteral("a.txt")});
-    ASSERT_TRUE(QDir().rmdir(container()));
-    ASSERT_TRUE(QFile::link(services.home.path(QStringLiteral("Synced")), container()));
+    ASSERT_TRUE(QDir().rmdir(cloud.path()));
+    ASSERT_TRUE(QFile::link(services.home.path(QStringLiteral("Synced")), cloud.path()));
     EXPECT_EQ(engineErrorOf([this] { backUp(); }), QuillhavenError::accessDenied);
     QDir().mkpath(services.home.path(QStringLiteral("Synced")));
     backUp();
@@ -200,7 +184,7 @@ TEST_F(Backup, UnlockedItemIsNotFoundAndStopsTheRunThere)
     log.clear();
     EXPECT_EQ(engineErrorOf([this] { backUpAll(); }), QuillhavenError::itemNotFound);
     EXPECT_EQ(log.lines(), QStringList(createdLine(QStringLiteral("a.txt"))));
-    EXPECT_EQ(backupNames(), QStringList(engine->item(0).id + QStringLiteral(".backup"))) << "those made stay";
+    EXPECT_EQ(cloud.backupNames(), QStringList(engine->item(0).id + QStringLiteral(".backup"))) << "those made stay";
 }
 
 TEST_F(Backup, AllItemsAreWrittenInTheirOrder)
@@ -227,7 +211,7 @@ TEST_F(Backup, ProtectingWritesABackupWhenTheSettingIsOn)
     EXPECT_EQ(opened(backupPath()), "new");
     const QStringList lines = log.lines();
     EXPECT_EQ(lines.mid(lines.size() - 5),
-              askingLines + QStringList({QStringLiteral("🌩️ DEBUG: iCloud container URL found: ") + container(),
+              askingLines + QStringList({QStringLiteral("🌩️ DEBUG: iCloud container URL found: ") + cloud.path(),
                                          QStringLiteral("🌩️ DEBUG: iCloud is available ✅"),
                                          createdLine(QStringLiteral("new.txt"))}));
 }
@@ -245,16 +229,16 @@ TEST_F(Backup, BulkProtectionWritesOneForEachItem)
 TEST_F(Backup, ProtectingWithTheSettingOffAsksForNoCloud)
 {
     start({});
-    setEnabled(false);
+    cloud.setEnabled(false);
     engine->protect(services.home.write(QStringLiteral("Desktop/new.txt"), "new"));
-    EXPECT_FALSE(TemporaryHome::exists(backupDirectory()));
+    EXPECT_FALSE(TemporaryHome::exists(cloud.backups()));
     EXPECT_EQ(log.lines().filter(QStringLiteral("iCloud")), QStringList());
 }
 
 TEST_F(Backup, ProtectingWithoutAContainerWritesNoneAndSaysWhy)
 {
     start({});
-    ASSERT_TRUE(QDir().rmdir(container()));
+    ASSERT_TRUE(QDir().rmdir(cloud.path()));
     engine->protect(services.home.write(QStringLiteral("Desktop/new.txt"), "new"));
     EXPECT_EQ(engine->count(), 1);
     const QStringList lines = log.lines();
@@ -306,7 +290,7 @@ TEST_F(Backup, LockUnlockAndRemovalLeaveTheBackupAsItIs)
     engine->lock();
     engine->remove();
     EXPECT_EQ(TemporaryHome::read(path), bytes);
-    EXPECT_EQ(backupNames().size(), 1);
+    EXPECT_EQ(cloud.backupNames().size(), 1);
 }
 
 TEST_F(Backup, NewMasterPasswordCountsFromTheNextBackupOn)
@@ -325,9 +309,9 @@ TEST_F(Backup, AvailabilityFollowsTheFolder)
 {
     start({});
     EXPECT_TRUE(engine->manager.isiCloudAvailable());
-    ASSERT_TRUE(QDir().rmdir(container()));
+    ASSERT_TRUE(QDir().rmdir(cloud.path()));
     EXPECT_FALSE(engine->manager.isiCloudAvailable());
-    QFile file(container());
+    QFile file(cloud.path());
     ASSERT_TRUE(file.open(QIODevice::WriteOnly));
     EXPECT_FALSE(engine->manager.isiCloudAvailable()) << "a file is no folder";
 }

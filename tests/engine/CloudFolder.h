@@ -1,0 +1,48 @@
+#pragma once
+
+#include "catalogue/DefaultsKeys.h"
+#include "platform/UserDefaults.h"
+#include "support/TestPlatform.h"
+
+#include <QDir>
+
+namespace quillhaven::testing {
+
+/// The folder that the user's sync tool looks after, in a temporary home.
+class CloudFolder
+{
+public:
+    explicit CloudFolder(TestPlatform &services) : m_services(services) {}
+
+    [[nodiscard]] QString path() const
+    {
+        return m_services.home.path(QStringLiteral(".local/share/cloud/iCloud~com~tarnwick~quillhaven"));
+    }
+    [[nodiscard]] QString backups() const { return path() + QStringLiteral("/Documents/QuillhavenBackups"); }
+    [[nodiscard]] QString backup(const QString &id) const
+    {
+        return backups() + QLatin1Char('/') + id + QStringLiteral(".backup");
+    }
+    [[nodiscard]] QStringList backupNames() const
+    {
+        return QDir(backups()).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot);
+    }
+    /// Makes the folder.
+    void make() const { QDir().mkpath(path()); }
+    /// Puts a file in the place of a backup.
+    void writeBackup(const QString &id, const QByteArray &bytes) const
+    {
+        QDir().mkpath(backups());
+        m_services.home.write(QDir(m_services.home.path()).relativeFilePath(backup(id)), bytes);
+    }
+    /// Switches backups on or off in the settings.
+    void setEnabled(bool isEnabled) const
+    {
+        m_services.defaults.standard().setBool(defaults_keys::enableiCloudBackup, isEnabled);
+    }
+
+private:
+    TestPlatform &m_services;
+};
+
+} // namespace quillhaven::testing
