@@ -19,6 +19,8 @@
 #include <QFileInfo>
 #include <QGuiApplication>
 
+#include <algorithm>
+
 namespace quillhaven {
 
 using namespace std::chrono_literals;
@@ -266,6 +268,34 @@ void DashboardViewModel::onDrop(const QList<QUrl> &urls)
         m_errors.showError(QStringLiteral("None of the selected items can be protected"));
     } else {
         m_bulk.performBulkProtect(paths);
+    }
+}
+
+void DashboardViewModel::handleFinderAction(const QVariantMap &userInfo)
+{
+    const QVariant action = userInfo.value(QStringLiteral("action"));
+    const QVariant path = userInfo.value(QStringLiteral("path"));
+    if (action.metaType() != QMetaType::fromType<QString>() || path.metaType() != QMetaType::fromType<QString>()) {
+        return;
+    }
+    if (action == QStringLiteral("protect")) {
+        showProtectionDialog(path.toString());
+    } else if (action == QStringLiteral("unlock")) {
+        toggleLockAt(path.toString(), false);
+    } else if (action == QStringLiteral("lock")) {
+        toggleLockAt(path.toString(), true);
+    } else if (action == QStringLiteral("shred")) {
+        m_shredding.handleShredAction(path.toString());
+    }
+}
+
+void DashboardViewModel::toggleLockAt(const QString &path, bool isMounted)
+{
+    const QList<ProtectedItem> &items = m_quillhavenManager.protectedItems();
+    const auto found = std::find_if(items.begin(), items.end(),
+                                    [&path](const ProtectedItem &item) { return item.originalPath == path; });
+    if (found != items.end() && found->isMounted == isMounted) {
+        onToggleLock(found->id);
     }
 }
 

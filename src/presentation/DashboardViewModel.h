@@ -15,6 +15,7 @@
 #include <QCoroTask>
 #include <QObject>
 #include <QUrl>
+#include <QVariantMap>
 
 #include <memory>
 #include <optional>
@@ -145,6 +146,9 @@ public:
     /// Files and folders dropped on the window: one is protected as if it were chosen in the panel, of several those
     /// that can be protected are protected together.
     Q_INVOKABLE void onDrop(const QList<QUrl> &urls);
+    /// What the file manager's menu asks for: "protect", "unlock", "lock" or "shred" under "action", for what stands at
+    /// "path". Anything else does nothing, and so does locking what is locked.
+    void handleFinderAction(const QVariantMap &userInfo);
     /// The hint of the shown error, as a question of its own.
     Q_INVOKABLE void showDefaultTroubleshooting();
     /// Lets the user choose a master password, the first one or another one.
@@ -162,6 +166,8 @@ private:
     class ProtectingName;
 
     [[nodiscard]] DashboardContext context();
+    /// For the item that stands at the path and is in that state; without one, nothing.
+    void toggleLockAt(const QString &path, bool isMounted);
 
     template <typename Change>
     void changeFilters(Change change);

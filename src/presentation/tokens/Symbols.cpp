@@ -56,7 +56,7 @@ const QHash<QString, QString> &symbolFiles()
         {QStringLiteral("plus"), QStringLiteral("actions/22/list-add.svg")},
         {QStringLiteral("plus.circle"), QStringLiteral("actions/22/list-add.svg")},
         {QStringLiteral("plus.circle.fill"), QStringLiteral("actions/22/list-add.svg")},
-        {QStringLiteral("plus.square.on.square"), QStringLiteral("actions/22/window-duplicate.svg")},
+        {QStringLiteral("plus.square.on.square"), QStringLiteral("actions/22/edit-copy.svg")},
         {QStringLiteral("power"), QStringLiteral("actions/22/system-shutdown.svg")},
         {QStringLiteral("questionmark.circle"), QStringLiteral("actions/22/question.svg")},
         {QStringLiteral("questionmark.circle.fill"), QStringLiteral("actions/22/question.svg")},

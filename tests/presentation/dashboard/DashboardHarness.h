@@ -25,12 +25,13 @@ class DashboardHarness
 {
 public:
     /// Starts over what the platform's stores hold.
-    explicit DashboardHarness(TestPlatform &services)
-        : platform(services.platform()),
+    explicit DashboardHarness(TestPlatform &services) : DashboardHarness(services.platform()) {}
+    explicit DashboardHarness(const Platform &services)
+        : platform(services),
           masterPassword(platform, masterPasswordDialog),
           shredder(platform, masterPassword),
           manager(platform, masterPassword, passwordDialog, shredder),
-          passwordInput(passwordDialog, services.defaults.standard()),
+          passwordInput(passwordDialog, platform.defaults.standard()),
           dashboard(platform, manager, masterPassword,
                     {confirmationDialog, protectionMethodDialog, passwordDialog, masterPasswordDialog})
     {

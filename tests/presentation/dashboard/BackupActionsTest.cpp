@@ -1,0 +1,141 @@
+#include "DashboardHarness.h"
+#include "engine/CloudFolder.h"
+
+#include "catalogue/QuillhavenError.h"
+
+using namespace quillhaven;
+using namespace quillhaven::testing;
+
+namespace {
+
+class Backups : public DashboardTest
+{
+protected:
+    BackupActions &backup() { return *started().dashboard.backup(); }
+    RecoveryDialogManager &dialog() { return *backup().recoveryDialogManager(); }
+    QString error() { return started().dashboard.showingError() ? started().dashboard.errorMessage() : QString(); }
+    /// One locked item, and a master password that is in use.
+    void protectOne()
+    {
+        storeMasterPassword();
+        DashboardHarness &harness = started();
+        EXPECT_TRUE(runTask(harness.masterPassword.authenticate(theMasterPassword)));
+        harness.protect(services.home.write(QStringLiteral("papers/will.pdf"), "the will"));
+    }
+    void backUp()
+    {
+        backup().backUpAll();
+        DashboardHarness::settle();
+    }
+    void recover(const QString &password)
+    {
+        backup().showRecoveryDialog();
+        dialog().recover(password);
+        DashboardHarness::settle();
+    }
+
+    CloudFolder cloud{services};
+};
+
+} // namespace
+
+TEST_F(Backups, AvailabilityIsLookedForOnRequestAlone)
+{
+    EXPECT_FALSE(backup().isAvailable());
+    cloud.make();
+    EXPECT_FALSE(backup().isAvailable());
+    backup().refresh();
+    EXPECT_TRUE(backup().isAvailable());
+}
+
+TEST_F(Backups, SettingIsOffAtFirstAndKept)
+{
+    EXPECT_FALSE(backup().enableiCloudBackup());
+    backup().setEnableiCloudBackup(true);
+    EXPECT_TRUE(backup().enableiCloudBackup());
+    EXPECT_EQ(services.defaults.standard().boolForKey(defaults_keys::enableiCloudBackup), true);
+}
+
+TEST_F(Backups, BackUpAllWritesABackupOfEachItem)
+{
+    cloud.make();
+    protectOne();
+    backup().setEnableiCloudBackup(true);
+    backup().backUpAll();
+    EXPECT_TRUE(backup().isBackingUp());
+    DashboardHarness::settle();
+    EXPECT_FALSE(backup().isBackingUp());
+    EXPECT_EQ(cloud.backupNames(), QStringList(started().item().id + QStringLiteral(".backup")));
+    EXPECT_EQ(error(), QString());
+}
+
+TEST_F(Backups, BackUpAllWithTheSettingOffSaysSo)
+{
+    cloud.make();
+    protectOne();
+    backUp();
+    EXPECT_EQ(error(), QStringLiteral("iCloud backup is not enabled"));
+    EXPECT_TRUE(cloud.backupNames().isEmpty());
+    EXPECT_FALSE(backup().isBackingUp());
+}
+
+TEST_F(Backups, RecoveryTellsHowManyFilesCameBack)
+{
+    cloud.make();
+    cloud.setEnabled(true);
+    protectOne();
+    backUp();
+    const QString folder = services.home.path(QStringLiteral("recovered"));
+    QDir().mkpath(folder);
+    bool wasRecovering = false;
+    services.panels.answer = [&](const OpenPanelRequest &request) {
+        wasRecovering = dialog().isRecovering() && dialog().isPresented();
+        EXPECT_EQ(request.title, QStringLiteral("Choose Recovery Location"));
+        return folder;
+    };
+    recover(theMasterPassword);
+    EXPECT_TRUE(wasRecovering);
+    EXPECT_FALSE(dialog().isRecovering());
+    EXPECT_FALSE(dialog().isPresented());
+    EXPECT_EQ(TemporaryHome::read(folder + QStringLiteral("/will.pdf")), QByteArray("the will"));
+    ConfirmationDialogManager &told = started().confirmationDialog;
+    EXPECT_TRUE(told.isPresented());
+    EXPECT_EQ(told.title(), QStringLiteral("Recovery Successful"));
+    EXPECT_EQ(told.message(), QStringLiteral("Successfully recovered 1 files to the selected folder."));
+    EXPECT_EQ(told.confirmTitle(), QStringLiteral("OK"));
+    EXPECT_FALSE(told.showCancelButton());
+}
+
+TEST_F(Backups, WrongMasterPasswordClosesTheDialogAndSaysSo)
+{
+    cloud.writeBackup(QStringLiteral("x"), "y");
+    storeMasterPassword();
+    recover(QStringLiteral("Another1x"));
+    EXPECT_EQ(error(), QStringLiteral("Invalid master password"));
+    EXPECT_FALSE(dialog().isPresented());
+    EXPECT_FALSE(dialog().isRecovering());
+}
+
+TEST_F(Backups, RecoveryWithoutAPlaceForBackupsSaysSo)
+{
+    recover(theMasterPassword);
+    EXPECT_EQ(error(), QStringLiteral("iCloud is not available. Please sign in to iCloud and enable iCloud Drive."));
+}
+
+TEST_F(Backups, DeclinedFolderIsTold)
+{
+    cloud.writeBackup(QStringLiteral("x"), "y");
+    storeMasterPassword();
+    services.panels.answer = [](const OpenPanelRequest &) { return std::nullopt; };
+    recover(theMasterPassword);
+    EXPECT_EQ(error(), QStringLiteral("Authentication cancelled by user."));
+}
+
+TEST_F(Backups, CancelClosesTheRecoveryDialog)
+{
+    backup().showRecoveryDialog();
+    ASSERT_TRUE(dialog().isPresented());
+    dialog().cancel();
+    EXPECT_FALSE(dialog().isPresented());
+    EXPECT_EQ(error(), QString());
+}

@@ -1,0 +1,378 @@
+#include "DashboardHarness.h"
+
+#include "catalogue/QuillhavenError.h"
+#include "engine/PlaceholderFile.h"
+
+#include <QSignalSpy>
+
+using namespace quillhaven;
+using namespace quillhaven::testing;
+
+namespace {
+
+class Bulk : public DashboardTest
+{
+protected:
+    QString writePaper(const QString &name)
+    {
+        return services.home.write(QStringLiteral("papers/") + name, name.toUtf8());
+    }
+    QString paper(const QString &name) { return services.home.path(QStringLiteral("papers/") + name); }
+    /// Protects files of these names, each locked.
+    void protect(const QStringList &names)
+    {
+        for (const QString &name : names) {
+            started().protect(writePaper(name));
+        }
+    }
+    void selectAll() { selection().selectAll(); }
+    ItemSelection &selection() { return *started().dashboard.selection(); }
+    BulkActions &bulk() { return *started().dashboard.bulk(); }
+    bool isMounted(const QString &name)
+    {
+        for (const ProtectedItem &item : started().manager.protectedItems()) {
+            if (item.originalName == name) {
+                return item.isMounted;
+            }
+        }
+        ADD_FAILURE() << "not in the catalogue: " << qUtf8Printable(name);
+        return false;
+    }
+    /// Every file has a password of its own, which is asked for.
+    void unlockAll()
+    {
+        selectAll();
+        bulk().performBulkUnlock();
+        DashboardHarness::settle();
+        while (started().passwordDialog.isPresented()) {
+            started().typePassword(strongPassword);
+        }
+    }
+    void drop(const QStringList &paths)
+    {
+        QList<QUrl> urls;
+        for (const QString &path : paths) {
+            urls.append(QUrl::fromLocalFile(path));
+        }
+        started().dashboard.onDrop(urls);
+        DashboardHarness::settle();
+    }
+    QString error() { return started().dashboard.showingError() ? started().dashboard.errorMessage() : QString(); }
+
+    const QString a = QStringLiteral("a.txt");
+    const QString b = QStringLiteral("b.txt");
+    const QString c = QStringLiteral("c.txt");
+};
+
+} // namespace
+
+TEST_F(Bulk, UnlockGivesTheSelectedItemsBackAndEndsTheSelection)
+{
+    protect({a, b});
+    QStringList told;
+    OperationProgress &progress = *bulk().progress();
+    QObject::connect(&progress, &OperationProgress::changed, &progress, [&] {
+        if (progress.isPresented()) {
+            told.append(progress.message());
+        }
+    });
+    unlockAll();
+    EXPECT_EQ(TemporaryHome::read(paper(a)), a.toUtf8());
+    EXPECT_TRUE(isMounted(a));
+    EXPECT_TRUE(isMounted(b));
+    EXPECT_TRUE(told.contains(QStringLiteral("Unlocking b.txt..."))) << qUtf8Printable(told.join(QLatin1Char('|')));
+    EXPECT_FALSE(progress.isPresented());
+    EXPECT_FALSE(selection().isInSelectionMode());
+    EXPECT_EQ(selection().selectedCount(), 0);
+    EXPECT_EQ(error(), QString());
+}
+
+TEST_F(Bulk, FilteredSelectionLocksWhatShowsAndForgetsAllIds)
+{
+    protect({a, b, c});
+    unlockAll();
+    selectAll();
+    started().dashboard.setSearchText(QStringLiteral("b"));
+    EXPECT_EQ(selection().selectedCount(), 3);
+    EXPECT_EQ(selection().canLockCount(), 1);
+    bulk().performBulkLock();
+    DashboardHarness::settle();
+    EXPECT_TRUE(isMounted(a));
+    EXPECT_FALSE(isMounted(b));
+    EXPECT_TRUE(isMounted(c));
+    EXPECT_EQ(selection().selectedCount(), 0);
+}
+
+TEST_F(Bulk, UnlockOfUnlockedItemsAloneDoesNothingAndKeepsTheSelection)
+{
+    protect({a});
+    unlockAll();
+    selectAll();
+    QSignalSpy shown(bulk().progress(), &OperationProgress::changed);
+    bulk().performBulkUnlock();
+    DashboardHarness::settle();
+    EXPECT_EQ(selection().selectedCount(), 1);
+    EXPECT_TRUE(selection().isInSelectionMode());
+    EXPECT_TRUE(shown.isEmpty());
+}
+
+TEST_F(Bulk, SecondPressDoesNotLockAgain)
+{
+    protect({a});
+    unlockAll();
+    selectAll();
+    bulk().performBulkLock();
+    bulk().performBulkLock();
+    DashboardHarness::settle();
+    EXPECT_FALSE(isMounted(a));
+    EXPECT_EQ(TemporaryHome::read(started().item().originalBackupPath), a.toUtf8())
+        << "the data must not be replaced by the placeholder";
+    EXPECT_FALSE(started().dashboard.items()->isBusy(started().item().id));
+}
+
+TEST_F(Bulk, ItemThatWasLockedMeanwhileIsNotLockedAgain)
+{
+    DashboardHarness &harness = started();
+    protect({a, b});
+    unlockAll();
+    selectAll();
+    runTask(harness.masterPassword.setMasterPassword(theMasterPassword));
+    harness.masterPassword.endSession();
+    bulk().performBulkLock();
+    DashboardHarness::settle();
+    ASSERT_TRUE(harness.masterPasswordDialog.isPresented());
+    // The question still stands when one is locked from elsewhere, by a session of its own.
+    EXPECT_TRUE(runTask(harness.masterPassword.authenticate(theMasterPassword)));
+    runTask(harness.manager.lockItem(harness.item(0)));
+    harness.typeMasterPassword(theMasterPassword);
+    EXPECT_EQ(TemporaryHome::read(harness.item(0).originalBackupPath), a.toUtf8());
+    EXPECT_FALSE(isMounted(a));
+    EXPECT_FALSE(isMounted(b));
+}
+
+TEST_F(Bulk, RowsAreBusyWhileTheJobRuns)
+{
+    protect({a});
+    bool wasBusy = false;
+    services.panels.grant = [&](const AccessRequest &request) {
+        wasBusy = started().dashboard.items()->isBusy(started().item().id);
+        return std::optional(request.paths);
+    };
+    unlockAll();
+    EXPECT_TRUE(wasBusy);
+    EXPECT_FALSE(started().dashboard.items()->isBusy(started().item().id));
+}
+
+TEST_F(Bulk, FailureIsShownAndTheSelectionStays)
+{
+    protect({a, b});
+    services.panels.grant = [&](const AccessRequest &) { return std::optional(QStringList(paper(a))); };
+    unlockAll();
+    EXPECT_TRUE(error().contains(QStringLiteral("b.txt: "))) << qUtf8Printable(error());
+    EXPECT_EQ(selection().selectedCount(), 2);
+    EXPECT_TRUE(selection().isInSelectionMode());
+    EXPECT_FALSE(bulk().progress()->isPresented());
+    EXPECT_TRUE(isMounted(a));
+    EXPECT_FALSE(isMounted(b));
+}
+
+TEST_F(Bulk, CancelInTheProgressSheetOnlyClosesIt)
+{
+    protect({a});
+    bool wasPresented = false;
+    services.panels.grant = [&](const AccessRequest &request) {
+        wasPresented = bulk().progress()->isPresented();
+        bulk().progress()->hide();
+        return std::optional(request.paths);
+    };
+    QList<bool> presented;
+    QObject::connect(bulk().progress(), &OperationProgress::changed, bulk().progress(),
+                     [&] { presented.append(bulk().progress()->isPresented()); });
+    unlockAll();
+    EXPECT_TRUE(wasPresented);
+    EXPECT_TRUE(isMounted(a)) << "the operation went on";
+    EXPECT_EQ(presented.lastIndexOf(true), presented.indexOf(false) - 1) << "the sheet never came back";
+}
+
+TEST_F(Bulk, RemovalAsksWithTheNumberAsBuilt)
+{
+    protect({a});
+    selectAll();
+    bulk().performBulkRemove();
+    ConfirmationDialogManager &dialog = started().confirmationDialog;
+    ASSERT_TRUE(dialog.isPresented());
+    EXPECT_EQ(dialog.title(), QStringLiteral("Remove Protection from 1 Items"));
+    EXPECT_EQ(dialog.message(),
+              QStringLiteral("This will restore all selected items to their original locations and remove them from "
+                             "Quillhaven's protection. Your original files will NOT be deleted."));
+    EXPECT_EQ(dialog.confirmTitle(), QStringLiteral("Remove Protection"));
+    EXPECT_EQ(dialog.cancelTitle(), QStringLiteral("Cancel"));
+    EXPECT_TRUE(dialog.isDestructive());
+    EXPECT_TRUE(dialog.showCancelButton());
+    dialog.cancel();
+    DashboardHarness::settle();
+    EXPECT_EQ(started().manager.protectedItems().size(), 1);
+    EXPECT_EQ(selection().selectedCount(), 1);
+}
+
+TEST_F(Bulk, ConfirmedRemovalGivesEverythingBack)
+{
+    protect({a, b});
+    selectAll();
+    bulk().performBulkRemove();
+    started().confirmationDialog.confirm();
+    DashboardHarness::settle();
+    EXPECT_TRUE(started().manager.protectedItems().isEmpty());
+    EXPECT_EQ(TemporaryHome::read(paper(a)), a.toUtf8());
+    EXPECT_EQ(TemporaryHome::read(paper(b)), b.toUtf8());
+    EXPECT_EQ(selection().selectedCount(), 0);
+}
+
+TEST_F(Bulk, RemovalOfNothingDoesNotAsk)
+{
+    protect({a});
+    bulk().performBulkRemove();
+    EXPECT_FALSE(started().confirmationDialog.isPresented());
+}
+
+TEST_F(Bulk, ProtectByPasswordFromThePickerToTheRecords)
+{
+    BulkFilePickerView &picker = *bulk().picker();
+    bulk().showBulkFilePicker();
+    EXPECT_TRUE(picker.isPresented());
+    picker.handleFileSelection({writePaper(a), writePaper(b)});
+    picker.protect();
+    EXPECT_FALSE(picker.isPresented());
+    ASSERT_TRUE(started().protectionMethodDialog.isPresented());
+    EXPECT_EQ(started().protectionMethodDialog.title(), QStringLiteral("Protect 2 Items"));
+    started().choosePassword();
+    EXPECT_EQ(started().passwordDialog.title(), QStringLiteral("Set Protection for 2 Items"));
+    EXPECT_EQ(started().passwordDialog.message(), QStringLiteral("Enter a password to protect these items:"));
+    EXPECT_TRUE(started().passwordDialog.requiresConfirmation());
+    started().typePassword(strongPassword);
+    EXPECT_EQ(started().manager.protectedItems().size(), 2);
+    EXPECT_FALSE(started().item().useTouchID);
+    EXPECT_FALSE(bulk().progress()->isPresented());
+    EXPECT_EQ(error(), QString());
+}
+
+TEST_F(Bulk, ProtectByTouchIDAsksOnce)
+{
+    bulk().performBulkProtect({writePaper(a), writePaper(b)});
+    started().chooseTouchID();
+    ConfirmationDialogManager &dialog = started().confirmationDialog;
+    ASSERT_TRUE(dialog.isPresented());
+    EXPECT_EQ(dialog.title(), QStringLiteral("Set Protection for 2 Items"));
+    EXPECT_EQ(dialog.message(), QStringLiteral("These items will be protected with Touch ID."));
+    EXPECT_EQ(dialog.confirmTitle(), QStringLiteral("Protect"));
+    EXPECT_FALSE(dialog.isDestructive());
+    EXPECT_TRUE(dialog.showCancelButton());
+    dialog.confirm();
+    DashboardHarness::settle();
+    ASSERT_EQ(started().manager.protectedItems().size(), 2);
+    EXPECT_TRUE(started().item(1).useTouchID);
+}
+
+TEST_F(Bulk, ProtectAsksForTheMasterPasswordAfterThePassword)
+{
+    storeMasterPassword();
+    bulk().performBulkProtect({writePaper(a)});
+    EXPECT_FALSE(started().masterPasswordDialog.isPresented());
+    started().choosePassword();
+    started().typePassword(strongPassword);
+    ASSERT_TRUE(started().masterPasswordDialog.isPresented());
+    EXPECT_FALSE(bulk().progress()->isPresented());
+    started().masterPasswordDialog.cancel();
+    DashboardHarness::settle();
+    EXPECT_TRUE(started().manager.protectedItems().isEmpty());
+    EXPECT_EQ(error(), QString());
+}
+
+TEST_F(Bulk, CancelOfTheMethodEndsTheSession)
+{
+    storeMasterPassword();
+    EXPECT_TRUE(runTask(started().masterPassword.authenticate(theMasterPassword)));
+    bulk().performBulkProtect({writePaper(a)});
+    started().cancelMethod();
+    EXPECT_FALSE(started().masterPassword.isAuthenticated());
+}
+
+TEST_F(Bulk, ProtectOfNothingShowsNothing)
+{
+    bulk().performBulkProtect({});
+    EXPECT_FALSE(started().protectionMethodDialog.isPresented());
+}
+
+TEST_F(Bulk, DropOfNothingDoesNothing)
+{
+    started().dashboard.onDrop({});
+    started().dashboard.onDrop({QUrl(QStringLiteral("https://example.org/a.txt"))});
+    DashboardHarness::settle();
+    EXPECT_EQ(error(), QString());
+    EXPECT_FALSE(started().protectionMethodDialog.isPresented());
+}
+
+TEST_F(Bulk, DropOfOneAsksForItsMethod)
+{
+    drop({writePaper(a)});
+    EXPECT_TRUE(started().protectionMethodDialog.isPresented());
+    EXPECT_EQ(started().protectionMethodDialog.title(), QStringLiteral("Protect a.txt"));
+}
+
+TEST_F(Bulk, DropOfOneRefusedShowsWhy)
+{
+    drop({paper(QStringLiteral("absent"))});
+    EXPECT_EQ(error(), QStringLiteral("File or folder does not exist"));
+}
+
+TEST_F(Bulk, MixedDropGoesOnWithWhatCanBeProtected)
+{
+    drop({paper(QStringLiteral("absent")), writePaper(a)});
+    EXPECT_EQ(started().protectionMethodDialog.title(), QStringLiteral("Protect 1 Items"));
+    EXPECT_EQ(error(), QString());
+}
+
+TEST_F(Bulk, DropOfSeveralRefusedSaysSo)
+{
+    drop({paper(QStringLiteral("absent")), paper(QStringLiteral("gone"))});
+    EXPECT_EQ(error(), QStringLiteral("None of the selected items can be protected"));
+    EXPECT_FALSE(started().protectionMethodDialog.isPresented());
+}
+
+TEST_F(Bulk, DroppedLinkStandsForWhatItPointsTo)
+{
+    const QString target = writePaper(a);
+    const QString link = paper(QStringLiteral("link"));
+    ASSERT_TRUE(QFile::link(target, link));
+    drop({link});
+    EXPECT_EQ(started().protectionMethodDialog.title(), QStringLiteral("Protect a.txt"));
+}
+
+TEST_F(Bulk, DeleteGestureRemovesEachRowByItself)
+{
+    protect({a, b, c});
+    started().dashboard.deleteFilteredItems({0, 2, 7});
+    DashboardHarness::settle();
+    EXPECT_EQ(started().shownNames(), QStringLiteral("b.txt"));
+    EXPECT_EQ(TemporaryHome::read(paper(c)), c.toUtf8());
+}
+
+TEST_F(Bulk, DuplicateOfALockedItemIsListedAndLogged)
+{
+    protect({a});
+    started().dashboard.duplicateAsEncryptedCopy(started().item().id);
+    DashboardHarness::settle();
+    EXPECT_EQ(started().shownNames(), QStringLiteral("a Copy.txt a.txt"));
+    EXPECT_TRUE(log.contains(QStringLiteral("✅ Successfully duplicated: a.txt")));
+    EXPECT_TRUE(log.contains(QStringLiteral("Duplicate progress: 0.3")));
+    EXPECT_EQ(error(), QString());
+}
+
+TEST_F(Bulk, DuplicateOfAnUnlockedItemShowsWhy)
+{
+    protect({a});
+    unlockAll();
+    started().dashboard.duplicateAsEncryptedCopy(started().item().id);
+    DashboardHarness::settle();
+    EXPECT_EQ(error(), QuillhavenError(QuillhavenError::itemNotFound).errorDescription());
+}

@@ -1,0 +1,212 @@
+#include "DashboardHarness.h"
+
+#include "catalogue/QuillhavenError.h"
+#include "platform/FileManagerDecorator.h"
+
+using namespace quillhaven;
+using namespace quillhaven::testing;
+
+namespace {
+
+/// Ends whatever asks for a file as the user's cancelling of an authentication does.
+class CancellingFiles : public FileManagerDecorator
+{
+public:
+    using FileManagerDecorator::FileManagerDecorator;
+    [[nodiscard]] bool fileExists(const QString &path) const override
+    {
+        if (isCancelling) {
+            throw QuillhavenError(QuillhavenError::authenticationCancelled);
+        }
+        return FileManagerDecorator::fileExists(path);
+    }
+
+    bool isCancelling = false;
+};
+
+class Shredding : public DashboardTest
+{
+protected:
+    /// Protects a folder, which has no password of its own, with one file in it.
+    QString protectFolder(const QString &name)
+    {
+        services.home.write(QStringLiteral("papers/") + name + QStringLiteral("/one.txt"));
+        const QString path = services.home.path(QStringLiteral("papers/") + name);
+        started().protect(path);
+        return path;
+    }
+    ShredActions &shredding() { return *started().dashboard.shredding(); }
+    /// Ticks the box, types the phrase and confirms.
+    void confirm()
+    {
+        ShredConfirmationDialog &dialog = *shredding().confirmation();
+        dialog.setHasReadWarning(true);
+        dialog.setConfirmationText(QStringLiteral("SHRED PERMANENTLY"));
+        dialog.confirm();
+        DashboardHarness::settle();
+    }
+    QVariantMap finder(const char *action, const QString &path)
+    {
+        return {{QStringLiteral("action"), QString::fromLatin1(action)}, {QStringLiteral("path"), path}};
+    }
+};
+
+} // namespace
+
+TEST_F(Shredding, NothingIsDestroyedBeforeTheConfirmation)
+{
+    protectFolder(QStringLiteral("album"));
+    shredding().onShred(started().item().id);
+    DashboardHarness::settle();
+    EXPECT_TRUE(shredding().confirmation()->isPresented());
+    EXPECT_EQ(shredding().confirmation()->itemNames(), QStringList(QStringLiteral("album")));
+    EXPECT_TRUE(TemporaryHome::exists(started().item().originalBackupPath));
+    EXPECT_EQ(shredding().protectedItemsToShred().size(), 1);
+}
+
+TEST_F(Shredding, CancelForgetsWhatWaited)
+{
+    protectFolder(QStringLiteral("album"));
+    shredding().onShred(started().item().id);
+    shredding().confirmation()->cancel();
+    DashboardHarness::settle();
+    EXPECT_FALSE(shredding().confirmation()->isPresented());
+    EXPECT_TRUE(shredding().protectedItemsToShred().isEmpty());
+    EXPECT_TRUE(shredding().itemsToShred().isEmpty());
+    EXPECT_EQ(started().manager.protectedItems().size(), 1);
+}
+
+TEST_F(Shredding, ConfirmedShredDestroysOneItemAndForgetsIt)
+{
+    const QString path = protectFolder(QStringLiteral("album"));
+    const ProtectedItem item = started().item();
+    started().dashboard.selection()->selectAll();
+    shredding().onShred(item.id);
+    confirm();
+    EXPECT_TRUE(started().manager.protectedItems().isEmpty());
+    for (const QString &each : {path, item.originalBackupPath, item.containerPath}) {
+        EXPECT_FALSE(TemporaryHome::exists(each)) << qUtf8Printable(each);
+    }
+    EXPECT_FALSE(shredding().progress()->isPresented());
+    EXPECT_EQ(shredding().progress()->percent(), 100);
+    EXPECT_TRUE(shredding().protectedItemsToShred().isEmpty());
+    EXPECT_EQ(started().dashboard.selection()->selectedCount(), 0);
+    EXPECT_FALSE(started().dashboard.showingError());
+}
+
+TEST_F(Shredding, SelectionIsShreddedTogether)
+{
+    protectFolder(QStringLiteral("album"));
+    protectFolder(QStringLiteral("diary"));
+    protectFolder(QStringLiteral("kept"));
+    started().dashboard.setSearchText(QStringLiteral("a"));
+    started().dashboard.selection()->selectAll();
+    started().dashboard.clearAllFilters();
+    QStringList told;
+    QObject::connect(shredding().progress(), &OperationProgress::changed, shredding().progress(),
+                     [&] { told.append(shredding().progress()->message()); });
+    shredding().performBulkShred();
+    EXPECT_EQ(shredding().confirmation()->itemNames(), (QStringList{QStringLiteral("album"), QStringLiteral("diary")}));
+    confirm();
+    EXPECT_EQ(started().shownNames(), QStringLiteral("kept"));
+    EXPECT_TRUE(told.contains(QStringLiteral("Successfully shredded 2 items")))
+        << qUtf8Printable(told.join(QLatin1Char('|')));
+}
+
+TEST_F(Shredding, FailureIsShownEmptiesTheListAndKeepsTheSelection)
+{
+    DashboardHarness &harness = started();
+    harness.protect(services.home.write(QStringLiteral("papers/will.pdf")));
+    harness.dashboard.selection()->selectAll();
+    shredding().onShred(harness.item().id);
+    confirm();
+    ASSERT_TRUE(harness.passwordDialog.isPresented());
+    EXPECT_TRUE(shredding().progress()->isPresented());
+    harness.typePassword(QStringLiteral("wrong"));
+    EXPECT_EQ(harness.dashboard.errorMessage(),
+              QuillhavenError(QuillhavenError::authenticationFailed).errorDescription());
+    EXPECT_TRUE(harness.dashboard.showingError());
+    EXPECT_FALSE(shredding().progress()->isPresented());
+    EXPECT_TRUE(shredding().protectedItemsToShred().isEmpty());
+    EXPECT_EQ(harness.dashboard.selection()->selectedCount(), 1);
+    EXPECT_EQ(harness.manager.protectedItems().size(), 1);
+    EXPECT_FALSE(harness.dashboard.items()->isBusy(harness.item().id));
+}
+
+TEST_F(Shredding, CancelledAuthenticationKeepsTheListAndShowsNothing)
+{
+    CancellingFiles files(services.fileManager);
+    DashboardHarness harness(services.platform(files));
+    services.home.write(QStringLiteral("papers/album/one.txt"));
+    harness.protect(services.home.path(QStringLiteral("papers/album")));
+    ShredActions &actions = *harness.dashboard.shredding();
+    harness.dashboard.selection()->selectAll();
+    actions.onShred(harness.item().id);
+    files.isCancelling = true;
+    actions.performShredOperation();
+    DashboardHarness::settle();
+    files.isCancelling = false;
+    EXPECT_TRUE(log.contains(QStringLiteral("Authentication cancelled by user")));
+    EXPECT_FALSE(harness.dashboard.showingError());
+    EXPECT_FALSE(actions.progress()->isPresented());
+    EXPECT_EQ(actions.protectedItemsToShred().size(), 1);
+    EXPECT_EQ(harness.dashboard.selection()->selectedCount(), 1);
+}
+
+TEST_F(Shredding, FinderShredOfAnUnknownPathShredsItAfterTheConfirmation)
+{
+    const QString path = services.home.write(QStringLiteral("papers/loose.txt"));
+    started().dashboard.handleFinderAction(finder("shred", path));
+    DashboardHarness::settle();
+    EXPECT_EQ(shredding().confirmation()->itemNames(), QStringList(QStringLiteral("loose.txt")));
+    EXPECT_EQ(shredding().itemsToShred(), QStringList(path));
+    EXPECT_TRUE(shredding().protectedItemsToShred().isEmpty());
+    EXPECT_TRUE(TemporaryHome::exists(path));
+    confirm();
+    EXPECT_FALSE(TemporaryHome::exists(path));
+    EXPECT_TRUE(shredding().itemsToShred().isEmpty());
+}
+
+TEST_F(Shredding, FinderShredOfAnItemShredsTheItem)
+{
+    const QString path = protectFolder(QStringLiteral("album"));
+    started().dashboard.handleFinderAction(finder("shred", path));
+    EXPECT_TRUE(shredding().itemsToShred().isEmpty());
+    EXPECT_EQ(shredding().protectedItemsToShred().size(), 1);
+}
+
+TEST_F(Shredding, FinderUnlockAndLockWorkOnTheItemOfThePath)
+{
+    const QString path = protectFolder(QStringLiteral("album"));
+    started().dashboard.handleFinderAction(finder("lock", path));
+    DashboardHarness::settle();
+    EXPECT_TRUE(TemporaryHome::exists(started().item().originalBackupPath + QStringLiteral("/one.txt")))
+        << "locking what is locked would destroy it";
+    started().dashboard.handleFinderAction(finder("unlock", path));
+    DashboardHarness::settle();
+    EXPECT_TRUE(started().item().isMounted);
+    started().dashboard.handleFinderAction(finder("lock", path));
+    DashboardHarness::settle();
+    EXPECT_FALSE(started().item().isMounted);
+}
+
+TEST_F(Shredding, FinderActionOfAnUnknownKindOrPathDoesNothing)
+{
+    const QString path = protectFolder(QStringLiteral("album"));
+    DashboardViewModel &dashboard = started().dashboard;
+    dashboard.handleFinderAction(finder("unlock", path + QStringLiteral("2")));
+    dashboard.handleFinderAction(finder("Unlock", path));
+    dashboard.handleFinderAction({{QStringLiteral("action"), QStringLiteral("unlock")}});
+    dashboard.handleFinderAction({{QStringLiteral("action"), 1}, {QStringLiteral("path"), path}});
+    DashboardHarness::settle();
+    EXPECT_FALSE(started().item().isMounted);
+    EXPECT_FALSE(dashboard.showingError());
+    EXPECT_FALSE(shredding().confirmation()->isPresented());
+}
+
+TEST_F(Shredding, FinderProtectAsksForTheMethod)
+{
+    started().dashboard.handleFinderAction(finder("protect", services.home.write(QStringLiteral("papers/a.txt"))));
+    DashboardHarness::settle();
+    EXPECT_EQ(started().protectionMethodDialog.title(), QStringLiteral("Protect a.txt"));
+}
