@@ -51,8 +51,9 @@ public:
     /// Moves a file or folder, also to another file system, with its metadata, flushed to the device. Fails with
     /// `TargetExists` when something stands at `target`. On failure the source is whole and the target absent.
     virtual void moveItem(const QString &source, const QString &target) = 0;
-    /// Puts `replacement` in the place of `original`, which must stand, in one step. Either may be a folder. Afterwards
-    /// nothing stands at `replacement`; on failure `original` is whole.
+    /// Puts `replacement` in the place of `original`, which must stand. Either may be a folder. Afterwards nothing
+    /// stands at `replacement`; on failure `original` is whole. A file takes a file's place in one step. With a folder
+    /// the place is empty for a moment: a program that ends then leaves `replacement` where it was.
     virtual void replaceItemAt(const QString &original, const QString &replacement) = 0;
     /// Copies a file or folder with its metadata to a name where nothing stands, flushed to the device. Fails with
     /// `TargetExists` otherwise. On failure nothing stands at `target`.

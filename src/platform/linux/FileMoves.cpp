@@ -88,15 +88,18 @@ int swapIn(const QByteArray &original, const struct stat &old, const QByteArray 
     }
     // Found out now, while both are whole: a folder that could not be emptied afterwards.
     requireRemovable(original);
-    const int error = exchangeNames(original, replacement);
-    if (error != 0) {
+    // Not by an exchange of the names: a program that ended right behind it would leave the old item at the name of the
+    // new one, to be taken for it later.
+    const QByteArray aside = hiddenNameBeside(original);
+    if (const int error = renameWithoutReplacing(original, aside)) {
         return error;
     }
-    const int removalError = removeReplaced(replacement);
-    if (removalError != 0) {
-        (void)exchangeNames(original, replacement);
+    if (const int error = renameWithoutReplacing(replacement, original)) {
+        (void)renameWithoutReplacing(aside, original);
+        return error;
     }
-    return removalError;
+    discardTree(aside);
+    return 0;
 }
 
 /// As in `moveAcross`, the replacement goes only after its copy has taken its place on the device.
@@ -160,31 +163,6 @@ int renameWithoutReplacing(const QByteArray &source, const QByteArray &target)
 {
     const int error = renameWithFlag(source, target, RENAME_NOREPLACE);
     return isFlagUnknown(error) ? renameWithoutFlags(source, target) : error;
-}
-
-int exchangeByRenames(const QByteArray &original, const QByteArray &replacement)
-{
-    const QByteArray aside = hiddenNameBeside(original);
-    int error = renameWithoutReplacing(original, aside);
-    if (error != 0) {
-        return error;
-    }
-    error = renameWithoutReplacing(replacement, original);
-    if (error != 0) {
-        (void)renameWithoutReplacing(aside, original);
-        return error;
-    }
-    error = renameWithoutReplacing(aside, replacement);
-    if (error != 0 && renameWithoutReplacing(original, replacement) == 0) {
-        (void)renameWithoutReplacing(aside, original);
-    }
-    return error;
-}
-
-int exchangeNames(const QByteArray &original, const QByteArray &replacement)
-{
-    const int error = renameWithFlag(replacement, original, RENAME_EXCHANGE);
-    return isFlagUnknown(error) ? exchangeByRenames(original, replacement) : error;
 }
 
 void moveTo(const QByteArray &source, const QByteArray &target, const MoveNames &names)

@@ -20,12 +20,4 @@ void putInPlaceOf(const QByteArray &original, const QByteArray &replacement, con
 /// The second way of `renameWithoutReplacing` by itself.
 [[nodiscard]] int renameWithoutFlags(const QByteArray &source, const QByteArray &target);
 
-/// `renameat2(RENAME_EXCHANGE)`, and where the file system does not know it, three renames: the item at `original`
-/// steps aside, `replacement` takes its place, and the old one takes the name of `replacement`. A failure on the way
-/// puts the old one back. Returns 0 or the error number.
-[[nodiscard]] int exchangeNames(const QByteArray &original, const QByteArray &replacement);
-
-/// The second way of `exchangeNames` by itself.
-[[nodiscard]] int exchangeByRenames(const QByteArray &original, const QByteArray &replacement);
-
 } // namespace quillhaven
