@@ -57,8 +57,8 @@ QCoro::Task<> BulkFilePickerView::runFilePicker()
         request.canChooseDirectories = true;
         request.allowsMultipleSelection = true;
         chosen = co_await m_panels.openSeveral(request);
-    } catch (...) {
-        printLogger(QStringLiteral("File selection failed: ") + localizedDescription(std::current_exception()));
+    } catch (const LocalizedError &) {
+        printLogger(QStringLiteral("File selection failed"));
     }
     m_showingFilePicker = false;
     handleFileSelection(chosen.value_or(QStringList()));

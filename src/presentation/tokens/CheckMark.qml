@@ -1,8 +1,9 @@
 import QtQuick
 import QtQuick.Controls.Basic
+import QtQuick.Layouts
 import Quillhaven.Design
 
-/// A box to tick, with what it says beside it. `pressed` tells that the user wants it the other way round; the opener
+/// A box to tick, with what it says beside it. `toggleRequested` tells that the user wants it the other way round; the opener
 /// decides.
 AbstractButton {
     id: box
@@ -33,13 +34,10 @@ AbstractButton {
     Keys.onReturnPressed: press()
     Keys.onEnterPressed: press()
 
-    contentItem: Row {
+    contentItem: RowLayout {
         spacing: Spacing.sm
 
         SymbolImage {
-            id: symbolImage
-
-            anchors.verticalCenter: parent.verticalCenter
             symbol: box.ticked ? box.tickedSymbol : box.emptySymbol
             size: box.symbolSize
             color: box.ticked || box.hovered ? Colors.primaryAccent : Colors.iconMuted
@@ -48,8 +46,7 @@ AbstractButton {
         Text {
             id: words
 
-            anchors.verticalCenter: parent.verticalCenter
-            width: Math.min(implicitWidth, box.width - symbolImage.width - parent.spacing)
+            Layout.fillWidth: true
             visible: text !== ""
             text: box.text
             textFormat: Text.PlainText

@@ -1,0 +1,287 @@
+// The sheets around long operations, each in a real window, driven by keys and looked at by its texts. The pictures go
+// where QUILLHAVEN_SCREENSHOTS says.
+
+#include "DialogScene.h"
+
+#include "presentation/dialogs/BulkFilePickerView.h"
+#include "presentation/dialogs/ErrorDialogManager.h"
+#include "presentation/dialogs/OperationProgress.h"
+#include "presentation/dialogs/RecoveryDialogManager.h"
+#include "presentation/dialogs/ShredConfirmationDialog.h"
+#include "support/FakeFilePanels.h"
+
+using namespace quillhaven;
+using namespace quillhaven::testing;
+
+namespace {
+
+const QSize smallest(760, 560);
+
+QStringList manyNames()
+{
+    QStringList names;
+    for (int number = 1; number <= 12; ++number) {
+        names.append(QStringLiteral("Contract %1.pdf").arg(number));
+    }
+    return names;
+}
+
+void drawInBothSizes(DialogScene &scene, const QString &name)
+{
+    scene.draw(name + QStringLiteral("-1200"));
+    scene.window()->resize(smallest);
+    ASSERT_TRUE(spinUntil([&] { return scene.window()->size() == smallest; }, 5000));
+    scene.draw(name + QStringLiteral("-760"));
+}
+
+class ShredConfirmationWindow : public ::testing::Test
+{
+protected:
+    ShredConfirmationWindow()
+    {
+        dialog.onConfirm = [this] { isConfirmed = true; };
+    }
+
+    bool isConfirmed = false;
+    ShredConfirmationDialog dialog;
+    DialogScene scene{QStringLiteral("ShredConfirmationDialog { dialog: scene.shred }"),
+                      {{QStringLiteral("shred"), QVariant::fromValue(&dialog)}}};
+};
+
+} // namespace
+
+TEST_F(ShredConfirmationWindow, TellsEverythingThatIsAboutToHappen)
+{
+    dialog.show({QStringLiteral("will.pdf"), QStringLiteral("album")});
+    ASSERT_TRUE(scene.getsFocus("Cancel"));
+    const QStringList names = scene.heard().names;
+    for (const char *text :
+         {"Permanent Deletion Warning", "You are about to permanently delete the following items:", "will.pdf", "album",
+          "⚠️ This action cannot be undone", "• Files will be overwritten using DoD 5220.22-M standard",
+          "• Data will be unrecoverable by any means", "• File system metadata will be permanently cleared",
+          "• This process may take several minutes", "I understand this will permanently delete the selected items",
+          "Type 'SHRED PERMANENTLY' to confirm:", "Cancel", "🗑️ Shred Permanently"}) {
+        EXPECT_TRUE(names.contains(QString::fromUtf8(text))) << text;
+    }
+    EXPECT_TRUE(scene.findSymbol("exclamationmark.triangle.fill"));
+    EXPECT_TRUE(scene.findSymbol("square"));
+}
+
+TEST_F(ShredConfirmationWindow, KeyboardAloneConfirms)
+{
+    dialog.show({QStringLiteral("will.pdf")});
+    ASSERT_TRUE(scene.getsFocus("Cancel"));
+    scene.press(Qt::Key_Tab);
+    ASSERT_TRUE(scene.getsFocus("I understand this will permanently delete the selected items"));
+    scene.press(Qt::Key_Space);
+    EXPECT_TRUE(dialog.hasReadWarning());
+    EXPECT_TRUE(scene.findSymbol("checkmark.square.fill"));
+    scene.press(Qt::Key_Tab);
+    scene.type("shred permanently");
+    EXPECT_EQ(dialog.confirmationText(), QStringLiteral("shred permanently"));
+    scene.press(Qt::Key_Return);
+    EXPECT_TRUE(isConfirmed);
+    EXPECT_TRUE(scene.getsFocus("Behind"));
+}
+
+TEST_F(ShredConfirmationWindow, ReturnWithoutThePhraseConfirmsNothing)
+{
+    dialog.show({QStringLiteral("will.pdf")});
+    ASSERT_TRUE(scene.getsFocus("Cancel"));
+    scene.press(Qt::Key_Tab);
+    scene.press(Qt::Key_Tab);
+    scene.press(Qt::Key_Return);
+    EXPECT_FALSE(isConfirmed);
+    EXPECT_TRUE(dialog.isPresented());
+    scene.press(Qt::Key_Escape);
+    EXPECT_FALSE(dialog.isPresented());
+    dialog.show({QStringLiteral("will.pdf")});
+    ASSERT_TRUE(scene.getsFocus("Cancel"));
+    EXPECT_FALSE(scene.holdsTypedText("shred permanently"));
+}
+
+TEST_F(ShredConfirmationWindow, ButtonsStayInSightWhereTheWindowIsSmall)
+{
+    scene.window()->resize(smallest);
+    ASSERT_TRUE(spinUntil([&] { return scene.window()->size() == smallest; }, 5000));
+    dialog.show(manyNames());
+    ASSERT_TRUE(scene.getsFocus("Cancel"));
+    scene.window()->grabWindow();
+    const QQuickItem *confirm = scene.find("🗑️ Shred Permanently");
+    ASSERT_TRUE(confirm);
+    EXPECT_LE(confirm->mapToScene({0, confirm->height()}).y(), smallest.height());
+    // The field lies below what is shown, until the keyboard reaches it.
+    scene.press(Qt::Key_Tab);
+    scene.press(Qt::Key_Tab);
+    const QQuickItem *field = scene.window()->activeFocusItem();
+    ASSERT_TRUE(field);
+    EXPECT_LE(field->mapToScene({0, field->height()}).y(), confirm->mapToScene({0, 0}).y());
+}
+
+TEST(ShredProgressWindow, ShowsItsStateAndCannotBeLeft)
+{
+    OperationProgress operation;
+    DialogScene scene(QStringLiteral("ShredProgressView { operation: scene.operation }"),
+                      {{QStringLiteral("operation"), QVariant::fromValue(&operation)}});
+    operation.show();
+    operation.report(QStringLiteral("Pass 2 of 3: will.pdf"), 0.999);
+    ASSERT_TRUE(spinUntil([&] { return scene.shows("Secure Shredding in Progress"); }, 5000));
+    for (const char *text : {"Pass 2 of 3: will.pdf", "Progress", "99%", "DoD 5220.22-M Standard",
+                             "3-Pass Overwrite Process", "Metadata Clearing", "Do not interrupt this process"}) {
+        EXPECT_TRUE(scene.shows(text)) << text;
+    }
+    for (const char *symbol :
+         {"trash.fill", "shield.fill", "arrow.clockwise", "lock.fill", "exclamationmark.triangle.fill"}) {
+        EXPECT_TRUE(scene.findSymbol(symbol)) << symbol;
+    }
+    EXPECT_FALSE(scene.shows("Cancel Operation"));
+    // The keyboard has nowhere to go, and must not reach what is behind.
+    for (const Qt::Key key : {Qt::Key_Escape, Qt::Key_Tab, Qt::Key_Tab, Qt::Key_Backtab}) {
+        scene.press(key);
+        EXPECT_FALSE(scene.focused().contains(QStringLiteral("ehind"))) << qUtf8Printable(scene.focused());
+    }
+    EXPECT_TRUE(operation.isPresented());
+    operation.hide();
+    EXPECT_TRUE(scene.getsFocus("Behind"));
+}
+
+TEST(ShredProgressWindow, CancelsWhereTheOpenerCan)
+{
+    OperationProgress operation;
+    DialogScene scene(QStringLiteral("ShredProgressView { operation: scene.operation; canCancel: true\n"
+                                     "onCancelled: operation.hide() }"),
+                      {{QStringLiteral("operation"), QVariant::fromValue(&operation)}});
+    operation.show();
+    ASSERT_TRUE(scene.getsFocus("Cancel Operation"));
+    scene.press(Qt::Key_Return);
+    EXPECT_FALSE(operation.isPresented());
+}
+
+TEST(BulkProgressWindow, ShowsItsStateAndCloses)
+{
+    OperationProgress operation;
+    DialogScene scene(QStringLiteral("BulkProgressView { operation: scene.operation }"),
+                      {{QStringLiteral("operation"), QVariant::fromValue(&operation)}});
+    operation.show();
+    operation.report(QStringLiteral("Locking will.pdf..."), 0.5);
+    ASSERT_TRUE(scene.getsFocus("Cancel"));
+    for (const char *text : {"Bulk Operation", "Locking will.pdf...", "50% Complete"}) {
+        EXPECT_TRUE(scene.shows(text)) << text;
+    }
+    drawInBothSizes(scene, QStringLiteral("bulk-progress"));
+    scene.press(Qt::Key_Return);
+    EXPECT_FALSE(operation.isPresented());
+}
+
+TEST(BulkFilePickerWindow, GathersAndProtectsByKeys)
+{
+    FakeFilePanels panels;
+    BulkFilePickerView picker(panels, [](const QString &) { return true; });
+    QStringList handedOver;
+    picker.onFilesSelected = [&](const QStringList &paths) { handedOver = paths; };
+    DialogScene scene(QStringLiteral("BulkFilePickerView { picker: scene.picker }"),
+                      {{QStringLiteral("picker"), QVariant::fromValue(&picker)}});
+    picker.show();
+    ASSERT_TRUE(scene.getsFocus("Select Files & Folders"));
+    for (const char *text :
+         {"Bulk File Protection", "Select multiple files and folders to protect at once", "Protect 0 Items"}) {
+        EXPECT_TRUE(scene.shows(text)) << text;
+    }
+    EXPECT_FALSE(scene.shows("Clear All"));
+    EXPECT_FALSE(scene.find("Protect 0 Items")->isEnabled());
+    panels.answer = [](const OpenPanelRequest &) { return QStringLiteral("/papers/a.txt"); };
+    scene.press(Qt::Key_Return);
+    ASSERT_TRUE(spinUntil([&] { return scene.shows("Selected Items (1)"); }, 5000));
+    EXPECT_TRUE(scene.shows("a.txt"));
+    EXPECT_TRUE(scene.shows("Clear All"));
+    picker.handleFileSelection({QStringLiteral("/papers/b.txt")});
+    EXPECT_TRUE(scene.heard().names.contains(QStringLiteral("Remove b.txt")));
+    scene.click("Protect 2 Items");
+    EXPECT_EQ(handedOver, (QStringList{QStringLiteral("/papers/a.txt"), QStringLiteral("/papers/b.txt")}));
+}
+
+TEST(RecoveryWindow, KeyboardAloneRecovers)
+{
+    RecoveryDialogManager manager;
+    DialogScene scene(QStringLiteral("RecoveryDialog { manager: scene.recovery }"),
+                      {{QStringLiteral("recovery"), QVariant::fromValue(&manager)}});
+    QString entered;
+    manager.show([&](const QString &password) { entered = password; }, [&] { manager.setIsPresented(false); });
+    ASSERT_TRUE(scene.getsFocus("Master Password"));
+    for (const char *text : {"Enter your master password to restore all your protected files from iCloud backup",
+                             "How to use:", "Enter your master password (the same password you use to access the app)",
+                             "Click 'Recover All Files' to restore all your protected files",
+                             "Choose a folder to save all recovered files", "Recover All Files"}) {
+        EXPECT_TRUE(scene.shows(text)) << text;
+    }
+    scene.press(Qt::Key_Return);
+    EXPECT_FALSE(manager.isRecovering());
+    scene.type("Masterkey9");
+    EXPECT_FALSE(scene.heard().texts.contains(QStringLiteral("Masterkey9")));
+    drawInBothSizes(scene, QStringLiteral("recovery"));
+    scene.press(Qt::Key_Return);
+    EXPECT_EQ(entered, QStringLiteral("Masterkey9"));
+    EXPECT_TRUE(scene.shows("Recovering..."));
+    scene.press(Qt::Key_Escape);
+    EXPECT_FALSE(manager.isPresented());
+    EXPECT_FALSE(scene.holdsTypedText("Masterkey9"));
+}
+
+TEST(ErrorWindow, LongTextScrollsAndItsButtonStays)
+{
+    ErrorDialogManager manager;
+    DialogScene scene(QStringLiteral("ErrorDialog { manager: scene.error }"),
+                      {{QStringLiteral("error"), QVariant::fromValue(&manager)}});
+    QString message = QStringLiteral("Some items failed to unlock:");
+    for (const QString &name : manyNames() + manyNames() + manyNames() + manyNames()) {
+        message += QLatin1Char('\n') + name + QStringLiteral(": The disk is full.");
+    }
+    manager.showErrorWithAutoTroubleshooting(message, QStringLiteral("Error"));
+    ASSERT_TRUE(scene.getsFocus("OK"));
+    scene.window()->grabWindow();
+    const QQuickItem *ok = scene.find("OK");
+    EXPECT_LE(ok->mapToScene({0, ok->height()}).y(), scene.window()->height());
+    const QQuickItem *title = scene.find("Error");
+    const qreal before = title->mapToScene({0, 0}).y();
+    scene.press(Qt::Key_PageDown);
+    EXPECT_LT(title->mapToScene({0, 0}).y(), before);
+    drawInBothSizes(scene, QStringLiteral("error-long"));
+}
+
+TEST(OperationPictures, ShredConfirmation)
+{
+    ShredConfirmationDialog dialog;
+    DialogScene scene(QStringLiteral("ShredConfirmationDialog { dialog: scene.shred }"),
+                      {{QStringLiteral("shred"), QVariant::fromValue(&dialog)}});
+    dialog.show(manyNames());
+    ASSERT_TRUE(scene.getsFocus("Cancel"));
+    dialog.setHasReadWarning(true);
+    dialog.setConfirmationText(QStringLiteral("SHRED PERMANENTLY"));
+    drawInBothSizes(scene, QStringLiteral("shred-confirmation"));
+}
+
+TEST(OperationPictures, ShredProgress)
+{
+    OperationProgress operation;
+    DialogScene scene(QStringLiteral("ShredProgressView { operation: scene.operation }"),
+                      {{QStringLiteral("operation"), QVariant::fromValue(&operation)}});
+    operation.show();
+    operation.report(QStringLiteral("Shredding original file: Contract 1.pdf"), 0.42);
+    drawInBothSizes(scene, QStringLiteral("shred-progress"));
+}
+
+TEST(OperationPictures, BulkFilePicker)
+{
+    FakeFilePanels panels;
+    BulkFilePickerView picker(panels, [](const QString &) { return true; });
+    DialogScene scene(QStringLiteral("BulkFilePickerView { picker: scene.picker }"),
+                      {{QStringLiteral("picker"), QVariant::fromValue(&picker)}});
+    picker.show();
+    scene.draw(QStringLiteral("bulk-picker-empty"));
+    QStringList paths{QStringLiteral("/tmp")};
+    for (const QString &name : manyNames()) {
+        paths.append(QStringLiteral("/papers/") + name);
+    }
+    picker.handleFileSelection(paths);
+    drawInBothSizes(scene, QStringLiteral("bulk-picker"));
+}
