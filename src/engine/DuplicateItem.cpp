@@ -14,22 +14,32 @@
 
 #include <QRegularExpression>
 
+#include <algorithm>
+
 namespace quillhaven {
 
 namespace {
 
-QString freeDuplicatePath(const FileManager &files, const QString &originalPath, const QString &originalName)
+/// A name beside the original that neither a file nor another item's record has: nothing stands at the place of a
+/// duplicate, and two of one place would take each other for a placeholder.
+QString freeDuplicatePath(const FileManager &files, const QList<ProtectedItem> &items, const ProtectedItem &item)
 {
+    const QString &originalName = item.originalName;
     static const QRegularExpression lastExtension(QStringLiteral(R"(\.[^.]*$)"));
     static const QRegularExpression untilLastDot(QStringLiteral(R"(^.*\.)"));
     const QString base = QString(originalName).remove(lastExtension);
     const QString behindDot = QString(originalName).remove(untilLastDot);
     const bool hasExtension = !behindDot.isEmpty() && behindDot != originalName;
     const QString extension = hasExtension ? QLatin1Char('.') + behindDot : QString();
-    const QString directory = parentDirectory(originalPath);
+    const QString directory = parentDirectory(item.originalPath);
+    const auto isRecorded = [&items](const QString &path) {
+        return std::ranges::find(items, path, &ProtectedItem::originalPath) != items.end();
+    };
     QString candidate = pathInDirectory(directory, base + QStringLiteral(" Copy") + extension);
-    for (int number = 2; files.fileExists(candidate); ++number) {
-        (void)files.sizeOfItem(candidate); // throws for a place that cannot be looked at
+    for (int number = 2; isRecorded(candidate) || files.fileExists(candidate); ++number) {
+        if (!isRecorded(candidate)) {
+            (void)files.sizeOfItem(candidate); // throws for a place that cannot be looked at
+        }
         candidate = pathInDirectory(directory, base + QStringLiteral(" Copy %1").arg(number) + extension);
     }
     return candidate;
@@ -61,7 +71,7 @@ QCoro::Task<> QuillhavenManager::duplicate(ProtectedItem item, ProgressCallback 
         throw QuillhavenError(QuillhavenError::itemNotFound);
     }
     progressCallback(QStringLiteral("Creating duplicate..."), 0.3);
-    const QString destination = freeDuplicatePath(files, item.originalPath, item.originalName);
+    const QString destination = freeDuplicatePath(files, m_protectedItems, item);
 
     progressCallback(QStringLiteral("Protecting duplicate..."), 0.6);
     auto copy = [&files, source = item.originalBackupPath, destination] { files.copyItem(source, destination); };

@@ -1,0 +1,74 @@
+#pragma once
+
+#include "support/EngineHarness.h"
+
+#include <optional>
+#include <random>
+#include <vector>
+
+namespace quillhaven::testing {
+
+/// What should be true of a few files and folders while a user, other programs and restarts work on them, beside the
+/// real engine. Every step picks one item and one action, does it to both, and compares all items.
+class ItemModel
+{
+public:
+    ItemModel(TestPlatform &services, unsigned seed);
+
+    /// One random action; its name for a message.
+    std::string step();
+    /// Compares every item with what stands on disk and in the catalogue.
+    void check() const;
+
+private:
+    enum class State { Plain, Locked, Unlocked, Gone };
+
+    struct Item
+    {
+        QString path;
+        bool isFolder = false;
+        State state = State::Plain;
+        QString id;                      ///< of the record, when there is one
+        std::optional<QByteArray> bytes; ///< the data; nothing when its owner deleted it
+        bool hasPlaceholder = false;     ///< while locked: whether anything stands at the place
+        [[nodiscard]] QString dataIn(const QString &place) const
+        {
+            return isFolder ? place + QStringLiteral("/inner.txt") : place;
+        }
+    };
+
+    void start();
+    /// One random choice; "nothing" when the item is in no state for it.
+    std::string tryStep();
+    std::string createAnew(Item &item);
+    [[nodiscard]] unsigned pick(unsigned bound) { return m_random() % bound; }
+    [[nodiscard]] const ProtectedItem *record(const Item &item) const;
+    /// The error's case that the call throws, or nothing.
+    template <typename Call>
+    std::optional<QString> errorOf(Call call);
+    template <typename Call>
+    void expectSuccess(Call call);
+
+    std::string protect(Item &item);
+    std::string lock(Item &item);
+    std::string unlock(Item &item);
+    std::string unlockWithWrongPassword(Item &item);
+    std::string unlockCancelled(Item &item);
+    std::string remove(Item &item);
+    std::string duplicate(Item &item);
+    std::string shred(Item &item);
+    std::string editOutside(Item &item);
+    std::string deleteOutside(Item &item);
+    std::string bulkLock();
+    std::string bulkUnlock();
+    std::string restart();
+    std::string declineThePanel(Item &item);
+
+    TestPlatform &m_services;
+    std::mt19937 m_random;
+    std::unique_ptr<EngineHarness> m_engine;
+    std::vector<Item> m_items;
+    int m_edits = 0;
+};
+
+} // namespace quillhaven::testing

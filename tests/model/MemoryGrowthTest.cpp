@@ -1,0 +1,43 @@
+// The bytes that the allocator has given out stay the same, however many operations went before.
+
+#include "platform/printLogger.h"
+#include "support/EngineHarness.h"
+
+#include <malloc.h>
+
+using namespace quillhaven;
+using namespace quillhaven::testing;
+
+namespace {
+
+size_t allocatedBytes()
+{
+    return mallinfo2().uordblks;
+}
+
+} // namespace
+
+TEST(MemoryGrowth, TenThousandOperationsLeaveNothingBehind)
+{
+    constexpr int warmUp = 500;
+    constexpr int operations = 10'000;
+    constexpr size_t slack = 64 * 1024; // the libraries' own caches; a leak of 16 bytes an operation is above it
+    setLogSink([](const QString &) {});
+    TestPlatform services;
+    EngineHarness engine(services);
+    engine.protect(services.home.write(QStringLiteral("Desktop/a.txt"), "mine"));
+    size_t before = 0;
+    for (int i = 0; i < warmUp + operations; ++i) {
+        if (i == warmUp) {
+            before = allocatedBytes();
+        }
+        if (i % 2 == 0) {
+            engine.unlock();
+        } else {
+            engine.lock();
+        }
+        services.panels.requests.clear();
+    }
+    EXPECT_LE(allocatedBytes(), before + slack);
+    setLogSink({});
+}

@@ -1,0 +1,29 @@
+// Random sequences of what users, other programs and restarts do to a few items, against a plain model of what should
+// then stand where. A failure prints its seed and the steps that led to it.
+
+#include "model/ItemModel.h"
+#include "platform/printLogger.h"
+
+using namespace quillhaven;
+using namespace quillhaven::testing;
+
+class RandomOperations : public ::testing::TestWithParam<unsigned>
+{
+};
+
+TEST_P(RandomOperations, LeaveEveryItemWhereTheModelHasIt)
+{
+    constexpr int steps = 600;
+    const LogCapture log;
+    TestPlatform services;
+    ItemModel model(services, GetParam());
+    std::string history = "seed " + std::to_string(GetParam());
+    for (int i = 0; i < steps && !HasFailure(); ++i) {
+        history += "\n" + model.step();
+        model.check();
+    }
+    EXPECT_FALSE(HasFailure()) << history;
+    std::printf("seed %u: %d steps\n", GetParam(), steps);
+}
+
+INSTANTIATE_TEST_SUITE_P(Seeds, RandomOperations, ::testing::Range(1u, 21u));
