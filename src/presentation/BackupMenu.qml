@@ -33,7 +33,8 @@ PopMenu {
         enabled: false
         visible: !menu.backup.isAvailable
         height: visible ? implicitHeight : 0
-        padding: Spacing.md
+        leftPadding: Spacing.sm
+        rightPadding: Spacing.sm
         Accessible.role: Accessible.StaticText
         Accessible.name: note.text
         background: null

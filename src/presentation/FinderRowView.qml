@@ -81,7 +81,7 @@ FocusScope {
         anchors.fill: parent
         anchors.margins: 4
         radius: DesignSystem.cornerRadiusMedium
-        color: row.activeFocus || row.isSelected ? Colors.selection : hover.hovered ? Colors.hover : "transparent"
+        color: row.isSelected || row.activeFocus && !row.isInSelectionMode ? Colors.selection : hover.hovered ? Colors.hover : "transparent"
         border.width: row.activeFocus ? 1 : 0
         border.color: Colors.focus
 
@@ -111,8 +111,7 @@ FocusScope {
             id: mark
 
             visible: row.isInSelectionMode
-            tickedSymbol: "checkmark.circle.fill"
-            emptySymbol: "circle"
+            isRound: true
             label: "Select " + row.originalName
             ticked: row.isSelected
             activeFocusOnTab: row.isCurrent || activeFocus

@@ -18,6 +18,16 @@ namespace quillhaven {
 
 namespace {
 
+/// The style counts for the whole process, and Qt takes it only before the first control.
+void chooseStyle()
+{
+    static const bool isChosen = [] {
+        QQuickStyle::setStyle(QStringLiteral("Basic"));
+        return true;
+    }();
+    Q_UNUSED(isChosen)
+}
+
 QVariantMap initialProperties(const MainWindowModels &models)
 {
     return {{QStringLiteral("dashboard"), QVariant::fromValue(&models.dashboard)},
@@ -33,7 +43,7 @@ QVariantMap initialProperties(const MainWindowModels &models)
 
 MainWindow::MainWindow(const MainWindowModels &models, QObject *parent) : QObject(parent)
 {
-    QQuickStyle::setStyle(QStringLiteral("Basic"));
+    chooseStyle();
     m_engine = std::make_unique<QQmlApplicationEngine>();
     installDesign(*m_engine);
     m_engine->setInitialProperties(initialProperties(models));

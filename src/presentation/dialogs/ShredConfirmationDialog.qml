@@ -23,7 +23,7 @@ SheetFrame {
 
     Rectangle {
         Layout.fillWidth: true
-        implicitHeight: Math.min(names.contentHeight, 108) + 2 * Spacing.sm
+        implicitHeight: Math.min(names.contentHeight, sheet.isCompact ? 52 : 108) + 2 * Spacing.sm
         radius: DesignSystem.cornerRadiusMedium
         color: Colors.backgroundSecondary
         border.width: 1
@@ -158,6 +158,8 @@ SheetFrame {
             Layout.fillWidth: true
             Layout.preferredWidth: 1
             text: "🗑️ Shred Permanently"
+            shownText: "Shred Permanently"
+            symbol: "trash.fill"
             enabled: sheet.dialog.isConfirmEnabled
             onClicked: sheet.dialog.confirm()
         }

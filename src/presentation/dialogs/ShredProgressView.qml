@@ -86,6 +86,7 @@ SheetFrame {
 
     FactRow {
         Layout.alignment: Qt.AlignHCenter
+        Layout.fillWidth: false
         symbol: "exclamationmark.triangle.fill"
         text: "Do not interrupt this process"
         color: Colors.warning

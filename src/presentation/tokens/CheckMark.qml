@@ -9,9 +9,10 @@ AbstractButton {
     id: box
 
     property bool ticked: false
-    property string tickedSymbol: "checkmark.square.fill"
-    property string emptySymbol: "square"
-    property int symbolSize: 22
+    property bool isRound: false
+    property int boxSize: 20
+    readonly property string symbol: isRound ? (ticked ? "checkmark.circle.fill" : "circle")
+                                             : (ticked ? "checkmark.square.fill" : "square")
     /// What is read out; the text, unless the box stands alone.
     property string label: text
 
@@ -22,7 +23,7 @@ AbstractButton {
             toggleRequested()
     }
 
-    implicitHeight: Math.max(symbolSize + Spacing.sm, words.implicitHeight)
+    implicitHeight: Math.max(boxSize + Spacing.sm, words.implicitHeight)
     hoverEnabled: true
     onClicked: press()
     Accessible.role: Accessible.CheckBox
@@ -37,10 +38,21 @@ AbstractButton {
     contentItem: RowLayout {
         spacing: Spacing.sm
 
-        SymbolImage {
-            symbol: box.ticked ? box.tickedSymbol : box.emptySymbol
-            size: box.symbolSize
-            color: box.ticked || box.hovered ? Colors.primaryAccent : Colors.iconMuted
+        Rectangle {
+            implicitWidth: box.boxSize
+            implicitHeight: box.boxSize
+            radius: box.isRound ? height / 2 : DesignSystem.cornerRadiusSmall
+            color: box.ticked ? Colors.primary : "transparent"
+            border.width: box.ticked ? 0 : 2
+            border.color: box.hovered ? Colors.primaryAccent : Colors.iconMuted
+
+            SymbolImage {
+                anchors.centerIn: parent
+                visible: box.ticked
+                symbol: box.symbol
+                size: box.boxSize - 6
+                color: Colors.textPrimary
+            }
         }
 
         Text {

@@ -17,6 +17,8 @@ Button {
     property string helpText
     /// Where there is no room, the symbol stands alone; the text stays the name.
     property bool showsText: true
+    /// What is drawn of the text, where a symbol stands for a part of it.
+    property string shownText: text
 
     function press() {
         if (enabled && !busy)
@@ -75,7 +77,7 @@ Button {
             Text {
                 anchors.verticalCenter: parent.verticalCenter
                 visible: button.showsText && button.text !== ""
-                text: button.text
+                text: button.shownText
                 textFormat: Text.PlainText
                 font: button.font
                 color: button.foreground

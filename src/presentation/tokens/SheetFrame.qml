@@ -18,6 +18,9 @@ FocusScope {
     /// The symbol's circle beats for as long as the sheet shows.
     property bool symbolPulses: false
     property int symbolCircle: 64
+    /// There is little room: what is not words takes less of it.
+    readonly property bool isCompact: height < 640
+    readonly property int padding: isCompact ? Spacing.xl : Spacing.modalPadding
     property int minimumSheetWidth: 400
     property int maximumSheetWidth: 500
     /// The item that gets the keyboard when the sheet appears.
@@ -197,21 +200,21 @@ FocusScope {
     Rectangle {
         id: panel
 
+        readonly property real buttonArea: buttonRow.implicitHeight > 0
+                                           ? buttonRow.implicitHeight + content.spacing + Spacing.sm : 0
+
         anchors.centerIn: parent
         width: Math.min(sheet.width - Spacing.xl * 2,
                         Math.max(sheet.minimumSheetWidth,
                                  Math.min(sheet.maximumSheetWidth, Math.max(content.implicitWidth, buttonRow.implicitWidth)
-                                          + Spacing.modalPadding * 2)))
-        height: Math.min(sheet.height - Spacing.xl, content.implicitHeight + buttonArea + Spacing.modalPadding * 2)
+                                          + sheet.padding * 2)))
+        height: Math.min(sheet.height - Spacing.xl, content.implicitHeight + buttonArea + sheet.padding * 2)
         radius: DesignSystem.cornerRadiusModal
         color: Colors.modalBackground
         border.width: 1
         border.color: Colors.border
         opacity: sheet.shown ? 1 : 0
         scale: sheet.shown ? 1 : 0.96
-
-        readonly property bool hasButtons: buttonRow.implicitHeight > 0
-        readonly property real buttonArea: hasButtons ? buttonRow.implicitHeight + Spacing.xl : 0
 
         Behavior on opacity {
             NumberAnimation { duration: DesignSystem.animationQuick; easing.type: Easing.InOutQuad }
@@ -223,10 +226,13 @@ FocusScope {
         Flickable {
             id: scroller
 
+            /// Room for the rings around the outermost controls.
+            readonly property int edge: Spacing.xs
+
             anchors.fill: parent
-            anchors.margins: Spacing.modalPadding
-            anchors.bottomMargin: Spacing.modalPadding + panel.buttonArea
-            contentHeight: content.implicitHeight
+            anchors.margins: sheet.padding - edge
+            anchors.bottomMargin: sheet.padding - edge + panel.buttonArea
+            contentHeight: content.implicitHeight + 2 * edge
             interactive: contentHeight > height
             boundsBehavior: Flickable.StopAtBounds
             clip: interactive
@@ -242,16 +248,18 @@ FocusScope {
             ColumnLayout {
                 id: content
 
-                width: scroller.width
-                spacing: Spacing.lg
+                x: scroller.edge
+                y: scroller.edge
+                width: scroller.width - 2 * scroller.edge
+                spacing: sheet.isCompact ? Spacing.md : Spacing.lg
 
                 Rectangle {
                     id: circle
 
                     Layout.alignment: Qt.AlignHCenter
-                    implicitWidth: sheet.symbolCircle
-                    implicitHeight: sheet.symbolCircle
-                    radius: sheet.symbolCircle / 2
+                    implicitWidth: sheet.isCompact ? Spacing.minTouchTarget : sheet.symbolCircle
+                    implicitHeight: implicitWidth
+                    radius: height / 2
                     visible: sheet.symbol !== ""
                     color: Qt.rgba(sheet.symbolColor.r, sheet.symbolColor.g, sheet.symbolColor.b, 0.16)
                     scale: sheet.shown || !sheet.symbolSpringsIn ? 1 : 0.3
@@ -274,7 +282,7 @@ FocusScope {
 
                         anchors.centerIn: parent
                         symbol: sheet.symbol
-                        size: sheet.symbolCircle / 2
+                        size: circle.height / 2
                         color: sheet.symbolColor
                     }
                 }
@@ -324,7 +332,7 @@ FocusScope {
             anchors.left: parent.left
             anchors.right: parent.right
             anchors.bottom: parent.bottom
-            anchors.margins: Spacing.modalPadding
+            anchors.margins: sheet.padding
             spacing: Spacing.md
         }
     }

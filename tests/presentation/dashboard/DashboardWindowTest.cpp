@@ -1,120 +1,11 @@
 // The window itself: the real QML over the dashboard and the real engine, driven by keys and looked at by its texts.
 
-#include "DashboardHarness.h"
+#include "DashboardWindowFixture.h"
 
-#include "presentation/MainWindow.h"
-
-#include <QDir>
-#include <QQuickItem>
-#include <QQuickWindow>
 #include <QSignalSpy>
-#include <QTest>
 
 using namespace quillhaven;
 using namespace quillhaven::testing;
-
-namespace {
-
-/// Every visible item below `root`, depth first.
-QList<QQuickItem *> visibleItems(QQuickItem *root)
-{
-    QList<QQuickItem *> all;
-    for (QQuickItem *child : root->childItems()) {
-        if (child->isVisible() && child->opacity() > 0) {
-            all.append(child);
-            all.append(visibleItems(child));
-        }
-    }
-    return all;
-}
-
-class DashboardWindow : public DashboardTest
-{
-protected:
-    void TearDown() override { m_window.reset(); }
-
-    /// The window on the screen, with the keyboard.
-    MainWindow &shown()
-    {
-        if (!m_window) {
-            DashboardHarness &harness = started();
-            m_window.emplace(MainWindowModels{
-                harness.dashboard, harness.confirmationDialog, harness.protectionMethodDialog, harness.passwordDialog,
-                harness.passwordInput, harness.masterPasswordDialog, services.biometrics});
-            m_window->show();
-            EXPECT_TRUE(QTest::qWaitForWindowActive(m_window->window()));
-            render();
-        }
-        return *m_window;
-    }
-
-    /// Lets bindings, layouts and short animations come to rest, and draws.
-    void render()
-    {
-        spinOnce();
-        m_window->window()->grabWindow();
-        spinOnce();
-    }
-
-    QStringList texts()
-    {
-        shown();
-        render();
-        QStringList all;
-        for (QQuickItem *item : visibleItems(m_window->window()->contentItem())) {
-            const QVariant text = item->property("text");
-            if (text.metaType() == QMetaType::fromType<QString>() && !text.toString().isEmpty()) {
-                all.append(text.toString());
-            }
-        }
-        return all;
-    }
-    bool shows(const char *text) { return texts().contains(QString::fromUtf8(text)); }
-    bool eventuallyShows(const char *text)
-    {
-        return spinUntil([&] { return shows(text); }, 5000);
-    }
-
-    void press(Qt::Key key, Qt::KeyboardModifiers modifiers = Qt::NoModifier)
-    {
-        QTest::keyClick(shown().window(), key, modifiers);
-        spinOnce();
-    }
-    /// Moves on by the tab key until the list has the keyboard.
-    bool tabToList()
-    {
-        for (int presses = 0; presses < 30; ++presses) {
-            if (!focusedRow().isEmpty()) {
-                return true;
-            }
-            press(Qt::Key_Tab);
-        }
-        return false;
-    }
-    QString focusedRow()
-    {
-        for (QQuickItem *item = shown().window()->activeFocusItem(); item; item = item->parentItem()) {
-            if (item->property("itemId").isValid()) {
-                return item->property("originalName").toString();
-            }
-        }
-        return {};
-    }
-
-    void storeThree()
-    {
-        QList<ProtectedItem> items{namedItem(QStringLiteral("alpha.txt")), namedItem(QStringLiteral("bravo.png"), true),
-                                   namedItem(QStringLiteral("charlie"))};
-        items[2].isFolder = true;
-        items[2].useTouchID = true;
-        storeCatalogue(services, items);
-    }
-
-private:
-    std::optional<MainWindow> m_window;
-};
-
-} // namespace
 
 TEST_F(DashboardWindow, TitleAndSizes)
 {
@@ -263,37 +154,6 @@ TEST_F(DashboardWindow, ProtectingIsNamedUnderTheToolbarWhileItRuns)
     EXPECT_FALSE(shows("Protecting “will.pdf”…"));
     EXPECT_TRUE(shows("will.pdf"));
 }
-
-// Looking at it: QUILLHAVEN_SCREENSHOTS names a folder for the pictures, and QT_SCALE_FACTOR sets another scale.
-class DashboardPictures : public DashboardWindow
-{
-protected:
-    void draw(const QString &name)
-    {
-        const QString folder = qEnvironmentVariable("QUILLHAVEN_SCREENSHOTS", QCoreApplication::applicationDirPath() +
-                                                                                  QStringLiteral("/screenshots"));
-        ASSERT_TRUE(QDir().mkpath(folder));
-        for (const QSize &size : {QSize(1200, 900), QSize(760, 560)}) {
-            QQuickWindow *window = shown().window();
-            window->resize(size);
-            ASSERT_TRUE(spinUntil([&] { return window->size() == size; }, 5000));
-            // The animations that the state began have ended after some frames.
-            int frames = 0;
-            const QMetaObject::Connection counting =
-                QObject::connect(window, &QQuickWindow::frameSwapped, window, [&frames] { ++frames; });
-            ASSERT_TRUE(spinUntil(
-                [&] {
-                    window->update();
-                    return frames > 40;
-                },
-                20'000));
-            QObject::disconnect(counting);
-            const QImage image = window->grabWindow();
-            ASSERT_FALSE(image.isNull());
-            EXPECT_TRUE(image.save(folder + QStringLiteral("/%1-%2.png").arg(name).arg(size.width())));
-        }
-    }
-};
 
 TEST_F(DashboardPictures, EmptyCatalogue)
 {

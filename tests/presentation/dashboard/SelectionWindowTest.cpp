@@ -1,0 +1,217 @@
+// Selecting, dropping and the sheets of several items, in the real window by keys, clicks and drags.
+
+#include "DashboardWindowFixture.h"
+
+#include "engine/CloudFolder.h"
+
+#include <QMimeData>
+
+using namespace quillhaven;
+using namespace quillhaven::testing;
+
+namespace {
+
+class SelectionWindow : public DashboardWindow
+{
+protected:
+    SelectionWindow() { storeThree(); }
+
+    ItemSelection &selection() { return *started().dashboard.selection(); }
+    QString selectedNames() { return namesOf(selection().getSelectedItems()).join(QLatin1Char(' ')); }
+    QQuickItem *item(const char *property, const char *value)
+    {
+        render();
+        for (QQuickItem *each : visibleItems(shown().window()->contentItem())) {
+            if (each->property(property).toString() == QString::fromUtf8(value)) {
+                return each;
+            }
+        }
+        return nullptr;
+    }
+    void click(const char *property, const char *value, Qt::KeyboardModifiers modifiers = Qt::NoModifier)
+    {
+        shown();
+        QQuickItem *found = item(property, value);
+        ASSERT_TRUE(found) << value;
+        const QPointF middle = found->mapToScene({found->width() / 2, found->height() / 2});
+        QTest::mouseClick(shown().window(), Qt::LeftButton, modifiers, middle.toPoint());
+        render();
+    }
+    void drop(const QStringList &paths)
+    {
+        QList<QUrl> urls;
+        for (const QString &path : paths) {
+            urls.append(QUrl::fromLocalFile(path));
+        }
+        QMimeData data;
+        data.setUrls(urls);
+        const QPoint place(200, 400);
+        QDragEnterEvent enter(place, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+        QCoreApplication::sendEvent(shown().window(), &enter);
+        render();
+        isTold = item("isTargeted", "true") != nullptr;
+        QDropEvent event(place, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+        QCoreApplication::sendEvent(shown().window(), &event);
+        DashboardHarness::settle();
+    }
+
+    bool isTold = false; ///< the window said during the drag that it takes what is dropped
+};
+
+} // namespace
+
+TEST_F(SelectionWindow, SelectButtonShowsTheMarksAndTheSecondButton)
+{
+    shown();
+    EXPECT_TRUE(shows("Select"));
+    EXPECT_FALSE(shows("Select All"));
+    EXPECT_EQ(item("symbol", "circle"), nullptr);
+    click("text", "Select");
+    EXPECT_TRUE(shows("Done"));
+    EXPECT_TRUE(shows("Select All"));
+    EXPECT_NE(item("symbol", "circle"), nullptr);
+    click("text", "Select All");
+    EXPECT_TRUE(shows("Deselect All"));
+    EXPECT_TRUE(shows("3 selected"));
+    for (const char *text : {"Unlock (2)", "Lock (1)", "Remove (3)", "Shred (3)", "Clear"}) {
+        EXPECT_TRUE(shows(text)) << text;
+    }
+    click("text", "Done");
+    EXPECT_FALSE(shows("3 selected"));
+    EXPECT_EQ(selection().selectedCount(), 0);
+}
+
+TEST_F(SelectionWindow, UnlockAndLockButtonsShowOnlyWithSomethingToDo)
+{
+    selection().extendSelection(QStringLiteral("ID-bravo.png"));
+    EXPECT_TRUE(shows("1 selected"));
+    EXPECT_TRUE(shows("Lock (1)"));
+    EXPECT_FALSE(shows("Unlock (0)"));
+}
+
+TEST_F(SelectionWindow, ClickInTheModeSelectsAndOutsideItDoesNot)
+{
+    click("text", "alpha.txt");
+    EXPECT_EQ(selection().selectedCount(), 0);
+    click("text", "Select");
+    click("text", "alpha.txt");
+    EXPECT_EQ(selectedNames(), QStringLiteral("alpha.txt"));
+    click("text", "alpha.txt");
+    EXPECT_EQ(selection().selectedCount(), 0);
+}
+
+TEST_F(SelectionWindow, ClickWithControlEntersTheMode)
+{
+    click("text", "alpha.txt", Qt::ControlModifier);
+    click("text", "charlie", Qt::ControlModifier);
+    EXPECT_TRUE(selection().isInSelectionMode());
+    EXPECT_EQ(selectedNames(), QStringLiteral("alpha.txt charlie"));
+}
+
+TEST_F(SelectionWindow, KeyboardSelectsTogglesAndClears)
+{
+    shown();
+    ASSERT_TRUE(tabToList());
+    press(Qt::Key_A, Qt::ControlModifier);
+    EXPECT_EQ(selection().selectedCount(), 3);
+    press(Qt::Key_Space);
+    EXPECT_EQ(selectedNames(), QStringLiteral("bravo.png charlie")) << "the row with the keyboard is toggled";
+    press(Qt::Key_Down);
+    press(Qt::Key_Space);
+    EXPECT_EQ(selectedNames(), QStringLiteral("charlie"));
+    press(Qt::Key_Escape);
+    EXPECT_FALSE(selection().isInSelectionMode());
+    EXPECT_EQ(selection().selectedCount(), 0);
+    EXPECT_EQ(focusedRow(), QStringLiteral("bravo.png"));
+    press(Qt::Key_Up);
+    EXPECT_EQ(focusedRow(), QStringLiteral("alpha.txt"));
+}
+
+TEST_F(SelectionWindow, DeleteKeyAsksAboutTheSelection)
+{
+    shown();
+    ASSERT_TRUE(tabToList());
+    press(Qt::Key_A, Qt::ControlModifier);
+    press(Qt::Key_Delete);
+    EXPECT_TRUE(eventuallyShows("Remove Protection from 3 Items"));
+    started().confirmationDialog.cancel();
+}
+
+TEST_F(SelectionWindow, DeleteKeyRemovesTheProtectionOfTheRow)
+{
+    shown();
+    ASSERT_TRUE(tabToList());
+    press(Qt::Key_Down);
+    press(Qt::Key_Delete);
+    DashboardHarness::settle();
+    EXPECT_EQ(started().shownNames(), QStringLiteral("alpha.txt charlie"));
+}
+
+TEST_F(SelectionWindow, RowButtonAsksBeforeItShreds)
+{
+    click("helpText", "Secure Shred");
+    EXPECT_TRUE(eventuallyShows("Permanent Deletion Warning"));
+    EXPECT_EQ(started().dashboard.shredding()->confirmation()->itemNames(), QStringList(QStringLiteral("alpha.txt")));
+}
+
+TEST_F(SelectionWindow, DropOfSeveralFilesAsksForTheirMethod)
+{
+    drop({services.home.write(QStringLiteral("one.txt")), services.home.write(QStringLiteral("two.txt"))});
+    EXPECT_TRUE(isTold);
+    EXPECT_TRUE(eventuallyShows("Protect 2 Items"));
+}
+
+TEST_F(SelectionWindow, NothingIsTakenWhileASheetShows)
+{
+    shown();
+    started().dashboard.bulk()->showBulkFilePicker();
+    ASSERT_TRUE(eventuallyShows("Bulk File Protection"));
+    drop({services.home.write(QStringLiteral("one.txt"))});
+    EXPECT_FALSE(isTold);
+    EXPECT_FALSE(started().protectionMethodDialog.isPresented());
+}
+
+TEST_F(SelectionWindow, BackupMenuTellsWhenThereIsNoPlaceForBackups)
+{
+    click("text", "Backup");
+    EXPECT_TRUE(eventuallyShows("iCloud is not available. Please sign in to iCloud and enable iCloud Drive."));
+    EXPECT_FALSE(item("text", "Back Up All Now")->isEnabled());
+    EXPECT_FALSE(item("text", "Recover All Files")->isEnabled());
+    press(Qt::Key_Escape);
+    CloudFolder(services).make();
+    click("text", "Backup");
+    ASSERT_TRUE(eventuallyShows("Recover All Files"));
+    EXPECT_TRUE(item("text", "Back Up All Now")->isEnabled());
+    EXPECT_FALSE(shows("iCloud is not available. Please sign in to iCloud and enable iCloud Drive."));
+    click("text", "Recover All Files");
+    EXPECT_TRUE(eventuallyShows("How to use:"));
+}
+
+class SelectionPictures : public DashboardPictures
+{
+};
+
+TEST_F(SelectionPictures, ThreeSelected)
+{
+    storeThree();
+    shown();
+    ASSERT_TRUE(tabToList());
+    press(Qt::Key_A, Qt::ControlModifier);
+    press(Qt::Key_Down);
+    press(Qt::Key_Space);
+    draw(QStringLiteral("selected"));
+}
+
+TEST_F(SelectionPictures, BackupMenu)
+{
+    storeThree();
+    shown();
+    started().dashboard.backup()->setEnableiCloudBackup(true);
+    for (QQuickItem *each : visibleItems(shown().window()->contentItem())) {
+        if (each->property("text").toString() == QStringLiteral("Backup")) {
+            QMetaObject::invokeMethod(each, "press");
+            break;
+        }
+    }
+    draw(QStringLiteral("backup-menu"));
+}
