@@ -1,7 +1,7 @@
 # quillhaven_test(NAME LABEL label SOURCES... [LINKS targets...] [RUNNER command...] [TIMEOUT seconds])
 #
 # One GoogleTest program, registered as one CTest test. Labels: unit, component (a real service on a private bus),
-# fault, kill, window. RUNNER is put in front of the program, such as a script that starts the service. A sanitized build
+# fault, kill, model, window. RUNNER is put in front of the program, such as a script that starts the service. A sanitized build
 # puts QUILLHAVEN_TEST_PREFIX in front of names and labels, so that one run of ctest can hold several builds.
 set(QUILLHAVEN_TEST_PREFIX "" CACHE STRING "Put in front of every test's name and label, such as asan-")
 

@@ -41,6 +41,8 @@ private:
     /// One random choice; "nothing" when the item is in no state for it.
     std::string tryStep();
     std::string createAnew(Item &item);
+    /// Whether an item that is not gone has this place.
+    [[nodiscard]] bool isTaken(const QString &path) const;
     [[nodiscard]] unsigned pick(unsigned bound) { return m_random() % bound; }
     [[nodiscard]] const ProtectedItem *record(const Item &item) const;
     /// The error's case that the call throws, or nothing.
