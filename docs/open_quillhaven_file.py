@@ -7,7 +7,7 @@
 
 A container (NAME.secured) is opened by the item's own password, which is empty for a file protected with Touch ID; a
 backup (ID.backup) by the master password of the day when it was written. The password is asked for on the terminal, or
-read with --password-file. Nothing is written before the whole file has been found authentic.
+read with --password-file. No output is made before the whole file has been found authentic.
 
 Needs Python 3.8 or later and its package "cryptography". The formats are described in formats.md.
 
@@ -160,7 +160,10 @@ def write_plain(sealed, password, output):
 
 def read_password(path):
     if path is None:
-        return getpass.getpass("Password: ").encode()
+        try:
+            return getpass.getpass("Password: ").encode()
+        except (EOFError, KeyboardInterrupt):
+            raise Failure(NOT_OPENED, "No password was given.") from None
     with open(0 if path == "-" else path, "rb") as file:
         password = file.read()
     return password[:-1] if password.endswith(b"\n") else password

@@ -118,6 +118,27 @@ TEST_F(OpenQuillhavenFileTest, ThePasswordFilesOneLineEndIsNoPartOfThePassword)
     EXPECT_EQ(run.output, "The letter");
 }
 
+TEST_F(OpenQuillhavenFileTest, ThePasswordIsAskedForOnTheTerminalWithoutAnEcho)
+{
+    createBackup(home.write(QStringLiteral("plain"), "The letter"));
+    QProcess terminal;
+    const QString command = QStringLiteral("/usr/bin/python3 '%1' '%2' '%3'");
+    terminal.start(QStringLiteral("script"),
+                   {QStringLiteral("-qec"), command.arg(QStringLiteral(STAND_ALONE_READER), backup, output),
+                    QStringLiteral("/dev/null")});
+    QByteArray shown;
+    while (!shown.contains("Password: ")) {
+        ASSERT_TRUE(terminal.waitForReadyRead(-1)) << shown.constData();
+        shown += terminal.readAllStandardOutput();
+    }
+    terminal.write(password + '\n');
+    ASSERT_TRUE(terminal.waitForFinished(-1));
+    shown += terminal.readAllStandardOutput();
+    EXPECT_EQ(terminal.exitCode(), 0) << shown.constData();
+    EXPECT_FALSE(shown.contains(password));
+    EXPECT_EQ(TemporaryHome::read(output), "The letter");
+}
+
 TEST_F(OpenQuillhavenFileTest, AFoldersBackupUnpacksAsItWas)
 {
     home.write(QStringLiteral("Letters/inner/b c.txt"), "the bytes");
