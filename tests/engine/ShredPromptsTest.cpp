@@ -58,6 +58,17 @@ TEST_F(ShredPrompts, LockedItemAsksOnceMore)
     expectGone(item);
 }
 
+TEST_F(ShredPrompts, ItemOfWhichNothingIsLeftAsksOnceAndClosesTheSession)
+{
+    const ProtectedItem item = unlockedFile();
+    ASSERT_TRUE(QFile::remove(item.originalPath));
+    ASSERT_TRUE(QFile::remove(item.containerPath));
+    shred(item);
+    EXPECT_EQ(engine().masterPrompts, 1);
+    EXPECT_FALSE(engine().masterPassword.isAuthenticated());
+    EXPECT_FALSE(engine().masterPassword.hasAuthenticationTimer());
+}
+
 TEST_F(ShredPrompts, ItemWithABackupAsksForThatStageToo)
 {
     const ProtectedItem item = lockedFile();

@@ -148,21 +148,6 @@ TEST_P(FileCopiesTest, AFileInATreeThatMayNotBeReadFailsAndLeavesNothing)
     EXPECT_EQ(read(inner), "inner");
 }
 
-TEST_P(FileCopiesTest, APropertyThatTheCopyWouldLoseStopsIt)
-{
-    ASSERT_EQ(geteuid(), 0U) << "needs root to make a file of another owner in a folder of the user";
-    const QString source = home.write(QStringLiteral("theirs"), "theirs");
-    for (const QString &place : {home.path(), home.path(QStringLiteral("Documents")), other({})}) {
-        ASSERT_EQ(chmod(bytesOf(place).constData(), 0777), 0);
-    }
-    {
-        const AsPlainUser user;
-        expectKind(Kind::NotPreserved, [&] { files.copyItem(source, target(QStringLiteral("copy"))); });
-    }
-    EXPECT_EQ(namesAtTarget(), QStringList());
-    EXPECT_EQ(read(source), "theirs");
-}
-
 INSTANTIATE_TEST_SUITE_P(Places, FileCopiesTest, ::testing::Bool(),
                          [](const auto &info) { return info.param ? "OnAnotherFileSystem" : "OnOneFileSystem"; });
 

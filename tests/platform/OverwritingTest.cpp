@@ -11,6 +11,7 @@
 #include <cstring>
 #include <functional>
 #include <optional>
+#include <utility>
 
 namespace quillhaven::testing {
 
@@ -32,6 +33,8 @@ struct Kernel
     std::function<int(const Call &)> fails;
     size_t mostAtOnce = SIZE_MAX;
     bool writesNothing = false;
+    /// Once, behind the next look at a path.
+    std::function<void()> afterLook;
 };
 Kernel *kernel = nullptr;
 
@@ -60,6 +63,18 @@ ssize_t writeAt(int fd, const void *bytes, size_t size, off_t offset, int flags)
 } // namespace
 
 } // namespace quillhaven::testing
+
+extern "C" int lstat(const char *path, struct stat *status)
+{
+    using namespace quillhaven::testing;
+    const int result = fstatat(AT_FDCWD, path, status, AT_SYMLINK_NOFOLLOW);
+    if (kernel != nullptr) {
+        if (const auto action = std::exchange(kernel->afterLook, {})) {
+            action();
+        }
+    }
+    return result;
+}
 
 extern "C" ssize_t pwritev2(int fd, const iovec *pieces, int count, off_t offset, int flags)
 {
@@ -331,6 +346,29 @@ TEST_P(OverwritingTest, LinksAndWhatIsNoFileAreRefusedUntouched)
     expectKind(Kind::NoSuchFile, [&] { (void)files.openForOverwriting(path + QStringLiteral("-absent")); });
     EXPECT_FALSE(stands(path + QStringLiteral("-absent")));
     EXPECT_EQ(read(path), "kept");
+}
+
+TEST_P(OverwritingTest, WhatTakesTheFilesPlaceBetweenTheLookAndTheOpeningIsRefusedAtOnce)
+{
+    const QString target = file("kept");
+    const QString path = target + QStringLiteral("-changing");
+    write(path, "mine");
+    m_kernel.afterLook = [&] {
+        ASSERT_TRUE(QFile::remove(path));
+        ASSERT_EQ(symlink(bytesOf(target).constData(), bytesOf(path).constData()), 0);
+    };
+    EXPECT_TRUE(errorOf([&] { (void)files.openForOverwriting(path); }).has_value());
+    EXPECT_FALSE(m_kernel.afterLook) << "nobody looked";
+    ASSERT_TRUE(QFile::remove(path));
+
+    write(path, "mine");
+    m_kernel.afterLook = [&] {
+        ASSERT_TRUE(QFile::remove(path));
+        ASSERT_EQ(mkfifo(bytesOf(path).constData(), 0600), 0);
+    };
+    expectKind(Kind::NotAFileOrFolder, [&] { (void)files.openForOverwriting(path); });
+    EXPECT_FALSE(m_kernel.afterLook) << "nobody looked";
+    EXPECT_EQ(read(target), "kept");
 }
 
 TEST_P(OverwritingTest, AFileThatMayNotBeWrittenIsRefused)
