@@ -30,6 +30,29 @@ class Names(WindowTest):
         self.program.find(FIELD, "Master Password")
         self.assert_all_named("the master password dialog")
 
+    def test_every_control_for_several_items_has_a_name(self):
+        letter = self.file("letter.txt")
+        flows.protect_with_password(self.program, letter)
+        self.program.press(BUTTON, "Select")
+        self.program.press(BUTTON, "Select All")
+        self.program.says("1 selected")
+        self.assert_all_named("the selection")
+        self.program.press(BUTTON, "Shred (1)")
+        self.program.says("Permanent Deletion Warning")
+        self.assert_all_named("the question before a shred")
+        self.program.press(BUTTON, "Cancel")
+        self.program.gone(None, "Permanent Deletion Warning")
+        self.program.press(BUTTON, "Bulk Protect")
+        self.program.press(BUTTON, "Select Files & Folders")
+        flows.choose_in_panel(self.program, self.file("notes.txt"))
+        self.program.says("Selected Items (1)")
+        self.assert_all_named("the sheet that gathers files")
+        self.program.press(BUTTON, "Cancel")
+        self.program.gone(None, "Selected Items (1)")
+        self.program.press(BUTTON, "Backup")
+        self.program.says("iCloud is not available. Please sign in to iCloud and enable iCloud Drive.")
+        self.assert_all_named("the menu of the backups")
+
 
 class Passwords(WindowTest):
     SECRET = "Hidden4Everyone"

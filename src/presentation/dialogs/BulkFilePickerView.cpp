@@ -28,7 +28,7 @@ QVariantList BulkFilePickerView::entries() const
 
 void BulkFilePickerView::show()
 {
-    m_selectedURLs.clear();
+    setSelectedURLs({});
     setIsPresented(true);
 }
 
@@ -38,14 +38,26 @@ void BulkFilePickerView::setIsPresented(bool value)
     Q_EMIT changed();
 }
 
+void BulkFilePickerView::setShowingFilePicker(bool value)
+{
+    m_showingFilePicker = value;
+    Q_EMIT changed();
+}
+
+void BulkFilePickerView::setSelectedURLs(const QStringList &paths)
+{
+    if (m_selectedURLs != paths) {
+        m_selectedURLs = paths;
+        Q_EMIT entriesChanged();
+    }
+}
+
 void BulkFilePickerView::selectFiles()
 {
-    if (m_showingFilePicker) {
-        return;
+    if (!m_showingFilePicker) {
+        setShowingFilePicker(true);
+        startJob([this] { return runFilePicker(); });
     }
-    m_showingFilePicker = true;
-    Q_EMIT changed();
-    startJob([this] { return runFilePicker(); });
 }
 
 QCoro::Task<> BulkFilePickerView::runFilePicker()
@@ -60,30 +72,31 @@ QCoro::Task<> BulkFilePickerView::runFilePicker()
     } catch (const LocalizedError &) {
         printLogger(QStringLiteral("File selection failed"));
     }
-    m_showingFilePicker = false;
+    setShowingFilePicker(false);
     handleFileSelection(chosen.value_or(QStringList()));
 }
 
 void BulkFilePickerView::handleFileSelection(const QStringList &paths)
 {
+    QStringList gathered = m_selectedURLs;
     for (const QString &path : paths) {
-        if (!m_selectedURLs.contains(path) && m_canProtectItem(path)) {
-            m_selectedURLs.append(path);
+        if (!gathered.contains(path) && m_canProtectItem(path)) {
+            gathered.append(path);
         }
     }
-    Q_EMIT changed();
+    setSelectedURLs(gathered);
 }
 
 void BulkFilePickerView::remove(const QString &path)
 {
-    m_selectedURLs.removeOne(path);
-    Q_EMIT changed();
+    QStringList kept = m_selectedURLs;
+    kept.removeOne(path);
+    setSelectedURLs(kept);
 }
 
 void BulkFilePickerView::clearAll()
 {
-    m_selectedURLs.clear();
-    Q_EMIT changed();
+    setSelectedURLs({});
 }
 
 void BulkFilePickerView::cancel()

@@ -18,9 +18,9 @@ class BulkFilePickerView : public QObject
     Q_OBJECT
     Q_PROPERTY(bool isPresented READ isPresented NOTIFY changed)
     Q_PROPERTY(bool showingFilePicker READ showingFilePicker NOTIFY changed)
-    Q_PROPERTY(QVariantList entries READ entries NOTIFY changed)
-    Q_PROPERTY(int count READ count NOTIFY changed)
-    Q_PROPERTY(bool canProtect READ canProtect NOTIFY changed)
+    Q_PROPERTY(QVariantList entries READ entries NOTIFY entriesChanged)
+    Q_PROPERTY(int count READ count NOTIFY entriesChanged)
+    Q_PROPERTY(bool canProtect READ canProtect NOTIFY entriesChanged)
 
 public:
     using CanProtectItem = std::function<bool(const QString &path)>;
@@ -52,10 +52,13 @@ public:
 
 Q_SIGNALS:
     void changed();
+    void entriesChanged();
 
 private:
     [[nodiscard]] QCoro::Task<> runFilePicker();
     void setIsPresented(bool value);
+    void setShowingFilePicker(bool value);
+    void setSelectedURLs(const QStringList &paths);
 
     FilePanels &m_panels;
     CanProtectItem m_canProtectItem;

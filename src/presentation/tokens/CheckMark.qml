@@ -3,18 +3,18 @@ import QtQuick.Controls.Basic
 import QtQuick.Layouts
 import Quillhaven.Design
 
-/// A box to tick, with what it says beside it. `toggleRequested` tells that the user wants it the other way round; the opener
-/// decides.
-AbstractButton {
+/// A box to tick, with what it says beside it. It never ticks itself: `toggleRequested` tells that the user wants it
+/// the other way round, and whoever owns `ticked` decides.
+CheckBox {
     id: box
 
     property bool ticked: false
     property bool isRound: false
     property int boxSize: 20
-    readonly property string symbol: isRound ? (ticked ? "checkmark.circle.fill" : "circle")
-                                             : (ticked ? "checkmark.square.fill" : "square")
     /// What is read out; the text, unless the box stands alone.
     property string label: text
+    readonly property string symbol: isRound ? (ticked ? "checkmark.circle.fill" : "circle")
+                                             : (ticked ? "checkmark.square.fill" : "square")
 
     signal toggleRequested
 
@@ -24,17 +24,18 @@ AbstractButton {
     }
 
     implicitHeight: Math.max(boxSize + Spacing.sm, words.implicitHeight)
+    padding: 0
     hoverEnabled: true
+    checkState: ticked ? Qt.Checked : Qt.Unchecked
+    nextCheckState: () => checkState
     onClicked: press()
-    Accessible.role: Accessible.CheckBox
     Accessible.name: label
-    Accessible.checkable: true
-    Accessible.checked: ticked
     Accessible.onPressAction: press()
     Accessible.onToggleAction: press()
     Keys.onReturnPressed: press()
     Keys.onEnterPressed: press()
 
+    indicator: null
     contentItem: RowLayout {
         spacing: Spacing.sm
 

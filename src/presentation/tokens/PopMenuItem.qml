@@ -20,10 +20,7 @@ MenuItem {
     implicitHeight: 34
     font: Typography.settingLabel
     onTriggered: choose()
-    Accessible.role: checkable ? Accessible.CheckBox : Accessible.MenuItem
     Accessible.name: text
-    Accessible.checkable: checkable
-    Accessible.checked: checked
     Accessible.onPressAction: choose()
     Accessible.onToggleAction: choose()
 
