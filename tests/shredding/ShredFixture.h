@@ -11,6 +11,7 @@
 #include "support/TestPlatform.h"
 
 #include <QFileInfo>
+#include <QMutex>
 #include <QRegularExpression>
 #include <QThread>
 
@@ -48,10 +49,10 @@ public:
                [&] { handle = FileManagerDecorator::openForOverwriting(path); });
         return std::make_unique<Handle>(std::move(handle), path, *this);
     }
-    void moveItem(const QString &source, const QString &target) override
+    void renameItem(const QString &source, const QString &target) override
     {
         around(QStringLiteral("move"), source, shownName(source) + QStringLiteral(" to ") + shownName(target),
-               [&] { FileManagerDecorator::moveItem(source, target); });
+               [&] { FileManagerDecorator::renameItem(source, target); });
     }
     void removeItem(const QString &path) override
     {
@@ -110,7 +111,10 @@ private:
 
     void around(const QString &call, const QString &path, const QString &detail, const std::function<void()> &action)
     {
-        calls.append(detail.isEmpty() ? call : call + QLatin1Char(' ') + detail);
+        {
+            const QMutexLocker lock(&m_mutex); // two runs may work at once
+            calls.append(detail.isEmpty() ? call : call + QLatin1Char(' ') + detail);
+        }
         if (before) {
             before(call, path);
         }
@@ -119,6 +123,8 @@ private:
             after(call, path);
         }
     }
+
+    QMutex m_mutex;
 };
 
 /// A shredder over real files in a temporary home, and a user who answers the master password dialog.
