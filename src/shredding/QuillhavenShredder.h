@@ -56,6 +56,8 @@ public:
 
 Q_SIGNALS:
     void changed();
+    /// Sent by a worker for the overwriting of that number, which alone listens.
+    void chunkWritten(quint64 overwriting, double fraction);
 
 private:
     // ShredFile.cpp
@@ -81,6 +83,7 @@ private:
     bool m_isShredding = false;
     double m_shredProgress = 0;
     QString m_currentOperation;
+    quint64 m_overwrites = 0; ///< those that had a listener so far
 };
 
 } // namespace quillhaven

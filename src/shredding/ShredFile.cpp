@@ -86,14 +86,20 @@ QCoro::Task<> QuillhavenShredder::shredFile(QString path, ProgressCallback progr
 QCoro::Task<> QuillhavenShredder::performSecureOverwrite(QString path, int pass, int64_t fileSize,
                                                          std::function<void(double)> progress)
 {
-    // Posted, so that no chunk waits for the window.
-    std::function<void(double)> post;
+    // Queued, so that no chunk waits for the window.
+    std::function<void(double)> tell;
+    QMetaObject::Connection listening;
     if (progress) {
-        post = [this, progress = std::move(progress)](double fraction) {
-            QMetaObject::invokeMethod(this, [progress, fraction] { progress(fraction); }, Qt::QueuedConnection);
+        const quint64 run = ++m_overwrites;
+        tell = [this, run](double fraction) { Q_EMIT chunkWritten(run, fraction); };
+        const auto listen = [run, progress](quint64 of, double fraction) {
+            if (of == run) {
+                progress(fraction);
+            }
         };
+        listening = connect(this, &QuillhavenShredder::chunkWritten, this, listen, Qt::QueuedConnection);
     }
-    OverwriteWork work{m_platform.fileManager, m_platform.random, path, pass, fileSize, std::move(post)};
+    OverwriteWork work{m_platform.fileManager, m_platform.random, path, pass, fileSize, std::move(tell)};
     auto pieceOfWork = [work = std::move(work)] { overwrite(work); };
     std::exception_ptr failure;
     try {
@@ -101,8 +107,9 @@ QCoro::Task<> QuillhavenShredder::performSecureOverwrite(QString path, int pass,
     } catch (...) {
         failure = std::current_exception();
     }
-    // A quick worker is through before it is waited for, and its posts are then still on their way.
+    // A quick worker is through before it is waited for, and what it told is then still on its way.
     co_await afterPosted();
+    disconnect(listening);
     if (failure) {
         std::rethrow_exception(failure);
     }

@@ -159,8 +159,9 @@ TEST_F(FailedShred, FolderThatMayNotBeChangedKeepsTheOverwrittenFile)
     ASSERT_EQ(chmod(bytesOf(folder).constData(), 0555), 0);
     {
         const AsPlainUser user;
-        EXPECT_EQ(failureOf([&] { shred(path); }),
-                  QStringLiteral("You don't have permission to move \"a.txt\" to \"folder\"."));
+        const QString text = failureOf([&] { shred(path); });
+        EXPECT_TRUE(text.startsWith(QStringLiteral("You don't have permission to move \"a.txt\"")))
+            << qUtf8Printable(text);
     }
     ASSERT_EQ(chmod(bytesOf(folder).constData(), 0755), 0);
     const QByteArray left = read(path);

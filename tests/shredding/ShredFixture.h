@@ -49,10 +49,10 @@ public:
                [&] { handle = FileManagerDecorator::openForOverwriting(path); });
         return std::make_unique<Handle>(std::move(handle), path, *this);
     }
-    void renameItem(const QString &source, const QString &target) override
+    void moveItem(const QString &source, const QString &target) override
     {
         around(QStringLiteral("move"), source, shownName(source) + QStringLiteral(" to ") + shownName(target),
-               [&] { FileManagerDecorator::renameItem(source, target); });
+               [&] { FileManagerDecorator::moveItem(source, target); });
     }
     void removeItem(const QString &path) override
     {
