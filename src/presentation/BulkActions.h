@@ -48,9 +48,9 @@ private:
     struct Job
     {
         QStringList ids;
-        Condition isDue; ///< asked again after the master password, of the records as they are then
-        Operation operation;
-        std::shared_ptr<BusyItems> busy;
+        Condition isDue = {}; ///< asked again after the master password, of the records as they are then
+        Operation operation = {};
+        std::shared_ptr<BusyItems> busy = {};
     };
 
     void start(const QList<ProtectedItem> &items, Condition isDue, Operation operation);

@@ -88,7 +88,10 @@ TEST(Components, EachOneBuildsWithoutAWarning)
           "SearchField { placeholderText: \"Search\" }",
           "PasswordField { label: \"L\"; prompt: \"P\" }",
           "DestructiveButton { text: \"T\"; busy: true }",
-          "IconButton { symbol: \"plus\"; helpText: \"Add\" }"}) {
+          "IconButton { symbol: \"plus\"; helpText: \"Add\" }",
+          "CheckMark { text: \"T\"; ticked: true }",
+          "ProgressLine { value: 0.5 }",
+          "PopMenuItem { text: \"T\"; checkable: true }"}) {
         SCOPED_TRACE(qml);
         const Component component(qml);
         EXPECT_GE(component.item->implicitHeight(), 0);
@@ -113,6 +116,31 @@ TEST(StatusIndicator, OnOrOffTakesOneOfTwoTexts)
     const Component indicator("StatusIndicator { Component.onCompleted: show(false, \"Running\", \"Stopped\") }");
     EXPECT_EQ(indicator.item->property("text").toString(), QStringLiteral("Stopped"));
     EXPECT_EQ(indicator.heard(QAccessible::Name), QStringLiteral("Disabled status"));
+}
+
+TEST(CheckMark, IsACheckBoxThatLeavesTheDecisionToItsOwner)
+{
+    const Component mark("CheckMark { property int asked: 0; text: \"Understood\"; onToggleRequested: asked += 1 }");
+    QAccessibleInterface *node = QAccessible::queryAccessibleInterface(mark.item.get());
+    ASSERT_TRUE(node);
+    ASSERT_TRUE(node->actionInterface());
+    node->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
+    EXPECT_EQ(mark.item->property("asked").toInt(), 1);
+    EXPECT_FALSE(mark.item->property("checked").toBool());
+    mark.item->setProperty("ticked", true);
+    EXPECT_TRUE(mark.item->property("checked").toBool());
+    EXPECT_EQ(node->role(), QAccessible::CheckBox);
+    EXPECT_TRUE(node->state().checked);
+    EXPECT_EQ(node->text(QAccessible::Name), QStringLiteral("Understood"));
+}
+
+TEST(FilledButton, TextThatIsNotDrawnIsStillTheName)
+{
+    const Component button("FilledButton { text: \"Backup\"; symbol: \"icloud.fill\"; showsText: false }");
+    EXPECT_EQ(button.heard(QAccessible::Name), QStringLiteral("Backup"));
+    QQuickItem *drawn = button.withText(QStringLiteral("Backup"));
+    ASSERT_TRUE(drawn);
+    EXPECT_FALSE(drawn->isVisible());
 }
 
 TEST(SettingRow, ShowsAWarningOnlyWithItsMessage)
