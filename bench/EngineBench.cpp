@@ -1,18 +1,24 @@
 // One operation of the engine over real files in a folder, with the user's answers given at once. Prints one line:
-// the seconds of the operation alone and the peak of resident memory in KiB.
+// the seconds of the operation alone, the peak of resident memory in KiB and the seconds of processor time.
 //
 // engine_bench HOME protect PATH       protects the item
 // engine_bench HOME cycle PATH         protects, then measures an unlock and a lock; prints two lines
 // engine_bench HOME catalogue COUNT    saves a catalogue of so many records 50 times; prints the seconds of one save
+// engine_bench HOME backup PATH        protects the item, then measures its recovery backup
+// engine_bench HOME recover PATH       protects every item of a folder, backs them up, then measures the recovery
+// engine_bench HOME shred PATH         shreds a file or folder that is no item
+// engine_bench HOME bulk COUNT         unlocks and locks so many items in two bulk runs; prints two lines
 
+#include "BenchPlatform.h"
 #include "catalogue/CatalogueJson.h"
 #include "catalogue/DefaultsKeys.h"
+#include "credentials/KeychainManager.h"
 #include "platform/linux/CloudFolders.h"
 #include "platform/printLogger.h"
 #include "support/EngineHarness.h"
 
-#include <QDir>
 #include <QElapsedTimer>
+#include <QFile>
 
 #include <cstdio>
 
@@ -23,65 +29,34 @@ using namespace quillhaven::testing;
 
 namespace {
 
-long peakKiB()
+rusage used()
 {
     rusage usage{};
     ::getrusage(RUSAGE_SELF, &usage);
-    return usage.ru_maxrss;
+    return usage;
+}
+
+double processorSeconds()
+{
+    const rusage usage = used();
+    return static_cast<double>(usage.ru_utime.tv_sec + usage.ru_stime.tv_sec) +
+           static_cast<double>(usage.ru_utime.tv_usec + usage.ru_stime.tv_usec) / 1e6;
+}
+
+void print(const char *name, double seconds, double processor)
+{
+    std::printf("%s %.6f %ld %.6f\n", name, seconds, used().ru_maxrss, processor);
 }
 
 template <typename Work>
 void measure(const char *name, Work work)
 {
     QElapsedTimer timer;
+    const double before = processorSeconds();
     timer.start();
     work();
-    std::printf("%s %.4f %ld\n", name, static_cast<double>(timer.nsecsElapsed()) / 1e9, peakKiB());
+    print(name, static_cast<double>(timer.nsecsElapsed()) / 1e9, processorSeconds() - before);
 }
-
-/// A platform below a given folder, kept afterwards.
-class BenchPlatform
-{
-public:
-    explicit BenchPlatform(const QString &home)
-        : directories{.home = home,
-                      .applicationSupport = home + QStringLiteral("/data"),
-                      .documents = home + QStringLiteral("/Documents"),
-                      .temporary = home + QStringLiteral("/tmp"),
-                      .configuration = home + QStringLiteral("/config")},
-          defaults(directories.configuration)
-    {
-        for (const QString &folder : {directories.applicationSupport, directories.documents, directories.temporary}) {
-            QDir().mkpath(folder);
-        }
-        queue.setMaxThreadCount(1);
-    }
-
-    [[nodiscard]] Platform platform()
-    {
-        return {.fileManager = files,
-                .directories = directories,
-                .defaults = defaults,
-                .credentials = credentials,
-                .credentialQueue = queue,
-                .biometrics = biometrics,
-                .panels = panels,
-                .cloud = cloud,
-                .clock = clock,
-                .random = random};
-    }
-
-    UserDirectories directories;
-    LinuxFileManager files;
-    SqliteUserDefaultsProvider defaults;
-    InMemoryCredentialStore credentials;
-    QThreadPool queue;
-    FakeBiometricAuthenticator biometrics;
-    FakeFilePanels panels;
-    CloudFolders cloud{directories};
-    ManualClock clock;
-    OpenSslRandomSource random;
-};
 
 void fillCatalogue(BenchPlatform &services, int count)
 {
@@ -99,6 +74,63 @@ void fillCatalogue(BenchPlatform &services, int count)
     services.defaults.standard().setData(defaults_keys::protectedItems, encodeProtectedItems(items));
 }
 
+const auto quiet = [](const QString &, double) {};
+const QString itemPassword = QStringLiteral("Abcdefg1");
+const QString masterPassword = QStringLiteral("Masterkey9");
+
+/// As many locked items as told, with their private copies and credentials.
+void fillWithItems(BenchPlatform &services, int count)
+{
+    KeychainManager keychain(services.credentials, services.random, keychainServiceName);
+    const QString store = services.directories.applicationSupport + QStringLiteral("/quillhaven");
+    const QString desktop = services.directories.home + QStringLiteral("/Desktop");
+    QDir().mkpath(store);
+    QDir().mkpath(desktop);
+    QList<ProtectedItem> items;
+    for (int i = 0; i < count; ++i) {
+        ProtectedItem item;
+        item.id = services.random.uuidString();
+        item.originalName = QStringLiteral("a document of some length %1.pdf").arg(i);
+        item.originalPath = desktop + QLatin1Char('/') + item.originalName;
+        item.containerPath = services.directories.documents + QLatin1Char('/') + item.originalName;
+        item.originalBackupPath = store + QLatin1Char('/') + item.id + QStringLiteral("_original");
+        QFile copy(item.originalBackupPath);
+        if (!copy.open(QIODevice::WriteOnly) || copy.write(QByteArray(4096, 'x')) < 0) {
+            std::fprintf(stderr, "no room\n");
+        }
+        keychain.storePassword(itemPassword, item.id);
+        items.append(item);
+    }
+    services.defaults.standard().setData(defaults_keys::protectedItems, encodeProtectedItems(items));
+}
+
+void prepareBackups(BenchPlatform &services, EngineHarness &engine)
+{
+    engine.masterPasswordEntry = masterPassword;
+    runTask(engine.masterPassword.setMasterPassword(masterPassword));
+    QDir().mkpath(services.directories.applicationSupport + QStringLiteral("/cloud/iCloud~com~tarnwick~quillhaven"));
+}
+
+void measureRecovery(BenchPlatform &services, EngineHarness &engine, const QString &folder)
+{
+    for (const QString &name : QDir(folder).entryList(QDir::Files)) {
+        engine.protect(folder + QLatin1Char('/') + name);
+    }
+    prepareBackups(services, engine);
+    services.defaults.standard().setBool(defaults_keys::enableiCloudBackup, true);
+    runTask(engine.manager.backupAllToiCloud());
+    const QString target = services.directories.home + QStringLiteral("/Recovered");
+    QDir().mkpath(target);
+    services.panels.answer = [target](const OpenPanelRequest &) { return target; };
+    measure("recover", [&] { (void)runTask(engine.manager.recoverFromiCloud(masterPassword)); });
+}
+
+void measureBulk(EngineHarness &engine)
+{
+    measure("unlock", [&] { runTask(engine.manager.bulkUnlockItems(engine.manager.protectedItems(), quiet)); });
+    measure("lock", [&] { runTask(engine.manager.bulkLockItems(engine.manager.protectedItems(), quiet)); });
+}
+
 } // namespace
 
 int main(int argc, char **argv)
@@ -106,7 +138,7 @@ int main(int argc, char **argv)
     const QCoreApplication application(argc, argv);
     const QStringList arguments = QCoreApplication::arguments();
     if (arguments.size() != 4) {
-        std::fprintf(stderr, "usage: engine_bench HOME protect|cycle|catalogue PATH|COUNT\n");
+        std::fprintf(stderr, "usage: engine_bench HOME protect|cycle|catalogue|backup|recover|shred|bulk PATH|COUNT\n");
         return 2;
     }
     setLogSink([](const QString &) {});
@@ -115,6 +147,8 @@ int main(int argc, char **argv)
     const QString subject = arguments.at(3);
     if (mode == QStringLiteral("catalogue")) {
         fillCatalogue(services, subject.toInt());
+    } else if (mode == QStringLiteral("bulk")) {
+        fillWithItems(services, subject.toInt());
     }
     EngineHarness engine(services.platform());
     if (mode == QStringLiteral("protect")) {
@@ -130,7 +164,18 @@ int main(int argc, char **argv)
         for (int i = 0; i < repeats; ++i) {
             engine.manager.saveProtectedItems();
         }
-        std::printf("save %.6f %ld\n", static_cast<double>(timer.nsecsElapsed()) / 1e9 / repeats, peakKiB());
+        print("save", static_cast<double>(timer.nsecsElapsed()) / 1e9 / repeats, 0);
+    } else if (mode == QStringLiteral("backup")) {
+        engine.protect(subject);
+        prepareBackups(services, engine);
+        services.defaults.standard().setBool(defaults_keys::enableiCloudBackup, true);
+        measure("backup", [&] { runTask(engine.manager.backupToiCloud(engine.item().id)); });
+    } else if (mode == QStringLiteral("recover")) {
+        measureRecovery(services, engine, subject);
+    } else if (mode == QStringLiteral("shred")) {
+        measure("shred", [&] { runTask(engine.manager.shredUnprotectedItems({subject}, quiet)); });
+    } else if (mode == QStringLiteral("bulk")) {
+        measureBulk(engine);
     } else {
         return 2;
     }

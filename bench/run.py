@@ -1,7 +1,7 @@
 #!/usr/bin/python3
 """Runs the benchmarks side by side in one run and prints ratios.
 
-bench/run.py [--gib 1] [--rounds 5] [protect] [move] [catalogue] [start]
+bench/run.py [--gib 1] [--rounds 5] [protect] [move] [catalogue] [backup] [recover] [shred] [bulk] [start]
 
 Each tool works on the same bytes on the same file system, in turns, so that a noisy machine disturbs all of them alike.
 The figures printed are medians; a ratio is the median of the per-round ratios.
@@ -38,20 +38,21 @@ def touch_memory():
 
 
 def timed(command, **kwargs):
-    """Seconds and peak resident KiB of a command."""
+    """Seconds, peak resident KiB and processor seconds of a command."""
     start = time.perf_counter()
     process = subprocess.Popen(command, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL, **kwargs)
     _, status, usage = os.wait4(process.pid, 0)
     seconds = time.perf_counter() - start
     if status != 0:
         sys.exit('failed: %s' % ' '.join(command))
-    return seconds, usage.ru_maxrss
+    return seconds, usage.ru_maxrss, usage.ru_utime + usage.ru_stime
 
 
 def engine(home, mode, subject):
-    """The lines of engine_bench: name -> (seconds, peak KiB)."""
+    """The lines of engine_bench: name -> (seconds, peak KiB, processor seconds)."""
     out = subprocess.run([BENCH, home, mode, str(subject)], check=True, capture_output=True, text=True).stdout
-    return {name: (float(seconds), int(peak)) for name, seconds, peak in map(str.split, out.splitlines())}
+    return {name: (float(seconds), int(peak), float(processor))
+            for name, seconds, peak, processor in map(str.split, out.splitlines())}
 
 
 def report(title, rounds, base):
@@ -60,9 +61,9 @@ def report(title, rounds, base):
     for name in rounds[0]:
         times = [r[name][0] for r in rounds]
         ratios = [r[name][0] / r[base][0] for r in rounds]
-        print('  %-34s %9.4f s   %6.2f x %s   peak %7.1f MiB' % (
+        print('  %-34s %9.4f s   %6.2f x %s   peak %7.1f MiB   processor %7.2f s' % (
             name, statistics.median(times), statistics.median(ratios), base,
-            statistics.median(r[name][1] for r in rounds) / 1024))
+            statistics.median(r[name][1] for r in rounds) / 1024, statistics.median(r[name][2] for r in rounds)))
 
 
 def bench_protect(work, gib, rounds):
@@ -147,9 +148,145 @@ def bench_start(work, rounds):
                     os.path.join(ROOT, 'bench', 'start.py'), PROGRAM, work, str(rounds)], check=True)
 
 
+def with_item(work, make, mode):
+    """One mode of engine_bench on a fresh home and a fresh item."""
+    home = tempfile.mkdtemp(dir=work)
+    result = engine(home, mode, make(os.path.join(home, 'item')))
+    shutil.rmtree(home)
+    return result[mode]
+
+
+def files_in(count, size):
+    """Makes a folder of so many files of random bytes."""
+    def make(path):
+        os.mkdir(path)
+        chunk = os.urandom(1 << 20)
+        for i in range(count):
+            with open(os.path.join(path, '%05d' % i), 'wb') as file:
+                for start in range(0, size, len(chunk)):
+                    file.write(chunk[:size - start])
+        return path
+    return make
+
+
+def pipeline(work, command):
+    """A shell command that writes to $OUT."""
+    out = os.path.join(work, 'out')
+    result = timed(['bash', '-o', 'pipefail', '-c', command], env=dict(os.environ, OUT=out))
+    os.remove(out)
+    return result
+
+
+def keys(work):
+    """A gpg command for a password, and an age recipient."""
+    gnupg = tempfile.mkdtemp(dir=work)
+    os.chmod(gnupg, 0o700)
+    gpg = ('gpg --homedir %s --batch --yes --pinentry-mode loopback --passphrase %s' % (gnupg, PASSWORD))
+    identity = os.path.join(gnupg, 'age.key')
+    subprocess.run(['age-keygen', '-o', identity], check=True, capture_output=True)
+    recipient = subprocess.run(['age-keygen', '-y', identity], check=True, capture_output=True, text=True).stdout.strip()
+    return gpg, recipient
+
+
+def bench_backup(work, gib, rounds):
+    gpg, recipient = keys(work)
+    for title, make in (('10,000 files of 4 KiB', files_in(10000, 4096)),
+                        ('%g GiB in 100 files' % gib, files_in(100, int(gib * 1024 ** 3 / 100)))):
+        results = []
+        folder = make(os.path.join(work, 'folder'))
+        for _ in range(rounds):
+            row = {'tar | age': pipeline(work, 'tar -cf - -C %s folder | age -r %s > $OUT' % (work, recipient))}
+            row['quillhaven backup'] = with_item(work, make, 'backup')
+            row['tar | gpg --symmetric'] = pipeline(
+                work, 'tar -cf - -C %s folder | %s --symmetric --cipher-algo AES256 --compress-algo none > $OUT' % (
+                    work, gpg))
+            results.append(row)
+        report('Recovery backup of a folder of ' + title, results, 'tar | age')
+        shutil.rmtree(folder)
+
+
+def bench_recover(work, gib, rounds):
+    gpg, _ = keys(work)
+    make = files_in(10, int(gib * 1024 ** 3 / 10))
+    folder = make(os.path.join(work, 'folder'))
+    for name in os.listdir(folder):
+        subprocess.run('%s --symmetric --cipher-algo AES256 --compress-algo none %s/%s' % (gpg, folder, name), shell=True,
+                       check=True, capture_output=True)
+        os.remove(os.path.join(folder, name))
+    results = []
+    for _ in range(rounds):
+        row = {'gpg --decrypt': timed(['bash', '-c', 'for f in %s/*; do %s --decrypt -o ${f%%.gpg} $f; rm ${f%%.gpg}; done'
+                                       % (folder, gpg)])}
+        row['quillhaven recovery'] = with_item(work, make, 'recover')
+        results.append(row)
+    report('Recovery of %g GiB in 10 backups' % gib, results, 'gpg --decrypt')
+    shutil.rmtree(folder)
+
+
+def plain_shred(path):
+    """Three passes in the plainest form: write and fsync for each chunk of 64 KiB."""
+    paths = [os.path.join(path, name) for name in sorted(os.listdir(path))] if os.path.isdir(path) else [path]
+    for each in paths:
+        size = os.path.getsize(each)
+        for value in (b'\0', b'\xff', b'\x5a'):
+            chunk = value * 65536
+            with open(each, 'r+b', buffering=0) as file:
+                for start in range(0, size, 65536):
+                    file.write(chunk[:size - start])
+                    os.fsync(file.fileno())
+        os.rename(each, each + '.gone')
+        os.remove(each + '.gone')
+        os.sync()
+    if os.path.isdir(path):
+        os.rmdir(path)
+
+
+def bench_shred(work, rounds):
+    def one_file(path):
+        with open(path, 'wb') as file:
+            for _ in range(64):
+                file.write(os.urandom(1 << 20))
+        return path
+
+    for title, make in (('64 MiB in one file', one_file), ('1,000 files of 4 KiB', files_in(1000, 4096))):
+        results = []
+        for _ in range(rounds):
+            path = os.path.join(work, 'victim')
+            make(path)
+            os.sync()
+            row = {'shred -n 3 -u': timed(['bash', '-c', 'find %s -type f -exec shred -n 3 -u {} +' % path])}
+            shutil.rmtree(path, ignore_errors=True)
+
+            def synced(target):
+                made = make(target)
+                os.sync()
+                return made
+            row['quillhaven shred'] = with_item(work, synced, 'shred')
+            make(path)
+            os.sync()
+            row['write and fsync each chunk'] = timed([sys.executable, __file__, '--plain-shred', path])
+            results.append(row)
+        report('Shredding ' + title, results, 'shred -n 3 -u')
+
+
+def bench_bulk(work, _):
+    print('\nBulk runs')
+    for count in (100, 1000, 10000):
+        home = tempfile.mkdtemp(dir=work)
+        result = engine(home, 'bulk', count)
+        shutil.rmtree(home)
+        for name in ('unlock', 'lock'):
+            seconds, peak, processor = result[name]
+            print('  %6d items %-7s %9.3f ms an item   peak %7.1f MiB   processor %7.2f s' % (
+                count, name, seconds / count * 1000, peak / 1024, processor))
+
+
 def main():
+    if sys.argv[1:2] == ['--plain-shred']:
+        plain_shred(sys.argv[2])
+        return
     ask = argparse.ArgumentParser(description=__doc__, formatter_class=argparse.RawDescriptionHelpFormatter)
-    ask.add_argument('what', nargs='*', default=['protect', 'move', 'catalogue', 'start'])
+    ask.add_argument('what', nargs='*', default=['protect', 'move', 'catalogue', 'backup', 'recover', 'shred', 'bulk', 'start'])
     ask.add_argument('--gib', type=float, default=1)
     ask.add_argument('--rounds', type=int, default=5)
     args = ask.parse_args()
@@ -162,6 +299,14 @@ def main():
             bench_move(work, args.gib, args.rounds)
         if 'catalogue' in args.what:
             bench_catalogue(work, args.rounds)
+        if 'backup' in args.what:
+            bench_backup(work, args.gib, args.rounds)
+        if 'recover' in args.what:
+            bench_recover(work, args.gib, args.rounds)
+        if 'shred' in args.what:
+            bench_shred(work, args.rounds)
+        if 'bulk' in args.what:
+            bench_bulk(work, args.rounds)
         if 'start' in args.what:
             bench_start(work, args.rounds)
     finally:

@@ -51,6 +51,8 @@ public:
     /// Moves a file or folder, also to another file system, with its metadata, flushed to the device. Fails with
     /// `TargetExists` when something stands at `target`. On failure the source is whole and the target absent.
     virtual void moveItem(const QString &source, const QString &target) = 0;
+    /// Gives an item another name in its folder, where nothing stands, without waiting for the device.
+    virtual void renameItem(const QString &path, const QString &newPath) = 0;
     /// Puts `replacement` in the place of `original`, which must stand. Either may be a folder. Afterwards nothing
     /// stands at `replacement`; on failure `original` is whole. A file takes a file's place in one step. With a folder
     /// the place is empty for a moment: a program that ends then leaves `replacement` where it was.

@@ -24,6 +24,7 @@ public:
     {
         m_next.replaceItemAt(original, replacement);
     }
+    void renameItem(const QString &path, const QString &newPath) override { m_next.renameItem(path, newPath); }
     void copyItem(const QString &source, const QString &target) override { m_next.copyItem(source, target); }
     [[nodiscard]] int64_t sizeOfItem(const QString &path) const override { return m_next.sizeOfItem(path); }
     [[nodiscard]] QList<FileEntry> regularFilesBelow(const QString &folder) const override

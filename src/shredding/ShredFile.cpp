@@ -120,9 +120,9 @@ QCoro::Task<> QuillhavenShredder::secureDelete(QString path)
     FileManager &files = m_platform.fileManager;
     const QString renamed = pathInDirectory(parentDirectory(path), m_platform.random.uuidString());
     auto work = [&files, path, renamed] {
-        files.moveItem(path, renamed);
+        files.renameItem(path, renamed);
         files.removeItem(renamed);
-        files.sync();
+        files.sync(); // brings the new name and its removal to the device too
     };
     co_await offMainThread(std::move(work));
 }

@@ -171,6 +171,12 @@ void FaultyFileManager::replaceItemAt(const QString &original, const QString &re
     FileManagerDecorator::replaceItemAt(original, replacement);
 }
 
+void FaultyFileManager::renameItem(const QString &path, const QString &newPath)
+{
+    const Within within;
+    FileManagerDecorator::renameItem(path, newPath);
+}
+
 void FaultyFileManager::copyItem(const QString &source, const QString &to)
 {
     const Within within;

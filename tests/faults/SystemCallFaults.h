@@ -36,6 +36,7 @@ public:
     void createDirectory(const QString &path) override;
     void moveItem(const QString &source, const QString &target) override;
     void replaceItemAt(const QString &original, const QString &replacement) override;
+    void renameItem(const QString &path, const QString &newPath) override;
     void copyItem(const QString &source, const QString &target) override;
     void removeItem(const QString &path) override;
     using FileManager::readFile;

@@ -160,7 +160,7 @@ TEST_F(FailedShred, FolderThatMayNotBeChangedKeepsTheOverwrittenFile)
     {
         const AsPlainUser user;
         const QString text = failureOf([&] { shred(path); });
-        EXPECT_TRUE(text.startsWith(QStringLiteral("You don't have permission to move \"a.txt\"")))
+        EXPECT_TRUE(text.startsWith(QStringLiteral("You don't have permission to move \"a.txt\" to \"folder\".")))
             << qUtf8Printable(text);
     }
     ASSERT_EQ(chmod(bytesOf(folder).constData(), 0755), 0);

@@ -49,10 +49,10 @@ public:
                [&] { handle = FileManagerDecorator::openForOverwriting(path); });
         return std::make_unique<Handle>(std::move(handle), path, *this);
     }
-    void moveItem(const QString &source, const QString &target) override
+    void renameItem(const QString &source, const QString &target) override
     {
         around(QStringLiteral("move"), source, shownName(source) + QStringLiteral(" to ") + shownName(target),
-               [&] { FileManagerDecorator::moveItem(source, target); });
+               [&] { FileManagerDecorator::renameItem(source, target); });
     }
     void removeItem(const QString &path) override
     {

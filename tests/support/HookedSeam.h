@@ -81,6 +81,10 @@ public:
     {
         m_hooks.around("replaceItemAt", original, [&] { FileManagerDecorator::replaceItemAt(original, replacement); });
     }
+    void renameItem(const QString &path, const QString &newPath) override
+    {
+        m_hooks.around("renameItem", path, [&] { FileManagerDecorator::renameItem(path, newPath); });
+    }
     void copyItem(const QString &source, const QString &target) override
     {
         m_hooks.around("copyItem", source, [&] { FileManagerDecorator::copyItem(source, target); });

@@ -291,6 +291,13 @@ void LinuxFileManager::replaceItemAt(const QString &original, const QString &rep
     putInPlaceOf(callName(original, Action::Replace), callName(replacement, Action::Replace), names);
 }
 
+void LinuxFileManager::renameItem(const QString &path, const QString &newPath)
+{
+    if (const int error = renameWithoutReplacing(callName(path, Action::Move), callName(newPath, Action::Move))) {
+        throw FileError::fromErrno(error, Action::Move, path, newPath);
+    }
+}
+
 void LinuxFileManager::copyItem(const QString &source, const QString &target)
 {
     const MoveNames names{Action::Copy, source, target};
