@@ -4,6 +4,7 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdarg>
 #include <cstdlib>
 
 namespace {
@@ -17,6 +18,22 @@ void failOnWarning(QtMsgType type, const QMessageLogContext &, const QString &me
 }
 
 } // namespace
+
+#if __has_feature(thread_sanitizer)
+#include <dlfcn.h>
+// Qt starts programs by clone() with shared memory; the sanitizer's own clone() takes that for a fork and stops.
+extern "C" int clone(int (*function)(void *), void *stack, int flags, void *argument, ...)
+{
+    va_list rest;
+    va_start(rest, argument);
+    auto *parent = va_arg(rest, void *);
+    auto *tls = va_arg(rest, void *);
+    auto *child = va_arg(rest, void *);
+    va_end(rest);
+    using Clone = int (*)(int (*)(void *), void *, int, void *, ...);
+    return reinterpret_cast<Clone>(dlsym(RTLD_NEXT, "clone"))(function, stack, flags, argument, parent, tls, child);
+}
+#endif
 
 int main(int argc, char **argv)
 {

@@ -239,7 +239,7 @@ void LinuxFileManager::requireProtectable(const QString &path) const
     const ScopedFd file = openReadable(path, name, Action::Protect, status);
     requireMovableLink(path, name);
     requireTakeable(path, name);
-    constexpr size_t slack = 1024 * 1024; // header, padding and tag of the container
+    constexpr size_t slack = size_t{1024} * 1024; // header, padding and tag of the container
     if (S_ISREG(status.st_mode) && !FileBuffer::fits(static_cast<size_t>(status.st_size) + slack)) {
         throw FileError::of(Kind::TooLargeForMemory, Action::Protect, path);
     }
@@ -256,7 +256,8 @@ QStringList LinuxFileManager::contentsOfDirectory(const QString &path) const
     errno = 0;
     while (const dirent *entry = readdir(stream.get())) {
         const QString entryName = QFile::decodeName(entry->d_name);
-        if (entryName != QLatin1String(".") && entryName != QLatin1String("..")) {
+        const bool isOwn = entryName == QLatin1String(".") || entryName == QLatin1String("..");
+        if (!isOwn) {
             names.append(entryName);
         }
         errno = 0;
