@@ -29,7 +29,9 @@ SheetFrame {
         border.width: 1
         border.color: Colors.borderSubtle
 
-        ListView {
+        FocusRing { shown: names.activeFocus }
+
+        Flickable {
             id: names
 
             anchors.fill: parent
@@ -37,28 +39,43 @@ SheetFrame {
             anchors.leftMargin: Spacing.md
             clip: true
             interactive: contentHeight > height
+            activeFocusOnTab: interactive
             boundsBehavior: Flickable.StopAtBounds
-            model: sheet.dialog.itemNames
+            contentHeight: nameColumn.implicitHeight
+            Keys.onUpPressed: namesBar.decrease()
+            Keys.onDownPressed: namesBar.increase()
             Accessible.role: Accessible.List
             Accessible.name: sheet.message
 
             ScrollBar.vertical: ScrollBar {
+                id: namesBar
+
                 policy: names.interactive ? ScrollBar.AlwaysOn : ScrollBar.AlwaysOff
             }
 
-            delegate: Text {
-                required property string modelData
+            Column {
+                id: nameColumn
 
-                width: ListView.view.width - Spacing.md
-                height: 24
-                text: modelData
-                textFormat: Text.PlainText
-                font: Typography.buttonText
-                color: Colors.textPrimary
-                elide: Text.ElideMiddle
-                verticalAlignment: Text.AlignVCenter
-                Accessible.role: Accessible.ListItem
-                Accessible.name: modelData
+                width: names.width - Spacing.md
+
+                Repeater {
+                    model: sheet.dialog.itemNames
+
+                    Text {
+                        required property string modelData
+
+                        width: nameColumn.width
+                        height: 24
+                        text: modelData
+                        textFormat: Text.PlainText
+                        font: Typography.buttonText
+                        color: Colors.textPrimary
+                        elide: Text.ElideMiddle
+                        verticalAlignment: Text.AlignVCenter
+                        Accessible.role: Accessible.ListItem
+                        Accessible.name: modelData
+                    }
+                }
             }
         }
     }

@@ -111,11 +111,28 @@ TEST_F(ShredConfirmationWindow, ButtonsStayInSightWhereTheWindowIsSmall)
     ASSERT_TRUE(confirm);
     EXPECT_LE(confirm->mapToScene({0, confirm->height()}).y(), smallest.height());
     // The field lies below what is shown, until the keyboard reaches it.
-    scene.press(Qt::Key_Tab);
-    scene.press(Qt::Key_Tab);
+    for (int presses = 0; presses < 3; ++presses) {
+        scene.press(Qt::Key_Tab);
+    }
     const QQuickItem *field = scene.window()->activeFocusItem();
     ASSERT_TRUE(field);
     EXPECT_LE(field->mapToScene({0, field->height()}).y(), confirm->mapToScene({0, 0}).y());
+}
+
+TEST_F(ShredConfirmationWindow, LongListOfNamesIsScrolledByTheKeyboard)
+{
+    dialog.show(manyNames());
+    ASSERT_TRUE(scene.getsFocus("Cancel"));
+    scene.press(Qt::Key_Tab);
+    const QQuickItem *names = scene.window()->activeFocusItem();
+    ASSERT_TRUE(names);
+    ASSERT_TRUE(names->inherits("QQuickFlickable")) << names->metaObject()->className();
+    EXPECT_EQ(names->property("contentY").toReal(), 0);
+    scene.press(Qt::Key_Down);
+    const qreal below = names->property("contentY").toReal();
+    EXPECT_GT(below, 0);
+    scene.press(Qt::Key_Up);
+    EXPECT_LT(names->property("contentY").toReal(), below);
 }
 
 TEST(ShredProgressWindow, ShowsItsStateAndCannotBeLeft)
