@@ -115,7 +115,7 @@ TEST_F(SecuredContainerTest, AHundredMebibytesOpenAndNeedLittleMoreMemoryThanThe
     const qint64 before = memory("VmRSS");
     write(file.fileName(), password);
     const qint64 growth = (memory("VmHWM") - before) * 1024;
-    EXPECT_GE(growth, size / 2); // else the figure says nothing
+    EXPECT_GE(growth, size / 2);     // else the figure says nothing
 #if !__has_feature(thread_sanitizer) // its shadow of the file's bytes counts too
     EXPECT_LE(growth, size + size / 5);
 #endif
