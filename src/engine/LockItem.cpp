@@ -5,8 +5,9 @@
 // 3. the record is marked locked and saved.
 //
 // A stop after 1 leaves the data in private storage while the record still says unlocked: the next lock finds no
-// original, skips the move and writes the placeholder; an unlock finds the private copy. A missing original is locked
-// all the same, without any data.
+// original, skips the move and writes the placeholder; an unlock finds the private copy. A stop after 2 leaves
+// the placeholder as well, which the next lock does not take for the original. A missing original is locked all the
+// same, without any data.
 
 #include "catalogue/QuillhavenError.h"
 #include "credentials/MasterPasswordManager.h"

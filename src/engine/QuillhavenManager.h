@@ -67,8 +67,8 @@ public:
     // LockItem.cpp
 
     /// Moves an unlocked item's data back into private storage and writes the placeholder. The caller promises that
-    /// the item is unlocked: locking a locked item destroys its data. Fails with `operationTimeout` when the work took
-    /// longer than 30 seconds, and then returns only after it has ended.
+    /// the item is unlocked. Fails with `operationTimeout` when the work took longer than 30 seconds, and then returns
+    /// only after it has ended.
     [[nodiscard]] QCoro::Task<> lockItem(ProtectedItem item);
 
     // UnlockItem.cpp

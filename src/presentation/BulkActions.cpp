@@ -47,7 +47,6 @@ void BulkActions::performBulkUnlock()
 
 void BulkActions::performBulkLock()
 {
-    // Locking a locked item destroys its data.
     start(
         m_context.selection.getSelectedItems(true), [](const ProtectedItem &item) { return item.isMounted; },
         [this](QList<ProtectedItem> items, ProgressCallback callback) {
