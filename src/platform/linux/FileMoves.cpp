@@ -86,6 +86,9 @@ int swapIn(const QByteArray &original, const struct stat &old, const QByteArray 
     if (!S_ISDIR(old.st_mode) && !S_ISDIR(fresh.st_mode)) {
         return plainRename(replacement, original);
     }
+    if (old.st_dev != fresh.st_dev) {
+        return EXDEV;
+    }
     // Found out now, while both are whole: a folder that could not be emptied afterwards.
     requireRemovable(original);
     // Not by an exchange of the names: a program that ended right behind it would leave the old item at the name of the
@@ -95,7 +98,9 @@ int swapIn(const QByteArray &original, const struct stat &old, const QByteArray 
         return error;
     }
     if (const int error = renameWithoutReplacing(replacement, original)) {
-        (void)renameWithoutReplacing(aside, original);
+        if (renameWithoutReplacing(aside, original) != 0) {
+            (void)renameWithoutReplacing(aside, original);
+        }
         return error;
     }
     discardTree(aside);
@@ -104,11 +109,11 @@ int swapIn(const QByteArray &original, const struct stat &old, const QByteArray 
 
 /// As in `moveAcross`, the replacement goes only after its copy has taken its place on the device.
 void replaceAcross(const QByteArray &original, const struct stat &old, const QByteArray &replacement,
-                   const struct stat &fresh, const MoveNames &names)
+                   const MoveNames &names)
 {
     requireRemovable(replacement);
     CrossDeviceCopy copy(replacement, original, names);
-    if (const int error = swapIn(original, old, copy.path(), fresh)) {
+    if (const int error = swapIn(original, old, copy.path(), statusOf(copy.path(), names))) {
         names.fail(error);
     }
     copy.keep();
@@ -204,7 +209,7 @@ void putInPlaceOf(const QByteArray &original, const QByteArray &replacement, con
     }
     const int error = swapIn(original, old, replacement, fresh);
     if (error == EXDEV) {
-        replaceAcross(original, old, replacement, fresh, names);
+        replaceAcross(original, old, replacement, names);
     } else if (error != 0) {
         names.fail(error);
     } else {

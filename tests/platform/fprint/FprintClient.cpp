@@ -45,8 +45,12 @@ QDBusMessage FprintClient::call(const QString &method, const QVariantList &argum
     const QDBusMessage question =
         QDBusMessage::createMethodCall(service, QStringLiteral("/net/reactivated/Fprint/Manager"),
                                        service + QStringLiteral(".Manager"), QStringLiteral("GetDefaultDevice"));
-    m_device = m_bus.call(question).arguments().value(0).value<QDBusObjectPath>().path();
-    if (m_device.isEmpty()) {
+    // The service has its name a moment before it has found its readers.
+    const bool hasReader = testing::spinUntil([this, &question] {
+        m_device = m_bus.call(question).arguments().value(0).value<QDBusObjectPath>().path();
+        return !m_device.isEmpty();
+    });
+    if (!hasReader) {
         throw std::runtime_error("fprintd offers no reader");
     }
     QDBusMessage message = QDBusMessage::createMethodCall(service, m_device, deviceInterface, method);
