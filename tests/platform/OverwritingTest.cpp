@@ -259,7 +259,7 @@ TEST_P(OverwritingTest, NoWriteIsLongerThanAChunkAndTheTailGoesThroughTheCache)
     EXPECT_EQ(calls.at(1).size, 65536U);
     EXPECT_EQ(calls.at(2).size, 140'000U - 131'072U);
     EXPECT_FALSE(calls.at(2).isDirect);
-    EXPECT_STREQ(calls.last().name, "fdatasync");
+    EXPECT_EQ(count("fdatasync"), 0) << "what was flushed is flushed once more";
     expectEachWriteFlushed();
 }
 
@@ -320,7 +320,10 @@ TEST_P(OverwritingTest, AWriteOrAFlushThatFailsIsAnError)
     m_kernel.fails = failing("pwritev2", EIO);
     expectKind(Kind::Other, [&] { overwrite(path, 0, QByteArray(10, 'y')); });
     EXPECT_EQ(read(path), QByteArray(10, 'x'));
-    m_kernel.fails = failing("fdatasync", EIO);
+    m_kernel.fails = [](const Call &call) {
+        const bool isFlush = std::strcmp(call.name, "fdatasync") == 0;
+        return std::strcmp(call.name, "pwritev2") == 0 ? EOPNOTSUPP : isFlush ? EIO : 0;
+    };
     const auto error = errorOf([&] { overwrite(path, 0, QByteArray(10, 'y')); });
     ASSERT_TRUE(error.has_value());
     EXPECT_EQ(error->errorDescription(), QStringLiteral("Could not overwrite \"file\": Input/output error."));

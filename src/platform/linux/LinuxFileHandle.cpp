@@ -97,6 +97,7 @@ void LinuxFileHandle::writeStretch(std::span<const std::byte> bytes)
             fail(count == 0 ? EIO : errno);
         }
         if (!m_knowsFlushingWrites) {
+            m_hasUnflushed = true;
             synchronizeFile();
         }
         done += static_cast<size_t>(count);
@@ -106,11 +107,16 @@ void LinuxFileHandle::writeStretch(std::span<const std::byte> bytes)
 
 void LinuxFileHandle::synchronizeFile()
 {
+    // Another call would have the device empty its cache once more for nothing.
+    if (!m_hasUnflushed) {
+        return;
+    }
     while (fdatasync(m_file.get()) != 0) {
         if (errno != EINTR) {
             fail(errno);
         }
     }
+    m_hasUnflushed = false;
 }
 
 void LinuxFileHandle::closeFile()

@@ -35,6 +35,7 @@ private:
     bool m_isDirect = false;
     bool m_allowsDirect = true;
     bool m_knowsFlushingWrites = true;
+    bool m_hasUnflushed = false;
     alignas(blockSize) std::array<std::byte, stretchSize> m_stretch{};
 };
 
