@@ -107,9 +107,11 @@ QCoro::Task<> QuillhavenShredder::performSecureOverwrite(QString path, int pass,
     } catch (...) {
         failure = std::current_exception();
     }
-    // A quick worker is through before it is waited for, and what it told is then still on its way.
-    co_await afterPosted();
-    disconnect(listening);
+    if (listening) {
+        // A quick worker is through before it is waited for, and what it told is then still on its way.
+        co_await afterPosted();
+        disconnect(listening);
+    }
     if (failure) {
         std::rethrow_exception(failure);
     }
