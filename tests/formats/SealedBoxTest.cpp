@@ -37,7 +37,7 @@ CipherError::Case failureOfOpening(const SymmetricKey &key, QByteArray box)
 const SymmetricKey someKey = keyOf("feffe9928665731c6d6a8f9467308308feffe9928665731c6d6a8f9467308308");
 const QByteArray someNonce = fromHex("cafebabefacedbaddecaf888");
 
-// The AES-256 test cases 13, 14 and 15 of the specification of GCM, as submitted to NIST.
+// The published AES-256 test cases of Galois/Counter Mode, numbers 13, 14 and 15.
 TEST(SealedBox, SealsNothingToTheTagAlone)
 {
     EXPECT_EQ(sealed({}, QByteArray(12, '\0'), {}), QByteArray(12, '\0') + fromHex("530f8afbc74536b9a963b4f1c4cb738b"));
