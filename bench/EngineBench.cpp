@@ -9,7 +9,6 @@
 // engine_bench HOME shred PATH         shreds a file or folder that is no item
 // engine_bench HOME bulk COUNT         unlocks and locks so many items in two bulk runs; prints two lines
 
-#include "BenchPlatform.h"
 #include "catalogue/CatalogueJson.h"
 #include "catalogue/DefaultsKeys.h"
 #include "credentials/KeychainManager.h"
@@ -17,6 +16,7 @@
 #include "platform/printLogger.h"
 #include "support/EngineHarness.h"
 
+#include <QDir>
 #include <QElapsedTimer>
 #include <QFile>
 
@@ -58,7 +58,7 @@ void measure(const char *name, Work work)
     print(name, static_cast<double>(timer.nsecsElapsed()) / 1e9, processorSeconds() - before);
 }
 
-void fillCatalogue(BenchPlatform &services, int count)
+void fillCatalogue(FolderPlatform &services, int count)
 {
     QList<ProtectedItem> items;
     for (int i = 0; i < count; ++i) {
@@ -79,7 +79,7 @@ const QString itemPassword = QStringLiteral("Abcdefg1");
 const QString masterPassword = QStringLiteral("Masterkey9");
 
 /// As many locked items as told, with their private copies and credentials.
-void fillWithItems(BenchPlatform &services, int count)
+void fillWithItems(FolderPlatform &services, int count)
 {
     KeychainManager keychain(services.credentials, services.random, keychainServiceName);
     const QString store = services.directories.applicationSupport + QStringLiteral("/quillhaven");
@@ -104,14 +104,14 @@ void fillWithItems(BenchPlatform &services, int count)
     services.defaults.standard().setData(defaults_keys::protectedItems, encodeProtectedItems(items));
 }
 
-void prepareBackups(BenchPlatform &services, EngineHarness &engine)
+void prepareBackups(FolderPlatform &services, EngineHarness &engine)
 {
     engine.masterPasswordEntry = masterPassword;
     runTask(engine.masterPassword.setMasterPassword(masterPassword));
     QDir().mkpath(services.directories.applicationSupport + QStringLiteral("/cloud/iCloud~com~tarnwick~quillhaven"));
 }
 
-void measureRecovery(BenchPlatform &services, EngineHarness &engine, const QString &folder)
+void measureRecovery(FolderPlatform &services, EngineHarness &engine, const QString &folder)
 {
     for (const QString &name : QDir(folder).entryList(QDir::Files)) {
         engine.protect(folder + QLatin1Char('/') + name);
@@ -142,7 +142,11 @@ int main(int argc, char **argv)
         return 2;
     }
     setLogSink([](const QString &) {});
-    BenchPlatform services(arguments.at(1));
+    FolderPlatform services(directoriesBelow(arguments.at(1)));
+    for (const QString &folder :
+         {services.directories.applicationSupport, services.directories.documents, services.directories.temporary}) {
+        QDir().mkpath(folder);
+    }
     const QString mode = arguments.at(2);
     const QString subject = arguments.at(3);
     if (mode == QStringLiteral("catalogue")) {

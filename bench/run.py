@@ -87,7 +87,7 @@ def bench_protect(work, gib, rounds):
         item = os.path.join(home, 'item.bin')
         os.rename(source, item)
         row['quillhaven protect'] = engine(home, 'protect', item)['protect']
-        stored = os.path.join(home, 'data', 'quillhaven')
+        stored = os.path.join(home, '.local', 'share', 'quillhaven')
         os.rename(os.path.join(stored, os.listdir(stored)[0]), source)
         shutil.rmtree(home)
         row['age to a key'] = timed(['age', '-r', recipient, '-o', os.path.join(work, 'age'), source])

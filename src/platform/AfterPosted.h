@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/Answer.h"
+#include "platform/WorkInFlight.h"
 
 #include <QCoroTask>
 
@@ -10,6 +11,7 @@ namespace quillhaven {
 /// thread only.
 inline QCoro::Task<> afterPosted()
 {
+    const WorkInFlight::Piece piece; // an operation that waits for its turn is under way
     const Answer<bool> turn;
     QMetaObject::invokeMethod(QCoreApplication::instance(), [turn] { turn.give(true); }, Qt::QueuedConnection);
     (void)co_await turn;

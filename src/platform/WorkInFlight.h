@@ -4,8 +4,8 @@
 
 namespace quillhaven {
 
-/// Counts the pieces of work that run off the main thread, so that the process ends between two steps of an operation
-/// only when none is under way. Main thread only.
+/// Counts the pieces of work that go on without the user, off the main thread or posted to it, so that the process ends
+/// between two steps of an operation only when none is under way. Main thread only.
 class WorkInFlight
 {
 public:

@@ -1,66 +1,36 @@
 #pragma once
 
-#include "faults/Operations.h"
 #include "faults/SystemCallFaults.h"
 #include "platform/linux/EmbeddedCredentialStore.h"
-#include "support/EngineHarness.h"
-
-#include <QThreadPool>
+#include "support/TestPlatform.h"
 
 namespace quillhaven::testing {
 
-/// A platform over a home folder that outlives the process, with the embedded credential store and a user who allows
+/// A FolderPlatform with the embedded credential store, within which system calls count, and a user who allows
 /// everything.
 class HomePlatform
 {
 public:
     explicit HomePlatform(const QString &home)
-        : m_directories{.home = home,
-                        .applicationSupport = home + QStringLiteral("/.local/share"),
-                        .documents = home + QStringLiteral("/Documents"),
-                        .temporary = home + QStringLiteral("/tmp"),
-                        .configuration = home + QStringLiteral("/.config/quillhaven")},
-          m_files(m_realFiles),
-          m_defaults(m_directories.configuration),
-          m_credentials(m_directories.configuration),
-          m_cloud(m_directories)
+        : m_services(directoriesBelow(home)),
+          m_files(m_services.fileManager),
+          m_credentials(m_services.directories.configuration)
     {
-        m_queue.setMaxThreadCount(1);
-        m_panels.answer = [home](const OpenPanelRequest &request) -> std::optional<QString> {
+        m_services.panels.answer = [home](const OpenPanelRequest &request) -> std::optional<QString> {
             return request.preselected.isEmpty() ? home + QStringLiteral("/Recovered")
                                                  : request.directory + QLatin1Char('/') + request.preselected;
         };
     }
-    ~HomePlatform() { m_queue.waitForDone(); }
+    ~HomePlatform() { m_services.credentialQueue.waitForDone(); }
     HomePlatform(const HomePlatform &) = delete;
     HomePlatform &operator=(const HomePlatform &) = delete;
 
-    [[nodiscard]] Platform platform()
-    {
-        return {.fileManager = m_files,
-                .directories = m_directories,
-                .defaults = m_defaults,
-                .credentials = m_credentials,
-                .credentialQueue = m_queue,
-                .biometrics = m_biometrics,
-                .panels = m_panels,
-                .cloud = m_cloud,
-                .clock = m_clock,
-                .random = m_random};
-    }
+    [[nodiscard]] Platform platform() { return m_services.platform(m_files, m_services.defaults, m_credentials); }
 
 private:
-    UserDirectories m_directories;
-    LinuxFileManager m_realFiles;
+    FolderPlatform m_services;
     FaultyFileManager m_files;
-    SqliteUserDefaultsProvider m_defaults;
     EmbeddedCredentialStore m_credentials;
-    QThreadPool m_queue;
-    FakeBiometricAuthenticator m_biometrics;
-    FakeFilePanels m_panels;
-    CloudFolders m_cloud;
-    ManualClock m_clock;
-    OpenSslRandomSource m_random;
 };
 
 } // namespace quillhaven::testing

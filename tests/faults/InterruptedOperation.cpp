@@ -15,15 +15,6 @@ using namespace quillhaven::testing;
 
 namespace {
 
-UserDirectories directoriesBelow(const QString &home)
-{
-    return {.home = home,
-            .applicationSupport = home + QStringLiteral("/.local/share"),
-            .documents = home + QStringLiteral("/Documents"),
-            .temporary = home + QStringLiteral("/tmp"),
-            .configuration = home + QStringLiteral("/.config/quillhaven")};
-}
-
 void perform(EngineHarness &engine, const QString &operation, const QString &path)
 {
     if (operation == QStringLiteral("protect")) {

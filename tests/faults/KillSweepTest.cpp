@@ -2,6 +2,7 @@
 // bytes stand somewhere unless they were to be destroyed, and the operation goes on from where it was.
 
 #include "faults/HomePlatform.h"
+#include "faults/Operations.h"
 #include "faults/SmallDisk.h"
 
 #include <QDirIterator>

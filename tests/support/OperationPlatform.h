@@ -1,56 +1,39 @@
 #pragma once
 
-#include "platform/linux/CloudFolders.h"
 #include "platform/linux/SystemCredentialStore.h"
 #include "support/EngineHarness.h"
 #include "support/HookedSeam.h"
 
 namespace quillhaven::testing {
 
-/// A platform over a home folder that outlives the process: real files, real settings databases, the real credential
-/// store of the session. Every change passes the hooks.
+/// A FolderPlatform with the real credential store of the session, in which every change passes the hooks.
 class OperationPlatform
 {
 public:
-    OperationPlatform(const UserDirectories &userDirectories, const SeamHooks &hooks)
-        : directories(userDirectories),
-          realDefaults(userDirectories.configuration),
-          realCredentials(userDirectories.configuration),
-          files(realFiles, hooks),
-          defaults(realDefaults, hooks),
-          credentials(realCredentials, hooks)
+    OperationPlatform(const UserDirectories &directories, const SeamHooks &hooks)
+        : m_services(directories),
+          realCredentials(directories.configuration),
+          m_files(m_services.fileManager, hooks),
+          m_defaults(m_services.defaults, hooks),
+          m_credentials(realCredentials, hooks)
     {
-        queue.setMaxThreadCount(1);
     }
-    ~OperationPlatform() { queue.waitForDone(); }
+    ~OperationPlatform() { m_services.credentialQueue.waitForDone(); }
+    OperationPlatform(const OperationPlatform &) = delete;
+    OperationPlatform &operator=(const OperationPlatform &) = delete;
 
-    [[nodiscard]] Platform platform()
-    {
-        return {.fileManager = files,
-                .directories = directories,
-                .defaults = defaults,
-                .credentials = credentials,
-                .credentialQueue = queue,
-                .biometrics = biometrics,
-                .panels = panels,
-                .cloud = cloud,
-                .clock = clock,
-                .random = random};
-    }
+    [[nodiscard]] Platform platform() { return m_services.platform(m_files, m_defaults, m_credentials); }
 
-    UserDirectories directories;
-    LinuxFileManager realFiles;
-    SqliteUserDefaultsProvider realDefaults;
+private:
+    FolderPlatform m_services;
+
+public:
     SystemCredentialStore realCredentials;
-    HookedFileManager files;
-    HookedUserDefaultsProvider defaults;
-    HookedCredentialStore credentials;
-    QThreadPool queue;
-    FakeBiometricAuthenticator biometrics;
-    FakeFilePanels panels;
-    CloudFolders cloud{directories};
-    ManualClock clock;
-    OpenSslRandomSource random;
+
+private:
+    HookedFileManager m_files;
+    HookedUserDefaultsProvider m_defaults;
+    HookedCredentialStore m_credentials;
 };
 
 } // namespace quillhaven::testing

@@ -8,6 +8,15 @@
 
 namespace quillhaven::testing {
 
+UserDirectories directoriesBelow(const QString &home)
+{
+    return {.home = home,
+            .applicationSupport = home + QStringLiteral("/.local/share"),
+            .documents = home + QStringLiteral("/Documents"),
+            .temporary = home + QStringLiteral("/tmp"),
+            .configuration = home + QStringLiteral("/.config/quillhaven")};
+}
+
 TemporaryHome::TemporaryHome()
 {
     for (const char *folder : {"Documents", "Desktop", ".config/quillhaven", ".local/share", "tmp"}) {
@@ -17,11 +26,7 @@ TemporaryHome::TemporaryHome()
 
 UserDirectories TemporaryHome::directories() const
 {
-    return {.home = m_directory.path(),
-            .applicationSupport = path(QStringLiteral(".local/share")),
-            .documents = path(QStringLiteral("Documents")),
-            .temporary = path(QStringLiteral("tmp")),
-            .configuration = path(QStringLiteral(".config/quillhaven"))};
+    return directoriesBelow(m_directory.path());
 }
 
 QString TemporaryHome::path(const QString &relative) const

@@ -7,6 +7,9 @@
 
 namespace quillhaven::testing {
 
+/// The places of a user whose home is this folder, as a desktop has them.
+[[nodiscard]] UserDirectories directoriesBelow(const QString &home);
+
 /// A home folder of one test's own, with the user's places in it, gone afterwards.
 class TemporaryHome
 {

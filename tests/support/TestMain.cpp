@@ -1,23 +1,9 @@
-#include "support/FinishWorkers.h"
+#include "support/RunTests.h"
 
 #include <QCoreApplication>
 
-#include <gtest/gtest.h>
-
 #include <cstdarg>
 #include <cstdlib>
-
-namespace {
-
-/// A warning that no test announced is a defect: a binding loop, a bad connect.
-void failOnWarning(QtMsgType type, const QMessageLogContext &, const QString &message)
-{
-    if (type == QtWarningMsg || type == QtCriticalMsg || type == QtFatalMsg) {
-        ADD_FAILURE() << "unexpected warning: " << qUtf8Printable(message);
-    }
-}
-
-} // namespace
 
 #if __has_feature(thread_sanitizer)
 #include <dlfcn.h>
@@ -37,10 +23,5 @@ extern "C" int clone(int (*function)(void *), void *stack, int flags, void *argu
 
 int main(int argc, char **argv)
 {
-    ::testing::InitGoogleTest(&argc, argv);
-    const QCoreApplication application(argc, argv);
-    qInstallMessageHandler(failOnWarning);
-    const int result = RUN_ALL_TESTS();
-    quillhaven::testing::finishWorkers();
-    return result;
+    return quillhaven::testing::runTests<QCoreApplication>(argc, argv);
 }

@@ -1,43 +1,22 @@
 #pragma once
 
-#include "platform/Platform.h"
-#include "platform/linux/CloudFolders.h"
-#include "platform/linux/LinuxFileManager.h"
-#include "platform/linux/OpenSslRandomSource.h"
-#include "platform/linux/SqliteUserDefaults.h"
-#include "support/FakeBiometricAuthenticator.h"
-#include "support/FakeFilePanels.h"
-#include "support/InMemoryCredentialStore.h"
-#include "support/ManualClock.h"
+#include "support/FolderPlatform.h"
 #include "support/TemporaryHome.h"
-
-#include <QThreadPool>
 
 namespace quillhaven::testing {
 
-/// A platform over a temporary home: real files and real settings databases; credentials, panels, finger and time are
-/// the test's to decide.
-class TestPlatform
+/// Comes before the platform that lives in it.
+class HasTemporaryHome
 {
 public:
-    TestPlatform();
-    ~TestPlatform();
-
-    /// The seam over these services. `fileManager` may be replaced by a decorator.
-    [[nodiscard]] Platform platform();
-    /// The same with another file manager, such as one that fails.
-    [[nodiscard]] Platform platform(FileManager &fileManager);
-
     TemporaryHome home;
-    LinuxFileManager fileManager;
-    SqliteUserDefaultsProvider defaults;
-    InMemoryCredentialStore credentials;
-    QThreadPool credentialQueue;
-    FakeBiometricAuthenticator biometrics;
-    FakeFilePanels panels;
-    CloudFolders cloud;
-    ManualClock clock;
-    OpenSslRandomSource random;
+};
+
+/// A FolderPlatform over a temporary home.
+class TestPlatform : public HasTemporaryHome, public FolderPlatform
+{
+public:
+    TestPlatform() : FolderPlatform(home.directories()) {}
 };
 
 } // namespace quillhaven::testing

@@ -44,11 +44,14 @@ public:
     /// Lets everything run that does not wait for a user.
     static void settle()
     {
-        do {
-            spinOnce();
-            spinUntil([] { return WorkInFlight::count() == 0; });
-            spinOnce();
-        } while (WorkInFlight::count() > 0);
+        spinOnce();
+        for (int quietRounds = 0; quietRounds < 10; ++quietRounds) {
+            if (WorkInFlight::count() > 0) {
+                spinUntil([] { return WorkInFlight::count() == 0; });
+                quietRounds = 0;
+            }
+            QCoreApplication::processEvents(QEventLoop::AllEvents);
+        }
     }
 
     /// The user's choices in the dialogs, as their buttons make them.

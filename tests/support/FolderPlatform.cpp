@@ -1,0 +1,41 @@
+#include "support/FolderPlatform.h"
+
+namespace quillhaven::testing {
+
+FolderPlatform::FolderPlatform(const UserDirectories &userDirectories)
+    : directories(userDirectories), defaults(directories.configuration), cloud(directories)
+{
+    credentialQueue.setMaxThreadCount(1);
+}
+
+FolderPlatform::~FolderPlatform()
+{
+    credentialQueue.waitForDone();
+}
+
+Platform FolderPlatform::platform()
+{
+    return platform(fileManager);
+}
+
+Platform FolderPlatform::platform(FileManager &otherFiles)
+{
+    return platform(otherFiles, defaults, credentials);
+}
+
+Platform FolderPlatform::platform(FileManager &otherFiles, UserDefaultsProvider &otherDefaults,
+                                  CredentialStore &otherCredentials)
+{
+    return {.fileManager = otherFiles,
+            .directories = directories,
+            .defaults = otherDefaults,
+            .credentials = otherCredentials,
+            .credentialQueue = credentialQueue,
+            .biometrics = biometrics,
+            .panels = panels,
+            .cloud = cloud,
+            .clock = clock,
+            .random = random};
+}
+
+} // namespace quillhaven::testing

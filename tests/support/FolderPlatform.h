@@ -1,0 +1,47 @@
+#pragma once
+
+#include "platform/Platform.h"
+#include "platform/linux/CloudFolders.h"
+#include "platform/linux/LinuxFileManager.h"
+#include "platform/linux/OpenSslRandomSource.h"
+#include "platform/linux/SqliteUserDefaults.h"
+#include "support/FakeBiometricAuthenticator.h"
+#include "support/FakeFilePanels.h"
+#include "support/InMemoryCredentialStore.h"
+#include "support/ManualClock.h"
+
+#include <QThreadPool>
+
+namespace quillhaven::testing {
+
+/// A platform over a user's places that outlive it: real files and real settings databases; credentials, panels, finger
+/// and time are the test's to decide.
+class FolderPlatform
+{
+public:
+    explicit FolderPlatform(const UserDirectories &userDirectories);
+    ~FolderPlatform();
+    FolderPlatform(const FolderPlatform &) = delete;
+    FolderPlatform &operator=(const FolderPlatform &) = delete;
+
+    /// The seam over these services.
+    [[nodiscard]] Platform platform();
+    /// The same with another file manager, such as one that fails.
+    [[nodiscard]] Platform platform(FileManager &otherFiles);
+    /// The same with other stores as well.
+    [[nodiscard]] Platform platform(FileManager &otherFiles, UserDefaultsProvider &otherDefaults,
+                                    CredentialStore &otherCredentials);
+
+    UserDirectories directories;
+    LinuxFileManager fileManager;
+    SqliteUserDefaultsProvider defaults;
+    InMemoryCredentialStore credentials;
+    QThreadPool credentialQueue;
+    FakeBiometricAuthenticator biometrics;
+    FakeFilePanels panels;
+    CloudFolders cloud;
+    ManualClock clock;
+    OpenSslRandomSource random;
+};
+
+} // namespace quillhaven::testing
