@@ -127,8 +127,10 @@ void measureRecovery(FolderPlatform &services, EngineHarness &engine, const QStr
 
 void measureBulk(EngineHarness &engine)
 {
-    measure("unlock", [&] { runTask(engine.manager.bulkUnlockItems(engine.manager.protectedItems(), quiet)); });
-    measure("lock", [&] { runTask(engine.manager.bulkLockItems(engine.manager.protectedItems(), quiet)); });
+    constexpr qint64 limitMs = 3'600'000;
+    measure("unlock",
+            [&] { runTask(engine.manager.bulkUnlockItems(engine.manager.protectedItems(), quiet), limitMs); });
+    measure("lock", [&] { runTask(engine.manager.bulkLockItems(engine.manager.protectedItems(), quiet), limitMs); });
 }
 
 } // namespace

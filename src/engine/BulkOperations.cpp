@@ -7,6 +7,8 @@
 #include "platform/FilePanels.h"
 #include "platform/Paths.h"
 
+#include <QSet>
+
 namespace quillhaven {
 
 namespace {
@@ -52,9 +54,10 @@ QCoro::Task<QStringList> QuillhavenManager::requestBulkFileAccess(QStringList pa
     if (!selected) {
         throw QuillhavenError(QuillhavenError::accessDenied, QStringLiteral("File access was denied by the user"));
     }
+    const QSet<QString> isSelected(selected->begin(), selected->end());
     QStringList granted;
     for (const QString &path : paths) {
-        if (selected->contains(path)) {
+        if (isSelected.contains(path)) {
             granted.append(path);
         }
     }
@@ -131,7 +134,8 @@ QCoro::Task<QList<QuillhavenManager::BulkStep>> QuillhavenManager::stepsWithAcce
                                                                                    ProgressCallback progressCallback)
 {
     progressCallback(requestingStatus(items.size()), 0.0);
-    const QStringList granted = co_await requestBulkFileAccess(originalPaths(items));
+    const QStringList paths = co_await requestBulkFileAccess(originalPaths(items));
+    const QSet<QString> granted(paths.begin(), paths.end());
     QList<BulkStep> steps;
     for (const ProtectedItem &item : std::as_const(items)) {
         const bool isGranted = granted.contains(item.originalPath);

@@ -135,7 +135,10 @@ void writeSealedFile(FileManager &fileManager, RandomSource &random, const UserD
                  ? createFolderArchive(fileManager, random, directories, source, sealing.headroom(),
                                        sealed_box::tagSize, sealing)
                  : fileManager.readFile(source, sealing.headroom(), sealed_box::tagSize, sealing);
-    fileManager.writeFile(path, output.bytes(), [&sealing](size_t done) { return sealing.finalBytes(done); });
+    fileManager.writeFile(path, output.bytes(), [&sealing, &output](size_t done) {
+        output.release(done);
+        return sealing.finalBytes(done);
+    });
 }
 
 } // namespace quillhaven

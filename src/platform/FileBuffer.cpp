@@ -6,6 +6,7 @@
 
 #include <sys/mman.h>
 
+#include <algorithm>
 #include <cstdint>
 #include <limits>
 #include <new>
@@ -67,7 +68,8 @@ FileBuffer::FileBuffer(FileBuffer &&other) noexcept
     : m_mapping(std::exchange(other.m_mapping, nullptr)),
       m_mappedSize(std::exchange(other.m_mappedSize, 0)),
       m_data(std::exchange(other.m_data, nullptr)),
-      m_size(std::exchange(other.m_size, 0))
+      m_size(std::exchange(other.m_size, 0)),
+      m_releasedSize(std::exchange(other.m_releasedSize, 0))
 {
 }
 
@@ -78,7 +80,17 @@ FileBuffer &FileBuffer::operator=(FileBuffer &&other) noexcept
     std::swap(m_mappedSize, taken.m_mappedSize);
     std::swap(m_data, taken.m_data);
     std::swap(m_size, taken.m_size);
+    std::swap(m_releasedSize, taken.m_releasedSize);
     return *this;
+}
+
+void FileBuffer::release(size_t count)
+{
+    const size_t end = std::min(count, m_size) / hugePageSize * hugePageSize;
+    if (end > m_releasedSize) {
+        madvise(m_data + m_releasedSize, end - m_releasedSize, MADV_DONTNEED);
+        m_releasedSize = end;
+    }
 }
 
 bool FileBuffer::fits(size_t size)

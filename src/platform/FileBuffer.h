@@ -25,11 +25,16 @@ public:
     [[nodiscard]] std::span<std::byte> bytes() { return {m_data, m_size}; }
     [[nodiscard]] std::span<const std::byte> bytes() const { return {m_data, m_size}; }
 
+    /// Gives the memory of the first `count` bytes, in whole huge pages, back to the system: they are lost. What is
+    /// written to a file at the same time takes it, so that the buffer and the file's pages do not stand side by side.
+    void release(size_t count);
+
 private:
     void *m_mapping = nullptr;
     size_t m_mappedSize = 0;
     std::byte *m_data = nullptr; ///< within the mapping, where a huge page begins
     size_t m_size = 0;
+    size_t m_releasedSize = 0;
 };
 
 } // namespace quillhaven

@@ -74,7 +74,8 @@ public:
         return readFile(path, headroom, tailroom, nobody);
     }
 
-    /// Says how many bytes from the start will not change any more: blocks until they are more than `done`.
+    /// Says how many bytes from the start will not change any more: blocks until they are more than `done`. Those
+    /// before `done` are not read again.
     using FinalBytes = std::function<size_t(size_t done)>;
 
     /// Writes the bytes in place, not atomically: makes the file, or empties the one that stands there first. The bytes

@@ -2,14 +2,14 @@
 
 #include "platform/WorkInFlight.h"
 
-#include <QCoroFuture>
+#include <QCoreApplication>
 #include <QCoroTask>
-#include <QFuture>
-#include <QPromise>
+#include <QMetaObject>
 #include <QRunnable>
 #include <QThreadPool>
 
 #include <atomic>
+#include <coroutine>
 #include <exception>
 #include <memory>
 #include <optional>
@@ -18,20 +18,26 @@
 
 namespace quillhaven {
 
-/// What a piece of work left behind: its value or its error.
+/// What a piece of work left behind, its value or its error, and who waits for it.
 template <typename Work>
 struct WorkOutcome
 {
     using Result = std::invoke_result_t<Work>;
     using Stored = std::conditional_t<std::is_void_v<Result>, std::monostate, Result>;
 
+    [[nodiscard]] bool await_ready() const noexcept { return false; }
+    void await_suspend(std::coroutine_handle<> handle) noexcept { waiting = handle; }
+    void await_resume() const noexcept {}
+
     std::optional<Stored> value;
     std::exception_ptr error;
     std::atomic_flag isWritten; ///< nothing above is read before this is set
+    std::coroutine_handle<> waiting;
 };
 
 /// One piece of work on its way to a pool's thread. The flags order the two threads by themselves: the order that Qt's
-/// pool makes is out of the thread sanitizer's sight, so that it could not tell a hand-over from a race.
+/// pool and its event queue make is out of the thread sanitizer's sight, so that it could not tell a hand-over from a
+/// race.
 template <typename Work>
 class PoolJob : public QRunnable
 {
@@ -42,13 +48,10 @@ public:
     }
 
     /// Gives the job to `pool`, which deletes it after its run.
-    static QFuture<void> start(QThreadPool &pool, std::unique_ptr<PoolJob> job)
+    static void start(QThreadPool &pool, std::unique_ptr<PoolJob> job)
     {
-        job->m_finished.start();
-        const QFuture<void> finished = job->m_finished.future();
         job->m_isHandedOver.test_and_set(std::memory_order_release);
         pool.start(job.release());
-        return finished;
     }
 
     void run() override
@@ -66,28 +69,28 @@ public:
         }
         m_work.reset(); // before the awaiting side goes on, which may own what it refers to
         m_outcome->isWritten.test_and_set(std::memory_order_release);
-        m_outcome.reset(); // so that the awaiting side is its last owner, and destroys it on its own thread
-        m_finished.finish();
+        // Moved, so that the main thread is the outcome's last owner.
+        auto goOn = [outcome = std::move(m_outcome)] { outcome->waiting.resume(); };
+        QMetaObject::invokeMethod(QCoreApplication::instance(), std::move(goOn), Qt::QueuedConnection);
     }
 
 private:
     std::atomic_flag m_isHandedOver;
     std::optional<Work> m_work;
     std::shared_ptr<WorkOutcome<Work>> m_outcome;
-    QPromise<void> m_finished;
 };
 
-/// Runs `work` on a thread of `pool` and returns its result, or throws what it threw, on the main thread. Only values
-/// may cross: `work` owns or copies all it uses, and what it refers to outlives it.
+/// Runs `work` on a thread of `pool` and returns its result, or throws what it threw, on the main thread, after all
+/// that the work posted to it. Only values may cross: `work` owns or copies all it uses, and what it refers to outlives
+/// it. Called on the main thread.
 template <typename Work>
 QCoro::Task<std::invoke_result_t<Work>> offMainThread(QThreadPool &pool, Work work)
 {
     auto outcome = std::make_shared<WorkOutcome<Work>>();
     {
         const WorkInFlight::Piece piece;
-        auto job = std::make_unique<PoolJob<Work>>(std::move(work), outcome);
-        QFuture<void> finished = PoolJob<Work>::start(pool, std::move(job));
-        co_await finished;
+        PoolJob<Work>::start(pool, std::make_unique<PoolJob<Work>>(std::move(work), outcome));
+        co_await *outcome;
     }
     [[maybe_unused]] const bool isWritten = outcome->isWritten.test(std::memory_order_acquire);
     Q_ASSERT(isWritten);

@@ -56,17 +56,21 @@ public:
 
 Q_SIGNALS:
     void changed();
-    /// Sent by a worker for the overwriting of that number, which alone listens.
-    void chunkWritten(quint64 overwriting, double fraction);
+    /// Sent by a worker: a pass begins (fraction 0), or so much of it is written. The run of that number listens.
+    void passAdvanced(quint64 run, int pass, double fraction);
 
 private:
     // ShredFile.cpp
     [[nodiscard]] QCoro::Task<> shredFile(QString path, ProgressCallback progressCallback);
-    /// One pass over the first `fileSize` bytes. `progress`, which may be empty, gets the fraction that is done, on the
-    /// main thread.
-    [[nodiscard]] QCoro::Task<> performSecureOverwrite(QString path, int pass, int64_t fileSize,
-                                                       std::function<void(double)> progress);
-    [[nodiscard]] QCoro::Task<> secureDelete(QString path);
+    /// One pass over the first `fileSize` bytes. `progress`, which may be empty, gets the fraction that is done. On a
+    /// worker's thread, as the next one.
+    void performSecureOverwrite(const QString &path, int pass, int64_t fileSize,
+                                const std::function<void(double fraction)> &progress);
+    void secureDelete(const QString &path);
+
+    using PassListener = std::function<void(int pass, double fraction)>;
+    /// Runs `work` off the main thread with a number under which it sends `passAdvanced` to the listener.
+    [[nodiscard]] QCoro::Task<> overwriting(std::function<void(quint64 run)> work, PassListener listener);
 
     // ShredDirectory.cpp
     [[nodiscard]] QCoro::Task<> shredDirectory(QString path, ProgressCallback progressCallback);
@@ -83,7 +87,7 @@ private:
     bool m_isShredding = false;
     double m_shredProgress = 0;
     QString m_currentOperation;
-    quint64 m_overwrites = 0; ///< those that had a listener so far
+    quint64 m_runs = 0; ///< those that had a listener so far
 };
 
 } // namespace quillhaven

@@ -23,14 +23,20 @@ QCoro::Task<> QuillhavenShredder::shredDirectory(QString path, ProgressCallback 
     report(progressCallback, QStringLiteral("Found %1 files to shred").arg(files.size()), 0.1);
     int64_t processedSize = 0;
     for (const FileEntry &file : files) {
-        for (int pass = 1; pass <= passes; ++pass) {
-            // Not a number when every file is empty; whoever shows it copes with that.
-            const double progress = static_cast<double>(processedSize) / static_cast<double>(totalSize) * 0.8 + 0.1;
-            const QString fileName = lastPathComponent(file.path);
+        // A file is one piece of work: with many small ones the way to a worker and back would cost more than the work.
+        auto work = [this, file](quint64 run) {
+            for (int pass = 1; pass <= passes; ++pass) {
+                Q_EMIT passAdvanced(run, pass, 0.0);
+                performSecureOverwrite(file.path, pass, file.size, {});
+            }
+            secureDelete(file.path);
+        };
+        // Not a number when every file is empty; whoever shows it copes with that.
+        const double progress = static_cast<double>(processedSize) / static_cast<double>(totalSize) * 0.8 + 0.1;
+        auto passBegan = [this, progressCallback, fileName = lastPathComponent(file.path), progress](int pass, double) {
             report(progressCallback, QStringLiteral("Pass %1/%2: ").arg(pass).arg(passes) + fileName, progress);
-            co_await performSecureOverwrite(file.path, pass, file.size, {});
-        }
-        co_await secureDelete(file.path);
+        };
+        co_await overwriting(std::move(work), std::move(passBegan));
         processedSize += file.size;
     }
 

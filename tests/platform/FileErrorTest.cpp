@@ -102,6 +102,22 @@ TEST(FileBuffer, HoldsZeroesAndMovesWithoutACopy)
     EXPECT_EQ(assigned.bytes()[5], std::byte{7});
 }
 
+TEST(FileBuffer, GivesBackWhatIsReleasedAndKeepsEveryByteBehindIt)
+{
+    constexpr size_t mebibyte = size_t{1} << 20;
+    FileBuffer buffer(7 * mebibyte + 5);
+    std::ranges::fill(buffer.bytes(), std::byte{7});
+    buffer.release(3 * mebibyte);
+    EXPECT_EQ(buffer.bytes()[0], std::byte{0});
+    EXPECT_EQ(std::ranges::count(buffer.bytes().subspan(3 * mebibyte), std::byte{7}),
+              static_cast<std::ptrdiff_t>(4 * mebibyte + 5));
+    buffer.release(mebibyte);
+    buffer.release(buffer.size());
+    EXPECT_EQ(buffer.bytes()[buffer.size() - 1], std::byte{7}) << "a piece of a huge page stays";
+    FileBuffer empty;
+    empty.release(0);
+}
+
 TEST(FileBuffer, FitsSaysNoToMoreThanThereIs)
 {
     EXPECT_TRUE(FileBuffer::fits(0));

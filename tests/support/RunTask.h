@@ -14,9 +14,11 @@
 
 namespace quillhaven::testing {
 
-/// Spins the event loop until the condition holds. False after `limitMs` milliseconds: a guard against a hanging test,
-/// never a measure.
-inline bool spinUntil(const std::function<bool()> &condition, qint64 limitMs = 60'000)
+/// A guard against a hanging test, in milliseconds; never a measure.
+inline constexpr qint64 patience = 60'000;
+
+/// Spins the event loop until the condition holds. False after `limitMs` milliseconds.
+inline bool spinUntil(const std::function<bool()> &condition, qint64 limitMs = patience)
 {
     QElapsedTimer timer;
     timer.start();
@@ -49,9 +51,9 @@ public:
 
     [[nodiscard]] bool isFinished() const { return m_state->finished; }
     /// Waits for the end; rethrows what the task threw.
-    T wait() const
+    T wait(qint64 limitMs = patience) const
     {
-        if (!spinUntil([this] { return m_state->finished; })) {
+        if (!spinUntil([this] { return m_state->finished; }, limitMs)) {
             throw std::runtime_error("the task did not end");
         }
         if (m_state->error) {
@@ -92,9 +94,9 @@ private:
 
 /// Runs a task to its end and returns its result, or throws what it threw.
 template <typename T>
-T runTask(QCoro::Task<T> task)
+T runTask(QCoro::Task<T> task, qint64 limitMs = patience)
 {
-    return RunningTask<T>(std::move(task)).wait();
+    return RunningTask<T>(std::move(task)).wait(limitMs);
 }
 
 } // namespace quillhaven::testing

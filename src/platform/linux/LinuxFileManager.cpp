@@ -353,9 +353,10 @@ void LinuxFileManager::writeFile(const QString &path, std::span<const std::byte>
     if (status.st_size != 0 && ftruncate(file.get(), 0) != 0) {
         throw FileError::fromErrno(errno, Action::Write, path);
     }
+    constexpr size_t longestWrite = size_t(8) << 20; // so that `finalBytes` hears of the progress
     for (size_t done = 0; done < bytes.size();) {
         const std::span<const std::byte> final = bytes.first(finalBytes(done)).subspan(done);
-        const ssize_t count = write(file.get(), final.data(), final.size());
+        const ssize_t count = write(file.get(), final.data(), std::min(final.size(), longestWrite));
         if (count < 0 && errno != EINTR) {
             throw FileError::fromErrno(errno, Action::Write, path);
         }
