@@ -115,8 +115,10 @@ SqliteDatabase::OpenResult SqliteDatabase::open(const QString &path)
         return OpenResult::Unusable;
     }
     sqlite3_busy_timeout(database, busyTimeoutMs);
-    // Full: the catalogue is the only pointer to people's data, and a save must survive a power cut.
-    if (!run("PRAGMA journal_mode = WAL") || !isIntact() ||
+    // A long catalogue in pages of the usual 4 KiB is written by hundreds of calls. A database that has such pages
+    // keeps them. Full: the catalogue is the only pointer to people's data, and a save must survive a power cut.
+    if (!run("PRAGMA page_size = 65536") || !run("PRAGMA journal_mode = WAL") ||
+        !run("PRAGMA wal_autocheckpoint = 64") || !isIntact() ||
         !run("CREATE TABLE IF NOT EXISTS defaults (key TEXT PRIMARY KEY, type TEXT NOT NULL, value BLOB)") ||
         !run("PRAGMA synchronous = FULL") || !prepareAll()) {
         return isBlockedFromOutside(sqlite3_errcode(database)) ? OpenResult::Unusable : OpenResult::Corrupt;
