@@ -69,8 +69,8 @@ void runTar(const QString &archivePath, const QString &folder)
     tar.setStandardOutputFile(QProcess::nullDevice());
     tar.start(tarProgram(), {QStringLiteral("-cf"), archivePath, QStringLiteral("-C"), info.path(), info.fileName()});
     if (!tar.waitForStarted(noTimeout)) {
-        throw QuillhavenError(QuillhavenError::encryptionFailed,
-                              QStringLiteral("Failed to create folder archive: ") + tar.errorString());
+        throw FileError(FileError::Kind::Other,
+                        QStringLiteral("Could not start \"tar\": ") + tar.errorString() + QLatin1Char('.'));
     }
     tar.waitForFinished(noTimeout);
     if (tar.exitStatus() != QProcess::NormalExit || tar.exitCode() != 0) {

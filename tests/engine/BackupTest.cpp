@@ -293,6 +293,16 @@ TEST_F(Backup, LockUnlockAndRemovalLeaveTheBackupAsItIs)
     EXPECT_EQ(cloud.backupNames().size(), 1);
 }
 
+TEST_F(Backup, ShreddingTheItemLeavesItsBackup)
+{
+    start({QStringLiteral("a.txt")});
+    backUp();
+    const QString path = backupPath();
+    runTask(engine->manager.shredProtectedItem(engine->item(), [](const QString &, double) {}));
+    ASSERT_EQ(engine->count(), 0);
+    EXPECT_EQ(opened(path), "a.txt");
+}
+
 TEST_F(Backup, NewMasterPasswordCountsFromTheNextBackupOn)
 {
     start({QStringLiteral("a.txt")});

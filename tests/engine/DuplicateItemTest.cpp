@@ -47,9 +47,8 @@ protected:
         QStringList names;
         for (int made = 0; made < count; ++made) {
             duplicate();
+            expectFlagIsReset();
             names.append(engine->item(engine->count() - 1).originalName);
-            // Nothing stands at a duplicate's place until it is unlocked, so its name is free until then.
-            engine->unlock(engine->count() - 1);
         }
         return names;
     }
@@ -114,9 +113,7 @@ TEST_F(DuplicateItem, TakenNamesCountFromTwo)
 
 TEST_F(DuplicateItem, ReportBecomesReportCopyThenTwoThenThree)
 {
-    services.panels.answer = [](const OpenPanelRequest &request) {
-        return request.directory + QLatin1Char('/') + request.preselected;
-    };
+    // Nothing stands at a duplicate's place until it is unlocked: its record alone holds the name.
     const QStringList expected{QStringLiteral("report Copy.txt"), QStringLiteral("report Copy 2.txt"),
                                QStringLiteral("report Copy 3.txt")};
     EXPECT_EQ(namesOfDuplicates(QStringLiteral("report.txt"), 3), expected);
@@ -124,9 +121,6 @@ TEST_F(DuplicateItem, ReportBecomesReportCopyThenTwoThenThree)
 
 TEST_F(DuplicateItem, NameWithoutADotHasNoExtension)
 {
-    services.panels.answer = [](const OpenPanelRequest &request) {
-        return request.directory + QLatin1Char('/') + request.preselected;
-    };
     const QStringList expected{QStringLiteral("notes Copy"), QStringLiteral("notes Copy 2")};
     EXPECT_EQ(namesOfDuplicates(QStringLiteral("notes"), 2), expected);
 }

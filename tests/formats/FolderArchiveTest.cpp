@@ -1,16 +1,11 @@
 #include "formats/FolderArchive.h"
 #include "catalogue/QuillhavenError.h"
 #include "formats/Bytes.h"
+#include "platform/FileFixture.h"
 #include "platform/FileManagerDecorator.h"
-#include "platform/linux/LinuxFileManager.h"
 #include "platform/linux/OpenSslRandomSource.h"
-#include "support/TemporaryHome.h"
 
-#include <QDir>
-#include <QFile>
-#include <QProcess>
-
-#include <gtest/gtest.h>
+#include <sys/resource.h>
 
 #include <thread>
 
@@ -25,6 +20,39 @@ public:
     {
         throw FileError::of(FileError::Kind::TooLargeForMemory, FileError::Action::Read, path);
     }
+};
+
+/// Removes nothing while it lives.
+class UnremovableFolders : public FileManagerDecorator
+{
+public:
+    using FileManagerDecorator::FileManagerDecorator;
+    void removeItem(const QString &path) override
+    {
+        refused.append(path);
+        throw FileError::of(FileError::Kind::NoPermission, FileError::Action::Remove, path);
+    }
+
+    QStringList refused;
+};
+
+/// A limit of this process and of those it starts, for as long as it lives.
+class Limit
+{
+public:
+    Limit(__rlimit_resource resource, rlim_t most) : m_resource(resource)
+    {
+        EXPECT_EQ(getrlimit(resource, &m_before), 0);
+        const rlimit lower{most, m_before.rlim_max};
+        EXPECT_EQ(setrlimit(resource, &lower), 0);
+    }
+    ~Limit() { EXPECT_EQ(setrlimit(m_resource, &m_before), 0); }
+    Limit(const Limit &) = delete;
+    Limit &operator=(const Limit &) = delete;
+
+private:
+    __rlimit_resource m_resource;
+    rlimit m_before{};
 };
 
 class FolderArchiveTest : public ::testing::Test
@@ -153,6 +181,41 @@ TEST_F(FolderArchiveTest, TarsOwnWordsReachTheMessage)
         << qUtf8Printable(message);
     EXPECT_TRUE(message.contains(QStringLiteral("tar: Missing: Cannot stat: No such file or directory")))
         << qUtf8Printable(message);
+}
+
+TEST_F(FolderArchiveTest, TarThatEndsWithoutAWordIsAnUnknownError)
+{
+    home.write(QStringLiteral("Documents/Letters/a.txt"));
+    const Limit noBytes(RLIMIT_FSIZE, 0); // its first write ends it
+    EXPECT_EQ(failureFor(home.path(QStringLiteral("Documents/Letters"))),
+              QStringLiteral("Failed to create encrypted container: Failed to create folder archive: Unknown error"));
+}
+
+TEST_F(FolderArchiveTest, TarThatCannotBeStartedIsItsOwnError)
+{
+    home.write(QStringLiteral("Documents/Letters/a.txt"));
+    ASSERT_EQ(chmod(QFile::encodeName(home.path()).constData(), 0755), 0);
+    ASSERT_EQ(chmod(QFile::encodeName(home.directories().temporary).constData(), 0777), 0);
+    QString text;
+    try {
+        const AsPlainUser user; // root may have any number of processes
+        const Limit noProcess(RLIMIT_NPROC, 0);
+        archiveOf(home.path(QStringLiteral("Documents/Letters")));
+    } catch (const FileError &error) {
+        text = error.errorDescription();
+    }
+    EXPECT_TRUE(text.startsWith(QStringLiteral("Could not start \"tar\": "))) << qUtf8Printable(text);
+}
+
+TEST_F(FolderArchiveTest, AWorkDirectoryThatCannotBeRemovedIsNoFailure)
+{
+    home.write(QStringLiteral("Documents/Letters/a.txt"));
+    UnremovableFolders unremovable(files);
+    const FileBuffer archive = createFolderArchive(unremovable, random, home.directories(),
+                                                   home.path(QStringLiteral("Documents/Letters")), 0, 0, nobody);
+    EXPECT_GT(archive.size(), 0U);
+    ASSERT_FALSE(unremovable.refused.isEmpty());
+    files.removeItem(unremovable.refused.first());
 }
 
 TEST_F(FolderArchiveTest, ANameThatBeginsWithAHyphenIsTarsLastArgumentAndReadAsAnOption)

@@ -268,6 +268,24 @@ TEST_F(ShredDirectory, FileThatMayNotBeRenamedStopsTheRun)
     EXPECT_EQ(standing(folder), QStringList({QStringLiteral("a"), QStringLiteral("b")}));
 }
 
+TEST_F(ShredDirectory, FileThatMayNotBeDeletedStopsTheRunUnderItsRandomName)
+{
+    inFolder(QStringLiteral("a"));
+    const QString b = inFolder(QStringLiteral("b"));
+    files.before = [](const QString &call, const QString &path) {
+        if (call == QStringLiteral("remove")) {
+            throw FileError::fromErrno(EACCES, FileError::Action::Remove, path);
+        }
+    };
+    EXPECT_NE(failureOf([&] { shred(folder); }), QStringLiteral("no error"));
+    QStringList left = standing(folder);
+    EXPECT_FALSE(left.contains(QStringLiteral("a")));
+    ASSERT_TRUE(left.removeOne(QStringLiteral("b")));
+    ASSERT_EQ(left.size(), 1);
+    expectOverwritten(folder + QLatin1Char('/') + left.first(), 6);
+    EXPECT_EQ(read(b), "secret");
+}
+
 TEST_F(ShredDirectory, NamesThatAreNotUtf8AreOverwrittenAndRemoved)
 {
     const QByteArray inner = bytesOf(folder) + "/sub\xC3";

@@ -161,6 +161,14 @@ TEST_F(ShredFile, WhatIsAppendedMeanwhileIsNotOverwrittenAndGoesWithTheFile)
     EXPECT_EQ(standing(), QStringList());
 }
 
+TEST_F(ShredFile, NothingIsLeftInTheFolderUnderTheOldNameOrARandomOne)
+{
+    write(QStringLiteral("neighbour"), "kept");
+    shred(write(QStringLiteral("a.txt"), "secret"));
+    EXPECT_EQ(standing(), QStringList({QStringLiteral("neighbour")}));
+    EXPECT_EQ(read(desktop(QStringLiteral("neighbour"))), "kept");
+}
+
 TEST_F(ShredFile, CancelledMasterPromptReturnsNormallyAndTouchesNothing)
 {
     setMasterPassword(QStringLiteral("Master12"));

@@ -2,6 +2,7 @@
 #include "engine/CloudFolder.h"
 
 #include "catalogue/QuillhavenError.h"
+#include "formats/RecoveryBackup.h"
 
 using namespace quillhaven;
 using namespace quillhaven::testing;
@@ -104,6 +105,28 @@ TEST_F(Backups, RecoveryTellsHowManyFilesCameBack)
     EXPECT_EQ(told.message(), QStringLiteral("Successfully recovered 1 files to the selected folder."));
     EXPECT_EQ(told.confirmTitle(), QStringLiteral("OK"));
     EXPECT_FALSE(told.showCancelButton());
+}
+
+TEST_F(Backups, TwoBackupsOfOneNameAndARawCopyAreToldAsThreeFiles)
+{
+    cloud.make();
+    storeMasterPassword();
+    cloud.writeBackup(QStringLiteral("raw"), "RECOVERY" + QByteArray(36, 's'));
+    ProtectedItem item;
+    item.originalName = QStringLiteral("same.txt");
+    const QString source = services.home.write(QStringLiteral("papers/same.txt"));
+    for (const QString &id : {QStringLiteral("one"), QStringLiteral("two")}) {
+        createRecoveryBackup(services.fileManager, services.random, services.home.directories(), source,
+                             cloud.backup(id), theMasterPassword, item);
+    }
+    const QString folder = services.home.path(QStringLiteral("recovered"));
+    QDir().mkpath(folder);
+    services.panels.answer = [&](const OpenPanelRequest &) { return folder; };
+    recover(theMasterPassword);
+    EXPECT_EQ(QDir(folder).entryList(QDir::Files, QDir::Name),
+              QStringList({QStringLiteral("raw"), QStringLiteral("same.txt")}));
+    EXPECT_EQ(started().confirmationDialog.message(),
+              QStringLiteral("Successfully recovered 3 files to the selected folder."));
 }
 
 TEST_F(Backups, WrongMasterPasswordClosesTheDialogAndSaysSo)
