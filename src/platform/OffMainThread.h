@@ -4,7 +4,8 @@
 
 #include <QCoreApplication>
 #include <QCoroTask>
-#include <QMetaObject>
+#include <QEvent>
+#include <QObject>
 #include <QRunnable>
 #include <QThreadPool>
 
@@ -18,21 +19,37 @@
 
 namespace quillhaven {
 
-/// What a piece of work left behind, its value or its error, and who waits for it.
+/// What a piece of work left behind: its value or its error.
 template <typename Work>
 struct WorkOutcome
 {
     using Result = std::invoke_result_t<Work>;
     using Stored = std::conditional_t<std::is_void_v<Result>, std::monostate, Result>;
 
-    [[nodiscard]] bool await_ready() const noexcept { return false; }
-    void await_suspend(std::coroutine_handle<> handle) noexcept { waiting = handle; }
-    void await_resume() const noexcept {}
-
     std::optional<Stored> value;
     std::exception_ptr error;
     std::atomic_flag isWritten; ///< nothing above is read before this is set
-    std::coroutine_handle<> waiting;
+};
+
+/// Where a coroutine waits for the event that a piece of work posts at its end. Both are made and read by one thread.
+class WorkEnd : public QObject
+{
+public:
+    [[nodiscard]] bool await_ready() const noexcept { return false; }
+    void await_suspend(std::coroutine_handle<> handle) noexcept { m_waiting = handle; }
+    void await_resume() const noexcept {}
+
+    bool event(QEvent *event) override
+    {
+        if (event->type() != QEvent::User) {
+            return QObject::event(event);
+        }
+        m_waiting.resume(); // may end this object
+        return true;
+    }
+
+private:
+    std::coroutine_handle<> m_waiting;
 };
 
 /// One piece of work on its way to a pool's thread. The flags order the two threads by themselves: the order that Qt's
@@ -42,8 +59,8 @@ template <typename Work>
 class PoolJob : public QRunnable
 {
 public:
-    PoolJob(Work work, std::shared_ptr<WorkOutcome<Work>> outcome)
-        : m_work(std::move(work)), m_outcome(std::move(outcome))
+    PoolJob(Work work, std::shared_ptr<WorkOutcome<Work>> outcome, WorkEnd &end)
+        : m_work(std::move(work)), m_outcome(std::move(outcome)), m_end(end)
     {
     }
 
@@ -69,15 +86,16 @@ public:
         }
         m_work.reset(); // before the awaiting side goes on, which may own what it refers to
         m_outcome->isWritten.test_and_set(std::memory_order_release);
-        // Moved, so that the main thread is the outcome's last owner.
-        auto goOn = [outcome = std::move(m_outcome)] { outcome->waiting.resume(); };
-        QMetaObject::invokeMethod(QCoreApplication::instance(), std::move(goOn), Qt::QueuedConnection);
+        m_outcome.reset(); // so that the awaiting side is its last owner, and destroys it on its own thread
+        QCoreApplication::postEvent(&m_end, m_ending.release());
     }
 
 private:
     std::atomic_flag m_isHandedOver;
     std::optional<Work> m_work;
     std::shared_ptr<WorkOutcome<Work>> m_outcome;
+    WorkEnd &m_end;
+    std::unique_ptr<QEvent> m_ending = std::make_unique<QEvent>(QEvent::User);
 };
 
 /// Runs `work` on a thread of `pool` and returns its result, or throws what it threw, on the main thread, after all
@@ -89,8 +107,9 @@ QCoro::Task<std::invoke_result_t<Work>> offMainThread(QThreadPool &pool, Work wo
     auto outcome = std::make_shared<WorkOutcome<Work>>();
     {
         const WorkInFlight::Piece piece;
-        PoolJob<Work>::start(pool, std::make_unique<PoolJob<Work>>(std::move(work), outcome));
-        co_await *outcome;
+        WorkEnd end;
+        PoolJob<Work>::start(pool, std::make_unique<PoolJob<Work>>(std::move(work), outcome, end));
+        co_await end;
     }
     [[maybe_unused]] const bool isWritten = outcome->isWritten.test(std::memory_order_acquire);
     Q_ASSERT(isWritten);
