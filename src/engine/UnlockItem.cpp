@@ -33,6 +33,10 @@ void requirePrivateCopy(const FileManager &files, const QString &backupPath)
 
 void restorePrivateCopy(FileManager &files, const QString &backupPath, const QString &place, bool isLogged)
 {
+    // Looked for again before anything goes: another unlock may have brought the data to its place meanwhile.
+    if (!files.fileExists(backupPath)) {
+        throw QuillhavenError(QuillhavenError::itemNotFound);
+    }
     if (files.fileExists(place)) {
         files.removeItem(place);
         if (isLogged) {
@@ -105,9 +109,6 @@ QCoro::Task<> QuillhavenManager::unlockItemWithAccessibleURL(ProtectedItem item,
         co_return;
     }
     auto restore = [&files = m_platform.fileManager, backupPath = item.originalBackupPath, accessiblePath] {
-        if (!files.fileExists(backupPath)) {
-            throw QuillhavenError(QuillhavenError::itemNotFound);
-        }
         restorePrivateCopy(files, backupPath, accessiblePath, false);
     };
     co_await offMainThread(std::move(restore));

@@ -227,6 +227,25 @@ TEST_F(UnlockItem, FolderShowsNoItemPromptAndItsPanelChoosesFiles)
     EXPECT_EQ(TemporaryHome::read(services.home.path(QStringLiteral("Desktop/folder/inner.txt"))), "inner");
 }
 
+TEST_F(UnlockItem, FolderAsksForTheMasterPasswordAndThenShowsThePanel)
+{
+    services.home.write(QStringLiteral("Desktop/folder/inner.txt"), "inner");
+    EngineHarness engine(services);
+    engine.protect(services.home.path(QStringLiteral("Desktop/folder")));
+    runTask(engine.masterPassword.setMasterPassword(QStringLiteral("Master12")));
+    engine.masterPasswordEntry = QStringLiteral("Master12");
+    int promptsBeforeThePanel = 0;
+    services.panels.answer = [&](const OpenPanelRequest &request) {
+        promptsBeforeThePanel = engine.masterPrompts;
+        return std::optional(request.directory + QLatin1Char('/') + request.preselected);
+    };
+    engine.unlock();
+    EXPECT_EQ(promptsBeforeThePanel, 1);
+    EXPECT_EQ(engine.passwordPrompts, 0);
+    EXPECT_TRUE(engine.item().isMounted);
+    EXPECT_FALSE(engine.masterPassword.isAuthenticated());
+}
+
 TEST_F(UnlockItem, VanishedPrivateCopyFailsBeforeThePanelAndThePlaceholderStays)
 {
     EngineHarness engine(services);
@@ -297,16 +316,18 @@ TEST_F(UnlockItem, CancelledMasterPromptChangesNothing)
     EXPECT_FALSE(engine.item().isProcessing);
 }
 
-TEST_F(UnlockItem, ManyCyclesBringTheSameNameBack)
+TEST_F(UnlockItem, ManyCyclesBringTheSameNameBackAndLeaveTheContainerAsItIs)
 {
     EngineHarness engine(services);
     const QString path = lockedFile(engine);
     const QString storage = engine.item().originalBackupPath;
+    const QByteArray container = TemporaryHome::read(engine.item().containerPath);
     for (int i = 0; i < 5; ++i) {
         engine.unlock();
         EXPECT_EQ(TemporaryHome::read(path), "mine");
         engine.lock();
         EXPECT_EQ(TemporaryHome::read(storage), "mine");
+        EXPECT_EQ(TemporaryHome::read(engine.item().containerPath), container);
     }
 }
 
@@ -329,4 +350,29 @@ TEST_F(UnlockItem, BulkCoreWithACancelledPasswordChangesNoFlag)
     runTask(engine.manager.unlockItemWithAccessibleURL(engine.item(), path));
     EXPECT_FALSE(engine.item().isMounted);
     EXPECT_FALSE(engine.item().isProcessing);
+}
+
+TEST_F(UnlockItem, SecondUnlockOfOneItemFailsAndLeavesTheDataThatTheFirstBroughtBack)
+{
+    EngineHarness engine(services);
+    const QString path = lockedFile(engine);
+    services.panels.answer = [&](const OpenPanelRequest &) {
+        // A bulk unlock passes while the panel of the single one is open.
+        runTask(engine.manager.unlockItemWithAccessibleURL(engine.item(), path));
+        return std::optional(path);
+    };
+    EXPECT_EQ(engineErrorOf([&] { engine.unlock(); }), QuillhavenError::itemNotFound);
+    EXPECT_EQ(TemporaryHome::read(path), "mine");
+    EXPECT_TRUE(engine.item().isMounted);
+    EXPECT_FALSE(engine.item().isProcessing);
+}
+
+TEST_F(UnlockItem, BulkCoreWithoutAPrivateCopyFailsAndKeepsThePlaceholder)
+{
+    EngineHarness engine(services);
+    const QString path = lockedFile(engine);
+    ASSERT_TRUE(QFile::remove(engine.item().originalBackupPath));
+    EXPECT_EQ(engineErrorOf([&] { runTask(engine.manager.unlockItemWithAccessibleURL(engine.item(), path)); }),
+              QuillhavenError::itemNotFound);
+    EXPECT_EQ(TemporaryHome::read(path), placeholderText.toUtf8());
 }
