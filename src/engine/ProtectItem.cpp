@@ -54,6 +54,9 @@ void requireSealable(const ProtectionWork &work)
 {
     constexpr qsizetype longestName = 255; // bytes, on every file system in use
     work.files.requireProtectable(work.path);
+    if (!work.path.isValidUtf16()) { // A catalogue with such a record could not be saved any more.
+        throw FileError::of(FileError::Kind::InvalidName, FileError::Action::Protect, work.path);
+    }
     const QString containerName = lastPathComponent(containerPathFor(work.directories, lastPathComponent(work.path)));
     if (containerName.toUtf8().size() > longestName) {
         throw FileError(FileError::Kind::InvalidName,

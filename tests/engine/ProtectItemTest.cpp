@@ -373,3 +373,23 @@ TEST_F(ProtectItem, NameTooLongForItsContainerIsRefusedAndNothingMoves)
     EXPECT_EQ(TemporaryHome::read(path), "mine");
     EXPECT_TRUE(storedNames().isEmpty());
 }
+
+TEST_F(ProtectItem, PathThatTheCatalogueCannotHoldIsRefusedAndNothingMoves)
+{
+    // The name is the byte ff, which is no UTF-8.
+    const QByteArray plain = QFile::encodeName(services.home.write(QStringLiteral("Desktop/a.txt"), "mine"));
+    const QByteArray renamed = plain.left(plain.lastIndexOf('/') + 1) + '\xff';
+    ASSERT_EQ(::rename(plain.constData(), renamed.constData()), 0);
+    const QString path = services.home.path(QStringLiteral("Desktop/")) + QChar(0xdcff);
+    services.panels.answer = [path](const OpenPanelRequest &) { return path; };
+    EngineHarness engine(services);
+    ASSERT_TRUE(services.fileManager.fileExists(path));
+    EXPECT_THROW(engine.protect(path), FileError);
+    EXPECT_TRUE(services.fileManager.fileExists(path));
+    EXPECT_TRUE(storedNames().isEmpty());
+    services.fileManager.removeItem(path); // the home's own removal does not know such names
+    services.panels.answer = {};
+    engine.protect(services.home.write(QStringLiteral("Desktop/b.txt")));
+    const EngineHarness restarted(services);
+    EXPECT_EQ(restarted.count(), 1) << "later items are still saved";
+}
