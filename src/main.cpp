@@ -124,6 +124,11 @@ int runApplication(Services &services, SingleInstance &instance, QtApplicationPr
     quillhavenApp app(LaunchContextManager::shared(), presence, services.clock, {});
 
     QObject::connect(&window, &MainWindow::contentAppeared, &window, [&app] { app.contentAppeared(); });
+    QObject::connect(qGuiApp, &QGuiApplication::applicationStateChanged, &window, [&app](Qt::ApplicationState state) {
+        if (state == Qt::ApplicationActive) {
+            app.applicationDidBecomeActive();
+        }
+    });
     // Until there is a tray, a closed window would leave no way back in.
     QObject::connect(&window, &MainWindow::closeRequested, &window, [&presence] { presence.terminate(); });
     const auto reopen = [&delegate, &presence] {

@@ -243,7 +243,13 @@ TEST_F(Launch, EveryAppearanceAddsOneMoreOneSecondCheck)
 TEST_F(Launch, TerminationClearsTheLoginManagerThenTheMenuBarThenTheContext)
 {
     LaunchContextManager context(arguments(), presence);
-    AppDelegate delegate(presence, connections(context));
+    LaunchConnections all = connections(context);
+    AppDelegate *running = nullptr;
+    all.cleanupMenuBar = [this, &running] {
+        order.append(running->launchContext() ? QStringLiteral("clean menu bar") : QStringLiteral("too late"));
+    };
+    AppDelegate delegate(presence, all);
+    running = &delegate;
     delegate.applicationDidFinishLaunching();
     order.clear();
     delegate.applicationWillTerminate();
