@@ -2,6 +2,8 @@
 #include "catalogue/DefaultsKeys.h"
 #include "support/EngineHarness.h"
 
+#include <QDir>
+#include <QFile>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
@@ -134,6 +136,39 @@ TEST_F(Catalogue, ItemWithNeitherPathDisappearsAndTheCatalogueIsSaved)
     EXPECT_TRUE(log.contains(QStringLiteral("🧹 Cleaning up 1 missing files")));
     EXPECT_EQ(decodeProtectedItems(storedJson()), QList<ProtectedItem>{kept});
     EXPECT_TRUE(TemporaryHome::exists(gone.containerPath)) << "the container stays, without an owner";
+}
+
+TEST_F(Catalogue, UnlockedItemWhoseFileIsDeletedDisappearsAtTheNextStart)
+{
+    const QString path = services.home.write(QStringLiteral("Desktop/a.txt"));
+    {
+        EngineHarness first(services);
+        first.protect(path);
+        first.unlock();
+    }
+    ASSERT_TRUE(QFile::remove(path));
+    const EngineHarness next(services);
+    EXPECT_EQ(next.count(), 0);
+    EXPECT_EQ(storedJson(), "[]");
+}
+
+TEST_F(Catalogue, ListThatCannotBeReadIsReplacedByTheNextSave)
+{
+    storeJson("[{}]");
+    EngineHarness engine(services);
+    engine.protect(services.home.write(QStringLiteral("Desktop/a.txt")));
+    EXPECT_EQ(decodeProtectedItems(storedJson()), engine.manager.protectedItems());
+}
+
+TEST_F(Catalogue, WithoutTheSharedStoreTheOwnOneIsWrittenAllTheSame)
+{
+    ASSERT_TRUE(QDir(services.directories.configuration).mkdir(defaults_keys::sharedSuite + QStringLiteral(".db")));
+    ASSERT_EQ(services.defaults.suite(defaults_keys::sharedSuite), nullptr);
+    EngineHarness engine(services);
+    log.clear();
+    engine.manager.saveProtectedItems();
+    EXPECT_EQ(storedJson(), "[]");
+    EXPECT_EQ(log.lines().join(QLatin1Char('|')), QString());
 }
 
 TEST_F(Catalogue, NothingMissingMeansNoSaveAndNoLine)

@@ -437,6 +437,18 @@ TEST_F(MasterPassword, CancellingClosesTheDialogAndTheSessionAndTheGuardIsFalse)
     EXPECT_FALSE(m_dialog.showingError());
 }
 
+TEST_F(MasterPassword, CancellingClosesASessionThatWasOpenedMeanwhile)
+{
+    startWithMasterPassword();
+    const auto task = guard();
+    ASSERT_TRUE(runTask(m_manager->authenticate(masterPassword)));
+    m_dialog.cancel();
+    EXPECT_FALSE(task.wait());
+    EXPECT_FALSE(m_manager->isAuthenticated());
+    EXPECT_FALSE(m_manager->hasAuthenticationTimer());
+    EXPECT_EQ(m_services.clock.pendingTimers(), 0);
+}
+
 TEST_F(MasterPassword, ASecondCompletionIsIgnored)
 {
     startWithMasterPassword();

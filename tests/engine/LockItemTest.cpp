@@ -203,6 +203,7 @@ TEST_F(LockItem, MoveOverThirtySecondsLocksAndSavesAndStillReportsTheTimeout)
     EXPECT_EQ(text, QStringLiteral("Lock operation timed out after 30 seconds"));
     EXPECT_FALSE(engine.item().isMounted);
     EXPECT_FALSE(engine.item().isProcessing);
+    EXPECT_EQ(EngineHarness(services).manager.protectedItems(), engine.manager.protectedItems()) << "saved as well";
     EXPECT_EQ(TemporaryHome::read(engine.item().originalBackupPath), "mine");
     EXPECT_EQ(TemporaryHome::read(path), placeholderText.toUtf8());
 }

@@ -100,6 +100,7 @@ TEST_F(RemoveProtection, LockedFolderTakesThePlaceOfThePlaceholderAndNoCredentia
     engine.remove();
     EXPECT_EQ(TemporaryHome::read(services.home.path(QStringLiteral("Desktop/folder/inner.txt"))), "inner");
     EXPECT_TRUE(log.contains(QStringLiteral("📁 Skipping keychain cleanup for folder")));
+    EXPECT_TRUE(log.lines().filter(QStringLiteral("KeychainManager")).isEmpty());
     EXPECT_EQ(engine.count(), 0);
 }
 
@@ -124,6 +125,110 @@ TEST_F(RemoveProtection, DeclinedPanelChangesNothing)
     EXPECT_EQ(engine.count(), 1);
     EXPECT_FALSE(engine.manager.isProcessing());
     EXPECT_EQ(TemporaryHome::read(path), placeholderText.toUtf8());
+}
+
+TEST_F(RemoveProtection, WrongItemInThePanelChangesNothing)
+{
+    EngineHarness engine(services);
+    const QString path = lockedFile(engine);
+    const QString other = services.home.write(QStringLiteral("Desktop/b.txt"), "other");
+    services.panels.answer = [other](const OpenPanelRequest &) { return other; };
+    EXPECT_NO_THROW(engine.remove());
+    EXPECT_EQ(engine.count(), 1);
+    EXPECT_FALSE(engine.manager.isProcessing());
+    EXPECT_EQ(TemporaryHome::read(path), placeholderText.toUtf8());
+    EXPECT_EQ(TemporaryHome::read(other), "other");
+}
+
+TEST_F(RemoveProtection, LinesOfALockedRemovalStandInTheirOrder)
+{
+    EngineHarness engine(services);
+    const QString path = lockedFile(engine);
+    const ProtectedItem item = engine.item();
+    log.clear();
+    engine.remove();
+    QStringList lines = log.lines();
+    lines.removeIf([](const QString &line) { return line.contains(QStringLiteral("KeychainManager: ")); });
+    EXPECT_EQ(lines.join(QLatin1Char('\n')),
+              QStringLiteral("🔓 Starting removeProtection for: a.txt\n"
+                             "📍 DEBUG: Item uses Touch ID: false\n"
+                             "📍 DEBUG: Item is folder: false\n"
+                             "📍 DEBUG: Item is mounted: false\n"
+                             "✅ Master password authentication successful\n"
+                             "🔓 Removing protection from: a.txt\n"
+                             "📁 Original path: %1\n"
+                             "💾 Backup path: %2\n"
+                             "📦 Container path: %3\n"
+                             "📍 DEBUG: Item is locked or file not at original location, checking backup\n"
+                             "📍 DEBUG: Checking if backup exists at: %2\n"
+                             "📍 DEBUG: Backup directory: %4\n"
+                             "📍 DEBUG: Backup directory exists: true\n"
+                             "📍 DEBUG: File access granted for restoration: %1\n"
+                             "📍 DEBUG: Backup file exists: true\n"
+                             "📁 Restoring file to original location: %1\n"
+                             "⚠️ File already exists at original location, will replace it\n"
+                             "✅ File replaced at original location: %1\n"
+                             "🗑️ Backup file automatically removed by replaceItem\n"
+                             "🗑️ Removing container metadata file\n"
+                             "🔑 Removing keychain credentials for item: %5\n"
+                             "✅ Successfully removed keychain credentials\n"
+                             "🎉 Protection successfully removed - file extracted to Desktop!")
+                  .arg(path, item.originalBackupPath, item.containerPath, QFileInfo(item.originalBackupPath).path(),
+                       item.id));
+}
+
+TEST_F(RemoveProtection, LinesOfAnUnlockedRemovalStandInTheirOrder)
+{
+    EngineHarness engine(services);
+    const QString path = lockedFile(engine);
+    engine.unlock();
+    const ProtectedItem item = engine.item();
+    log.clear();
+    engine.remove();
+    QStringList lines = log.lines();
+    lines.removeIf([](const QString &line) { return line.contains(QStringLiteral("KeychainManager: ")); });
+    EXPECT_EQ(lines.mid(9).join(QLatin1Char('\n')),
+              QStringLiteral("📍 DEBUG: Item is mounted - file should be at original location\n"
+                             "📍 DEBUG: Checking if file exists at original path: %1\n"
+                             "📍 DEBUG: File exists at original path: true\n"
+                             "✅ File is already at original location, removing protection metadata only\n"
+                             "🗑️ Removing container metadata file\n"
+                             "🔑 Removing keychain credentials for item: %2\n"
+                             "✅ Successfully removed keychain credentials\n"
+                             "🎉 Protection successfully removed - file is already at original location!")
+                  .arg(path, item.id));
+}
+
+TEST_F(RemoveProtection, LockedFileMovesToItsPlaceWhenNothingStandsThere)
+{
+    EngineHarness engine(services);
+    const QString path = lockedFile(engine);
+    ASSERT_TRUE(QFile::remove(path));
+    services.panels.answer = [path](const OpenPanelRequest &) { return path; };
+    engine.remove();
+    EXPECT_EQ(TemporaryHome::read(path), "mine");
+    EXPECT_EQ(engine.count(), 0);
+    EXPECT_TRUE(log.contains(QStringLiteral("✅ File moved to original location: ") + path));
+    EXPECT_TRUE(log.contains(QStringLiteral("🗑️ Backup file removed by move operation")));
+    EXPECT_FALSE(log.contains(QStringLiteral("⚠️ File already exists at original location, will replace it")));
+}
+
+TEST_F(RemoveProtection, FailureLeavesTheMasterSessionOpenAndSuccessEndsIt)
+{
+    EngineHarness engine(services);
+    lockedFile(engine);
+    runTask(engine.masterPassword.setMasterPassword(QStringLiteral("Master12")));
+    engine.masterPasswordEntry = QStringLiteral("Master12");
+    const QString backup = engine.item().originalBackupPath;
+    ASSERT_TRUE(QFile::rename(backup, backup + QStringLiteral(".away")));
+    EXPECT_EQ(engineErrorOf([&] { engine.remove(); }), QuillhavenError::itemNotFound);
+    EXPECT_TRUE(engine.masterPassword.isAuthenticated());
+
+    ASSERT_TRUE(QFile::rename(backup + QStringLiteral(".away"), backup));
+    engine.remove();
+    EXPECT_EQ(engine.count(), 0);
+    EXPECT_FALSE(engine.masterPassword.isAuthenticated());
+    EXPECT_FALSE(engine.masterPassword.hasAuthenticationTimer());
 }
 
 TEST_F(RemoveProtection, MissingPrivateCopyFailsAndKeepsPlaceholderAndRecord)

@@ -1,5 +1,6 @@
 #include "catalogue/CatalogueJson.h"
 #include "catalogue/DefaultsKeys.h"
+#include "platform/FileManagerDecorator.h"
 #include "support/EngineHarness.h"
 
 #include <QDir>
@@ -39,6 +40,30 @@ protected:
 
     TestPlatform services;
     LogCapture log;
+};
+
+/// Fails the making of folders, or the moves after the first.
+class FailingCalls : public FileManagerDecorator
+{
+public:
+    using FileManagerDecorator::FileManagerDecorator;
+    void createDirectory(const QString &path) override
+    {
+        if (failsFolders) {
+            throw FileError::fromErrno(EROFS, FileError::Action::CreateFolder, path);
+        }
+        FileManagerDecorator::createDirectory(path);
+    }
+    void moveItem(const QString &source, const QString &target) override
+    {
+        if (movesLeft-- == 0) {
+            throw FileError::fromErrno(EIO, FileError::Action::Move, source, target);
+        }
+        FileManagerDecorator::moveItem(source, target);
+    }
+
+    bool failsFolders = false;
+    int movesLeft = -1;
 };
 
 } // namespace
@@ -127,4 +152,39 @@ TEST_F(StorageLocations, FailureToListTheOldPlaceIsOneWarningAndTheStartGoesOn)
     const EngineHarness engine(services);
     EXPECT_EQ(log.lines().filter(QStringLiteral("Migration warning: ")).size(), 1);
     EXPECT_TRUE(log.contains(QStringLiteral("DEBUG: No data found in UserDefaults, keeping empty array")));
+}
+
+TEST_F(StorageLocations, FailedMoveEndsTheMigrationWithOneWarningAndTheNextStartGoesOn)
+{
+    const QStringList names{QStringLiteral("A_original"), QStringLiteral("B_original"), QStringLiteral("C_original")};
+    for (const QString &name : names) {
+        services.home.write(QStringLiteral("tmp/quillhaven/") + name, name.toUtf8());
+    }
+    {
+        FailingCalls files(services.fileManager);
+        files.movesLeft = 1;
+        const EngineHarness engine(services, files);
+        EXPECT_EQ(log.lines().filter(QStringLiteral("📍 DEBUG: Migrated backup file: ")).size(), 1);
+        EXPECT_EQ(log.lines().filter(QStringLiteral("Migration warning: ")).size(), 1);
+        EXPECT_EQ(QDir(oldPlace()).entryList(QDir::Files).size(), 2);
+        EXPECT_TRUE(log.contains(QStringLiteral("DEBUG: Loading protected items from UserDefaults")));
+    }
+    const EngineHarness later(services);
+    for (const QString &name : names) {
+        EXPECT_EQ(TemporaryHome::read(newPlace(name)), name.toUtf8());
+    }
+    EXPECT_FALSE(QDir(oldPlace()).exists());
+}
+
+TEST_F(StorageLocations, StorageDirectoryThatCannotBeMadeIsNoWordAtTheStartAndTheErrorOfTheNextProtection)
+{
+    FailingCalls files(services.fileManager);
+    files.failsFolders = true;
+    EngineHarness engine(services, files);
+    EXPECT_EQ(log.lines().join(QLatin1Char('\n')),
+              QStringLiteral("DEBUG: Loading protected items from UserDefaults\n"
+                             "DEBUG: No data found in UserDefaults, keeping empty array"));
+    const QString path = services.home.write(QStringLiteral("Desktop/a.txt"), "mine");
+    EXPECT_THROW(engine.protect(path), FileError);
+    EXPECT_EQ(TemporaryHome::read(path), "mine");
 }
