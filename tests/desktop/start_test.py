@@ -1,5 +1,5 @@
 #!/usr/bin/python3
-"""Starting: a second time, again after an end, with a keyring that is locked."""
+"""Starting: a second time, again after an end, at login."""
 
 import flows
 from desktop_driver import BUTTON
@@ -32,6 +32,19 @@ class Starting(WindowTest):
         flows.protect_with_password(self.program, self.file("letter.txt"))
         self.program.kill()
         flows.row(self.start(), "letter.txt", "locked")
+
+
+class StartingAtLogin(WindowTest):
+    starts = False
+
+    def test_no_window_shows_until_the_program_is_asked_for_again(self):
+        at_login = self.start("--login-item")
+        at_login.wait_for_log("App launched in background mode (login item)")
+        at_login.wait_for(at_login.root, "the program to be on the accessibility bus")
+        self.assertIsNone(at_login.look(BUTTON, flows.PROTECT))
+        self.assertEqual(self.start().wait(), 0)
+        at_login.find(BUTTON, flows.PROTECT)
+        at_login.wait_until_active()
 
 
 if __name__ == "__main__":
