@@ -234,3 +234,17 @@ TEST(QuillhavenErrorTexts, EveryCaseHasItsSentence)
     EXPECT_EQ(text(QuillhavenError::iCloudNotAvailable),
               QStringLiteral("iCloud is not available. Please sign in to iCloud and enable iCloud Drive."));
 }
+
+TEST_F(Catalogue, SharedStoreFollowsLockingAndUnlocking)
+{
+    EngineHarness engine(services);
+    engine.protect(services.home.write(QStringLiteral("Desktop/a.txt")));
+    const auto isMounted = [this] {
+        return QJsonDocument::fromJson(sharedJson()).array().at(0).toObject().value(QStringLiteral("isMounted"));
+    };
+    EXPECT_EQ(isMounted(), QJsonValue(false));
+    engine.unlock();
+    EXPECT_EQ(isMounted(), QJsonValue(true));
+    engine.lock();
+    EXPECT_EQ(isMounted(), QJsonValue(false));
+}

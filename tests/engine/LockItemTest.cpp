@@ -78,6 +78,7 @@ TEST_F(LockItem, DataGoesBackToTheSameNameInPrivateStorageAndThePlaceholderStand
     EXPECT_FALSE(item.isMounted);
     EXPECT_FALSE(item.mountedPath.has_value());
     EXPECT_FALSE(item.isProcessing);
+    EXPECT_EQ(engine.storedItems(), QList<ProtectedItem>{item});
     EXPECT_EQ(TemporaryHome::read(item.originalBackupPath), "edited");
     EXPECT_EQ(TemporaryHome::read(path), placeholderText.toUtf8());
     EXPECT_EQ(TemporaryHome::read(item.containerPath), container) << "the container stays as it was";
@@ -203,7 +204,7 @@ TEST_F(LockItem, MoveOverThirtySecondsLocksAndSavesAndStillReportsTheTimeout)
     EXPECT_EQ(text, QStringLiteral("Lock operation timed out after 30 seconds"));
     EXPECT_FALSE(engine.item().isMounted);
     EXPECT_FALSE(engine.item().isProcessing);
-    EXPECT_EQ(EngineHarness(services).manager.protectedItems(), engine.manager.protectedItems()) << "saved as well";
+    EXPECT_EQ(engine.storedItems(), engine.manager.protectedItems()) << "saved as well";
     EXPECT_EQ(TemporaryHome::read(engine.item().originalBackupPath), "mine");
     EXPECT_EQ(TemporaryHome::read(path), placeholderText.toUtf8());
 }
@@ -271,13 +272,56 @@ TEST_F(LockItem, TargetIsTheCurrentStorageWhateverDirectoryTheRecordNames)
     EXPECT_EQ(TemporaryHome::read(services.home.path(QStringLiteral(".local/share/quillhaven/") + name)), "mine");
 }
 
+TEST_F(LockItem, FailureLeavesTheMasterSessionOpen)
+{
+    SwitchedFiles files(services.fileManager);
+    EngineHarness engine(services, files);
+    unlockedFile(engine);
+    engine.openMasterSession();
+    files.failsMoves = true;
+    EXPECT_THROW(engine.lock(), QuillhavenError);
+    EXPECT_TRUE(engine.masterPassword.isAuthenticated());
+    EXPECT_TRUE(engine.masterPassword.hasAuthenticationTimer());
+}
+
+TEST_F(LockItem, BulkCorePassesAMoveErrorOnAsReportedAndMarksNothing)
+{
+    SwitchedFiles files(services.fileManager);
+    EngineHarness engine(services, files);
+    const QString path = unlockedFile(engine);
+    files.failsMoves = true;
+    EXPECT_THROW(runTask(engine.manager.lockItemWithoutFileAccess(engine.item())), FileError);
+    EXPECT_TRUE(engine.item().isMounted);
+    EXPECT_EQ(TemporaryHome::read(path), "mine");
+}
+
+TEST_F(LockItem, BulkCoreLeavesTheBusyMarkAsItIs)
+{
+    QList<ProtectedItem> items;
+    {
+        EngineHarness first(services);
+        unlockedFile(first);
+        items = first.storedItems();
+    }
+    items.first().isProcessing = true;
+    services.defaults.standard().setData(defaults_keys::protectedItems, encodeProtectedItems(items));
+    EngineHarness engine(services);
+    runTask(engine.manager.lockItemWithoutFileAccess(engine.item()));
+    EXPECT_FALSE(engine.item().isMounted);
+    EXPECT_TRUE(engine.item().isProcessing);
+}
+
 TEST_F(LockItem, BulkCoreLocksWithoutGateSessionOrLog)
 {
     EngineHarness engine(services);
     const QString path = unlockedFile(engine);
+    engine.openMasterSession();
     log.clear();
     runTask(engine.manager.lockItemWithoutFileAccess(engine.item()));
+    EXPECT_TRUE(engine.masterPassword.isAuthenticated());
     EXPECT_FALSE(engine.item().isMounted);
+    EXPECT_FALSE(engine.item().mountedPath.has_value());
+    EXPECT_EQ(engine.storedItems(), engine.manager.protectedItems());
     EXPECT_EQ(TemporaryHome::read(path), placeholderText.toUtf8());
     EXPECT_EQ(log.lines().size(), 0);
 }

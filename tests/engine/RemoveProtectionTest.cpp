@@ -62,6 +62,7 @@ TEST_F(RemoveProtection, LockedFileTakesThePlaceOfItsPlaceholderAndEverythingEls
     EXPECT_FALSE(TemporaryHome::exists(item.containerPath));
     EXPECT_TRUE(services.credentials.entries.isEmpty());
     EXPECT_EQ(engine.count(), 0);
+    EXPECT_TRUE(engine.storedItems().isEmpty());
     EXPECT_FALSE(engine.manager.isProcessing());
     EXPECT_EQ(services.panels.requests.size(), 1);
     const QStringList lines = log.lines();
@@ -325,11 +326,15 @@ TEST_F(RemoveProtection, BulkCoreGivesALockedItemBackSilently)
     EngineHarness engine(services);
     const QString path = lockedFile(engine);
     const ProtectedItem item = engine.item();
+    engine.openMasterSession();
     log.clear();
     runTask(engine.manager.removeProtectionWithAccessibleURL(item, path));
     EXPECT_EQ(TemporaryHome::read(path), "mine");
     EXPECT_EQ(engine.count(), 0);
+    EXPECT_TRUE(engine.storedItems().isEmpty());
     EXPECT_FALSE(TemporaryHome::exists(item.containerPath));
+    EXPECT_EQ(services.credentials.entries.keys(), QStringList{QStringLiteral("master_password")});
+    EXPECT_TRUE(engine.masterPassword.isAuthenticated());
     EXPECT_TRUE(log.lines().filter(QStringLiteral("DEBUG")).isEmpty());
 }
 
@@ -350,4 +355,35 @@ TEST_F(RemoveProtection, BulkCoreWithoutAPrivateCopyFails)
     ASSERT_TRUE(QFile::remove(engine.item().originalBackupPath));
     EXPECT_EQ(engineErrorOf([&] { runTask(engine.manager.removeProtectionWithAccessibleURL(engine.item(), path)); }),
               QuillhavenError::itemNotFound);
+}
+
+TEST_F(RemoveProtection, BulkCoreLeavesAnUnlockedItemInItsPlace)
+{
+    EngineHarness engine(services);
+    const QString path = lockedFile(engine);
+    engine.unlock();
+    const ProtectedItem item = engine.item();
+    runTask(engine.manager.removeProtectionWithAccessibleURL(item, path));
+    EXPECT_EQ(TemporaryHome::read(path), "mine");
+    EXPECT_EQ(engine.count(), 0);
+    EXPECT_FALSE(TemporaryHome::exists(item.containerPath));
+    EXPECT_TRUE(services.credentials.entries.isEmpty());
+}
+
+TEST_F(RemoveProtection, FlagIsSetWhileThePanelWaits)
+{
+    {
+        EngineHarness first(services);
+        lockedFile(first);
+    }
+    EngineHarness engine(services);
+    bool wasSet = engine.manager.isProcessing();
+    ASSERT_FALSE(wasSet);
+    services.panels.answer = [&](const OpenPanelRequest &) {
+        wasSet = engine.manager.isProcessing();
+        return std::nullopt;
+    };
+    EXPECT_NO_THROW(engine.remove());
+    EXPECT_TRUE(wasSet);
+    EXPECT_FALSE(engine.manager.isProcessing());
 }

@@ -62,6 +62,7 @@ TEST_F(UnlockItem, RightPasswordBringsTheDataBackToItsPlace)
     EXPECT_TRUE(item.isMounted);
     EXPECT_EQ(item.mountedPath, item.originalPath);
     EXPECT_FALSE(item.isProcessing);
+    EXPECT_EQ(engine.storedItems(), QList<ProtectedItem>{item});
     EXPECT_EQ(TemporaryHome::read(path), "mine");
     EXPECT_FALSE(TemporaryHome::exists(item.originalBackupPath));
     EXPECT_EQ(TemporaryHome::read(item.containerPath), container);
@@ -331,11 +332,35 @@ TEST_F(UnlockItem, ManyCyclesBringTheSameNameBackAndLeaveTheContainerAsItIs)
     }
 }
 
+TEST_F(UnlockItem, FailureLeavesTheMasterSessionOpen)
+{
+    EngineHarness engine(services);
+    lockedFile(engine);
+    engine.openMasterSession();
+    engine.itemPassword = QStringLiteral("Abcdefg2");
+    EXPECT_THROW(engine.unlock(), QuillhavenError);
+    EXPECT_TRUE(engine.masterPassword.isAuthenticated());
+    EXPECT_TRUE(engine.masterPassword.hasAuthenticationTimer());
+}
+
+TEST_F(UnlockItem, SuccessEndsTheMasterSession)
+{
+    EngineHarness engine(services);
+    lockedFile(engine);
+    engine.openMasterSession();
+    engine.unlock();
+    EXPECT_FALSE(engine.masterPassword.isAuthenticated());
+    EXPECT_FALSE(engine.masterPassword.hasAuthenticationTimer());
+}
+
 TEST_F(UnlockItem, BulkCoreRestoresWithoutGateOrFlags)
 {
     EngineHarness engine(services);
     const QString path = lockedFile(engine);
+    engine.openMasterSession();
     runTask(engine.manager.unlockItemWithAccessibleURL(engine.item(), path));
+    EXPECT_TRUE(engine.masterPassword.isAuthenticated());
+    EXPECT_EQ(engine.storedItems(), engine.manager.protectedItems());
     EXPECT_TRUE(engine.item().isMounted);
     EXPECT_EQ(engine.item().mountedPath, path);
     EXPECT_TRUE(services.panels.requests.isEmpty());

@@ -1,10 +1,13 @@
 #pragma once
 
+#include "catalogue/CatalogueJson.h"
+#include "catalogue/DefaultsKeys.h"
 #include "catalogue/QuillhavenError.h"
 #include "credentials/MasterPasswordDialogManager.h"
 #include "credentials/MasterPasswordManager.h"
 #include "credentials/PasswordInputDialogManager.h"
 #include "engine/QuillhavenManager.h"
+#include "platform/UserDefaults.h"
 #include "platform/WorkInFlight.h"
 #include "support/LogCapture.h"
 #include "support/RunTask.h"
@@ -56,6 +59,20 @@ public:
 
     [[nodiscard]] const ProtectedItem &item(qsizetype index = 0) const { return manager.protectedItems().at(index); }
     [[nodiscard]] qsizetype count() const { return manager.protectedItems().size(); }
+
+    /// The catalogue as the next start would read it.
+    [[nodiscard]] QList<ProtectedItem> storedItems() const
+    {
+        const auto json = platform.defaults.standard().dataForKey(defaults_keys::protectedItems);
+        return json ? decodeProtectedItems(*json).value() : QList<ProtectedItem>();
+    }
+    /// Opens a session, with a master password that is set for it.
+    void openMasterSession()
+    {
+        const QString password = QStringLiteral("Master12");
+        runTask(masterPassword.setMasterPassword(password));
+        EXPECT_TRUE(runTask(masterPassword.authenticate(password)));
+    }
 
     void protect(const QString &path, const QString &password = QStringLiteral("Abcdefg1"), bool useTouchID = false)
     {
