@@ -178,6 +178,26 @@ TEST_F(Launch, LoginLaunchRunsAllServicesAndStaysHidden)
     EXPECT_TRUE(log.contains(QStringLiteral("App launched in background mode (login item)")));
 }
 
+TEST_F(Launch, LoginLaunchHidesTheApplicationAtOnce)
+{
+    LaunchContextManager context(arguments("--login-item"), presence);
+    AppDelegate delegate(presence, connections(context));
+    delegate.applicationDidFinishLaunching();
+    EXPECT_TRUE(presence.isHidden);
+    EXPECT_EQ(log.lines().last(), QStringLiteral("App launched in background mode (login item)"));
+}
+
+TEST_F(Launch, AfterALoginLaunchAnAppearanceIsHiddenATenthOfASecondLater)
+{
+    LaunchContextManager context(arguments("--login-item"), presence);
+    quillhavenApp app(context, presence, clock, {});
+    app.contentAppeared();
+    clock.advance(99ms);
+    EXPECT_FALSE(presence.isHidden);
+    clock.advance(1ms);
+    EXPECT_TRUE(presence.isHidden);
+}
+
 TEST_F(Launch, UserLaunchOrdersTheWindowToTheFrontATenthOfASecondAfterItAppears)
 {
     LaunchContextManager context(arguments(), presence);
