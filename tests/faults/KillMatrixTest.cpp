@@ -190,7 +190,7 @@ TEST_P(KillMatrix, LockStoppedAfterEachChangeLeavesWhatItPromises)
             second.engine.lock(); // finds no original, skips the move and writes the placeholder
         }
         if (change == 2) {
-            // The placeholder would count as the original of another lock; unlocking finds the private copy.
+            // The record says unlocked beside a private copy: unlocking finds that copy and puts it in its place.
             second.engine.unlock();
             second.engine.lock();
         }
