@@ -35,6 +35,8 @@ FocusScope {
 
     readonly property var window: Window.window
     property Item previousFocusItem: null
+    /// Whether the control that had the keyboard before showed it; it shows it again afterwards.
+    property bool previousHadRing: false
     property Item lastInside: null
     /// Follows `presented`, but begins as false, so that a sheet made already presented appears as any other.
     property bool shown: false
@@ -58,6 +60,7 @@ FocusScope {
     function appear() {
         shown = true
         previousFocusItem = Window.activeFocusItem
+        previousHadRing = previousFocusItem?.visualFocus ?? false
         SheetStack.open(sheet)
         opened()
         Qt.callLater(takeFocus)
@@ -66,12 +69,15 @@ FocusScope {
     function disappear() {
         shown = false
         const above = SheetStack.close(sheet)
+        // With the focus kept, the next opening would find the keyboard here already and show no ring.
+        focus = false
         if (!above) {
             if (previousFocusItem)
-                previousFocusItem.forceActiveFocus()
+                previousFocusItem.forceActiveFocus(previousHadRing ? Qt.TabFocusReason : Qt.OtherFocusReason)
         } else if (isInside(above.previousFocusItem)) {
             // It cannot give the keyboard back to a sheet that is gone.
             above.previousFocusItem = previousFocusItem
+            above.previousHadRing = previousHadRing
         }
         previousFocusItem = null
         lastInside = null

@@ -72,6 +72,9 @@ public:
         return isReached;
     }
 
+    /// Whether the control that has the keyboard shows that it has it.
+    [[nodiscard]] bool showsRing() const { return m_window->activeFocusItem()->property("visualFocus").toBool(); }
+
     void press(Qt::Key key)
     {
         QTest::keyClick(m_window.get(), key);

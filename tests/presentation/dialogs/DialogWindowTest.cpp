@@ -51,6 +51,36 @@ TEST_F(ConfirmationDialogWindow, EscapeCancels)
     EXPECT_TRUE(scene.getsFocus("Behind"));
 }
 
+TEST_F(ConfirmationDialogWindow, EveryOpeningShowsWhereTheKeyboardIs)
+{
+    scene.window()->activeFocusItem()->setFocus(false); // as in a window where nothing was pressed yet
+    for (int opening = 1; opening <= 2; ++opening) {
+        manager.setIsPresented(true);
+        ASSERT_TRUE(scene.getsFocus("Confirm"));
+        EXPECT_TRUE(scene.showsRing()) << opening;
+        scene.press(Qt::Key_Escape);
+    }
+}
+
+TEST_F(ConfirmationDialogWindow, KeyboardGoesBackWithTheRingThatItHad)
+{
+    scene.click("Also behind");
+    ASSERT_TRUE(scene.getsFocus("Also behind"));
+    manager.setIsPresented(true);
+    ASSERT_TRUE(scene.getsFocus("Confirm"));
+    scene.press(Qt::Key_Escape);
+    ASSERT_TRUE(scene.getsFocus("Also behind"));
+    EXPECT_FALSE(scene.showsRing());
+
+    scene.press(Qt::Key_Backtab);
+    ASSERT_TRUE(scene.getsFocus("Behind"));
+    manager.setIsPresented(true);
+    ASSERT_TRUE(scene.getsFocus("Confirm"));
+    scene.press(Qt::Key_Escape);
+    ASSERT_TRUE(scene.getsFocus("Behind"));
+    EXPECT_TRUE(scene.showsRing());
+}
+
 TEST_F(ConfirmationDialogWindow, ReturnOnTheFocusedCancelButtonCancels)
 {
     manager.setIsPresented(true);
