@@ -36,6 +36,7 @@ Item {
                 Layout.fillWidth: true
                 Layout.fillHeight: false
                 dashboard: view.dashboard
+                onListWanted: itemsList.takeFocus()
             }
 
             DashboardStatistics {
@@ -48,6 +49,8 @@ Item {
             }
 
             ProtectedItemsList {
+                id: itemsList
+
                 Layout.fillWidth: true
                 Layout.fillHeight: true
                 dashboard: view.dashboard

@@ -11,6 +11,12 @@ Rectangle {
     readonly property QtObject selection: dashboard.selection
     readonly property bool isEmpty: dashboard.items.count === 0
 
+    /// Gives the keyboard to the current row, if there is one.
+    function takeFocus() {
+        list.forceLayout() // a search may have changed the rows a moment ago
+        list.currentItem?.forceActiveFocus(Qt.TabFocusReason)
+    }
+
     function deleteCurrent() {
         if (selection.selectedCount > 0)
             dashboard.bulk.performBulkRemove()
@@ -101,7 +107,11 @@ Rectangle {
             // The keyboard's place follows the current row, also when the row before it went away.
             onCurrentItemChanged: if (activeFocus && currentItem) currentItem.forceActiveFocus(Qt.OtherFocusReason)
             Keys.onPressed: (event) => {
-                if (event.key === Qt.Key_Delete) {
+                const page = Math.max(1, Math.floor(height / (currentItem?.height ?? height)) - 1)
+                const targets = { [Qt.Key_Home]: 0, [Qt.Key_End]: count - 1,
+                                  [Qt.Key_PageUp]: currentIndex - page, [Qt.Key_PageDown]: currentIndex + page }
+                event.accepted = true
+                if (event.key === Qt.Key_Delete)
                     area.deleteCurrent()
                     event.accepted = true
                 } else if (event.key === Qt.Key_Home || event.key === Qt.Key_End) {

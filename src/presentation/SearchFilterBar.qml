@@ -9,7 +9,10 @@ GridLayout {
     required property QtObject dashboard
     readonly property bool showFilters: dashboard.showFilters
     readonly property bool hasNoResults: dashboard.hasNoResults
-    readonly property real widestSearch: 420
+    readonly property real widestSearch: 360
+
+    /// The keyboard goes on from the search to what it found.
+    signal listWanted
 
     columns: width < widestSearch + filters.implicitWidth + badge.implicitWidth + 2 * Spacing.xl ? 1 : 2
     columnSpacing: Spacing.lg
@@ -31,6 +34,7 @@ GridLayout {
             Layout.maximumWidth: bar.columns === 1 ? -1 : bar.widestSearch
             placeholderText: "Search items"
             text: bar.dashboard.searchText
+            Keys.onDownPressed: bar.listWanted()
             onTextEdited: bar.dashboard.searchText = text
         }
 

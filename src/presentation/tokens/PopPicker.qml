@@ -27,6 +27,7 @@ FilledButton {
         width: Math.max(picker.width, 160)
         padding: Spacing.xs
 
+        onOpened: currentIndex = picker.options.indexOf(picker.selection)
         background: Rectangle {
             radius: DesignSystem.cornerRadiusMedium
             color: Colors.bgPanel

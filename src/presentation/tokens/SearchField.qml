@@ -19,6 +19,17 @@ TextField {
     Accessible.role: Accessible.EditableText
     Accessible.name: placeholderText
 
+    function empty() {
+        clear()
+        textEdited()
+    }
+
+    Keys.onEscapePressed: (event) => {
+        event.accepted = text !== ""
+        if (event.accepted)
+            empty()
+    }
+
     background: TextFieldFrame {
         focused: field.activeFocus
         hovered: field.hovered
@@ -44,8 +55,7 @@ TextField {
         symbol: "xmark"
         helpText: "Clear search text"
         onClicked: {
-            field.clear()
-            field.textEdited()
+            field.empty()
             field.forceActiveFocus()
         }
     }

@@ -103,6 +103,73 @@ TEST_F(DashboardWindow, FindKeyGoesToTheSearchField)
     EXPECT_FALSE(shows("alpha.txt"));
 }
 
+TEST_F(DashboardWindow, SearchLeadsByDownToWhatItFoundAndIsEmptiedByEscape)
+{
+    storeThree();
+    press(Qt::Key_F, Qt::ControlModifier);
+    QTest::keyClick(shown().window(), 'b');
+    press(Qt::Key_Down);
+    EXPECT_EQ(focusedRow(), QStringLiteral("bravo.png"));
+    press(Qt::Key_F, Qt::ControlModifier);
+    press(Qt::Key_Escape);
+    EXPECT_EQ(started().dashboard.searchText(), QString());
+    EXPECT_TRUE(shows("alpha.txt"));
+}
+
+TEST_F(DashboardWindow, PageKeysMoveByMoreThanOneRow)
+{
+    QList<ProtectedItem> items;
+    for (int number = 10; number < 60; ++number) {
+        items.append(namedItem(QString::number(number)));
+    }
+    storeCatalogue(services, items);
+    shown();
+    ASSERT_TRUE(tabToList());
+    press(Qt::Key_PageDown);
+    EXPECT_GT(focusedRow(), QStringLiteral("12"));
+    EXPECT_LT(focusedRow(), QStringLiteral("59"));
+    press(Qt::Key_PageUp);
+    EXPECT_EQ(focusedRow(), QStringLiteral("10"));
+    press(Qt::Key_End);
+    press(Qt::Key_PageDown);
+    EXPECT_EQ(focusedRow(), QStringLiteral("59"));
+}
+
+TEST_F(DashboardWindow, FilterOpensAtWhatIsChosen)
+{
+    storeThree();
+    started().dashboard.setStatusFilter(QStringLiteral("Locked"));
+    shown();
+    const auto isAt = [this](const char *text) {
+        const QQuickItem *item = shown().window()->activeFocusItem();
+        return item && item->property("text").toString() == QString::fromUtf8(text);
+    };
+    for (int presses = 0; presses < 20 && !isAt("Status: Locked"); ++presses) {
+        press(Qt::Key_Tab);
+    }
+    press(Qt::Key_Space);
+    ASSERT_TRUE(spinUntil([&] { return isAt("Locked"); }, 5000));
+    press(Qt::Key_Down);
+    press(Qt::Key_Space);
+    EXPECT_EQ(started().dashboard.statusFilter(), QStringLiteral("Unlocked"));
+}
+
+TEST_F(DashboardWindow, NamesOfEveryScriptStartAtTheSameEdge)
+{
+    const QStringList names{QStringLiteral("alpha.txt"), QStringLiteral("תוכנית.pdf")};
+    storeCatalogue(services, {namedItem(names[0]), namedItem(names[1])});
+    shown();
+    render();
+    int seen = 0;
+    for (const QQuickItem *item : visibleItems(shown().window()->contentItem())) {
+        if (names.contains(item->property("text").toString())) {
+            EXPECT_EQ(item->property("effectiveHorizontalAlignment").toInt(), Qt::AlignLeft);
+            ++seen;
+        }
+    }
+    EXPECT_EQ(seen, 2);
+}
+
 TEST_F(DashboardWindow, ReturnOnARowUnlocksIt)
 {
     services.home.write(QStringLiteral("papers/album/one.jpg"));
