@@ -52,5 +52,7 @@ ColumnLayout {
         color: Colors.textSecondary
         font.pixelSize: Typography.footnoteSize
         wrapMode: Text.WordWrap
+        Accessible.role: Accessible.StaticText
+        Accessible.name: text
     }
 }

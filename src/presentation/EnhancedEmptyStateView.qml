@@ -55,6 +55,8 @@ ColumnLayout {
             lineHeight: 1.25
             wrapMode: Text.WordWrap
             horizontalAlignment: Text.AlignHCenter
+            Accessible.role: Accessible.StaticText
+            Accessible.name: text
         }
     }
 

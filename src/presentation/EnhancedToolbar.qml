@@ -72,6 +72,8 @@ Rectangle {
                             color: Colors.textSecondary
                             font.pixelSize: Typography.captionSize
                             font.weight: Font.Medium
+                            Accessible.role: Accessible.StaticText
+                            Accessible.name: text
                         }
                     }
                 }
@@ -82,6 +84,8 @@ Rectangle {
                     color: Colors.textSecondary
                     font.pixelSize: Typography.subheadlineSize
                     elide: Text.ElideRight
+                    Accessible.role: Accessible.StaticText
+                    Accessible.name: text
                 }
             }
 

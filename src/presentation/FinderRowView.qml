@@ -46,7 +46,7 @@ FocusScope {
     implicitHeight: 60
     Accessible.role: Accessible.ListItem
     Accessible.name: accessibleText
-    Accessible.description: isBusy ? "Busy" : ""
+    Accessible.description: isBusy ? "Busy" : originalPath
     Accessible.selectable: isInSelectionMode
     Accessible.selected: isSelected
 

@@ -24,6 +24,8 @@ RowLayout {
         color: Colors.textSecondary
         font.pixelSize: Typography.footnoteSize
         font.weight: Font.Medium
+        Accessible.role: Accessible.StaticText
+        Accessible.name: text
     }
 
     Item { Layout.fillWidth: true }

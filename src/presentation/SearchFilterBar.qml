@@ -50,6 +50,8 @@ GridLayout {
                 text: "No results"
                 color: Colors.warning
                 font.pixelSize: Typography.subheadlineSize
+                Accessible.role: Accessible.StaticText
+                Accessible.name: text
             }
         }
 
@@ -70,6 +72,8 @@ GridLayout {
             text: "Filters will appear once you add items."
             color: Colors.textSecondary
             font.pixelSize: Typography.subheadlineSize
+            Accessible.role: Accessible.StaticText
+            Accessible.name: text
         }
 
         PopPicker {

@@ -54,6 +54,20 @@ class Names(WindowTest):
         self.assert_all_named("the menu of the backups")
 
 
+class Sentences(WindowTest):
+    def test_what_is_written_in_the_window_is_read_out(self):
+        self.program.says("Start protecting your sensitive files and folders by clicking the 'Protect New Item' button "
+                          "above or by dragging them here.")
+        self.program.says("Filters will appear once you add items.")
+        self.program.says("Includes both locked and unlocked items currently managed by Quillhaven.")
+        letter = self.file("letter.txt")
+        row = flows.protect_with_password(self.program, letter)
+        self.assertEqual(row.description, str(letter), "two items may have one name, and differ by their folder")
+        self.program.find(FIELD, "Search items").type("no such name")
+        self.program.says("No results")
+        self.program.says("No items match your search criteria")
+
+
 class Passwords(WindowTest):
     SECRET = "Hidden4Everyone"
 
