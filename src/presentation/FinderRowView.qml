@@ -129,14 +129,26 @@ FocusScope {
             spacing: 2
 
             Text {
+                id: name
+
+                ToolTip.visible: nameHover.hovered
+                ToolTip.text: row.originalName
+                ToolTip.delay: 600
                 Layout.fillWidth: true
                 text: row.originalName
                 textFormat: Text.PlainText
                 color: Colors.textPrimary
                 font.pixelSize: Typography.bodySize
                 font.weight: Font.Medium
+                horizontalAlignment: Text.AlignLeft
                 elide: Text.ElideMiddle
                 Accessible.ignored: true
+
+                HoverHandler {
+                    id: nameHover
+
+                    enabled: name.truncated
+                }
             }
 
             RowLayout {
@@ -164,6 +176,7 @@ FocusScope {
                 visible: !row.showingCopySuccess
                 text: row.shortenedPath
                 textFormat: Text.PlainText
+                horizontalAlignment: Text.AlignLeft
                 color: Colors.textSecondary
                 font.pixelSize: Typography.footnoteSize
                 elide: Text.ElideMiddle

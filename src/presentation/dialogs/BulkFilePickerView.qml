@@ -14,6 +14,7 @@ SheetFrame {
     title: "Bulk File Protection"
     message: "Select multiple files and folders to protect at once"
     symbol: "plus.circle.fill"
+    minimumSheetWidth: maximumSheetWidth // the names need it
     initialFocusItem: selectButton
     onReturnPressed: picker.protect()
     onEscapePressed: picker.cancel()
@@ -102,6 +103,7 @@ SheetFrame {
                         Layout.fillWidth: true
                         text: entry.modelData.name
                         textFormat: Text.PlainText
+                        horizontalAlignment: Text.AlignLeft
                         font: Typography.settingLabel
                         color: Colors.textPrimary
                         elide: Text.ElideMiddle

@@ -66,6 +66,7 @@ SheetFrame {
 
                         width: nameColumn.width
                         height: 24
+                        horizontalAlignment: Text.AlignLeft
                         text: modelData
                         textFormat: Text.PlainText
                         font: Typography.buttonText
