@@ -65,6 +65,7 @@ Rectangle {
         Action {
             text: "Shred (" + bar.selection.selectedCount + ")"
             symbol: "trash.fill"
+            fill: Colors.background
             foreground: Colors.error
             outline: Colors.error
             onClicked: bar.dashboard.shredding.performBulkShred()

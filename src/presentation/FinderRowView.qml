@@ -82,8 +82,8 @@ FocusScope {
         anchors.margins: 4
         radius: DesignSystem.cornerRadiusMedium
         color: row.isSelected || row.activeFocus && !row.isInSelectionMode ? Colors.selection : hover.hovered ? Colors.hover : "transparent"
-        border.width: row.activeFocus ? 1 : 0
-        border.color: Colors.focus
+        border.width: row.activeFocus ? 2 : 0
+        border.color: Colors.primaryAccent
 
         Behavior on color {
             ColorAnimation { duration: DesignSystem.animationQuick }
@@ -219,7 +219,7 @@ FocusScope {
 
                 symbol: row.toggleLockIcon
                 helpText: row.toggleLockText
-                color: Colors.primaryAccent
+                color: Colors.textPrimary
                 enabled: !row.isBusy
                 activeFocusOnTab: row.isCurrent || activeFocus
                 onClicked: row.toggle()

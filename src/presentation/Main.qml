@@ -19,6 +19,9 @@ ApplicationWindow {
     minimumWidth: 760
     minimumHeight: 560
     color: Colors.windowBackground
+    palette.toolTipBase: Colors.background
+    palette.toolTipText: Colors.textPrimary
+    palette.dark: Colors.border
 
     DashboardView {
         anchors.fill: parent

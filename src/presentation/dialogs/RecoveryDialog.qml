@@ -76,9 +76,10 @@ SheetFrame {
 
                     Text {
                         Layout.alignment: Qt.AlignTop
+                        Layout.minimumWidth: Spacing.lg
                         text: (step.index + 1) + "."
                         font: Typography.settingDescription
-                        color: Colors.primaryAccent
+                        color: Colors.textPrimary
                         Accessible.ignored: true
                     }
 

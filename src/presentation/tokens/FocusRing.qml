@@ -10,5 +10,5 @@ Rectangle {
     radius: DesignSystem.cornerRadiusMedium + 3
     color: "transparent"
     border.width: shown ? 2 : 0
-    border.color: Colors.primaryAccent
+    border.color: Colors.focusRingHighContrast
 }
