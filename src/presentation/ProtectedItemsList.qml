@@ -102,7 +102,7 @@ Rectangle {
             Accessible.role: Accessible.List
             Accessible.name: "Protected Items"
 
-            ScrollBar.vertical: ScrollBar { id: scrollBar }
+            ScrollBar.vertical: SlimScrollBar { }
 
             // The keyboard's place follows the current row, also when the row before it went away.
             onCurrentItemChanged: if (activeFocus && currentItem) currentItem.forceActiveFocus(Qt.OtherFocusReason)
@@ -113,11 +113,10 @@ Rectangle {
                 event.accepted = true
                 if (event.key === Qt.Key_Delete)
                     area.deleteCurrent()
-                    event.accepted = true
-                } else if (event.key === Qt.Key_Home || event.key === Qt.Key_End) {
-                    currentIndex = event.key === Qt.Key_Home ? 0 : count - 1
-                    event.accepted = true
-                }
+                else if (event.key in targets)
+                    currentIndex = Math.max(0, Math.min(count - 1, targets[event.key]))
+                else
+                    event.accepted = false
             }
 
             delegate: FinderRowView {

@@ -71,9 +71,7 @@ SheetFrame {
             Accessible.role: Accessible.List
             Accessible.name: "Selected Items"
 
-            ScrollBar.vertical: ScrollBar {
-                policy: chosen.contentHeight > chosen.height ? ScrollBar.AlwaysOn : ScrollBar.AlwaysOff
-            }
+            ScrollBar.vertical: SlimScrollBar { }
 
             delegate: FocusScope {
                 id: entry
@@ -103,9 +101,9 @@ SheetFrame {
                         Layout.fillWidth: true
                         text: entry.modelData.name
                         textFormat: Text.PlainText
-                        horizontalAlignment: Text.AlignLeft
                         font: Typography.settingLabel
                         color: Colors.textPrimary
+                        horizontalAlignment: Text.AlignLeft
                         elide: Text.ElideMiddle
                         Accessible.ignored: true
                     }

@@ -47,11 +47,7 @@ SheetFrame {
             Accessible.role: Accessible.List
             Accessible.name: sheet.message
 
-            ScrollBar.vertical: ScrollBar {
-                id: namesBar
-
-                policy: names.interactive ? ScrollBar.AlwaysOn : ScrollBar.AlwaysOff
-            }
+            ScrollBar.vertical: SlimScrollBar { id: namesBar }
 
             Column {
                 id: nameColumn
@@ -66,11 +62,11 @@ SheetFrame {
 
                         width: nameColumn.width
                         height: 24
-                        horizontalAlignment: Text.AlignLeft
                         text: modelData
                         textFormat: Text.PlainText
                         font: Typography.buttonText
                         color: Colors.textPrimary
+                        horizontalAlignment: Text.AlignLeft
                         elide: Text.ElideMiddle
                         verticalAlignment: Text.AlignVCenter
                         Accessible.role: Accessible.ListItem

@@ -243,12 +243,11 @@ FocusScope {
             boundsBehavior: Flickable.StopAtBounds
             clip: interactive
 
-            ScrollBar.vertical: ScrollBar {
+            ScrollBar.vertical: SlimScrollBar {
                 parent: panel
                 x: panel.width - width - Spacing.xs
                 y: scroller.y
                 height: scroller.height
-                policy: scroller.interactive ? ScrollBar.AlwaysOn : ScrollBar.AlwaysOff
             }
 
             ColumnLayout {

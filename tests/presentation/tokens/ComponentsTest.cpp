@@ -91,6 +91,7 @@ TEST(Components, EachOneBuildsWithoutAWarning)
           "IconButton { symbol: \"plus\"; helpText: \"Add\" }",
           "CheckMark { text: \"T\"; ticked: true }",
           "ProgressLine { value: 0.5 }",
+          "SlimScrollBar { size: 0.2 }",
           "PopMenuItem { text: \"T\"; checkable: true }"}) {
         SCOPED_TRACE(qml);
         const Component component(qml);
