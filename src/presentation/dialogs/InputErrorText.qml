@@ -6,6 +6,7 @@ import Quillhaven.Dialogs
 /// What is wrong with what was typed.
 Text {
     Layout.fillWidth: true
+    Layout.preferredWidth: 1 // it wraps, and leaves the width of the sheet to the fields
     visible: text !== ""
     textFormat: Text.PlainText
     font: Typography.settingDescription

@@ -256,9 +256,12 @@ TEST_F(PasswordInputDialogWindow, WeakPasswordListsWhatIsMissing)
          {"At least 8 characters, not met", "Uppercase letter, not met", "Lowercase letter, met", "Number, not met"}) {
         EXPECT_TRUE(scene.heard().names.contains(QString::fromUtf8(text))) << text;
     }
+    const qreal width = scene.find("Protect")->width();
     scene.press(Qt::Key_Return);
     EXPECT_TRUE(scene.shows("Password must be at least 8 characters with uppercase, lowercase, and numbers"));
     EXPECT_TRUE(passwords.isEmpty());
+    scene.window()->grabWindow();
+    EXPECT_EQ(scene.find("Protect")->width(), width) << "the sheet does not jump under the pointer";
 }
 
 TEST_F(PasswordInputDialogWindow, WithoutTheStrengthRuleAShortPasswordTypedTwiceIsPassedOn)
