@@ -95,6 +95,7 @@ Rectangle {
                 Layout.maximumWidth: toolbar.isNarrow ? Spacing.minTouchTarget : implicitWidth
                 text: "Backup"
                 symbol: "icloud.fill"
+                trailingSymbol: "chevron.down"
                 showsText: !toolbar.isNarrow
                 helpText: "Back up your items, and recover files from backups"
                 Accessible.role: Accessible.ButtonMenu

@@ -7,6 +7,8 @@ Button {
     id: button
 
     property string symbol
+    /// Behind the text, such as the arrow of a button that opens a list.
+    property string trailingSymbol
     property bool busy: false
     property color fill: Colors.cta
     property var fillGradient: null
@@ -82,6 +84,14 @@ Button {
                 font: button.font
                 color: button.foreground
                 Accessible.ignored: true
+            }
+
+            SymbolImage {
+                anchors.verticalCenter: parent.verticalCenter
+                visible: button.trailingSymbol !== "" && button.showsText
+                symbol: button.trailingSymbol
+                size: 12
+                color: button.foreground
             }
         }
     }

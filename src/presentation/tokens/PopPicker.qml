@@ -13,6 +13,9 @@ FilledButton {
 
     signal selected(string option)
 
+    leftPadding: Spacing.md
+    rightPadding: Spacing.md
+    trailingSymbol: "chevron.down"
     fill: Colors.bgPanel
     outline: Colors.borderSubtle
     text: label + ": " + selection
@@ -24,10 +27,10 @@ FilledButton {
         id: menu
 
         y: picker.height + Spacing.xs
+        onOpened: currentIndex = picker.options.indexOf(picker.selection)
         width: Math.max(picker.width, 160)
         padding: Spacing.xs
 
-        onOpened: currentIndex = picker.options.indexOf(picker.selection)
         background: Rectangle {
             radius: DesignSystem.cornerRadiusMedium
             color: Colors.bgPanel
