@@ -8,7 +8,8 @@ Shape {
 
     property real radius: 0
 
-    layer.enabled: true
+    // The layer smooths the edge. The software renderer does that by itself, and loses a layer at any scale but one.
+    layer.enabled: GraphicsInfo.api !== GraphicsInfo.Software
     layer.samples: 4
 
     ShapePath {
