@@ -176,7 +176,7 @@ FocusScope {
 
     Rectangle {
         anchors.fill: parent
-        color: Qt.rgba(0, 0, 0, 0.55)
+        color: Colors.modalOverlay
         opacity: panel.opacity
 
         MouseArea {
