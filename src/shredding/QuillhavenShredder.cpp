@@ -11,6 +11,8 @@ QuillhavenShredder::QuillhavenShredder(const Platform &platform, MasterPasswordM
                                        QObject *parent)
     : QObject(parent), m_platform(platform), m_masterPasswordManager(masterPasswordManager)
 {
+    // Queued, so that no chunk waits for the window.
+    connect(this, &QuillhavenShredder::passAdvanced, this, &QuillhavenShredder::tellListener, Qt::QueuedConnection);
 }
 
 QCoro::Task<> QuillhavenShredder::shredItem(QString path, ProgressCallback progressCallback)

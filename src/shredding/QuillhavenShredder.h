@@ -3,6 +3,7 @@
 #include "platform/Platform.h"
 
 #include <QCoroTask>
+#include <QHash>
 #include <QObject>
 #include <QStringList>
 
@@ -56,7 +57,7 @@ public:
 
 Q_SIGNALS:
     void changed();
-    /// Sent by a worker: a pass begins (fraction 0), or so much of it is written. The run of that number listens.
+    /// Sent by a worker: a pass begins (fraction 0), or so much of it is written.
     void passAdvanced(quint64 run, int pass, double fraction);
 
 private:
@@ -71,6 +72,7 @@ private:
     using PassListener = std::function<void(int pass, double fraction)>;
     /// Runs `work` off the main thread with a number under which it sends `passAdvanced` to the listener.
     [[nodiscard]] QCoro::Task<> overwriting(std::function<void(quint64 run)> work, PassListener listener);
+    void tellListener(quint64 run, int pass, double fraction);
 
     // ShredDirectory.cpp
     [[nodiscard]] QCoro::Task<> shredDirectory(QString path, ProgressCallback progressCallback);
@@ -87,7 +89,8 @@ private:
     bool m_isShredding = false;
     double m_shredProgress = 0;
     QString m_currentOperation;
-    quint64 m_runs = 0; ///< those that had a listener so far
+    quint64 m_runs = 0;                       ///< those that had a listener so far
+    QHash<quint64, PassListener> m_listeners; ///< by their runs; made, called and ended by the main thread alone
 };
 
 } // namespace quillhaven

@@ -62,13 +62,7 @@ QCoro::Task<> QuillhavenShredder::shredFile(QString path, ProgressCallback progr
 QCoro::Task<> QuillhavenShredder::overwriting(std::function<void(quint64 run)> work, PassListener listener)
 {
     const quint64 run = ++m_runs;
-    const auto listen = [run, listener](quint64 of, int pass, double fraction) {
-        if (of == run) {
-            listener(pass, fraction);
-        }
-    };
-    // Queued, so that no chunk waits for the window.
-    const auto listening = connect(this, &QuillhavenShredder::passAdvanced, this, listen, Qt::QueuedConnection);
+    m_listeners.insert(run, std::move(listener));
     auto numbered = [work = std::move(work), run] { work(run); };
     std::exception_ptr failure;
     try {
@@ -76,9 +70,16 @@ QCoro::Task<> QuillhavenShredder::overwriting(std::function<void(quint64 run)> w
     } catch (...) {
         failure = std::current_exception();
     }
-    disconnect(listening);
+    m_listeners.remove(run);
     if (failure) {
         std::rethrow_exception(failure);
+    }
+}
+
+void QuillhavenShredder::tellListener(quint64 run, int pass, double fraction)
+{
+    if (const PassListener listener = m_listeners.value(run)) {
+        listener(pass, fraction);
     }
 }
 
