@@ -22,19 +22,21 @@ PASSWORD = 'Abcdefg1'
 
 
 TOUCH_MEMORY = """
-import mmap
+import mmap, sys
 with open('/proc/meminfo') as table:
     available = next(int(line.split()[1]) for line in table if line.startswith('MemAvailable')) * 1024
-memory = mmap.mmap(-1, int(available * 0.85))
+memory = mmap.mmap(-1, min(int(available * 0.85), int(sys.argv[1])))
 for offset in range(0, len(memory), mmap.PAGESIZE):
     memory[offset] = 1
 """
 
 
-def touch_memory():
-    """Touches most of the free memory once: a virtual machine gets a page from its host only at the first touch, which
-    would count against whichever tool comes first to it. In a process of its own, whose peak is not ours."""
-    subprocess.run([sys.executable, '-c', TOUCH_MEMORY], check=True)
+def touched(size, tool, *args, **kwargs):
+    """Runs a tool once so many bytes of free memory have been touched: a virtual machine gets a page from its host only
+    at the first touch and soon gives it back, which would count against whichever tool comes first to it. In a process
+    of its own, whose peak is not ours."""
+    subprocess.run([sys.executable, '-c', TOUCH_MEMORY, str(size)], check=True)
+    return tool(*args, **kwargs)
 
 
 def timed(command, **kwargs):
@@ -68,6 +70,7 @@ def report(title, rounds, base):
 
 def bench_protect(work, gib, rounds):
     size = int(gib * 1024 ** 3)
+    room = 4 * size
     source = os.path.join(work, 'source.bin')
     with open(source, 'wb') as file:
         chunk = os.urandom(1 << 20)
@@ -81,19 +84,19 @@ def bench_protect(work, gib, rounds):
     os.mkdir(gnupg, 0o700)
     for _ in range(rounds):
         row = {}
-        row['cp'] = timed(['cp', source, os.path.join(work, 'copy')])
+        row['cp'] = touched(room, timed, ['cp', source, os.path.join(work, 'copy')])
         os.remove(os.path.join(work, 'copy'))
         home = tempfile.mkdtemp(dir=work)
         item = os.path.join(home, 'item.bin')
         os.rename(source, item)
-        row['quillhaven protect'] = engine(home, 'protect', item)['protect']
+        row['quillhaven protect'] = touched(room, engine, home, 'protect', item)['protect']
         stored = os.path.join(home, '.local', 'share', 'quillhaven')
         os.rename(os.path.join(stored, os.listdir(stored)[0]), source)
         shutil.rmtree(home)
-        row['age to a key'] = timed(['age', '-r', recipient, '-o', os.path.join(work, 'age'), source])
+        row['age to a key'] = touched(room, timed, ['age', '-r', recipient, '-o', os.path.join(work, 'age'), source])
         os.remove(os.path.join(work, 'age'))
-        row['gpg --symmetric (AES256)'] = timed(
-            ['gpg', '--homedir', gnupg, '--batch', '--pinentry-mode', 'loopback', '--passphrase', PASSWORD,
+        row['gpg --symmetric (AES256)'] = touched(
+            room, timed, ['gpg', '--homedir', gnupg, '--batch', '--pinentry-mode', 'loopback', '--passphrase', PASSWORD,
              '--symmetric', '--cipher-algo', 'AES256', '--compress-algo', 'none', '-o', os.path.join(work, 'gpg'),
              source])
         os.remove(os.path.join(work, 'gpg'))
@@ -151,7 +154,9 @@ def bench_start(work, rounds):
 def with_item(work, make, mode):
     """One mode of engine_bench on a fresh home and a fresh item."""
     home = tempfile.mkdtemp(dir=work)
-    result = engine(home, mode, make(os.path.join(home, 'item')))
+    item = make(os.path.join(home, 'item'))
+    os.sync()
+    result = engine(home, mode, item)
     shutil.rmtree(home)
     return result[mode]
 
@@ -190,16 +195,17 @@ def keys(work):
 
 def bench_backup(work, gib, rounds):
     gpg, recipient = keys(work)
+    room = int(4 * gib * 1024 ** 3)
     for title, make in (('10,000 files of 4 KiB', files_in(10000, 4096)),
                         ('%g GiB in 100 files' % gib, files_in(100, int(gib * 1024 ** 3 / 100)))):
         results = []
         folder = make(os.path.join(work, 'folder'))
         for _ in range(rounds):
-            row = {'tar | age': pipeline(work, 'tar -cf - -C %s folder | age -r %s > $OUT' % (work, recipient))}
-            row['quillhaven backup'] = with_item(work, make, 'backup')
-            row['tar | gpg --symmetric'] = pipeline(
-                work, 'tar -cf - -C %s folder | %s --symmetric --cipher-algo AES256 --compress-algo none > $OUT' % (
-                    work, gpg))
+            tar = 'tar -cf - -C %s folder | ' % work
+            row = {'tar | age': touched(room, pipeline, work, tar + 'age -r %s > $OUT' % recipient)}
+            row['quillhaven backup'] = touched(room, with_item, work, make, 'backup')
+            row['tar | gpg --symmetric'] = touched(
+                room, pipeline, work, tar + gpg + ' --symmetric --cipher-algo AES256 --compress-algo none > $OUT')
             results.append(row)
         report('Recovery backup of a folder of ' + title, results, 'tar | age')
         shutil.rmtree(folder)
@@ -207,6 +213,7 @@ def bench_backup(work, gib, rounds):
 
 def bench_recover(work, gib, rounds):
     gpg, _ = keys(work)
+    room = int(4 * gib * 1024 ** 3)
     make = files_in(10, int(gib * 1024 ** 3 / 10))
     folder = make(os.path.join(work, 'folder'))
     for name in os.listdir(folder):
@@ -215,9 +222,9 @@ def bench_recover(work, gib, rounds):
         os.remove(os.path.join(folder, name))
     results = []
     for _ in range(rounds):
-        row = {'gpg --decrypt': timed(['bash', '-c', 'for f in %s/*; do %s --decrypt -o ${f%%.gpg} $f; rm ${f%%.gpg}; done'
-                                       % (folder, gpg)])}
-        row['quillhaven recovery'] = with_item(work, make, 'recover')
+        decrypt = 'for f in %s/*; do %s --decrypt -o ${f%%.gpg} $f; rm ${f%%.gpg}; done' % (folder, gpg)
+        row = {'gpg --decrypt': touched(room, timed, ['bash', '-c', decrypt])}
+        row['quillhaven recovery'] = touched(room, with_item, work, make, 'recover')
         results.append(row)
     report('Recovery of %g GiB in 10 backups' % gib, results, 'gpg --decrypt')
     shutil.rmtree(folder)
@@ -256,12 +263,7 @@ def bench_shred(work, rounds):
             os.sync()
             row = {'shred -n 3 -u': timed(['bash', '-c', 'find %s -type f -exec shred -n 3 -u {} +' % path])}
             shutil.rmtree(path, ignore_errors=True)
-
-            def synced(target):
-                made = make(target)
-                os.sync()
-                return made
-            row['quillhaven shred'] = with_item(work, synced, 'shred')
+            row['quillhaven shred'] = with_item(work, make, 'shred')
             make(path)
             os.sync()
             row['write and fsync each chunk'] = timed([sys.executable, __file__, '--plain-shred', path])
@@ -291,7 +293,6 @@ def main():
     ask.add_argument('--rounds', type=int, default=5)
     args = ask.parse_args()
     work = tempfile.mkdtemp(prefix='quillhaven-bench-', dir=os.environ.get('BENCH_DIR', os.path.expanduser('~')))
-    touch_memory()
     try:
         if 'protect' in args.what:
             bench_protect(work, args.gib, args.rounds)
