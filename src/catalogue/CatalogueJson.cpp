@@ -3,6 +3,7 @@
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
+#include <QStringConverter>
 
 // Looks for characters to escape sixteen at a time, where the machine can.
 #ifdef __SSE2__
@@ -20,12 +21,10 @@ using Writer = rapidjson::Writer<Buffer>;
 
 bool write(Writer &writer, const QString &text)
 {
+    QStringEncoder encoder(QStringEncoder::Utf8, QStringEncoder::Flag::Stateless);
+    const QByteArray utf8 = encoder.encode(text);
     // A lone surrogate would turn into a question mark, and a path with one would name another file.
-    if (!text.isValidUtf16()) {
-        return false;
-    }
-    const QByteArray utf8 = text.toUtf8();
-    return writer.String(utf8.constData(), static_cast<rapidjson::SizeType>(utf8.size()));
+    return !encoder.hasError() && writer.String(utf8.constData(), static_cast<rapidjson::SizeType>(utf8.size()));
 }
 
 bool write(Writer &writer, bool value)

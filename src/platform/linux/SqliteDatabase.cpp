@@ -116,9 +116,10 @@ SqliteDatabase::OpenResult SqliteDatabase::open(const QString &path)
     }
     sqlite3_busy_timeout(database, busyTimeoutMs);
     // A long catalogue in pages of the usual 4 KiB is written by hundreds of calls. A database that has such pages
-    // keeps them. Full: the catalogue is the only pointer to people's data, and a save must survive a power cut.
+    // keeps them. After 16 MiB the log goes into the file, so that a bulk run does not write each of its saves twice.
+    // Full: the catalogue is the only pointer to people's data, and a save must survive a power cut.
     if (!run("PRAGMA page_size = 65536") || !run("PRAGMA journal_mode = WAL") ||
-        !run("PRAGMA wal_autocheckpoint = 64") || !isIntact() ||
+        !run("PRAGMA wal_autocheckpoint = 256") || !isIntact() ||
         !run("CREATE TABLE IF NOT EXISTS defaults (key TEXT PRIMARY KEY, type TEXT NOT NULL, value BLOB)") ||
         !run("PRAGMA synchronous = FULL") || !prepareAll()) {
         return isBlockedFromOutside(sqlite3_errcode(database)) ? OpenResult::Unusable : OpenResult::Corrupt;
