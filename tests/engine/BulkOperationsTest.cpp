@@ -1,10 +1,9 @@
 #include "engine/PlaceholderFile.h"
 #include "engine/ProgressLog.h"
-#include "platform/FileManagerDecorator.h"
+#include "support/CallHooks.h"
 #include "support/EngineHarness.h"
 
 #include <QFile>
-#include <QSemaphore>
 
 using namespace quillhaven;
 using namespace quillhaven::testing;
@@ -12,33 +11,6 @@ using namespace quillhaven::testing;
 namespace {
 
 using Lines = QStringList;
-
-/// Fails or holds the moves of files with certain names.
-class PickyMoves : public FileManagerDecorator
-{
-public:
-    using FileManagerDecorator::FileManagerDecorator;
-    void moveItem(const QString &source, const QString &target) override
-    {
-        if (failing.contains(source) || failing.contains(target)) {
-            throw failureOf(source, target);
-        }
-        if (source == held) {
-            moveStarted.release();
-            letMoveGo.acquire();
-        }
-        FileManagerDecorator::moveItem(source, target);
-    }
-    static FileError failureOf(const QString &source, const QString &target)
-    {
-        return FileError::fromErrno(EIO, FileError::Action::Move, source, target);
-    }
-
-    QStringList failing;
-    QString held;
-    QSemaphore moveStarted;
-    QSemaphore letMoveGo;
-};
 
 class BulkOperations : public ::testing::Test
 {
@@ -128,7 +100,8 @@ protected:
     }
 
     TestPlatform services;
-    PickyMoves files{services.fileManager};
+    SeamHooks hooks;
+    HookedFileManager files{services.fileManager, hooks};
     LogCapture log;
     std::optional<EngineHarness> engine;
     std::optional<ProgressLog> progress;
@@ -315,9 +288,9 @@ TEST_F(BulkOperations, LockingTellsEachItemAndItsShare)
 TEST_F(BulkOperations, FailedLockShowsBothHeadingsAndTheLinesAndTheOthersAreLocked)
 {
     startUnlocked(three);
-    files.failing = {a, c};
-    const QString lineA = PickyMoves::failureOf(a, engine->item(0).originalBackupPath).errorDescription();
-    const QString lineC = PickyMoves::failureOf(c, engine->item(2).originalBackupPath).errorDescription();
+    hooks.before = failing("moveItem", EIO, {a, c});
+    const QString lineA = FileError::fromErrno(EIO, FileError::Action::Move, a).errorDescription();
+    const QString lineC = FileError::fromErrno(EIO, FileError::Action::Move, c).errorDescription();
     EXPECT_EQ(failureOf(manager().bulkLockItems(items(), callback())),
               QStringLiteral("Failed to create encrypted container: Some items failed to lock:\n"
                              "a.txt: %1\nc.txt: %2")
@@ -333,9 +306,9 @@ TEST_F(BulkOperations, FailedLockShowsBothHeadingsAndTheLinesAndTheOthersAreLock
 TEST_F(BulkOperations, SessionThatAFailedRunLeftOpenServesTheNextRun)
 {
     startUnlocked(three);
-    files.failing = {a};
+    hooks.before = failing("moveItem", EIO, {a});
     failureOf(manager().bulkLockItems(items(), callback()));
-    files.failing.clear();
+    hooks.before = nullptr;
     run(manager().bulkLockItems({engine->item(0)}, callback()));
     expectSucceeded();
 }
@@ -401,14 +374,14 @@ TEST_F(BulkOperations, FoldersAndFilesGoTogetherAndOnlyFilesAskForAPassword)
 TEST_F(BulkOperations, NoItemStartsBeforeTheOneBeforeHasEnded)
 {
     startUnlocked(three);
-    files.held = a;
+    HeldCall move(hooks, "moveItem", a);
     const RunningTask<void> locking(manager().bulkLockItems(items(), callback()));
-    ASSERT_TRUE(spinUntil([this] { return files.moveStarted.tryAcquire(); }));
+    ASSERT_TRUE(move.hasStarted());
     spinOnce();
     EXPECT_EQ(progress->lines, Lines(QStringLiteral("0 Locking a.txt...")));
     EXPECT_EQ(TemporaryHome::read(b), "b.txt");
     EXPECT_TRUE(manager().isProcessing());
-    files.letMoveGo.release();
+    move.letGo();
     locking.wait();
     EXPECT_EQ(progress->lines.last(), QStringLiteral("1 Completed 3 of 3 items"));
 }

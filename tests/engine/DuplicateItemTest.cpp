@@ -1,8 +1,8 @@
 #include "credentials/KeychainError.h"
 #include "engine/PlaceholderFile.h"
 #include "engine/ProgressLog.h"
+#include "support/CallHooks.h"
 #include "support/EngineHarness.h"
-#include "support/HookedSeam.h"
 
 #include <QDir>
 #include <QFile>
@@ -196,11 +196,7 @@ TEST_F(DuplicateItem, TouchIDItemGivesATouchIDItem)
 TEST_F(DuplicateItem, FailedCopyPassesItsErrorOn)
 {
     start(QStringLiteral("report.txt"));
-    hooks.before = [](const char *call, const QString &path) {
-        if (qstrcmp(call, "copyItem") == 0) {
-            throw FileError::fromErrno(ENOSPC, FileError::Action::Copy, path);
-        }
-    };
+    hooks.before = failing("copyItem", ENOSPC);
     EXPECT_THROW(duplicate(), FileError);
     EXPECT_EQ(progress->lines, wholeProgress.first(3));
     EXPECT_EQ(onDesktop(), QStringList(QStringLiteral("report.txt")));
@@ -221,11 +217,7 @@ TEST_F(DuplicateItem, DeclinedPanelFailsAndLeavesThePlainCopy)
 TEST_F(DuplicateItem, PlaceholderThatStaysFailsAndKeepsTheNewItem)
 {
     start(QStringLiteral("report.txt"));
-    hooks.before = [](const char *call, const QString &path) {
-        if (qstrcmp(call, "removeItem") == 0) {
-            throw FileError::fromErrno(EACCES, FileError::Action::Remove, path);
-        }
-    };
+    hooks.before = failing("removeItem", EACCES);
     EXPECT_THROW(duplicate(), FileError);
     EXPECT_EQ(progress->lines, wholeProgress);
     EXPECT_EQ(engine->count(), 2);

@@ -1,5 +1,6 @@
 #include "engine/PlaceholderFile.h"
 #include "platform/FileManagerDecorator.h"
+#include "support/CallHooks.h"
 #include "support/EngineHarness.h"
 
 #include <QDir>
@@ -30,24 +31,6 @@ class FixedRandom : public OpenSslRandomSource
 {
 public:
     [[nodiscard]] QString uuidString() override { return QStringLiteral("11111111-2222-4333-8444-555555555555"); }
-};
-
-/// Fails every write to one path.
-class RefusingWrites : public FileManagerDecorator
-{
-public:
-    RefusingWrites(FileManager &next, QString path) : FileManagerDecorator(next), m_path(std::move(path)) {}
-    using FileManagerDecorator::writeFile;
-    void writeFile(const QString &path, std::span<const std::byte> bytes, const FinalBytes &finalBytes) override
-    {
-        if (path == m_path) {
-            throw FileError::fromErrno(EACCES, FileError::Action::Write, path);
-        }
-        FileManagerDecorator::writeFile(path, bytes, finalBytes);
-    }
-
-private:
-    QString m_path;
 };
 
 } // namespace
@@ -175,8 +158,10 @@ TEST_F(ProtectItem, TakenNameInPrivateStorageGetsACounter)
 TEST_F(ProtectItem, UnwritablePlaceholderLeavesTheItemInStorageTheContainerWrittenAndNoRecord)
 {
     const QString path = services.home.write(QStringLiteral("Desktop/a.txt"), "mine");
-    RefusingWrites refusing(services.fileManager, path);
-    EngineHarness engine(services, refusing);
+    SeamHooks hooks;
+    hooks.before = failing("writeFile", EACCES, {path});
+    HookedFileManager files(services.fileManager, hooks);
+    EngineHarness engine(services, files);
     EXPECT_THROW(engine.protect(path), FileError);
     EXPECT_EQ(engine.count(), 0);
     EXPECT_FALSE(TemporaryHome::exists(path));

@@ -4,8 +4,8 @@
 #include "formats/RecoveryBackup.h"
 #include "formats/SecuredContainer.h"
 #include "platform/UserDefaults.h"
+#include "support/CallHooks.h"
 #include "support/EngineHarness.h"
-#include "support/HookedSeam.h"
 
 #include <QDir>
 #include <QFile>
@@ -407,11 +407,7 @@ TEST_F(Recovery, UnreadableBackupIsToldAndCopiedUnderTheCataloguesName)
     writeRecord(id, QStringLiteral("mine.txt"));
     writeBackup(id, QStringLiteral("abc:report.pdf"));
     const QString path = cloud.backup(id);
-    hooks.before = [path](const char *call, const QString &at) {
-        if (qstrcmp(call, "readFile") == 0 && at == path) {
-            throw FileError::fromErrno(EIO, FileError::Action::Read, at);
-        }
-    };
+    hooks.before = failing("readFile", EIO, {path});
     EXPECT_EQ(recover(), QStringList(inFolder(QStringLiteral("mine.txt"))));
     const QStringList lines{QStringLiteral("⚠️ Could not read backup file metadata: ") +
                                 FileError::fromErrno(EIO, FileError::Action::Read, path).errorDescription(),

@@ -1,8 +1,8 @@
 #pragma once
 
 #include "engine/PlaceholderFile.h"
+#include "support/CallHooks.h"
 #include "support/EngineHarness.h"
-#include "support/HookedSeam.h"
 
 #include <QFile>
 #include <QFileInfo>
@@ -112,15 +112,6 @@ protected:
     }
     [[nodiscard]] QString lines() const { return report.join(QLatin1Char('\n')); }
 
-    /// From now on this call fails for this path.
-    void failCall(const char *call, const QString &path, FileError::Action action = FileError::Action::Overwrite)
-    {
-        hooks.before = [=](const char *name, const QString &at) {
-            if (qstrcmp(name, call) == 0 && at == path) {
-                throw FileError::fromErrno(EACCES, action, path);
-            }
-        };
-    }
     template <typename Call>
     static QString failureOf(Call call)
     {

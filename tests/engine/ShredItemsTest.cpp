@@ -200,7 +200,7 @@ TEST_F(ShredItems, LinkAtThePlaceIsRefusedAndItsTargetStays)
 TEST_F(ShredItems, FailureAtTheOriginalKeepsTheRestAndAFurtherShredEndsIt)
 {
     const ProtectedItem item = unlockedFile();
-    failCall("openForOverwriting", item.originalPath);
+    hooks.before = failing("openForOverwriting", EACCES, {item.originalPath});
     const QString text = QStringLiteral("You don't have permission to overwrite \"a.txt\".");
     EXPECT_EQ(failureOf([&] { shred(item); }), text);
     EXPECT_EQ(stages(), QStringLiteral("Shredding original file: a.txt @ 0.3000\nShredding failed: ") + text +
@@ -220,7 +220,7 @@ TEST_F(ShredItems, FailureAtTheBackupLeavesTheOriginalDestroyedAndTheItemListed)
 {
     const ProtectedItem item = lockedFile();
     engine().itemPassword.reset();
-    failCall("openForOverwriting", item.originalBackupPath);
+    hooks.before = failing("openForOverwriting", EACCES, {item.originalBackupPath});
     EXPECT_NE(failureOf([&] { shred(item); }), QStringLiteral("no error"));
     EXPECT_TRUE(report.at(report.size() - 2).endsWith(QStringLiteral("@ 0.7000"))) << qUtf8Printable(lines());
     EXPECT_TRUE(report.last().endsWith(QStringLiteral("@ 0.0000")));
@@ -239,7 +239,7 @@ TEST_F(ShredItems, FailureAtTheBackupLeavesTheOriginalDestroyedAndTheItemListed)
 TEST_F(ShredItems, FailureAtTheContainerIsReportedOnceAndKeepsCredentialAndRecord)
 {
     const ProtectedItem item = unlockedFile();
-    failCall("openForOverwriting", item.containerPath);
+    hooks.before = failing("openForOverwriting", EACCES, {item.containerPath});
     EXPECT_NE(failureOf([&] { shred(item); }), QStringLiteral("no error"));
     EXPECT_EQ(report.filter(QStringLiteral("Shredding failed")).size(), 1);
     EXPECT_EQ(report.at(report.size() - 2), QStringLiteral("Shredding container file... @ 0.9000"));

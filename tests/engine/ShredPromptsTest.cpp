@@ -138,7 +138,7 @@ TEST_F(ShredPrompts, AllStagesCancelledLeavesEverythingButTheRecord)
 TEST_F(ShredPrompts, FailureLeavesTheSessionAsItWas)
 {
     const ProtectedItem item = unlockedFile();
-    failCall("openForOverwriting", item.originalPath);
+    hooks.before = failing("openForOverwriting", EACCES, {item.originalPath});
     EXPECT_NE(failureOf([&] { shred(item); }), QStringLiteral("no error"));
     EXPECT_TRUE(engine().masterPassword.isAuthenticated());
     EXPECT_TRUE(engine().masterPassword.hasAuthenticationTimer());

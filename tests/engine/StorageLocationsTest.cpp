@@ -1,6 +1,6 @@
 #include "catalogue/CatalogueJson.h"
 #include "catalogue/DefaultsKeys.h"
-#include "platform/FileManagerDecorator.h"
+#include "support/CallHooks.h"
 #include "support/EngineHarness.h"
 
 #include <QDir>
@@ -39,31 +39,9 @@ protected:
     }
 
     TestPlatform services;
+    SeamHooks hooks;
+    HookedFileManager files{services.fileManager, hooks};
     LogCapture log;
-};
-
-/// Fails the making of folders, or the moves after the first.
-class FailingCalls : public FileManagerDecorator
-{
-public:
-    using FileManagerDecorator::FileManagerDecorator;
-    void createDirectory(const QString &path) override
-    {
-        if (failsFolders) {
-            throw FileError::fromErrno(EROFS, FileError::Action::CreateFolder, path);
-        }
-        FileManagerDecorator::createDirectory(path);
-    }
-    void moveItem(const QString &source, const QString &target) override
-    {
-        if (movesLeft-- == 0) {
-            throw FileError::fromErrno(EIO, FileError::Action::Move, source, target);
-        }
-        FileManagerDecorator::moveItem(source, target);
-    }
-
-    bool failsFolders = false;
-    int movesLeft = -1;
 };
 
 } // namespace
@@ -161,8 +139,12 @@ TEST_F(StorageLocations, FailedMoveEndsTheMigrationWithOneWarningAndTheNextStart
         services.home.write(QStringLiteral("tmp/quillhaven/") + name, name.toUtf8());
     }
     {
-        FailingCalls files(services.fileManager);
-        files.movesLeft = 1;
+        int moves = 0;
+        hooks.before = [&moves](const char *call, const QString &path) {
+            if (qstrcmp(call, "moveItem") == 0 && ++moves == 2) {
+                throw FileError::fromErrno(EIO, FileError::Action::Move, path);
+            }
+        };
         const EngineHarness engine(services, files);
         EXPECT_EQ(log.lines().filter(QStringLiteral("📍 DEBUG: Migrated backup file: ")).size(), 1);
         EXPECT_EQ(log.lines().filter(QStringLiteral("Migration warning: ")).size(), 1);
@@ -178,8 +160,7 @@ TEST_F(StorageLocations, FailedMoveEndsTheMigrationWithOneWarningAndTheNextStart
 
 TEST_F(StorageLocations, StorageDirectoryThatCannotBeMadeIsNoWordAtTheStartAndTheErrorOfTheNextProtection)
 {
-    FailingCalls files(services.fileManager);
-    files.failsFolders = true;
+    hooks.before = failing("createDirectory", EROFS);
     EngineHarness engine(services, files);
     EXPECT_EQ(log.lines().join(QLatin1Char('\n')),
               QStringLiteral("DEBUG: Loading protected items from UserDefaults\n"

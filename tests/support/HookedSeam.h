@@ -13,8 +13,10 @@ namespace quillhaven::testing {
 /// What happens around every call of the seam that changes something. `before` may throw in place of the call.
 struct SeamHooks
 {
-    std::function<void(const char *call, const QString &path)> before;
-    std::function<void(const char *call, const QString &path)> after;
+    using Hook = std::function<void(const char *call, const QString &path)>;
+
+    Hook before;
+    Hook after;
 
     template <typename Call>
     auto around(const char *name, const QString &path, Call call) const
