@@ -1,10 +1,6 @@
-#include "engine/PlaceholderFile.h"
-#include "platform/FileManagerDecorator.h"
-#include "support/EngineHarness.h"
+#include "engine/ProtectedFileFixture.h"
 
-#include <QDir>
 #include <QFile>
-#include <QSemaphore>
 
 using namespace quillhaven;
 using namespace quillhaven::testing;
@@ -12,60 +8,13 @@ using namespace std::chrono_literals;
 
 namespace {
 
-class LockItem : public ::testing::Test
-{
-protected:
-    /// Protects and unlocks a file, and returns its path.
-    QString unlockedFile(EngineHarness &engine, const QByteArray &bytes = "mine")
-    {
-        const QString path = services.home.write(QStringLiteral("Desktop/a.txt"), bytes);
-        engine.protect(path);
-        engine.unlock();
-        return path;
-    }
-
-    TestPlatform services;
-    LogCapture log;
-};
-
-/// Fails moves or writes on demand, or holds a move until it is let go.
-class SwitchedFiles : public FileManagerDecorator
-{
-public:
-    using FileManagerDecorator::FileManagerDecorator;
-    void moveItem(const QString &source, const QString &target) override
-    {
-        if (failsMoves) {
-            throw FileError::fromErrno(EIO, FileError::Action::Move, source, target);
-        }
-        if (holdsMoves) {
-            moveStarted.release();
-            letMoveGo.acquire();
-        }
-        FileManagerDecorator::moveItem(source, target);
-    }
-    using FileManagerDecorator::writeFile;
-    void writeFile(const QString &path, std::span<const std::byte> bytes, const FinalBytes &finalBytes) override
-    {
-        if (failsWrites) {
-            throw FileError::fromErrno(ENOSPC, FileError::Action::Write, path);
-        }
-        FileManagerDecorator::writeFile(path, bytes, finalBytes);
-    }
-
-    bool failsMoves = false;
-    bool failsWrites = false;
-    bool holdsMoves = false;
-    QSemaphore moveStarted;
-    QSemaphore letMoveGo;
-};
+using LockItem = ProtectedFileTest;
 
 } // namespace
 
 TEST_F(LockItem, DataGoesBackToTheSameNameInPrivateStorageAndThePlaceholderStands)
 {
-    EngineHarness engine(services);
-    const QString path = unlockedFile(engine);
+    startUnlocked();
     QFile file(path);
     ASSERT_TRUE(file.open(QIODevice::WriteOnly));
     file.write("edited");
@@ -97,7 +46,6 @@ TEST_F(LockItem, DataGoesBackToTheSameNameInPrivateStorageAndThePlaceholderStand
 TEST_F(LockItem, FolderTakesTheSamePathAndTheLogSaysFolder)
 {
     services.home.write(QStringLiteral("Desktop/folder/deep/inner.txt"), "inner");
-    EngineHarness engine(services);
     engine.protect(services.home.path(QStringLiteral("Desktop/folder")));
     engine.unlock();
     log.clear();
@@ -109,8 +57,7 @@ TEST_F(LockItem, FolderTakesTheSamePathAndTheLogSaysFolder)
 
 TEST_F(LockItem, DeletedOriginalStillLocksAndWritesThePlaceholder)
 {
-    EngineHarness engine(services);
-    const QString path = unlockedFile(engine);
+    startUnlocked();
     ASSERT_TRUE(QFile::remove(path));
     engine.lock();
     EXPECT_FALSE(engine.item().isMounted);
@@ -121,8 +68,7 @@ TEST_F(LockItem, DeletedOriginalStillLocksAndWritesThePlaceholder)
 
 TEST_F(LockItem, ExistingCopyAtTheTargetGivesWay)
 {
-    EngineHarness engine(services);
-    const QString path = unlockedFile(engine, "new");
+    startUnlocked("new");
     QFile stale(engine.item().originalBackupPath);
     ASSERT_TRUE(stale.open(QIODevice::WriteOnly));
     stale.write("stale");
@@ -135,9 +81,7 @@ TEST_F(LockItem, ExistingCopyAtTheTargetGivesWay)
 TEST_F(LockItem, APlaceholderIsNotTakenForTheItemWhileThePrivateCopyExists)
 {
     // So it stands when the program ended between the placeholder and the record.
-    EngineHarness engine(services);
-    const QString path = services.home.write(QStringLiteral("Desktop/a.txt"), "mine");
-    engine.protect(path);
+    startLocked();
     engine.lock();
     EXPECT_EQ(TemporaryHome::read(engine.item().originalBackupPath), "mine");
     EXPECT_EQ(TemporaryHome::read(path), placeholderText.toUtf8());
@@ -150,10 +94,8 @@ TEST_F(LockItem, APlaceholderIsNotTakenForTheItemWhileThePrivateCopyExists)
 
 TEST_F(LockItem, FailedMoveLeavesTheItemUnlockedInItsPlace)
 {
-    SwitchedFiles files(services.fileManager);
-    EngineHarness engine(services, files);
-    const QString path = unlockedFile(engine);
-    files.failsMoves = true;
+    startUnlocked();
+    hooks.before = failing("moveItem", EIO);
     QString text;
     EXPECT_EQ(engineErrorOf([&] { engine.lock(); }, &text), QuillhavenError::accessDenied);
     EXPECT_TRUE(text.startsWith(QStringLiteral("Could not move file to secure storage: "))) << text.toStdString();
@@ -168,16 +110,14 @@ TEST_F(LockItem, FailedMoveLeavesTheItemUnlockedInItsPlace)
 
 TEST_F(LockItem, UnwrittenPlaceholderLeavesTheDataInStorageAndALaterLockMakesItGood)
 {
-    SwitchedFiles files(services.fileManager);
-    EngineHarness engine(services, files);
-    const QString path = unlockedFile(engine);
-    files.failsWrites = true;
+    startUnlocked();
+    hooks.before = failing("writeFile", ENOSPC);
     EXPECT_THROW(engine.lock(), FileError);
     EXPECT_FALSE(TemporaryHome::exists(path));
     EXPECT_EQ(TemporaryHome::read(engine.item().originalBackupPath), "mine");
     EXPECT_TRUE(engine.item().isMounted);
 
-    files.failsWrites = false;
+    hooks.before = nullptr;
     engine.lock();
     EXPECT_FALSE(engine.item().isMounted);
     EXPECT_EQ(TemporaryHome::read(path), placeholderText.toUtf8());
@@ -187,17 +127,15 @@ TEST_F(LockItem, UnwrittenPlaceholderLeavesTheDataInStorageAndALaterLockMakesItG
 
 TEST_F(LockItem, MoveOverThirtySecondsLocksAndSavesAndStillReportsTheTimeout)
 {
-    SwitchedFiles files(services.fileManager);
-    EngineHarness engine(services, files);
-    const QString path = unlockedFile(engine);
-    files.holdsMoves = true;
+    startUnlocked();
+    HeldCall move(hooks, "moveItem");
     const RunningTask<void> locking(engine.manager.lockItem(engine.item()));
-    ASSERT_TRUE(spinUntil([&] { return files.moveStarted.tryAcquire(); }));
+    ASSERT_TRUE(move.hasStarted());
     EXPECT_TRUE(engine.item().isProcessing);
     services.clock.advance(30s);
     spinOnce();
     EXPECT_FALSE(locking.isFinished()) << "the caller waits for the file work";
-    files.letMoveGo.release();
+    move.letGo();
 
     QString text;
     EXPECT_EQ(engineErrorOf([&] { locking.wait(); }, &text), QuillhavenError::operationTimeout);
@@ -211,24 +149,20 @@ TEST_F(LockItem, MoveOverThirtySecondsLocksAndSavesAndStillReportsTheTimeout)
 
 TEST_F(LockItem, LockThatEndsInTimeLeavesNoTimerBehind)
 {
-    SwitchedFiles files(services.fileManager);
-    EngineHarness engine(services, files);
-    unlockedFile(engine);
-    files.holdsMoves = true;
+    startUnlocked();
+    HeldCall move(hooks, "moveItem");
     const RunningTask<void> locking(engine.manager.lockItem(engine.item()));
-    ASSERT_TRUE(spinUntil([&] { return files.moveStarted.tryAcquire(); }));
+    ASSERT_TRUE(move.hasStarted());
     services.clock.advance(29'999ms);
-    files.letMoveGo.release();
+    move.letGo();
     EXPECT_NO_THROW(locking.wait());
     EXPECT_EQ(services.clock.pendingTimers(), 0);
 }
 
 TEST_F(LockItem, CancelledMasterPromptChangesNothing)
 {
-    services.credentials.entries.insert(QStringLiteral("master_password"), "Master12");
-    EngineHarness engine(services);
-    engine.masterPasswordEntry = QStringLiteral("Master12");
-    const QString path = unlockedFile(engine);
+    setMasterPassword();
+    startUnlocked();
     engine.masterPasswordEntry.reset();
     engine.lock();
     EXPECT_TRUE(engine.item().isMounted);
@@ -238,10 +172,8 @@ TEST_F(LockItem, CancelledMasterPromptChangesNothing)
 
 TEST_F(LockItem, SuccessEndsTheMasterSession)
 {
-    services.credentials.entries.insert(QStringLiteral("master_password"), "Master12");
-    EngineHarness engine(services);
-    engine.masterPasswordEntry = QStringLiteral("Master12");
-    unlockedFile(engine);
+    setMasterPassword();
+    startUnlocked();
     EXPECT_EQ(engine.masterPrompts, 2);
     engine.lock();
     EXPECT_EQ(engine.masterPrompts, 3) << "each operation asks anew";
@@ -250,8 +182,7 @@ TEST_F(LockItem, SuccessEndsTheMasterSession)
 
 TEST_F(LockItem, RecordThatIsGoneIsLockedOnDiskAllTheSame)
 {
-    EngineHarness engine(services);
-    const QString path = unlockedFile(engine);
+    startUnlocked();
     const ProtectedItem snapshot = engine.item();
     engine.manager.removeFromProtectedItems(snapshot.id);
     log.clear();
@@ -263,8 +194,7 @@ TEST_F(LockItem, RecordThatIsGoneIsLockedOnDiskAllTheSame)
 
 TEST_F(LockItem, TargetIsTheCurrentStorageWhateverDirectoryTheRecordNames)
 {
-    EngineHarness engine(services);
-    unlockedFile(engine);
+    startUnlocked();
     ProtectedItem snapshot = engine.item();
     const QString name = QFileInfo(snapshot.originalBackupPath).fileName();
     snapshot.originalBackupPath = QStringLiteral("/elsewhere/") + name;
@@ -274,11 +204,9 @@ TEST_F(LockItem, TargetIsTheCurrentStorageWhateverDirectoryTheRecordNames)
 
 TEST_F(LockItem, FailureLeavesTheMasterSessionOpen)
 {
-    SwitchedFiles files(services.fileManager);
-    EngineHarness engine(services, files);
-    unlockedFile(engine);
+    startUnlocked();
     engine.openMasterSession();
-    files.failsMoves = true;
+    hooks.before = failing("moveItem", EIO);
     EXPECT_THROW(engine.lock(), QuillhavenError);
     EXPECT_TRUE(engine.masterPassword.isAuthenticated());
     EXPECT_TRUE(engine.masterPassword.hasAuthenticationTimer());
@@ -286,10 +214,8 @@ TEST_F(LockItem, FailureLeavesTheMasterSessionOpen)
 
 TEST_F(LockItem, BulkCorePassesAMoveErrorOnAsReportedAndMarksNothing)
 {
-    SwitchedFiles files(services.fileManager);
-    EngineHarness engine(services, files);
-    const QString path = unlockedFile(engine);
-    files.failsMoves = true;
+    startUnlocked();
+    hooks.before = failing("moveItem", EIO);
     EXPECT_THROW(runTask(engine.manager.lockItemWithoutFileAccess(engine.item())), FileError);
     EXPECT_TRUE(engine.item().isMounted);
     EXPECT_EQ(TemporaryHome::read(path), "mine");
@@ -297,24 +223,19 @@ TEST_F(LockItem, BulkCorePassesAMoveErrorOnAsReportedAndMarksNothing)
 
 TEST_F(LockItem, BulkCoreLeavesTheBusyMarkAsItIs)
 {
-    QList<ProtectedItem> items;
-    {
-        EngineHarness first(services);
-        unlockedFile(first);
-        items = first.storedItems();
-    }
+    startUnlocked();
+    QList<ProtectedItem> items = engine.storedItems();
     items.first().isProcessing = true;
     services.defaults.standard().setData(defaults_keys::protectedItems, encodeProtectedItems(items));
-    EngineHarness engine(services);
-    runTask(engine.manager.lockItemWithoutFileAccess(engine.item()));
-    EXPECT_FALSE(engine.item().isMounted);
-    EXPECT_TRUE(engine.item().isProcessing);
+    EngineHarness restarted(services);
+    runTask(restarted.manager.lockItemWithoutFileAccess(restarted.item()));
+    EXPECT_FALSE(restarted.item().isMounted);
+    EXPECT_TRUE(restarted.item().isProcessing);
 }
 
 TEST_F(LockItem, BulkCoreLocksWithoutGateSessionOrLog)
 {
-    EngineHarness engine(services);
-    const QString path = unlockedFile(engine);
+    startUnlocked();
     engine.openMasterSession();
     log.clear();
     runTask(engine.manager.lockItemWithoutFileAccess(engine.item()));

@@ -1,6 +1,4 @@
-#include "engine/PlaceholderFile.h"
-#include "platform/FileManagerDecorator.h"
-#include "support/EngineHarness.h"
+#include "engine/ProtectedFileFixture.h"
 
 #include <QFile>
 
@@ -9,50 +7,25 @@ using namespace quillhaven::testing;
 
 namespace {
 
-class RemoveProtection : public ::testing::Test
+class RemoveProtection : public ProtectedFileTest
 {
 protected:
-    QString lockedFile(EngineHarness &engine)
+    /// What a removal logs, without the lines of the credential store.
+    QStringList linesOfRemoval()
     {
-        const QString path = services.home.write(QStringLiteral("Desktop/a.txt"), "mine");
-        engine.protect(path);
-        services.panels.requests.clear();
-        return path;
+        log.clear();
+        engine.remove();
+        QStringList lines = log.lines();
+        lines.removeIf([](const QString &line) { return line.contains(QStringLiteral("KeychainManager: ")); });
+        return lines;
     }
-
-    TestPlatform services;
-    LogCapture log;
-};
-
-class FailingCalls : public FileManagerDecorator
-{
-public:
-    using FileManagerDecorator::FileManagerDecorator;
-    void replaceItemAt(const QString &original, const QString &replacement) override
-    {
-        if (failsReplacements) {
-            throw FileError::fromErrno(EBUSY, FileError::Action::Replace, original);
-        }
-        FileManagerDecorator::replaceItemAt(original, replacement);
-    }
-    void removeItem(const QString &path) override
-    {
-        if (path == unremovable) {
-            throw FileError::fromErrno(EACCES, FileError::Action::Remove, path);
-        }
-        FileManagerDecorator::removeItem(path);
-    }
-
-    bool failsReplacements = false;
-    QString unremovable;
 };
 
 } // namespace
 
 TEST_F(RemoveProtection, LockedFileTakesThePlaceOfItsPlaceholderAndEverythingElseGoes)
 {
-    EngineHarness engine(services);
-    const QString path = lockedFile(engine);
+    startLocked();
     const ProtectedItem item = engine.item();
     log.clear();
     engine.remove();
@@ -78,11 +51,8 @@ TEST_F(RemoveProtection, LockedFileTakesThePlaceOfItsPlaceholderAndEverythingEls
 
 TEST_F(RemoveProtection, UnlockedFileStaysUntouchedWithoutAPanel)
 {
-    EngineHarness engine(services);
-    const QString path = lockedFile(engine);
-    engine.unlock();
+    startUnlocked();
     const ProtectedItem item = engine.item();
-    services.panels.requests.clear();
     engine.remove();
     EXPECT_TRUE(services.panels.requests.isEmpty());
     EXPECT_EQ(TemporaryHome::read(path), "mine");
@@ -96,7 +66,6 @@ TEST_F(RemoveProtection, UnlockedFileStaysUntouchedWithoutAPanel)
 TEST_F(RemoveProtection, LockedFolderTakesThePlaceOfThePlaceholderAndNoCredentialIsTouched)
 {
     services.home.write(QStringLiteral("Desktop/folder/inner.txt"), "inner");
-    EngineHarness engine(services);
     engine.protect(services.home.path(QStringLiteral("Desktop/folder")));
     engine.remove();
     EXPECT_EQ(TemporaryHome::read(services.home.path(QStringLiteral("Desktop/folder/inner.txt"))), "inner");
@@ -107,9 +76,7 @@ TEST_F(RemoveProtection, LockedFolderTakesThePlaceOfThePlaceholderAndNoCredentia
 
 TEST_F(RemoveProtection, UnlockedFileThatIsGoneCanOnlyBeDeclined)
 {
-    EngineHarness engine(services);
-    const QString path = lockedFile(engine);
-    engine.unlock();
+    startUnlocked();
     ASSERT_TRUE(QFile::remove(path));
     EXPECT_NO_THROW(engine.remove());
     EXPECT_EQ(engine.count(), 1);
@@ -119,8 +86,7 @@ TEST_F(RemoveProtection, UnlockedFileThatIsGoneCanOnlyBeDeclined)
 
 TEST_F(RemoveProtection, DeclinedPanelChangesNothing)
 {
-    EngineHarness engine(services);
-    const QString path = lockedFile(engine);
+    startLocked();
     services.panels.answer = [](const OpenPanelRequest &) { return std::nullopt; };
     EXPECT_NO_THROW(engine.remove());
     EXPECT_EQ(engine.count(), 1);
@@ -130,8 +96,7 @@ TEST_F(RemoveProtection, DeclinedPanelChangesNothing)
 
 TEST_F(RemoveProtection, WrongItemInThePanelChangesNothing)
 {
-    EngineHarness engine(services);
-    const QString path = lockedFile(engine);
+    startLocked();
     const QString other = services.home.write(QStringLiteral("Desktop/b.txt"), "other");
     services.panels.answer = [other](const OpenPanelRequest &) { return other; };
     EXPECT_NO_THROW(engine.remove());
@@ -143,14 +108,9 @@ TEST_F(RemoveProtection, WrongItemInThePanelChangesNothing)
 
 TEST_F(RemoveProtection, LinesOfALockedRemovalStandInTheirOrder)
 {
-    EngineHarness engine(services);
-    const QString path = lockedFile(engine);
+    startLocked();
     const ProtectedItem item = engine.item();
-    log.clear();
-    engine.remove();
-    QStringList lines = log.lines();
-    lines.removeIf([](const QString &line) { return line.contains(QStringLiteral("KeychainManager: ")); });
-    EXPECT_EQ(lines.join(QLatin1Char('\n')),
+    EXPECT_EQ(linesOfRemoval().join(QLatin1Char('\n')),
               QStringLiteral("🔓 Starting removeProtection for: a.txt\n"
                              "📍 DEBUG: Item uses Touch ID: false\n"
                              "📍 DEBUG: Item is folder: false\n"
@@ -180,15 +140,9 @@ TEST_F(RemoveProtection, LinesOfALockedRemovalStandInTheirOrder)
 
 TEST_F(RemoveProtection, LinesOfAnUnlockedRemovalStandInTheirOrder)
 {
-    EngineHarness engine(services);
-    const QString path = lockedFile(engine);
-    engine.unlock();
+    startUnlocked();
     const ProtectedItem item = engine.item();
-    log.clear();
-    engine.remove();
-    QStringList lines = log.lines();
-    lines.removeIf([](const QString &line) { return line.contains(QStringLiteral("KeychainManager: ")); });
-    EXPECT_EQ(lines.mid(9).join(QLatin1Char('\n')),
+    EXPECT_EQ(linesOfRemoval().mid(9).join(QLatin1Char('\n')),
               QStringLiteral("📍 DEBUG: Item is mounted - file should be at original location\n"
                              "📍 DEBUG: Checking if file exists at original path: %1\n"
                              "📍 DEBUG: File exists at original path: true\n"
@@ -202,10 +156,9 @@ TEST_F(RemoveProtection, LinesOfAnUnlockedRemovalStandInTheirOrder)
 
 TEST_F(RemoveProtection, LockedFileMovesToItsPlaceWhenNothingStandsThere)
 {
-    EngineHarness engine(services);
-    const QString path = lockedFile(engine);
+    startLocked();
     ASSERT_TRUE(QFile::remove(path));
-    services.panels.answer = [path](const OpenPanelRequest &) { return path; };
+    services.panels.answer = [this](const OpenPanelRequest &) { return path; };
     engine.remove();
     EXPECT_EQ(TemporaryHome::read(path), "mine");
     EXPECT_EQ(engine.count(), 0);
@@ -216,10 +169,8 @@ TEST_F(RemoveProtection, LockedFileMovesToItsPlaceWhenNothingStandsThere)
 
 TEST_F(RemoveProtection, FailureLeavesTheMasterSessionOpenAndSuccessEndsIt)
 {
-    EngineHarness engine(services);
-    lockedFile(engine);
-    runTask(engine.masterPassword.setMasterPassword(QStringLiteral("Master12")));
-    engine.masterPasswordEntry = QStringLiteral("Master12");
+    startLocked();
+    setMasterPassword();
     const QString backup = engine.item().originalBackupPath;
     ASSERT_TRUE(QFile::rename(backup, backup + QStringLiteral(".away")));
     EXPECT_EQ(engineErrorOf([&] { engine.remove(); }), QuillhavenError::itemNotFound);
@@ -234,8 +185,7 @@ TEST_F(RemoveProtection, FailureLeavesTheMasterSessionOpenAndSuccessEndsIt)
 
 TEST_F(RemoveProtection, MissingPrivateCopyFailsAndKeepsPlaceholderAndRecord)
 {
-    EngineHarness engine(services);
-    const QString path = lockedFile(engine);
+    startLocked();
     ASSERT_TRUE(QFile::remove(engine.item().originalBackupPath));
     const QString backup = engine.item().originalBackupPath;
     EXPECT_EQ(engineErrorOf([&] { engine.remove(); }), QuillhavenError::itemNotFound);
@@ -249,10 +199,8 @@ TEST_F(RemoveProtection, MissingPrivateCopyFailsAndKeepsPlaceholderAndRecord)
 
 TEST_F(RemoveProtection, PlaceholderThatCannotBeReplacedSaysTheFileMayBeInUse)
 {
-    FailingCalls files(services.fileManager);
-    EngineHarness engine(services, files);
-    const QString path = lockedFile(engine);
-    files.failsReplacements = true;
+    startLocked();
+    hooks.before = failing("replaceItemAt", EBUSY);
     QString text;
     EXPECT_EQ(engineErrorOf([&] { engine.remove(); }, &text), QuillhavenError::accessDenied);
     EXPECT_EQ(text, QStringLiteral("Could not restore file to original location. The existing file may be in use by "
@@ -265,11 +213,9 @@ TEST_F(RemoveProtection, PlaceholderThatCannotBeReplacedSaysTheFileMayBeInUse)
 
 TEST_F(RemoveProtection, ContainerThatCannotBeRemovedIsLoggedAndStays)
 {
-    FailingCalls files(services.fileManager);
-    EngineHarness engine(services, files);
-    const QString path = lockedFile(engine);
+    startLocked();
     const QString container = engine.item().containerPath;
-    files.unremovable = container;
+    hooks.before = failing("removeItem", EACCES, {container});
     engine.remove();
     EXPECT_EQ(TemporaryHome::read(path), "mine");
     EXPECT_TRUE(TemporaryHome::exists(container));
@@ -279,8 +225,7 @@ TEST_F(RemoveProtection, ContainerThatCannotBeRemovedIsLoggedAndStays)
 
 TEST_F(RemoveProtection, CredentialsThatCannotBeRemovedAreLoggedAndStay)
 {
-    EngineHarness engine(services);
-    const QString path = lockedFile(engine);
+    startLocked();
     services.credentials.failWith = credentialInteractionNotAllowed;
     engine.remove();
     EXPECT_EQ(TemporaryHome::read(path), "mine");
@@ -291,7 +236,6 @@ TEST_F(RemoveProtection, CredentialsThatCannotBeRemovedAreLoggedAndStay)
 
 TEST_F(RemoveProtection, SharedContainerGoesWithTheFirstItemAndTheSecondSucceeds)
 {
-    EngineHarness engine(services);
     engine.protect(services.home.write(QStringLiteral("a/report.pdf"), "first"));
     engine.protect(services.home.write(QStringLiteral("b/report.pdf"), "second"));
     const QString container = engine.item().containerPath;
@@ -304,8 +248,7 @@ TEST_F(RemoveProtection, SharedContainerGoesWithTheFirstItemAndTheSecondSucceeds
 
 TEST_F(RemoveProtection, CancelledMasterPromptIsLoggedAndChangesNothing)
 {
-    EngineHarness engine(services);
-    const QString path = lockedFile(engine);
+    startLocked();
     runTask(engine.masterPassword.setMasterPassword(QStringLiteral("Master12")));
     engine.remove();
     EXPECT_EQ(engine.count(), 1);
@@ -315,16 +258,14 @@ TEST_F(RemoveProtection, CancelledMasterPromptIsLoggedAndChangesNothing)
 
 TEST_F(RemoveProtection, NoItemPasswordIsAsked)
 {
-    EngineHarness engine(services);
-    lockedFile(engine);
+    startLocked();
     engine.remove();
     EXPECT_EQ(engine.passwordPrompts, 0);
 }
 
 TEST_F(RemoveProtection, BulkCoreGivesALockedItemBackSilently)
 {
-    EngineHarness engine(services);
-    const QString path = lockedFile(engine);
+    startLocked();
     const ProtectedItem item = engine.item();
     engine.openMasterSession();
     log.clear();
@@ -340,18 +281,15 @@ TEST_F(RemoveProtection, BulkCoreGivesALockedItemBackSilently)
 
 TEST_F(RemoveProtection, BulkCorePassesOnAReplacementErrorAsReported)
 {
-    FailingCalls files(services.fileManager);
-    EngineHarness engine(services, files);
-    const QString path = lockedFile(engine);
-    files.failsReplacements = true;
+    startLocked();
+    hooks.before = failing("replaceItemAt", EBUSY);
     EXPECT_THROW(runTask(engine.manager.removeProtectionWithAccessibleURL(engine.item(), path)), FileError);
     EXPECT_EQ(engine.count(), 1);
 }
 
 TEST_F(RemoveProtection, BulkCoreWithoutAPrivateCopyFails)
 {
-    EngineHarness engine(services);
-    const QString path = lockedFile(engine);
+    startLocked();
     ASSERT_TRUE(QFile::remove(engine.item().originalBackupPath));
     EXPECT_EQ(engineErrorOf([&] { runTask(engine.manager.removeProtectionWithAccessibleURL(engine.item(), path)); }),
               QuillhavenError::itemNotFound);
@@ -359,9 +297,7 @@ TEST_F(RemoveProtection, BulkCoreWithoutAPrivateCopyFails)
 
 TEST_F(RemoveProtection, BulkCoreLeavesAnUnlockedItemInItsPlace)
 {
-    EngineHarness engine(services);
-    const QString path = lockedFile(engine);
-    engine.unlock();
+    startUnlocked();
     const ProtectedItem item = engine.item();
     runTask(engine.manager.removeProtectionWithAccessibleURL(item, path));
     EXPECT_EQ(TemporaryHome::read(path), "mine");
@@ -372,18 +308,15 @@ TEST_F(RemoveProtection, BulkCoreLeavesAnUnlockedItemInItsPlace)
 
 TEST_F(RemoveProtection, FlagIsSetWhileThePanelWaits)
 {
-    {
-        EngineHarness first(services);
-        lockedFile(first);
-    }
-    EngineHarness engine(services);
-    bool wasSet = engine.manager.isProcessing();
+    startLocked();
+    EngineHarness restarted(services);
+    bool wasSet = restarted.manager.isProcessing();
     ASSERT_FALSE(wasSet);
     services.panels.answer = [&](const OpenPanelRequest &) {
-        wasSet = engine.manager.isProcessing();
+        wasSet = restarted.manager.isProcessing();
         return std::nullopt;
     };
-    EXPECT_NO_THROW(engine.remove());
+    EXPECT_NO_THROW(restarted.remove());
     EXPECT_TRUE(wasSet);
-    EXPECT_FALSE(engine.manager.isProcessing());
+    EXPECT_FALSE(restarted.manager.isProcessing());
 }

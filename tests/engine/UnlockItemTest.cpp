@@ -1,6 +1,4 @@
-#include "engine/PlaceholderFile.h"
-#include "platform/FileManagerDecorator.h"
-#include "support/EngineHarness.h"
+#include "engine/ProtectedFileFixture.h"
 
 #include <QDir>
 #include <QFile>
@@ -10,50 +8,13 @@ using namespace quillhaven::testing;
 
 namespace {
 
-class UnlockItem : public ::testing::Test
-{
-protected:
-    QString lockedFile(EngineHarness &engine, bool useTouchID = false)
-    {
-        const QString path = services.home.write(QStringLiteral("Desktop/a.txt"), "mine");
-        engine.protect(path, useTouchID ? QString() : QStringLiteral("Abcdefg1"), useTouchID);
-        services.panels.requests.clear();
-        return path;
-    }
-
-    TestPlatform services;
-    LogCapture log;
-};
-
-class FailingCalls : public FileManagerDecorator
-{
-public:
-    using FileManagerDecorator::FileManagerDecorator;
-    void moveItem(const QString &source, const QString &target) override
-    {
-        if (failsMoves) {
-            throw FileError::fromErrno(EIO, FileError::Action::Move, source, target);
-        }
-        FileManagerDecorator::moveItem(source, target);
-    }
-    void removeItem(const QString &path) override
-    {
-        if (failsRemovals) {
-            throw FileError::fromErrno(EACCES, FileError::Action::Remove, path);
-        }
-        FileManagerDecorator::removeItem(path);
-    }
-
-    bool failsMoves = false;
-    bool failsRemovals = false;
-};
+using UnlockItem = ProtectedFileTest;
 
 } // namespace
 
 TEST_F(UnlockItem, RightPasswordBringsTheDataBackToItsPlace)
 {
-    EngineHarness engine(services);
-    const QString path = lockedFile(engine);
+    startLocked();
     const QByteArray container = TemporaryHome::read(engine.item().containerPath);
     log.clear();
     engine.unlock();
@@ -82,8 +43,7 @@ TEST_F(UnlockItem, RightPasswordBringsTheDataBackToItsPlace)
 
 TEST_F(UnlockItem, PasswordDialogAsksForTheItemByName)
 {
-    EngineHarness engine(services);
-    lockedFile(engine);
+    startLocked();
     QStringList texts;
     QObject::connect(&engine.passwordDialog, &PasswordInputDialogManager::changed, &engine.manager, [&] {
         if (engine.passwordDialog.isPresented()) {
@@ -98,8 +58,7 @@ TEST_F(UnlockItem, PasswordDialogAsksForTheItemByName)
 
 TEST_F(UnlockItem, WrongPasswordFailsAndStaysLocked)
 {
-    EngineHarness engine(services);
-    const QString path = lockedFile(engine);
+    startLocked();
     engine.itemPassword = QStringLiteral("Abcdefg2");
     EXPECT_EQ(engineErrorOf([&] { engine.unlock(); }), QuillhavenError::authenticationFailed);
     EXPECT_FALSE(engine.item().isMounted);
@@ -111,18 +70,15 @@ TEST_F(UnlockItem, WrongPasswordFailsAndStaysLocked)
 
 TEST_F(UnlockItem, MissingCredentialReadsAsAWrongPassword)
 {
-    EngineHarness engine(services);
-    lockedFile(engine);
+    startLocked();
     services.credentials.entries.clear();
     EXPECT_EQ(engineErrorOf([&] { engine.unlock(); }), QuillhavenError::authenticationFailed);
 }
 
 TEST_F(UnlockItem, CancelledPasswordDialogEndsQuietlyLeavesTheRecordBusyAndEndsTheSession)
 {
-    services.credentials.entries.insert(QStringLiteral("master_password"), "Master12");
-    EngineHarness engine(services);
-    engine.masterPasswordEntry = QStringLiteral("Master12");
-    lockedFile(engine);
+    setMasterPassword();
+    startLocked();
     engine.itemPassword.reset();
     EXPECT_NO_THROW(engine.unlock());
     EXPECT_FALSE(engine.item().isMounted);
@@ -133,10 +89,8 @@ TEST_F(UnlockItem, CancelledPasswordDialogEndsQuietlyLeavesTheRecordBusyAndEndsT
 
 TEST_F(UnlockItem, DeclinedPanelEndsQuietlyLeavesTheRecordBusyAndTheSessionOpen)
 {
-    services.credentials.entries.insert(QStringLiteral("master_password"), "Master12");
-    EngineHarness engine(services);
-    engine.masterPasswordEntry = QStringLiteral("Master12");
-    const QString path = lockedFile(engine);
+    setMasterPassword();
+    startLocked();
     services.panels.answer = [](const OpenPanelRequest &) { return std::nullopt; };
     EXPECT_NO_THROW(engine.unlock());
     EXPECT_TRUE(engine.item().isProcessing);
@@ -146,8 +100,7 @@ TEST_F(UnlockItem, DeclinedPanelEndsQuietlyLeavesTheRecordBusyAndTheSessionOpen)
 
 TEST_F(UnlockItem, WrongItemInThePanelIsDroppedWithoutAWord)
 {
-    EngineHarness engine(services);
-    lockedFile(engine);
+    startLocked();
     const QString other = services.home.write(QStringLiteral("Desktop/b.txt"));
     services.panels.answer = [other](const OpenPanelRequest &) { return other; };
     EXPECT_NO_THROW(engine.unlock());
@@ -157,8 +110,7 @@ TEST_F(UnlockItem, WrongItemInThePanelIsDroppedWithoutAWord)
 
 TEST_F(UnlockItem, MatchingFingerUnlocksATouchIDItem)
 {
-    EngineHarness engine(services);
-    const QString path = lockedFile(engine, true);
+    startLockedWithTouchID();
     engine.unlock();
     EXPECT_EQ(services.biometrics.reasons, QStringList{QStringLiteral("Unlock protected item")});
     EXPECT_EQ(TemporaryHome::read(path), "mine");
@@ -167,8 +119,7 @@ TEST_F(UnlockItem, MatchingFingerUnlocksATouchIDItem)
 
 TEST_F(UnlockItem, MachineWithoutAReaderFailsBeforeAnyPrompt)
 {
-    EngineHarness engine(services);
-    lockedFile(engine, true);
+    startLockedWithTouchID();
     services.biometrics.isAvailable = false;
     EXPECT_EQ(engineErrorOf([&] { engine.unlock(); }), QuillhavenError::touchIDNotAvailable);
     EXPECT_TRUE(services.biometrics.reasons.isEmpty());
@@ -177,8 +128,7 @@ TEST_F(UnlockItem, MachineWithoutAReaderFailsBeforeAnyPrompt)
 
 TEST_F(UnlockItem, RefusedOrCancelledFingerFailsAuthentication)
 {
-    EngineHarness engine(services);
-    lockedFile(engine, true);
+    startLockedWithTouchID();
     services.biometrics.matches = false;
     EXPECT_EQ(engineErrorOf([&] { engine.unlock(); }), QuillhavenError::authenticationFailed);
     EXPECT_FALSE(engine.item().isMounted);
@@ -186,8 +136,7 @@ TEST_F(UnlockItem, RefusedOrCancelledFingerFailsAuthentication)
 
 TEST_F(UnlockItem, MatchingFingerWithTheMarkerKeyGoneFailsAuthentication)
 {
-    EngineHarness engine(services);
-    lockedFile(engine, true);
+    startLockedWithTouchID();
     services.credentials.entries.clear();
     EXPECT_EQ(engineErrorOf([&] { engine.unlock(); }), QuillhavenError::authenticationFailed);
 }
@@ -195,8 +144,7 @@ TEST_F(UnlockItem, MatchingFingerWithTheMarkerKeyGoneFailsAuthentication)
 TEST_F(UnlockItem, TouchIDItemProtectedWithTheSettingOffPassesWithAnEmptyPassword)
 {
     services.defaults.standard().setBool(QStringLiteral("enableTouchID"), false);
-    EngineHarness engine(services);
-    const QString path = lockedFile(engine, true);
+    startLockedWithTouchID();
     engine.itemPassword = QString();
     engine.unlock();
     EXPECT_EQ(TemporaryHome::read(path), "mine");
@@ -205,8 +153,7 @@ TEST_F(UnlockItem, TouchIDItemProtectedWithTheSettingOffPassesWithAnEmptyPasswor
 
 TEST_F(UnlockItem, TouchIDItemProtectedWithTheSettingOnFailsUntilItIsOnAgain)
 {
-    EngineHarness engine(services);
-    lockedFile(engine, true);
+    startLockedWithTouchID();
     services.defaults.standard().setBool(QStringLiteral("enableTouchID"), false);
     EXPECT_EQ(engineErrorOf([&] { engine.unlock(); }), QuillhavenError::authenticationFailed);
     services.defaults.standard().setBool(QStringLiteral("enableTouchID"), true);
@@ -217,7 +164,6 @@ TEST_F(UnlockItem, TouchIDItemProtectedWithTheSettingOnFailsUntilItIsOnAgain)
 TEST_F(UnlockItem, FolderShowsNoItemPromptAndItsPanelChoosesFiles)
 {
     services.home.write(QStringLiteral("Desktop/folder/inner.txt"), "inner");
-    EngineHarness engine(services);
     engine.protect(services.home.path(QStringLiteral("Desktop/folder")));
     services.panels.requests.clear();
     engine.unlock();
@@ -231,10 +177,8 @@ TEST_F(UnlockItem, FolderShowsNoItemPromptAndItsPanelChoosesFiles)
 TEST_F(UnlockItem, FolderAsksForTheMasterPasswordAndThenShowsThePanel)
 {
     services.home.write(QStringLiteral("Desktop/folder/inner.txt"), "inner");
-    EngineHarness engine(services);
     engine.protect(services.home.path(QStringLiteral("Desktop/folder")));
-    runTask(engine.masterPassword.setMasterPassword(QStringLiteral("Master12")));
-    engine.masterPasswordEntry = QStringLiteral("Master12");
+    setMasterPassword();
     int promptsBeforeThePanel = 0;
     services.panels.answer = [&](const OpenPanelRequest &request) {
         promptsBeforeThePanel = engine.masterPrompts;
@@ -249,8 +193,7 @@ TEST_F(UnlockItem, FolderAsksForTheMasterPasswordAndThenShowsThePanel)
 
 TEST_F(UnlockItem, VanishedPrivateCopyFailsBeforeThePanelAndThePlaceholderStays)
 {
-    EngineHarness engine(services);
-    const QString path = lockedFile(engine);
+    startLocked();
     ASSERT_TRUE(QFile::remove(engine.item().originalBackupPath));
     services.home.write(QStringLiteral(".local/share/quillhaven/other"));
     EXPECT_EQ(engineErrorOf([&] { engine.unlock(); }), QuillhavenError::itemNotFound);
@@ -263,8 +206,7 @@ TEST_F(UnlockItem, VanishedPrivateCopyFailsBeforeThePanelAndThePlaceholderStays)
 
 TEST_F(UnlockItem, VanishedStorageDirectoryIsLogged)
 {
-    EngineHarness engine(services);
-    lockedFile(engine);
+    startLocked();
     const QString storage = services.home.path(QStringLiteral(".local/share/quillhaven"));
     ASSERT_TRUE(QDir(storage).removeRecursively());
     EXPECT_EQ(engineErrorOf([&] { engine.unlock(); }), QuillhavenError::itemNotFound);
@@ -273,8 +215,7 @@ TEST_F(UnlockItem, VanishedStorageDirectoryIsLogged)
 
 TEST_F(UnlockItem, DeletedPlaceholderCanOnlyBeDeclinedAndEndsQuietly)
 {
-    EngineHarness engine(services);
-    const QString path = lockedFile(engine);
+    startLocked();
     ASSERT_TRUE(QFile::remove(path));
     EXPECT_NO_THROW(engine.unlock());
     EXPECT_FALSE(engine.item().isMounted);
@@ -283,10 +224,8 @@ TEST_F(UnlockItem, DeletedPlaceholderCanOnlyBeDeclinedAndEndsQuietly)
 
 TEST_F(UnlockItem, PlaceholderThatCannotBeRemovedLeavesTheItemLocked)
 {
-    FailingCalls files(services.fileManager);
-    EngineHarness engine(services, files);
-    const QString path = lockedFile(engine);
-    files.failsRemovals = true;
+    startLocked();
+    hooks.before = failing("removeItem", EACCES);
     EXPECT_THROW(engine.unlock(), FileError);
     EXPECT_FALSE(engine.item().isMounted);
     EXPECT_FALSE(engine.item().isProcessing);
@@ -295,10 +234,8 @@ TEST_F(UnlockItem, PlaceholderThatCannotBeRemovedLeavesTheItemLocked)
 
 TEST_F(UnlockItem, FailedMoveLeavesTheDataInStorageAndNothingAtThePlace)
 {
-    FailingCalls files(services.fileManager);
-    EngineHarness engine(services, files);
-    const QString path = lockedFile(engine);
-    files.failsMoves = true;
+    startLocked();
+    hooks.before = failing("moveItem", EIO);
     EXPECT_THROW(engine.unlock(), FileError);
     EXPECT_FALSE(TemporaryHome::exists(path));
     EXPECT_EQ(TemporaryHome::read(engine.item().originalBackupPath), "mine");
@@ -308,8 +245,7 @@ TEST_F(UnlockItem, FailedMoveLeavesTheDataInStorageAndNothingAtThePlace)
 
 TEST_F(UnlockItem, CancelledMasterPromptChangesNothing)
 {
-    EngineHarness engine(services);
-    lockedFile(engine);
+    startLocked();
     runTask(engine.masterPassword.setMasterPassword(QStringLiteral("Master12")));
     engine.unlock();
     EXPECT_EQ(engine.masterPrompts, 1);
@@ -319,8 +255,7 @@ TEST_F(UnlockItem, CancelledMasterPromptChangesNothing)
 
 TEST_F(UnlockItem, ManyCyclesBringTheSameNameBackAndLeaveTheContainerAsItIs)
 {
-    EngineHarness engine(services);
-    const QString path = lockedFile(engine);
+    startLocked();
     const QString storage = engine.item().originalBackupPath;
     const QByteArray container = TemporaryHome::read(engine.item().containerPath);
     for (int i = 0; i < 5; ++i) {
@@ -334,8 +269,7 @@ TEST_F(UnlockItem, ManyCyclesBringTheSameNameBackAndLeaveTheContainerAsItIs)
 
 TEST_F(UnlockItem, FailureLeavesTheMasterSessionOpen)
 {
-    EngineHarness engine(services);
-    lockedFile(engine);
+    startLocked();
     engine.openMasterSession();
     engine.itemPassword = QStringLiteral("Abcdefg2");
     EXPECT_THROW(engine.unlock(), QuillhavenError);
@@ -345,8 +279,7 @@ TEST_F(UnlockItem, FailureLeavesTheMasterSessionOpen)
 
 TEST_F(UnlockItem, SuccessEndsTheMasterSession)
 {
-    EngineHarness engine(services);
-    lockedFile(engine);
+    startLocked();
     engine.openMasterSession();
     engine.unlock();
     EXPECT_FALSE(engine.masterPassword.isAuthenticated());
@@ -355,8 +288,7 @@ TEST_F(UnlockItem, SuccessEndsTheMasterSession)
 
 TEST_F(UnlockItem, BulkCoreRestoresWithoutGateOrFlags)
 {
-    EngineHarness engine(services);
-    const QString path = lockedFile(engine);
+    startLocked();
     engine.openMasterSession();
     runTask(engine.manager.unlockItemWithAccessibleURL(engine.item(), path));
     EXPECT_TRUE(engine.masterPassword.isAuthenticated());
@@ -369,8 +301,7 @@ TEST_F(UnlockItem, BulkCoreRestoresWithoutGateOrFlags)
 
 TEST_F(UnlockItem, BulkCoreWithACancelledPasswordChangesNoFlag)
 {
-    EngineHarness engine(services);
-    const QString path = lockedFile(engine);
+    startLocked();
     engine.itemPassword.reset();
     runTask(engine.manager.unlockItemWithAccessibleURL(engine.item(), path));
     EXPECT_FALSE(engine.item().isMounted);
@@ -379,8 +310,7 @@ TEST_F(UnlockItem, BulkCoreWithACancelledPasswordChangesNoFlag)
 
 TEST_F(UnlockItem, SecondUnlockOfOneItemFailsAndLeavesTheDataThatTheFirstBroughtBack)
 {
-    EngineHarness engine(services);
-    const QString path = lockedFile(engine);
+    startLocked();
     services.panels.answer = [&](const OpenPanelRequest &) {
         // A bulk unlock passes while the panel of the single one is open.
         runTask(engine.manager.unlockItemWithAccessibleURL(engine.item(), path));
@@ -394,8 +324,7 @@ TEST_F(UnlockItem, SecondUnlockOfOneItemFailsAndLeavesTheDataThatTheFirstBrought
 
 TEST_F(UnlockItem, BulkCoreWithoutAPrivateCopyFailsAndKeepsThePlaceholder)
 {
-    EngineHarness engine(services);
-    const QString path = lockedFile(engine);
+    startLocked();
     ASSERT_TRUE(QFile::remove(engine.item().originalBackupPath));
     EXPECT_EQ(engineErrorOf([&] { runTask(engine.manager.unlockItemWithAccessibleURL(engine.item(), path)); }),
               QuillhavenError::itemNotFound);
