@@ -40,18 +40,8 @@ protected:
     }
     void beginStart()
     {
-        Platform platform = m_services.platform();
-        const Platform gated{.fileManager = platform.fileManager,
-                             .directories = platform.directories,
-                             .defaults = platform.defaults,
-                             .credentials = m_store,
-                             .credentialQueue = platform.credentialQueue,
-                             .biometrics = platform.biometrics,
-                             .panels = platform.panels,
-                             .cloud = platform.cloud,
-                             .clock = platform.clock,
-                             .random = platform.random};
-        m_manager = std::make_unique<MasterPasswordManager>(gated, m_dialog);
+        const Platform platform = m_services.platform(m_services.fileManager, m_services.defaults, m_store);
+        m_manager = std::make_unique<MasterPasswordManager>(platform, m_dialog);
     }
     void startWithMasterPassword()
     {

@@ -37,17 +37,7 @@ protected:
         }));
         m_ticking.callOnTimeout([this] { ++m_ticks; });
         m_ticking.start(1);
-        const Platform services = m_services.platform();
-        const Platform platform{.fileManager = services.fileManager,
-                                .directories = services.directories,
-                                .defaults = services.defaults,
-                                .credentials = m_store,
-                                .credentialQueue = services.credentialQueue,
-                                .biometrics = services.biometrics,
-                                .panels = services.panels,
-                                .cloud = services.cloud,
-                                .clock = services.clock,
-                                .random = services.random};
+        const Platform platform = m_services.platform(m_services.fileManager, m_services.defaults, m_store);
         m_manager = std::make_unique<MasterPasswordManager>(platform, m_dialog);
     }
     void TearDown() override
