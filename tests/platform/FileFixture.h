@@ -87,6 +87,20 @@ protected:
     }
     static QByteArray read(const QString &path) { return TemporaryHome::read(path); }
 
+    /// A file of 64 MiB in the home that is a hole but for its start.
+    [[nodiscard]] QString sparseFile() const
+    {
+        QString path = home.write(QStringLiteral("sparse"), "start");
+        EXPECT_EQ(truncate(bytesOf(path).constData(), sparseSize), 0);
+        return path;
+    }
+    /// Expects the size of such a file here, and its hole.
+    static void expectSparse(const QString &path)
+    {
+        EXPECT_EQ(status(path).st_size, sparseSize);
+        EXPECT_LT(status(path).st_blocks * 512, sparseSize / 16);
+    }
+
     /// The error of the call, if it failed with one.
     template <typename Call>
     static std::optional<FileError> errorOf(Call call)
@@ -110,6 +124,8 @@ protected:
     LinuxFileManager files;
 
 private:
+    static constexpr off_t sparseSize = off_t{1} << 26;
+
     QTemporaryDir m_other{QStringLiteral("/dev/shm/quillhaven-test-XXXXXX")};
 };
 
