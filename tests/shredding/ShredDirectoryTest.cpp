@@ -12,7 +12,31 @@ using namespace quillhaven::testing;
 
 namespace {
 
-using ShredDirectory = ShredDirectoryTest;
+class ShredDirectory : public ShredDirectoryTest
+{
+protected:
+    /// The error that a plain user's shred ends with when a folder inside has this mode. Nothing may be touched.
+    QString failureOfFolderInsideWithMode(mode_t mode)
+    {
+        const QString first = inFolder(QStringLiteral("a"));
+        const QString last = inFolder(QStringLiteral("z/inner"));
+        const QByteArray closed = bytesOf(folder + QStringLiteral("/z"));
+        openToAll();
+        EXPECT_EQ(chmod(bytesOf(folder).constData(), 0777), 0);
+        EXPECT_EQ(chmod(bytesOf(first).constData(), 0666), 0);
+        EXPECT_EQ(chmod(closed.constData(), mode), 0);
+        QString failure;
+        {
+            const AsPlainUser user;
+            failure = failureOf([&] { shred(folder); });
+        }
+        EXPECT_EQ(chmod(closed.constData(), 0755), 0);
+        EXPECT_EQ(files.calls, QStringList());
+        EXPECT_EQ(read(first), "secret");
+        EXPECT_EQ(read(last), "secret");
+        return failure;
+    }
+};
 
 } // namespace
 
@@ -159,42 +183,14 @@ TEST_F(ShredDirectory, FifosAndSocketsAreRemovedWithoutBeingOpened)
 
 TEST_F(ShredDirectory, FolderInsideThatCannotBeListedFailsBeforeAnythingIsOverwritten)
 {
-    const QString first = inFolder(QStringLiteral("a"));
-    const QString last = inFolder(QStringLiteral("z/inner"));
-    const QByteArray closed = bytesOf(folder + QStringLiteral("/z"));
-    openToAll();
-    ASSERT_EQ(chmod(bytesOf(folder).constData(), 0777), 0);
-    ASSERT_EQ(chmod(bytesOf(first).constData(), 0666), 0);
-    ASSERT_EQ(chmod(closed.constData(), 0), 0);
-    {
-        const AsPlainUser user;
-        EXPECT_EQ(failureOf([&] { shred(folder); }),
-                  QStringLiteral("You don't have permission to open the folder \"z\"."));
-    }
-    ASSERT_EQ(chmod(closed.constData(), 0755), 0);
+    EXPECT_EQ(failureOfFolderInsideWithMode(0), QStringLiteral("You don't have permission to open the folder \"z\"."));
     EXPECT_EQ(report.size(), 2);
-    EXPECT_EQ(files.calls, QStringList());
-    EXPECT_EQ(read(first), "secret");
-    EXPECT_EQ(read(last), "secret");
 }
 
 TEST_F(ShredDirectory, EntryWhoseStateCannotBeReadFailsBeforeAnythingIsOverwritten)
 {
     // A folder that may be listed and not searched tells names alone.
-    const QString first = inFolder(QStringLiteral("a"));
-    const QString last = inFolder(QStringLiteral("z/inner"));
-    const QByteArray closed = bytesOf(folder + QStringLiteral("/z"));
-    openToAll();
-    ASSERT_EQ(chmod(bytesOf(folder).constData(), 0777), 0);
-    ASSERT_EQ(chmod(bytesOf(first).constData(), 0666), 0);
-    ASSERT_EQ(chmod(closed.constData(), 0444), 0);
-    {
-        const AsPlainUser user;
-        EXPECT_EQ(failureOf([&] { shred(folder); }), QStringLiteral("You don't have permission to read \"inner\"."));
-    }
-    ASSERT_EQ(chmod(closed.constData(), 0755), 0);
-    EXPECT_EQ(files.calls, QStringList());
-    EXPECT_EQ(read(first), "secret");
+    EXPECT_EQ(failureOfFolderInsideWithMode(0444), QStringLiteral("You don't have permission to read \"inner\"."));
 }
 
 TEST_F(ShredDirectory, FolderThatItselfCannotBeListedCountsAsEmptyAndFailsAtItsRemoval)
