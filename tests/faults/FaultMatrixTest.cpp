@@ -84,6 +84,29 @@ protected:
     QString failedCall;
 };
 
+/// A file that one of the user's places has no room for.
+class FullDisk : public ::testing::Test
+{
+protected:
+    /// Protects the file, expects that there is no space, and returns what the user reads.
+    QString protectWithoutSpace(EngineHarness &engine)
+    {
+        try {
+            engine.protect(path);
+        } catch (const FileError &error) {
+            EXPECT_EQ(error.kind(), FileError::Kind::NoSpace) << error.errorDescription().toStdString();
+            return error.errorDescription();
+        }
+        ADD_FAILURE() << "no error";
+        return {};
+    }
+
+    TestPlatform services;
+    LogCapture log;
+    const QByteArray bytes = QByteArray(1024 * 1024, 'x');
+    const QString path = services.home.write(QStringLiteral("Desktop/big.bin"), bytes);
+};
+
 } // namespace
 
 TEST_P(FaultMatrix, ProtectFailsInTurn)
@@ -170,23 +193,13 @@ INSTANTIATE_TEST_SUITE_P(Reasons, FaultMatrix,
                                            Reason{"InputOutput", EIO}),
                          [](const auto &info) { return info.param.name; });
 
-TEST(FullDisk, DocumentsWithoutRoomForTheContainerLeavesTheDataInStorageAndSaysWhy)
+TEST_F(FullDisk, DocumentsWithoutRoomForTheContainerLeavesTheDataInStorageAndSaysWhy)
 {
-    TestPlatform services;
-    const LogCapture log;
     const SmallDisk documents(services.home.path(QStringLiteral("Documents")), "256k");
     ASSERT_TRUE(documents.isMounted()) << "this test needs the right to mount a tmpfs: run it as root";
     EngineHarness engine(services);
-    const QByteArray bytes(1024 * 1024, 'x');
-    const QString path = services.home.write(QStringLiteral("Desktop/big.bin"), bytes);
-    try {
-        engine.protect(path);
-        ADD_FAILURE() << "no error";
-    } catch (const FileError &error) {
-        EXPECT_EQ(error.kind(), FileError::Kind::NoSpace);
-        EXPECT_TRUE(error.errorDescription().contains(QStringLiteral("big.bin.secured")))
-            << error.errorDescription().toStdString();
-    }
+    const QString sentence = protectWithoutSpace(engine);
+    EXPECT_TRUE(sentence.contains(QStringLiteral("big.bin.secured"))) << sentence.toStdString();
     EXPECT_EQ(engine.count(), 0);
     const QDir storage(services.home.path(QStringLiteral(".local/share/quillhaven")));
     const QStringList stored = storage.entryList(QDir::Files);
@@ -194,21 +207,12 @@ TEST(FullDisk, DocumentsWithoutRoomForTheContainerLeavesTheDataInStorageAndSaysW
     EXPECT_EQ(TemporaryHome::read(storage.filePath(stored.first())), bytes);
 }
 
-TEST(FullDisk, StorageWithoutRoomForTheItemLeavesItWhereItIs)
+TEST_F(FullDisk, StorageWithoutRoomForTheItemLeavesItWhereItIs)
 {
-    TestPlatform services;
-    const LogCapture log;
     const SmallDisk storage(services.home.path(QStringLiteral(".local/share/quillhaven")), "256k");
     ASSERT_TRUE(storage.isMounted()) << "this test needs the right to mount a tmpfs: run it as root";
     EngineHarness engine(services);
-    const QByteArray bytes(1024 * 1024, 'x');
-    const QString path = services.home.write(QStringLiteral("Desktop/big.bin"), bytes);
-    try {
-        engine.protect(path);
-        ADD_FAILURE() << "no error";
-    } catch (const FileError &error) {
-        EXPECT_EQ(error.kind(), FileError::Kind::NoSpace) << error.errorDescription().toStdString();
-    }
+    protectWithoutSpace(engine);
     EXPECT_EQ(TemporaryHome::read(path), bytes);
     const QDir directory(services.home.path(QStringLiteral(".local/share/quillhaven")));
     EXPECT_TRUE(directory.entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot).isEmpty());
