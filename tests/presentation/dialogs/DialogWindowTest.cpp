@@ -26,6 +26,12 @@ protected:
         manager.onConfirm = [this] { chosen += QStringLiteral("confirm"); };
         manager.onCancel = [this] { chosen += QStringLiteral("cancel"); };
     }
+    /// Shows the question, and tells whether the keyboard comes to this button.
+    bool opensAt(const char *button)
+    {
+        manager.setIsPresented(true);
+        return scene.getsFocus(button);
+    }
 
     QStringList chosen;
     ConfirmationDialogManager manager;
@@ -34,8 +40,7 @@ protected:
 
 TEST_F(ConfirmationDialogWindow, ReturnConfirmsAndTheKeyboardGoesBack)
 {
-    manager.setIsPresented(true);
-    ASSERT_TRUE(scene.getsFocus("Confirm"));
+    ASSERT_TRUE(opensAt("Confirm"));
     scene.press(Qt::Key_Return);
     EXPECT_EQ(chosen, QStringList{QStringLiteral("confirm")});
     EXPECT_FALSE(manager.isPresented());
@@ -44,8 +49,7 @@ TEST_F(ConfirmationDialogWindow, ReturnConfirmsAndTheKeyboardGoesBack)
 
 TEST_F(ConfirmationDialogWindow, EscapeCancels)
 {
-    manager.setIsPresented(true);
-    ASSERT_TRUE(scene.getsFocus("Confirm"));
+    ASSERT_TRUE(opensAt("Confirm"));
     scene.press(Qt::Key_Escape);
     EXPECT_EQ(chosen, QStringList{QStringLiteral("cancel")});
     EXPECT_TRUE(scene.getsFocus("Behind"));
@@ -55,8 +59,7 @@ TEST_F(ConfirmationDialogWindow, EveryOpeningShowsWhereTheKeyboardIs)
 {
     scene.window()->activeFocusItem()->setFocus(false); // as in a window where nothing was pressed yet
     for (int opening = 1; opening <= 2; ++opening) {
-        manager.setIsPresented(true);
-        ASSERT_TRUE(scene.getsFocus("Confirm"));
+        ASSERT_TRUE(opensAt("Confirm"));
         EXPECT_TRUE(scene.showsRing()) << opening;
         scene.press(Qt::Key_Escape);
     }
@@ -66,16 +69,14 @@ TEST_F(ConfirmationDialogWindow, KeyboardGoesBackWithTheRingThatItHad)
 {
     scene.click("Also behind");
     ASSERT_TRUE(scene.getsFocus("Also behind"));
-    manager.setIsPresented(true);
-    ASSERT_TRUE(scene.getsFocus("Confirm"));
+    ASSERT_TRUE(opensAt("Confirm"));
     scene.press(Qt::Key_Escape);
     ASSERT_TRUE(scene.getsFocus("Also behind"));
     EXPECT_FALSE(scene.showsRing());
 
     scene.press(Qt::Key_Backtab);
     ASSERT_TRUE(scene.getsFocus("Behind"));
-    manager.setIsPresented(true);
-    ASSERT_TRUE(scene.getsFocus("Confirm"));
+    ASSERT_TRUE(opensAt("Confirm"));
     scene.press(Qt::Key_Escape);
     ASSERT_TRUE(scene.getsFocus("Behind"));
     EXPECT_TRUE(scene.showsRing());
@@ -83,8 +84,7 @@ TEST_F(ConfirmationDialogWindow, KeyboardGoesBackWithTheRingThatItHad)
 
 TEST_F(ConfirmationDialogWindow, ReturnOnTheFocusedCancelButtonCancels)
 {
-    manager.setIsPresented(true);
-    ASSERT_TRUE(scene.getsFocus("Confirm"));
+    ASSERT_TRUE(opensAt("Confirm"));
     scene.press(Qt::Key_Tab);
     ASSERT_TRUE(scene.getsFocus("Cancel"));
     scene.press(Qt::Key_Return);
@@ -93,8 +93,7 @@ TEST_F(ConfirmationDialogWindow, ReturnOnTheFocusedCancelButtonCancels)
 
 TEST_F(ConfirmationDialogWindow, TabStaysInsideInBothDirections)
 {
-    manager.setIsPresented(true);
-    ASSERT_TRUE(scene.getsFocus("Confirm"));
+    ASSERT_TRUE(opensAt("Confirm"));
     EXPECT_EQ(scene.tabRound(), (QStringList{QStringLiteral("Confirm"), QStringLiteral("Cancel")}));
     EXPECT_EQ(scene.tabRound(Qt::Key_Backtab), (QStringList{QStringLiteral("Confirm"), QStringLiteral("Cancel")}));
 }
@@ -102,16 +101,14 @@ TEST_F(ConfirmationDialogWindow, TabStaysInsideInBothDirections)
 TEST_F(ConfirmationDialogWindow, DestructiveQuestionShowsTheTriangleAndStartsAtCancel)
 {
     manager.setIsDestructive(true);
-    manager.setIsPresented(true);
-    ASSERT_TRUE(scene.getsFocus("Cancel"));
+    ASSERT_TRUE(opensAt("Cancel"));
     EXPECT_TRUE(scene.findSymbol("exclamationmark.triangle"));
     EXPECT_FALSE(scene.findSymbol("questionmark.circle"));
 }
 
 TEST_F(ConfirmationDialogWindow, HarmlessQuestionShowsTheQuestionMark)
 {
-    manager.setIsPresented(true);
-    ASSERT_TRUE(scene.getsFocus("Confirm"));
+    ASSERT_TRUE(opensAt("Confirm"));
     EXPECT_TRUE(scene.findSymbol("questionmark.circle"));
     EXPECT_FALSE(scene.findSymbol("exclamationmark.triangle"));
 }
@@ -120,16 +117,14 @@ TEST_F(ConfirmationDialogWindow, WithoutACancelButtonThereIsOne)
 {
     manager.setShowCancelButton(false);
     manager.setConfirmTitle(QStringLiteral("OK"));
-    manager.setIsPresented(true);
-    ASSERT_TRUE(scene.getsFocus("OK"));
+    ASSERT_TRUE(opensAt("OK"));
     EXPECT_FALSE(scene.shows("Cancel"));
     EXPECT_EQ(scene.tabRound(), QStringList{QStringLiteral("OK")});
 }
 
 TEST_F(ConfirmationDialogWindow, ButtonsAreAtLeast120Wide)
 {
-    manager.setIsPresented(true);
-    ASSERT_TRUE(scene.getsFocus("Confirm"));
+    ASSERT_TRUE(opensAt("Confirm"));
     scene.window()->grabWindow();
     EXPECT_GE(scene.find("Confirm")->width(), 120);
     EXPECT_GE(scene.find("Cancel")->width(), 120);
@@ -137,8 +132,7 @@ TEST_F(ConfirmationDialogWindow, ButtonsAreAtLeast120Wide)
 
 TEST_F(ConfirmationDialogWindow, ClickBesideTheSheetChoosesNothing)
 {
-    manager.setIsPresented(true);
-    ASSERT_TRUE(scene.getsFocus("Confirm"));
+    ASSERT_TRUE(opensAt("Confirm"));
     scene.click("Also behind");
     EXPECT_TRUE(manager.isPresented());
     EXPECT_TRUE(scene.getsFocus("Confirm"));
@@ -148,8 +142,7 @@ TEST_F(ConfirmationDialogWindow, ClickBesideTheSheetChoosesNothing)
 
 TEST_F(ConfirmationDialogWindow, ScreenReaderHearsTheTextsAndTheButtons)
 {
-    manager.setIsPresented(true);
-    ASSERT_TRUE(scene.getsFocus("Confirm"));
+    ASSERT_TRUE(opensAt("Confirm"));
     const QStringList names = scene.heard().names;
     for (const QString &name : {manager.title(), manager.message(), manager.confirmTitle(), manager.cancelTitle()}) {
         EXPECT_TRUE(names.contains(name)) << qUtf8Printable(name);
