@@ -54,6 +54,7 @@ void QuillhavenManager::migrateBackupFiles()
             // Later operations try again and report it to their callers.
         }
     }
+    files.discardAbandonedItems(newDirectory);
     if (!files.fileExists(oldDirectory)) {
         return;
     }

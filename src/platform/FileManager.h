@@ -62,6 +62,9 @@ public:
     virtual void copyItem(const QString &source, const QString &target) = 0;
     /// Removes a file, a link itself, or a folder with all it holds.
     virtual void removeItem(const QString &path) = 0;
+    /// Removes what moves and copies left in a folder when the process was ended amid them: second copies all.
+    /// What cannot be removed is logged.
+    virtual void discardAbandonedItems(const QString &folder) = 0;
 
     /// Reads a whole regular file to `headroom` bytes behind the start of a buffer of `headroom` + file size +
     /// `tailroom` bytes. Throws `TooLargeForMemory` rather than start what cannot fit.

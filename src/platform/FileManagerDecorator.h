@@ -37,6 +37,7 @@ public:
     }
     void sync() override { m_next.sync(); }
     void removeItem(const QString &path) override { m_next.removeItem(path); }
+    void discardAbandonedItems(const QString &folder) override { m_next.discardAbandonedItems(folder); }
     [[nodiscard]] FileBuffer readFile(const QString &path, size_t headroom, size_t tailroom,
                                       ReadListener &listener) const override
     {

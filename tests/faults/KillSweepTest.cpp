@@ -76,6 +76,12 @@ public:
         return count;
     }
 
+    [[nodiscard]] QStringList abandonedInStorage() const
+    {
+        return QDir(home.path(QStringLiteral(".local/share/quillhaven")))
+            .entryList({QStringLiteral(".quillhaven-*")}, QDir::AllEntries | QDir::Hidden);
+    }
+
     TemporaryHome home;
 
 private:
@@ -135,6 +141,7 @@ protected:
         bool isDone = false;
         scene.withEngine(
             [&](Operations &operations, EngineHarness &engine) { isDone = goOn(subject, operations, engine); });
+        ASSERT_EQ(scene.abandonedInStorage().join(QLatin1Char(' ')).toStdString(), "") << where;
         if (!destroys(subject)) {
             ASSERT_GE(scene.wholeCopies(), 1) << "the data is gone after going on: " << where;
         } else if (isDone && !subject.isAcross) {

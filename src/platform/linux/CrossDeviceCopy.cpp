@@ -1,5 +1,6 @@
 #include "platform/linux/CrossDeviceCopy.h"
 
+#include "platform/linux/DiscardableItems.h"
 #include "platform/linux/FilePaths.h"
 #include "platform/linux/RemoveTree.h"
 #include "platform/linux/ScopedFd.h"
@@ -83,8 +84,10 @@ void syncCopy(const QByteArray &path, const MoveNames &names)
 } // namespace
 
 CrossDeviceCopy::CrossDeviceCopy(const QByteArray &source, const QByteArray &target, const MoveNames &names)
-    : m_path(hiddenNameBeside(target))
+    : m_path(discardableNameBeside(target))
 {
+    discardAbandonedItemsOnce(parentOf(source));
+    discardAbandonedItemsOnce(parentOf(target));
     try {
         const QByteArray before = treeState(source);
         runCopy(source, names);

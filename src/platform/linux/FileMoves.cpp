@@ -1,5 +1,6 @@
 #include "platform/linux/FileMoves.h"
 
+#include "platform/linux/DiscardableItems.h"
 #include "platform/linux/FilePaths.h"
 #include "platform/linux/RemoveTree.h"
 
@@ -49,7 +50,7 @@ bool isSameInode(const struct stat &a, const struct stat &b)
 /// Returns 0 or the error number of the first step.
 int removeReplaced(const QByteArray &path)
 {
-    const QByteArray aside = hiddenNameBeside(path);
+    const QByteArray aside = discardableNameBeside(path);
     const int error = renameWithoutReplacing(path, aside);
     if (error != 0) {
         return error;

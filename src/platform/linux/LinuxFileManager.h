@@ -20,6 +20,7 @@ public:
     void renameItem(const QString &path, const QString &newPath) override;
     void copyItem(const QString &source, const QString &target) override;
     void removeItem(const QString &path) override;
+    void discardAbandonedItems(const QString &folder) override;
     [[nodiscard]] FileBuffer readFile(const QString &path, size_t headroom, size_t tailroom,
                                       ReadListener &listener) const override;
     using FileManager::readFile;

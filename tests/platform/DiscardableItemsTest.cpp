@@ -1,0 +1,106 @@
+#include "platform/linux/DiscardableItems.h"
+#include "FileFixture.h"
+
+#include <sys/wait.h>
+
+namespace quillhaven::testing {
+
+namespace {
+
+class DiscardableItemsTest : public FileTest
+{
+protected:
+    /// A name beside `path` as a process takes it that has ended meanwhile.
+    static QString nameOfEndedProcess(const QString &path)
+    {
+        std::array<int, 2> ends{};
+        EXPECT_EQ(pipe(ends.data()), 0);
+        const pid_t process = fork();
+        if (process == 0) {
+            const QByteArray name = discardableNameBeside(bytesOf(path));
+            _exit(::write(ends.at(1), name.constData(), static_cast<size_t>(name.size())) == name.size() ? 0 : 1);
+        }
+        EXPECT_EQ(waitpid(process, nullptr, 0), process);
+        close(ends.at(1));
+        QByteArray name(PATH_MAX, '\0');
+        const ssize_t size = ::read(ends.at(0), name.data(), static_cast<size_t>(name.size()));
+        EXPECT_GT(size, 0);
+        close(ends.at(0));
+        return QFile::decodeName(name.left(size));
+    }
+};
+
+} // namespace
+
+TEST_F(DiscardableItemsTest, CopyThatAnEndedProcessLeftGoesWithTheNextMoveToAnotherFileSystem)
+{
+    const QString source = home.write(QStringLiteral("a.txt"), "mine");
+    const QString left = nameOfEndedProcess(other(QStringLiteral("b.txt")));
+    const QString leftAtSource = nameOfEndedProcess(source);
+    write(left, "half");
+    write(leftAtSource, "mine");
+
+    files.moveItem(source, other(QStringLiteral("b.txt")));
+    EXPECT_FALSE(stands(left));
+    EXPECT_FALSE(stands(leftAtSource));
+    EXPECT_EQ(read(other(QStringLiteral("b.txt"))), "mine");
+}
+
+TEST_F(DiscardableItemsTest, FolderThatAnEndedProcessLeftGoesWithAllThatItHolds)
+{
+    const QString left = nameOfEndedProcess(home.path(QStringLiteral("item")));
+    files.createDirectory(left + QStringLiteral("/deep"));
+    write(left + QStringLiteral("/deep/inner.txt"), "mine");
+    files.discardAbandonedItems(home.path());
+    EXPECT_FALSE(stands(left));
+}
+
+TEST_F(DiscardableItemsTest, LinkGoesAndWhatItPointsToStays)
+{
+    const QString kept = home.write(QStringLiteral("kept/a.txt"), "mine");
+    const QString left = nameOfEndedProcess(home.path(QStringLiteral("item")));
+    ASSERT_TRUE(QFile::link(home.path(QStringLiteral("kept")), left));
+    files.discardAbandonedItems(home.path());
+    EXPECT_FALSE(stands(left));
+    EXPECT_EQ(read(kept), "mine");
+}
+
+TEST_F(DiscardableItemsTest, WhatARunningProcessWorksOnStays)
+{
+    const QString copy = QFile::decodeName(discardableNameBeside(bytesOf(home.path(QStringLiteral("item")))));
+    write(copy, "half");
+    files.discardAbandonedItems(home.path());
+    EXPECT_EQ(read(copy), "half");
+    ASSERT_TRUE(QFile::remove(copy));
+}
+
+TEST_F(DiscardableItemsTest, WhatAnotherMachineLeftOnASharedVolumeStays)
+{
+    QString foreign = nameOfEndedProcess(home.path(QStringLiteral("item")));
+    const qsizetype machine = foreign.lastIndexOf(QLatin1Char('/')) + QStringLiteral("/.quillhaven-discard-").size();
+    foreign[machine] = foreign.at(machine) == QLatin1Char('0') ? QLatin1Char('1') : QLatin1Char('0');
+    write(foreign, "theirs");
+    files.discardAbandonedItems(home.path());
+    EXPECT_EQ(read(foreign), "theirs");
+    ASSERT_TRUE(QFile::remove(foreign));
+}
+
+TEST_F(DiscardableItemsTest, NameWithoutAProcessStays)
+{
+    const QString ended = nameOfEndedProcess(home.path(QStringLiteral("item")));
+    const QString nobodys = ended.left(QStringLiteral("/.quillhaven-discard-0123456789abcdef-").size() +
+                                       ended.lastIndexOf(QLatin1Char('/'))) +
+                            QStringLiteral("my notes");
+    write(nobodys, "mine");
+    files.discardAbandonedItems(home.path());
+    EXPECT_EQ(read(nobodys), "mine");
+    ASSERT_TRUE(QFile::remove(nobodys));
+}
+
+TEST_F(DiscardableItemsTest, FolderThatIsNotThereIsNoFailure)
+{
+    files.discardAbandonedItems(home.path(QStringLiteral("missing")));
+    EXPECT_FALSE(stands(home.path(QStringLiteral("missing"))));
+}
+
+} // namespace quillhaven::testing
