@@ -119,13 +119,15 @@ QCoro::Task<> BulkActions::run(Job job)
 
 QList<ProtectedItem> BulkActions::liveItems(const Job &job) const
 {
+    QHash<QString, ProtectedItem> live;
+    for (const ProtectedItem &item : m_context.quillhavenManager.protectedItems()) {
+        live.insert(item.id, item);
+    }
     QList<ProtectedItem> items;
     for (const QString &id : job.ids) {
-        for (const ProtectedItem &item : m_context.quillhavenManager.protectedItems()) {
-            if (item.id == id && job.isDue(item)) {
-                items.append(item);
-                break;
-            }
+        const auto item = live.constFind(id);
+        if (item != live.constEnd() && job.isDue(*item)) {
+            items.append(*item);
         }
     }
     return items;

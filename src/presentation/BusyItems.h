@@ -8,21 +8,17 @@ namespace quillhaven {
 class BusyItems
 {
 public:
-    BusyItems(ProtectedItemsModel &items, QStringList ids) : m_items(items), m_ids(std::move(ids)) { mark(true); }
-    ~BusyItems() { mark(false); }
+    BusyItems(ProtectedItemsModel &items, const QStringList &ids) : m_items(items), m_ids(ids.begin(), ids.end())
+    {
+        m_items.setBusy(m_ids, true);
+    }
+    ~BusyItems() { m_items.setBusy(m_ids, false); }
     BusyItems(const BusyItems &) = delete;
     BusyItems &operator=(const BusyItems &) = delete;
 
 private:
-    void mark(bool isBusy)
-    {
-        for (const QString &id : std::as_const(m_ids)) {
-            m_items.setBusy(id, isBusy);
-        }
-    }
-
     ProtectedItemsModel &m_items;
-    QStringList m_ids;
+    QSet<QString> m_ids;
 };
 
 } // namespace quillhaven

@@ -214,14 +214,14 @@ void ProtectedItemsModel::insertAndUpdate(const QList<ProtectedItem> &items)
     }
 }
 
-void ProtectedItemsModel::setBusy(const QString &id, bool value)
+void ProtectedItemsModel::setBusy(const QSet<QString> &ids, bool value)
 {
-    setFlag(m_busy, id, value, IsBusyRole);
+    setFlag(m_busy, ids, value, IsBusyRole);
 }
 
 void ProtectedItemsModel::setShowingCopySuccess(const QString &id, bool value)
 {
-    setFlag(m_copied, id, value, ShowingCopySuccessRole);
+    setFlag(m_copied, {id}, value, ShowingCopySuccessRole);
 }
 
 void ProtectedItemsModel::setSelected(const QSet<QString> &ids)
@@ -235,21 +235,21 @@ void ProtectedItemsModel::setSelected(const QSet<QString> &ids)
     }
 }
 
-void ProtectedItemsModel::setFlag(QSet<QString> &flagged, const QString &id, bool value, Role role)
+void ProtectedItemsModel::setFlag(QSet<QString> &flagged, const QSet<QString> &ids, bool value, Role role)
 {
-    if (flagged.contains(id) == value) {
+    const QSet<QString> after = value ? flagged + ids : flagged - ids;
+    if (flagged == after) {
         return;
     }
-    if (value) {
-        flagged.insert(id);
-    } else {
-        flagged.remove(id);
+    flagged = after;
+    const auto isMeant = [&ids](const ProtectedItem &item) { return ids.contains(item.id); };
+    const auto first = std::find_if(m_items.cbegin(), m_items.cend(), isMeant);
+    if (first == m_items.cend()) {
+        return;
     }
-    const int row = rowOf(id);
-    if (row >= 0) {
-        const QModelIndex changed = index(row);
-        Q_EMIT dataChanged(changed, changed, {role});
-    }
+    const auto last = std::find_if(m_items.crbegin(), m_items.crend(), isMeant).base() - 1;
+    Q_EMIT dataChanged(index(static_cast<int>(first - m_items.cbegin())),
+                       index(static_cast<int>(last - m_items.cbegin())), {role});
 }
 
 } // namespace quillhaven

@@ -43,7 +43,7 @@ public:
 
     void setItems(const QList<ProtectedItem> &items);
     [[nodiscard]] bool isBusy(const QString &id) const { return m_busy.contains(id); }
-    void setBusy(const QString &id, bool value);
+    void setBusy(const QSet<QString> &ids, bool value);
     void setShowingCopySuccess(const QString &id, bool value);
     /// Which rows are marked as selected; ids without a row are kept for when they have one.
     void setSelected(const QSet<QString> &ids);
@@ -58,7 +58,7 @@ private:
     /// Puts the rows that stay in the order of `order`, which holds exactly their ids.
     void reorder(const QStringList &order);
     void insertAndUpdate(const QList<ProtectedItem> &items);
-    void setFlag(QSet<QString> &flagged, const QString &id, bool value, Role role);
+    void setFlag(QSet<QString> &flagged, const QSet<QString> &ids, bool value, Role role);
 
     QString m_homePath;
     QList<ProtectedItem> m_items;

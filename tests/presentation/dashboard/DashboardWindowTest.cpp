@@ -234,7 +234,7 @@ TEST_F(DashboardPictures, ThreeItemsWithTheKeyboardOnOne)
     ASSERT_TRUE(tabToList());
     press(Qt::Key_Down);
     started().dashboard.copyPathToClipboard(QStringLiteral("ID-alpha.txt"));
-    started().dashboard.items()->setBusy(QStringLiteral("ID-charlie"), true);
+    started().dashboard.items()->setBusy({QStringLiteral("ID-charlie")}, true);
     draw(QStringLiteral("three"));
 }
 

@@ -137,14 +137,30 @@ TEST_F(ProtectedItemsModelTest, ThousandRowsTurnedRoundAreReset)
 TEST_F(ProtectedItemsModelTest, BusyMarkStaysWithItsItemAndTellsItsRow)
 {
     show("a b");
-    model.setBusy(QStringLiteral("ID-b"), true);
+    model.setBusy({QStringLiteral("ID-b")}, true);
     ASSERT_EQ(changed.size(), 1);
     EXPECT_EQ(changed.at(0).at(0).toModelIndex().row(), 1);
     model.setItems(itemsNamed("b a"));
     EXPECT_TRUE(model.index(0).data(ProtectedItemsModel::IsBusyRole).toBool());
     EXPECT_FALSE(model.index(1).data(ProtectedItemsModel::IsBusyRole).toBool());
-    model.setBusy(QStringLiteral("ID-b"), false);
+    model.setBusy({QStringLiteral("ID-b")}, false);
     EXPECT_FALSE(model.index(0).data(ProtectedItemsModel::IsBusyRole).toBool());
+}
+
+TEST_F(ProtectedItemsModelTest, SeveralItemsTurnBusyAtOnceAndTheRowsFromTheFirstToTheLastAreTold)
+{
+    show("a b c d");
+    model.setBusy({QStringLiteral("ID-d"), QStringLiteral("ID-b"), QStringLiteral("ID-gone")}, true);
+    ASSERT_EQ(changed.size(), 1);
+    EXPECT_EQ(changed.at(0).at(0).toModelIndex().row(), 1);
+    EXPECT_EQ(changed.at(0).at(1).toModelIndex().row(), 3);
+    QList<bool> marks;
+    for (int row = 0; row < 4; ++row) {
+        marks.append(model.index(row).data(ProtectedItemsModel::IsBusyRole).toBool());
+    }
+    EXPECT_EQ(marks, QList({false, true, false, true}));
+    model.setBusy({QStringLiteral("ID-gone")}, false);
+    EXPECT_EQ(changed.size(), 1) << "no row shows that";
 }
 
 TEST_F(ProtectedItemsModelTest, RowTellsAllThatItShows)
