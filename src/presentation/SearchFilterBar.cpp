@@ -3,8 +3,10 @@
 #include <QCollator>
 
 #include <algorithm>
+#include <functional>
 #include <iterator>
 #include <numeric>
+#include <vector>
 
 namespace quillhaven {
 
@@ -30,20 +32,21 @@ bool passes(const ProtectedItem &item, TypeFilter filter)
     return filter == TypeFilter::all || item.isFolder == (filter == TypeFilter::folders);
 }
 
-/// Sorts without moving items that compare the same. (libstdc++'s own stable sort needs what C++20 deprecates.)
-template <typename Comparison>
-QList<ProtectedItem> stablySorted(const QList<ProtectedItem> &items, Comparison compare)
+/// Sorts by the keys, without moving items whose keys compare the same. (libstdc++'s own stable sort needs what C++20
+/// deprecates.)
+template <typename Key, typename Comparison>
+QList<ProtectedItem> stablySorted(const QList<ProtectedItem> &items, const std::vector<Key> &keys, Comparison compare)
 {
-    QList<qsizetype> order(items.size());
+    std::vector<size_t> order(keys.size());
     std::iota(order.begin(), order.end(), 0);
-    std::sort(order.begin(), order.end(), [&items, &compare](qsizetype left, qsizetype right) {
-        const int result = compare(items.at(left), items.at(right));
+    std::sort(order.begin(), order.end(), [&keys, &compare](size_t left, size_t right) {
+        const int result = compare(keys[left], keys[right]);
         return result != 0 ? result < 0 : left < right;
     });
     QList<ProtectedItem> sorted;
     sorted.reserve(items.size());
-    for (const qsizetype position : order) {
-        sorted.append(items.at(position));
+    for (const size_t position : order) {
+        sorted.append(items.at(static_cast<qsizetype>(position)));
     }
     return sorted;
 }
@@ -52,16 +55,24 @@ QList<ProtectedItem> sortedByName(const QList<ProtectedItem> &items)
 {
     QCollator collator;
     collator.setCaseSensitivity(Qt::CaseInsensitive);
-    return stablySorted(items, [&collator](const ProtectedItem &left, const ProtectedItem &right) {
-        return collator.compare(left.originalName, right.originalName);
-    });
+    std::vector<QCollatorSortKey> keys;
+    keys.reserve(static_cast<size_t>(items.size()));
+    for (const ProtectedItem &item : items) {
+        // In the C locale a key tells cases apart all the same.
+        keys.push_back(collator.sortKey(item.originalName.toCaseFolded()));
+    }
+    return stablySorted(
+        items, keys, [](const QCollatorSortKey &left, const QCollatorSortKey &right) { return left.compare(right); });
 }
 
 QList<ProtectedItem> sortedByStatus(const QList<ProtectedItem> &items)
 {
-    return stablySorted(items, [](const ProtectedItem &left, const ProtectedItem &right) {
-        return static_cast<int>(left.isMounted) - static_cast<int>(right.isMounted);
-    });
+    std::vector<int> keys;
+    keys.reserve(static_cast<size_t>(items.size()));
+    for (const ProtectedItem &item : items) {
+        keys.push_back(static_cast<int>(item.isMounted));
+    }
+    return stablySorted(items, keys, std::minus<int>());
 }
 
 } // namespace

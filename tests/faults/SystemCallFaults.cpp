@@ -288,7 +288,9 @@ extern "C" int close(int fd)
 extern "C" FTSENT *fts_read(FTS *walk)
 {
     static const auto next = real(&fts_read, "fts_read");
-    return failsNow("fts_read") ? nullptr : next(walk);
+    // A walk that was never begun is not freed as a whole by fts_close.
+    FTSENT *const entry = next(walk);
+    return failsNow("fts_read") ? nullptr : entry;
 }
 
 // NOLINTEND
