@@ -1,5 +1,7 @@
 #include "ShredFixture.h"
 
+#include <new>
+
 using namespace quillhaven;
 using namespace quillhaven::testing;
 
@@ -40,6 +42,7 @@ TEST_F(BulkShred, EmptyListReportsSuccessAndClosesTheSession)
     setMasterPassword(QStringLiteral("Master12"));
     bulkShred({});
     EXPECT_EQ(lines(), QStringLiteral("Successfully shredded 0 items @ 1.0000"));
+    EXPECT_EQ(flags, QList<bool>({true}));
     EXPECT_EQ(prompts, 1);
     EXPECT_FALSE(masterPassword.isAuthenticated());
     EXPECT_FALSE(masterPassword.hasAuthenticationTimer());
@@ -110,6 +113,19 @@ TEST_F(BulkShred, AllFailingCountsNoneAndListsEach)
     EXPECT_FALSE(shredder.isShredding());
 }
 
+TEST_F(BulkShred, ItemThatRunsOutOfMemoryIsALineLikeAnyOther)
+{
+    const QStringList paths = writeFiles({QStringLiteral("a"), QStringLiteral("b")});
+    files.before = [&](const QString &call, const QString &path) {
+        if (call == QStringLiteral("open") && path == paths.at(0)) {
+            throw std::bad_alloc();
+        }
+    };
+    EXPECT_EQ(failedCase(paths), QuillhavenError::bulkOperationFailed);
+    EXPECT_EQ(text, QStringLiteral("Some items failed to shred:\na: ") + QString::fromUtf8(std::bad_alloc().what()));
+    EXPECT_EQ(standing(), QStringList({QStringLiteral("a")}));
+}
+
 TEST_F(BulkShred, FilesAndFoldersMix)
 {
     write(QStringLiteral("folder/inner"), "secret");
@@ -174,6 +190,16 @@ TEST_F(BulkShred, FlagIsSetAgainForEachItemAndClearedAtTheEnd)
     spinOnce();
     EXPECT_FALSE(shredder.isShredding());
     EXPECT_EQ(shredder.currentOperation(), QString());
+}
+
+TEST_F(BulkShred, EndOfAnEarlierRunDoesNotClearTheFlagOfThisOne)
+{
+    shred(write(QStringLiteral("a"), {})); // the job that clears the flag is still to come
+    QList<bool> shown;
+    QObject::connect(&shredder, &QuillhavenShredder::changed, &shredder, [&] { shown.append(shredder.isShredding()); });
+    bulkShred({write(QStringLiteral("b"), {})});
+    ASSERT_GE(shown.size(), 3);
+    EXPECT_EQ(shown.first(3), QList<bool>({false, true, true})) << "the earlier end, this run, its first item";
 }
 
 TEST_F(BulkShred, TwoRunsSideBySideBothEnd)

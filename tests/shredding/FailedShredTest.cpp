@@ -3,6 +3,8 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <new>
+
 using namespace quillhaven;
 using namespace quillhaven::testing;
 
@@ -167,6 +169,16 @@ TEST_F(FailedShred, FolderThatMayNotBeChangedKeepsTheOverwrittenFile)
     const QByteArray left = read(path);
     EXPECT_EQ(left, QByteArray(6, left.front()));
     EXPECT_EQ(standing(folder), QStringList({QStringLiteral("a.txt")}));
+}
+
+TEST_F(FailedShred, RunOutOfMemoryIsReportedAndClearsTheFlagToo)
+{
+    files.before = [](const QString &, const QString &) { throw std::bad_alloc(); };
+    const QString text = QString::fromUtf8(std::bad_alloc().what());
+    EXPECT_EQ(failureOf([&] { shred(write(QStringLiteral("a.txt"), "secret")); }), text);
+    EXPECT_EQ(report.last(), QStringLiteral("Shredding failed: ") + text + QStringLiteral(" @ 0.0000"));
+    spinOnce();
+    EXPECT_FALSE(shredder.isShredding());
 }
 
 TEST_F(FailedShred, FailureClearsTheFlagToo)

@@ -193,6 +193,36 @@ TEST_F(ShredFile, SuccessClosesTheMasterSession)
     EXPECT_FALSE(masterPassword.hasAuthenticationTimer());
 }
 
+TEST_F(ShredFile, CallbackIsLetGoWithTheEndOfTheRun)
+{
+    const auto held = std::make_shared<int>();
+    const ProgressCallback callback = [held](const QString &, double) {};
+    const long before = held.use_count();
+    runTask(shredder.shredItem(write(QStringLiteral("a.txt"), "secret"), callback));
+    write(QStringLiteral("folder/a.txt"), "secret");
+    runTask(shredder.shredItem(desktop(QStringLiteral("folder")), callback));
+    files.before = [](const QString &call, const QString &path) {
+        if (call == QStringLiteral("write")) {
+            throw FileError::fromErrno(EIO, FileError::Action::Overwrite, path);
+        }
+    };
+    EXPECT_THROW(runTask(shredder.shredItem(write(QStringLiteral("a.txt"), "secret"), callback)), FileError);
+    EXPECT_EQ(held.use_count(), before);
+}
+
+TEST_F(ShredFile, WindowDoesNotWaitForTheFiles)
+{
+    int calls = 0;
+    files.before = [&](const QString &call, const QString &) {
+        EXPECT_NE(QThread::currentThread(), QCoreApplication::instance()->thread()) << qUtf8Printable(call);
+        ++calls;
+    };
+    shred(write(QStringLiteral("a.txt"), "secret"));
+    write(QStringLiteral("folder/deep/a.txt"), "secret");
+    shred(desktop(QStringLiteral("folder")));
+    EXPECT_GT(calls, 2);
+}
+
 TEST_F(ShredFile, FlagAndCurrentOperationFollowTheRunAndAreClearedByALaterJob)
 {
     const QString path = write(QStringLiteral("a.txt"), "secret");
