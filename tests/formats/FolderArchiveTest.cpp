@@ -7,6 +7,7 @@
 
 #include <sys/resource.h>
 
+#include <limits>
 #include <thread>
 
 namespace quillhaven::testing {
@@ -22,18 +23,28 @@ public:
     }
 };
 
-/// Removes nothing while it lives.
+/// Refuses the first removals.
 class UnremovableFolders : public FileManagerDecorator
 {
 public:
-    using FileManagerDecorator::FileManagerDecorator;
+    explicit UnremovableFolders(FileManager &next, qsizetype times = std::numeric_limits<qsizetype>::max())
+        : FileManagerDecorator(next), m_times(times)
+    {
+    }
     void removeItem(const QString &path) override
     {
+        if (refused.size() >= m_times) {
+            FileManagerDecorator::removeItem(path);
+            return;
+        }
         refused.append(path);
         throw FileError::of(FileError::Kind::NoPermission, FileError::Action::Remove, path);
     }
 
     QStringList refused;
+
+private:
+    qsizetype m_times;
 };
 
 /// A limit of this process and of those it starts, for as long as it lives.
@@ -216,6 +227,15 @@ TEST_F(FolderArchiveTest, AWorkDirectoryThatCannotBeRemovedIsNoFailure)
     EXPECT_GT(archive.size(), 0U);
     ASSERT_FALSE(unremovable.refused.isEmpty());
     files.removeItem(unremovable.refused.first());
+}
+
+TEST_F(FolderArchiveTest, AWorkDirectoryThatIsNotRemovedAtOnceIsRemovedAtTheSecondTry)
+{
+    home.write(QStringLiteral("Documents/Letters/a.txt"));
+    UnremovableFolders slow(files, 1);
+    const FileBuffer archive = createFolderArchive(slow, random, home.directories(),
+                                                   home.path(QStringLiteral("Documents/Letters")), 0, 0, nobody);
+    EXPECT_EQ(slow.refused.size(), 1);
 }
 
 TEST_F(FolderArchiveTest, ANameThatBeginsWithAHyphenIsTarsLastArgumentAndReadAsAnOption)

@@ -6,6 +6,7 @@
 #include "formats/SealedBox.h"
 #include "formats/StandAloneReader.h"
 #include "formats/TestRandom.h"
+#include "platform/FileManagerDecorator.h"
 #include "platform/linux/LinuxFileManager.h"
 #include "support/LogCapture.h"
 #include "support/TemporaryHome.h"
@@ -46,6 +47,24 @@ const QString metadataMessage =
     QStringLiteral("Failed to create encrypted container: Invalid recovery backup metadata");
 const QString legacyMessage = QStringLiteral("Failed to create encrypted container: Invalid legacy backup format");
 const QString legacyLine = QStringLiteral("⚠️ Legacy backup format detected - cannot decrypt without original password");
+
+/// Fails a read whose bytes have all been handed over, and keeps its memory.
+class FailingRead : public FileManagerDecorator
+{
+public:
+    using FileManagerDecorator::FileManagerDecorator;
+    [[nodiscard]] FileBuffer readFile(const QString &path, size_t headroom, size_t tailroom,
+                                      ReadListener &listener) const override
+    {
+        listener.began(memory.bytes());
+        listener.arrived(memory.bytes().size() - headroom - tailroom);
+        listener.abandoned();
+        std::ranges::fill(memory.bytes(), std::byte{'x'}); // it is this side's again
+        throw FileError::fromErrno(EIO, FileError::Action::Read, path);
+    }
+
+    mutable FileBuffer memory{size_t(64) << 20};
+};
 
 class RecoveryBackupTest : public ::testing::Test
 {
@@ -231,6 +250,15 @@ TEST_F(RecoveryBackupTest, ASourceThatCannotBeReadThrowsAndLeavesTheFormerBackup
     EXPECT_EQ(TemporaryHome::read(backup), "former");
 }
 
+TEST_F(RecoveryBackupTest, NobodyWorksInTheMemoryOfAReadThatFailedHalfWay)
+{
+    FailingRead failing(files);
+    const QString plain = home.write(QStringLiteral("plain"));
+    EXPECT_THROW(createRecoveryBackup(failing, random, home.directories(), plain, backup, password, item), FileError);
+    EXPECT_TRUE(std::ranges::all_of(failing.memory.bytes(), [](std::byte byte) { return byte == std::byte{'x'}; }));
+    EXPECT_FALSE(TemporaryHome::exists(backup));
+}
+
 TEST_F(RecoveryBackupTest, ABackupThatCannotBeWrittenThrows)
 {
     const QString plain = home.write(QStringLiteral("plain"));
@@ -367,6 +395,10 @@ TEST_F(RecoveryBackupTest, MetadataPastTheEndOrOfBadUtf8IsNone)
     EXPECT_EQ(metadataIn(head + littleEndian(2) + "\xc3\x28"), std::nullopt);
     EXPECT_EQ(metadataIn(head + littleEndian(1) + "\xc3\xa4"), std::nullopt) << "cut within a character";
     EXPECT_EQ(metadataIn(head + littleEndian(0) + "x"), QString());
+    EXPECT_EQ(metadataIn(head + littleEndian(6) +
+                         "\xef\xbb\xbf"
+                         "a:b"),
+              QStringLiteral("\uFEFFa:b"));
 }
 
 } // namespace
