@@ -3,11 +3,13 @@
 #include "engine/PlaceholderFile.h"
 #include "formats/CipherError.h"
 #include "formats/RecoveryBackup.h"
+#include "support/CallHooks.h"
 #include "support/EngineHarness.h"
-#include "support/HookedSeam.h"
 
 #include <QDir>
 #include <QFile>
+#include <QSemaphore>
+#include <QThread>
 
 using namespace quillhaven;
 using namespace quillhaven::testing;
@@ -195,6 +197,35 @@ TEST_F(Backup, AllItemsAreWrittenInTheirOrder)
     EXPECT_EQ(log.lines(), lines);
     EXPECT_EQ(opened(backupPath(0)), "a.txt");
     EXPECT_EQ(opened(backupPath(1)), "b.txt");
+}
+
+TEST_F(Backup, ItemThatLeavesTheListWhileItIsWrittenDoesNotDisturbTheOthers)
+{
+    start({QStringLiteral("a.txt"), QStringLiteral("b.txt"), QStringLiteral("c.txt")});
+    const QStringList others{backupPath(1), backupPath(2)};
+    HeldCall write(hooks, "writeFile", backupPath(0));
+    const RunningTask<void> running(engine->manager.backupAllToiCloud());
+    ASSERT_TRUE(write.hasStarted());
+    engine->manager.removeFromProtectedItems(engine->item(0).id);
+    write.letGo();
+    running.wait();
+    EXPECT_EQ(opened(others.at(0)), "b.txt");
+    EXPECT_EQ(opened(others.at(1)), "c.txt");
+    EXPECT_EQ(log.lines().last(), allLine);
+}
+
+TEST_F(Backup, WindowDoesNotWaitForABackup)
+{
+    start({QStringLiteral("a.txt")});
+    QSemaphore calls;
+    hooks.before = [&](const char *call, const QString &path) {
+        if (path.endsWith(QStringLiteral(".backup")) || path.endsWith(QStringLiteral("_original"))) {
+            EXPECT_NE(QThread::currentThread(), QCoreApplication::instance()->thread()) << call;
+            calls.release();
+        }
+    };
+    backUp();
+    EXPECT_EQ(calls.available(), 2) << "one read and one write";
 }
 
 TEST_F(Backup, EmptyCatalogueSucceedsWithItsLine)

@@ -303,6 +303,18 @@ TEST_F(BulkOperations, FailedLockShowsBothHeadingsAndTheLinesAndTheOthersAreLock
     expectSessionIsLeftOpen();
 }
 
+TEST_F(BulkOperations, ItemThatRunsOutOfMemoryIsALineLikeAnyOther)
+{
+    startUnlocked(three);
+    hooks.before = withoutMemory("moveItem", b);
+    EXPECT_EQ(failureOf(manager().bulkLockItems(items(), callback())),
+              QStringLiteral("Failed to create encrypted container: Some items failed to lock:\n"
+                             "b.txt: ") +
+                  QString::fromUtf8(std::bad_alloc().what()));
+    EXPECT_EQ(progress->lines.last(), QStringLiteral("1 Completed 2 of 3 items"));
+    EXPECT_FALSE(engine->item(2).isMounted);
+}
+
 TEST_F(BulkOperations, SessionThatAFailedRunLeftOpenServesTheNextRun)
 {
     startUnlocked(three);

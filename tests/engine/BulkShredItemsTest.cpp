@@ -19,8 +19,10 @@ protected:
 
 TEST_F(BulkShredItems, EmptyListReportsSuccess)
 {
+    becomeIdle();
     bulkShred({});
     EXPECT_EQ(lines(), QStringLiteral("Successfully shredded 0 items @ 1.0000"));
+    EXPECT_EQ(flags, QList<bool>({true}));
     spinOnce();
     EXPECT_FALSE(engine().manager.isProcessing());
 }
@@ -108,6 +110,19 @@ TEST_F(BulkShredItems, AllFailingCountsNoneAndListsEach)
     EXPECT_EQ(engine().count(), 2);
 }
 
+TEST_F(BulkShredItems, ItemThatRunsOutOfMemoryIsALineLikeAnyOther)
+{
+    const ProtectedItem first = unlockedFile(QStringLiteral("a.txt"));
+    const ProtectedItem second = unlockedFile(QStringLiteral("b.txt"));
+    hooks.before = withoutMemory("openForOverwriting", first.originalPath);
+    EXPECT_EQ(failedCase({first, second}), QuillhavenError::bulkOperationFailed);
+    EXPECT_EQ(text,
+              QStringLiteral("Some items failed to shred:\na.txt: ") + QString::fromUtf8(std::bad_alloc().what()));
+    expectGone(second);
+    spinOnce();
+    EXPECT_FALSE(engine().manager.isProcessing());
+}
+
 TEST_F(BulkShredItems, EngineIsBusyDuringEachItem)
 {
     const ProtectedItem first = unlockedFile(QStringLiteral("a.txt"));
@@ -127,7 +142,9 @@ TEST_F(BulkShredItems, PathsAreShreddedAndTheCatalogueIsLeftAlone)
 {
     const ProtectedItem item = unlockedFile();
     const QString plain = services.home.write(QStringLiteral("Desktop/plain"), {});
+    becomeIdle();
     shredPaths({plain});
+    EXPECT_FALSE(flags.contains(false)) << "the engine is busy";
     EXPECT_EQ(report.first(), QStringLiteral("Shredding plain... @ 0.0000"));
     EXPECT_TRUE(report.contains(QStringLiteral("Pass 2/3: plain (1/1) @ 0.3667")));
     EXPECT_EQ(report.last(), QStringLiteral("Successfully shredded 1 items @ 1.0000"));

@@ -1,11 +1,13 @@
 #include "credentials/KeychainError.h"
 #include "engine/PlaceholderFile.h"
 #include "engine/ProgressLog.h"
+#include "platform/FileFixture.h"
 #include "support/CallHooks.h"
 #include "support/EngineHarness.h"
 
 #include <QDir>
 #include <QFile>
+#include <QSemaphore>
 
 using namespace quillhaven;
 using namespace quillhaven::testing;
@@ -144,6 +146,39 @@ TEST_F(DuplicateItem, DotAtTheEndIsDropped)
     start(QStringLiteral("notes."));
     duplicate();
     EXPECT_EQ(engine->item(1).originalName, QStringLiteral("notes Copy"));
+}
+
+TEST_F(DuplicateItem, FolderThatCannotBeLookedIntoFailsAndIsNotTakenForAFullOne)
+{
+    start(QStringLiteral("report.txt"));
+    QString text;
+    try {
+        const AsPlainUser user; // to whom every name there seems to be taken
+        duplicate();
+    } catch (const FileError &error) {
+        text = error.errorDescription();
+    }
+    EXPECT_EQ(text, QStringLiteral("You don't have permission to read \"report Copy.txt\"."));
+    EXPECT_EQ(progress->lines, wholeProgress.first(2));
+    EXPECT_EQ(onDesktop(), QStringList(QStringLiteral("report.txt")));
+    expectFlagIsReset();
+}
+
+TEST_F(DuplicateItem, WindowDoesNotWaitForTheCopyOrTheRemoval)
+{
+    start(QStringLiteral("report.txt"));
+    QStringList onTheMainThread;
+    QSemaphore calls;
+    hooks.before = [&](const char *call, const QString &) {
+        if (QThread::currentThread() == QCoreApplication::instance()->thread()) {
+            onTheMainThread.append(QString::fromLatin1(call));
+        } else if (qstrcmp(call, "copyItem") == 0 || qstrcmp(call, "removeItem") == 0) {
+            calls.release();
+        }
+    };
+    duplicate();
+    EXPECT_EQ(onTheMainThread, QStringList());
+    EXPECT_GE(calls.available(), 2);
 }
 
 TEST_F(DuplicateItem, MissingPrivateCopyFailsAndCreatesNothing)

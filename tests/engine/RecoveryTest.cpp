@@ -203,9 +203,11 @@ TEST_F(Recovery, OtherExtensionsAreIgnored)
 TEST_F(Recovery, WrongMasterPasswordIsRefusedBeforeThePanel)
 {
     writeBackup(id, QStringLiteral("abc:report.pdf"));
-    QString text;
-    EXPECT_EQ(errorOfRecovery(&text, QStringLiteral("Master13")), QuillhavenError::accessDenied);
-    EXPECT_EQ(text, QStringLiteral("Invalid master password"));
+    for (const char *wrong : {"Master13", "master12", "Master12 ", "Master1", ""}) {
+        QString text;
+        EXPECT_EQ(errorOfRecovery(&text, QString::fromLatin1(wrong)), QuillhavenError::accessDenied) << wrong;
+        EXPECT_EQ(text, QStringLiteral("Invalid master password"));
+    }
     EXPECT_TRUE(services.panels.requests.isEmpty());
     EXPECT_EQ(inFolder(), QStringList());
 }
@@ -279,6 +281,16 @@ TEST_F(Recovery, MetadataWithoutAColonGivesNoName)
 {
     QByteArray bytes = "RECOVERY" + QByteArray(32, '\0') + QByteArray("\x03\0\0\0", 4) + "abc" + QByteArray(60, 'x');
     expectRawCopy(bytes, id, {foundLine(QStringLiteral("abc")), unknownLine(id)});
+}
+
+TEST_F(Recovery, NameThatIsTheIdIsLookedUpInTheCatalogue)
+{
+    writeRecord(id, QStringLiteral("mine.txt"));
+    writeBackup(id, QStringLiteral("abc:") + id);
+    EXPECT_EQ(recover(), QStringList(inFolder(QStringLiteral("mine.txt"))));
+    const QStringList lines{foundLine(QStringLiteral("abc:") + id), usingLine(id),
+                            catalogueLine(QStringLiteral("mine.txt")), recoveredLine(QStringLiteral("mine.txt"))};
+    EXPECT_EQ(log.lines(), lines);
 }
 
 TEST_F(Recovery, NamesThatAreNoFileNamesFallBackToTheId)
@@ -370,6 +382,16 @@ TEST_F(Recovery, EmptyFileComesOutEmptyWithoutALineAboutItsHeader)
 TEST_F(Recovery, FortyFourBytesHaveNoHeaderAndNoLineSaysSo)
 {
     expectRawCopy("RECOVERY" + QByteArray(36, '\0'), id, {unknownLine(id)});
+}
+
+TEST_F(Recovery, FortyFiveBytesAreLookedAtForAHeaderAndForMetadata)
+{
+    expectRawCopy("RECOVERY" + QByteArray(32, 's') + QByteArray("\x01\0\0\0", 4) + "x", id,
+                  {foundLine(QStringLiteral("x")), unknownLine(id)});
+    ASSERT_TRUE(QFile::remove(inFolder(id)));
+    cloud.writeBackup(id, QByteArray(45, 'x'));
+    EXPECT_EQ(recover(), QStringList(inFolder(id)));
+    EXPECT_EQ(log.lines(), QStringList({headerLine, unknownLine(id), recoveredLine(id)}));
 }
 
 TEST_F(Recovery, LengthPastTheEndGivesNoNameAndARawCopy)

@@ -279,6 +279,21 @@ TEST_F(ShredItems, CredentialThatCannotBeRemovedKeepsTheItemListedWithAllDataGon
     expectGone(item);
 }
 
+TEST_F(ShredItems, LastReportFindsTheItemOffTheListAndOffTheDisk)
+{
+    const ProtectedItem item = unlockedFile();
+    int looks = 0;
+    onReport = [&](const QString &status) {
+        if (status == QStringLiteral("Item securely shredded: a.txt")) {
+            ++looks;
+            EXPECT_EQ(engine().count(), 0);
+            EXPECT_TRUE(engine().storedItems().isEmpty());
+        }
+    };
+    shred(item);
+    EXPECT_EQ(looks, 1);
+}
+
 TEST_F(ShredItems, EngineIsBusyDuringTheShredAndFreeAfterIt)
 {
     const ProtectedItem item = unlockedFile();

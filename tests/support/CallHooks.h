@@ -9,6 +9,7 @@
 
 #include <map>
 #include <memory>
+#include <new>
 #include <string>
 
 namespace quillhaven::testing {
@@ -26,6 +27,16 @@ namespace quillhaven::testing {
     return [=, action = actions.at(call)](const char *name, const QString &path) {
         if (name == call && (paths.isEmpty() || paths.contains(path))) {
             throw FileError::fromErrno(errorNumber, action, path);
+        }
+    };
+}
+
+/// A hook in which no memory is left for this call of a file manager for this path.
+[[nodiscard]] inline SeamHooks::Hook withoutMemory(const std::string &call, const QString &path)
+{
+    return [=](const char *name, const QString &at) {
+        if (name == call && at == path) {
+            throw std::bad_alloc();
         }
     };
 }
