@@ -4,6 +4,8 @@
 #include "catalogue/QuillhavenError.h"
 #include "formats/RecoveryBackup.h"
 
+#include <QSignalSpy>
+
 using namespace quillhaven;
 using namespace quillhaven::testing;
 
@@ -45,8 +47,10 @@ TEST_F(Backups, AvailabilityIsLookedForOnRequestAlone)
     EXPECT_FALSE(backup().isAvailable());
     cloud.make();
     EXPECT_FALSE(backup().isAvailable());
+    const QSignalSpy told(&backup(), &BackupActions::changed);
     backup().refresh();
     EXPECT_TRUE(backup().isAvailable());
+    EXPECT_EQ(told.size(), 1);
 }
 
 TEST_F(Backups, SettingIsOffAtFirstAndKept)
@@ -55,6 +59,31 @@ TEST_F(Backups, SettingIsOffAtFirstAndKept)
     backup().setEnableiCloudBackup(true);
     EXPECT_TRUE(backup().enableiCloudBackup());
     EXPECT_EQ(services.defaults.standard().boolForKey(defaults_keys::enableiCloudBackup), true);
+}
+
+TEST_F(Backups, SettingThatIsChangedElsewhereIsTold)
+{
+    const QSignalSpy told(&backup(), &BackupActions::changed);
+    services.defaults.standard().setBool(QStringLiteral("another"), true);
+    EXPECT_EQ(told.size(), 0);
+    cloud.setEnabled(true);
+    EXPECT_EQ(told.size(), 1);
+    EXPECT_TRUE(backup().enableiCloudBackup());
+}
+
+TEST_F(Backups, SecondPressDoesNotBackUpAgain)
+{
+    cloud.make();
+    protectOne();
+    backup().setEnableiCloudBackup(true);
+    const QSignalSpy told(&backup(), &BackupActions::changed);
+    backup().backUpAll();
+    backup().backUpAll();
+    DashboardHarness::settle();
+    EXPECT_EQ(log.lines().filter(QStringLiteral("✅ All items backed up to iCloud")).size(), 1);
+    EXPECT_EQ(told.size(), 2) << "its beginning and its end";
+    backUp();
+    EXPECT_EQ(log.lines().filter(QStringLiteral("✅ All items backed up to iCloud")).size(), 2);
 }
 
 TEST_F(Backups, BackUpAllWritesABackupOfEachItem)
@@ -94,6 +123,7 @@ TEST_F(Backups, RecoveryTellsHowManyFilesCameBack)
         EXPECT_EQ(request.title, QStringLiteral("Choose Recovery Location"));
         return folder;
     };
+    started().askSomethingElse(true, true);
     recover(theMasterPassword);
     EXPECT_TRUE(wasRecovering);
     EXPECT_FALSE(dialog().isRecovering());
@@ -105,6 +135,10 @@ TEST_F(Backups, RecoveryTellsHowManyFilesCameBack)
     EXPECT_EQ(told.message(), QStringLiteral("Successfully recovered 1 files to the selected folder."));
     EXPECT_EQ(told.confirmTitle(), QStringLiteral("OK"));
     EXPECT_FALSE(told.showCancelButton());
+    EXPECT_FALSE(told.isDestructive());
+    told.confirm();
+    told.cancel();
+    EXPECT_EQ(started().strayAnswers, 0) << "it asks nothing";
 }
 
 TEST_F(Backups, TwoBackupsOfOneNameAndARawCopyAreToldAsThreeFiles)

@@ -116,6 +116,33 @@ TEST_F(Bulk, UnlockOfUnlockedItemsAloneDoesNothingAndKeepsTheSelection)
     EXPECT_TRUE(shown.isEmpty());
 }
 
+TEST_F(Bulk, LockOfLockedItemsAloneDoesNothingAndKeepsTheSelection)
+{
+    protect({a});
+    selectAll();
+    QSignalSpy shown(bulk().progress(), &OperationProgress::changed);
+    bulk().performBulkLock();
+    DashboardHarness::settle();
+    EXPECT_EQ(selection().selectedCount(), 1);
+    EXPECT_TRUE(selection().isInSelectionMode());
+    EXPECT_TRUE(shown.isEmpty());
+}
+
+TEST_F(Bulk, SecondPressDoesNotUnlockAgain)
+{
+    protect({a});
+    selectAll();
+    services.panels.accessRequests.clear();
+    bulk().performBulkUnlock();
+    bulk().performBulkUnlock();
+    DashboardHarness::settle();
+    ASSERT_TRUE(started().passwordDialog.isPresented());
+    started().typePassword(strongPassword);
+    EXPECT_FALSE(started().passwordDialog.isPresented());
+    EXPECT_EQ(services.panels.accessRequests.size(), 1);
+    EXPECT_EQ(error(), QString());
+}
+
 TEST_F(Bulk, SecondPressDoesNotLockAgain)
 {
     protect({a});
@@ -148,6 +175,37 @@ TEST_F(Bulk, ItemThatWasLockedMeanwhileIsNotLockedAgain)
     EXPECT_EQ(TemporaryHome::read(harness.item(0).originalBackupPath), a.toUtf8());
     EXPECT_FALSE(isMounted(a));
     EXPECT_FALSE(isMounted(b));
+}
+
+TEST_F(Bulk, ItemsThatWereUnlockedMeanwhileAreNotAskedForAgain)
+{
+    DashboardHarness &harness = started();
+    protect({a, b});
+    runTask(harness.masterPassword.setMasterPassword(theMasterPassword));
+    // While the question for the master password stands, a session from elsewhere unlocks them one after the other.
+    for (const QStringList &left : {QStringList(paper(b)), QStringList()}) {
+        harness.masterPassword.endSession();
+        selectAll();
+        bulk().performBulkUnlock();
+        DashboardHarness::settle();
+        ASSERT_TRUE(harness.masterPasswordDialog.isPresented());
+        const qsizetype index = left.size() == 1 ? 0 : 1;
+        EXPECT_TRUE(runTask(harness.masterPassword.authenticate(theMasterPassword)));
+        const RunningTask<void> elsewhere(harness.manager.unlockItem(harness.item(index)));
+        DashboardHarness::settle();
+        harness.typePassword(strongPassword);
+        elsewhere.wait();
+        services.panels.accessRequests.clear();
+        services.panels.grant = [](const AccessRequest &) { return std::nullopt; };
+        harness.typeMasterPassword(theMasterPassword);
+        QStringList asked;
+        for (const AccessRequest &request : services.panels.accessRequests) {
+            asked += request.paths;
+        }
+        EXPECT_EQ(asked, left);
+        EXPECT_EQ(services.panels.accessRequests.size(), left.size()) << "no panel asks for nothing";
+        EXPECT_EQ(error(), QString());
+    }
 }
 
 TEST_F(Bulk, RowsAreBusyWhileTheJobRuns)
@@ -198,6 +256,7 @@ TEST_F(Bulk, RemovalAsksWithTheNumberAsBuilt)
 {
     protect({a});
     selectAll();
+    started().askSomethingElse(false, false);
     bulk().performBulkRemove();
     ConfirmationDialogManager &dialog = started().confirmationDialog;
     ASSERT_TRUE(dialog.isPresented());
@@ -213,6 +272,7 @@ TEST_F(Bulk, RemovalAsksWithTheNumberAsBuilt)
     DashboardHarness::settle();
     EXPECT_EQ(started().manager.protectedItems().size(), 1);
     EXPECT_EQ(selection().selectedCount(), 1);
+    EXPECT_EQ(started().strayAnswers, 0);
 }
 
 TEST_F(Bulk, ConfirmedRemovalGivesEverythingBack)
@@ -249,15 +309,46 @@ TEST_F(Bulk, ProtectByPasswordFromThePickerToTheRecords)
     EXPECT_EQ(started().passwordDialog.title(), QStringLiteral("Set Protection for 2 Items"));
     EXPECT_EQ(started().passwordDialog.message(), QStringLiteral("Enter a password to protect these items:"));
     EXPECT_TRUE(started().passwordDialog.requiresConfirmation());
+    bool wasPresented = false;
+    services.panels.grant = [&](const AccessRequest &request) {
+        wasPresented = bulk().progress()->isPresented();
+        return std::optional(request.paths);
+    };
     started().typePassword(strongPassword);
+    EXPECT_TRUE(wasPresented);
     EXPECT_EQ(started().manager.protectedItems().size(), 2);
     EXPECT_FALSE(started().item().useTouchID);
     EXPECT_FALSE(bulk().progress()->isPresented());
     EXPECT_EQ(error(), QString());
 }
 
+TEST_F(Bulk, SecondPressKeepsWhatThePickerHasGathered)
+{
+    BulkFilePickerView &picker = *bulk().picker();
+    bulk().showBulkFilePicker();
+    picker.handleFileSelection({writePaper(a)});
+    bulk().showBulkFilePicker();
+    EXPECT_EQ(picker.entries().size(), 1);
+    picker.cancel();
+    bulk().showBulkFilePicker();
+    EXPECT_TRUE(picker.entries().isEmpty()) << "a new sheet begins anew";
+}
+
+TEST_F(Bulk, FailedProtectionIsShown)
+{
+    bulk().performBulkProtect({writePaper(a), writePaper(b)});
+    started().choosePassword();
+    ASSERT_TRUE(QFile::remove(paper(a)));
+    services.panels.grant = [](const AccessRequest &request) { return std::optional(request.paths); };
+    started().typePassword(strongPassword);
+    EXPECT_TRUE(error().contains(QStringLiteral("Some items failed to protect:\na.txt: "))) << qUtf8Printable(error());
+    EXPECT_FALSE(bulk().progress()->isPresented());
+    EXPECT_EQ(started().shownNames(), b);
+}
+
 TEST_F(Bulk, ProtectByTouchIDAsksOnce)
 {
+    started().askSomethingElse(true, false);
     bulk().performBulkProtect({writePaper(a), writePaper(b)});
     started().chooseTouchID();
     ConfirmationDialogManager &dialog = started().confirmationDialog;
@@ -265,6 +356,7 @@ TEST_F(Bulk, ProtectByTouchIDAsksOnce)
     EXPECT_EQ(dialog.title(), QStringLiteral("Set Protection for 2 Items"));
     EXPECT_EQ(dialog.message(), QStringLiteral("These items will be protected with Touch ID."));
     EXPECT_EQ(dialog.confirmTitle(), QStringLiteral("Protect"));
+    EXPECT_EQ(dialog.cancelTitle(), QStringLiteral("Cancel"));
     EXPECT_FALSE(dialog.isDestructive());
     EXPECT_TRUE(dialog.showCancelButton());
     dialog.confirm();
@@ -295,6 +387,34 @@ TEST_F(Bulk, CancelOfTheMethodEndsTheSession)
     bulk().performBulkProtect({writePaper(a)});
     started().cancelMethod();
     EXPECT_FALSE(started().masterPassword.isAuthenticated());
+}
+
+TEST_F(Bulk, CancelOfThePasswordEndsTheSession)
+{
+    storeMasterPassword();
+    EXPECT_TRUE(runTask(started().masterPassword.authenticate(theMasterPassword)));
+    bulk().performBulkProtect({writePaper(a)});
+    started().choosePassword();
+    EXPECT_TRUE(started().masterPassword.isAuthenticated());
+    started().passwordInput.cancel();
+    DashboardHarness::settle();
+    EXPECT_FALSE(started().masterPassword.isAuthenticated());
+    EXPECT_FALSE(started().masterPassword.hasAuthenticationTimer());
+    EXPECT_TRUE(started().manager.protectedItems().isEmpty());
+}
+
+TEST_F(Bulk, CancelOfTheTouchIDQuestionDoesNothing)
+{
+    storeMasterPassword();
+    EXPECT_TRUE(runTask(started().masterPassword.authenticate(theMasterPassword)));
+    started().askSomethingElse(true, true);
+    bulk().performBulkProtect({writePaper(a)});
+    started().chooseTouchID();
+    started().confirmationDialog.cancel();
+    DashboardHarness::settle();
+    EXPECT_EQ(started().strayAnswers, 0);
+    EXPECT_TRUE(started().masterPassword.isAuthenticated());
+    EXPECT_TRUE(started().manager.protectedItems().isEmpty());
 }
 
 TEST_F(Bulk, ProtectOfNothingShowsNothing)

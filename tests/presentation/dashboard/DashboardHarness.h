@@ -88,6 +88,16 @@ public:
         settle();
     }
 
+    /// Leaves in the window's shared question what another one could have left there.
+    void askSomethingElse(bool isDestructive, bool showCancelButton)
+    {
+        confirmationDialog.setCancelTitle(QStringLiteral("Another"));
+        confirmationDialog.setIsDestructive(isDestructive);
+        confirmationDialog.setShowCancelButton(showCancelButton);
+        confirmationDialog.onConfirm = [this] { ++strayAnswers; };
+        confirmationDialog.onCancel = confirmationDialog.onConfirm;
+    }
+
     void protect(const QString &path, bool useTouchID = false)
     {
         runTask(manager.protectItem(path, useTouchID ? QString() : strongPassword, useTouchID));
@@ -95,6 +105,8 @@ public:
     }
     [[nodiscard]] const ProtectedItem &item(qsizetype index = 0) const { return manager.protectedItems().at(index); }
     [[nodiscard]] QString shownNames() { return namesOf(dashboard.items()->items()).join(QLatin1Char(' ')); }
+
+    int strayAnswers = 0; ///< answers that reached the other question
 
     Platform platform;
     MasterPasswordDialogManager masterPasswordDialog;

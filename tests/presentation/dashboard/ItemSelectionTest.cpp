@@ -85,6 +85,26 @@ TEST_F(Selection, EqualCountsDeselectThoughOtherItemsShow)
     EXPECT_EQ(selection().selectedCount(), 0);
 }
 
+TEST_F(Selection, MoreSelectedThanShownIsNotEverything)
+{
+    select({QStringLiteral("a1"), QStringLiteral("a2"), QStringLiteral("b1")});
+    started().dashboard.setSearchText(QStringLiteral("b"));
+    EXPECT_EQ(selection().selectAllText(), QStringLiteral("Select All"));
+    selection().toggleSelectAll();
+    EXPECT_EQ(selectedNames(), QStringLiteral("b1 b2"));
+}
+
+TEST_F(Selection, EachChangeIsTold)
+{
+    const QSignalSpy told(&selection(), &ItemSelection::changed);
+    select({QStringLiteral("a1")});
+    EXPECT_EQ(told.size(), 1);
+    selection().toggleSelectionMode();
+    EXPECT_EQ(told.size(), 2);
+    selection().clearSelection();
+    EXPECT_EQ(told.size(), 3);
+}
+
 TEST_F(Selection, HiddenIdsStayAndComeBack)
 {
     select({QStringLiteral("a1"), QStringLiteral("b1")});

@@ -113,6 +113,71 @@ TEST_F(Shredding, SelectionIsShreddedTogether)
         << qUtf8Printable(told.join(QLatin1Char('|')));
 }
 
+TEST_F(Shredding, ItemOfAnotherJobIsNotAskedAbout)
+{
+    protectFolder(QStringLiteral("album"));
+    started().dashboard.items()->setBusy({started().item().id}, true);
+    shredding().onShred(started().item().id);
+    EXPECT_FALSE(shredding().confirmation()->isPresented());
+}
+
+TEST_F(Shredding, ItemThatAnotherJobTookMeanwhileIsLeftAlone)
+{
+    protectFolder(QStringLiteral("album"));
+    shredding().onShred(started().item().id);
+    started().dashboard.items()->setBusy({started().item().id}, true);
+    confirm();
+    ASSERT_EQ(started().manager.protectedItems().size(), 1);
+    EXPECT_TRUE(TemporaryHome::exists(started().item().originalBackupPath + QStringLiteral("/one.txt")));
+    EXPECT_FALSE(shredding().progress()->isPresented());
+    EXPECT_FALSE(started().dashboard.showingError());
+}
+
+TEST_F(Shredding, RowIsBusyWhileItsItemIsShredded)
+{
+    protectFolder(QStringLiteral("album"));
+    const QString id = started().item().id;
+    QStringList idle;
+    OperationProgress &progress = *shredding().progress();
+    QObject::connect(&progress, &OperationProgress::changed, &progress, [&] {
+        if (!progress.message().isEmpty() && progress.isPresented() && !started().dashboard.items()->isBusy(id)) {
+            idle.append(progress.message());
+        }
+    });
+    shredding().onShred(id);
+    confirm();
+    EXPECT_EQ(idle, QStringList());
+    EXPECT_FALSE(started().dashboard.items()->isBusy(id));
+}
+
+TEST_F(Shredding, ItemThatWasUnlockedMeanwhileIsShreddedAsItStandsNow)
+{
+    const QString path = protectFolder(QStringLiteral("album"));
+    const ProtectedItem item = started().item();
+    shredding().onShred(item.id);
+    runTask(started().manager.unlockItem(item));
+    ASSERT_TRUE(TemporaryHome::exists(path + QStringLiteral("/one.txt")));
+    confirm();
+    EXPECT_FALSE(started().dashboard.showingError()) << qUtf8Printable(started().dashboard.errorMessage());
+    EXPECT_FALSE(TemporaryHome::exists(path));
+    EXPECT_TRUE(started().manager.protectedItems().isEmpty());
+}
+
+TEST_F(Shredding, ItemWhoseProtectionWasRemovedMeanwhileIsLeftAlone)
+{
+    const QString path = protectFolder(QStringLiteral("album"));
+    const ProtectedItem item = started().item();
+    shredding().onShred(item.id);
+    runTask(started().manager.removeProtection(item));
+    QStringList told;
+    OperationProgress &progress = *shredding().progress();
+    QObject::connect(&progress, &OperationProgress::changed, &progress, [&] { told.append(progress.message()); });
+    confirm();
+    EXPECT_TRUE(TemporaryHome::exists(path + QStringLiteral("/one.txt")));
+    EXPECT_EQ(told.join(QString()), QString()) << "nothing is told of nothing";
+    EXPECT_FALSE(started().dashboard.showingError());
+}
+
 TEST_F(Shredding, FailureIsShownEmptiesTheListAndKeepsTheSelection)
 {
     DashboardHarness &harness = started();
@@ -173,6 +238,27 @@ TEST_F(Shredding, FinderShredOfAnItemShredsTheItem)
     started().dashboard.handleFinderAction(finder("shred", path));
     EXPECT_TRUE(shredding().itemsToShred().isEmpty());
     EXPECT_EQ(shredding().protectedItemsToShred().size(), 1);
+}
+
+TEST_F(Shredding, FinderShredTakesAnItemByItsExactPathAlone)
+{
+    protectFolder(QStringLiteral("album"));
+    const QString other = services.home.write(QStringLiteral("papers/Album"));
+    started().dashboard.handleFinderAction(finder("shred", other));
+    EXPECT_TRUE(shredding().protectedItemsToShred().isEmpty());
+    EXPECT_EQ(shredding().itemsToShred(), QStringList(other));
+}
+
+TEST_F(Shredding, LaterQuestionTakesThePlaceOfTheEarlierOne)
+{
+    const QString first = services.home.write(QStringLiteral("papers/first.txt"));
+    const QString second = services.home.write(QStringLiteral("papers/second.txt"));
+    started().dashboard.handleFinderAction(finder("shred", first));
+    started().dashboard.handleFinderAction(finder("shred", second));
+    EXPECT_EQ(shredding().confirmation()->itemNames(), QStringList(QStringLiteral("second.txt")));
+    confirm();
+    EXPECT_TRUE(TemporaryHome::exists(first));
+    EXPECT_FALSE(TemporaryHome::exists(second));
 }
 
 TEST_F(Shredding, FinderUnlockAndLockWorkOnTheItemOfThePath)
