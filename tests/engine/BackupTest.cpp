@@ -297,6 +297,7 @@ TEST_F(Backup, FailingBackupIsOnlyLoggedAndTheProtectionStands)
     EXPECT_FALSE(engine->masterPassword.isAuthenticated()) << "a protection that succeeded";
     const QString failure = FileError::fromErrno(EACCES, FileError::Action::Write, backupPath()).errorDescription();
     EXPECT_EQ(log.lines().last(), QStringLiteral("⚠️ Failed to backup to iCloud: ") + failure);
+    EXPECT_FALSE(log.contains(createdLine(QStringLiteral("new.txt"))));
     EXPECT_EQ(EngineHarness(services).count(), 1);
 }
 

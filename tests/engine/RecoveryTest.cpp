@@ -417,7 +417,11 @@ TEST_F(Recovery, BackupUnderAnEarlierMasterPasswordIsCopiedRawAndTheOthersFollow
 {
     writeBackup(QStringLiteral("old"), QStringLiteral("old:old.txt"), "old", QStringLiteral("Earlier1"));
     writeBackup(QStringLiteral("new"), QStringLiteral("new:new.txt"), "new");
-    EXPECT_EQ(recover().size(), 2);
+    QStringList inOrder;
+    for (const QString &name : services.fileManager.contentsOfDirectory(cloud.backups())) {
+        inOrder.append(inFolder(name.section(QLatin1Char('.'), 0, 0) + QStringLiteral(".txt")));
+    }
+    EXPECT_EQ(recover(), inOrder);
     EXPECT_EQ(TemporaryHome::read(inFolder(QStringLiteral("new.txt"))), "new");
     EXPECT_EQ(TemporaryHome::read(inFolder(QStringLiteral("old.txt"))),
               TemporaryHome::read(cloud.backup(QStringLiteral("old"))));

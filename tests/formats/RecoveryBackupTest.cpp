@@ -66,6 +66,30 @@ public:
     mutable FileBuffer memory{size_t(64) << 20};
 };
 
+/// Gives up its memory and begins anew, and hands over all at once at the end.
+class SecondTryRead : public FileManagerDecorator
+{
+public:
+    using FileManagerDecorator::FileManagerDecorator;
+    [[nodiscard]] FileBuffer readFile(const QString &path, size_t headroom, size_t tailroom,
+                                      ReadListener &listener) const override
+    {
+        {
+            FileBuffer memory(size_t(1) << 20);
+            listener.began(memory.bytes());
+            listener.arrived(1000);
+            listener.abandoned();
+        }
+        NoReadListener nobody;
+        FileBuffer result(headroom + FileManagerDecorator::sizeOfItem(path) + tailroom);
+        listener.began(result.bytes());
+        const FileBuffer read = FileManagerDecorator::readFile(path, 0, 0, nobody);
+        std::ranges::copy(read.bytes(), result.bytes().subspan(headroom).begin());
+        listener.arrived(read.size());
+        return result;
+    }
+};
+
 class RecoveryBackupTest : public ::testing::Test
 {
 protected:
@@ -257,6 +281,18 @@ TEST_F(RecoveryBackupTest, NobodyWorksInTheMemoryOfAReadThatFailedHalfWay)
     EXPECT_THROW(createRecoveryBackup(failing, random, home.directories(), plain, backup, password, item), FileError);
     EXPECT_TRUE(std::ranges::all_of(failing.memory.bytes(), [](std::byte byte) { return byte == std::byte{'x'}; }));
     EXPECT_FALSE(TemporaryHome::exists(backup));
+}
+
+TEST_F(RecoveryBackupTest, AReadThatBeganAnewIsSealedAsASingleOne)
+{
+    SecondTryRead anew(files);
+    // Who is faster, the reading or the sealing, must not count.
+    for (const qsizetype size : {0, 10, 10, 10, 10, 10, 10, 10, 10, 10, 65536, 20'000'000}) {
+        const QByteArray plaintext(size, 'x');
+        createRecoveryBackup(anew, random, home.directories(), home.write(QStringLiteral("plain"), plaintext), backup,
+                             password, item);
+        EXPECT_TRUE(opened(TemporaryHome::read(backup)) == plaintext) << size;
+    }
 }
 
 TEST_F(RecoveryBackupTest, ABackupThatCannotBeWrittenThrows)

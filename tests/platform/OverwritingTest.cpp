@@ -399,6 +399,19 @@ TEST_P(OverwritingTest, WhatTakesTheFilesPlaceBetweenTheLookAndTheOpeningIsRefus
     expectKind(Kind::NotAFileOrFolder, [&] { (void)files.openForOverwriting(path); });
     EXPECT_FALSE(m_kernel.afterLook) << "nobody looked";
     EXPECT_EQ(read(target), "kept");
+
+    // With a reader at its other end a FIFO opens, and would take the bytes.
+    ASSERT_TRUE(QFile::remove(path));
+    write(path, "mine");
+    int reader = -1;
+    m_kernel.afterLook = [&] {
+        ASSERT_TRUE(QFile::remove(path));
+        ASSERT_EQ(mkfifo(bytesOf(path).constData(), 0600), 0);
+        reader = open(bytesOf(path).constData(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
+    };
+    expectKind(Kind::NotAFileOrFolder, [&] { (void)files.openForOverwriting(path); });
+    ASSERT_GE(reader, 0);
+    close(reader);
 }
 
 TEST_P(OverwritingTest, AFileThatMayNotBeWrittenIsRefused)

@@ -1,5 +1,6 @@
 #include "ShredFixture.h"
 
+#include <algorithm>
 #include <new>
 
 using namespace quillhaven;
@@ -202,13 +203,24 @@ TEST_F(BulkShred, EndOfAnEarlierRunDoesNotClearTheFlagOfThisOne)
     EXPECT_EQ(shown.first(3), QList<bool>({false, true, true})) << "the earlier end, this run, its first item";
 }
 
-TEST_F(BulkShred, TwoRunsSideBySideBothEnd)
+TEST_F(BulkShred, TwoRunsSideBySideAreEachToldOfTheirOwnAndBothEnd)
 {
-    const RunningTask<void> first(shredder.bulkShredItems(writeFiles({QStringLiteral("a"), QStringLiteral("b")}),
-                                                          [](const QString &, double) {}));
-    const RunningTask<void> second(shredder.bulkShredItems(writeFiles({QStringLiteral("c"), QStringLiteral("d")}),
-                                                           [](const QString &, double) {}));
+    QStringList toldOfFolder;
+    QList<double> toldOfFile;
+    for (int i = 0; i < 30; ++i) {
+        write(QStringLiteral("folder/inner%1").arg(i), "secret");
+    }
+    const QString file = write(QStringLiteral("file"), QByteArray(30 * 65536, 'x'));
+    const RunningTask<void> first(shredder.bulkShredItems(
+        {desktop(QStringLiteral("folder"))}, [&](const QString &status, double) { toldOfFolder.append(status); }));
+    const RunningTask<void> second(
+        shredder.bulkShredItems({file}, [&](const QString &, double progress) { toldOfFile.append(progress); }));
     first.wait();
     second.wait();
+    const QRegularExpression pass(QStringLiteral("^Pass [123]/3: inner"));
+    EXPECT_EQ(toldOfFolder.filter(pass).size(), 3 * 30);
+    // Two begin each item and each pass, each chunk is one, and four end them.
+    EXPECT_EQ(toldOfFile.size(), 2 + 3 + 3 * 30 + 4);
+    EXPECT_TRUE(std::ranges::is_sorted(toldOfFile));
     EXPECT_EQ(standing(), QStringList());
 }

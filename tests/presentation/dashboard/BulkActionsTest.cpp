@@ -334,6 +334,16 @@ TEST_F(Bulk, SecondPressKeepsWhatThePickerHasGathered)
     EXPECT_TRUE(picker.entries().isEmpty()) << "a new sheet begins anew";
 }
 
+TEST_F(Bulk, PickerGathersOnlyWhatCanBeProtected)
+{
+    protect({a});
+    BulkFilePickerView &picker = *bulk().picker();
+    bulk().showBulkFilePicker();
+    picker.handleFileSelection({paper(QStringLiteral("absent")), paper(a), writePaper(b)});
+    ASSERT_EQ(picker.entries().size(), 1);
+    EXPECT_EQ(picker.entries().first().toMap().value(QStringLiteral("name")).toString(), b);
+}
+
 TEST_F(Bulk, FailedProtectionIsShown)
 {
     bulk().performBulkProtect({writePaper(a), writePaper(b)});
