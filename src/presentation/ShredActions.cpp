@@ -85,6 +85,8 @@ void ShredActions::performShredOperation()
 
 QCoro::Task<> ShredActions::run()
 {
+    const QStringList paths = m_itemsToShred;
+    const QList<ProtectedItem> items = m_protectedItemsToShred;
     std::exception_ptr failure;
     bool isCancelled = false;
     m_progress.show();
@@ -97,7 +99,9 @@ QCoro::Task<> ShredActions::run()
         failure = std::current_exception();
     }
     m_progress.hide();
-    if (!isCancelled) {
+    // What another question has put there meanwhile waits for its own answer.
+    const bool isUnchanged = m_itemsToShred == paths && m_protectedItemsToShred == items;
+    if (!isCancelled && isUnchanged) {
         forgetAll();
     }
     if (failure) {

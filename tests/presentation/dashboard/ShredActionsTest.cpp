@@ -2,6 +2,7 @@
 
 #include "catalogue/QuillhavenError.h"
 #include "platform/FileManagerDecorator.h"
+#include "support/CallHooks.h"
 
 using namespace quillhaven;
 using namespace quillhaven::testing;
@@ -37,12 +38,16 @@ protected:
     }
     ShredActions &shredding() { return *started().dashboard.shredding(); }
     /// Ticks the box, types the phrase and confirms.
-    void confirm()
+    static void confirm(ShredActions &actions)
     {
-        ShredConfirmationDialog &dialog = *shredding().confirmation();
+        ShredConfirmationDialog &dialog = *actions.confirmation();
         dialog.setHasReadWarning(true);
         dialog.setConfirmationText(QStringLiteral("SHRED PERMANENTLY"));
         dialog.confirm();
+    }
+    void confirm()
+    {
+        confirm(shredding());
         DashboardHarness::settle();
     }
     QVariantMap finder(const char *action, const QString &path)
@@ -259,6 +264,30 @@ TEST_F(Shredding, LaterQuestionTakesThePlaceOfTheEarlierOne)
     confirm();
     EXPECT_TRUE(TemporaryHome::exists(first));
     EXPECT_FALSE(TemporaryHome::exists(second));
+}
+
+TEST_F(Shredding, QuestionThatIsAskedDuringAShredOutlastsIt)
+{
+    SeamHooks hooks;
+    HookedFileManager files(services.fileManager, hooks);
+    DashboardHarness harness(services.platform(files));
+    ShredActions &actions = *harness.dashboard.shredding();
+    const QString first = services.home.write(QStringLiteral("papers/first.txt"), "first");
+    const QString second = services.home.write(QStringLiteral("papers/second.txt"), "second");
+    HeldCall rename(hooks, "renameItem", first);
+    actions.handleShredAction(first);
+    confirm(actions);
+    ASSERT_TRUE(rename.hasStarted());
+    actions.handleShredAction(second);
+    rename.letGo();
+    DashboardHarness::settle();
+    EXPECT_FALSE(TemporaryHome::exists(first));
+    EXPECT_TRUE(actions.confirmation()->isPresented());
+    EXPECT_EQ(actions.itemsToShred(), QStringList(second));
+    confirm(actions);
+    DashboardHarness::settle();
+    EXPECT_FALSE(TemporaryHome::exists(second)) << "what was confirmed is done";
+    EXPECT_TRUE(actions.itemsToShred().isEmpty());
 }
 
 TEST_F(Shredding, FinderUnlockAndLockWorkOnTheItemOfThePath)
