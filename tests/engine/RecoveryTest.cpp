@@ -277,6 +277,12 @@ TEST_F(Recovery, NameWithAColonIsCutThere)
     EXPECT_TRUE(log.contains(usingLine(QStringLiteral("minutes 10"))));
 }
 
+TEST_F(Recovery, NameCountsWithoutAnIdInFrontOfItsColonToo)
+{
+    writeBackup(id, QStringLiteral(":report.pdf"));
+    EXPECT_EQ(recover(), QStringList(inFolder(QStringLiteral("report.pdf"))));
+}
+
 TEST_F(Recovery, MetadataWithoutAColonGivesNoName)
 {
     QByteArray bytes = "RECOVERY" + QByteArray(32, '\0') + QByteArray("\x03\0\0\0", 4) + "abc" + QByteArray(60, 'x');

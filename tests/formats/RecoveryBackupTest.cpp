@@ -240,6 +240,7 @@ TEST_F(RecoveryBackupTest, AFolderIsItsArchiveThatBeginsWithATarHeaderForItsOwnN
     EXPECT_EQ(archive.left(10), QByteArray("Letters/\0\0", 10));
     EXPECT_EQ(archive.mid(257, 5), "ustar");
     EXPECT_TRUE(archive.contains("The letter"));
+    EXPECT_EQ(archive.size() % 512, 0) << "whole to its last block";
     EXPECT_EQ(QDir(home.directories().temporary).entryList(QDir::AllEntries | QDir::NoDotAndDotDot), QStringList());
 }
 
