@@ -76,6 +76,9 @@ QCoro::Task<> QuillhavenManager::runBulk(BulkRun run, ProgressCallback progressC
         steps = co_await run.prepare();
     } catch (const LocalizedError &) {
         isDismissed = true; // The access panel is the only thing that can fail there; its dismissal is no error.
+    } catch (...) {
+        stopProcessingLater();
+        throw;
     }
     qsizetype succeeded = 0;
     QStringList errorLines;

@@ -315,6 +315,16 @@ TEST_F(BulkOperations, ItemThatRunsOutOfMemoryIsALineLikeAnyOther)
     EXPECT_FALSE(engine->item(2).isMounted);
 }
 
+TEST_F(BulkOperations, PanelWithoutMemoryFailsTheRunAndLeavesNothingBusy)
+{
+    start(three);
+    services.panels.grant = [](const AccessRequest &) -> std::optional<QStringList> { throw std::bad_alloc(); };
+    EXPECT_THROW(runTask(manager().bulkUnlockItems(items(), callback())), std::bad_alloc);
+    spinOnce();
+    EXPECT_FALSE(manager().isProcessing());
+    EXPECT_FALSE(engine->item(0).isMounted);
+}
+
 TEST_F(BulkOperations, SessionThatAFailedRunLeftOpenServesTheNextRun)
 {
     startUnlocked(three);
