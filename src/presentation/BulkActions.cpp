@@ -97,19 +97,18 @@ void BulkActions::start(const QList<ProtectedItem> &items, Condition isDue, Oper
 QCoro::Task<> BulkActions::run(Job job)
 {
     std::exception_ptr failure;
-    m_progress.show();
     try {
+        const ShownOperation shown(m_progress);
         // The engine's own check finds the session open then.
         if (co_await m_context.masterPasswordManager.requireAuthenticationOrCancel()) {
             const QList<ProtectedItem> due = liveItems(job);
             if (!due.isEmpty()) {
-                co_await job.operation(due, progressCallback());
+                co_await job.operation(due, shown.callback());
             }
         }
     } catch (...) {
         failure = std::current_exception();
     }
-    m_progress.hide();
     if (failure) {
         m_context.errors.report(failure);
     } else {
@@ -131,11 +130,6 @@ QList<ProtectedItem> BulkActions::liveItems(const Job &job) const
         }
     }
     return items;
-}
-
-ProgressCallback BulkActions::progressCallback()
-{
-    return [this](const QString &message, double progress) { m_progress.report(message, progress); };
 }
 
 void BulkActions::showBulkFilePicker()
@@ -190,13 +184,12 @@ QCoro::Task<> BulkActions::bulkProtect(QStringList paths, QString password, bool
         co_return;
     }
     std::exception_ptr failure;
-    m_progress.show();
     try {
-        co_await m_context.quillhavenManager.bulkProtectItems(paths, password, useTouchID, progressCallback());
+        const ShownOperation shown(m_progress);
+        co_await m_context.quillhavenManager.bulkProtectItems(paths, password, useTouchID, shown.callback());
     } catch (...) {
         failure = std::current_exception();
     }
-    m_progress.hide();
     if (failure) {
         m_context.errors.report(failure);
     }

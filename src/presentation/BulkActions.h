@@ -58,7 +58,6 @@ private:
     [[nodiscard]] QCoro::Task<> bulkProtect(QStringList paths, QString password, bool useTouchID);
     [[nodiscard]] QCoro::Task<> endSession();
     [[nodiscard]] QList<ProtectedItem> liveItems(const Job &job) const;
-    [[nodiscard]] ProgressCallback progressCallback();
 
     DashboardContext m_context;
     OperationProgress m_progress;

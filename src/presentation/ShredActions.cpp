@@ -89,16 +89,15 @@ QCoro::Task<> ShredActions::run()
     const QList<ProtectedItem> items = m_protectedItemsToShred;
     std::exception_ptr failure;
     bool isCancelled = false;
-    m_progress.show();
     try {
-        co_await shred([this](const QString &message, double progress) { m_progress.report(message, progress); });
+        const ShownOperation shown(m_progress);
+        co_await shred(shown.callback());
     } catch (const QuillhavenError &error) {
         isCancelled = error.errorCase() == QuillhavenError::authenticationCancelled;
         failure = std::current_exception();
     } catch (...) {
         failure = std::current_exception();
     }
-    m_progress.hide();
     // What another question has put there meanwhile waits for its own answer.
     const bool isUnchanged = m_itemsToShred == paths && m_protectedItemsToShred == items;
     if (!isCancelled && isUnchanged) {

@@ -10,12 +10,14 @@ int OperationProgress::percent() const
     return static_cast<int>(m_progress * 100);
 }
 
-void OperationProgress::show()
+int OperationProgress::show()
 {
     m_isPresented = true;
     m_message.clear();
     m_progress = 0;
+    ++m_latest;
     Q_EMIT changed();
+    return m_latest;
 }
 
 void OperationProgress::hide()

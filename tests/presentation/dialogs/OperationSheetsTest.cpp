@@ -16,6 +16,7 @@
 #include <gtest/gtest.h>
 
 #include <limits>
+#include <memory>
 
 using namespace quillhaven;
 using namespace quillhaven::testing;
@@ -137,6 +138,25 @@ TEST(OperationProgress, ReportAfterTheUserClosedTheSheetDoesNotReopenIt)
     operation.report(u("Locking a.txt..."), 0.5);
     EXPECT_FALSE(operation.isPresented());
     EXPECT_EQ(operation.message(), u("Locking a.txt..."));
+}
+
+TEST(OperationProgress, SheetOfALaterOperationStaysWhileAnEarlierOneReportsAndEnds)
+{
+    OperationProgress progress;
+    auto earlier = std::make_unique<ShownOperation>(progress);
+    earlier->callback()(u("Locking a.txt..."), 0.5);
+    EXPECT_EQ(progress.message(), u("Locking a.txt..."));
+    progress.hide(); // the user
+    {
+        const ShownOperation later(progress);
+        later.callback()(u("Unlocking b.txt..."), 0.25);
+        earlier->callback()(u("Locking c.txt..."), 0.75);
+        EXPECT_EQ(progress.message(), u("Unlocking b.txt..."));
+        EXPECT_EQ(progress.percent(), 25);
+        earlier.reset();
+        EXPECT_TRUE(progress.isPresented());
+    }
+    EXPECT_FALSE(progress.isPresented());
 }
 
 namespace {
