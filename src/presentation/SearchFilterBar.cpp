@@ -55,11 +55,12 @@ QList<ProtectedItem> sortedByName(const QList<ProtectedItem> &items)
 {
     QCollator collator;
     collator.setCaseSensitivity(Qt::CaseInsensitive);
+    // Without a language a key tells cases apart all the same. With one, folding would lose its own rules.
+    const bool hasLanguage = collator.locale().language() != QLocale::C;
     std::vector<QCollatorSortKey> keys;
     keys.reserve(static_cast<size_t>(items.size()));
     for (const ProtectedItem &item : items) {
-        // In the C locale a key tells cases apart all the same.
-        keys.push_back(collator.sortKey(item.originalName.toCaseFolded()));
+        keys.push_back(collator.sortKey(hasLanguage ? item.originalName : item.originalName.toCaseFolded()));
     }
     return stablySorted(
         items, keys, [](const QCollatorSortKey &left, const QCollatorSortKey &right) { return left.compare(right); });

@@ -48,6 +48,18 @@ protected:
             started().typePassword(strongPassword);
         }
     }
+    /// What has nothing to do for all that is selected shows no sheet and leaves the selection.
+    template <typename Action>
+    void expectNothingIsDone(Action action)
+    {
+        selectAll();
+        const QSignalSpy shown(bulk().progress(), &OperationProgress::changed);
+        action();
+        DashboardHarness::settle();
+        EXPECT_EQ(selection().selectedCount(), 1);
+        EXPECT_TRUE(selection().isInSelectionMode());
+        EXPECT_TRUE(shown.isEmpty());
+    }
     void drop(const QStringList &paths)
     {
         QList<QUrl> urls;
@@ -107,25 +119,13 @@ TEST_F(Bulk, UnlockOfUnlockedItemsAloneDoesNothingAndKeepsTheSelection)
 {
     protect({a});
     unlockAll();
-    selectAll();
-    QSignalSpy shown(bulk().progress(), &OperationProgress::changed);
-    bulk().performBulkUnlock();
-    DashboardHarness::settle();
-    EXPECT_EQ(selection().selectedCount(), 1);
-    EXPECT_TRUE(selection().isInSelectionMode());
-    EXPECT_TRUE(shown.isEmpty());
+    expectNothingIsDone([this] { bulk().performBulkUnlock(); });
 }
 
 TEST_F(Bulk, LockOfLockedItemsAloneDoesNothingAndKeepsTheSelection)
 {
     protect({a});
-    selectAll();
-    QSignalSpy shown(bulk().progress(), &OperationProgress::changed);
-    bulk().performBulkLock();
-    DashboardHarness::settle();
-    EXPECT_EQ(selection().selectedCount(), 1);
-    EXPECT_TRUE(selection().isInSelectionMode());
-    EXPECT_TRUE(shown.isEmpty());
+    expectNothingIsDone([this] { bulk().performBulkLock(); });
 }
 
 TEST_F(Bulk, SecondPressDoesNotUnlockAgain)

@@ -2,6 +2,8 @@
 
 #include "Items.h"
 
+#include <QLocale>
+
 #include <gtest/gtest.h>
 
 using namespace quillhaven;
@@ -91,6 +93,26 @@ TEST(SearchFilterBar, NameSortIgnoresCaseAndKeepsTheCatalogueOrderOfEquals)
     EXPECT_EQ(shown({}, items).join(QLatin1Char(' ')), QStringLiteral("ALPHA alpha Alpha beta"));
     items.swapItemsAt(1, 3);
     EXPECT_EQ(shown({}, items).join(QLatin1Char(' ')), QStringLiteral("Alpha alpha ALPHA beta"));
+}
+
+TEST(SearchFilterBar, NameSortFollowsTheUsersLanguageAndIgnoresCaseInIt)
+{
+    const QLocale before;
+    const auto sortedIn = [](const char *language, const char *names) {
+        QLocale::setDefault(QLocale(QString::fromLatin1(language)));
+        QList<ProtectedItem> items;
+        for (const QString &name : QString::fromUtf8(names).split(QLatin1Char(' '))) {
+            items.append(namedItem(name));
+        }
+        return shown({}, items).join(QLatin1Char(' ')).toStdString();
+    };
+    EXPECT_EQ(sortedIn("en_US", "zebra \u00c9clair beta Apple \u00e9cole apple"),
+              "Apple apple beta \u00c9clair \u00e9cole zebra");
+    EXPECT_EQ(sortedIn("sv_SE", "\u00f6l Zebra apple"), "apple Zebra \u00f6l");
+    // The capital of the dotless letter, which stands before the dotted one.
+    EXPECT_EQ(sortedIn("tr_TR", "ia Iz"), "Iz ia");
+    EXPECT_EQ(sortedIn("en_US", "Iz ia"), "ia Iz");
+    QLocale::setDefault(before);
 }
 
 TEST(SearchFilterBar, StatusSortPutsLockedFirstInCatalogueOrderHoweverNamed)
