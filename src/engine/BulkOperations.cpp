@@ -117,7 +117,7 @@ QCoro::Task<QList<QuillhavenManager::BulkStep>>
 QuillhavenManager::protectSteps(QStringList paths, QString password, bool useTouchID, ProgressCallback progressCallback)
 {
     progressCallback(QStringLiteral("Requesting file access..."), 0.0);
-    const QStringList granted = co_await requestBulkFileAccess(paths);
+    const QStringList granted = co_await requestBulkFileAccess(distinctPlaces(m_platform.fileManager, paths));
     QList<BulkStep> steps;
     for (const QString &path : granted) {
         const QString name = lastPathComponent(path);

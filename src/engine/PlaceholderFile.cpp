@@ -20,6 +20,17 @@ void writePlaceholder(FileManager &fileManager, const QString &path)
     }
 }
 
+bool holdsPlaceholder(const FileManager &fileManager, const QString &path)
+{
+    const QByteArray placeholder = placeholderText.toUtf8();
+    if (fileManager.isDirectory(path) || fileManager.sizeOfItem(path) != placeholder.size() ||
+        fileManager.identityOfItem(path, Links::Keep) != fileManager.identityOfItem(path, Links::Follow)) {
+        return false;
+    }
+    const FileBuffer content = fileManager.readFile(path);
+    return std::ranges::equal(content.bytes(), std::as_bytes(std::span(placeholder)));
+}
+
 bool isLockInterrupted(const FileManager &fileManager, const QString &path, const QString &privateCopy)
 {
     const QByteArray placeholder = placeholderText.toUtf8();

@@ -10,6 +10,9 @@ class FileManager;
 /// stood before. Blocks; throws FileError.
 void writePlaceholder(FileManager &fileManager, const QString &path);
 
+/// Whether the file at `path` holds a whole placeholder and nothing else. False for a link. Blocks; throws FileError.
+[[nodiscard]] bool holdsPlaceholder(const FileManager &fileManager, const QString &path);
+
 /// Whether a placeholder, or the beginning of one, stands at `path` while the private copy of the item exists: the
 /// program ended while it was locking, before the record said so. The data is in the private copy then.
 [[nodiscard]] bool isLockInterrupted(const FileManager &fileManager, const QString &path, const QString &privateCopy);

@@ -13,6 +13,7 @@
 
 #include "catalogue/QuillhavenError.h"
 #include "credentials/MasterPasswordManager.h"
+#include "engine/ItemPlaces.h"
 #include "engine/PlaceholderFile.h"
 #include "engine/QuillhavenManager.h"
 #include "formats/SecuredContainer.h"
@@ -34,7 +35,10 @@ struct ProtectionWork
     QString secureStorage;
     QString path;
     QString password;
+    QList<ProtectedItem> knownItems;
 };
+
+const QString alreadyProtectedText = QStringLiteral("Item is already protected");
 
 QString sanitizedName(QString name)
 {
@@ -47,6 +51,16 @@ QString sanitizedName(QString name)
 QString containerPathFor(const UserDirectories &directories, const QString &originalName)
 {
     return pathInDirectory(directories.documents, sanitizedName(originalName) + QStringLiteral(".secured"));
+}
+
+/// For a question: what cannot be read is not known to be a placeholder, and protecting it reports why.
+bool isPlaceholder(const FileManager &files, const QString &path)
+{
+    try {
+        return holdsPlaceholder(files, path);
+    } catch (const FileError &) {
+        return false; // dropped
+    }
 }
 
 /// Asked before anything moves: what cannot be sealed would stay behind in private storage without a record.
@@ -94,6 +108,10 @@ ProtectedItem moveIntoProtection(const ProtectionWork &work, bool useTouchID)
     if (!work.files.fileExists(work.path)) {
         throw QuillhavenError(QuillhavenError::itemNotFound);
     }
+    // Two records of one place, or a record of a placeholder, destroy the data when both are given back.
+    if (isPlaceOfAnItem(work.files, work.knownItems, work.path) || holdsPlaceholder(work.files, work.path)) {
+        throw QuillhavenError(QuillhavenError::accessDenied, alreadyProtectedText);
+    }
     requireSealable(work);
 
     ProtectedItem item;
@@ -126,8 +144,12 @@ QuillhavenManager::CanProtect QuillhavenManager::canProtectItem(QString path) co
     const QString parent = parentDirectory(path);
     for (const ProtectedItem &item : m_protectedItems) {
         if (item.originalName == name && item.originalPath.startsWith(parent)) {
-            return {false, QStringLiteral("Item is already protected")};
+            return {false, alreadyProtectedText};
         }
+    }
+    if (isPlaceOfAnItem(files, m_protectedItems, path) || m_placesInProtection.isClaimed(files, path) ||
+        isPlaceholder(files, path)) {
+        return {false, alreadyProtectedText};
     }
     if (!files.isWritableFile(m_platform.directories.temporary)) {
         return {false, QStringLiteral("Cannot write to temporary directory. Please check app permissions.")};
@@ -136,6 +158,13 @@ QuillhavenManager::CanProtect QuillhavenManager::canProtectItem(QString path) co
         return {false, QStringLiteral("Cannot write to Documents folder. Please check app permissions.")};
     }
     return {true, std::nullopt};
+}
+
+QStringList QuillhavenManager::protectablePaths(const QStringList &paths) const
+{
+    QStringList protectable = distinctPlaces(m_platform.fileManager, paths);
+    protectable.removeIf([this](const QString &path) { return !canProtectItem(path).canProtect; });
+    return protectable;
 }
 
 QCoro::Task<> QuillhavenManager::protectItem(QString path, QString password, bool useTouchID)
@@ -161,8 +190,13 @@ QCoro::Task<> QuillhavenManager::protectItem(QString path, QString password, boo
 
 QCoro::Task<> QuillhavenManager::protectItemWithAccessibleURL(QString path, QString password, bool useTouchID)
 {
+    FileManager &files = m_platform.fileManager;
+    const auto claim = m_placesInProtection.claim(files, path);
+    if (!claim) {
+        throw QuillhavenError(QuillhavenError::accessDenied, alreadyProtectedText);
+    }
     ProtectionWork work{
-        m_platform.fileManager, m_platform.random, m_platform.directories, secureStorageDirectory(), path, password};
+        files, m_platform.random, m_platform.directories, secureStorageDirectory(), path, password, m_protectedItems};
     auto move = [work = std::move(work), useTouchID] { return moveIntoProtection(work, useTouchID); };
     const ProtectedItem item = co_await offMainThread(std::move(move));
 

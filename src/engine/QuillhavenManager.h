@@ -2,6 +2,7 @@
 
 #include "catalogue/ProtectedItem.h"
 #include "credentials/KeychainManager.h"
+#include "engine/ItemPlaces.h"
 #include "platform/Platform.h"
 #include "shredding/QuillhavenShredder.h"
 
@@ -59,6 +60,8 @@ public:
     };
     /// Asked by the views before they show a protection dialog.
     [[nodiscard]] CanProtect canProtectItem(QString path) const;
+    /// Those of the paths that can be protected, in their order, each file once.
+    [[nodiscard]] QStringList protectablePaths(const QStringList &paths) const;
     /// Moves the item into private storage, writes its container and placeholder, stores its credential and records
     /// it. Throws QuillhavenError, FileError, CipherError or KeychainError; ProtectItem.cpp tells what stands on disk
     /// after each.
@@ -222,6 +225,7 @@ private:
     QuillhavenShredder &m_secureShredder;
 
     QList<ProtectedItem> m_protectedItems;
+    PlacesInProtection m_placesInProtection;
     bool m_isProcessing = false;
 };
 

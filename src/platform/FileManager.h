@@ -11,6 +11,7 @@
 
 #include <functional>
 #include <memory>
+#include <optional>
 #include <span>
 
 namespace quillhaven {
@@ -23,6 +24,19 @@ struct FileEntry
 
     bool operator==(const FileEntry &) const = default;
 };
+
+/// What a file is, whatever path leads to it: the device and inode numbers of POSIX <sys/stat.h>.
+struct FileIdentity
+{
+    quint64 device = 0;
+    quint64 inode = 0;
+    bool hasOtherNames = false; ///< a file with several hard links; no part of its identity
+
+    bool operator==(const FileIdentity &other) const { return device == other.device && inode == other.inode; }
+};
+
+/// Whether the last component of a path, when it is a link, means the link itself or what it points to.
+enum class Links { Keep, Follow };
 
 /// The file operations of the platform. Paths are absolute. Stateless: any thread may call it, and the calls that
 /// change files block, so that they belong off the main thread. Every failing call throws a FileError.
@@ -39,6 +53,8 @@ public:
     [[nodiscard]] virtual bool fileExists(const QString &path) const = 0;
     /// Whether a folder, or a link to one, stands at the path.
     [[nodiscard]] virtual bool isDirectory(const QString &path) const = 0;
+    /// The identity of the file or folder at the path, or nothing when none exists or it cannot be examined.
+    [[nodiscard]] virtual std::optional<FileIdentity> identityOfItem(const QString &path, Links links) const = 0;
     /// Whether this process may write to what stands at the path.
     [[nodiscard]] virtual bool isWritableFile(const QString &path) const = 0;
     /// Throws unless `path` is a folder, or a regular file that can be read and that fits in memory as a whole.

@@ -12,6 +12,10 @@ public:
 
     [[nodiscard]] bool fileExists(const QString &path) const override { return m_next.fileExists(path); }
     [[nodiscard]] bool isDirectory(const QString &path) const override { return m_next.isDirectory(path); }
+    [[nodiscard]] std::optional<FileIdentity> identityOfItem(const QString &path, Links links) const override
+    {
+        return m_next.identityOfItem(path, links);
+    }
     [[nodiscard]] bool isWritableFile(const QString &path) const override { return m_next.isWritableFile(path); }
     void requireProtectable(const QString &path) const override { m_next.requireProtectable(path); }
     [[nodiscard]] QStringList contentsOfDirectory(const QString &path) const override

@@ -29,8 +29,8 @@ QString protectionTitle(const QStringList &paths)
 BulkActions::BulkActions(const DashboardContext &context, FilePanels &panels, QObject *parent)
     : QObject(parent),
       m_context(context),
-      m_picker(panels, [&manager = context.quillhavenManager](const QString &path) {
-          return manager.canProtectItem(path).canProtect;
+      m_picker(panels, [&manager = context.quillhavenManager](const QStringList &paths) {
+          return manager.protectablePaths(paths);
       })
 {
     m_picker.onFilesSelected = [this](const QStringList &paths) { performBulkProtect(paths); };

@@ -263,11 +263,11 @@ void DashboardViewModel::onDrop(const QList<QUrl> &urls)
         handleFileSelection(paths.constFirst());
         return;
     }
-    paths.removeIf([this](const QString &path) { return !m_quillhavenManager.canProtectItem(path).canProtect; });
-    if (paths.isEmpty()) {
+    const QStringList protectable = m_quillhavenManager.protectablePaths(paths);
+    if (protectable.isEmpty()) {
         m_errors.showError(QStringLiteral("None of the selected items can be protected"));
     } else {
-        m_bulk.performBulkProtect(paths);
+        m_bulk.performBulkProtect(protectable);
     }
 }
 

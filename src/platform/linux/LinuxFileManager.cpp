@@ -160,6 +160,24 @@ bool LinuxFileManager::isDirectory(const QString &path) const
     return status.has_value() && S_ISDIR(status->st_mode);
 }
 
+std::optional<FileIdentity> LinuxFileManager::identityOfItem(const QString &path, Links links) const
+{
+    QByteArray name;
+    try {
+        name = callName(path, Action::Read);
+    } catch (const FileError &) {
+        return std::nullopt; // dropped: no file can have such a name
+    }
+    struct stat status{};
+    const int flags = links == Links::Keep ? AT_SYMLINK_NOFOLLOW : 0;
+    if (fstatat(AT_FDCWD, name.constData(), &status, flags) != 0) {
+        return std::nullopt;
+    }
+    return FileIdentity{.device = status.st_dev,
+                        .inode = status.st_ino,
+                        .hasOtherNames = !S_ISDIR(status.st_mode) && status.st_nlink > 1};
+}
+
 bool LinuxFileManager::isWritableFile(const QString &path) const
 {
     const QByteArray name = QFile::encodeName(path);

@@ -11,6 +11,7 @@ class LinuxFileManager : public FileManager
 public:
     [[nodiscard]] bool fileExists(const QString &path) const override;
     [[nodiscard]] bool isDirectory(const QString &path) const override;
+    [[nodiscard]] std::optional<FileIdentity> identityOfItem(const QString &path, Links links) const override;
     [[nodiscard]] bool isWritableFile(const QString &path) const override;
     void requireProtectable(const QString &path) const override;
     [[nodiscard]] QStringList contentsOfDirectory(const QString &path) const override;

@@ -10,8 +10,8 @@
 
 namespace quillhaven {
 
-BulkFilePickerView::BulkFilePickerView(FilePanels &panels, CanProtectItem canProtectItem, QObject *parent)
-    : QObject(parent), m_panels(panels), m_canProtectItem(std::move(canProtectItem))
+BulkFilePickerView::BulkFilePickerView(FilePanels &panels, ProtectablePaths protectablePaths, QObject *parent)
+    : QObject(parent), m_panels(panels), m_protectablePaths(std::move(protectablePaths))
 {
 }
 
@@ -79,8 +79,8 @@ QCoro::Task<> BulkFilePickerView::runFilePicker()
 void BulkFilePickerView::handleFileSelection(const QStringList &paths)
 {
     QStringList gathered = m_selectedURLs;
-    for (const QString &path : paths) {
-        if (!gathered.contains(path) && m_canProtectItem(path)) {
+    for (const QString &path : m_protectablePaths(gathered + paths)) {
+        if (!gathered.contains(path)) {
             gathered.append(path);
         }
     }

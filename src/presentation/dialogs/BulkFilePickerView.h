@@ -23,9 +23,10 @@ class BulkFilePickerView : public QObject
     Q_PROPERTY(bool canProtect READ canProtect NOTIFY entriesChanged)
 
 public:
-    using CanProtectItem = std::function<bool(const QString &path)>;
+    /// Those of the paths that can be protected, in their order, each file once.
+    using ProtectablePaths = std::function<QStringList(const QStringList &paths)>;
 
-    BulkFilePickerView(FilePanels &panels, CanProtectItem canProtectItem, QObject *parent = nullptr);
+    BulkFilePickerView(FilePanels &panels, ProtectablePaths protectablePaths, QObject *parent = nullptr);
 
     [[nodiscard]] bool isPresented() const { return m_isPresented; }
     /// The open panel is up.
@@ -61,7 +62,7 @@ private:
     void setSelectedURLs(const QStringList &paths);
 
     FilePanels &m_panels;
-    CanProtectItem m_canProtectItem;
+    ProtectablePaths m_protectablePaths;
     bool m_isPresented = false;
     bool m_showingFilePicker = false;
     QStringList m_selectedURLs;

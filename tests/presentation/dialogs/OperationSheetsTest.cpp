@@ -174,7 +174,10 @@ protected:
     FakeFilePanels panels;
     QStringList refused;
     std::optional<QStringList> handedOver;
-    BulkFilePickerView picker{panels, [this](const QString &path) { return !refused.contains(path); }};
+    BulkFilePickerView picker{panels, [this](QStringList paths) {
+                                  paths.removeIf([this](const QString &path) { return refused.contains(path); });
+                                  return paths;
+                              }};
 };
 
 } // namespace

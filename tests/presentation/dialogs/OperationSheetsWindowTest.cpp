@@ -193,7 +193,7 @@ TEST(BulkProgressWindow, ShowsItsStateAndCloses)
 TEST(BulkFilePickerWindow, GathersAndProtectsByKeys)
 {
     FakeFilePanels panels;
-    BulkFilePickerView picker(panels, [](const QString &) { return true; });
+    BulkFilePickerView picker(panels, [](const QStringList &paths) { return paths; });
     QStringList handedOver;
     picker.onFilesSelected = [&](const QStringList &paths) { handedOver = paths; };
     DialogScene scene(QStringLiteral("BulkFilePickerView { picker: scene.picker }"),
@@ -290,7 +290,7 @@ TEST(OperationPictures, ShredProgress)
 TEST(OperationPictures, BulkFilePicker)
 {
     FakeFilePanels panels;
-    BulkFilePickerView picker(panels, [](const QString &) { return true; });
+    BulkFilePickerView picker(panels, [](const QStringList &paths) { return paths; });
     DialogScene scene(QStringLiteral("BulkFilePickerView { picker: scene.picker }"),
                       {{QStringLiteral("picker"), QVariant::fromValue(&picker)}});
     picker.show();

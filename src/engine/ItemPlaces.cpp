@@ -1,0 +1,71 @@
+#include "engine/ItemPlaces.h"
+
+#include "platform/Paths.h"
+
+#include <algorithm>
+
+namespace quillhaven {
+
+bool isPlaceOfAnItem(const FileManager &files, const QList<ProtectedItem> &items, const QString &path)
+{
+    const std::optional<FileIdentity> itself = files.identityOfItem(path, Links::Keep);
+    const std::optional<FileIdentity> target = files.identityOfItem(path, Links::Follow);
+    return std::ranges::any_of(items, [&](const ProtectedItem &item) {
+        const std::optional<FileIdentity> known = files.identityOfItem(item.originalPath, Links::Keep);
+        return known && (known == itself || known == target);
+    });
+}
+
+QStringList distinctPlaces(const FileManager &files, const QStringList &paths)
+{
+    PlacesInProtection places;
+    std::vector<std::unique_ptr<PlacesInProtection::Claim>> claims;
+    QStringList distinct;
+    for (const QString &path : paths) {
+        if (auto claim = places.claim(files, path)) {
+            claims.push_back(std::move(claim));
+            distinct.append(path);
+        }
+    }
+    return distinct;
+}
+
+bool PlacesInProtection::Place::isSameAs(const Place &other) const
+{
+    return (item && item == other.item && !item->hasOtherNames) || (folder && folder == other.folder && name == other.name);
+}
+
+PlacesInProtection::Place PlacesInProtection::placeOf(const FileManager &files, const QString &path)
+{
+    return {.item = files.identityOfItem(path, Links::Follow),
+            .folder = files.identityOfItem(parentDirectory(path), Links::Follow),
+            .name = lastPathComponent(path)};
+}
+
+bool PlacesInProtection::holds(const Place &place) const
+{
+    return std::ranges::any_of(m_places, [&place](const Place *known) { return known->isSameAs(place); });
+}
+
+std::unique_ptr<PlacesInProtection::Claim> PlacesInProtection::claim(const FileManager &files, const QString &path)
+{
+    Place place = placeOf(files, path);
+    return holds(place) ? nullptr : std::make_unique<Claim>(*this, std::move(place));
+}
+
+bool PlacesInProtection::isClaimed(const FileManager &files, const QString &path) const
+{
+    return holds(placeOf(files, path));
+}
+
+PlacesInProtection::Claim::Claim(PlacesInProtection &places, Place place) : m_places(places), m_place(std::move(place))
+{
+    m_places.m_places.push_back(&m_place);
+}
+
+PlacesInProtection::Claim::~Claim()
+{
+    std::erase(m_places.m_places, &m_place);
+}
+
+} // namespace quillhaven

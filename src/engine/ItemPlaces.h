@@ -1,0 +1,62 @@
+#pragma once
+
+#include "catalogue/ProtectedItem.h"
+#include "platform/FileManager.h"
+
+#include <QStringList>
+
+#include <memory>
+#include <optional>
+#include <vector>
+
+namespace quillhaven {
+
+/// Whether the file or folder at `path` is what a record's original place holds, whatever the two paths are called: a
+/// link, a linked folder above, a bind mount or another case of the letters leads to the same file.
+[[nodiscard]] bool isPlaceOfAnItem(const FileManager &files, const QList<ProtectedItem> &items, const QString &path);
+
+/// The paths in their order, without those that lead to the place of an earlier one.
+[[nodiscard]] QStringList distinctPlaces(const FileManager &files, const QStringList &paths);
+
+/// The places that are being protected and have no record yet. Main thread only.
+class PlacesInProtection
+{
+public:
+    class Claim;
+
+    /// Reserves the place for as long as the claim lives, which this object must outlive; nullptr when it is reserved
+    /// already, under this or another path.
+    [[nodiscard]] std::unique_ptr<Claim> claim(const FileManager &files, const QString &path);
+    [[nodiscard]] bool isClaimed(const FileManager &files, const QString &path) const;
+
+private:
+    /// An item is recognised by itself until it moves, and by its folder and name from then on. Hard links of one file
+    /// are items of their own.
+    struct Place
+    {
+        std::optional<FileIdentity> item;
+        std::optional<FileIdentity> folder;
+        QString name;
+
+        [[nodiscard]] bool isSameAs(const Place &other) const;
+    };
+    [[nodiscard]] static Place placeOf(const FileManager &files, const QString &path);
+    [[nodiscard]] bool holds(const Place &place) const;
+
+    std::vector<const Place *> m_places;
+};
+
+class PlacesInProtection::Claim
+{
+public:
+    Claim(PlacesInProtection &places, Place place);
+    ~Claim();
+    Claim(const Claim &) = delete;
+    Claim &operator=(const Claim &) = delete;
+
+private:
+    PlacesInProtection &m_places;
+    Place m_place;
+};
+
+} // namespace quillhaven

@@ -1,0 +1,204 @@
+// A file has one record at most, whatever path leads to it, and a placeholder of ours has none: two records of one place
+// would destroy the data when both are given back.
+
+#include "engine/ItemPlaces.h"
+#include "engine/PlaceholderFile.h"
+#include "support/EngineHarness.h"
+
+#include <QDir>
+#include <QFile>
+
+#include <unistd.h>
+
+using namespace quillhaven;
+using namespace quillhaven::testing;
+
+namespace {
+
+const QString alreadyProtected = QStringLiteral("Item is already protected");
+
+class OneRecordForEachFile : public ::testing::Test
+{
+protected:
+    QString link(const QString &name, const QString &target)
+    {
+        const QString made = services.home.path(name);
+        EXPECT_TRUE(QFile::link(target, made));
+        return made;
+    }
+    QStringList storedNames() const
+    {
+        return QDir(services.home.path(QStringLiteral(".local/share/quillhaven")))
+            .entryList(QDir::AllEntries | QDir::NoDotAndDotDot);
+    }
+    /// The engine's core refuses the path, and neither record nor private copy is made.
+    void expectRefused(EngineHarness &engine, const QString &refused)
+    {
+        const qsizetype count = engine.count();
+        const QStringList stored = storedNames();
+        QString description;
+        EXPECT_EQ(engineErrorOf([&] { engine.protect(refused); }, &description), QuillhavenError::accessDenied);
+        EXPECT_EQ(description, alreadyProtected);
+        EXPECT_EQ(engine.count(), count);
+        EXPECT_EQ(storedNames(), stored);
+    }
+
+    TestPlatform services;
+    QString path = services.home.write(QStringLiteral("work/real/thesis.txt"), "years of work");
+};
+
+} // namespace
+
+TEST_F(OneRecordForEachFile, PathThroughALinkedFolderIsRefused)
+{
+    const QString other = link(QStringLiteral("link"), services.home.path(QStringLiteral("work/real"))) +
+                          QStringLiteral("/thesis.txt");
+    EngineHarness engine(services);
+    engine.protect(path);
+    EXPECT_EQ(engine.manager.canProtectItem(other).errorMessage, alreadyProtected);
+    expectRefused(engine, other);
+    engine.unlock();
+    EXPECT_EQ(engine.manager.canProtectItem(other).errorMessage, alreadyProtected);
+    expectRefused(engine, other);
+    engine.remove();
+    EXPECT_EQ(TemporaryHome::read(path), "years of work");
+}
+
+TEST_F(OneRecordForEachFile, LinkToAnUnlockedItemIsRefused)
+{
+    const QString other = link(QStringLiteral("latest.txt"), path);
+    EngineHarness engine(services);
+    engine.protect(path);
+    engine.unlock();
+    EXPECT_EQ(engine.manager.canProtectItem(other).errorMessage, alreadyProtected);
+    expectRefused(engine, other);
+}
+
+TEST_F(OneRecordForEachFile, TargetOfAProtectedLinkHasARecordOfItsOwn)
+{
+    const QString other = link(QStringLiteral("latest.txt"), path);
+    EngineHarness engine(services);
+    engine.protect(other);
+    engine.unlock();
+    EXPECT_TRUE(engine.manager.canProtectItem(path).canProtect);
+    engine.protect(path);
+    EXPECT_EQ(engine.count(), 2);
+}
+
+TEST_F(OneRecordForEachFile, AnotherSpellingOfThePathIsRefused)
+{
+    EngineHarness engine(services);
+    engine.protect(path);
+    engine.unlock();
+    expectRefused(engine, services.home.path(QStringLiteral("work/real/../real/thesis.txt")));
+}
+
+TEST_F(OneRecordForEachFile, FolderThroughALinkIsRefused)
+{
+    EngineHarness engine(services);
+    engine.protect(services.home.path(QStringLiteral("work/real")));
+    engine.unlock();
+    expectRefused(engine, link(QStringLiteral("link"), services.home.path(QStringLiteral("work"))) +
+                              QStringLiteral("/real"));
+}
+
+TEST_F(OneRecordForEachFile, PlaceholderIsRefusedWithARecordAndWithout)
+{
+    const QString lost = services.home.write(QStringLiteral("lost.txt"), placeholderText.toUtf8());
+    EngineHarness engine(services);
+    EXPECT_EQ(engine.manager.canProtectItem(lost).errorMessage, alreadyProtected);
+    expectRefused(engine, lost);
+    engine.protect(path);
+    expectRefused(engine, path);
+    EXPECT_EQ(TemporaryHome::read(path), placeholderText.toUtf8());
+}
+
+TEST_F(OneRecordForEachFile, FileThatOnlyBeginsLikeAPlaceholderIsProtected)
+{
+    EngineHarness engine(services);
+    engine.protect(services.home.write(QStringLiteral("longer.txt"), placeholderText.toUtf8() + "\n"));
+    engine.protect(services.home.write(QStringLiteral("empty.txt"), {}));
+    EXPECT_EQ(engine.count(), 2);
+}
+
+TEST_F(OneRecordForEachFile, WhatWasSavedOverAPlaceholderIsRefused)
+{
+    EngineHarness engine(services);
+    engine.protect(path);
+    services.home.write(QStringLiteral("work/real/thesis.txt"), "three new hours");
+    expectRefused(engine, path);
+    EXPECT_EQ(TemporaryHome::read(path), "three new hours");
+}
+
+TEST_F(OneRecordForEachFile, SecondTryWhileTheFirstWaitsForItsCredentialIsRefused)
+{
+    EngineHarness engine(services);
+    RunningTask first(engine.manager.protectItem(path, QStringLiteral("Abcdefg1"), false));
+    spinUntil([this] { return TemporaryHome::read(path) == placeholderText.toUtf8(); });
+    EXPECT_EQ(engine.manager.canProtectItem(path).errorMessage, alreadyProtected);
+    expectRefused(engine, path);
+    first.wait();
+    EXPECT_EQ(engine.count(), 1);
+}
+
+TEST_F(OneRecordForEachFile, TwoRunsAtOnceMakeOneRecord)
+{
+    const QString other = link(QStringLiteral("link"), services.home.path(QStringLiteral("work/real"))) +
+                          QStringLiteral("/thesis.txt");
+    EngineHarness engine(services);
+    RunningTask first(engine.manager.protectItem(path, QStringLiteral("Abcdefg1"), false));
+    RunningTask second(engine.manager.protectItem(other, QStringLiteral("Abcdefg1"), false));
+    int failures = 0;
+    for (RunningTask<void> *run : {&first, &second}) {
+        try {
+            run->wait();
+        } catch (const QuillhavenError &error) {
+            ++failures;
+            EXPECT_EQ(error.errorDescription(), alreadyProtected);
+        }
+    }
+    EXPECT_EQ(failures, 1);
+    ASSERT_EQ(engine.count(), 1);
+    engine.unlock();
+    EXPECT_EQ(TemporaryHome::read(path), "years of work");
+}
+
+TEST_F(OneRecordForEachFile, BulkListDropsWhatItNamesTwice)
+{
+    const QString other = link(QStringLiteral("link"), services.home.path(QStringLiteral("work/real"))) +
+                          QStringLiteral("/thesis.txt");
+    EngineHarness engine(services);
+    EXPECT_EQ(engine.manager.protectablePaths({path, other, path}), QStringList{path});
+    runTask(engine.manager.bulkProtectItems({path, other, path}, QStringLiteral("Abcdefg1"), false,
+                                            [](const QString &, double) {}));
+    ASSERT_EQ(engine.count(), 1);
+    runTask(engine.manager.bulkUnlockItems(engine.manager.protectedItems(), [](const QString &, double) {}));
+    EXPECT_EQ(TemporaryHome::read(path), "years of work");
+}
+
+TEST_F(OneRecordForEachFile, HardLinksOfOneFileAreItemsOfTheirOwn)
+{
+    const QString other = services.home.path(QStringLiteral("other.txt"));
+    ASSERT_EQ(::link(path.toUtf8().constData(), other.toUtf8().constData()), 0);
+    EngineHarness engine(services);
+    EXPECT_EQ(engine.manager.protectablePaths({path, other}), (QStringList{path, other}));
+    engine.protect(path);
+    engine.protect(other);
+    engine.remove();
+    engine.remove();
+    EXPECT_EQ(TemporaryHome::read(path), "years of work");
+    EXPECT_EQ(TemporaryHome::read(other), "years of work");
+}
+
+TEST_F(OneRecordForEachFile, PlaceIsFreeAgainWhenItsRunHasFailed)
+{
+    PlacesInProtection places;
+    const FileManager &files = services.platform().fileManager;
+    {
+        const auto claim = places.claim(files, path);
+        EXPECT_TRUE(places.isClaimed(files, path));
+        EXPECT_EQ(places.claim(files, path), nullptr);
+    }
+    EXPECT_FALSE(places.isClaimed(files, path));
+    EXPECT_NE(places.claim(files, path), nullptr);
+}
