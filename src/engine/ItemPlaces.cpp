@@ -32,7 +32,8 @@ QStringList distinctPlaces(const FileManager &files, const QStringList &paths)
 
 bool PlacesInProtection::Place::isSameAs(const Place &other) const
 {
-    return (item && item == other.item && !item->hasOtherNames) || (folder && folder == other.folder && name == other.name);
+    return (item && item == other.item && !item->hasOtherNames) ||
+           (folder && folder == other.folder && name == other.name);
 }
 
 PlacesInProtection::Place PlacesInProtection::placeOf(const FileManager &files, const QString &path)

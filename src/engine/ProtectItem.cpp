@@ -195,8 +195,8 @@ QCoro::Task<> QuillhavenManager::protectItemWithAccessibleURL(QString path, QStr
     if (!claim) {
         throw QuillhavenError(QuillhavenError::accessDenied, alreadyProtectedText);
     }
-    ProtectionWork work{
-        files, m_platform.random, m_platform.directories, secureStorageDirectory(), path, password, m_protectedItems};
+    ProtectionWork work{files, m_platform.random, m_platform.directories, secureStorageDirectory(),
+                        path,  password,          m_protectedItems};
     auto move = [work = std::move(work), useTouchID] { return moveIntoProtection(work, useTouchID); };
     const ProtectedItem item = co_await offMainThread(std::move(move));
 

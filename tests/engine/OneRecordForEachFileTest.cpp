@@ -1,5 +1,5 @@
-// A file has one record at most, whatever path leads to it, and a placeholder of ours has none: two records of one place
-// would destroy the data when both are given back.
+// A file has one record at most, whatever path leads to it, and a placeholder of ours has none: two records of one
+// place would destroy the data when both are given back.
 
 #include "engine/ItemPlaces.h"
 #include "engine/PlaceholderFile.h"
@@ -51,8 +51,8 @@ protected:
 
 TEST_F(OneRecordForEachFile, PathThroughALinkedFolderIsRefused)
 {
-    const QString other = link(QStringLiteral("link"), services.home.path(QStringLiteral("work/real"))) +
-                          QStringLiteral("/thesis.txt");
+    const QString other =
+        link(QStringLiteral("link"), services.home.path(QStringLiteral("work/real"))) + QStringLiteral("/thesis.txt");
     EngineHarness engine(services);
     engine.protect(path);
     EXPECT_EQ(engine.manager.canProtectItem(other).errorMessage, alreadyProtected);
@@ -98,8 +98,8 @@ TEST_F(OneRecordForEachFile, FolderThroughALinkIsRefused)
     EngineHarness engine(services);
     engine.protect(services.home.path(QStringLiteral("work/real")));
     engine.unlock();
-    expectRefused(engine, link(QStringLiteral("link"), services.home.path(QStringLiteral("work"))) +
-                              QStringLiteral("/real"));
+    expectRefused(engine,
+                  link(QStringLiteral("link"), services.home.path(QStringLiteral("work"))) + QStringLiteral("/real"));
 }
 
 TEST_F(OneRecordForEachFile, PlaceholderIsRefusedWithARecordAndWithout)
@@ -143,8 +143,8 @@ TEST_F(OneRecordForEachFile, SecondTryWhileTheFirstWaitsForItsCredentialIsRefuse
 
 TEST_F(OneRecordForEachFile, TwoRunsAtOnceMakeOneRecord)
 {
-    const QString other = link(QStringLiteral("link"), services.home.path(QStringLiteral("work/real"))) +
-                          QStringLiteral("/thesis.txt");
+    const QString other =
+        link(QStringLiteral("link"), services.home.path(QStringLiteral("work/real"))) + QStringLiteral("/thesis.txt");
     EngineHarness engine(services);
     RunningTask first(engine.manager.protectItem(path, QStringLiteral("Abcdefg1"), false));
     RunningTask second(engine.manager.protectItem(other, QStringLiteral("Abcdefg1"), false));
@@ -165,8 +165,8 @@ TEST_F(OneRecordForEachFile, TwoRunsAtOnceMakeOneRecord)
 
 TEST_F(OneRecordForEachFile, BulkListDropsWhatItNamesTwice)
 {
-    const QString other = link(QStringLiteral("link"), services.home.path(QStringLiteral("work/real"))) +
-                          QStringLiteral("/thesis.txt");
+    const QString other =
+        link(QStringLiteral("link"), services.home.path(QStringLiteral("work/real"))) + QStringLiteral("/thesis.txt");
     EngineHarness engine(services);
     EXPECT_EQ(engine.manager.protectablePaths({path, other, path}), QStringList{path});
     runTask(engine.manager.bulkProtectItems({path, other, path}, QStringLiteral("Abcdefg1"), false,
