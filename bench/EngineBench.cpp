@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 // One operation of the engine over real files in a folder, with the user's answers given at once. Prints one line:
 // the seconds of the operation alone, the peak of resident memory in KiB and the seconds of processor time.
 //
@@ -10,11 +12,11 @@
 // engine_bench HOME bulk COUNT         unlocks and locks so many items in two bulk runs; prints two lines
 
 #include "catalogue/CatalogueJson.h"
-#include "catalogue/DefaultsKeys.h"
 #include "credentials/KeychainManager.h"
-#include "platform/linux/CloudFolders.h"
-#include "platform/printLogger.h"
+#include "platform/linux/files/CloudFolders.h"
+#include "settings/DefaultsKeys.h"
 #include "support/EngineHarness.h"
+#include "support/printLogger.h"
 
 #include <QDir>
 #include <QElapsedTimer>

@@ -1,4 +1,5 @@
 #!/usr/bin/python3
+# SPDX-License-Identifier: GPL-3.0-or-later
 """Runs the benchmarks side by side in one run and prints ratios.
 
 bench/run.py [--gib 1] [--rounds 5] [protect] [move] [catalogue] [backup] [recover] [shred] [bulk] [start]

@@ -1,4 +1,5 @@
 #!/usr/bin/python3
+# SPDX-License-Identifier: GPL-3.0-or-later
 """Start of the program to its first window on the screen, and resident memory then, beside keepassxc.
 
 bench/start.py PROGRAM WORK ROUNDS: run under a virtual display and a session bus of its own (bench/run.py does that).

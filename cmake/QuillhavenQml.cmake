@@ -1,3 +1,5 @@
+# SPDX-License-Identifier: GPL-3.0-or-later
+
 # quillhaven_qml_library(NAME URI uri SOURCES... QML_FILES... [LINKS targets...])
 #
 # A static library quillhaven_NAME that is a QML module. A program or test needs nothing but to link it (or a library

@@ -1,3 +1,5 @@
+# SPDX-License-Identifier: GPL-3.0-or-later
+
 # quillhaven_test(NAME LABEL label SOURCES... [LINKS targets...] [RUNNER command...] [TIMEOUT seconds])
 #
 # One GoogleTest program, registered as one CTest test. Labels: unit, component (a real service on a private bus),

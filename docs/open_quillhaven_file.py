@@ -1,4 +1,5 @@
 #!/usr/bin/python3
+# SPDX-License-Identifier: GPL-3.0-or-later
 """Opens a container or a recovery backup of Quillhaven with its password, without Quillhaven.
 
     open_quillhaven_file.py letter.txt.secured letter.txt

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 // Another program may have written the catalogue. What is read from it must make the way there and back.
 
 #include "FuzzInput.h"

@@ -1,9 +1,11 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 // A backup from a synced folder may hold any bytes. The seeds are sealed under the password below.
 
 #include "FuzzInput.h"
 #include "formats/RecoveryBackup.h"
-#include "platform/FileManagerDecorator.h"
-#include "platform/linux/LinuxFileManager.h"
+#include "platform/linux/files/LinuxFileManager.h"
+#include "support/FileManagerDecorator.h"
 
 using namespace quillhaven;
 

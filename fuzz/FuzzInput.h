@@ -1,7 +1,9 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 #pragma once
 
 #include "platform/FileBuffer.h"
-#include "platform/printLogger.h"
+#include "support/printLogger.h"
 
 #include <QByteArray>
 

@@ -1,7 +1,9 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 // The metadata of a backup stands in clear: whatever it says, it may name nothing but a file in the chosen folder.
 
 #include "FuzzInput.h"
-#include "engine/RecoveryName.h"
+#include "backup/RecoveryName.h"
 
 using namespace quillhaven;
 

@@ -1,8 +1,10 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 // Another process may have written the settings. The first byte decides what the rest is: the type and value of a row
 // in a whole database, or the database file itself.
 
 #include "FuzzInput.h"
-#include "platform/linux/SqliteUserDefaults.h"
+#include "platform/linux/settings/SqliteUserDefaults.h"
 
 #include <QCoreApplication>
 #include <QDir>

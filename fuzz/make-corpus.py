@@ -1,4 +1,5 @@
 #!/usr/bin/python3
+# SPDX-License-Identifier: GPL-3.0-or-later
 """Writes the seeds of the fuzzers anew: one small valid input of each kind, and the broken ones at each edge."""
 import json
 import os

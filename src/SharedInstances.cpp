@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 // Every `shared()` is defined here and only the program links this file, so that a library or a test that reaches for
 // a global does not link.
 

@@ -1,7 +1,9 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 #pragma once
 
-#include "platform/Answer.h"
-#include "platform/WorkInFlight.h"
+#include "async/Answer.h"
+#include "async/WorkInFlight.h"
 
 #include <QCoroTask>
 

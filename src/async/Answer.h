@@ -1,13 +1,15 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 #pragma once
+
+#include <QCoreApplication>
+#include <QMetaObject>
 
 #include <coroutine>
 #include <exception>
 #include <memory>
 #include <optional>
 #include <utility>
-
-#include <QCoreApplication>
-#include <QMetaObject>
 
 namespace quillhaven {
 

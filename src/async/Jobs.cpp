@@ -1,7 +1,9 @@
-#include "platform/Jobs.h"
+// SPDX-License-Identifier: GPL-3.0-or-later
 
-#include "platform/LocalizedError.h"
-#include "platform/printLogger.h"
+#include "async/Jobs.h"
+
+#include "support/LocalizedError.h"
+#include "support/printLogger.h"
 
 #include <QCoreApplication>
 #include <QMetaObject>

@@ -1,4 +1,6 @@
-#include "platform/WorkInFlight.h"
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+#include "async/WorkInFlight.h"
 
 #include <QCoreApplication>
 #include <QMetaObject>

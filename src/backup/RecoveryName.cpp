@@ -1,7 +1,9 @@
-#include "engine/RecoveryName.h"
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+#include "backup/RecoveryName.h"
 
 #include "formats/RecoveryBackup.h"
-#include "platform/printLogger.h"
+#include "support/printLogger.h"
 
 #include <QStringList>
 

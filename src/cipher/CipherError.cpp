@@ -1,4 +1,6 @@
-#include "formats/CipherError.h"
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+#include "cipher/CipherError.h"
 
 namespace quillhaven {
 

@@ -1,6 +1,8 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 #pragma once
 
-#include "platform/LocalizedError.h"
+#include "support/LocalizedError.h"
 
 namespace quillhaven {
 

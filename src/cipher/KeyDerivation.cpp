@@ -1,6 +1,8 @@
-#include "formats/KeyDerivation.h"
+// SPDX-License-Identifier: GPL-3.0-or-later
 
-#include "formats/CipherError.h"
+#include "cipher/KeyDerivation.h"
+
+#include "cipher/CipherError.h"
 
 #include <QByteArray>
 

@@ -1,6 +1,8 @@
-#include "formats/SealedBox.h"
+// SPDX-License-Identifier: GPL-3.0-or-later
 
-#include "formats/CipherError.h"
+#include "cipher/SealedBox.h"
+
+#include "cipher/CipherError.h"
 
 #include <openssl/evp.h>
 

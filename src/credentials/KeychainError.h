@@ -1,7 +1,9 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 #pragma once
 
 #include "platform/CredentialStore.h"
-#include "platform/LocalizedError.h"
+#include "support/LocalizedError.h"
 
 namespace quillhaven {
 

@@ -1,7 +1,9 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 #include "credentials/KeychainManager.h"
 
 #include "credentials/KeychainError.h"
-#include "platform/printLogger.h"
+#include "support/printLogger.h"
 
 #include <QStringDecoder>
 

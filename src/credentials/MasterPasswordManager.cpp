@@ -1,11 +1,13 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 #include "credentials/MasterPasswordManager.h"
 
+#include "async/Answer.h"
+#include "async/Jobs.h"
+#include "async/OffMainThread.h"
 #include "credentials/MasterPasswordDialogManager.h"
 #include "credentials/MasterPasswordError.h"
 #include "credentials/PasswordStrength.h"
-#include "platform/Answer.h"
-#include "platform/Jobs.h"
-#include "platform/OffMainThread.h"
 #include "platform/Platform.h"
 
 namespace quillhaven {

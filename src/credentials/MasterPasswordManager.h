@@ -1,7 +1,9 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 #pragma once
 
+#include "async/Answer.h"
 #include "credentials/KeychainManager.h"
-#include "platform/Answer.h"
 #include "platform/Clock.h"
 
 #include <QCoroTask>

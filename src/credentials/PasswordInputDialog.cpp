@@ -1,9 +1,11 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 #include "credentials/PasswordInputDialog.h"
 
-#include "catalogue/DefaultsKeys.h"
 #include "credentials/PasswordStrength.h"
 #include "platform/UserDefaults.h"
-#include "platform/printLogger.h"
+#include "settings/DefaultsKeys.h"
+#include "support/printLogger.h"
 
 namespace quillhaven {
 

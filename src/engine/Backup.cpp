@@ -1,15 +1,17 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 // Recovery backups go to a folder that a tool of the user's keeps in step with other machines. They are made of the
 // private copy, so of locked items only, and none is ever removed here.
 
+#include "async/OffMainThread.h"
 #include "catalogue/QuillhavenError.h"
 #include "engine/CloudBackups.h"
 #include "engine/QuillhavenManager.h"
 #include "formats/RecoveryBackup.h"
 #include "platform/CloudStorage.h"
 #include "platform/FileManager.h"
-#include "platform/OffMainThread.h"
-#include "platform/Paths.h"
-#include "platform/printLogger.h"
+#include "support/Paths.h"
+#include "support/printLogger.h"
 
 namespace quillhaven {
 

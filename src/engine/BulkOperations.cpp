@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 // Every bulk operation passes the guard once, walks its list in order, one item at a time, and reports all failures in
 // one error at the end. An item that fails never stops the run.
 
@@ -5,7 +7,7 @@
 #include "credentials/MasterPasswordManager.h"
 #include "engine/QuillhavenManager.h"
 #include "platform/FilePanels.h"
-#include "platform/Paths.h"
+#include "support/Paths.h"
 
 #include <QSet>
 

@@ -1,11 +1,13 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 // The catalogue's load, save and clean-up. A record that is removed here leaves its files and credentials as they are.
 
 #include "catalogue/CatalogueJson.h"
-#include "catalogue/DefaultsKeys.h"
 #include "engine/QuillhavenManager.h"
 #include "platform/FileManager.h"
 #include "platform/UserDefaults.h"
-#include "platform/printLogger.h"
+#include "settings/DefaultsKeys.h"
+#include "support/printLogger.h"
 
 #include <QSet>
 

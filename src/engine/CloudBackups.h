@@ -1,6 +1,8 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 #pragma once
 
-#include "platform/Paths.h"
+#include "support/Paths.h"
 
 /// Where recovery backups stand: `<container>/Documents/QuillhavenBackups/<id>.backup`.
 namespace quillhaven::cloud_backups {

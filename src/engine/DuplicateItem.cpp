@@ -1,16 +1,18 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 // A duplicate is made of the private copy, so only of a locked item: the copy is put beside the original place under a
 // free name, protected there, and its placeholder removed. What stands after a stop:
 //
 // - after the copy: plain data beside the original place, and no record of it;
 // - after the protection: a protected item whose placeholder still stands.
 
+#include "async/OffMainThread.h"
 #include "catalogue/QuillhavenError.h"
 #include "credentials/MasterPasswordManager.h"
 #include "engine/QuillhavenManager.h"
 #include "platform/FileManager.h"
-#include "platform/OffMainThread.h"
-#include "platform/Paths.h"
-#include "platform/printLogger.h"
+#include "support/Paths.h"
+#include "support/printLogger.h"
 
 #include <QRegularExpression>
 

@@ -1,8 +1,10 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 #include "catalogue/QuillhavenError.h"
 #include "engine/QuillhavenManager.h"
 #include "platform/FileManager.h"
 #include "platform/FilePanels.h"
-#include "platform/Paths.h"
+#include "support/Paths.h"
 
 namespace quillhaven {
 

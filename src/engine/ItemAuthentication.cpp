@@ -1,12 +1,14 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 // The check of an item's own secret before it is unlocked. There is one attempt for each call, and no way round a
 // finger by a password: an item has the one or the other.
 
+#include "async/Answer.h"
+#include "async/OffMainThread.h"
 #include "catalogue/QuillhavenError.h"
 #include "credentials/PasswordInputDialogManager.h"
 #include "engine/QuillhavenManager.h"
-#include "platform/Answer.h"
 #include "platform/BiometricAuthenticator.h"
-#include "platform/OffMainThread.h"
 
 namespace quillhaven {
 

@@ -1,6 +1,8 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 #include "engine/ItemPlaces.h"
 
-#include "platform/Paths.h"
+#include "support/Paths.h"
 
 #include <algorithm>
 

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 // Locking moves an unlocked item's data back into private storage:
 //
 // 1. the data at the target, if any, is removed, and the original moves there;
@@ -9,15 +11,15 @@
 // the placeholder as well, which the next lock does not take for the original. A missing original is locked all the
 // same, without any data.
 
+#include "async/OffMainThread.h"
 #include "catalogue/QuillhavenError.h"
 #include "credentials/MasterPasswordManager.h"
 #include "engine/PlaceholderFile.h"
 #include "engine/QuillhavenManager.h"
 #include "platform/Clock.h"
 #include "platform/FileManager.h"
-#include "platform/OffMainThread.h"
-#include "platform/Paths.h"
-#include "platform/printLogger.h"
+#include "support/Paths.h"
+#include "support/printLogger.h"
 
 namespace quillhaven {
 

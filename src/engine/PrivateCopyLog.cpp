@@ -1,8 +1,10 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 #include "engine/PrivateCopyLog.h"
 
 #include "platform/FileManager.h"
-#include "platform/Paths.h"
-#include "platform/printLogger.h"
+#include "support/Paths.h"
+#include "support/printLogger.h"
 
 namespace quillhaven {
 

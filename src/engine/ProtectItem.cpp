@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 // Protecting moves an item into private storage and records it. Nothing is undone on a failure; what stands after each
 // step, also when the process dies there:
 //
@@ -11,6 +13,7 @@
 //
 // Until the save, the data is known only by its name in private storage: no record points to it.
 
+#include "async/OffMainThread.h"
 #include "catalogue/QuillhavenError.h"
 #include "credentials/MasterPasswordManager.h"
 #include "engine/ItemPlaces.h"
@@ -18,9 +21,8 @@
 #include "engine/QuillhavenManager.h"
 #include "formats/SecuredContainer.h"
 #include "platform/FileManager.h"
-#include "platform/OffMainThread.h"
-#include "platform/Paths.h"
-#include "platform/printLogger.h"
+#include "support/Paths.h"
+#include "support/printLogger.h"
 
 namespace quillhaven {
 

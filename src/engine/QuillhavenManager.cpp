@@ -1,8 +1,10 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 #include "engine/QuillhavenManager.h"
 
-#include "catalogue/DefaultsKeys.h"
 #include "credentials/MasterPasswordManager.h"
 #include "platform/UserDefaults.h"
+#include "settings/DefaultsKeys.h"
 
 namespace quillhaven {
 

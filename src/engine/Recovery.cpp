@@ -1,17 +1,19 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 // Recovery writes every backup of the cloud folder as a plain file into a folder that the user chooses. It works from
 // the backups themselves: the catalogue is only a second source of names. A backup that cannot be opened is copied as
 // it is, under the name that the file would have had. The program does nothing else while it runs.
 
+#include "async/OffMainThread.h"
+#include "backup/RecoveryName.h"
 #include "catalogue/QuillhavenError.h"
 #include "engine/CloudBackups.h"
 #include "engine/QuillhavenManager.h"
-#include "engine/RecoveryName.h"
 #include "formats/RecoveryBackup.h"
 #include "platform/CloudStorage.h"
 #include "platform/FileManager.h"
 #include "platform/FilePanels.h"
-#include "platform/OffMainThread.h"
-#include "platform/printLogger.h"
+#include "support/printLogger.h"
 
 namespace quillhaven {
 

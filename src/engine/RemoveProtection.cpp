@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 // Removing protection gives an item back and forgets it:
 //
 // 1. a locked item's private copy takes the place of the placeholder, which the user has confirmed; an unlocked item
@@ -7,14 +9,14 @@
 //
 // A stop after 1 leaves the data at its place and a record that still says locked.
 
+#include "async/OffMainThread.h"
 #include "catalogue/QuillhavenError.h"
 #include "credentials/MasterPasswordManager.h"
 #include "engine/PlaceholderFile.h"
 #include "engine/PrivateCopyLog.h"
 #include "engine/QuillhavenManager.h"
 #include "platform/FileManager.h"
-#include "platform/OffMainThread.h"
-#include "platform/printLogger.h"
+#include "support/printLogger.h"
 
 namespace quillhaven {
 

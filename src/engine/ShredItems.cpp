@@ -1,13 +1,15 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 // Shredding a protected item destroys what stands at its original place, in private storage and as its container, then
 // forgets its credentials and its record. Each part that is not there is passed over. A stop leaves what has been
 // destroyed destroyed and the item listed; another shred of it finds what is left.
 
+#include "async/AfterPosted.h"
+#include "async/OffMainThread.h"
 #include "catalogue/QuillhavenError.h"
 #include "credentials/MasterPasswordManager.h"
 #include "engine/QuillhavenManager.h"
-#include "platform/AfterPosted.h"
 #include "platform/FileManager.h"
-#include "platform/OffMainThread.h"
 
 namespace quillhaven {
 

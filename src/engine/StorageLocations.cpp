@@ -1,10 +1,12 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 // Where the engine keeps private copies, and the move from the older place in the temporary directory. Runs at every
 // start: once everything has moved it costs two existence checks and one pass over the list.
 
 #include "engine/QuillhavenManager.h"
 #include "platform/FileManager.h"
-#include "platform/Paths.h"
-#include "platform/printLogger.h"
+#include "support/Paths.h"
+#include "support/printLogger.h"
 
 namespace quillhaven {
 

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 // Unlocking puts a locked item back where it stood. The item's secret is a gate in front of a move, no key to the data:
 //
 // 1. the item's own password or the user's finger is checked (a folder has neither);
@@ -8,13 +10,13 @@
 // A stop within 3 leaves the data in private storage and nothing at the place. A stop before 4 leaves the data at the
 // place while the record still says locked.
 
+#include "async/OffMainThread.h"
 #include "catalogue/QuillhavenError.h"
 #include "credentials/MasterPasswordManager.h"
 #include "engine/PrivateCopyLog.h"
 #include "engine/QuillhavenManager.h"
 #include "platform/FileManager.h"
-#include "platform/OffMainThread.h"
-#include "platform/printLogger.h"
+#include "support/printLogger.h"
 
 namespace quillhaven {
 

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 #include "formats/FolderArchive.h"
 
 #include "catalogue/QuillhavenError.h"

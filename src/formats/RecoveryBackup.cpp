@@ -1,9 +1,11 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 #include "formats/RecoveryBackup.h"
 
 #include "catalogue/QuillhavenError.h"
-#include "formats/SealedBox.h"
+#include "cipher/SealedBox.h"
 #include "formats/SecuredContainer.h"
-#include "platform/printLogger.h"
+#include "support/printLogger.h"
 
 #include <QStringDecoder>
 #include <QtEndian>

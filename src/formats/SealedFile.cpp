@@ -1,7 +1,9 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 #include "formats/SealedFile.h"
 
+#include "cipher/SealedBox.h"
 #include "formats/FolderArchive.h"
-#include "formats/SealedBox.h"
 
 #include <algorithm>
 #include <atomic>

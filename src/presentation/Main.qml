@@ -1,5 +1,9 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 import QtQuick
 import QtQuick.Controls.Basic
+import Quillhaven.Controls
+import Quillhaven.Dashboard
 import Quillhaven.Design
 
 ApplicationWindow {

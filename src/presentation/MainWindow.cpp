@@ -1,10 +1,12 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 #include "presentation/MainWindow.h"
 
 #include "credentials/MasterPasswordDialogManager.h"
 #include "credentials/PasswordInputDialog.h"
 #include "credentials/PasswordInputDialogManager.h"
 #include "platform/BiometricAuthenticator.h"
-#include "presentation/DashboardViewModel.h"
+#include "presentation/dashboard/DashboardViewModel.h"
 #include "presentation/dialogs/ConfirmationDialogManager.h"
 #include "presentation/dialogs/ProtectionMethodDialogManager.h"
 #include "presentation/tokens/Design.h"

@@ -1,9 +1,11 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 #include "shell/AppDelegate.h"
 
+#include "async/Jobs.h"
 #include "platform/ApplicationPresence.h"
-#include "platform/Jobs.h"
-#include "platform/printLogger.h"
 #include "shell/LaunchContextManager.h"
+#include "support/printLogger.h"
 
 namespace quillhaven {
 

@@ -1,8 +1,10 @@
-#include "platform/desktop/SingleInstance.h"
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+#include "shell/SingleInstance.h"
 
 #include "platform/FileError.h"
-#include "platform/linux/SessionBus.h"
-#include "platform/printLogger.h"
+#include "platform/linux/session/SessionBus.h"
+#include "support/printLogger.h"
 
 #include <QDBusAbstractAdaptor>
 #include <QDBusConnection>

@@ -1,6 +1,8 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 #pragma once
 
-#include "platform/linux/ScopedFd.h"
+#include "platform/linux/files/ScopedFd.h"
 
 #include <QObject>
 #include <QStringList>

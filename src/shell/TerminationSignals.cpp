@@ -1,4 +1,6 @@
-#include "platform/desktop/TerminationSignals.h"
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+#include "shell/TerminationSignals.h"
 
 #include <csignal>
 

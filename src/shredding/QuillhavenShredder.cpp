@@ -1,8 +1,10 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 #include "shredding/QuillhavenShredder.h"
 
+#include "async/AfterPosted.h"
 #include "catalogue/QuillhavenError.h"
 #include "credentials/MasterPasswordManager.h"
-#include "platform/AfterPosted.h"
 #include "platform/FileManager.h"
 
 namespace quillhaven {

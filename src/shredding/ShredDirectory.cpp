@@ -1,10 +1,12 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 // Every regular file of the folder is listed before the first one is touched, so that what cannot be read fails with
 // the folder whole. A failure at a file leaves those before it destroyed and those behind it whole.
 
+#include "async/OffMainThread.h"
 #include "platform/FileManager.h"
-#include "platform/OffMainThread.h"
-#include "platform/Paths.h"
 #include "shredding/QuillhavenShredder.h"
+#include "support/Paths.h"
 
 namespace quillhaven {
 

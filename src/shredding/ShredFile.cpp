@@ -1,12 +1,14 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 // A file is overwritten with one byte value a pass: 0x00, then 0xFF, then a random one. The size is taken once, so what
 // another program appends meanwhile is not overwritten. A failure leaves the file partly overwritten under its own
 // name, or, when only the removal failed, overwritten under the random one.
 
+#include "async/OffMainThread.h"
 #include "platform/FileManager.h"
-#include "platform/OffMainThread.h"
-#include "platform/Paths.h"
 #include "platform/RandomSource.h"
 #include "shredding/QuillhavenShredder.h"
+#include "support/Paths.h"
 
 #include <algorithm>
 #include <array>

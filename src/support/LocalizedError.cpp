@@ -1,4 +1,6 @@
-#include "platform/LocalizedError.h"
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+#include "support/LocalizedError.h"
 
 namespace quillhaven {
 

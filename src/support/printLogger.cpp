@@ -1,4 +1,6 @@
-#include "platform/printLogger.h"
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+#include "support/printLogger.h"
 
 #include <cstdio>
 

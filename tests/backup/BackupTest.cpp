@@ -1,7 +1,9 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+#include "backup/CloudFolder.h"
+#include "cipher/CipherError.h"
 #include "credentials/KeychainError.h"
-#include "engine/CloudFolder.h"
 #include "engine/PlaceholderFile.h"
-#include "formats/CipherError.h"
 #include "formats/RecoveryBackup.h"
 #include "support/CallHooks.h"
 #include "support/EngineHarness.h"

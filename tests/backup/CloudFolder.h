@@ -1,7 +1,9 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 #pragma once
 
-#include "catalogue/DefaultsKeys.h"
 #include "platform/UserDefaults.h"
+#include "settings/DefaultsKeys.h"
 #include "support/TestPlatform.h"
 
 #include <QDir>

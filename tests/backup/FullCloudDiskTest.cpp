@@ -1,6 +1,8 @@
-#include "engine/CloudFolder.h"
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+#include "backup/CloudFolder.h"
 #include "formats/RecoveryBackup.h"
-#include "platform/FileFixture.h"
+#include "platform/linux/files/FileFixture.h"
 #include "support/EngineHarness.h"
 
 using namespace quillhaven;

@@ -1,6 +1,8 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+#include "backup/CloudFolder.h"
 #include "catalogue/CatalogueJson.h"
 #include "credentials/KeychainError.h"
-#include "engine/CloudFolder.h"
 #include "formats/RecoveryBackup.h"
 #include "formats/SecuredContainer.h"
 #include "platform/UserDefaults.h"

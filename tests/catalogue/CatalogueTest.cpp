@@ -1,5 +1,7 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 #include "catalogue/CatalogueJson.h"
-#include "catalogue/DefaultsKeys.h"
+#include "settings/DefaultsKeys.h"
 #include "support/EngineHarness.h"
 
 #include <QDir>

@@ -1,5 +1,7 @@
-#include "formats/KeyDerivation.h"
-#include "formats/Bytes.h"
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+#include "cipher/KeyDerivation.h"
+#include "support/Bytes.h"
 
 #include <gtest/gtest.h>
 

@@ -1,6 +1,8 @@
-#include "formats/SealedBox.h"
-#include "formats/Bytes.h"
-#include "formats/CipherError.h"
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+#include "cipher/SealedBox.h"
+#include "cipher/CipherError.h"
+#include "support/Bytes.h"
 
 #include <gtest/gtest.h>
 

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 #include "credentials/KeychainManager.h"
 #include "credentials/KeychainError.h"
 #include "platform/linux/OpenSslRandomSource.h"

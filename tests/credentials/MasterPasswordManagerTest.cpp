@@ -1,9 +1,11 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 #include "credentials/MasterPasswordManager.h"
+#include "async/WorkInFlight.h"
 #include "credentials/GatedCredentialStore.h"
 #include "credentials/KeychainError.h"
 #include "credentials/MasterPasswordDialogManager.h"
 #include "credentials/MasterPasswordError.h"
-#include "platform/WorkInFlight.h"
 #include "support/LogCapture.h"
 #include "support/RunTask.h"
 #include "support/TestPlatform.h"

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 #include "credentials/PasswordInputDialog.h"
 #include "support/LogCapture.h"
 #include "support/TestPlatform.h"

@@ -1,4 +1,5 @@
 #!/usr/bin/python3
+# SPDX-License-Identifier: GPL-3.0-or-later
 """What the accessibility bus tells: a name for everything, and never a password."""
 
 import flows

@@ -1,4 +1,5 @@
 #!/usr/bin/python3
+# SPDX-License-Identifier: GPL-3.0-or-later
 """Several items at once, shredding and recovering: each from the window to the disk."""
 
 import flows

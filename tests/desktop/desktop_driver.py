@@ -1,3 +1,5 @@
+# SPDX-License-Identifier: GPL-3.0-or-later
+
 """Drives the real program over the accessibility bus, as a person with a screen reader does.
 
 A Program is started in a Home of its own. Controls are found by their role and the name that is read out, pressed,

@@ -1,3 +1,5 @@
+# SPDX-License-Identifier: GPL-3.0-or-later
+
 """The virtual fingerprint reader of the session: enrols a finger over fprintd, and lays fingers on it."""
 
 import os

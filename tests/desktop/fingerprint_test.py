@@ -1,4 +1,5 @@
 #!/usr/bin/python3
+# SPDX-License-Identifier: GPL-3.0-or-later
 """Protecting and unlocking with a fingerprint: a real fprintd, over a virtual reader."""
 
 import flows

@@ -1,3 +1,5 @@
+# SPDX-License-Identifier: GPL-3.0-or-later
+
 """What a person does in the window, in the words that stand on it. Shared by the tour and the window tests."""
 
 import re

@@ -1,3 +1,5 @@
+# SPDX-License-Identifier: GPL-3.0-or-later
+
 """A throw-away home folder, and what a test reads in it: files with all that belongs to them, settings, the keyring."""
 
 import hashlib

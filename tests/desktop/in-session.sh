@@ -1,4 +1,5 @@
 #!/bin/bash
+# SPDX-License-Identifier: GPL-3.0-or-later
 # in-session.sh COMMAND...: runs COMMAND in a session of its own, with a virtual display, a session bus and an unlocked keyring.
 # FINGERPRINTS=1 adds a fingerprint reader. Nothing of the caller's session is touched, and nothing is left running.
 set -euo pipefail

@@ -1,4 +1,5 @@
 #!/usr/bin/python3
+# SPDX-License-Identifier: GPL-3.0-or-later
 """Everything by the keyboard alone: Tab, Return, Space, Escape."""
 
 import flows

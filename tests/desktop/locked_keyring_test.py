@@ -1,4 +1,5 @@
 #!/usr/bin/python3
+# SPDX-License-Identifier: GPL-3.0-or-later
 """A keyring that is locked. It stands alone: a locked keyring stays locked for the rest of its session."""
 
 import flows

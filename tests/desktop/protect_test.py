@@ -1,4 +1,5 @@
 #!/usr/bin/python3
+# SPDX-License-Identifier: GPL-3.0-or-later
 """Protecting: the rules for a new password, and what a declined panel leaves."""
 
 import flows

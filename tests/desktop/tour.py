@@ -1,4 +1,5 @@
 #!/usr/bin/python3
+# SPDX-License-Identifier: GPL-3.0-or-later
 """A walk through the real program, as a person with a screen reader would take it.
 
 Prints each step and what it left on disk, keeps screenshots, and ends with 1 when a step did not happen.

@@ -1,3 +1,5 @@
+# SPDX-License-Identifier: GPL-3.0-or-later
+
 """What every window test starts from: a home of its own, an empty keyring, the real program."""
 
 import os

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 #include "engine/PlaceholderFile.h"
 #include "engine/ProgressLog.h"
 #include "support/CallHooks.h"

@@ -1,7 +1,9 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 #include "credentials/KeychainError.h"
 #include "engine/PlaceholderFile.h"
 #include "engine/ProgressLog.h"
-#include "platform/FileFixture.h"
+#include "platform/linux/files/FileFixture.h"
 #include "support/CallHooks.h"
 #include "support/EngineHarness.h"
 

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 // A file has one record at most, whatever path leads to it, and a placeholder of ours has none: two records of one
 // place would destroy the data when both are given back.
 

@@ -1,7 +1,9 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 #include "engine/PlaceholderFile.h"
-#include "platform/FileManagerDecorator.h"
 #include "support/CallHooks.h"
 #include "support/EngineHarness.h"
+#include "support/FileManagerDecorator.h"
 
 #include <QDir>
 #include <QFile>

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 // Each file operation of protect, lock, unlock and remove fails in turn, for each reason a disk gives. Whatever fails,
 // the item's bytes stand somewhere, the error names a file and the reason, and the state is the promised one.
 

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 // Every file system call of every operation fails in turn, for every reason. Whatever fails, the item's bytes stand
 // somewhere unless they were to be destroyed, nothing temporary stays, the error names what it was about, and the
 // operation can be done again.

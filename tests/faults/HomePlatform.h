@@ -1,7 +1,9 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 #pragma once
 
 #include "faults/SystemCallFaults.h"
-#include "platform/linux/EmbeddedCredentialStore.h"
+#include "platform/linux/credentials/EmbeddedCredentialStore.h"
 #include "support/TestPlatform.h"
 
 namespace quillhaven::testing {

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 // Runs one operation of the engine over a home folder that is prepared for it, and dies by SIGKILL in place of its n-th
 // file system call.
 //
@@ -5,7 +7,7 @@
 
 #include "faults/HomePlatform.h"
 #include "faults/Operations.h"
-#include "platform/printLogger.h"
+#include "support/printLogger.h"
 
 #include <cstdio>
 

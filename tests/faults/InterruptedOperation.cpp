@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 // Runs one operation of the engine over a home folder and dies by SIGKILL right after its n-th change.
 //
 // interrupted_operation HOME OPERATION PATH N: the operation is protect, lock, unlock or remove. With N = 0 it runs to

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 // A process that runs an operation is killed after each of its changes; what stands on disk, in the keyring and in the
 // catalogue is compared with what the operation promises for that point, and a second start goes on from there.
 

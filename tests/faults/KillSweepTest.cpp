@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 // The process that runs an operation dies in place of each of its file system calls in turn. After a restart the item's
 // bytes stand somewhere unless they were to be destroyed, and the operation goes on from where it was.
 

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 // The definitions below stand in front of the C library's: the program's own code is linked to them.
 
 #include "faults/SystemCallFaults.h"

@@ -1,6 +1,8 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 #pragma once
 
-#include "platform/FileManagerDecorator.h"
+#include "support/FileManagerDecorator.h"
 
 #include <functional>
 

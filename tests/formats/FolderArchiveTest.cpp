@@ -1,9 +1,11 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 #include "formats/FolderArchive.h"
 #include "catalogue/QuillhavenError.h"
-#include "formats/Bytes.h"
-#include "platform/FileFixture.h"
-#include "platform/FileManagerDecorator.h"
 #include "platform/linux/OpenSslRandomSource.h"
+#include "platform/linux/files/FileFixture.h"
+#include "support/Bytes.h"
+#include "support/FileManagerDecorator.h"
 
 #include <sys/resource.h>
 

@@ -1,8 +1,10 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 #include "formats/RecoveryBackup.h"
 #include "formats/SecuredContainer.h"
 #include "formats/StandAloneReader.h"
-#include "platform/linux/LinuxFileManager.h"
 #include "platform/linux/OpenSslRandomSource.h"
+#include "platform/linux/files/LinuxFileManager.h"
 #include "support/TemporaryHome.h"
 
 #include <QDir>

@@ -1,12 +1,14 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 #include "formats/SecuredContainer.h"
-#include "formats/Bytes.h"
-#include "formats/CipherError.h"
+#include "cipher/CipherError.h"
+#include "cipher/SealedBox.h"
 #include "formats/FormatsPage.h"
-#include "formats/SealedBox.h"
 #include "formats/StandAloneReader.h"
-#include "formats/TestRandom.h"
-#include "platform/linux/LinuxFileManager.h"
+#include "platform/linux/files/LinuxFileManager.h"
+#include "support/Bytes.h"
 #include "support/TemporaryHome.h"
+#include "support/TestRandom.h"
 
 #include <QCryptographicHash>
 #include <QDir>

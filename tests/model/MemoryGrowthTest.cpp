@@ -1,7 +1,9 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 // The bytes that the allocator has given out stay the same, however many operations went before.
 
-#include "platform/printLogger.h"
 #include "support/EngineHarness.h"
+#include "support/printLogger.h"
 
 #include <malloc.h>
 

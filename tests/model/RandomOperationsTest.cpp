@@ -1,8 +1,10 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 // Random sequences of what users, other programs and restarts do to a few items, against a plain model of what should
 // then stand where. A failure prints its seed and the steps that led to it.
 
 #include "model/ItemModel.h"
-#include "platform/printLogger.h"
+#include "support/printLogger.h"
 
 using namespace quillhaven;
 using namespace quillhaven::testing;

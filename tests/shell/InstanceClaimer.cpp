@@ -1,5 +1,7 @@
-#include "platform/LocalizedError.h"
-#include "platform/desktop/SingleInstance.h"
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+#include "shell/SingleInstance.h"
+#include "support/LocalizedError.h"
 
 #include <QCoreApplication>
 #include <QSocketNotifier>

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 #include "platform/ApplicationPresence.h"
 #include "shell/AppDelegate.h"
 #include "shell/LaunchContextManager.h"

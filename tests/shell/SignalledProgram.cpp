@@ -1,6 +1,8 @@
-#include "platform/WorkInFlight.h"
-#include "platform/desktop/QtApplicationPresence.h"
-#include "platform/desktop/TerminationSignals.h"
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+#include "async/WorkInFlight.h"
+#include "platform/widgets/QtApplicationPresence.h"
+#include "shell/TerminationSignals.h"
 
 #include <QCoreApplication>
 #include <QSocketNotifier>

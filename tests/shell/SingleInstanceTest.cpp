@@ -1,4 +1,6 @@
-#include "platform/desktop/SingleInstance.h"
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+#include "shell/SingleInstance.h"
 #include "support/RunTask.h"
 
 #include <QDBusConnection>

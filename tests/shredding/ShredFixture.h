@@ -1,12 +1,14 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 #pragma once
 
+#include "async/WorkInFlight.h"
 #include "catalogue/QuillhavenError.h"
 #include "credentials/MasterPasswordDialogManager.h"
 #include "credentials/MasterPasswordManager.h"
-#include "platform/FileFixture.h"
-#include "platform/FileManagerDecorator.h"
-#include "platform/WorkInFlight.h"
+#include "platform/linux/files/FileFixture.h"
 #include "shredding/QuillhavenShredder.h"
+#include "support/FileManagerDecorator.h"
 #include "support/RunTask.h"
 #include "support/TestPlatform.h"
 

@@ -1,14 +1,16 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 #pragma once
 
+#include "async/WorkInFlight.h"
 #include "catalogue/CatalogueJson.h"
-#include "catalogue/DefaultsKeys.h"
 #include "catalogue/QuillhavenError.h"
 #include "credentials/MasterPasswordDialogManager.h"
 #include "credentials/MasterPasswordManager.h"
 #include "credentials/PasswordInputDialogManager.h"
 #include "engine/QuillhavenManager.h"
 #include "platform/UserDefaults.h"
-#include "platform/WorkInFlight.h"
+#include "settings/DefaultsKeys.h"
 #include "support/LogCapture.h"
 #include "support/RunTask.h"
 #include "support/TestPlatform.h"

@@ -1,10 +1,12 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 #pragma once
 
 #include "platform/Platform.h"
-#include "platform/linux/CloudFolders.h"
-#include "platform/linux/LinuxFileManager.h"
 #include "platform/linux/OpenSslRandomSource.h"
-#include "platform/linux/SqliteUserDefaults.h"
+#include "platform/linux/files/CloudFolders.h"
+#include "platform/linux/files/LinuxFileManager.h"
+#include "platform/linux/settings/SqliteUserDefaults.h"
 #include "support/FakeBiometricAuthenticator.h"
 #include "support/FakeFilePanels.h"
 #include "support/InMemoryCredentialStore.h"

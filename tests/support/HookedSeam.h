@@ -1,8 +1,10 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 #pragma once
 
 #include "platform/CredentialStore.h"
-#include "platform/FileManagerDecorator.h"
 #include "platform/UserDefaults.h"
+#include "support/FileManagerDecorator.h"
 
 #include <functional>
 #include <map>

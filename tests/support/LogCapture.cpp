@@ -1,6 +1,8 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 #include "support/LogCapture.h"
 
-#include "platform/printLogger.h"
+#include "support/printLogger.h"
 
 #include <QMutexLocker>
 

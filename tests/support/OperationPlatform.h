@@ -1,6 +1,8 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 #pragma once
 
-#include "platform/linux/SystemCredentialStore.h"
+#include "platform/linux/credentials/SystemCredentialStore.h"
 #include "support/EngineHarness.h"
 #include "support/HookedSeam.h"
 

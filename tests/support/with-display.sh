@@ -1,4 +1,5 @@
 #!/bin/bash
+# SPDX-License-Identifier: GPL-3.0-or-later
 # with-display.sh COMMAND...: runs the command on a virtual display, a session bus and a home of its own, with a window
 # manager, so that focus works as on a desktop. Nothing of it outlives the command.
 set -u

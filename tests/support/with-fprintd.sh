@@ -1,4 +1,5 @@
 #!/bin/bash
+# SPDX-License-Identifier: GPL-3.0-or-later
 # with-fprintd.sh COMMAND...: runs the command beside a real fprintd with a virtual fingerprint reader, on a private
 # system bus whose policy service allows everything. Nothing of it outlives the command.
 #

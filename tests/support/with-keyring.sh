@@ -1,4 +1,5 @@
 #!/bin/bash
+# SPDX-License-Identifier: GPL-3.0-or-later
 # with-keyring.sh COMMAND...: runs the command beside a real, unlocked gnome-keyring-daemon whose entries live in a home
 # of their own. On a session bus of its own, unless KEEP_SESSION_BUS says to use the one there is. Nothing outlives the
 # command.

@@ -1,6 +1,8 @@
-#include "platform/desktop/AccessPanelDialog.h"
+// SPDX-License-Identifier: GPL-3.0-or-later
 
-#include "platform/desktop/PanelPalette.h"
+#include "platform/widgets/AccessPanelDialog.h"
+
+#include "platform/widgets/PanelPalette.h"
 
 #include <QDialogButtonBox>
 #include <QFileInfo>

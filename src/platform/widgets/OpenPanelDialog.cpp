@@ -1,6 +1,8 @@
-#include "platform/desktop/OpenPanelDialog.h"
+// SPDX-License-Identifier: GPL-3.0-or-later
 
-#include "platform/desktop/PanelPalette.h"
+#include "platform/widgets/OpenPanelDialog.h"
+
+#include "platform/widgets/PanelPalette.h"
 
 #include <QAbstractItemView>
 #include <QDialogButtonBox>

@@ -1,4 +1,6 @@
-#include "platform/desktop/PanelPalette.h"
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+#include "platform/widgets/PanelPalette.h"
 
 namespace quillhaven {
 

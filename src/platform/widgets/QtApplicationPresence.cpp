@@ -1,6 +1,8 @@
-#include "platform/desktop/QtApplicationPresence.h"
+// SPDX-License-Identifier: GPL-3.0-or-later
 
-#include "platform/WorkInFlight.h"
+#include "platform/widgets/QtApplicationPresence.h"
+
+#include "async/WorkInFlight.h"
 
 #include <QCoreApplication>
 #include <QGuiApplication>

@@ -1,9 +1,11 @@
-#include "platform/desktop/QtFilePanels.h"
+// SPDX-License-Identifier: GPL-3.0-or-later
 
-#include "platform/Answer.h"
+#include "platform/widgets/QtFilePanels.h"
+
+#include "async/Answer.h"
 #include "platform/FileError.h"
-#include "platform/desktop/AccessPanelDialog.h"
-#include "platform/desktop/OpenPanelDialog.h"
+#include "platform/widgets/AccessPanelDialog.h"
+#include "platform/widgets/OpenPanelDialog.h"
 
 #include <QFileInfo>
 #include <QGuiApplication>

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 import QtQuick
 
 /// Makes a sheet when it is first presented, and keeps it: the window's start does not pay for sheets nobody opens.

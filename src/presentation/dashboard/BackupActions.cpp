@@ -1,12 +1,14 @@
-#include "presentation/BackupActions.h"
+// SPDX-License-Identifier: GPL-3.0-or-later
 
-#include "catalogue/DefaultsKeys.h"
+#include "presentation/dashboard/BackupActions.h"
+
+#include "async/Jobs.h"
 #include "engine/QuillhavenManager.h"
-#include "platform/Jobs.h"
-#include "platform/LocalizedError.h"
 #include "platform/UserDefaults.h"
-#include "presentation/DashboardErrors.h"
+#include "presentation/dashboard/DashboardErrors.h"
 #include "presentation/dialogs/ConfirmationDialogManager.h"
+#include "settings/DefaultsKeys.h"
+#include "support/LocalizedError.h"
 
 namespace quillhaven {
 

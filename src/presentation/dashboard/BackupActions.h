@@ -1,6 +1,8 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 #pragma once
 
-#include "presentation/DashboardContext.h"
+#include "presentation/dashboard/DashboardContext.h"
 #include "presentation/dialogs/RecoveryDialogManager.h"
 
 #include <QCoroTask>

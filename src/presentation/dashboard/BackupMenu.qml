@@ -1,5 +1,8 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 import QtQuick
 import QtQuick.Controls.Basic
+import Quillhaven.Controls
 import Quillhaven.Design
 
 /// The recovery backups: the setting, writing them, and getting the files back.

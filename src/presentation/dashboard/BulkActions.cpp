@@ -1,12 +1,14 @@
-#include "presentation/BulkActions.h"
+// SPDX-License-Identifier: GPL-3.0-or-later
 
+#include "presentation/dashboard/BulkActions.h"
+
+#include "async/Jobs.h"
 #include "credentials/MasterPasswordManager.h"
 #include "credentials/PasswordInputDialogManager.h"
 #include "engine/QuillhavenManager.h"
-#include "platform/Jobs.h"
-#include "presentation/BusyItems.h"
-#include "presentation/DashboardErrors.h"
-#include "presentation/ItemSelection.h"
+#include "presentation/dashboard/BusyItems.h"
+#include "presentation/dashboard/DashboardErrors.h"
+#include "presentation/dashboard/ItemSelection.h"
 #include "presentation/dialogs/ConfirmationDialogManager.h"
 #include "presentation/dialogs/ProtectionMethodDialogManager.h"
 

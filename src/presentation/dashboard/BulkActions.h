@@ -1,7 +1,9 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 #pragma once
 
 #include "catalogue/ProtectedItem.h"
-#include "presentation/DashboardContext.h"
+#include "presentation/dashboard/DashboardContext.h"
 #include "presentation/dialogs/BulkFilePickerView.h"
 #include "presentation/dialogs/OperationProgress.h"
 #include "shredding/QuillhavenShredder.h"

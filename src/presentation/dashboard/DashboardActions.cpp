@@ -1,18 +1,20 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 // What the main window starts. Each action is a job on the main thread that passes the master password's guard first;
 // its failure reaches the user through `DashboardErrors`.
 
+#include "async/Jobs.h"
 #include "credentials/MasterPasswordDialogManager.h"
 #include "credentials/MasterPasswordManager.h"
 #include "credentials/PasswordInputDialogManager.h"
 #include "engine/QuillhavenManager.h"
 #include "platform/Clock.h"
 #include "platform/FilePanels.h"
-#include "platform/Jobs.h"
-#include "platform/Paths.h"
-#include "platform/printLogger.h"
-#include "presentation/BusyItems.h"
-#include "presentation/DashboardViewModel.h"
+#include "presentation/dashboard/BusyItems.h"
+#include "presentation/dashboard/DashboardViewModel.h"
 #include "presentation/dialogs/ProtectionMethodDialogManager.h"
+#include "support/Paths.h"
+#include "support/printLogger.h"
 
 #include <QClipboard>
 #include <QDir>

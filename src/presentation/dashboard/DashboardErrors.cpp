@@ -1,7 +1,9 @@
-#include "presentation/DashboardErrors.h"
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+#include "presentation/dashboard/DashboardErrors.h"
 
 #include "catalogue/QuillhavenError.h"
-#include "platform/printLogger.h"
+#include "support/printLogger.h"
 
 namespace quillhaven {
 

@@ -1,4 +1,6 @@
-#include "presentation/DashboardViewModel.h"
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+#include "presentation/dashboard/DashboardViewModel.h"
 
 #include "credentials/MasterPasswordManager.h"
 #include "engine/QuillhavenManager.h"

@@ -1,15 +1,17 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 #pragma once
 
 #include "catalogue/ProtectedItem.h"
 #include "platform/Platform.h"
-#include "presentation/BackupActions.h"
-#include "presentation/BulkActions.h"
-#include "presentation/DashboardContext.h"
-#include "presentation/DashboardErrors.h"
-#include "presentation/ItemSelection.h"
-#include "presentation/ProtectedItemsModel.h"
-#include "presentation/SearchFilterBar.h"
-#include "presentation/ShredActions.h"
+#include "presentation/dashboard/BackupActions.h"
+#include "presentation/dashboard/BulkActions.h"
+#include "presentation/dashboard/DashboardContext.h"
+#include "presentation/dashboard/DashboardErrors.h"
+#include "presentation/dashboard/ItemSelection.h"
+#include "presentation/dashboard/ProtectedItemsModel.h"
+#include "presentation/dashboard/SearchFilterBar.h"
+#include "presentation/dashboard/ShredActions.h"
 #include "presentation/dialogs/RemoveProtectionDialogManager.h"
 
 #include <QCoroTask>

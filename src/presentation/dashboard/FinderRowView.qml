@@ -1,6 +1,9 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 import QtQuick
 import QtQuick.Layouts
 import QtQuick.Controls.Basic
+import Quillhaven.Controls
 import Quillhaven.Design
 
 /// One protected item and what can be done with it.

@@ -1,6 +1,8 @@
-#include "presentation/ItemSelection.h"
+// SPDX-License-Identifier: GPL-3.0-or-later
 
-#include "presentation/ProtectedItemsModel.h"
+#include "presentation/dashboard/ItemSelection.h"
+
+#include "presentation/dashboard/ProtectedItemsModel.h"
 
 namespace quillhaven {
 

@@ -1,5 +1,8 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 import QtQuick
 import QtQuick.Layouts
+import Quillhaven.Controls
 import Quillhaven.Design
 
 /// The row over the list: what narrows it, and how its items are selected.

@@ -1,6 +1,8 @@
-#include "presentation/ProtectedItemsModel.h"
+// SPDX-License-Identifier: GPL-3.0-or-later
 
-#include "presentation/FinderRowViewModel.h"
+#include "presentation/dashboard/ProtectedItemsModel.h"
+
+#include "presentation/dashboard/FinderRowViewModel.h"
 
 #include <algorithm>
 

@@ -1,6 +1,9 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 import QtQuick
 import QtQuick.Layouts
 import QtQuick.Controls.Basic
+import Quillhaven.Controls
 import Quillhaven.Design
 
 /// Tells under the toolbar what is being protected; it takes no room while `text` is empty.

@@ -1,12 +1,14 @@
-#include "presentation/ShredActions.h"
+// SPDX-License-Identifier: GPL-3.0-or-later
 
+#include "presentation/dashboard/ShredActions.h"
+
+#include "async/Jobs.h"
 #include "catalogue/QuillhavenError.h"
 #include "engine/QuillhavenManager.h"
-#include "platform/Jobs.h"
-#include "platform/Paths.h"
-#include "presentation/BusyItems.h"
-#include "presentation/DashboardErrors.h"
-#include "presentation/ItemSelection.h"
+#include "presentation/dashboard/BusyItems.h"
+#include "presentation/dashboard/DashboardErrors.h"
+#include "presentation/dashboard/ItemSelection.h"
+#include "support/Paths.h"
 
 #include <algorithm>
 

@@ -1,10 +1,12 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 #include "presentation/dialogs/BulkFilePickerView.h"
 
+#include "async/Jobs.h"
 #include "platform/FilePanels.h"
-#include "platform/Jobs.h"
-#include "platform/LocalizedError.h"
-#include "platform/Paths.h"
-#include "platform/printLogger.h"
+#include "support/LocalizedError.h"
+#include "support/Paths.h"
+#include "support/printLogger.h"
 
 #include <QFileInfo>
 

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 #include "presentation/dialogs/ErrorDialogManager.h"
 
 #include "presentation/dialogs/ConfirmationDialogManager.h"

@@ -1,6 +1,9 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 import QtQuick
 import QtQuick.Controls.Basic
 import QtQuick.Layouts
+import Quillhaven.Controls
 import Quillhaven.Design
 import Quillhaven.Dialogs
 

@@ -1,5 +1,8 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 import QtQuick
 import QtQuick.Layouts
+import Quillhaven.Controls
 import Quillhaven.Design
 import Quillhaven.Dialogs
 

@@ -1,7 +1,9 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 #include "platform/FileError.h"
-#include "platform/linux/EventLoopClock.h"
 #include "platform/linux/OpenSslRandomSource.h"
-#include "platform/linux/XdgDirectories.h"
+#include "platform/linux/files/XdgDirectories.h"
+#include "platform/linux/session/EventLoopClock.h"
 #include "support/RunTask.h"
 #include "support/TemporaryHome.h"
 

@@ -1,5 +1,7 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 #include "PanelFixture.h"
-#include "platform/desktop/QtApplicationPresence.h"
+#include "platform/widgets/QtApplicationPresence.h"
 
 #include <QGuiApplication>
 #include <QRasterWindow>

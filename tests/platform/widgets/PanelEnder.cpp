@@ -1,5 +1,7 @@
-#include "platform/desktop/OpenPanelDialog.h"
-#include "platform/desktop/QtFilePanels.h"
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+#include "platform/widgets/OpenPanelDialog.h"
+#include "platform/widgets/QtFilePanels.h"
 
 #include <QApplication>
 #include <QTimer>

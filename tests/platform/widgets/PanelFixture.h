@@ -1,7 +1,9 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 #pragma once
 
-#include "platform/desktop/OpenPanelDialog.h"
-#include "platform/desktop/QtFilePanels.h"
+#include "platform/widgets/OpenPanelDialog.h"
+#include "platform/widgets/QtFilePanels.h"
 #include "support/RunTask.h"
 #include "support/TemporaryHome.h"
 

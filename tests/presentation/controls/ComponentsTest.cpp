@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 // Each component of the module, built once; any QML warning fails the test.
 
 #include "presentation/tokens/Design.h"
@@ -24,7 +26,7 @@ public:
         QAccessible::setActive(true);
         installDesign(m_engine);
         QQmlComponent component(&m_engine);
-        component.setData("import QtQuick\nimport Quillhaven.Design\n" + qml, QUrl());
+        component.setData("import QtQuick\nimport Quillhaven.Controls\nimport Quillhaven.Design\n" + qml, QUrl());
         item.reset(qobject_cast<QQuickItem *>(component.create()));
         EXPECT_TRUE(item) << qUtf8Printable(component.errorString());
         if (item) {

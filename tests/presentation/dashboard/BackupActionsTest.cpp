@@ -1,5 +1,7 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 #include "DashboardHarness.h"
-#include "engine/CloudFolder.h"
+#include "backup/CloudFolder.h"
 
 #include "catalogue/QuillhavenError.h"
 #include "formats/RecoveryBackup.h"

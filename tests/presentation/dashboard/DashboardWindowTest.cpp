@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 // The window itself: the real QML over the dashboard and the real engine, driven by keys and looked at by its texts.
 
 #include "DashboardWindowFixture.h"

@@ -1,4 +1,6 @@
-#include "presentation/FinderRowViewModel.h"
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+#include "presentation/dashboard/FinderRowViewModel.h"
 
 #include "Items.h"
 

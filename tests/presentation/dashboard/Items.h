@@ -1,8 +1,10 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 #pragma once
 
 #include "catalogue/CatalogueJson.h"
-#include "catalogue/DefaultsKeys.h"
 #include "platform/UserDefaults.h"
+#include "settings/DefaultsKeys.h"
 #include "support/TestPlatform.h"
 
 #include <QStringList>

@@ -1,4 +1,6 @@
-#include "presentation/ProtectedItemsModel.h"
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+#include "presentation/dashboard/ProtectedItemsModel.h"
 
 #include "Items.h"
 

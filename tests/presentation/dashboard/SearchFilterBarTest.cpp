@@ -1,4 +1,6 @@
-#include "presentation/SearchFilterBar.h"
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+#include "presentation/dashboard/SearchFilterBar.h"
 
 #include "Items.h"
 

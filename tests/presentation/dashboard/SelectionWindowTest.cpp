@@ -1,8 +1,10 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 // Selecting, dropping and the sheets of several items, in the real window by keys, clicks and drags.
 
 #include "DashboardWindowFixture.h"
 
-#include "engine/CloudFolder.h"
+#include "backup/CloudFolder.h"
 
 #include <QMimeData>
 

@@ -1,8 +1,10 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 #include "DashboardHarness.h"
 
 #include "catalogue/QuillhavenError.h"
-#include "platform/FileManagerDecorator.h"
 #include "support/CallHooks.h"
+#include "support/FileManagerDecorator.h"
 
 using namespace quillhaven;
 using namespace quillhaven::testing;

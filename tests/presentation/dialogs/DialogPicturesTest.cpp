@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 // Pictures of each dialog, to be looked at: QUILLHAVEN_SCREENSHOTS names their folder, QT_SCALE_FACTOR another scale.
 
 #include "DialogScene.h"

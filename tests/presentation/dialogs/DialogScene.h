@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 #pragma once
 
 #include "presentation/tokens/Design.h"
@@ -30,15 +32,17 @@ public:
             properties += QStringLiteral("required property QtObject %1\n").arg(name);
         }
         QQmlComponent component(&m_engine);
-        component.setData(QStringLiteral("import QtQuick\nimport QtQuick.Controls.Basic\nimport Quillhaven.Design\n"
-                                         "import Quillhaven.Dialogs\n"
-                                         "ApplicationWindow {\nid: scene\n%1\nwidth: 1200; height: 900; visible: true\n"
-                                         "color: Colors.windowBackground\n"
-                                         "FilledButton { text: \"Behind\"; focus: true; x: 40; y: 40 }\n"
-                                         "FilledButton { text: \"Also behind\"; x: 40; y: 100 }\n%2\n}")
-                              .arg(properties, dialogs)
-                              .toUtf8(),
-                          QUrl());
+        component.setData(
+            QStringLiteral(
+                "import QtQuick\nimport QtQuick.Controls.Basic\nimport Quillhaven.Controls\nimport Quillhaven.Design\n"
+                "import Quillhaven.Dialogs\n"
+                "ApplicationWindow {\nid: scene\n%1\nwidth: 1200; height: 900; visible: true\n"
+                "color: Colors.windowBackground\n"
+                "FilledButton { text: \"Behind\"; focus: true; x: 40; y: 40 }\n"
+                "FilledButton { text: \"Also behind\"; x: 40; y: 100 }\n%2\n}")
+                .arg(properties, dialogs)
+                .toUtf8(),
+            QUrl());
         m_window.reset(qobject_cast<QQuickWindow *>(component.createWithInitialProperties(models)));
         EXPECT_TRUE(m_window) << qUtf8Printable(component.errorString());
         if (m_window) {

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 // Each dialog with its real manager in a real window, driven by keys and looked at by its texts.
 
 #include "DialogScene.h"

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 // The models of the sheets around long operations.
 
 #include "presentation/dialogs/BulkFilePickerView.h"

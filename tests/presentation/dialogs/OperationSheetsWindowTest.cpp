@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 // The sheets around long operations, each in a real window, driven by keys and looked at by its texts. The pictures go
 // where QUILLHAVEN_SCREENSHOTS says.
 

@@ -1,10 +1,12 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 // The two dialogs in which a secret is typed. It must never reach the accessibility bus.
 
 #include "DialogScene.h"
 
-#include "catalogue/DefaultsKeys.h"
 #include "credentials/MasterPasswordDialogManager.h"
 #include "credentials/PasswordInputDialog.h"
+#include "settings/DefaultsKeys.h"
 #include "support/LogCapture.h"
 #include "support/TestPlatform.h"
 

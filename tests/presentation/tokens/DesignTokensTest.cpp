@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 #include "presentation/tokens/Colors.h"
 #include "presentation/tokens/DesignSystem.h"
 #include "presentation/tokens/Spacing.h"

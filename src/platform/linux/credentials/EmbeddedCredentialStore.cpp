@@ -1,6 +1,8 @@
-#include "platform/linux/EmbeddedCredentialStore.h"
+// SPDX-License-Identifier: GPL-3.0-or-later
 
-#include "platform/linux/FilePaths.h"
+#include "platform/linux/credentials/EmbeddedCredentialStore.h"
+
+#include "platform/linux/files/FilePaths.h"
 
 #include <QDir>
 #include <QFile>

@@ -1,7 +1,9 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 #pragma once
 
 #include "platform/CredentialStore.h"
-#include "platform/linux/SqliteDatabase.h"
+#include "platform/linux/settings/SqliteDatabase.h"
 
 namespace quillhaven {
 

@@ -1,6 +1,8 @@
-#include "platform/linux/SecretServiceCredentialStore.h"
+// SPDX-License-Identifier: GPL-3.0-or-later
 
-#include "platform/linux/SessionBus.h"
+#include "platform/linux/credentials/SecretServiceCredentialStore.h"
+
+#include "platform/linux/session/SessionBus.h"
 
 #include <libsecret/secret.h>
 

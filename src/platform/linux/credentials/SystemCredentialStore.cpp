@@ -1,8 +1,10 @@
-#include "platform/linux/SystemCredentialStore.h"
+// SPDX-License-Identifier: GPL-3.0-or-later
 
-#include "platform/linux/EmbeddedCredentialStore.h"
-#include "platform/linux/SecretServiceCredentialStore.h"
-#include "platform/printLogger.h"
+#include "platform/linux/credentials/SystemCredentialStore.h"
+
+#include "platform/linux/credentials/EmbeddedCredentialStore.h"
+#include "platform/linux/credentials/SecretServiceCredentialStore.h"
+#include "support/printLogger.h"
 
 namespace quillhaven {
 

@@ -1,4 +1,6 @@
-#include "platform/linux/CloudFolders.h"
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+#include "platform/linux/files/CloudFolders.h"
 
 #include <QFileInfo>
 

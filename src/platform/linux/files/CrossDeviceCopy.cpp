@@ -1,10 +1,12 @@
-#include "platform/linux/CrossDeviceCopy.h"
+// SPDX-License-Identifier: GPL-3.0-or-later
 
-#include "platform/linux/DiscardableItems.h"
-#include "platform/linux/FilePaths.h"
-#include "platform/linux/RemoveTree.h"
-#include "platform/linux/ScopedFd.h"
-#include "platform/linux/TreeComparison.h"
+#include "platform/linux/files/CrossDeviceCopy.h"
+
+#include "platform/linux/files/DiscardableItems.h"
+#include "platform/linux/files/FilePaths.h"
+#include "platform/linux/files/RemoveTree.h"
+#include "platform/linux/files/ScopedFd.h"
+#include "platform/linux/files/TreeComparison.h"
 
 #include <fcntl.h>
 #include <spawn.h>

@@ -1,6 +1,8 @@
-#include "platform/linux/DirectoryWalk.h"
+// SPDX-License-Identifier: GPL-3.0-or-later
 
-#include "platform/linux/FilePaths.h"
+#include "platform/linux/files/DirectoryWalk.h"
+
+#include "platform/linux/files/FilePaths.h"
 
 #include <fcntl.h>
 #include <fts.h>

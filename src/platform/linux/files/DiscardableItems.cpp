@@ -1,8 +1,10 @@
-#include "platform/linux/DiscardableItems.h"
+// SPDX-License-Identifier: GPL-3.0-or-later
 
-#include "platform/linux/FilePaths.h"
-#include "platform/linux/RemoveTree.h"
-#include "platform/linux/ScopedFd.h"
+#include "platform/linux/files/DiscardableItems.h"
+
+#include "platform/linux/files/FilePaths.h"
+#include "platform/linux/files/RemoveTree.h"
+#include "platform/linux/files/ScopedFd.h"
 
 #include <QCryptographicHash>
 #include <QMutex>

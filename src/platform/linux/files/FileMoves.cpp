@@ -1,8 +1,10 @@
-#include "platform/linux/FileMoves.h"
+// SPDX-License-Identifier: GPL-3.0-or-later
 
-#include "platform/linux/DiscardableItems.h"
-#include "platform/linux/FilePaths.h"
-#include "platform/linux/RemoveTree.h"
+#include "platform/linux/files/FileMoves.h"
+
+#include "platform/linux/files/DiscardableItems.h"
+#include "platform/linux/files/FilePaths.h"
+#include "platform/linux/files/RemoveTree.h"
 
 #include <fcntl.h>
 #include <sys/stat.h>

@@ -1,6 +1,8 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 #pragma once
 
-#include "platform/linux/CrossDeviceCopy.h"
+#include "platform/linux/files/CrossDeviceCopy.h"
 
 namespace quillhaven {
 

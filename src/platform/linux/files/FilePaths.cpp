@@ -1,6 +1,8 @@
-#include "platform/linux/FilePaths.h"
+// SPDX-License-Identifier: GPL-3.0-or-later
 
-#include "platform/linux/ScopedFd.h"
+#include "platform/linux/files/FilePaths.h"
+
+#include "platform/linux/files/ScopedFd.h"
 
 #include <QStringDecoder>
 #include <QUuid>

@@ -1,6 +1,8 @@
-#include "platform/linux/LinuxFileHandle.h"
+// SPDX-License-Identifier: GPL-3.0-or-later
 
-#include "platform/linux/FilePaths.h"
+#include "platform/linux/files/LinuxFileHandle.h"
+
+#include "platform/linux/files/FilePaths.h"
 
 #include <fcntl.h>
 #include <sys/stat.h>

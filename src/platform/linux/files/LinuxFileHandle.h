@@ -1,8 +1,10 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 #pragma once
 
 #include "platform/FileError.h"
 #include "platform/FileHandle.h"
-#include "platform/linux/ScopedFd.h"
+#include "platform/linux/files/ScopedFd.h"
 
 #include <array>
 

@@ -1,13 +1,15 @@
-#include "platform/linux/LinuxFileManager.h"
+// SPDX-License-Identifier: GPL-3.0-or-later
 
-#include "platform/linux/DirectoryWalk.h"
-#include "platform/linux/DiscardableItems.h"
-#include "platform/linux/FileMoves.h"
-#include "platform/linux/FilePaths.h"
-#include "platform/linux/LinuxFileHandle.h"
-#include "platform/linux/ReadWholeFile.h"
-#include "platform/linux/RemoveTree.h"
-#include "platform/linux/ScopedFd.h"
+#include "platform/linux/files/LinuxFileManager.h"
+
+#include "platform/linux/files/DirectoryWalk.h"
+#include "platform/linux/files/DiscardableItems.h"
+#include "platform/linux/files/FileMoves.h"
+#include "platform/linux/files/FilePaths.h"
+#include "platform/linux/files/LinuxFileHandle.h"
+#include "platform/linux/files/ReadWholeFile.h"
+#include "platform/linux/files/RemoveTree.h"
+#include "platform/linux/files/ScopedFd.h"
 
 #include <QFile>
 

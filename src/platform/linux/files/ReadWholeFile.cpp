@@ -1,4 +1,6 @@
-#include "platform/linux/ReadWholeFile.h"
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+#include "platform/linux/files/ReadWholeFile.h"
 
 #include "platform/FileError.h"
 

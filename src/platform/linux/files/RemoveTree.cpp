@@ -1,8 +1,10 @@
-#include "platform/linux/RemoveTree.h"
+// SPDX-License-Identifier: GPL-3.0-or-later
 
-#include "platform/linux/FilePaths.h"
-#include "platform/linux/ScopedFd.h"
-#include "platform/printLogger.h"
+#include "platform/linux/files/RemoveTree.h"
+
+#include "platform/linux/files/FilePaths.h"
+#include "platform/linux/files/ScopedFd.h"
+#include "support/printLogger.h"
 
 #include <QFile>
 

@@ -1,7 +1,9 @@
-#include "platform/linux/TreeComparison.h"
+// SPDX-License-Identifier: GPL-3.0-or-later
 
-#include "platform/linux/FilePaths.h"
-#include "platform/linux/ScopedFd.h"
+#include "platform/linux/files/TreeComparison.h"
+
+#include "platform/linux/files/FilePaths.h"
+#include "platform/linux/files/ScopedFd.h"
 
 #include <QCryptographicHash>
 #include <QFile>

@@ -1,7 +1,9 @@
-#include "platform/linux/XdgDirectories.h"
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+#include "platform/linux/files/XdgDirectories.h"
 
 #include "platform/FileError.h"
-#include "platform/linux/ScopedFd.h"
+#include "platform/linux/files/ScopedFd.h"
 
 #include <QDir>
 #include <QFile>

@@ -1,4 +1,6 @@
-#include "platform/linux/EventLoopClock.h"
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+#include "platform/linux/session/EventLoopClock.h"
 
 #include <QObject>
 #include <QTimer>

@@ -1,6 +1,8 @@
-#include "platform/linux/FprintAuthenticator.h"
+// SPDX-License-Identifier: GPL-3.0-or-later
 
-#include "platform/linux/FprintVerification.h"
+#include "platform/linux/session/FprintAuthenticator.h"
+
+#include "platform/linux/session/FprintVerification.h"
 
 #include <QPointer>
 

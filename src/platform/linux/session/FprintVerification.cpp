@@ -1,4 +1,6 @@
-#include "platform/linux/FprintVerification.h"
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+#include "platform/linux/session/FprintVerification.h"
 
 #include <QDBusObjectPath>
 #include <QDBusVariant>

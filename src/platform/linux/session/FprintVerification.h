@@ -1,10 +1,12 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 #pragma once
 
 // Before the standard library's coroutines, whose concepts moc cannot read otherwise.
 #include <QObject>
 
-#include "platform/Answer.h"
-#include "platform/linux/SystemBus.h"
+#include "async/Answer.h"
+#include "platform/linux/session/SystemBus.h"
 
 #include <optional>
 

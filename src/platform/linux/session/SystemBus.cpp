@@ -1,7 +1,9 @@
-#include "platform/linux/SystemBus.h"
+// SPDX-License-Identifier: GPL-3.0-or-later
 
-#include "platform/Answer.h"
-#include "platform/OffMainThread.h"
+#include "platform/linux/session/SystemBus.h"
+
+#include "async/Answer.h"
+#include "async/OffMainThread.h"
 
 #include <QDBusError>
 #include <QDBusPendingCallWatcher>

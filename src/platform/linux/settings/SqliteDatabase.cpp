@@ -1,6 +1,8 @@
-#include "platform/linux/SqliteDatabase.h"
+// SPDX-License-Identifier: GPL-3.0-or-later
 
-#include "platform/linux/ScopedFd.h"
+#include "platform/linux/settings/SqliteDatabase.h"
+
+#include "platform/linux/files/ScopedFd.h"
 
 #include <QFile>
 

@@ -1,8 +1,10 @@
-#include "platform/linux/SqliteUserDefaults.h"
+// SPDX-License-Identifier: GPL-3.0-or-later
 
-#include "platform/linux/ScopedFd.h"
-#include "platform/linux/SqliteDatabase.h"
-#include "platform/printLogger.h"
+#include "platform/linux/settings/SqliteUserDefaults.h"
+
+#include "platform/linux/files/ScopedFd.h"
+#include "platform/linux/settings/SqliteDatabase.h"
+#include "support/printLogger.h"
 
 #include <QDateTime>
 #include <QDir>

@@ -1,5 +1,7 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 #include "credentials/KeychainManager.h"
-#include "platform/linux/SystemCredentialStore.h"
+#include "platform/linux/credentials/SystemCredentialStore.h"
 #include "support/LogCapture.h"
 #include "support/RunTask.h"
 #include "support/TemporaryHome.h"

@@ -1,4 +1,6 @@
-#include "platform/linux/EmbeddedCredentialStore.h"
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+#include "platform/linux/credentials/EmbeddedCredentialStore.h"
 #include "contract/CredentialStoreContract.h"
 #include "support/InMemoryCredentialStore.h"
 #include "support/TemporaryHome.h"

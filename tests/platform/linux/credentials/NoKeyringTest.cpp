@@ -1,6 +1,8 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 #include "credentials/KeychainManager.h"
-#include "platform/linux/SecretServiceCredentialStore.h"
-#include "platform/linux/SystemCredentialStore.h"
+#include "platform/linux/credentials/SecretServiceCredentialStore.h"
+#include "platform/linux/credentials/SystemCredentialStore.h"
 #include "support/LogCapture.h"
 #include "support/TemporaryHome.h"
 

@@ -1,10 +1,12 @@
-#include "platform/linux/SecretServiceCredentialStore.h"
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+#include "platform/linux/credentials/SecretServiceCredentialStore.h"
 #include "contract/CredentialStoreContract.h"
 #include "credentials/KeychainError.h"
 #include "credentials/KeychainManager.h"
-#include "credentials/KeyringFixture.h"
 #include "platform/linux/OpenSslRandomSource.h"
-#include "platform/linux/SystemCredentialStore.h"
+#include "platform/linux/credentials/KeyringFixture.h"
+#include "platform/linux/credentials/SystemCredentialStore.h"
 #include "support/LogCapture.h"
 #include "support/TemporaryHome.h"
 

@@ -1,4 +1,5 @@
 #!/usr/bin/python3
+# SPDX-License-Identifier: GPL-3.0-or-later
 """A keyring that answers when it is told to, for a client that must not wait with its window.
 
 Takes org.freedesktop.secrets on the session bus with one unlocked collection and one entry, the master password given

@@ -1,4 +1,6 @@
-#include "platform/linux/DiscardableItems.h"
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+#include "platform/linux/files/DiscardableItems.h"
 #include "FileFixture.h"
 
 #include <sys/wait.h>

@@ -1,6 +1,8 @@
-#include "platform/linux/FileMoves.h"
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+#include "platform/linux/files/FileMoves.h"
 #include "FileFixture.h"
-#include "platform/linux/FilePaths.h"
+#include "platform/linux/files/FilePaths.h"
 
 #include <fcntl.h>
 

@@ -1,4 +1,6 @@
-#include "platform/linux/FilePaths.h"
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+#include "platform/linux/files/FilePaths.h"
 
 #include <gtest/gtest.h>
 

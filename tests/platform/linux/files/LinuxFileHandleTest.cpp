@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 // The calls that reach the kernel stand here in front of the C library's own, so that a test sees which writes are
 // flushed, and meets file systems that this machine has not got.
 

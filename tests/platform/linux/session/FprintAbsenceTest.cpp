@@ -1,5 +1,7 @@
-#include "platform/fprint/FprintFixture.h"
-#include "platform/linux/FprintVerification.h"
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+#include "platform/linux/session/FprintFixture.h"
+#include "platform/linux/session/FprintVerification.h"
 
 #include <QLocalServer>
 #include <QProcess>

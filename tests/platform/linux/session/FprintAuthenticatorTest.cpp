@@ -1,4 +1,6 @@
-#include "platform/fprint/FprintFixture.h"
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+#include "platform/linux/session/FprintFixture.h"
 
 namespace quillhaven::testing {
 namespace {

@@ -1,4 +1,6 @@
-#include "platform/fprint/FprintClient.h"
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+#include "platform/linux/session/FprintClient.h"
 
 #include "support/RunTask.h"
 

@@ -1,7 +1,9 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 #pragma once
 
-#include "platform/fprint/FprintClient.h"
-#include "platform/linux/FprintAuthenticator.h"
+#include "platform/linux/session/FprintAuthenticator.h"
+#include "platform/linux/session/FprintClient.h"
 #include "support/RunTask.h"
 
 #include <QTimer>

@@ -1,4 +1,6 @@
-#include "platform/linux/SqliteUserDefaults.h"
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+#include "platform/linux/settings/SqliteUserDefaults.h"
 
 #include <QCoreApplication>
 #include <QTextStream>

@@ -1,4 +1,6 @@
-#include "platform/linux/SqliteUserDefaults.h"
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+#include "platform/linux/settings/SqliteUserDefaults.h"
 #include "support/LogCapture.h"
 #include "support/RunTask.h"
 #include "support/TemporaryHome.h"

@@ -1,0 +1,146 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+#include "Application.h"
+
+#include "SharedInstances.h"
+#include "credentials/MasterPasswordDialogManager.h"
+#include "credentials/MasterPasswordManager.h"
+#include "credentials/PasswordInputDialog.h"
+#include "engine/QuillhavenManager.h"
+#include "platform/linux/LinuxPlatform.h"
+#include "platform/linux/files/XdgDirectories.h"
+#include "platform/widgets/QtApplicationPresence.h"
+#include "platform/widgets/QtFilePanels.h"
+#include "presentation/MainWindow.h"
+#include "presentation/dashboard/DashboardViewModel.h"
+#include "presentation/dialogs/ConfirmationDialogManager.h"
+#include "presentation/dialogs/ProtectionMethodDialogManager.h"
+#include "presentation/tokens/Typography.h"
+#include "shell/AppDelegate.h"
+#include "shell/LaunchContextManager.h"
+#include "shell/SingleInstance.h"
+#include "shell/TerminationSignals.h"
+#include "shell/quillhavenApp.h"
+#include "support/LocalizedError.h"
+#include "support/printLogger.h"
+
+#include <QApplication>
+#include <QFileInfo>
+#include <QQuickWindow>
+#include <QThreadPool>
+
+#include <sys/resource.h>
+
+namespace quillhaven {
+
+namespace {
+
+/// A memory image of this process would hold passwords.
+void forbidCoreDumps()
+{
+    const rlimit none{0, 0};
+    ::setrlimit(RLIMIT_CORE, &none);
+}
+
+/// A window of text and rectangles: drawn without a graphics driver it starts in half the time and memory. Whoever
+/// names another renderer in the environment gets it.
+void chooseRenderer()
+{
+    if (qEnvironmentVariableIsEmpty("QT_QUICK_BACKEND") && qEnvironmentVariableIsEmpty("QSG_RHI_BACKEND")) {
+        QQuickWindow::setGraphicsApi(QSGRendererInterface::Software);
+    }
+}
+
+LaunchConnections launchConnections()
+{
+    LaunchConnections connections;
+    connections.launchContext = [] { return &LaunchContextManager::shared(); };
+    // The menu bar's view is what brings the engine into being.
+    connections.setupMenuBar = [] { QuillhavenManager::shared(); };
+    return connections;
+}
+
+/// Builds the window over the services and runs the event loop, from the launch to the end.
+int runWindow(const Platform &platform, SingleInstance &instance, QtApplicationPresence &presence)
+{
+    installPlatform(platform, presence, QCoreApplication::arguments());
+    AppDelegate delegate(presence, launchConnections());
+    delegate.applicationDidFinishLaunching();
+
+    PasswordInputDialog passwordInput(PasswordInputDialogManager::shared(), platform.defaults.standard());
+    DashboardViewModel dashboard(platform, QuillhavenManager::shared(), MasterPasswordManager::shared(),
+                                 {.confirmation = ConfirmationDialogManager::shared(),
+                                  .protectionMethod = ProtectionMethodDialogManager::shared(),
+                                  .passwordInput = PasswordInputDialogManager::shared(),
+                                  .masterPassword = MasterPasswordDialogManager::shared()});
+    MainWindow window({.dashboard = dashboard,
+                       .confirmation = ConfirmationDialogManager::shared(),
+                       .protectionMethod = ProtectionMethodDialogManager::shared(),
+                       .passwordInput = PasswordInputDialogManager::shared(),
+                       .passwordInputState = passwordInput,
+                       .masterPassword = MasterPasswordDialogManager::shared(),
+                       .biometrics = platform.biometrics});
+    quillhavenApp app(LaunchContextManager::shared(), presence, platform.clock, {});
+
+    QObject::connect(&window, &MainWindow::contentAppeared, &window, [&app] { app.contentAppeared(); });
+    QObject::connect(qGuiApp, &QGuiApplication::applicationStateChanged, &window, [&app](Qt::ApplicationState state) {
+        if (state == Qt::ApplicationActive) {
+            app.applicationDidBecomeActive();
+        }
+    });
+    // Until there is a tray, a closed window would leave no way back in.
+    QObject::connect(&window, &MainWindow::closeRequested, &window, [&presence] { presence.terminate(); });
+    const auto reopen = [&delegate, &presence] {
+        delegate.applicationShouldHandleReopen(presence.hasVisibleWindows());
+        presence.activate();
+    };
+    QObject::connect(&instance, &SingleInstance::activationRequested, &window, reopen);
+    QObject::connect(&instance, &SingleInstance::openRequested, &window, reopen);
+    const TerminationSignals signals;
+    QObject::connect(&signals, &TerminationSignals::terminationRequested, &window,
+                     [&presence] { presence.terminate(); });
+
+    if (LaunchContextManager::shared().shouldShowMainWindow()) {
+        window.show();
+    } else {
+        app.contentAppeared();
+    }
+    const int result = QApplication::exec();
+    delegate.applicationWillTerminate();
+    return result;
+}
+
+} // namespace
+
+int runApplication(int argc, char **argv)
+{
+    forbidCoreDumps();
+    TerminationSignals::block();
+    QApplication application(argc, argv);
+    QApplication::setApplicationName(QStringLiteral("quillhaven"));
+    QApplication::setApplicationVersion(QStringLiteral(QUILLHAVEN_VERSION));
+    QApplication::setDesktopFileName(SingleInstance::busName);
+    QApplication::setQuitOnLastWindowClosed(false);
+    chooseRenderer();
+    QApplication::setFont(Typography::settingLabel());
+    try {
+        const UserDirectories directories = xdgDirectories();
+        const QString runtime = qEnvironmentVariable("XDG_RUNTIME_DIR");
+        SingleInstance instance(QFileInfo(runtime).isWritable() ? runtime : directories.temporary);
+        if (instance.claim(QCoreApplication::arguments()) == SingleInstance::Role::Secondary) {
+            return 0;
+        }
+        LinuxPlatform services(directories);
+        QtFilePanels panels;
+        QtApplicationPresence presence;
+        const int result = runWindow(services.platform(panels), instance, presence);
+        shutDownSharedInstances();
+        QThreadPool::globalInstance()->waitForDone();
+        return result;
+    } catch (const LocalizedError &error) {
+        printLogger(QStringLiteral("❌ Quillhaven cannot start: ") + error.errorDescription());
+        return 1;
+    }
+}
+
+} // namespace quillhaven

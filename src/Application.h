@@ -1,0 +1,11 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+#pragma once
+
+namespace quillhaven {
+
+/// Builds the platform, the services and the window, runs the event loop, and ends them in order. The exit code of the
+/// process. Call it once, from `main`.
+int runApplication(int argc, char **argv);
+
+} // namespace quillhaven

@@ -1,0 +1,35 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+#include "platform/linux/LinuxPlatform.h"
+
+namespace quillhaven {
+
+LinuxPlatform::LinuxPlatform(const UserDirectories &directories)
+    : m_directories(directories),
+      m_defaults(directories.configuration),
+      m_credentials(directories.configuration),
+      m_cloud(m_directories)
+{
+    m_credentialQueue.setMaxThreadCount(1);
+}
+
+LinuxPlatform::~LinuxPlatform()
+{
+    m_credentialQueue.waitForDone();
+}
+
+Platform LinuxPlatform::platform(FilePanels &panels)
+{
+    return {.fileManager = m_fileManager,
+            .directories = m_directories,
+            .defaults = m_defaults,
+            .credentials = m_credentials,
+            .credentialQueue = m_credentialQueue,
+            .biometrics = m_biometrics,
+            .panels = panels,
+            .cloud = m_cloud,
+            .clock = m_clock,
+            .random = m_random};
+}
+
+} // namespace quillhaven

@@ -1,0 +1,43 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+#pragma once
+
+#include "platform/Platform.h"
+#include "platform/linux/OpenSslRandomSource.h"
+#include "platform/linux/credentials/SystemCredentialStore.h"
+#include "platform/linux/files/CloudFolders.h"
+#include "platform/linux/files/LinuxFileManager.h"
+#include "platform/linux/session/EventLoopClock.h"
+#include "platform/linux/session/FprintAuthenticator.h"
+#include "platform/linux/settings/SqliteUserDefaults.h"
+
+#include <QThreadPool>
+
+namespace quillhaven {
+
+/// The real services of a Linux desktop, but for those that need a toolkit: the panels come from the caller.
+class LinuxPlatform
+{
+public:
+    explicit LinuxPlatform(const UserDirectories &directories);
+    /// Waits for what the credential store was still asked.
+    ~LinuxPlatform();
+    LinuxPlatform(const LinuxPlatform &) = delete;
+    LinuxPlatform &operator=(const LinuxPlatform &) = delete;
+
+    /// References to the services; this object and `panels` must outlive them.
+    [[nodiscard]] Platform platform(FilePanels &panels);
+
+private:
+    UserDirectories m_directories;
+    LinuxFileManager m_fileManager;
+    SqliteUserDefaultsProvider m_defaults;
+    SystemCredentialStore m_credentials;
+    QThreadPool m_credentialQueue;
+    FprintAuthenticator m_biometrics;
+    CloudFolders m_cloud;
+    EventLoopClock m_clock;
+    OpenSslRandomSource m_random;
+};
+
+} // namespace quillhaven
