@@ -2,12 +2,31 @@
 
 #pragma once
 
+#include <QList>
 #include <QObject>
+#include <QStringList>
 #include <QVariant>
 
 #include <optional>
 
 namespace quillhaven {
+
+/// An element of an array value: its JSON text, and an id for changes of it.
+struct ArrayElement
+{
+    QString id;
+    QByteArray value;
+
+    bool operator==(const ArrayElement &) const = default;
+};
+
+/// What changes in an array value in one step. What is removed goes first: an element that is in both lists moves to
+/// the end.
+struct ArrayChange
+{
+    QList<ArrayElement> put; ///< each replaces the element with its id, or is appended
+    QStringList removed;     ///< ids
+};
 
 /// One domain of settings: a keyed store of typed values that survives restarts and that another process may read
 /// while this one runs. Writes need no flush and never fail to their caller; a failing one is logged. Main thread only.
@@ -24,6 +43,16 @@ public:
     /// Stores a value of one of those types. An `int` is stored as an integer.
     virtual void setObject(const QString &key, const QVariant &value) = 0;
     virtual void removeObject(const QString &key) = 0;
+
+    /// Stores a data value, a JSON array, element by element, so that a later change of a few costs only those. Its
+    /// value is "[", the elements' texts joined by "," and "]"; the other functions work on it as on every key. The ids
+    /// should be unique; of several equal ones a change replaces the first and removes all. False, and logged, when the
+    /// array could not be written.
+    [[nodiscard]] virtual bool setArray(const QString &key, const QList<ArrayElement> &elements) = 0;
+    /// Changes some elements of such an array, in one step; of an absent key it makes one. False, with nothing changed,
+    /// when the key holds a value that `setArray` did not store, or when the write failed, which is logged. The stored
+    /// array lacks this change then, and a caller that has the whole puts that right with `setArray`.
+    [[nodiscard]] virtual bool changeArray(const QString &key, const ArrayChange &change) = 0;
 
     /// The typed readers: absent when the key is absent or holds another type.
     [[nodiscard]] std::optional<bool> boolForKey(const QString &key) const;

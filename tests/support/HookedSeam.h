@@ -159,7 +159,10 @@ private:
 class HookedUserDefaults : public UserDefaults
 {
 public:
-    HookedUserDefaults(UserDefaults &next, const SeamHooks &hooks) : m_next(next), m_hooks(hooks) {}
+    HookedUserDefaults(UserDefaults &next, const SeamHooks &hooks) : m_next(next), m_hooks(hooks)
+    {
+        connect(&next, &UserDefaults::valueChanged, this, &UserDefaults::valueChanged);
+    }
 
     [[nodiscard]] QVariant objectForKey(const QString &key) const override { return m_next.objectForKey(key); }
     void setObject(const QString &key, const QVariant &value) override
@@ -169,6 +172,14 @@ public:
     void removeObject(const QString &key) override
     {
         m_hooks.around("removeObject", key, [&] { m_next.removeObject(key); });
+    }
+    [[nodiscard]] bool setArray(const QString &key, const QList<ArrayElement> &elements) override
+    {
+        return m_hooks.around("setArray", key, [&] { return m_next.setArray(key, elements); });
+    }
+    [[nodiscard]] bool changeArray(const QString &key, const ArrayChange &change) override
+    {
+        return m_hooks.around("changeArray", key, [&] { return m_next.changeArray(key, change); });
     }
 
 private:

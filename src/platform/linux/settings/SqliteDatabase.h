@@ -2,20 +2,22 @@
 
 #pragma once
 
+#include "platform/linux/settings/SqliteStatement.h"
+
 #include <QByteArray>
 #include <QList>
 #include <QString>
 
+#include <functional>
 #include <memory>
 #include <optional>
 
 struct sqlite3;
-struct sqlite3_stmt;
 
 namespace quillhaven {
 
-/// One database file with one table of key, type and value. Every call answers whether it worked; `lastError` says
-/// why not.
+/// One open database file with a table of key, type and value. Every call returns whether it worked; `lastError` says
+/// why it did not.
 class SqliteDatabase
 {
 public:
@@ -29,7 +31,7 @@ public:
     };
     enum class OpenResult {
         Opened,
-        Corrupt,  ///< what stands there is no database of ours
+        Corrupt,  ///< the file there is not a database of ours
         Unusable, ///< it cannot be read or written
     };
 
@@ -38,7 +40,7 @@ public:
     SqliteDatabase(const SqliteDatabase &) = delete;
     SqliteDatabase &operator=(const SqliteDatabase &) = delete;
 
-    /// Opens the file, making it with mode 0600 when it is missing, or a database in memory for an empty path.
+    /// Opens the file, which is created with mode 0600 when it is missing, or a database in memory for an empty path.
     [[nodiscard]] OpenResult open(const QString &path);
     void close();
 
@@ -50,28 +52,33 @@ public:
     [[nodiscard]] qint64 dataVersion() const;
     [[nodiscard]] QString lastError() const;
 
+    /// What the last failure says about the file, for one that happened on opening.
+    [[nodiscard]] OpenResult openFailure() const;
+
+    /// Makes all changes of `work` or, when it returns false, none of them.
+    [[nodiscard]] bool inTransaction(const std::function<bool()> &work);
+    /// Lets `work` read one state of the database, whatever other processes write meanwhile.
+    [[nodiscard]] bool inSnapshot(const std::function<bool()> &work);
+    /// For a table beside that of the values.
+    [[nodiscard]] bool run(const char *sql);
+    [[nodiscard]] SqliteStatement prepare(const char *sql);
+
 private:
     struct CloseDatabase
     {
         void operator()(sqlite3 *database) const;
     };
-    struct FinalizeStatement
-    {
-        void operator()(sqlite3_stmt *statement) const;
-    };
-    using Statement = std::unique_ptr<sqlite3_stmt, FinalizeStatement>;
-
-    [[nodiscard]] bool run(const char *sql);
     [[nodiscard]] bool prepareAll();
-    [[nodiscard]] Statement prepare(const char *sql);
     [[nodiscard]] bool isIntact();
+    [[nodiscard]] bool between(const char *begin, const std::function<bool()> &work);
 
     std::unique_ptr<sqlite3, CloseDatabase> m_database;
-    Statement m_select;
-    Statement m_selectAll;
-    Statement m_store;
-    Statement m_remove;
-    Statement m_dataVersion;
+    QString m_failure; ///< of the last transaction
+    SqliteStatement m_select;
+    SqliteStatement m_selectAll;
+    SqliteStatement m_store;
+    SqliteStatement m_remove;
+    SqliteStatement m_dataVersion;
 };
 
 } // namespace quillhaven

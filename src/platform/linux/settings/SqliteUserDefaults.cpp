@@ -3,6 +3,7 @@
 #include "platform/linux/settings/SqliteUserDefaults.h"
 
 #include "platform/linux/files/ScopedFd.h"
+#include "platform/linux/settings/SqliteArrays.h"
 #include "platform/linux/settings/SqliteDatabase.h"
 #include "support/printLogger.h"
 
@@ -12,8 +13,10 @@
 #include <QHash>
 #include <QJsonDocument>
 #include <QJsonObject>
+#include <QRandomGenerator>
 #include <QSocketNotifier>
 
+#include <algorithm>
 #include <climits>
 #include <functional>
 #include <new>
@@ -27,6 +30,25 @@ namespace quillhaven {
 namespace {
 
 using Row = SqliteDatabase::Row;
+
+/// The type of a row whose value is in the table of elements. The row itself holds a random mark that changes with the
+/// elements, so that other processes see the change without reading them.
+const QString arrayType = QStringLiteral("array");
+
+Row arrayRow(const QString &key)
+{
+    return {key, arrayType, QByteArray::number(QRandomGenerator::system()->generate64(), 16)};
+}
+
+QByteArray joined(const QList<ArrayElement> &elements)
+{
+    QByteArrayList texts;
+    texts.reserve(elements.size());
+    for (const ArrayElement &element : elements) {
+        texts.append(element.value);
+    }
+    return "[" + texts.join(',') + "]";
+}
 
 /// The stored form of a value; an empty type for one that no domain holds.
 Row encoded(const QString &key, const QVariant &value)
@@ -138,18 +160,38 @@ private:
     std::unique_ptr<QSocketNotifier> m_notifier;
 };
 
-/// One domain over an open database.
+/// The open database of a domain with its two tables.
+class Tables
+{
+public:
+    [[nodiscard]] SqliteDatabase::OpenResult open(const QString &path)
+    {
+        const SqliteDatabase::OpenResult result = values.open(path);
+        return result != SqliteDatabase::OpenResult::Opened || arrays.open(values) ? result : values.openFailure();
+    }
+
+    void close()
+    {
+        arrays = {}; // its statements would keep the file open
+        values.close();
+    }
+
+    SqliteDatabase values;
+    SqliteArrays arrays;
+};
+
+/// One domain over its open database.
 class SqliteUserDefaults : public UserDefaults
 {
 public:
     /// `directory` is empty for a domain in memory.
-    SqliteUserDefaults(std::unique_ptr<SqliteDatabase> database, const QString &directory, const QString &name)
-        : m_database(std::move(database)), m_name(name)
+    SqliteUserDefaults(std::unique_ptr<Tables> tables, const QString &directory, const QString &name)
+        : m_tables(std::move(tables)), m_values(m_tables->values), m_arrays(m_tables->arrays), m_name(name)
     {
-        for (const Row &row : m_database->rows()) {
+        for (const Row &row : m_values.rows()) {
             m_known.insert(row.key, row);
         }
-        m_dataVersion = m_database->dataVersion();
+        m_dataVersion = m_values.dataVersion();
         if (directory.isEmpty()) {
             return;
         }
@@ -161,8 +203,8 @@ public:
 
     [[nodiscard]] QVariant objectForKey(const QString &key) const override
     {
-        const auto row = m_database->row(key);
-        return row ? decoded(*row) : QVariant();
+        const auto row = m_values.row(key);
+        return isArray(row) ? arrayForKey(key) : row ? decoded(*row) : QVariant();
     }
 
     void setObject(const QString &key, const QVariant &value) override
@@ -172,34 +214,110 @@ public:
             printLogger(QStringLiteral("⚠️ The setting ") + key + QStringLiteral(" has a type that cannot be stored"));
             return;
         }
-        if (!m_database->store(row)) {
-            logFailure(key);
-            return;
-        }
-        touch();
-        if (m_known.value(key) != row) {
-            m_known.insert(key, row);
-            Q_EMIT valueChanged(key);
+        if (isSaved(key, [&] { return m_arrays.removeAll(key) && m_values.store(row); })) {
+            publish(key, row);
         }
     }
 
     void removeObject(const QString &key) override
     {
-        if (!m_database->remove(key)) {
-            logFailure(key);
-            return;
-        }
-        touch();
-        if (m_known.remove(key) > 0) {
-            Q_EMIT valueChanged(key);
+        if (isSaved(key, [&] { return m_arrays.removeAll(key) && m_values.remove(key); })) {
+            publish(key, std::nullopt);
         }
     }
 
+    [[nodiscard]] bool setArray(const QString &key, const QList<ArrayElement> &elements) override
+    {
+        if (isArray(m_values.row(key)) && m_arrays.elements(key) == elements) {
+            return true;
+        }
+        const Row row = arrayRow(key);
+        const auto append = [&](const ArrayElement &element) { return m_arrays.append(key, element); };
+        if (!isSaved(key, [&] {
+                return m_arrays.removeAll(key) && m_values.store(row) && std::ranges::all_of(elements, append);
+            })) {
+            return false;
+        }
+        publish(key, row);
+        return true;
+    }
+
+    [[nodiscard]] bool changeArray(const QString &key, const ArrayChange &change) override
+    {
+        const Row row = arrayRow(key);
+        bool isOtherValue = false;
+        bool isChanged = false;
+        const bool isDone = m_values.inTransaction([&] {
+            const auto stored = m_values.row(key);
+            isOtherValue = stored && !isArray(stored);
+            isChanged = !stored;
+            return !isOtherValue && apply(key, change, isChanged) && (!isChanged || m_values.store(row));
+        });
+        if (!isDone) {
+            if (!isOtherValue) {
+                logFailure(key);
+            }
+            return false;
+        }
+        if (isChanged) {
+            touch();
+            publish(key, row);
+        }
+        return true;
+    }
+
 private:
+    [[nodiscard]] static bool isArray(const std::optional<Row> &row) { return row && row->type == arrayType; }
+
+    [[nodiscard]] QVariant arrayForKey(const QString &key) const
+    {
+        QVariant value;
+        const bool isRead = m_values.inSnapshot([&] {
+            const auto row = m_values.row(key);
+            const auto elements = m_arrays.elements(key);
+            value = !row || !elements ? QVariant() : isArray(row) ? QVariant(joined(*elements)) : decoded(*row);
+            return elements.has_value();
+        });
+        return isRead ? value : QVariant();
+    }
+
+    [[nodiscard]] bool apply(const QString &key, const ArrayChange &change, bool &isChanged)
+    {
+        const auto remove = [&](const QString &id) { return m_arrays.remove(key, id, isChanged); };
+        const auto put = [&](const ArrayElement &element) { return m_arrays.put(key, element, isChanged); };
+        return std::ranges::all_of(change.removed, remove) && std::ranges::all_of(change.put, put);
+    }
+
+    /// Makes the changes of `work` in one step for this process and for others. False, and logged, when that fails.
+    [[nodiscard]] bool isSaved(const QString &key, const std::function<bool()> &work)
+    {
+        if (!m_values.inTransaction(work)) {
+            logFailure(key);
+            return false;
+        }
+        touch();
+        return true;
+    }
+
+    /// Emits the change unless the stored form is the one last published.
+    void publish(const QString &key, const std::optional<Row> &row)
+    {
+        const auto known = m_known.constFind(key);
+        if (row ? known != m_known.cend() && *known == *row : known == m_known.cend()) {
+            return;
+        }
+        if (row) {
+            m_known.insert(key, *row);
+        } else {
+            m_known.remove(key);
+        }
+        Q_EMIT valueChanged(key);
+    }
+
     void logFailure(const QString &key) const
     {
         printLogger(QStringLiteral("❌ Could not save the setting ") + key + QStringLiteral(" to ") + m_name +
-                    QStringLiteral(".db: ") + m_database->lastError());
+                    QStringLiteral(".db: ") + m_values.lastError());
     }
 
     /// Tells the other processes, after the commit can be seen: a watch on the database itself would come too early.
@@ -212,13 +330,13 @@ private:
 
     void publishForeignChanges()
     {
-        const qint64 version = m_database->dataVersion();
+        const qint64 version = m_values.dataVersion();
         if (version == m_dataVersion) {
             return;
         }
         m_dataVersion = version;
         QHash<QString, Row> current;
-        for (const Row &row : m_database->rows()) {
+        for (const Row &row : m_values.rows()) {
             current.insert(row.key, row);
         }
         QStringList changed;
@@ -238,7 +356,9 @@ private:
         }
     }
 
-    std::unique_ptr<SqliteDatabase> m_database;
+    std::unique_ptr<Tables> m_tables;
+    SqliteDatabase &m_values;
+    SqliteArrays &m_arrays;
     QString m_name;
     ScopedFd m_touched;
     std::unique_ptr<FileTouchWatcher> m_watcher;
@@ -264,9 +384,9 @@ bool setAside(const QString &path)
 }
 
 /// An open database at the path, or nothing when the place cannot be used.
-std::unique_ptr<SqliteDatabase> openedDatabase(const QString &path)
+std::unique_ptr<Tables> openedTables(const QString &path)
 {
-    auto database = std::make_unique<SqliteDatabase>();
+    auto database = std::make_unique<Tables>();
     SqliteDatabase::OpenResult result = database->open(path);
     if (result == SqliteDatabase::OpenResult::Corrupt) {
         database->close();
@@ -285,12 +405,12 @@ SqliteUserDefaultsProvider::SqliteUserDefaultsProvider(const QString &directory)
     QDir().mkpath(QFileInfo(directory).path());
     ::mkdir(encodedPath.constData(), 0700);
 
-    auto database = openedDatabase(directory + QLatin1Char('/') + standardDomain + QStringLiteral(".db"));
+    auto database = openedTables(directory + QLatin1Char('/') + standardDomain + QStringLiteral(".db"));
     const bool isOnDisk = database != nullptr;
     if (!isOnDisk) {
         printLogger(QStringLiteral("❌ The settings in ") + directory +
                     QStringLiteral(" cannot be used. Nothing that changes now will be kept after the end."));
-        database = std::make_unique<SqliteDatabase>();
+        database = std::make_unique<Tables>();
         if (database->open({}) != SqliteDatabase::OpenResult::Opened) {
             throw std::bad_alloc();
         }
@@ -310,7 +430,7 @@ UserDefaults *SqliteUserDefaultsProvider::suite(const QString &name)
 {
     auto &suite = m_suites[name];
     if (!suite) {
-        auto database = openedDatabase(m_directory + QLatin1Char('/') + name + QStringLiteral(".db"));
+        auto database = openedTables(m_directory + QLatin1Char('/') + name + QStringLiteral(".db"));
         if (database) {
             suite = std::make_unique<SqliteUserDefaults>(std::move(database), m_directory, name);
         }

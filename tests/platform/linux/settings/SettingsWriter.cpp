@@ -5,7 +5,8 @@
 #include <QCoreApplication>
 #include <QTextStream>
 
-// SettingsWriter DIRECTORY DOMAIN set KEY TEXT | remove KEY | loop: another process that writes a settings domain.
+// SettingsWriter DIRECTORY DOMAIN set KEY TEXT | put KEY ID TEXT | remove KEY | loop: another process that writes a
+// settings domain. "put" changes an element of an array.
 // "loop" writes the pair "first", "second" for ever, and prints a line after the first round.
 int main(int argc, char **argv)
 {
@@ -25,6 +26,10 @@ int main(int argc, char **argv)
     if (arguments.at(3) == QStringLiteral("set") && arguments.size() == 6) {
         domain->setString(arguments.at(4), arguments.at(5));
         return 0;
+    }
+    if (arguments.at(3) == QStringLiteral("put") && arguments.size() == 7) {
+        const ArrayElement element{arguments.at(5), arguments.at(6).toUtf8()};
+        return domain->changeArray(arguments.at(4), {.put = {element}, .removed = {}}) ? 0 : 4;
     }
     if (arguments.at(3) == QStringLiteral("remove") && arguments.size() == 5) {
         domain->removeObject(arguments.at(4));

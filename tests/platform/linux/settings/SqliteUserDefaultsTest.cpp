@@ -1,81 +1,19 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-#include "platform/linux/settings/SqliteUserDefaults.h"
-#include "support/LogCapture.h"
+#include "SettingsFixture.h"
 #include "support/RunTask.h"
-#include "support/TemporaryHome.h"
 
 #include <QDateTime>
-#include <QDir>
-#include <QFile>
-#include <QProcess>
-
-#include <gtest/gtest.h>
-#include <sqlite3.h>
 
 #include <limits>
-#include <memory>
 
 #include <sys/stat.h>
-#include <unistd.h>
 
 namespace quillhaven::testing {
 
 namespace {
 
-const QString domainName = SqliteUserDefaultsProvider::standardDomain;
-
-/// The keys that the domain tells of from now on.
-std::shared_ptr<QStringList> changesOf(UserDefaults &defaults)
-{
-    auto keys = std::make_shared<QStringList>();
-    QObject::connect(&defaults, &UserDefaults::valueChanged, &defaults,
-                     [keys](const QString &key) { keys->append(key); });
-    return keys;
-}
-
-class SqliteUserDefaultsTest : public ::testing::Test
-{
-protected:
-    [[nodiscard]] QString directory() const { return m_home.path(QStringLiteral("settings")); }
-    [[nodiscard]] QString database() const
-    {
-        return directory() + QLatin1Char('/') + domainName + QStringLiteral(".db");
-    }
-    [[nodiscard]] QStringList setAside() const
-    {
-        return QDir(directory()).entryList({domainName + QStringLiteral(".db.corrupt-*")}, QDir::Files);
-    }
-    /// Runs the writing process to its end and returns its exit code.
-    [[nodiscard]] int runWriter(const QStringList &arguments) const
-    {
-        return QProcess::execute(QStringLiteral(SETTINGS_WRITER), QStringList{directory(), domainName} + arguments);
-    }
-    /// Runs a statement on the database as any other program would.
-    [[nodiscard]] bool runSql(const QByteArray &sql) const
-    {
-        sqlite3 *connection = nullptr;
-        const bool isDone = sqlite3_open(QFile::encodeName(database()).constData(), &connection) == SQLITE_OK &&
-                            sqlite3_exec(connection, sql.constData(), nullptr, nullptr, nullptr) == SQLITE_OK;
-        sqlite3_close(connection);
-        return isDone;
-    }
-    void expectSetAside(const QByteArray &bytes)
-    {
-        m_home.write(QStringLiteral("settings/") + domainName + QStringLiteral(".db"), bytes);
-        LogCapture log;
-        SqliteUserDefaultsProvider provider(directory());
-        ASSERT_EQ(setAside().size(), 1);
-        const QString aside = directory() + QLatin1Char('/') + setAside().constFirst();
-        EXPECT_EQ(TemporaryHome::read(aside), bytes);
-        const QString text = log.lines().join(QLatin1Char('\n'));
-        EXPECT_TRUE(text.contains(database()) && text.contains(aside)) << text.toStdString();
-        provider.standard().setBool(QStringLiteral("works"), true);
-        EXPECT_EQ(SqliteUserDefaultsProvider(directory()).standard().boolForKey(QStringLiteral("works")), true);
-    }
-
-    TemporaryHome m_home;
-};
+using SqliteUserDefaultsTest = SettingsFixture;
 
 TEST_F(SqliteUserDefaultsTest, EveryTypeSurvivesARestart)
 {
