@@ -1,6 +1,13 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
 
-# quillhaven_qml_library(NAME URI uri SOURCES... QML_FILES... [LINKS targets...])
+# Modules whose files are checked by the test QmlLint; the others join it as they are typed.
+set(QUILLHAVEN_LINTED_MODULES Quillhaven.Design Quillhaven.Controls)
+set(QUILLHAVEN_UNLINTED_FILES SheetFrame.qml SheetLoader.qml)
+
+# One folder for all modules, so that an import of one finds the others.
+set(QT_QML_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/qml)
+
+# quillhaven_qml_library(NAME URI uri DEPENDENCIES modules... SOURCES... QML_FILES... [LINKS targets...])
 #
 # A static library quillhaven_NAME that is a QML module. A program or test needs nothing but to link it (or a library
 # that links it), to add "qrc:/" to its engine's import path and to write "import <uri>": no plugin is imported and no
@@ -8,16 +15,39 @@
 #
 # The linker would drop the object that registers the module's types, since nothing refers to it; the option below asks
 # for its symbol in everything that links the library.
+#
+# DEPENDENCIES are the QML modules that the files import and that the types in SOURCES use. qmllint and the compiler of the
+# bindings look there for the types.
 function(quillhaven_qml_library name)
-  cmake_parse_arguments(ARG "" "URI" "SOURCES;QML_FILES;LINKS" ${ARGN})
+  cmake_parse_arguments(ARG "" "URI" "DEPENDENCIES;SOURCES;QML_FILES;LINKS" ${ARGN})
   quillhaven_library(${name} SOURCES ${ARG_SOURCES} LINKS ${ARG_LINKS} Qt6::Quick)
   target_include_directories(quillhaven_${name} PRIVATE ${CMAKE_CURRENT_SOURCE_DIR})
   qt_add_qml_module(quillhaven_${name}
-    URI ${ARG_URI} VERSION 1.0 NO_PLUGIN NO_LINT
+    URI ${ARG_URI} VERSION 1.0 NO_PLUGIN DEPENDENCIES ${ARG_DEPENDENCIES}
     RESOURCE_PREFIX / QML_FILES ${ARG_QML_FILES})
   # Compiled to bytecode at build time, so that the start parses no QML.
   set_target_properties(quillhaven_${name} PROPERTIES QT_QMLCACHEGEN_ARGUMENTS "--only-bytecode")
   string(REPLACE "." "_" function "qml_register_types_${ARG_URI}")
   string(LENGTH ${function} length)
   target_link_options(quillhaven_${name} INTERFACE "LINKER:--undefined=_Z${length}${function}v")
+
+  if(ARG_URI IN_LIST QUILLHAVEN_LINTED_MODULES)
+    list(REMOVE_ITEM ARG_QML_FILES ${QUILLHAVEN_UNLINTED_FILES})
+    list(TRANSFORM ARG_QML_FILES PREPEND ${CMAKE_CURRENT_SOURCE_DIR}/)
+    set_property(GLOBAL APPEND PROPERTY QUILLHAVEN_LINTED_FILES ${ARG_QML_FILES})
+    get_target_property(resources quillhaven_${name} _qt_generated_qrc_files)
+    set_property(GLOBAL APPEND PROPERTY QUILLHAVEN_LINTED_RESOURCES ${resources})
+  endif()
+endfunction()
+
+# quillhaven_qml_lint_test(NAME)
+#
+# Runs qmllint over the files of all modules, with the types that the build has generated. Call it after the last module.
+# .qmllint.ini says what counts, and any finding fails.
+function(quillhaven_qml_lint_test name)
+  get_property(files GLOBAL PROPERTY QUILLHAVEN_LINTED_FILES)
+  get_property(resources GLOBAL PROPERTY QUILLHAVEN_LINTED_RESOURCES)
+  list(TRANSFORM resources PREPEND "--resource=")
+  add_test(NAME ${name} COMMAND Qt6::qmllint -I ${QT_QML_OUTPUT_DIRECTORY} ${resources} ${files})
+  set_tests_properties(${name} PROPERTIES LABELS unit)
 endfunction()

@@ -25,7 +25,7 @@ CheckBox {
             toggleRequested()
     }
 
-    implicitHeight: Math.max(boxSize + Spacing.sm, words.implicitHeight)
+    implicitHeight: Math.max(boxSize + Spacing.sm, implicitContentHeight)
     padding: 0
     hoverEnabled: true
     checkState: ticked ? Qt.Checked : Qt.Unchecked
@@ -59,8 +59,6 @@ CheckBox {
         }
 
         Text {
-            id: words
-
             Layout.fillWidth: true
             visible: text !== ""
             text: box.text

@@ -49,53 +49,14 @@ Button {
     ToolTip.text: helpText === "" && !showsText ? text : helpText
     ToolTip.delay: 600
 
-    contentItem: Item {
-        implicitWidth: row.implicitWidth
-        implicitHeight: row.implicitHeight
-
-        Row {
-            id: row
-
-            anchors.centerIn: parent
-            spacing: Spacing.sm
-
-            SymbolImage {
-                anchors.verticalCenter: parent.verticalCenter
-                visible: button.symbol !== "" && !button.busy
-                symbol: button.symbol
-                size: 18
-                color: button.foreground
-            }
-
-            BusyIndicator {
-                anchors.verticalCenter: parent.verticalCenter
-                width: 18
-                height: 18
-                padding: 0
-                visible: button.busy
-                running: visible
-                palette.dark: button.foreground
-                Accessible.ignored: true
-            }
-
-            Text {
-                anchors.verticalCenter: parent.verticalCenter
-                visible: button.showsText && button.text !== ""
-                text: button.shownText
-                textFormat: Text.PlainText
-                font: button.font
-                color: button.foreground
-                Accessible.ignored: true
-            }
-
-            SymbolImage {
-                anchors.verticalCenter: parent.verticalCenter
-                visible: button.trailingSymbol !== "" && button.showsText
-                symbol: button.trailingSymbol
-                size: 12
-                color: button.foreground
-            }
-        }
+    contentItem: ButtonFace {
+        symbol: button.symbol
+        trailingSymbol: button.trailingSymbol
+        caption: button.shownText
+        busy: button.busy
+        showsText: button.showsText && button.text !== ""
+        ink: button.foreground
+        font: button.font
     }
 
     opacity: enabled ? 1 : 0.45

@@ -1,8 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
+pragma ComponentBehavior: Bound
 import QtQuick
-import Quillhaven.Design
 import QtQuick.Controls.Basic
+import Quillhaven.Design
 
 /// A button that opens a list to choose one option from.
 FilledButton {

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
 import QtQuick
-import Quillhaven.Design
 
 /// A filled button that takes a gradient in place of its fill, when there is one.
 FilledButton {

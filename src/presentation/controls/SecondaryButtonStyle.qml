@@ -1,8 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-import QtQuick
-import Quillhaven.Design
-
 /// The look of a button beside the main one.
 SecondaryButton {
 }

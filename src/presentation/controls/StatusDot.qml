@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
 import QtQuick
-import Quillhaven.Design
 
 /// A dot in the colour of a state.
 StatusIndicator {

@@ -17,15 +17,20 @@ Item {
 
     readonly property string colorCode: hexByte(color.a) + hexByte(color.r) + hexByte(color.g) + hexByte(color.b)
 
+    readonly property real scaleFactor: Screen.devicePixelRatio
+    /// Drawn in whole pixels of the screen, also where the scale factor is a fraction.
+    readonly property int devicePixels: Math.round(size * scaleFactor)
+
     implicitWidth: size
     implicitHeight: size
     Accessible.ignored: true
 
     Image {
         anchors.centerIn: parent
-        width: symbolImage.size
-        height: symbolImage.size
-        sourceSize: Qt.size(symbolImage.size * Screen.devicePixelRatio, symbolImage.size * Screen.devicePixelRatio)
+        width: symbolImage.devicePixels / symbolImage.scaleFactor
+        height: width
+        sourceSize.width: symbolImage.devicePixels
+        sourceSize.height: symbolImage.devicePixels
         source: symbolImage.symbol === "" ? "" : "image://symbols/" + symbolImage.symbol + "/" + symbolImage.colorCode
         Accessible.ignored: true
     }

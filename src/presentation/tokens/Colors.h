@@ -19,6 +19,7 @@ namespace quillhaven {
 class ColorGradient
 {
     Q_GADGET
+    QML_VALUE_TYPE(colorGradient)
     Q_PROPERTY(QColor from MEMBER from CONSTANT)
     Q_PROPERTY(QColor to MEMBER to CONSTANT)
     Q_PROPERTY(QPointF start MEMBER start CONSTANT)

@@ -11,6 +11,7 @@ namespace quillhaven {
 class ShadowToken
 {
     Q_GADGET
+    QML_VALUE_TYPE(shadowToken)
     Q_PROPERTY(int radius MEMBER radius CONSTANT)
     Q_PROPERTY(int x MEMBER x CONSTANT)
     Q_PROPERTY(int y MEMBER y CONSTANT)

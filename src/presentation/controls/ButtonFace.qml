@@ -1,0 +1,66 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+import QtQuick
+import QtQuick.Controls.Basic
+import Quillhaven.Design
+
+/// What a button shows, in its middle: a symbol or a busy indicator, a text, a second symbol.
+Item {
+    id: face
+
+    property string symbol
+    property string trailingSymbol
+    property string caption
+    property bool busy: false
+    property bool showsText: true
+    property color ink: Colors.textPrimary
+    property alias font: words.font
+
+    implicitWidth: row.implicitWidth
+    implicitHeight: row.implicitHeight
+
+    Row {
+        id: row
+
+        anchors.centerIn: parent
+        spacing: Spacing.sm
+
+        SymbolImage {
+            anchors.verticalCenter: parent.verticalCenter
+            visible: face.symbol !== "" && !face.busy
+            symbol: face.symbol
+            size: 18
+            color: face.ink
+        }
+
+        BusyIndicator {
+            anchors.verticalCenter: parent.verticalCenter
+            width: 18
+            height: 18
+            padding: 0
+            visible: face.busy
+            running: visible
+            palette.dark: face.ink
+            Accessible.ignored: true
+        }
+
+        Text {
+            id: words
+
+            anchors.verticalCenter: parent.verticalCenter
+            visible: face.showsText && text !== ""
+            text: face.caption
+            textFormat: Text.PlainText
+            color: face.ink
+            Accessible.ignored: true
+        }
+
+        SymbolImage {
+            anchors.verticalCenter: parent.verticalCenter
+            visible: face.trailingSymbol !== "" && face.showsText
+            symbol: face.trailingSymbol
+            size: 12
+            color: face.ink
+        }
+    }
+}
