@@ -59,7 +59,7 @@ void QuillhavenManager::requireBackupEnabled() const
 QCoro::Task<> QuillhavenManager::backupToiCloud(QString itemId)
 {
     requireBackupEnabled();
-    const ProtectedItem *live = liveItem(itemId);
+    const ProtectedItem *live = m_catalogue.item(itemId);
     if (!live || !m_platform.fileManager.fileExists(live->originalBackupPath)) {
         throw QuillhavenError(QuillhavenError::itemNotFound);
     }
@@ -67,6 +67,10 @@ QCoro::Task<> QuillhavenManager::backupToiCloud(QString itemId)
     auto retrieve = [keychain = m_keychain] { return keychain->retrieveMasterPassword(); };
     const QString masterPassword = co_await offMainThread(m_platform.credentialQueue, std::move(retrieve));
 
+    const ItemLease lease = co_await m_catalogue.lease(item.id);
+    if (!m_platform.fileManager.fileExists(item.originalBackupPath)) {
+        throw QuillhavenError(QuillhavenError::itemNotFound); // unlocked or removed meanwhile
+    }
     const QString backupPath = pathInDirectory(getiCloudBackupDirectory(), item.id + cloud_backups::suffix);
     auto create = [&files = m_platform.fileManager, &random = m_platform.random, directories = m_platform.directories,
                    item, backupPath, masterPassword] {
@@ -79,7 +83,7 @@ QCoro::Task<> QuillhavenManager::backupToiCloud(QString itemId)
 QCoro::Task<> QuillhavenManager::backupAllToiCloud()
 {
     requireBackupEnabled();
-    const QList<ProtectedItem> items = m_protectedItems;
+    const QList<ProtectedItem> items = protectedItems();
     for (const ProtectedItem &item : items) {
         co_await backupToiCloud(item.id);
     }

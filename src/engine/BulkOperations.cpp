@@ -4,9 +4,11 @@
 // one error at the end. An item that fails never stops the run.
 
 #include "catalogue/QuillhavenError.h"
-#include "credentials/MasterPasswordManager.h"
+#include "engine/BulkRun.h"
+#include "engine/OperationScope.h"
 #include "engine/QuillhavenManager.h"
 #include "platform/FilePanels.h"
+#include "support/LocalizedError.h"
 #include "support/Paths.h"
 
 #include <QSet>
@@ -15,7 +17,7 @@ namespace quillhaven {
 
 namespace {
 
-/// Where the items of a run begin that had to ask for access first, and the share of progress that they have.
+/// The progress at which the items of a run begin that had to ask for access first, and the share that they have.
 constexpr double afterAccess = 0.1;
 constexpr double shareAfterAccess = 0.9;
 
@@ -33,9 +35,19 @@ QStringList originalPaths(const QList<ProtectedItem> &items)
     return paths;
 }
 
-QString requestingStatus(qsizetype count)
+QSet<QString> idsOf(const QList<ProtectedItem> &items)
 {
-    return QStringLiteral("Requesting file access for %1 items...").arg(count);
+    QSet<QString> ids;
+    for (const ProtectedItem &item : items) {
+        ids.insert(item.id);
+    }
+    return ids;
+}
+
+/// What is left to do for an item that another operation has given back before its turn came.
+QCoro::Task<> doNothing()
+{
+    co_return;
 }
 
 QCoro::Task<> failWithoutAccess(QString name)
@@ -46,15 +58,20 @@ QCoro::Task<> failWithoutAccess(QString name)
 
 } // namespace
 
-QCoro::Task<QStringList> QuillhavenManager::requestBulkFileAccess(QStringList paths)
+QCoro::Task<std::optional<QStringList>> QuillhavenManager::requestBulkFileAccess(QStringList paths)
 {
     const AccessRequest request{.paths = paths,
                                 .message =
                                     QStringLiteral("Please grant access to the selected items for bulk protection"),
                                 .prompt = QStringLiteral("Grant Access")};
-    const std::optional<QStringList> selected = co_await m_platform.panels.grantAccess(request);
+    std::optional<QStringList> selected;
+    try {
+        selected = co_await m_platform.panels.grantAccess(request);
+    } catch (const LocalizedError &) {
+        co_return std::nullopt; // dropped: without an answer there is nothing to do
+    }
     if (!selected) {
-        throw QuillhavenError(QuillhavenError::accessDenied, QStringLiteral("File access was denied by the user"));
+        co_return std::nullopt;
     }
     const QSet<QString> isSelected(selected->begin(), selected->end());
     QStringList granted;
@@ -66,132 +83,94 @@ QCoro::Task<QStringList> QuillhavenManager::requestBulkFileAccess(QStringList pa
     co_return granted;
 }
 
-QCoro::Task<> QuillhavenManager::runBulk(BulkRun run, ProgressCallback progressCallback)
-{
-    if (!co_await m_masterPasswordManager.requireAuthenticationOrCancel()) {
-        co_return;
-    }
-    setIsProcessing(true);
-    QList<BulkStep> steps;
-    bool isDismissed = false;
-    try {
-        steps = co_await run.prepare();
-    } catch (const LocalizedError &) {
-        isDismissed = true; // The access panel is the only thing that can fail there; its dismissal is no error.
-    } catch (...) {
-        stopProcessingLater();
-        throw;
-    }
-    qsizetype succeeded = 0;
-    QStringList errorLines;
-    for (const BulkStep &step : std::as_const(steps)) {
-        progressCallback(step.status, step.progress);
-        try {
-            co_await step.work();
-            ++succeeded;
-        } catch (...) {
-            errorLines.append(step.name + QStringLiteral(": ") + localizedDescription(std::current_exception()));
-        }
-    }
-    stopProcessingLater();
-    if (isDismissed) {
-        co_return;
-    }
-    progressCallback(QStringLiteral("Completed %1 of %2 items").arg(succeeded).arg(steps.size()), 1.0);
-    if (!errorLines.isEmpty()) {
-        throw QuillhavenError(QuillhavenError::encryptionFailed,
-                              run.failureHeading + errorLines.join(QLatin1Char('\n')));
-    }
-    m_masterPasswordManager.endSession();
-}
-
 QCoro::Task<> QuillhavenManager::bulkProtectItems(QStringList paths, QString password, bool useTouchID,
                                                   ProgressCallback progressCallback)
 {
-    BulkRun run{.failureHeading = QStringLiteral("Some items failed to protect:\n"), .prepare = {}};
-    run.prepare = [this, paths, password, useTouchID, progressCallback] {
-        return protectSteps(paths, password, useTouchID, progressCallback);
-    };
-    return runBulk(std::move(run), std::move(progressCallback));
-}
-
-QCoro::Task<QList<QuillhavenManager::BulkStep>>
-QuillhavenManager::protectSteps(QStringList paths, QString password, bool useTouchID, ProgressCallback progressCallback)
-{
+    const auto operation = co_await OperationScope::begin(*this, OperationScope::Mark::EngineLater);
+    if (!operation) {
+        co_return;
+    }
     progressCallback(QStringLiteral("Requesting file access..."), 0.0);
-    const QStringList granted = co_await requestBulkFileAccess(distinctPlaces(m_platform.fileManager, paths));
-    QList<BulkStep> steps;
-    for (const QString &path : granted) {
-        const QString name = lastPathComponent(path);
-        steps.append({.name = name,
-                      .status = QStringLiteral("Protecting ") + name + QStringLiteral("..."),
-                      .progress = fraction(steps.size(), granted.size()),
-                      .work = [this, path, password, useTouchID] {
-                          return protectItemWithAccessibleURL(path, password, useTouchID);
-                      }});
+    const auto granted = co_await requestBulkFileAccess(distinctPlaces(m_platform.fileManager, paths));
+    if (!granted) {
+        co_return;
     }
-    co_return steps;
+    BulkRun run(granted->size(), progressCallback);
+    for (qsizetype index = 0; index < granted->size(); ++index) {
+        const QString path = granted->at(index);
+        const QString name = lastPathComponent(path);
+        progressCallback(QStringLiteral("Protecting ") + name + QStringLiteral("..."),
+                         fraction(index, granted->size()));
+        co_await run.settle(name, protectItemWithAccessibleURL(path, password, useTouchID));
+    }
+    run.finish(QStringLiteral("Some items failed to protect:\n"));
+    operation->endSession();
 }
 
-QCoro::Task<QList<QuillhavenManager::BulkStep>> QuillhavenManager::stepsWithAccess(QList<ProtectedItem> items,
-                                                                                   QString verb,
-                                                                                   ItemOperation operation,
-                                                                                   ProgressCallback progressCallback)
+QCoro::Task<> QuillhavenManager::bulkWithAccess(QList<ProtectedItem> items, ItemOperation itemOperation,
+                                                AccessTexts texts, ProgressCallback progressCallback)
 {
-    progressCallback(requestingStatus(items.size()), 0.0);
-    const QStringList paths = co_await requestBulkFileAccess(originalPaths(items));
-    const QSet<QString> granted(paths.begin(), paths.end());
-    QList<BulkStep> steps;
-    for (const ProtectedItem &item : std::as_const(items)) {
-        const bool isGranted = granted.contains(item.originalPath);
-        steps.append({.name = item.originalName,
-                      .status = verb + QLatin1Char(' ') + item.originalName + QStringLiteral("..."),
-                      .progress = fraction(steps.size(), items.size()) * shareAfterAccess + afterAccess,
-                      .work = [this, item, isGranted, operation] {
-                          return isGranted ? (this->*operation)(item, item.originalPath)
-                                           : failWithoutAccess(item.originalName);
-                      }});
+    const QSet<QString> listed = idsOf(protectedItems());
+    const auto operation = co_await OperationScope::begin(*this, OperationScope::Mark::EngineLater);
+    if (!operation) {
+        co_return;
     }
-    co_return steps;
+    progressCallback(QStringLiteral("Requesting file access for %1 items...").arg(items.size()), 0.0);
+    const auto paths = co_await requestBulkFileAccess(originalPaths(items));
+    if (!paths) {
+        co_return;
+    }
+    const QSet<QString> granted(paths->begin(), paths->end());
+    BulkRun run(items.size(), progressCallback);
+    for (qsizetype index = 0; index < items.size(); ++index) {
+        const ProtectedItem item = items.at(index);
+        progressCallback(texts.verb + QLatin1Char(' ') + item.originalName + QStringLiteral("..."),
+                         fraction(index, items.size()) * shareAfterAccess + afterAccess);
+        if (listed.contains(item.id) && !isListed(item.id)) {
+            co_await run.settle(item.originalName, doNothing());
+        } else if (granted.contains(item.originalPath)) {
+            co_await run.settle(item.originalName, (this->*itemOperation)(item, item.originalPath));
+        } else {
+            co_await run.settle(item.originalName, failWithoutAccess(item.originalName));
+        }
+    }
+    run.finish(texts.failureHeading);
+    operation->endSession();
 }
 
 QCoro::Task<> QuillhavenManager::bulkUnlockItems(QList<ProtectedItem> items, ProgressCallback progressCallback)
 {
-    BulkRun run{.failureHeading = QStringLiteral("Some items failed to unlock:\n"), .prepare = {}};
-    run.prepare = [this, items, progressCallback] {
-        return stepsWithAccess(items, QStringLiteral("Unlocking"), &QuillhavenManager::unlockItemWithAccessibleURL,
-                               progressCallback);
-    };
-    return runBulk(std::move(run), std::move(progressCallback));
+    AccessTexts texts{.verb = QStringLiteral("Unlocking"),
+                      .failureHeading = QStringLiteral("Some items failed to unlock:\n")};
+    return bulkWithAccess(std::move(items), &QuillhavenManager::unlockItemWithAccessibleURL, std::move(texts),
+                          std::move(progressCallback));
 }
 
 QCoro::Task<> QuillhavenManager::bulkRemoveProtection(QList<ProtectedItem> items, ProgressCallback progressCallback)
 {
-    BulkRun run{.failureHeading = QStringLiteral("Some items failed to remove protection:\n"), .prepare = {}};
-    run.prepare = [this, items, progressCallback] {
-        return stepsWithAccess(items, QStringLiteral("Removing protection from"),
-                               &QuillhavenManager::removeProtectionWithAccessibleURL, progressCallback);
-    };
-    return runBulk(std::move(run), std::move(progressCallback));
-}
-
-QCoro::Task<QList<QuillhavenManager::BulkStep>> QuillhavenManager::lockSteps(QList<ProtectedItem> items)
-{
-    QList<BulkStep> steps;
-    for (const ProtectedItem &item : std::as_const(items)) {
-        steps.append({.name = item.originalName,
-                      .status = QStringLiteral("Locking ") + item.originalName + QStringLiteral("..."),
-                      .progress = fraction(steps.size(), items.size()),
-                      .work = [this, item] { return lockItemWithoutFileAccess(item); }});
-    }
-    co_return steps;
+    AccessTexts texts{.verb = QStringLiteral("Removing protection from"),
+                      .failureHeading = QStringLiteral("Some items failed to remove protection:\n")};
+    return bulkWithAccess(std::move(items), &QuillhavenManager::removeProtectionWithAccessibleURL, std::move(texts),
+                          std::move(progressCallback));
 }
 
 QCoro::Task<> QuillhavenManager::bulkLockItems(QList<ProtectedItem> items, ProgressCallback progressCallback)
 {
-    BulkRun run{.failureHeading = QStringLiteral("Some items failed to lock:\n"), .prepare = {}};
-    run.prepare = [this, items] { return lockSteps(items); };
-    return runBulk(std::move(run), std::move(progressCallback));
+    const QSet<QString> listed = idsOf(protectedItems());
+    const auto operation = co_await OperationScope::begin(*this, OperationScope::Mark::EngineLater);
+    if (!operation) {
+        co_return;
+    }
+    BulkRun run(items.size(), progressCallback);
+    for (qsizetype index = 0; index < items.size(); ++index) {
+        const ProtectedItem item = items.at(index);
+        progressCallback(QStringLiteral("Locking ") + item.originalName + QStringLiteral("..."),
+                         fraction(index, items.size()));
+        const bool isGone = listed.contains(item.id) && !isListed(item.id);
+        co_await run.settle(item.originalName, isGone ? doNothing() : lockItemWithoutFileAccess(item));
+    }
+    run.finish(QStringLiteral("Some items failed to lock:\n"));
+    operation->endSession();
 }
 
 } // namespace quillhaven

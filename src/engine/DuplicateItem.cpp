@@ -1,14 +1,14 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
 // A duplicate is made of the private copy, so only of a locked item: the copy is put beside the original place under a
-// free name, protected there, and its placeholder removed. What stands after a stop:
+// free name, protected there, and its placeholder removed. What exists after a stop:
 //
 // - after the copy: plain data beside the original place, and no record of it;
-// - after the protection: a protected item whose placeholder still stands.
+// - after the protection: a protected item that still has its placeholder.
 
 #include "async/OffMainThread.h"
 #include "catalogue/QuillhavenError.h"
-#include "credentials/MasterPasswordManager.h"
+#include "engine/OperationScope.h"
 #include "engine/QuillhavenManager.h"
 #include "platform/FileManager.h"
 #include "support/Paths.h"
@@ -22,17 +22,17 @@ namespace quillhaven {
 
 namespace {
 
-/// A name beside the original that neither a file nor another item's record has: nothing stands at the place of a
-/// duplicate, and two of one place would take each other for a placeholder.
+/// A name beside the original that neither a file nor another item's record has. Records count too: a duplicate has no
+/// file at its place, and two records with one path would mistake each other's data for a placeholder.
 QString freeDuplicatePath(const FileManager &files, const QList<ProtectedItem> &items, const ProtectedItem &item)
 {
     const QString &originalName = item.originalName;
     static const QRegularExpression lastExtension(QStringLiteral(R"(\.[^.]*$)"));
     static const QRegularExpression untilLastDot(QStringLiteral(R"(^.*\.)"));
     const QString base = QString(originalName).remove(lastExtension);
-    const QString behindDot = QString(originalName).remove(untilLastDot);
-    const bool hasExtension = !behindDot.isEmpty() && behindDot != originalName;
-    const QString extension = hasExtension ? QLatin1Char('.') + behindDot : QString();
+    const QString afterDot = QString(originalName).remove(untilLastDot);
+    const bool hasExtension = !afterDot.isEmpty() && afterDot != originalName;
+    const QString extension = hasExtension ? QLatin1Char('.') + afterDot : QString();
     const QString directory = parentDirectory(item.originalPath);
     const auto isRecorded = [&items](const QString &path) {
         return std::ranges::find(items, path, &ProtectedItem::originalPath) != items.end();
@@ -51,33 +51,30 @@ QString freeDuplicatePath(const FileManager &files, const QList<ProtectedItem> &
 
 QCoro::Task<> QuillhavenManager::duplicateAsEncryptedCopy(ProtectedItem item, ProgressCallback progressCallback)
 {
-    if (!co_await m_masterPasswordManager.requireAuthenticationOrCancel()) {
+    const auto operation = co_await OperationScope::begin(*this, OperationScope::Mark::EngineLater, item.id);
+    if (!operation) {
         co_return;
     }
-    setIsProcessing(true);
-    try {
-        co_await duplicate(item, progressCallback);
-    } catch (...) {
-        stopProcessingLater();
-        throw;
-    }
-    m_masterPasswordManager.endSession();
-    stopProcessingLater();
+    co_await duplicate(item, *operation, progressCallback);
+    operation->endSession();
 }
 
-QCoro::Task<> QuillhavenManager::duplicate(ProtectedItem item, ProgressCallback progressCallback)
+QCoro::Task<> QuillhavenManager::duplicate(ProtectedItem item, OperationScope &operation,
+                                           ProgressCallback progressCallback)
 {
     FileManager &files = m_platform.fileManager;
+    co_await operation.lease(); // until the copy is made
     progressCallback(QStringLiteral("Preparing to duplicate item..."), 0.1);
     if (!files.fileExists(item.originalBackupPath)) {
         throw QuillhavenError(QuillhavenError::itemNotFound);
     }
     progressCallback(QStringLiteral("Creating duplicate..."), 0.3);
-    const QString destination = freeDuplicatePath(files, m_protectedItems, item);
+    const QString destination = freeDuplicatePath(files, protectedItems(), item);
 
     progressCallback(QStringLiteral("Protecting duplicate..."), 0.6);
     auto copy = [&files, source = item.originalBackupPath, destination] { files.copyItem(source, destination); };
     co_await offMainThread(std::move(copy));
+    operation.releaseLease();
 
     progressCallback(QStringLiteral("Finalizing..."), 0.8);
     QString password;

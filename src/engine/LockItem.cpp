@@ -6,6 +6,8 @@
 // 2. the placeholder is written;
 // 3. the record is marked locked and saved.
 //
+// Another operation on the item comes first or waits: a lock that finds the item locked meanwhile is done.
+//
 // A stop after 1 leaves the data in private storage while the record still says unlocked: the next lock finds no
 // original, skips the move and writes the placeholder; an unlock finds the private copy. A stop after 2 leaves
 // the placeholder as well, which the next lock does not take for the original. A missing original is locked all the
@@ -14,6 +16,7 @@
 #include "async/OffMainThread.h"
 #include "catalogue/QuillhavenError.h"
 #include "credentials/MasterPasswordManager.h"
+#include "engine/OperationScope.h"
 #include "engine/PlaceholderFile.h"
 #include "engine/QuillhavenManager.h"
 #include "platform/Clock.h"
@@ -39,14 +42,24 @@ QString secondsText(std::chrono::nanoseconds elapsed)
     return QString::number(std::chrono::duration<double>(elapsed).count(), 'f', 2) + QLatin1Char('s');
 }
 
+enum class LockLines { Silent, Printed };
+
 struct LockWork
 {
     FileManager &files;
     const Clock &clock;
     QString secureStorage;
     ProtectedItem item;
-    bool isLogged;
+    LockLines lines;
+
+    [[nodiscard]] bool isLogged() const { return lines == LockLines::Printed; }
 };
+
+void markLocked(ProtectedItem &item)
+{
+    item.isMounted = false;
+    item.mountedPath.reset();
+}
 
 void moveOriginal(const LockWork &work, const QString &target)
 {
@@ -75,7 +88,7 @@ void moveIntoStorage(const LockWork &work)
     const QString target = pathInDirectory(work.secureStorage, lastPathComponent(item.originalBackupPath));
     // Taking a placeholder for the item would destroy the data in the private copy.
     if (work.files.fileExists(item.originalPath) && !isLockInterrupted(work.files, item.originalPath, target)) {
-        if (work.isLogged) {
+        if (work.isLogged()) {
             printLogger(QStringLiteral("Locking item: ") + item.originalName + QStringLiteral(", isFolder: ") +
                         printed(item.isFolder));
             printLogger(QStringLiteral("Original path exists: ") + item.originalPath);
@@ -83,11 +96,11 @@ void moveIntoStorage(const LockWork &work)
         }
         if (work.files.fileExists(target)) {
             work.files.removeItem(target);
-            if (work.isLogged) {
+            if (work.isLogged()) {
                 printLogger(QStringLiteral("Removed existing backup"));
             }
         }
-        if (work.isLogged) {
+        if (work.isLogged()) {
             moveOriginal(work, target);
         } else {
             work.files.moveItem(item.originalPath, target);
@@ -100,10 +113,15 @@ void moveIntoStorage(const LockWork &work)
 
 QCoro::Task<> QuillhavenManager::lockItem(ProtectedItem item)
 {
-    if (!co_await m_masterPasswordManager.requireAuthenticationOrCancel()) {
+    const auto operation = co_await OperationScope::begin(*this, OperationScope::Mark::Item, item.id);
+    if (!operation) {
         co_return;
     }
-    setItemIsProcessing(item.id, true);
+    co_await operation->lease();
+    if (meanwhile(item, operation->wasListed()) != Meanwhile::Nothing) {
+        operation->endSession();
+        co_return;
+    }
 
     // The timer bounds what is reported, not how long the caller waits: file work cannot be broken off.
     bool hasTimedOut = false;
@@ -121,14 +139,13 @@ QCoro::Task<> QuillhavenManager::lockItem(ProtectedItem item)
     }
     if (failure) {
         printLogger(QStringLiteral("❌ Error in lockItem (timeout or other), setting isProcessing = false for item"));
-        setItemIsProcessing(item.id, false);
         std::rethrow_exception(failure);
     }
 }
 
 QCoro::Task<> QuillhavenManager::performLockOperation(ProtectedItem item)
 {
-    LockWork work{m_platform.fileManager, m_platform.clock, secureStorageDirectory(), item, true};
+    LockWork work{m_platform.fileManager, m_platform.clock, secureStorageDirectory(), item, LockLines::Printed};
     auto move = [work = std::move(work)] { moveIntoStorage(work); };
     try {
         co_await offMainThread(std::move(move));
@@ -139,12 +156,11 @@ QCoro::Task<> QuillhavenManager::performLockOperation(ProtectedItem item)
     }
 
     printLogger(QStringLiteral("🔄 Updating UI state for ") + kindOf(item) + QStringLiteral(": ") + item.originalName);
-    if (ProtectedItem *live = liveItem(item.id)) {
-        live->isMounted = false;
-        live->mountedPath.reset();
-        live->isProcessing = false;
-        publishItems();
-        saveProtectedItems();
+    const bool isFound = m_catalogue.update(item.id, [](ProtectedItem &live) {
+        markLocked(live);
+        live.isProcessing = false;
+    });
+    if (isFound) {
         printLogger(QStringLiteral("✅ Updated protected items list"));
     }
     printLogger(QStringLiteral("✅ Set isProcessing = false for item"));
@@ -153,16 +169,15 @@ QCoro::Task<> QuillhavenManager::performLockOperation(ProtectedItem item)
 
 QCoro::Task<> QuillhavenManager::lockItemWithoutFileAccess(ProtectedItem item)
 {
-    LockWork work{m_platform.fileManager, m_platform.clock, secureStorageDirectory(), item, false};
+    const bool wasListed = isListed(item.id);
+    const ItemLease lease = co_await m_catalogue.lease(item.id);
+    if (meanwhile(item, wasListed) != Meanwhile::Nothing) {
+        co_return;
+    }
+    LockWork work{m_platform.fileManager, m_platform.clock, secureStorageDirectory(), item, LockLines::Silent};
     auto move = [work = std::move(work)] { moveIntoStorage(work); };
     co_await offMainThread(std::move(move));
-
-    if (ProtectedItem *live = liveItem(item.id)) {
-        live->isMounted = false;
-        live->mountedPath.reset();
-        publishItems();
-        saveProtectedItems();
-    }
+    m_catalogue.update(item.id, markLocked);
 }
 
 } // namespace quillhaven

@@ -15,8 +15,8 @@
 
 #include "async/OffMainThread.h"
 #include "catalogue/QuillhavenError.h"
-#include "credentials/MasterPasswordManager.h"
 #include "engine/ItemPlaces.h"
+#include "engine/OperationScope.h"
 #include "engine/PlaceholderFile.h"
 #include "engine/QuillhavenManager.h"
 #include "formats/SecuredContainer.h"
@@ -144,12 +144,12 @@ QuillhavenManager::CanProtect QuillhavenManager::canProtectItem(QString path) co
     }
     const QString name = lastPathComponent(path);
     const QString parent = parentDirectory(path);
-    for (const ProtectedItem &item : m_protectedItems) {
+    for (const ProtectedItem &item : protectedItems()) {
         if (item.originalName == name && item.originalPath.startsWith(parent)) {
             return {false, alreadyProtectedText};
         }
     }
-    if (isPlaceOfAnItem(files, m_protectedItems, path) || m_placesInProtection.isClaimed(files, path) ||
+    if (isPlaceOfAnItem(files, protectedItems(), path) || m_placesInProtection.isClaimed(files, path) ||
         isPlaceholder(files, path)) {
         return {false, alreadyProtectedText};
     }
@@ -171,23 +171,18 @@ QStringList QuillhavenManager::protectablePaths(const QStringList &paths) const
 
 QCoro::Task<> QuillhavenManager::protectItem(QString path, QString password, bool useTouchID)
 {
-    if (!co_await m_masterPasswordManager.requireAuthenticationOrCancel()) {
+    const auto operation = co_await OperationScope::begin(*this, OperationScope::Mark::Engine);
+    if (!operation) {
         co_return;
     }
-    setIsProcessing(true);
-    try {
-        if (!m_platform.fileManager.fileExists(path)) {
-            throw QuillhavenError(QuillhavenError::itemNotFound);
-        }
-        const QString granted = co_await requestFileAccess(path);
-        printLogger(QStringLiteral("File access granted for: ") + granted);
-        co_await protectItemWithAccessibleURL(granted, password, useTouchID);
-    } catch (...) {
-        setIsProcessing(false);
-        throw;
+    if (!m_platform.fileManager.fileExists(path)) {
+        throw QuillhavenError(QuillhavenError::itemNotFound);
     }
-    // The flag stays set after a success; no view reads it, and the next failure clears it.
-    m_masterPasswordManager.endSession();
+    const QString granted = co_await requestFileAccess(path);
+    printLogger(QStringLiteral("File access granted for: ") + granted);
+    co_await protectItemWithAccessibleURL(granted, password, useTouchID);
+    operation->keepMark(); // No view reads it, and the next failure clears it.
+    operation->endSession();
 }
 
 QCoro::Task<> QuillhavenManager::protectItemWithAccessibleURL(QString path, QString password, bool useTouchID)
@@ -198,7 +193,7 @@ QCoro::Task<> QuillhavenManager::protectItemWithAccessibleURL(QString path, QStr
         throw QuillhavenError(QuillhavenError::accessDenied, alreadyProtectedText);
     }
     ProtectionWork work{files, m_platform.random, m_platform.directories, secureStorageDirectory(),
-                        path,  password,          m_protectedItems};
+                        path,  password,          protectedItems()};
     auto move = [work = std::move(work), useTouchID] { return moveIntoProtection(work, useTouchID); };
     const ProtectedItem item = co_await offMainThread(std::move(move));
 
@@ -214,9 +209,7 @@ QCoro::Task<> QuillhavenManager::protectItemWithAccessibleURL(QString path, QStr
         co_await offMainThread(m_platform.credentialQueue, std::move(store));
     }
 
-    m_protectedItems.append(item);
-    publishItems();
-    saveProtectedItems();
+    m_catalogue.append(item);
     co_await backupNewItem(item.id);
 }
 

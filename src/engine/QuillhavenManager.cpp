@@ -16,8 +16,10 @@ QuillhavenManager::QuillhavenManager(const Platform &platform, MasterPasswordMan
       m_keychain(std::make_shared<KeychainManager>(platform.credentials, platform.random, keychainServiceName)),
       m_masterPasswordManager(masterPasswordManager),
       m_passwordInputDialogManager(passwordInputDialogManager),
-      m_secureShredder(secureShredder)
+      m_secureShredder(secureShredder),
+      m_catalogue(platform.defaults)
 {
+    connect(&m_catalogue, &ItemCatalogue::changed, this, &QuillhavenManager::protectedItemsChanged);
     migrateBackupFiles();
     loadProtectedItems();
 }
@@ -37,6 +39,23 @@ bool QuillhavenManager::enforceStrongPasswords() const
 bool QuillhavenManager::enableiCloudBackup() const
 {
     return m_platform.defaults.standard().boolForKey(defaults_keys::enableiCloudBackup).value_or(false);
+}
+
+void QuillhavenManager::setItemIsProcessing(const QString &id, bool value)
+{
+    const ProtectedItem *item = m_catalogue.item(id);
+    if (item && item->isProcessing != value) {
+        m_catalogue.updateUnsaved(id, [value](ProtectedItem &live) { live.isProcessing = value; });
+    }
+}
+
+QuillhavenManager::Meanwhile QuillhavenManager::meanwhile(const ProtectedItem &snapshot, bool wasListed) const
+{
+    const ProtectedItem *live = m_catalogue.item(snapshot.id);
+    if (!live) {
+        return wasListed ? Meanwhile::Removed : Meanwhile::Nothing;
+    }
+    return live->isMounted == snapshot.isMounted ? Meanwhile::Nothing : Meanwhile::StateChanged;
 }
 
 void QuillhavenManager::setIsProcessing(bool value)

@@ -2,9 +2,10 @@
 
 #pragma once
 
-#include "catalogue/ProtectedItem.h"
+#include "catalogue/ItemCatalogue.h"
 #include "credentials/KeychainManager.h"
 #include "engine/ItemPlaces.h"
+#include "engine/RemovalLog.h"
 #include "platform/Platform.h"
 #include "shredding/QuillhavenShredder.h"
 
@@ -17,14 +18,18 @@
 namespace quillhaven {
 
 class MasterPasswordManager;
+class OperationScope;
 class PasswordInputDialogManager;
 
-/// The engine: the only owner of the catalogue, which runs every operation on items. Each operation stands in a file
-/// of its own, named after it. Operations start and continue on the main thread; file, cipher and credential work runs
+/// The engine: the only owner of the catalogue, which runs every operation on items. Each operation has a file of its
+/// own, named after it. Operations start and continue on the main thread; file, cipher and credential work runs
 /// off it. Nothing is rolled back: an operation runs a fixed order of steps and stops where it fails.
 ///
 /// Every operation passes the master password's guard first and returns without an error when that is cancelled.
 /// Those that succeed close the master password session.
+///
+/// One operation at a time touches an item's files. A second one waits once its questions are answered, and then looks
+/// at the record again: a lock that finds the item locked is done, and so is an unlock that finds it unlocked.
 class QuillhavenManager : public QObject
 {
     Q_OBJECT
@@ -41,17 +46,18 @@ public:
     /// Defined by the program alone.
     static QuillhavenManager &shared();
 
-    /// The catalogue, in order of insertion.
-    [[nodiscard]] const QList<ProtectedItem> &protectedItems() const { return m_protectedItems; }
+    /// The list, in order of insertion.
+    [[nodiscard]] const QList<ProtectedItem> &protectedItems() const { return m_catalogue.items(); }
+    /// The list with its signals for one record each, and the leases of the items.
+    [[nodiscard]] ItemCatalogue &catalogue() { return m_catalogue; }
+    [[nodiscard]] const ItemCatalogue &catalogue() const { return m_catalogue; }
     /// A display flag; it excludes nothing.
     [[nodiscard]] bool isProcessing() const { return m_isProcessing; }
 
-    // Catalogue.cpp
-
     /// Writes the catalogue to both stores. Never fails to its caller.
-    void saveProtectedItems();
+    void saveProtectedItems() { m_catalogue.save(); }
     /// Takes every record with this id out of the list, without saving and without touching its files.
-    void removeFromProtectedItems(const QString &id);
+    void removeFromProtectedItems(const QString &id) { m_catalogue.remove({id}); }
 
     // ProtectItem.cpp
 
@@ -104,7 +110,7 @@ public:
 
     // ShredItems.cpp
 
-    /// Destroys all that stands of an item, and forgets it. Throws the failing step's error; the item then stays
+    /// Destroys all that exists of an item, and forgets it. Throws the failing step's error; the item then stays
     /// listed.
     [[nodiscard]] QCoro::Task<> shredProtectedItem(ProtectedItem item, ProgressCallback progressCallback);
     /// The same over a list. Throws QuillhavenError::bulkOperationFailed at the end, with a line for each failure.
@@ -142,12 +148,13 @@ protected:
     [[nodiscard]] QCoro::Task<> removeProtectionWithAccessibleURL(ProtectedItem item, QString accessiblePath);
 
 private:
-    // Catalogue.cpp
+    friend class OperationScope;
+
+    // LoadProtectedItems.cpp
     void loadProtectedItems();
     void cleanupMissingFiles();
-    /// The first record with this id, or nullptr; publish the change that is made to it.
-    [[nodiscard]] ProtectedItem *liveItem(const QString &id);
-    void publishItems() { Q_EMIT protectedItemsChanged(); }
+
+    /// Marks a record busy, or not, without saving it.
     void setItemIsProcessing(const QString &id, bool value);
     void setIsProcessing(bool value);
     /// Clears the flag from the main loop; nobody waits for it.
@@ -170,40 +177,34 @@ private:
     [[nodiscard]] QCoro::Task<bool> authenticateForUnlock(ProtectedItem item);
 
     // LockItem.cpp, UnlockItem.cpp, RemoveProtection.cpp
-    enum class Logging { Off, On };
     [[nodiscard]] QCoro::Task<> performLockOperation(ProtectedItem item);
-    [[nodiscard]] QCoro::Task<> performUnlockOperation(ProtectedItem item);
-    [[nodiscard]] QCoro::Task<> restoreForRemoval(ProtectedItem item, QString place);
-    [[nodiscard]] QCoro::Task<> cleanUpProtection(ProtectedItem item, Logging logging);
-    void finishRemoval(const QString &id);
+    [[nodiscard]] QCoro::Task<> performUnlockOperation(ProtectedItem item, OperationScope &operation);
+    [[nodiscard]] QCoro::Task<> performRemoval(ProtectedItem item, OperationScope &operation);
+    [[nodiscard]] QCoro::Task<> restoreForRemoval(ProtectedItem item, QString place, RemovalLog log);
+    [[nodiscard]] QCoro::Task<> cleanUpProtection(ProtectedItem item, RemovalLog log);
+
+    /// What another operation did to the item since `snapshot` was taken; to be asked with the item's lease.
+    enum class Meanwhile { Nothing, StateChanged, Removed };
+    [[nodiscard]] Meanwhile meanwhile(const ProtectedItem &snapshot, bool wasListed) const;
+    [[nodiscard]] bool isListed(const QString &id) const { return m_catalogue.item(id) != nullptr; }
 
     // BulkOperations.cpp
-    struct BulkStep
-    {
-        QString name; ///< for the line of an error
-        QString status;
-        double progress = 0;
-        std::function<QCoro::Task<>()> work;
-    };
-    struct BulkRun
-    {
-        QString failureHeading;
-        std::function<QCoro::Task<QList<BulkStep>>()> prepare;
-    };
     using ItemOperation = QCoro::Task<> (QuillhavenManager::*)(ProtectedItem, QString);
-    [[nodiscard]] QCoro::Task<> runBulk(BulkRun run, ProgressCallback progressCallback);
-    [[nodiscard]] QCoro::Task<QList<BulkStep>> protectSteps(QStringList paths, QString password, bool useTouchID,
-                                                            ProgressCallback progressCallback);
-    [[nodiscard]] QCoro::Task<QList<BulkStep>> lockSteps(QList<ProtectedItem> items);
-    [[nodiscard]] QCoro::Task<QList<BulkStep>> stepsWithAccess(QList<ProtectedItem> items, QString verb,
-                                                               ItemOperation operation,
-                                                               ProgressCallback progressCallback);
-    /// Those of the paths that the user allows, in their order. Throws QuillhavenError::accessDenied when dismissed.
-    [[nodiscard]] QCoro::Task<QStringList> requestBulkFileAccess(QStringList paths);
+    struct AccessTexts
+    {
+        QString verb; ///< such as "Unlocking"
+        QString failureHeading;
+    };
+    [[nodiscard]] QCoro::Task<> bulkWithAccess(QList<ProtectedItem> items, ItemOperation itemOperation,
+                                               AccessTexts texts, ProgressCallback progressCallback);
+    /// Those of the paths that the user allows, in their order; nothing when the panel was dismissed.
+    [[nodiscard]] QCoro::Task<std::optional<QStringList>> requestBulkFileAccess(QStringList paths);
 
     // DuplicateItem.cpp, ShredItems.cpp
-    [[nodiscard]] QCoro::Task<> duplicate(ProtectedItem item, ProgressCallback progressCallback);
-    [[nodiscard]] QCoro::Task<> destroyItem(ProtectedItem item, ProgressCallback progressCallback);
+    [[nodiscard]] QCoro::Task<> duplicate(ProtectedItem item, OperationScope &operation,
+                                          ProgressCallback progressCallback);
+    [[nodiscard]] QCoro::Task<> destroyItem(ProtectedItem item, OperationScope &operation,
+                                            ProgressCallback progressCallback);
 
     // Backup.cpp, Recovery.cpp
     [[nodiscard]] QString getiCloudBackupDirectory() const;
@@ -226,7 +227,7 @@ private:
     PasswordInputDialogManager &m_passwordInputDialogManager;
     QuillhavenShredder &m_secureShredder;
 
-    QList<ProtectedItem> m_protectedItems;
+    ItemCatalogue m_catalogue;
     PlacesInProtection m_placesInProtection;
     bool m_isProcessing = false;
 };

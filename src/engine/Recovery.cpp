@@ -120,7 +120,7 @@ QString QuillhavenManager::nameInCatalogue(const QString &backupId)
     if (backupId.size() <= longestOtherName) {
         return backupId;
     }
-    if (const ProtectedItem *item = liveItem(backupId)) {
+    if (const ProtectedItem *item = m_catalogue.item(backupId)) {
         printLogger(QStringLiteral("✅ Found original filename from protected items: ") + item->originalName);
         return item->originalName;
     }

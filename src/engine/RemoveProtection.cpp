@@ -11,12 +11,10 @@
 
 #include "async/OffMainThread.h"
 #include "catalogue/QuillhavenError.h"
-#include "credentials/MasterPasswordManager.h"
+#include "engine/OperationScope.h"
 #include "engine/PlaceholderFile.h"
-#include "engine/PrivateCopyLog.h"
 #include "engine/QuillhavenManager.h"
 #include "platform/FileManager.h"
-#include "support/printLogger.h"
 
 namespace quillhaven {
 
@@ -26,52 +24,35 @@ const QString inUseText =
     QStringLiteral("Could not restore file to original location. The existing file may be in use by another "
                    "application. Please close any applications using this file and try again.");
 
-void logItem(const ProtectedItem &item)
+bool isInPlace(const FileManager &files, const ProtectedItem &item, const QString &place)
 {
-    printLogger(QStringLiteral("🔓 Removing protection from: ") + item.originalName);
-    printLogger(QStringLiteral("📁 Original path: ") + item.originalPath);
-    printLogger(QStringLiteral("💾 Backup path: ") + item.originalBackupPath);
-    printLogger(QStringLiteral("📦 Container path: ") + item.containerPath);
+    return files.fileExists(place) && !isLockInterrupted(files, place, item.originalBackupPath);
 }
 
-bool isAtOriginalPath(const FileManager &files, const ProtectedItem &item)
+void replacePlaceholder(FileManager &files, const QString &privateCopy, const QString &place, RemovalLog log)
 {
-    if (!item.isMounted) {
-        return false;
-    }
-    const bool exists =
-        files.fileExists(item.originalPath) && !isLockInterrupted(files, item.originalPath, item.originalBackupPath);
-    printLogger(QStringLiteral("📍 DEBUG: Item is mounted - file should be at original location"));
-    printLogger(QStringLiteral("📍 DEBUG: Checking if file exists at original path: ") + item.originalPath);
-    printLogger(QStringLiteral("📍 DEBUG: File exists at original path: ") + printed(exists));
-    return exists;
-}
-
-void replacePlaceholder(FileManager &files, const QString &privateCopy, const QString &place)
-{
-    printLogger(QStringLiteral("⚠️ File already exists at original location, will replace it"));
+    log.replacesPlaceholder();
     try {
         files.replaceItemAt(place, privateCopy);
     } catch (const LocalizedError &error) {
-        printLogger(QStringLiteral("❌ Could not replace file: ") + error.errorDescription());
+        log.replaceFailed(error.errorDescription());
         throw QuillhavenError(QuillhavenError::accessDenied, inUseText);
     }
-    printLogger(QStringLiteral("✅ File replaced at original location: ") + place);
-    printLogger(QStringLiteral("🗑️ Backup file automatically removed by replaceItem"));
+    log.replaced(place);
 }
 
-void restore(FileManager &files, const QString &privateCopy, const QString &place)
+void restore(FileManager &files, const QString &privateCopy, const QString &place, RemovalLog log)
 {
-    printLogger(QStringLiteral("📁 Restoring file to original location: ") + place);
+    log.restores(place);
     if (files.fileExists(place)) {
-        replacePlaceholder(files, privateCopy, place);
+        replacePlaceholder(files, privateCopy, place, log);
         return;
     }
     files.moveItem(privateCopy, place);
-    printLogger(QStringLiteral("✅ File moved to original location: ") + place);
-    printLogger(QStringLiteral("🗑️ Backup file removed by move operation"));
+    log.moved(place);
 }
 
+/// The same for a bulk run, which passes every error on as it is.
 void restoreSilently(FileManager &files, const QString &privateCopy, const QString &place)
 {
     if (!files.fileExists(privateCopy)) {
@@ -84,23 +65,16 @@ void restoreSilently(FileManager &files, const QString &privateCopy, const QStri
     }
 }
 
-void logUnless(bool isSilent, const QString &line)
-{
-    if (!isSilent) {
-        printLogger(line);
-    }
-}
-
-void removeContainer(FileManager &files, const QString &containerPath, bool isSilent)
+void removeContainer(FileManager &files, const QString &containerPath, RemovalLog log)
 {
     if (!files.fileExists(containerPath)) {
         return;
     }
-    logUnless(isSilent, QStringLiteral("🗑️ Removing container metadata file"));
+    log.removesContainer();
     try {
         files.removeItem(containerPath);
     } catch (const LocalizedError &error) {
-        logUnless(isSilent, QStringLiteral("⚠️ Could not remove container file: ") + error.errorDescription());
+        log.containerNotRemoved(error.errorDescription());
     }
 }
 
@@ -108,106 +82,126 @@ void removeContainer(FileManager &files, const QString &containerPath, bool isSi
 
 QCoro::Task<> QuillhavenManager::removeProtection(ProtectedItem item)
 {
-    printLogger(QStringLiteral("🔓 Starting removeProtection for: ") + item.originalName);
-    printLogger(QStringLiteral("📍 DEBUG: Item uses Touch ID: ") + printed(item.useTouchID));
-    printLogger(QStringLiteral("📍 DEBUG: Item is folder: ") + printed(item.isFolder));
-    printLogger(QStringLiteral("📍 DEBUG: Item is mounted: ") + printed(item.isMounted));
-    if (!co_await m_masterPasswordManager.requireAuthenticationOrCancel()) {
-        printLogger(QStringLiteral("❌ Master password authentication cancelled"));
+    const RemovalLog log(RemovalLog::Lines::Printed);
+    log.requested(item);
+    const auto operation = co_await OperationScope::begin(*this, OperationScope::Mark::Engine, item.id);
+    if (!operation) {
+        log.guardCancelled();
         co_return;
     }
-    printLogger(QStringLiteral("✅ Master password authentication successful"));
-    setIsProcessing(true);
-    logItem(item);
-
-    if (isAtOriginalPath(m_platform.fileManager, item)) {
-        printLogger(QStringLiteral("✅ File is already at original location, removing protection metadata only"));
-        co_await cleanUpProtection(item, Logging::On);
-        printLogger(QStringLiteral("🎉 Protection successfully removed - file is already at original location!"));
-        finishRemoval(item.id);
-        co_return;
-    }
-    printLogger(QStringLiteral("📍 DEBUG: Item is locked or file not at original location, checking backup"));
-    logPrivateCopySearch(m_platform.fileManager, item.originalBackupPath);
-    QString place;
-    try {
-        place = co_await requestFileAccess(item.originalPath);
-    } catch (...) {
-        setIsProcessing(false);
-        co_return;
-    }
-    try {
-        co_await restoreForRemoval(item, place);
-    } catch (...) {
-        printLogger(QStringLiteral("❌ Error removing protection: ") + localizedDescription(std::current_exception()));
-        setIsProcessing(false);
-        throw;
-    }
-    co_await cleanUpProtection(item, Logging::On);
-    printLogger(QStringLiteral("🎉 Protection successfully removed - file extracted to Desktop!"));
-    finishRemoval(item.id);
+    log.guardPassed(item);
+    co_await performRemoval(item, *operation);
 }
 
-QCoro::Task<> QuillhavenManager::restoreForRemoval(ProtectedItem item, QString place)
+QCoro::Task<> QuillhavenManager::performRemoval(ProtectedItem item, OperationScope &operation)
+{
+    const RemovalLog log(RemovalLog::Lines::Printed);
+    const FileManager &files = m_platform.fileManager;
+    QString place;
+    const bool exists = item.isMounted && isInPlace(files, item, item.originalPath);
+    if (item.isMounted) {
+        log.lookedAtOriginalPath(item, exists);
+    }
+    if (!exists) {
+        log.searchesPrivateCopy(files, item);
+        try {
+            place = co_await requestFileAccess(item.originalPath);
+        } catch (...) {
+            co_return; // dropped: a declined panel is no error
+        }
+    }
+
+    co_await operation.lease();
+    const Meanwhile change = meanwhile(item, operation.wasListed());
+    if (change == Meanwhile::Removed) {
+        operation.endSession();
+        co_return;
+    }
+    const bool hasComeOrGone = item.isMounted && isInPlace(files, item, item.originalPath) != exists;
+    if (change == Meanwhile::StateChanged || hasComeOrGone) {
+        const ProtectedItem *live = m_catalogue.item(item.id);
+        const ProtectedItem current = live ? *live : item;
+        operation.releaseLease();
+        co_await performRemoval(current, operation); // which may have a question of its own
+        co_return;
+    }
+
+    if (exists) {
+        log.foundInPlace();
+    } else {
+        co_await restoreForRemoval(item, place, log);
+    }
+    co_await cleanUpProtection(item, log);
+    exists ? log.endedInPlace() : log.endedWithRestoration();
+    removeFromProtectedItems(item.id);
+    saveProtectedItems();
+    operation.clearMark();
+    operation.endSession();
+}
+
+QCoro::Task<> QuillhavenManager::restoreForRemoval(ProtectedItem item, QString place, RemovalLog log)
 {
     FileManager &files = m_platform.fileManager;
     const QString privateCopy = item.originalBackupPath;
-    const bool exists = files.fileExists(privateCopy);
-    printLogger(QStringLiteral("📍 DEBUG: File access granted for restoration: ") + place);
-    printLogger(QStringLiteral("📍 DEBUG: Backup file exists: ") + printed(exists));
-    if (!exists) {
-        logPrivateCopyIsMissing(files, privateCopy);
-        printLogger(QStringLiteral("⚠️ Warning: Backup file not found at ") + privateCopy);
-        throw QuillhavenError(QuillhavenError::itemNotFound);
+    std::exception_ptr failure;
+    try {
+        const bool exists = files.fileExists(privateCopy);
+        log.accessGranted(place, exists);
+        if (!exists) {
+            log.privateCopyIsMissing(files, privateCopy);
+            throw QuillhavenError(QuillhavenError::itemNotFound);
+        }
+        auto work = [&files, privateCopy, place, log] { restore(files, privateCopy, place, log); };
+        co_await offMainThread(std::move(work));
+    } catch (...) {
+        failure = std::current_exception();
     }
-    auto work = [&files, privateCopy, place] { restore(files, privateCopy, place); };
-    co_await offMainThread(std::move(work));
+    if (failure) {
+        log.failed(localizedDescription(failure));
+        std::rethrow_exception(failure);
+    }
 }
 
 QCoro::Task<> QuillhavenManager::removeProtectionWithAccessibleURL(ProtectedItem item, QString accessiblePath)
 {
+    const bool wasListed = isListed(item.id);
+    const ItemLease lease = co_await m_catalogue.lease(item.id);
+    if (const ProtectedItem *live = m_catalogue.item(item.id)) {
+        item.isMounted = live->isMounted;
+    } else if (wasListed) {
+        co_return; // Another operation has given it back.
+    }
     FileManager &files = m_platform.fileManager;
-    const bool isInPlace = item.isMounted && files.fileExists(accessiblePath) &&
-                           !isLockInterrupted(files, accessiblePath, item.originalBackupPath);
-    if (!isInPlace) {
+    if (!item.isMounted || !isInPlace(files, item, accessiblePath)) {
         auto work = [&files, privateCopy = item.originalBackupPath, accessiblePath] {
             restoreSilently(files, privateCopy, accessiblePath);
         };
         co_await offMainThread(std::move(work));
     }
-    co_await cleanUpProtection(item, Logging::Off);
+    co_await cleanUpProtection(item, RemovalLog(RemovalLog::Lines::Silent));
     removeFromProtectedItems(item.id);
     saveProtectedItems();
 }
 
-QCoro::Task<> QuillhavenManager::cleanUpProtection(ProtectedItem item, Logging logging)
+QCoro::Task<> QuillhavenManager::cleanUpProtection(ProtectedItem item, RemovalLog log)
 {
-    const bool isSilent = logging == Logging::Off;
-    auto container = [&files = m_platform.fileManager, path = item.containerPath, isSilent] {
-        removeContainer(files, path, isSilent);
+    auto container = [&files = m_platform.fileManager, path = item.containerPath, log] {
+        removeContainer(files, path, log);
     };
     co_await offMainThread(std::move(container));
 
     if (item.isFolder) {
-        logUnless(isSilent, QStringLiteral("📁 Skipping keychain cleanup for folder"));
+        log.skipsCredentials();
         co_return;
     }
-    logUnless(isSilent, QStringLiteral("🔑 Removing keychain credentials for item: ") + item.id);
+    log.removesCredentials(item.id);
     auto credentials = [keychain = m_keychain, id = item.id] { keychain->removeCredentials(id); };
     try {
         co_await offMainThread(m_platform.credentialQueue, std::move(credentials));
-        logUnless(isSilent, QStringLiteral("✅ Successfully removed keychain credentials"));
+        log.credentialsRemoved();
     } catch (const LocalizedError &error) {
-        logUnless(isSilent, QStringLiteral("⚠️ Could not remove keychain credentials: ") + error.errorDescription());
+        log.credentialsNotRemoved(error.errorDescription());
     }
-}
-
-void QuillhavenManager::finishRemoval(const QString &id)
-{
-    removeFromProtectedItems(id);
-    saveProtectedItems();
-    setIsProcessing(false);
-    m_masterPasswordManager.endSession();
 }
 
 } // namespace quillhaven

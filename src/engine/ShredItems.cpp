@@ -1,13 +1,12 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// Shredding a protected item destroys what stands at its original place, in private storage and as its container, then
-// forgets its credentials and its record. Each part that is not there is passed over. A stop leaves what has been
+// Shredding a protected item destroys what is at its original place, in private storage and in its container, then
+// forgets its credentials and its record. Each part that does not exist is passed over. A stop leaves what has been
 // destroyed destroyed and the item listed; another shred of it finds what is left.
 
-#include "async/AfterPosted.h"
 #include "async/OffMainThread.h"
 #include "catalogue/QuillhavenError.h"
-#include "credentials/MasterPasswordManager.h"
+#include "engine/OperationScope.h"
 #include "engine/QuillhavenManager.h"
 #include "platform/FileManager.h"
 
@@ -27,26 +26,28 @@ ProgressCallback mapped(const ProgressCallback &progressCallback, double start, 
 
 QCoro::Task<> QuillhavenManager::shredProtectedItem(ProtectedItem item, ProgressCallback progressCallback)
 {
-    if (!co_await m_masterPasswordManager.requireAuthenticationOrCancel()) {
+    const auto operation = co_await OperationScope::begin(*this, OperationScope::Mark::EngineLater, item.id);
+    if (!operation) {
         co_return;
     }
-    co_await afterPosted(); // In a list the end of the item before must not clear the flag of this one.
-    setIsProcessing(true);
+    std::exception_ptr failure;
     try {
-        co_await destroyItem(item, progressCallback);
+        co_await destroyItem(item, *operation, progressCallback);
     } catch (...) {
-        progressCallback(QStringLiteral("Shredding failed: ") + localizedDescription(std::current_exception()), 0.0);
-        stopProcessingLater();
-        throw;
+        failure = std::current_exception();
+    }
+    if (failure) {
+        progressCallback(QStringLiteral("Shredding failed: ") + localizedDescription(failure), 0.0);
+        std::rethrow_exception(failure);
     }
     removeFromProtectedItems(item.id);
     saveProtectedItems();
     progressCallback(QStringLiteral("Item securely shredded: ") + item.originalName, 1.0);
-    m_masterPasswordManager.endSession();
-    stopProcessingLater();
+    operation->endSession();
 }
 
-QCoro::Task<> QuillhavenManager::destroyItem(ProtectedItem item, ProgressCallback progressCallback)
+QCoro::Task<> QuillhavenManager::destroyItem(ProtectedItem item, OperationScope &operation,
+                                             ProgressCallback progressCallback)
 {
     const FileManager &files = m_platform.fileManager;
     if (!item.isMounted) {
@@ -54,6 +55,10 @@ QCoro::Task<> QuillhavenManager::destroyItem(ProtectedItem item, ProgressCallbac
         // A cancelled prompt counts as unlocked: the item's secret is no gate in front of its destruction.
         co_await unlockItem(item);
         progressCallback(QStringLiteral("Item unlocked, proceeding with shredding..."), 0.2);
+    }
+    co_await operation.lease();
+    if (meanwhile(item, operation.wasListed()) == Meanwhile::Removed) {
+        co_return; // It has been given back: what is at its place is the user's again.
     }
     if (files.fileExists(item.originalPath)) {
         progressCallback(QStringLiteral("Shredding original file: ") + item.originalName, 0.3);
@@ -75,10 +80,10 @@ QCoro::Task<> QuillhavenManager::destroyItem(ProtectedItem item, ProgressCallbac
 
 QCoro::Task<> QuillhavenManager::bulkShredProtectedItems(QList<ProtectedItem> items, ProgressCallback progressCallback)
 {
-    if (!co_await m_masterPasswordManager.requireAuthenticationOrCancel()) {
+    const auto operation = co_await OperationScope::begin(*this, OperationScope::Mark::EngineLater);
+    if (!operation) {
         co_return;
     }
-    setIsProcessing(true);
     const qsizetype total = items.size();
     qsizetype succeeded = 0;
     QStringList errorLines;
@@ -99,10 +104,9 @@ QCoro::Task<> QuillhavenManager::bulkShredProtectedItems(QList<ProtectedItem> it
         }
     }
 
-    stopProcessingLater();
     if (errorLines.isEmpty()) {
         progressCallback(QStringLiteral("Successfully shredded %1 items").arg(succeeded), 1.0);
-        m_masterPasswordManager.endSession();
+        operation->endSession();
         co_return;
     }
     const QString lines = errorLines.join(QLatin1Char('\n'));
@@ -113,18 +117,12 @@ QCoro::Task<> QuillhavenManager::bulkShredProtectedItems(QList<ProtectedItem> it
 
 QCoro::Task<> QuillhavenManager::shredUnprotectedItems(QStringList paths, ProgressCallback progressCallback)
 {
-    if (!co_await m_masterPasswordManager.requireAuthenticationOrCancel()) {
+    const auto operation = co_await OperationScope::begin(*this, OperationScope::Mark::EngineLater);
+    if (!operation) {
         co_return;
     }
-    setIsProcessing(true);
-    try {
-        co_await m_secureShredder.bulkShredItems(paths, progressCallback);
-    } catch (...) {
-        stopProcessingLater();
-        throw;
-    }
-    m_masterPasswordManager.endSession();
-    stopProcessingLater();
+    co_await m_secureShredder.bulkShredItems(paths, progressCallback);
+    operation->endSession();
 }
 
 } // namespace quillhaven

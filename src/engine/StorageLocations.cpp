@@ -72,17 +72,18 @@ void QuillhavenManager::migrateBackupPaths()
     const QString oldDirectory = oldStorageDirectory();
     const QString newDirectory = secureStorageDirectory();
     bool hasChanged = false;
-    for (ProtectedItem &item : m_protectedItems) {
+    const QList<ProtectedItem> items = protectedItems();
+    for (const ProtectedItem &item : items) {
         if (!item.originalBackupPath.startsWith(oldDirectory)) {
             continue;
         }
-        item.originalBackupPath = pathInDirectory(newDirectory, lastPathComponent(item.originalBackupPath));
+        const QString newPath = pathInDirectory(newDirectory, lastPathComponent(item.originalBackupPath));
+        m_catalogue.updateUnsaved(item.id, [&newPath](ProtectedItem &live) { live.originalBackupPath = newPath; });
         printLogger(QStringLiteral("📍 DEBUG: Migrated backup path for ") + item.originalName + QStringLiteral(": ") +
-                    item.originalBackupPath);
+                    newPath);
         hasChanged = true;
     }
     if (hasChanged) {
-        publishItems();
         saveProtectedItems();
         printLogger(QStringLiteral("✅ Backup paths migration completed"));
     }

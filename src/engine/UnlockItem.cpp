@@ -1,18 +1,20 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// Unlocking puts a locked item back where it stood. The item's secret is a gate in front of a move, no key to the data:
+// Unlocking puts a locked item back at its place. The item's secret is a gate in front of a move, no key to the data:
 //
 // 1. the item's own password or the user's finger is checked (a folder has neither);
 // 2. the private copy is looked for, and the user confirms the place;
 // 3. the placeholder is removed, and the private copy moves to its place;
 // 4. the record is marked unlocked and saved.
 //
+// Another operation on the item comes first or waits: an unlock that finds the item unlocked meanwhile is done.
+//
 // A stop within 3 leaves the data in private storage and nothing at the place. A stop before 4 leaves the data at the
 // place while the record still says locked.
 
 #include "async/OffMainThread.h"
 #include "catalogue/QuillhavenError.h"
-#include "credentials/MasterPasswordManager.h"
+#include "engine/OperationScope.h"
 #include "engine/PrivateCopyLog.h"
 #include "engine/QuillhavenManager.h"
 #include "platform/FileManager.h"
@@ -33,20 +35,27 @@ void requirePrivateCopy(const FileManager &files, const QString &backupPath)
     }
 }
 
-void restorePrivateCopy(FileManager &files, const QString &backupPath, const QString &place, bool isLogged)
+void markUnlocked(ProtectedItem &item, const QString &place)
 {
-    // Looked for again before anything goes: another unlock may have brought the data to its place meanwhile.
+    item.isMounted = true;
+    item.mountedPath = place;
+}
+
+enum class UnlockLines { Silent, Printed };
+
+void restorePrivateCopy(FileManager &files, const QString &backupPath, const QString &place, UnlockLines lines)
+{
     if (!files.fileExists(backupPath)) {
         throw QuillhavenError(QuillhavenError::itemNotFound);
     }
     if (files.fileExists(place)) {
         files.removeItem(place);
-        if (isLogged) {
+        if (lines == UnlockLines::Printed) {
             printLogger(QStringLiteral("🗑️ Removed placeholder file"));
         }
     }
     files.moveItem(backupPath, place);
-    if (isLogged) {
+    if (lines == UnlockLines::Printed) {
         printLogger(QStringLiteral("✅ Successfully restored item to: ") + place);
     }
 }
@@ -55,19 +64,13 @@ void restorePrivateCopy(FileManager &files, const QString &backupPath, const QSt
 
 QCoro::Task<> QuillhavenManager::unlockItem(ProtectedItem item)
 {
-    if (!co_await m_masterPasswordManager.requireAuthenticationOrCancel()) {
-        co_return;
-    }
-    setItemIsProcessing(item.id, true);
-    try {
-        co_await performUnlockOperation(item);
-    } catch (...) {
-        setItemIsProcessing(item.id, false);
-        throw;
+    const auto operation = co_await OperationScope::begin(*this, OperationScope::Mark::Item, item.id);
+    if (operation) {
+        co_await performUnlockOperation(item, *operation);
     }
 }
 
-QCoro::Task<> QuillhavenManager::performUnlockOperation(ProtectedItem item)
+QCoro::Task<> QuillhavenManager::performUnlockOperation(ProtectedItem item, OperationScope &operation)
 {
     printLogger(QStringLiteral("🔓 Unlocking: ") + item.originalName);
     printLogger(QStringLiteral("📁 Original path: ") + item.originalPath);
@@ -76,7 +79,13 @@ QCoro::Task<> QuillhavenManager::performUnlockOperation(ProtectedItem item)
     // The two quiet exits below reset the engine's flag and leave the record marked busy.
     if (!co_await authenticateForUnlock(item)) {
         setIsProcessing(false);
-        m_masterPasswordManager.endSession();
+        operation.keepMark();
+        operation.endSession();
+        co_return;
+    }
+    // An unlock that another one has overtaken finds no private copy any more, and that is no failure.
+    if (meanwhile(item, operation.wasListed()) != Meanwhile::Nothing) {
+        operation.endSession();
         co_return;
     }
     requirePrivateCopy(m_platform.fileManager, item.originalBackupPath);
@@ -85,42 +94,41 @@ QCoro::Task<> QuillhavenManager::performUnlockOperation(ProtectedItem item)
         place = co_await requestFileAccess(item.originalPath);
     } catch (...) {
         setIsProcessing(false);
+        operation.keepMark();
         co_return;
     }
     printLogger(QStringLiteral("📍 DEBUG: File access granted for unlock: ") + place);
 
-    auto restore = [&files = m_platform.fileManager, backupPath = item.originalBackupPath, place] {
-        restorePrivateCopy(files, backupPath, place, true);
-    };
-    co_await offMainThread(std::move(restore));
-
-    if (ProtectedItem *live = liveItem(item.id)) {
-        live->isMounted = true;
-        live->mountedPath = place;
-        live->isProcessing = false;
-        publishItems();
-        saveProtectedItems();
+    co_await operation.lease();
+    if (meanwhile(item, operation.wasListed()) == Meanwhile::Nothing) {
+        auto restore = [&files = m_platform.fileManager, backupPath = item.originalBackupPath, place] {
+            restorePrivateCopy(files, backupPath, place, UnlockLines::Printed);
+        };
+        co_await offMainThread(std::move(restore));
+        m_catalogue.update(item.id, [&place](ProtectedItem &live) {
+            markUnlocked(live, place);
+            live.isProcessing = false;
+        });
     }
-    m_masterPasswordManager.endSession();
+    operation.endSession();
 }
 
 QCoro::Task<> QuillhavenManager::unlockItemWithAccessibleURL(ProtectedItem item, QString accessiblePath)
 {
     printLogger(QStringLiteral("🔓 Unlocking: ") + item.originalName);
+    const bool wasListed = isListed(item.id);
     if (!co_await authenticateForUnlock(item)) {
         co_return;
     }
+    const ItemLease lease = co_await m_catalogue.lease(item.id);
+    if (meanwhile(item, wasListed) != Meanwhile::Nothing) {
+        co_return;
+    }
     auto restore = [&files = m_platform.fileManager, backupPath = item.originalBackupPath, accessiblePath] {
-        restorePrivateCopy(files, backupPath, accessiblePath, false);
+        restorePrivateCopy(files, backupPath, accessiblePath, UnlockLines::Silent);
     };
     co_await offMainThread(std::move(restore));
-
-    if (ProtectedItem *live = liveItem(item.id)) {
-        live->isMounted = true;
-        live->mountedPath = accessiblePath;
-        publishItems();
-        saveProtectedItems();
-    }
+    m_catalogue.update(item.id, [&accessiblePath](ProtectedItem &live) { markUnlocked(live, accessiblePath); });
 }
 
 } // namespace quillhaven

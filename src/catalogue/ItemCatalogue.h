@@ -1,0 +1,78 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+#pragma once
+
+#include "catalogue/ItemLease.h"
+#include "catalogue/ProtectedItem.h"
+
+#include <QList>
+#include <QObject>
+#include <QSet>
+
+#include <functional>
+#include <optional>
+
+namespace quillhaven {
+
+class UserDefaultsProvider;
+
+/// The list of protected items, its two stores and the leases of its items. The first record with an id is the one that
+/// counts; where none has it, a change does nothing. Main thread only.
+///
+/// The application's store holds the whole records, the one that is shared with other programs a summary of each.
+class ItemCatalogue : public QObject
+{
+    Q_OBJECT
+
+public:
+    enum class Loaded { Nothing, Items, Undecodable };
+    using Change = std::function<void(ProtectedItem &item)>;
+
+    /// Starts empty and reads nothing. The provider must outlive this object.
+    explicit ItemCatalogue(UserDefaultsProvider &defaults, QObject *parent = nullptr);
+    ~ItemCatalogue() override;
+
+    /// In order of insertion. The reference and the pointers below hold until the next change.
+    [[nodiscard]] const QList<ProtectedItem> &items() const { return m_items; }
+    [[nodiscard]] const ProtectedItem *item(const QString &id) const;
+    /// The first record of this original path.
+    [[nodiscard]] const ProtectedItem *itemAt(const QString &originalPath) const;
+
+    /// Reads the application's store in place of what the list holds. When that cannot be decoded, the list stays.
+    Loaded load();
+
+    /// Adds a record at the end, publishes and saves.
+    void append(const ProtectedItem &item);
+    /// Changes a record, publishes and saves. False when there is none.
+    bool update(const QString &id, const Change &change);
+    /// The same without saving: the next save writes it as well.
+    bool updateUnsaved(const QString &id, const Change &change);
+    /// Takes every record with one of these ids out of the list and publishes, without saving.
+    void remove(const QSet<QString> &ids);
+    /// Writes what has changed since the last save to both stores. Never fails to its caller: what could not be written
+    /// is written by the next save.
+    void save();
+
+    /// See ItemLeases.
+    [[nodiscard]] QCoro::Task<ItemLease> lease(QString id) { return m_leases.acquire(std::move(id)); }
+    [[nodiscard]] bool isLeased(const QString &id) const { return m_leases.isLeased(id); }
+
+Q_SIGNALS:
+    /// One record was added at the end, changed in its place, or is about to leave no trace in the list.
+    void itemAdded(const QString &id);
+    void itemChanged(const QString &id);
+    void itemRemoved(const QString &id);
+    /// The list was loaded.
+    void reset();
+    /// After each of the signals above.
+    void changed();
+
+private:
+    [[nodiscard]] ProtectedItem *find(const QString &id);
+
+    UserDefaultsProvider &m_defaults;
+    QList<ProtectedItem> m_items;
+    ItemLeases m_leases;
+};
+
+} // namespace quillhaven

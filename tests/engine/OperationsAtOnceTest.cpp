@@ -1,0 +1,246 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+// Operations on one item that run at once: one after the other touches its files, and nothing is lost whichever comes
+// first.
+
+#include "engine/PlaceholderFile.h"
+#include "engine/ProtectedFileFixture.h"
+
+#include <QDir>
+
+#include <random>
+
+using namespace quillhaven;
+using namespace quillhaven::testing;
+
+namespace {
+
+const ProgressCallback quiet = [](const QString &, double) {};
+
+class OperationsAtOnce : public ProtectedFileTest
+{
+protected:
+    using Run = std::unique_ptr<RunningTask<void>>;
+
+    Run start(QCoro::Task<> task) { return std::make_unique<RunningTask<void>>(std::move(task)); }
+    Run startLock() { return start(engine.manager.lockItem(engine.item())); }
+    Run startBulkLock() { return start(engine.manager.bulkLockItems(engine.manager.protectedItems(), quiet)); }
+    Run startUnlock() { return start(engine.manager.unlockItem(engine.item())); }
+    Run startRemoval() { return start(engine.manager.removeProtection(engine.item())); }
+
+    /// What the item's place or its private copy holds, of which exactly one is the data.
+    [[nodiscard]] QByteArray data() const
+    {
+        const QByteArray placed = TemporaryHome::exists(path) ? TemporaryHome::read(path) : QByteArray();
+        const QStringList stored =
+            QDir(services.home.path(QStringLiteral(".local/share/quillhaven"))).entryList(QDir::Files);
+        if (stored.isEmpty()) {
+            return placed;
+        }
+        EXPECT_EQ(stored.size(), 1);
+        EXPECT_EQ(placed, placeholderText.toUtf8());
+        return TemporaryHome::read(services.home.path(QStringLiteral(".local/share/quillhaven/") + stored.first()));
+    }
+};
+
+} // namespace
+
+TEST_F(OperationsAtOnce, TwoLocksKeepTheOnlyCopy)
+{
+    startUnlocked();
+    const Run first = startLock();
+    const Run second = startLock();
+    first->wait();
+    second->wait();
+    EXPECT_EQ(data(), "mine");
+    EXPECT_FALSE(engine.item().isMounted);
+    EXPECT_FALSE(engine.item().isProcessing);
+    EXPECT_FALSE(engine.manager.catalogue().isLeased(engine.item().id));
+    EXPECT_EQ(log.lines().count(QStringLiteral("🔄 Starting move operation for file: a.txt")), 1);
+}
+
+TEST_F(OperationsAtOnce, ALockAndABulkLockKeepTheOnlyCopy)
+{
+    startUnlocked();
+    const Run first = startBulkLock();
+    const Run second = startLock();
+    first->wait();
+    second->wait();
+    EXPECT_EQ(data(), "mine");
+    EXPECT_FALSE(engine.item().isMounted);
+}
+
+TEST_F(OperationsAtOnce, TwoUnlocksBringTheDataBackOnce)
+{
+    // A folder has no password, so that the two do not compete for the one dialog.
+    services.home.write(QStringLiteral("Desktop/a.txt/inner.txt"), "mine");
+    engine.protect(path);
+    const Run first = startUnlock();
+    const Run second = startUnlock();
+    first->wait();
+    second->wait();
+    EXPECT_EQ(TemporaryHome::read(path + QStringLiteral("/inner.txt")), "mine");
+    EXPECT_TRUE(engine.item().isMounted);
+    EXPECT_FALSE(engine.item().isProcessing);
+}
+
+TEST_F(OperationsAtOnce, ARemovalDuringALockGivesTheDataBack)
+{
+    startUnlocked();
+    const Run lock = startLock();
+    const Run removal = startRemoval();
+    lock->wait();
+    removal->wait();
+    EXPECT_EQ(engine.count(), 0);
+    EXPECT_EQ(TemporaryHome::read(path), "mine");
+    EXPECT_EQ(data(), "mine");
+}
+
+TEST_F(OperationsAtOnce, ALockDuringARemovalLeavesTheDataAtItsPlace)
+{
+    startUnlocked();
+    const Run removal = startRemoval();
+    const Run lock = startLock();
+    removal->wait();
+    lock->wait();
+    EXPECT_EQ(engine.count(), 0);
+    EXPECT_EQ(TemporaryHome::read(path), "mine");
+}
+
+TEST_F(OperationsAtOnce, TwoRemovalsGiveTheDataBackOnce)
+{
+    startLocked();
+    const Run first = startRemoval();
+    const Run second = startRemoval();
+    first->wait();
+    second->wait();
+    EXPECT_EQ(engine.count(), 0);
+    EXPECT_EQ(TemporaryHome::read(path), "mine");
+}
+
+TEST_F(OperationsAtOnce, AShredAfterARemovalLeavesWhatWasGivenBack)
+{
+    startUnlocked();
+    const Run removal = startRemoval();
+    const Run shred = start(engine.manager.shredProtectedItem(engine.item(), quiet));
+    removal->wait();
+    shred->wait();
+    EXPECT_EQ(engine.count(), 0);
+    EXPECT_EQ(TemporaryHome::read(path), "mine");
+}
+
+TEST_F(OperationsAtOnce, AShredDuringALockDestroysTheDataWhereverItIs)
+{
+    startUnlocked();
+    const Run lock = startLock();
+    const Run shred = start(engine.manager.shredProtectedItem(engine.item(), quiet));
+    lock->wait();
+    shred->wait();
+    EXPECT_EQ(engine.count(), 0);
+    EXPECT_FALSE(TemporaryHome::exists(path));
+    EXPECT_TRUE(QDir(services.home.path(QStringLiteral(".local/share/quillhaven"))).isEmpty());
+}
+
+TEST_F(OperationsAtOnce, ADuplicateIsMadeOfWholeDataBesideAnUnlock)
+{
+    startLocked();
+    const Run duplicate = start(engine.manager.duplicateAsEncryptedCopy(engine.item(), quiet));
+    const Run unlock = startUnlock();
+    duplicate->wait();
+    unlock->wait();
+    ASSERT_EQ(engine.count(), 2);
+    EXPECT_EQ(TemporaryHome::read(path), "mine");
+    EXPECT_EQ(TemporaryHome::read(engine.item(1).originalBackupPath), "mine");
+}
+
+TEST_F(OperationsAtOnce, AnAbandonedQuestionKeepsNoOtherOperationFromTheItem)
+{
+    startLocked();
+    engine.itemPassword.reset(); // nobody answers
+    const bool blocked = engine.passwordDialog.blockSignals(true);
+    const Run abandoned = startUnlock();
+    spinOnce();
+    engine.passwordDialog.blockSignals(blocked);
+    engine.remove();
+    EXPECT_EQ(engine.count(), 0);
+    EXPECT_EQ(TemporaryHome::read(path), "mine");
+    engine.passwordDialog.onCancel();
+    abandoned->wait();
+}
+
+/// Random operations started in random groups. QUILLHAVEN_INTERLEAVINGS says how many groups, QUILLHAVEN_SEED which.
+TEST_F(OperationsAtOnce, NothingIsLostInManyInterleavings)
+{
+    const int rounds = qEnvironmentVariableIntValue("QUILLHAVEN_INTERLEAVINGS") > 0
+                           ? qEnvironmentVariableIntValue("QUILLHAVEN_INTERLEAVINGS")
+                           : 1'500;
+    const unsigned seed = qEnvironmentVariableIsSet("QUILLHAVEN_SEED")
+                              ? static_cast<unsigned>(qEnvironmentVariableIntValue("QUILLHAVEN_SEED"))
+                              : std::random_device()();
+    std::fprintf(stderr, "%d interleavings of seed %u\n", rounds, seed);
+    std::mt19937 random(seed);
+    engine.passwordDialog.blockSignals(false);
+    services.panels.answer = [](const OpenPanelRequest &request) {
+        return std::optional(request.directory + QLatin1Char('/') + request.preselected);
+    };
+    for (int round = 0; round < rounds; ++round) {
+        if (engine.count() == 0) {
+            services.home.write(QStringLiteral("Desktop/folder/inner.txt"), "mine");
+            QDir().rename(services.home.path(QStringLiteral("Desktop/folder")), path);
+            engine.protect(path);
+        }
+        std::vector<Run> runs;
+        const int operations = 2 + static_cast<int>(random() % 4);
+        for (int i = 0; i < operations; ++i) {
+            switch (random() % 12) {
+            case 0:
+                runs.push_back(startRemoval());
+                break;
+            case 1:
+                runs.push_back(startBulkLock());
+                break;
+            case 2:
+                runs.push_back(start(engine.manager.bulkUnlockItems(engine.manager.protectedItems(), quiet)));
+                break;
+            case 3:
+            case 4:
+            case 5:
+            case 6:
+                runs.push_back(startLock());
+                break;
+            default:
+                runs.push_back(startUnlock());
+                break;
+            }
+            if (engine.count() == 0) {
+                break;
+            }
+            if (random() % 3 == 0) {
+                spinOnce(); // so that some of them are half way
+            }
+            if (engine.count() == 0) {
+                break;
+            }
+        }
+        for (const Run &run : runs) {
+            try {
+                run->wait();
+            } catch (const LocalizedError &) {
+                // dropped: an operation that comes too late may say so
+            }
+        }
+        const bool isPlaced = TemporaryHome::exists(path + QStringLiteral("/inner.txt"));
+        const bool isListed = engine.count() == 1;
+        const QString stored = isListed ? engine.item().originalBackupPath + QStringLiteral("/inner.txt") : QString();
+        const bool isStored = isListed && TemporaryHome::exists(stored);
+        ASSERT_NE(isPlaced, isStored) << "round " << round << ", seed " << seed << "\n"
+                                      << log.lines().join(QLatin1Char('\n')).toStdString();
+        ASSERT_EQ(TemporaryHome::read(isPlaced ? path + QStringLiteral("/inner.txt") : stored), "mine");
+        ASSERT_TRUE(isListed || isPlaced);
+        if (isListed) {
+            ASSERT_EQ(engine.item().isMounted, isPlaced) << "round " << round << ", seed " << seed;
+            ASSERT_FALSE(engine.manager.catalogue().isLeased(engine.item().id));
+        }
+        log.clear();
+    }
+}
