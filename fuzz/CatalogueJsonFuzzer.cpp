@@ -17,7 +17,9 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
     const QByteArray encoded = encodeProtectedItems(*items);
     if (!encoded.isEmpty()) {
         fuzz::require(decodeProtectedItems(encoded) == items);
-        (void)encodeProtectedItemInfos(*items);
+        for (const quillhaven::ProtectedItem &item : *items) {
+            (void)encodeProtectedItemInfo(item);
+        }
     }
     return 0;
 }

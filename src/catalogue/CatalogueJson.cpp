@@ -62,19 +62,11 @@ bool writeInfo(Writer &writer, const ProtectedItem &item)
            writeField(writer, "isMounted", info.isMounted) && writer.EndObject();
 }
 
-QByteArray encodeArray(const QList<ProtectedItem> &items, bool (*writeOne)(Writer &, const ProtectedItem &))
+QByteArray encodeOne(const ProtectedItem &item, bool (*writeOne)(Writer &, const ProtectedItem &))
 {
     Buffer buffer;
     Writer writer(buffer);
-    if (!writer.StartArray()) {
-        return {};
-    }
-    for (const ProtectedItem &item : items) {
-        if (!writeOne(writer, item)) {
-            return {};
-        }
-    }
-    if (!writer.EndArray()) {
+    if (!writeOne(writer, item)) {
         return {};
     }
     return {buffer.GetString(), static_cast<qsizetype>(buffer.GetSize())};
@@ -110,14 +102,26 @@ struct FieldReader
 
 } // namespace
 
-QByteArray encodeProtectedItems(const QList<ProtectedItem> &items)
+QByteArray encodeProtectedItem(const ProtectedItem &item)
 {
-    return encodeArray(items, writeItem);
+    return encodeOne(item, writeItem);
 }
 
-QByteArray encodeProtectedItemInfos(const QList<ProtectedItem> &items)
+QByteArray encodeProtectedItemInfo(const ProtectedItem &item)
 {
-    return encodeArray(items, writeInfo);
+    return encodeOne(item, writeInfo);
+}
+
+QByteArray encodeProtectedItems(const QList<ProtectedItem> &items)
+{
+    QByteArrayList texts;
+    for (const ProtectedItem &item : items) {
+        texts.append(encodeProtectedItem(item));
+        if (texts.constLast().isEmpty()) {
+            return {};
+        }
+    }
+    return '[' + texts.join(',') + ']';
 }
 
 std::optional<QList<ProtectedItem>> decodeProtectedItems(const QByteArray &json)

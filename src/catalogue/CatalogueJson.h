@@ -6,12 +6,15 @@
 
 namespace quillhaven {
 
-/// A JSON array (RFC 8259, UTF-8) with one object for each record, whose keys are the field names. "mountedPath" is
-/// left out when absent. Empty bytes when a string cannot be written as UTF-8.
-[[nodiscard]] QByteArray encodeProtectedItems(const QList<ProtectedItem> &items);
+/// A JSON object (RFC 8259, UTF-8) whose keys are the field names; "mountedPath" is left out when absent. Empty bytes
+/// when a string cannot be written as UTF-8.
+[[nodiscard]] QByteArray encodeProtectedItem(const ProtectedItem &item);
 
-/// A JSON array with the five fields of each record's summary.
-[[nodiscard]] QByteArray encodeProtectedItemInfos(const QList<ProtectedItem> &items);
+/// The same with the five fields of the record's summary.
+[[nodiscard]] QByteArray encodeProtectedItemInfo(const ProtectedItem &item);
+
+/// A JSON array of whole records: what the application's store holds. Empty bytes when one cannot be written.
+[[nodiscard]] QByteArray encodeProtectedItems(const QList<ProtectedItem> &items);
 
 /// The records of such an array, or nothing when the text is no such array or one record lacks a field or has one of
 /// another type. Other keys are ignored.

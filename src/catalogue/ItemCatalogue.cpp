@@ -7,6 +7,8 @@
 #include "settings/DefaultsKeys.h"
 
 #include <algorithm>
+#include <numeric>
+#include <utility>
 
 namespace quillhaven {
 
@@ -44,6 +46,7 @@ ItemCatalogue::Loaded ItemCatalogue::load()
         return Loaded::Undecodable;
     }
     m_items = *decoded;
+    m_applicationBacklog.isWhole = false;
     Q_EMIT reset();
     Q_EMIT changed();
     return Loaded::Items;
@@ -52,6 +55,7 @@ ItemCatalogue::Loaded ItemCatalogue::load()
 void ItemCatalogue::append(const ProtectedItem &item)
 {
     m_items.append(item);
+    noteChanged(item.id);
     Q_EMIT itemAdded(item.id);
     Q_EMIT changed();
     save();
@@ -64,6 +68,7 @@ bool ItemCatalogue::updateUnsaved(const QString &id, const Change &change)
         return false;
     }
     change(*item);
+    noteChanged(id);
     Q_EMIT itemChanged(id);
     Q_EMIT changed();
     return true;
@@ -89,6 +94,7 @@ void ItemCatalogue::remove(const QSet<QString> &ids)
         return isRemoved;
     });
     for (const QString &id : std::as_const(removed)) {
+        noteRemoved(id);
         Q_EMIT itemRemoved(id);
     }
     if (!removed.isEmpty()) {
@@ -96,18 +102,78 @@ void ItemCatalogue::remove(const QSet<QString> &ids)
     }
 }
 
+void ItemCatalogue::noteChanged(const QString &id)
+{
+    for (Backlog *backlog : {&m_applicationBacklog, &m_sharedBacklog}) {
+        backlog->changed.insert(id);
+    }
+}
+
+void ItemCatalogue::noteRemoved(const QString &id)
+{
+    for (Backlog *backlog : {&m_applicationBacklog, &m_sharedBacklog}) {
+        backlog->changed.remove(id);
+        backlog->removed.insert(id);
+    }
+}
+
+QList<qsizetype> ItemCatalogue::due(const Backlog &backlog) const
+{
+    QList<qsizetype> indexes;
+    if (backlog.isWhole) {
+        indexes.resize(m_items.size());
+        std::iota(indexes.begin(), indexes.end(), 0);
+        return indexes;
+    }
+    for (const QString &id : backlog.changed) {
+        if (const ProtectedItem *changed = item(id)) {
+            indexes.append(changed - m_items.constData());
+        }
+    }
+    std::ranges::sort(indexes); // New elements go to the end in the order of the list.
+    return indexes;
+}
+
+std::optional<QList<ArrayElement>> ItemCatalogue::encoded(const Backlog &backlog, Encode encode) const
+{
+    QList<ArrayElement> elements;
+    for (const qsizetype index : due(backlog)) {
+        const ProtectedItem &item = m_items.at(index);
+        elements.append({.id = item.id, .value = encode(item)});
+        if (elements.constLast().value.isEmpty()) {
+            return std::nullopt;
+        }
+    }
+    return elements;
+}
+
+bool ItemCatalogue::write(UserDefaults &store, Backlog &backlog, Encode encode)
+{
+    const auto elements = encoded(backlog, encode);
+    if (!elements) {
+        return false;
+    }
+    if (!backlog.isWhole &&
+        store.changeArray(defaults_keys::protectedItems, {.put = *elements, .removed = backlog.removed.values()})) {
+        backlog = {.isWhole = false, .changed = {}, .removed = {}};
+        return true;
+    }
+    if (!std::exchange(backlog.isWhole, true)) {
+        return write(store, backlog, encode); // It held another form of the list, or has missed a change.
+    }
+    if (store.setArray(defaults_keys::protectedItems, *elements)) {
+        backlog = {.isWhole = false, .changed = {}, .removed = {}};
+    }
+    return true;
+}
+
 void ItemCatalogue::save()
 {
-    const QByteArray items = encodeProtectedItems(m_items);
-    if (items.isEmpty()) {
+    if (!write(m_defaults.standard(), m_applicationBacklog, encodeProtectedItem)) {
         return;
     }
-    m_defaults.standard().setData(defaults_keys::protectedItems, items);
-
-    UserDefaults *suite = m_defaults.suite(defaults_keys::sharedSuite);
-    const QByteArray infos = encodeProtectedItemInfos(m_items);
-    if (suite && !infos.isEmpty()) {
-        suite->setData(defaults_keys::protectedItems, infos);
+    if (UserDefaults *suite = m_defaults.suite(defaults_keys::sharedSuite)) {
+        write(*suite, m_sharedBacklog, encodeProtectedItemInfo);
     }
 }
 

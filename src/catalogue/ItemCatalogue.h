@@ -14,6 +14,8 @@
 
 namespace quillhaven {
 
+struct ArrayElement;
+class UserDefaults;
 class UserDefaultsProvider;
 
 /// The list of protected items, its two stores and the leases of its items. The first record with an id is the one that
@@ -49,8 +51,8 @@ public:
     bool updateUnsaved(const QString &id, const Change &change);
     /// Takes every record with one of these ids out of the list and publishes, without saving.
     void remove(const QSet<QString> &ids);
-    /// Writes what has changed since the last save to both stores. Never fails to its caller: what could not be written
-    /// is written by the next save.
+    /// Brings both stores in step with the list, at the cost of what has changed. Never fails to its caller: what could
+    /// not be written is written by the next save.
     void save();
 
     /// See ItemLeases.
@@ -58,7 +60,7 @@ public:
     [[nodiscard]] bool isLeased(const QString &id) const { return m_leases.isLeased(id); }
 
 Q_SIGNALS:
-    /// One record was added at the end, changed in its place, or is about to leave no trace in the list.
+    /// One record was added at the end, was changed in its place, or has left the list.
     void itemAdded(const QString &id);
     void itemChanged(const QString &id);
     void itemRemoved(const QString &id);
@@ -68,11 +70,30 @@ Q_SIGNALS:
     void changed();
 
 private:
+    using Encode = QByteArray (*)(const ProtectedItem &item);
+    /// What one of the stores lacks.
+    struct Backlog
+    {
+        bool isWhole = true; ///< it may hold anything: the whole list is due
+        QSet<QString> changed;
+        QSet<QString> removed;
+    };
+
     [[nodiscard]] ProtectedItem *find(const QString &id);
+    void noteChanged(const QString &id);
+    void noteRemoved(const QString &id);
+    /// Where the records are that the store lacks.
+    [[nodiscard]] QList<qsizetype> due(const Backlog &backlog) const;
+    /// Nothing when a record cannot be encoded.
+    [[nodiscard]] std::optional<QList<ArrayElement>> encoded(const Backlog &backlog, Encode encode) const;
+    /// Writes what the store lacks. False when a record cannot be encoded; nothing is written then.
+    bool write(UserDefaults &store, Backlog &backlog, Encode encode);
 
     UserDefaultsProvider &m_defaults;
     QList<ProtectedItem> m_items;
     ItemLeases m_leases;
+    Backlog m_applicationBacklog;
+    Backlog m_sharedBacklog;
 };
 
 } // namespace quillhaven

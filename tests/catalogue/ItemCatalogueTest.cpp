@@ -1,0 +1,148 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+#include "catalogue/ItemCatalogue.h"
+#include "catalogue/CatalogueJson.h"
+#include "settings/DefaultsKeys.h"
+#include "support/HookedSeam.h"
+#include "support/RunTask.h"
+#include "support/TestPlatform.h"
+
+#include <gtest/gtest.h>
+
+using namespace quillhaven;
+using namespace quillhaven::testing;
+
+namespace {
+
+ProtectedItem record(const QString &id)
+{
+    ProtectedItem item;
+    item.id = id;
+    item.originalName = id + QStringLiteral(".txt");
+    item.originalPath = QStringLiteral("/home/u/") + item.originalName;
+    item.containerPath = QStringLiteral("/c");
+    item.originalBackupPath = QStringLiteral("/p/") + id;
+    return item;
+}
+
+class ItemCatalogueTest : public ::testing::Test
+{
+protected:
+    [[nodiscard]] UserDefaultsProvider &defaults() { return services.platform().defaults; }
+    [[nodiscard]] QList<ProtectedItem> stored()
+    {
+        const auto json = defaults().standard().dataForKey(defaults_keys::protectedItems);
+        return json ? decodeProtectedItems(*json).value() : QList<ProtectedItem>();
+    }
+    [[nodiscard]] QByteArray shared()
+    {
+        return defaults()
+            .suite(defaults_keys::sharedSuite)
+            ->dataForKey(defaults_keys::protectedItems)
+            .value_or(QByteArray());
+    }
+
+    TestPlatform services;
+    ItemCatalogue catalogue{defaults()};
+    const QString a = QStringLiteral("A");
+    const QString b = QStringLiteral("B");
+};
+
+} // namespace
+
+TEST_F(ItemCatalogueTest, EachChangeIsPublishedForItsRecordAndSaved)
+{
+    QStringList seen;
+    QObject::connect(&catalogue, &ItemCatalogue::itemAdded, [&](const QString &id) { seen.append(u'+' + id); });
+    QObject::connect(&catalogue, &ItemCatalogue::itemChanged, [&](const QString &id) { seen.append(u'~' + id); });
+    QObject::connect(&catalogue, &ItemCatalogue::itemRemoved, [&](const QString &id) { seen.append(u'-' + id); });
+    catalogue.append(record(a));
+    catalogue.append(record(b));
+    EXPECT_TRUE(catalogue.update(a, [](ProtectedItem &item) { item.isMounted = true; }));
+    EXPECT_EQ(stored(), catalogue.items());
+    catalogue.remove({a});
+    EXPECT_EQ(stored().size(), 2) << "a removal is saved by its caller";
+    catalogue.save();
+    EXPECT_EQ(stored(), catalogue.items());
+    EXPECT_EQ(seen,
+              (QStringList{QStringLiteral("+A"), QStringLiteral("+B"), QStringLiteral("~A"), QStringLiteral("-A")}));
+}
+
+TEST_F(ItemCatalogueTest, ChangeOfAnUnknownRecordDoesNothing)
+{
+    catalogue.append(record(a));
+    EXPECT_FALSE(catalogue.update(b, [](ProtectedItem &) { ADD_FAILURE() << "there is nothing to change"; }));
+    EXPECT_EQ(catalogue.item(b), nullptr);
+}
+
+TEST_F(ItemCatalogueTest, UnsavedChangeIsWrittenByTheNextSave)
+{
+    catalogue.append(record(a));
+    catalogue.append(record(b));
+    catalogue.updateUnsaved(a, [](ProtectedItem &item) { item.isProcessing = true; });
+    EXPECT_FALSE(stored().at(0).isProcessing);
+    catalogue.update(b, [](ProtectedItem &item) { item.isMounted = true; });
+    EXPECT_EQ(stored(), catalogue.items());
+    EXPECT_TRUE(stored().at(0).isProcessing);
+}
+
+TEST_F(ItemCatalogueTest, ListOfAnOlderProgramIsTakenOverWhole)
+{
+    defaults().standard().setData(defaults_keys::protectedItems, encodeProtectedItems({record(a), record(b)}));
+    EXPECT_EQ(catalogue.load(), ItemCatalogue::Loaded::Items);
+    catalogue.update(b, [](ProtectedItem &item) { item.isMounted = true; });
+    EXPECT_EQ(stored(), catalogue.items());
+    EXPECT_EQ(stored().size(), 2);
+    EXPECT_TRUE(shared().contains("\"A\"")) << "the shared list is whole after the first save";
+}
+
+TEST_F(ItemCatalogueTest, SaveAfterAnUndecodableListReplacesIt)
+{
+    defaults().standard().setData(defaults_keys::protectedItems, "[{}]");
+    EXPECT_EQ(catalogue.load(), ItemCatalogue::Loaded::Undecodable);
+    catalogue.append(record(a));
+    EXPECT_EQ(stored(), QList<ProtectedItem>{record(a)});
+}
+
+TEST_F(ItemCatalogueTest, RecordThatCannotBeEncodedLeavesBothStoresAsTheyAre)
+{
+    catalogue.append(record(a));
+    const QByteArray before = shared();
+    catalogue.append(record(QString(QChar(0xd800))));
+    EXPECT_EQ(stored(), QList<ProtectedItem>{record(a)});
+    EXPECT_EQ(shared(), before);
+    catalogue.remove({QString(QChar(0xd800))});
+    catalogue.append(record(b));
+    EXPECT_EQ(stored(), catalogue.items());
+}
+
+TEST_F(ItemCatalogueTest, RecordIsFoundByIdAndByPlace)
+{
+    catalogue.append(record(a));
+    EXPECT_EQ(catalogue.item(a)->id, a);
+    EXPECT_EQ(catalogue.itemAt(QStringLiteral("/home/u/A.txt"))->id, a);
+    EXPECT_EQ(catalogue.itemAt(QStringLiteral("/home/u/B.txt")), nullptr);
+}
+
+TEST_F(ItemCatalogueTest, LeasesAreGivenInTheOrderOfAsking)
+{
+    QStringList order;
+    const auto use = [&](QString name) -> QCoro::Task<> {
+        const ItemLease lease = co_await catalogue.lease(a);
+        order.append(name);
+    };
+    auto first = std::make_unique<ItemLease>(runTask(catalogue.lease(a)));
+    const RunningTask<void> second(use(QStringLiteral("second")));
+    const RunningTask<void> third(use(QStringLiteral("third")));
+    const RunningTask<void> other([](ItemCatalogue &of, QString id) -> QCoro::Task<> {
+        const ItemLease lease = co_await of.lease(id);
+    }(catalogue, b));
+    EXPECT_TRUE(other.isFinished()) << "another item is free";
+    spinOnce();
+    EXPECT_TRUE(order.isEmpty());
+    first.reset();
+    second.wait();
+    third.wait();
+    EXPECT_EQ(order, (QStringList{QStringLiteral("second"), QStringLiteral("third")}));
+    EXPECT_FALSE(catalogue.isLeased(a));
+}
