@@ -11,7 +11,7 @@ namespace quillhaven {
 
 namespace {
 
-/// Whether a name stands for a file in the chosen folder and not for a way out of it.
+/// Whether a name means a file in the chosen folder and not for a way out of it.
 bool isFileName(const QString &name)
 {
     return !name.isEmpty() && name != QStringLiteral(".") && name != QStringLiteral("..") &&

@@ -9,8 +9,8 @@
 
 namespace quillhaven {
 
-/// The name of the file in a backup's own metadata, which stands in clear and which anybody may have changed. Nothing
-/// when there is none, or none that stands for a file in a folder.
+/// The name of the file in a backup's own metadata, which is in clear and which anybody may have changed. Nothing
+/// when there is none, or none that names a file in a folder.
 [[nodiscard]] std::optional<QString> nameInMetadata(std::span<const std::byte> backup);
 
 } // namespace quillhaven

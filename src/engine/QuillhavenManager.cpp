@@ -17,6 +17,7 @@ QuillhavenManager::QuillhavenManager(const Platform &platform, MasterPasswordMan
       m_masterPasswordManager(masterPasswordManager),
       m_passwordInputDialogManager(passwordInputDialogManager),
       m_secureShredder(secureShredder),
+      m_cloudBackups(platform.cloud, platform.fileManager),
       m_catalogue(platform.defaults)
 {
     connect(&m_catalogue, &ItemCatalogue::changed, this, &QuillhavenManager::protectedItemsChanged);

@@ -2,6 +2,7 @@
 
 #pragma once
 
+#include "backup/CloudBackups.h"
 #include "catalogue/ItemCatalogue.h"
 #include "credentials/KeychainManager.h"
 #include "engine/ItemPlaces.h"
@@ -37,7 +38,7 @@ class QuillhavenManager : public QObject
 
 public:
     /// Moves what an older layout left in the temporary directory, then loads and cleans the catalogue: file work on
-    /// the calling thread. The references outlive this object.
+    /// the calling thread. The references must outlive this object.
     QuillhavenManager(const Platform &platform, MasterPasswordManager &masterPasswordManager,
                       PasswordInputDialogManager &passwordInputDialogManager, QuillhavenShredder &secureShredder,
                       QObject *parent = nullptr);
@@ -71,8 +72,8 @@ public:
     /// Those of the paths that can be protected, in their order, each file once.
     [[nodiscard]] QStringList protectablePaths(const QStringList &paths) const;
     /// Moves the item into private storage, writes its container and placeholder, stores its credential and records
-    /// it. Throws QuillhavenError, FileError, CipherError or KeychainError; ProtectItem.cpp tells what stands on disk
-    /// after each.
+    /// it. Throws QuillhavenError, FileError, CipherError or KeychainError; ProtectItem.cpp lists what each
+    /// leaves on disk.
     [[nodiscard]] QCoro::Task<> protectItem(QString path, QString password, bool useTouchID);
 
     // LockItem.cpp
@@ -104,8 +105,8 @@ public:
 
     // DuplicateItem.cpp
 
-    /// Makes a new protected item of a locked item's data. Nothing stands at the new item's original place until it is
-    /// unlocked.
+    /// Makes a new protected item of a locked item's data. There is nothing at the new item's original place until it
+    /// is unlocked.
     [[nodiscard]] QCoro::Task<> duplicateAsEncryptedCopy(ProtectedItem item, ProgressCallback progressCallback);
 
     // ShredItems.cpp
@@ -118,16 +119,16 @@ public:
     /// Destroys files and folders that are no items. Throws as `QuillhavenShredder::bulkShredItems`.
     [[nodiscard]] QCoro::Task<> shredUnprotectedItems(QStringList paths, ProgressCallback progressCallback);
 
-    // Backup.cpp
+    // BackUpItems.cpp
 
     [[nodiscard]] bool isiCloudAvailable() const;
     /// Writes the recovery backup of a locked item, in place of an earlier one. Throws QuillhavenError, KeychainError
-    /// or FileError; what a failed write leaves at the backup's place stays there.
+    /// or FileError; what a failed write has left of the backup stays.
     [[nodiscard]] QCoro::Task<> backupToiCloud(QString itemId);
     /// The same for all items, up to the first failure.
     [[nodiscard]] QCoro::Task<> backupAllToiCloud();
 
-    // Recovery.cpp
+    // RecoverItems.cpp
 
     /// Writes what all backups hold into a folder that the user chooses, over whatever has the same names there; the
     /// paths written, in order. Throws QuillhavenError, KeychainError or FileError; files written before a failure
@@ -206,15 +207,10 @@ private:
     [[nodiscard]] QCoro::Task<> destroyItem(ProtectedItem item, OperationScope &operation,
                                             ProgressCallback progressCallback);
 
-    // Backup.cpp, Recovery.cpp
-    [[nodiscard]] QString getiCloudBackupDirectory() const;
+    // BackUpItems.cpp
     void requireBackupEnabled() const;
     /// The backup that follows a protection when it is switched on and there is a place; a failure is logged.
     [[nodiscard]] QCoro::Task<> backupNewItem(QString itemId);
-    [[nodiscard]] QStringList backupFilePaths() const;
-    [[nodiscard]] QString recoverBackup(const QString &backupPath, const QString &folder,
-                                        const QString &masterPassword);
-    [[nodiscard]] QString nameInCatalogue(const QString &backupId);
 
     // The stored settings, read each time they are used.
     [[nodiscard]] bool enableTouchID() const;
@@ -227,6 +223,7 @@ private:
     PasswordInputDialogManager &m_passwordInputDialogManager;
     QuillhavenShredder &m_secureShredder;
 
+    CloudBackups m_cloudBackups;
     ItemCatalogue m_catalogue;
     PlacesInProtection m_placesInProtection;
     bool m_isProcessing = false;

@@ -1,0 +1,78 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+#include "backup/RecoverBackup.h"
+
+#include "backup/CloudBackups.h"
+#include "backup/RecoveryName.h"
+#include "formats/RecoveryBackup.h"
+#include "platform/FileManager.h"
+#include "support/Paths.h"
+#include "support/printLogger.h"
+
+namespace quillhaven {
+
+namespace {
+
+std::optional<FileBuffer> readBackup(const FileManager &files, const QString &path)
+{
+    try {
+        return files.readFile(path);
+    } catch (const LocalizedError &error) {
+        printLogger(QStringLiteral("⚠️ Could not read backup file metadata: ") + error.errorDescription());
+        return std::nullopt;
+    }
+}
+
+/// Writes what the backup holds; false when it could not be opened or written.
+bool writeDecrypted(FileManager &files, FileBuffer backup, const QString &masterPassword, const QString &output)
+{
+    try {
+        const OwnedBytes plain = decryptBackup(std::move(backup), masterPassword);
+        files.writeFile(output, plain.bytes);
+        return true;
+    } catch (const FileError &error) {
+        if (error.kind() == FileError::Kind::NoSpace && files.fileExists(output)) {
+            files.removeItem(output); // a piece of a file that nobody may take for the whole
+        }
+        return false;
+    } catch (const LocalizedError &) {
+        return false;
+    }
+}
+
+QString nameInCatalogue(const QString &itemId, const NameOfItem &nameOfItem)
+{
+    constexpr qsizetype maxLengthOfOtherNames = 20; // An id is longer.
+    if (itemId.size() <= maxLengthOfOtherNames) {
+        return itemId;
+    }
+    if (const std::optional<QString> name = nameOfItem(itemId)) {
+        printLogger(QStringLiteral("✅ Found original filename from protected items: ") + *name);
+        return *name;
+    }
+    printLogger(QStringLiteral("⚠️ Could not find original filename for backup: ") + itemId);
+    return itemId;
+}
+
+} // namespace
+
+QString recoverBackup(FileManager &files, const QString &backupPath, const QString &folder,
+                      const QString &masterPassword, const NameOfItem &nameOfItem)
+{
+    const QString itemId = CloudBackups::itemId(backupPath);
+    std::optional<FileBuffer> backup = readBackup(files, backupPath);
+    QString name = backup ? nameInMetadata(backup->bytes()).value_or(itemId) : itemId;
+    if (name == itemId) {
+        name = nameInCatalogue(itemId, nameOfItem);
+    }
+    QString output = pathInDirectory(folder, name);
+    if (backup && writeDecrypted(files, std::move(*backup), masterPassword, output)) {
+        printLogger(QStringLiteral("✅ Successfully decrypted and recovered: ") + name);
+    } else {
+        printLogger(QStringLiteral("⚠️ Decryption failed for ") + name + QStringLiteral(", copying raw backup file"));
+        files.copyItem(backupPath, output);
+    }
+    return output;
+}
+
+} // namespace quillhaven
