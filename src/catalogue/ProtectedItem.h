@@ -11,14 +11,14 @@
 
 namespace quillhaven {
 
-/// The record of one protected file or folder. While it is locked its bytes stand at `originalBackupPath` and a
-/// placeholder stands at `originalPath`; while it is unlocked (`isMounted`) they stand at `originalPath` and nothing
-/// stands at `originalBackupPath`.
+/// The record of one protected file or folder. While it is locked its data is at `originalBackupPath` and a placeholder
+/// is at `originalPath`; while it is unlocked (`isMounted`) its data is at `originalPath` and nothing exists at
+/// `originalBackupPath`.
 struct ProtectedItem
 {
     QString id;                 ///< upper-case UUID text: the item's identity everywhere
     QString originalName;       ///< last path component at protection
-    QString originalPath;       ///< where the item stood at protection
+    QString originalPath;       ///< where the item was at protection
     QString containerPath;      ///< its container in the documents folder
     QString originalBackupPath; ///< the one live copy of a locked item, in private storage
     bool isFolder = false;

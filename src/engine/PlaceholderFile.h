@@ -8,14 +8,14 @@ namespace quillhaven {
 
 class FileManager;
 
-/// Writes the small text file that stands where a locked item stood, in place. A failure leaves nothing where nothing
-/// stood before. Blocks; throws FileError.
+/// Writes the small text file that takes a locked item's place, not atomically. A failure leaves nothing where nothing
+/// existed before. Blocks; throws FileError.
 void writePlaceholder(FileManager &fileManager, const QString &path);
 
 /// Whether the file at `path` holds a whole placeholder and nothing else. False for a link. Blocks; throws FileError.
 [[nodiscard]] bool holdsPlaceholder(const FileManager &fileManager, const QString &path);
 
-/// Whether a placeholder, or the beginning of one, stands at `path` while the private copy of the item exists: the
+/// Whether a placeholder, or the beginning of one, is at `path` while the private copy of the item exists: the
 /// program ended while it was locking, before the record said so. The data is in the private copy then.
 [[nodiscard]] bool isLockInterrupted(const FileManager &fileManager, const QString &path, const QString &privateCopy);
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// Protecting moves an item into private storage and records it. Nothing is undone on a failure; what stands after each
-// step, also when the process dies there:
+// Protecting moves an item into private storage and records it. Nothing is undone on a failure; what exists after
+// each step, also when the process dies there:
 //
 // | After         | Original place | Private storage | Documents | Credential | Catalogue     |
 // |---------------|----------------|-----------------|-----------|------------|---------------|
@@ -65,7 +65,7 @@ bool isPlaceholder(const FileManager &files, const QString &path)
     }
 }
 
-/// Asked before anything moves: what cannot be sealed would stay behind in private storage without a record.
+/// Asked before anything moves: what cannot be sealed would remain in private storage without a record.
 void requireSealable(const ProtectionWork &work)
 {
     constexpr qsizetype longestName = 255; // bytes, on every file system in use
