@@ -4,7 +4,7 @@
 // in a whole database, or the database file itself.
 
 #include "FuzzInput.h"
-#include "platform/linux/settings/SqliteUserDefaults.h"
+#include "platform/linux/settings/SqliteUserDefaultsProvider.h"
 
 #include <QCoreApplication>
 #include <QDir>

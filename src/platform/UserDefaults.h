@@ -2,6 +2,8 @@
 
 #pragma once
 
+#include "support/LocalizedError.h"
+
 #include <QList>
 #include <QObject>
 #include <QStringList>
@@ -28,6 +30,16 @@ struct ArrayChange
     QStringList removed;     ///< ids
 };
 
+/// The store of the settings could not be read.
+class UserDefaultsError : public LocalizedError
+{
+public:
+    UserDefaultsError(const QString &key, const QString &reason)
+        : LocalizedError(QStringLiteral("Could not read the setting ") + key + QStringLiteral(": ") + reason)
+    {
+    }
+};
+
 /// One domain of settings: a keyed store of typed values that survives restarts and that another process may read
 /// while this one runs. Writes need no flush and never fail to their caller; a failing one is logged. Main thread only.
 class UserDefaults : public QObject
@@ -38,7 +50,7 @@ public:
     using QObject::QObject;
 
     /// The value with its own type (bool, qlonglong, double, QString, QByteArray, QDateTime or QVariantMap), or an
-    /// invalid QVariant when the key is absent.
+    /// invalid QVariant when the key is absent. Throws UserDefaultsError when the store cannot be read.
     [[nodiscard]] virtual QVariant objectForKey(const QString &key) const = 0;
     /// Stores a value of one of those types. An `int` is stored as an integer.
     virtual void setObject(const QString &key, const QVariant &value) = 0;
@@ -54,7 +66,7 @@ public:
     /// array lacks this change then, and a caller that has the whole puts that right with `setArray`.
     [[nodiscard]] virtual bool changeArray(const QString &key, const ArrayChange &change) = 0;
 
-    /// The typed readers: absent when the key is absent or holds another type.
+    /// The typed readers: nothing when the key is absent or holds another type. They throw like `objectForKey`.
     [[nodiscard]] std::optional<bool> boolForKey(const QString &key) const;
     [[nodiscard]] std::optional<qlonglong> integerForKey(const QString &key) const;
     [[nodiscard]] std::optional<double> doubleForKey(const QString &key) const;

@@ -6,7 +6,7 @@
 #include "platform/linux/OpenSslRandomSource.h"
 #include "platform/linux/files/CloudFolders.h"
 #include "platform/linux/files/LinuxFileManager.h"
-#include "platform/linux/settings/SqliteUserDefaults.h"
+#include "platform/linux/settings/SqliteUserDefaultsProvider.h"
 #include "support/FakeBiometricAuthenticator.h"
 #include "support/FakeFilePanels.h"
 #include "support/InMemoryCredentialStore.h"

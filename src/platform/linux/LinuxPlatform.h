@@ -9,7 +9,7 @@
 #include "platform/linux/files/LinuxFileManager.h"
 #include "platform/linux/session/EventLoopClock.h"
 #include "platform/linux/session/FprintAuthenticator.h"
-#include "platform/linux/settings/SqliteUserDefaults.h"
+#include "platform/linux/settings/SqliteUserDefaultsProvider.h"
 
 #include <QThreadPool>
 

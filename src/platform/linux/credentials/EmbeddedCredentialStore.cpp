@@ -115,14 +115,17 @@ std::optional<QByteArray> EmbeddedCredentialStore::sealingKey()
 {
     const auto stored = storedKey();
     const auto rows = m_database.rows();
-    if (rows.isEmpty()) {
+    if (!rows) {
+        return std::nullopt;
+    }
+    if (rows->isEmpty()) {
         return stored ? stored : makeKey();
     }
     // Writing under a key that opens nothing of what is there would hide that the right one is lost.
     const auto opensUnderStored = [&stored](const auto &row) {
         return opened(*stored, row.key, row.value).has_value();
     };
-    return stored && std::ranges::any_of(rows, opensUnderStored) ? stored : std::nullopt;
+    return stored && std::ranges::any_of(*rows, opensUnderStored) ? stored : std::nullopt;
 }
 
 std::optional<QByteArray> EmbeddedCredentialStore::makeKey() const
@@ -150,29 +153,31 @@ CredentialStatus EmbeddedCredentialStore::store(const QString &entry, const QByt
 CredentialStatus EmbeddedCredentialStore::add(const QString &service, const QString &account, const QByteArray &value)
 {
     const QString entry = entryName(service, account);
-    if (!open()) {
+    std::optional<SqliteDatabase::Row> row;
+    if (!open() || !m_database.read(entry, row)) {
         return credentialNotAvailable;
     }
-    return m_database.row(entry) ? credentialDuplicateItem : store(entry, value);
+    return row ? credentialDuplicateItem : store(entry, value);
 }
 
 CredentialStatus EmbeddedCredentialStore::update(const QString &service, const QString &account,
                                                  const QByteArray &value)
 {
     const QString entry = entryName(service, account);
-    if (!open()) {
+    std::optional<SqliteDatabase::Row> row;
+    if (!open() || !m_database.read(entry, row)) {
         return credentialNotAvailable;
     }
-    return m_database.row(entry) ? store(entry, value) : credentialItemNotFound;
+    return row ? store(entry, value) : credentialItemNotFound;
 }
 
 CredentialStore::Match EmbeddedCredentialStore::copyMatching(const QString &service, const QString &account)
 {
-    if (!open()) {
+    const QString entry = entryName(service, account);
+    std::optional<SqliteDatabase::Row> row;
+    if (!open() || !m_database.read(entry, row)) {
         return {credentialNotAvailable, std::nullopt};
     }
-    const QString entry = entryName(service, account);
-    const auto row = m_database.row(entry);
     if (!row) {
         return {credentialItemNotFound, std::nullopt};
     }
@@ -184,10 +189,11 @@ CredentialStore::Match EmbeddedCredentialStore::copyMatching(const QString &serv
 CredentialStatus EmbeddedCredentialStore::remove(const QString &service, const QString &account)
 {
     const QString entry = entryName(service, account);
-    if (!open()) {
+    std::optional<SqliteDatabase::Row> row;
+    if (!open() || !m_database.read(entry, row)) {
         return credentialNotAvailable;
     }
-    if (!m_database.row(entry)) {
+    if (!row) {
         return credentialItemNotFound;
     }
     return m_database.remove(entry) ? credentialSuccess : credentialNotAvailable;

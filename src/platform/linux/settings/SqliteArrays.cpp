@@ -4,6 +4,8 @@
 
 #include "platform/linux/settings/SqliteDatabase.h"
 
+#include <algorithm>
+
 namespace quillhaven {
 
 bool SqliteArrays::open(SqliteDatabase &database)
@@ -34,6 +36,19 @@ std::optional<QList<ArrayElement>> SqliteArrays::elements(const QString &key) co
         all.append({select.text(0), select.bytes(1)});
     }
     return select.hasFailed() ? std::nullopt : std::optional(all);
+}
+
+bool SqliteArrays::replaceAll(const QString &key, const QList<ArrayElement> &elements)
+{
+    const auto appendOne = [&](const ArrayElement &element) { return append(key, element); };
+    return removeAll(key) && std::ranges::all_of(elements, appendOne);
+}
+
+bool SqliteArrays::change(const QString &key, const ArrayChange &change, bool &isChanged)
+{
+    const auto removeOne = [&](const QString &id) { return remove(key, id, isChanged); };
+    const auto putOne = [&](const ArrayElement &element) { return put(key, element, isChanged); };
+    return std::ranges::all_of(change.removed, removeOne) && std::ranges::all_of(change.put, putOne);
 }
 
 bool SqliteArrays::put(const QString &key, const ArrayElement &element, bool &isChanged)

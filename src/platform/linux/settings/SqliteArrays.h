@@ -21,14 +21,16 @@ public:
 
     /// The elements in their order, or nothing when the read failed.
     [[nodiscard]] std::optional<QList<ArrayElement>> elements(const QString &key) const;
-    /// Replaces the first element with that id, or appends the element. `isChanged` becomes true unless it was equal.
-    [[nodiscard]] bool put(const QString &key, const ArrayElement &element, bool &isChanged);
-    /// Removes the elements with that id. `isChanged` becomes true if there was one.
-    [[nodiscard]] bool remove(const QString &key, const QString &id, bool &isChanged);
+    [[nodiscard]] bool replaceAll(const QString &key, const QList<ArrayElement> &elements);
+    /// Makes the change. `isChanged` becomes true unless that leaves every element as it was.
+    [[nodiscard]] bool change(const QString &key, const ArrayChange &change, bool &isChanged);
     [[nodiscard]] bool removeAll(const QString &key);
-    [[nodiscard]] bool append(const QString &key, const ArrayElement &element);
 
 private:
+    [[nodiscard]] bool put(const QString &key, const ArrayElement &element, bool &isChanged);
+    [[nodiscard]] bool remove(const QString &key, const QString &id, bool &isChanged);
+    [[nodiscard]] bool append(const QString &key, const ArrayElement &element);
+
     SqliteStatement m_select;
     SqliteStatement m_find;
     SqliteStatement m_append;

@@ -5,6 +5,7 @@
 #include "platform/linux/files/ScopedFd.h"
 
 #include <QFile>
+#include <QFileInfo>
 
 #include <sqlite3.h>
 
@@ -39,6 +40,13 @@ bool isBlockedFromOutside(int error)
     }
 }
 
+/// Whether only the log is left of a database: SQLite would delete it when it creates a new one, and the log may hold
+/// all that was saved since the program started.
+bool isMissingBesideLog(const QString &path)
+{
+    return QFileInfo(path).size() == 0 && QFileInfo(path + QStringLiteral("-wal")).size() > 0;
+}
+
 } // namespace
 
 void SqliteDatabase::CloseDatabase::operator()(sqlite3 *database) const
@@ -68,6 +76,9 @@ SqliteDatabase::OpenResult SqliteDatabase::open(const QString &path)
     close();
     const QByteArray file = path.isEmpty() ? QByteArray(":memory:") : QFile::encodeName(path);
     if (!path.isEmpty()) {
+        if (isMissingBesideLog(path)) {
+            return OpenResult::Damaged;
+        }
         // SQLite itself would create a file that others can read.
         const ScopedFd created(::open(file.constData(), O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW, 0600));
         if (!created.isOpen()) {
@@ -93,7 +104,7 @@ SqliteDatabase::OpenResult SqliteDatabase::open(const QString &path)
 
 SqliteDatabase::OpenResult SqliteDatabase::openFailure() const
 {
-    return isBlockedFromOutside(sqlite3_errcode(m_database.get())) ? OpenResult::Unusable : OpenResult::Corrupt;
+    return isBlockedFromOutside(sqlite3_errcode(m_database.get())) ? OpenResult::Unusable : OpenResult::Damaged;
 }
 
 bool SqliteDatabase::isIntact()
@@ -106,7 +117,7 @@ bool SqliteDatabase::isIntact()
     return check.next() && check.bytes(0) == "ok";
 }
 
-bool SqliteDatabase::run(const char *sql)
+bool SqliteDatabase::run(const char *sql) const
 {
     return sqlite3_exec(m_database.get(), sql, nullptr, nullptr, nullptr) == SQLITE_OK;
 }
@@ -121,23 +132,29 @@ bool SqliteDatabase::inTransaction(const std::function<bool()> &work)
     return between("BEGIN IMMEDIATE", work);
 }
 
-bool SqliteDatabase::inSnapshot(const std::function<bool()> &work)
+bool SqliteDatabase::inSnapshot(const std::function<bool()> &work) const
 {
     return between("BEGIN", work);
 }
 
-bool SqliteDatabase::between(const char *begin, const std::function<bool()> &work)
+bool SqliteDatabase::between(const char *begin, const std::function<bool()> &work) const
 {
-    m_failure.clear();
-    if (!run(begin)) {
+    if (!noted(run(begin))) {
         return false;
     }
-    if (work() && run("COMMIT")) {
+    if (noted(work() && run("COMMIT"))) {
         return true;
     }
-    m_failure = lastError(); // the next statement replaces it
     (void)run("ROLLBACK");
     return false;
+}
+
+bool SqliteDatabase::noted(bool isDone) const
+{
+    if (!isDone) {
+        m_lastError = QString::fromUtf8(sqlite3_errmsg(m_database.get()));
+    }
+    return isDone;
 }
 
 bool SqliteDatabase::prepareAll()
@@ -151,44 +168,37 @@ bool SqliteDatabase::prepareAll()
     return m_select && m_selectAll && m_store && m_remove && m_dataVersion;
 }
 
-std::optional<SqliteDatabase::Row> SqliteDatabase::row(const QString &key) const
+bool SqliteDatabase::read(const QString &key, std::optional<Row> &row) const
 {
     SqliteRun select(m_select, key);
-    return select.next() ? std::optional(currentRow(select)) : std::nullopt;
+    row = select.next() ? std::optional(currentRow(select)) : std::nullopt;
+    return noted(!select.hasFailed());
 }
 
-QList<SqliteDatabase::Row> SqliteDatabase::rows() const
+std::optional<QList<SqliteDatabase::Row>> SqliteDatabase::rows() const
 {
     SqliteRun select(m_selectAll);
     QList<Row> all;
     while (select.next()) {
         all.append(currentRow(select));
     }
-    return all;
+    return noted(!select.hasFailed()) ? std::optional(all) : std::nullopt;
 }
 
 bool SqliteDatabase::store(const Row &row)
 {
-    return SqliteRun(m_store, row.key, row.type, row.value).finish();
+    return noted(SqliteRun(m_store, row.key, row.type, row.value).finish());
 }
 
 bool SqliteDatabase::remove(const QString &key)
 {
-    return SqliteRun(m_remove, key).finish();
+    return noted(SqliteRun(m_remove, key).finish());
 }
 
 qint64 SqliteDatabase::dataVersion() const
 {
     SqliteRun select(m_dataVersion);
     return select.next() ? select.integer(0) : -1;
-}
-
-QString SqliteDatabase::lastError() const
-{
-    if (!m_database) {
-        return QStringLiteral("not open");
-    }
-    return m_failure.isEmpty() ? QString::fromUtf8(sqlite3_errmsg(m_database.get())) : m_failure;
 }
 
 } // namespace quillhaven

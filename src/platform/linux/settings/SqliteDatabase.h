@@ -31,7 +31,7 @@ public:
     };
     enum class OpenResult {
         Opened,
-        Corrupt,  ///< the file there is not a database of ours
+        Damaged,  ///< the file is not a database of ours, or is missing or empty while its log exists
         Unusable, ///< it cannot be read or written
     };
 
@@ -44,13 +44,16 @@ public:
     [[nodiscard]] OpenResult open(const QString &path);
     void close();
 
-    [[nodiscard]] std::optional<Row> row(const QString &key) const;
-    [[nodiscard]] QList<Row> rows() const;
+    /// Reads one row, which is empty for an absent key.
+    [[nodiscard]] bool read(const QString &key, std::optional<Row> &row) const;
+    /// All rows, or nothing when the read failed.
+    [[nodiscard]] std::optional<QList<Row>> rows() const;
     [[nodiscard]] bool store(const Row &row);
     [[nodiscard]] bool remove(const QString &key);
     /// A number that changes when another connection has committed.
     [[nodiscard]] qint64 dataVersion() const;
-    [[nodiscard]] QString lastError() const;
+    /// The reason of the last failure of a call on the open database.
+    [[nodiscard]] QString lastError() const { return m_lastError; }
 
     /// What the last failure says about the file, for one that happened on opening.
     [[nodiscard]] OpenResult openFailure() const;
@@ -58,9 +61,9 @@ public:
     /// Makes all changes of `work` or, when it returns false, none of them.
     [[nodiscard]] bool inTransaction(const std::function<bool()> &work);
     /// Lets `work` read one state of the database, whatever other processes write meanwhile.
-    [[nodiscard]] bool inSnapshot(const std::function<bool()> &work);
+    [[nodiscard]] bool inSnapshot(const std::function<bool()> &work) const;
     /// For a table beside that of the values.
-    [[nodiscard]] bool run(const char *sql);
+    [[nodiscard]] bool run(const char *sql) const;
     [[nodiscard]] SqliteStatement prepare(const char *sql);
 
 private:
@@ -70,10 +73,12 @@ private:
     };
     [[nodiscard]] bool prepareAll();
     [[nodiscard]] bool isIntact();
-    [[nodiscard]] bool between(const char *begin, const std::function<bool()> &work);
+    /// Keeps the reason of a failure, which the next statement replaces. Returns what it is given.
+    [[nodiscard]] bool noted(bool isDone) const;
+    [[nodiscard]] bool between(const char *begin, const std::function<bool()> &work) const;
 
     std::unique_ptr<sqlite3, CloseDatabase> m_database;
-    QString m_failure; ///< of the last transaction
+    mutable QString m_lastError;
     SqliteStatement m_select;
     SqliteStatement m_selectAll;
     SqliteStatement m_store;

@@ -2,42 +2,36 @@
 
 #include "platform/linux/settings/SqliteUserDefaults.h"
 
-#include "platform/linux/files/ScopedFd.h"
-#include "platform/linux/settings/SqliteArrays.h"
-#include "platform/linux/settings/SqliteDatabase.h"
+#include "platform/linux/settings/SettingValues.h"
 #include "support/printLogger.h"
 
-#include <QDateTime>
 #include <QDir>
 #include <QFile>
-#include <QHash>
-#include <QJsonDocument>
-#include <QJsonObject>
+#include <QFileInfo>
+#include <QFileSystemWatcher>
 #include <QRandomGenerator>
-#include <QSocketNotifier>
 
-#include <algorithm>
-#include <climits>
-#include <functional>
-#include <new>
+#include <utility>
 
 #include <fcntl.h>
-#include <sys/inotify.h>
 #include <sys/stat.h>
 
 namespace quillhaven {
 
 namespace {
 
-using Row = SqliteDatabase::Row;
-
 /// The type of a row whose value is in the table of elements. The row itself holds a random mark that changes with the
 /// elements, so that other processes see the change without reading them.
 const QString arrayType = QStringLiteral("array");
 
-Row arrayRow(const QString &key)
+SqliteDatabase::Row arrayRow(const QString &key)
 {
     return {key, arrayType, QByteArray::number(QRandomGenerator::system()->generate64(), 16)};
+}
+
+bool isArray(const std::optional<SqliteDatabase::Row> &row)
+{
+    return row && row->type == arrayType;
 }
 
 QByteArray joined(const QList<ArrayElement> &elements)
@@ -50,392 +44,247 @@ QByteArray joined(const QList<ArrayElement> &elements)
     return "[" + texts.join(',') + "]";
 }
 
-/// The stored form of a value; an empty type for one that no domain holds.
-Row encoded(const QString &key, const QVariant &value)
+} // namespace
+
+SqliteUserDefaults::SqliteUserDefaults(const QString &name) : m_name(name) {}
+
+SqliteUserDefaults::~SqliteUserDefaults() = default;
+
+QString SqliteUserDefaults::databasePath(const QString &directory, const QString &name)
 {
-    switch (value.typeId()) {
-    case QMetaType::Bool:
-        return {key, QStringLiteral("bool"), value.toBool() ? "1" : "0"};
-    case QMetaType::Int:
-    case QMetaType::UInt:
-    case QMetaType::LongLong:
-        return {key, QStringLiteral("integer"), QByteArray::number(value.toLongLong())};
-    case QMetaType::Double:
-        return {key, QStringLiteral("real"), QByteArray::number(value.toDouble(), 'g', 17)};
-    case QMetaType::QString:
-        return {key, QStringLiteral("string"), value.toString().toUtf8()};
-    case QMetaType::QByteArray:
-        return {key, QStringLiteral("data"), value.toByteArray()};
-    case QMetaType::QDateTime:
-        return {key, QStringLiteral("date"), value.toDateTime().toUTC().toString(Qt::ISODateWithMs).toLatin1()};
-    case QMetaType::QVariantMap: {
-        const QJsonDocument document(QJsonObject::fromVariantMap(value.toMap()));
-        return {key, QStringLiteral("dictionary"), document.toJson(QJsonDocument::Compact)};
+    return directory + QLatin1Char('/') + name + QStringLiteral(".db");
+}
+
+SqliteUserDefaults::Opened SqliteUserDefaults::open(const QString &directory, const QString &name)
+{
+    QDir().mkpath(QFileInfo(directory).path());
+    ::mkdir(QFile::encodeName(directory).constData(), 0700);
+    const QString path = databasePath(directory, name);
+    std::unique_ptr<SqliteUserDefaults> domain(new SqliteUserDefaults(name));
+    const OpenResult result = domain->openTables(path);
+    if (result != OpenResult::Opened) {
+        return {nullptr, result};
     }
-    default:
-        return {key, {}, {}};
+    domain->watchOtherProcesses(path);
+    return {std::move(domain), result};
+}
+
+SqliteUserDefaults::Opened SqliteUserDefaults::openInMemory(const QString &name)
+{
+    std::unique_ptr<SqliteUserDefaults> domain(new SqliteUserDefaults(name));
+    const OpenResult result = domain->openTables({});
+    return {result == OpenResult::Opened ? std::move(domain) : nullptr, result};
+}
+
+SqliteUserDefaults::OpenResult SqliteUserDefaults::openTables(const QString &path)
+{
+    const OpenResult result = m_values.open(path);
+    if (result != OpenResult::Opened) {
+        return result;
+    }
+    if (!m_arrays.open(m_values)) {
+        return m_values.openFailure();
+    }
+    m_dataVersion = m_values.dataVersion(); // before the rows: a later change is found again rather than missed
+    const auto rows = storedRows();
+    if (!rows) {
+        return m_values.openFailure();
+    }
+    m_known = *rows;
+    return result;
+}
+
+void SqliteUserDefaults::watchOtherProcesses(const QString &databasePath)
+{
+    // A file of its own, touched after each commit: an event of the database's files may come before the change can be
+    // read.
+    const QString touched = databasePath + QStringLiteral(".changed");
+    m_touched =
+        ScopedFd(::open(QFile::encodeName(touched).constData(), O_CREAT | O_WRONLY | O_CLOEXEC | O_NOFOLLOW, 0600));
+    m_watcher = std::make_unique<QFileSystemWatcher>();
+    connect(m_watcher.get(), &QFileSystemWatcher::fileChanged, this, [this] { publishForeignChanges(); });
+    if (!m_touched.isOpen() || !m_watcher->addPath(touched)) {
+        printLogger(QStringLiteral("⚠️ Changes that other programs make in ") + m_name +
+                    QStringLiteral(" will not be noticed: cannot watch ") + touched);
     }
 }
 
-QVariant decodedInteger(const QByteArray &bytes)
+QVariant SqliteUserDefaults::objectForKey(const QString &key) const
 {
-    bool isNumber = false;
-    const qlonglong number = bytes.toLongLong(&isNumber);
-    return isNumber ? QVariant(number) : QVariant();
+    const auto row = storedRow(key);
+    return isArray(row) ? arrayForKey(key) : row ? decodedSetting(*row) : QVariant();
 }
 
-QVariant decodedReal(const QByteArray &bytes)
+QVariant SqliteUserDefaults::arrayForKey(const QString &key) const
 {
-    bool isNumber = false;
-    const double number = bytes.toDouble(&isNumber);
-    return isNumber ? QVariant(number) : QVariant();
-}
-
-/// The value of a stored row, or an invalid one when its bytes do not fit its type.
-QVariant decoded(const Row &row)
-{
-    if (row.type == QStringLiteral("bool")) {
-        return row.value == "1" || row.value == "0" ? QVariant(row.value == "1") : QVariant();
-    }
-    if (row.type == QStringLiteral("integer")) {
-        return decodedInteger(row.value);
-    }
-    if (row.type == QStringLiteral("real")) {
-        return decodedReal(row.value);
-    }
-    if (row.type == QStringLiteral("string")) {
-        return QString::fromUtf8(row.value);
-    }
-    if (row.type == QStringLiteral("data")) {
-        return row.value;
-    }
-    if (row.type == QStringLiteral("date")) {
-        const QDateTime date = QDateTime::fromString(QString::fromLatin1(row.value), Qt::ISODateWithMs);
-        return date.isValid() ? QVariant(date) : QVariant();
-    }
-    if (row.type == QStringLiteral("dictionary")) {
-        const QJsonDocument document = QJsonDocument::fromJson(row.value);
-        return document.isObject() ? QVariant(document.object().toVariantMap()) : QVariant();
-    }
-    return {};
-}
-
-/// Calls back when a file in a folder is touched by another process.
-class FileTouchWatcher : public QObject
-{
-public:
-    FileTouchWatcher(const QString &directory, const QString &name, std::function<void()> action)
-        : m_name(QFile::encodeName(name)), m_action(std::move(action)), m_fd(::inotify_init1(IN_NONBLOCK | IN_CLOEXEC))
-    {
-        // The folder, since a watch on the file itself would end when somebody replaces it.
-        if (!m_fd.isOpen() || ::inotify_add_watch(m_fd.get(), QFile::encodeName(directory).constData(),
-                                                  IN_MODIFY | IN_CREATE | IN_MOVED_TO) < 0) {
-            return;
+    QVariant value;
+    const bool isRead = m_values.inSnapshot([&] {
+        std::optional<Row> row;
+        if (!m_values.read(key, row)) {
+            return false;
         }
-        m_notifier = std::make_unique<QSocketNotifier>(m_fd.get(), QSocketNotifier::Read);
-        connect(m_notifier.get(), &QSocketNotifier::activated, this, [this] { readEvents(); });
-    }
-
-private:
-    void readEvents()
-    {
-        alignas(inotify_event) char buffer[16 * (sizeof(inotify_event) + NAME_MAX + 1)];
-        bool isTouched = false;
-        ssize_t length = 0;
-        while ((length = ::read(m_fd.get(), buffer, sizeof buffer)) > 0) {
-            for (const char *at = buffer; at < buffer + length;) {
-                const auto *event = reinterpret_cast<const inotify_event *>(at);
-                isTouched = isTouched || (event->len > 0 && m_name == event->name) || (event->mask & IN_Q_OVERFLOW);
-                at += sizeof(inotify_event) + event->len;
-            }
-        }
-        if (isTouched) {
-            m_action();
-        }
-    }
-
-    QByteArray m_name;
-    std::function<void()> m_action;
-    ScopedFd m_fd;
-    std::unique_ptr<QSocketNotifier> m_notifier;
-};
-
-/// The open database of a domain with its two tables.
-class Tables
-{
-public:
-    [[nodiscard]] SqliteDatabase::OpenResult open(const QString &path)
-    {
-        const SqliteDatabase::OpenResult result = values.open(path);
-        return result != SqliteDatabase::OpenResult::Opened || arrays.open(values) ? result : values.openFailure();
-    }
-
-    void close()
-    {
-        arrays = {}; // its statements would keep the file open
-        values.close();
-    }
-
-    SqliteDatabase values;
-    SqliteArrays arrays;
-};
-
-/// One domain over its open database.
-class SqliteUserDefaults : public UserDefaults
-{
-public:
-    /// `directory` is empty for a domain in memory.
-    SqliteUserDefaults(std::unique_ptr<Tables> tables, const QString &directory, const QString &name)
-        : m_tables(std::move(tables)), m_values(m_tables->values), m_arrays(m_tables->arrays), m_name(name)
-    {
-        for (const Row &row : m_values.rows()) {
-            m_known.insert(row.key, row);
-        }
-        m_dataVersion = m_values.dataVersion();
-        if (directory.isEmpty()) {
-            return;
-        }
-        const QString touched = name + QStringLiteral(".db.changed");
-        m_touched = ScopedFd(::open(QFile::encodeName(directory + QLatin1Char('/') + touched).constData(),
-                                    O_CREAT | O_WRONLY | O_CLOEXEC | O_NOFOLLOW, 0600));
-        m_watcher = std::make_unique<FileTouchWatcher>(directory, touched, [this] { publishForeignChanges(); });
-    }
-
-    [[nodiscard]] QVariant objectForKey(const QString &key) const override
-    {
-        const auto row = m_values.row(key);
-        return isArray(row) ? arrayForKey(key) : row ? decoded(*row) : QVariant();
-    }
-
-    void setObject(const QString &key, const QVariant &value) override
-    {
-        const Row row = encoded(key, value);
-        if (row.type.isEmpty()) {
-            printLogger(QStringLiteral("⚠️ The setting ") + key + QStringLiteral(" has a type that cannot be stored"));
-            return;
-        }
-        if (isSaved(key, [&] { return m_arrays.removeAll(key) && m_values.store(row); })) {
-            publish(key, row);
-        }
-    }
-
-    void removeObject(const QString &key) override
-    {
-        if (isSaved(key, [&] { return m_arrays.removeAll(key) && m_values.remove(key); })) {
-            publish(key, std::nullopt);
-        }
-    }
-
-    [[nodiscard]] bool setArray(const QString &key, const QList<ArrayElement> &elements) override
-    {
-        if (isArray(m_values.row(key)) && m_arrays.elements(key) == elements) {
+        if (!isArray(row)) { // replaced by another process just now
+            value = row ? decodedSetting(*row) : QVariant();
             return true;
         }
-        const Row row = arrayRow(key);
-        const auto append = [&](const ArrayElement &element) { return m_arrays.append(key, element); };
-        if (!isSaved(key, [&] {
-                return m_arrays.removeAll(key) && m_values.store(row) && std::ranges::all_of(elements, append);
-            })) {
-            return false;
-        }
-        publish(key, row);
-        return true;
+        const auto elements = m_arrays.elements(key);
+        value = elements ? QVariant(joined(*elements)) : QVariant();
+        return elements.has_value();
+    });
+    if (!isRead) {
+        throw UserDefaultsError(key, m_values.lastError());
     }
+    return value;
+}
 
-    [[nodiscard]] bool changeArray(const QString &key, const ArrayChange &change) override
-    {
-        const Row row = arrayRow(key);
-        bool isOtherValue = false;
-        bool isChanged = false;
-        const bool isDone = m_values.inTransaction([&] {
-            const auto stored = m_values.row(key);
-            isOtherValue = stored && !isArray(stored);
-            isChanged = !stored;
-            return !isOtherValue && apply(key, change, isChanged) && (!isChanged || m_values.store(row));
-        });
-        if (!isDone) {
-            if (!isOtherValue) {
-                logFailure(key);
-            }
-            return false;
-        }
-        if (isChanged) {
-            touch();
-            publish(key, row);
-        }
-        return true;
-    }
-
-private:
-    [[nodiscard]] static bool isArray(const std::optional<Row> &row) { return row && row->type == arrayType; }
-
-    [[nodiscard]] QVariant arrayForKey(const QString &key) const
-    {
-        QVariant value;
-        const bool isRead = m_values.inSnapshot([&] {
-            const auto row = m_values.row(key);
-            const auto elements = m_arrays.elements(key);
-            value = !row || !elements ? QVariant() : isArray(row) ? QVariant(joined(*elements)) : decoded(*row);
-            return elements.has_value();
-        });
-        return isRead ? value : QVariant();
-    }
-
-    [[nodiscard]] bool apply(const QString &key, const ArrayChange &change, bool &isChanged)
-    {
-        const auto remove = [&](const QString &id) { return m_arrays.remove(key, id, isChanged); };
-        const auto put = [&](const ArrayElement &element) { return m_arrays.put(key, element, isChanged); };
-        return std::ranges::all_of(change.removed, remove) && std::ranges::all_of(change.put, put);
-    }
-
-    /// Makes the changes of `work` in one step for this process and for others. False, and logged, when that fails.
-    [[nodiscard]] bool isSaved(const QString &key, const std::function<bool()> &work)
-    {
-        if (!m_values.inTransaction(work)) {
-            logFailure(key);
-            return false;
-        }
-        touch();
-        return true;
-    }
-
-    /// Emits the change unless the stored form is the one last published.
-    void publish(const QString &key, const std::optional<Row> &row)
-    {
-        const auto known = m_known.constFind(key);
-        if (row ? known != m_known.cend() && *known == *row : known == m_known.cend()) {
-            return;
-        }
-        if (row) {
-            m_known.insert(key, *row);
-        } else {
-            m_known.remove(key);
-        }
-        Q_EMIT valueChanged(key);
-    }
-
-    void logFailure(const QString &key) const
-    {
-        printLogger(QStringLiteral("❌ Could not save the setting ") + key + QStringLiteral(" to ") + m_name +
-                    QStringLiteral(".db: ") + m_values.lastError());
-    }
-
-    /// Tells the other processes, after the commit can be seen: a watch on the database itself would come too early.
-    void touch() const
-    {
-        if (m_touched.isOpen() && ::pwrite(m_touched.get(), "1", 1, 0) != 1) {
-            printLogger(QStringLiteral("⚠️ Could not tell other processes of a change in ") + m_name);
-        }
-    }
-
-    void publishForeignChanges()
-    {
-        const qint64 version = m_values.dataVersion();
-        if (version == m_dataVersion) {
-            return;
-        }
-        m_dataVersion = version;
-        QHash<QString, Row> current;
-        for (const Row &row : m_values.rows()) {
-            current.insert(row.key, row);
-        }
-        QStringList changed;
-        for (const Row &row : std::as_const(current)) {
-            if (m_known.value(row.key) != row) {
-                changed.append(row.key);
-            }
-        }
-        for (const Row &row : std::as_const(m_known)) {
-            if (!current.contains(row.key)) {
-                changed.append(row.key);
-            }
-        }
-        m_known = current;
-        for (const QString &key : std::as_const(changed)) {
-            Q_EMIT valueChanged(key);
-        }
-    }
-
-    std::unique_ptr<Tables> m_tables;
-    SqliteDatabase &m_values;
-    SqliteArrays &m_arrays;
-    QString m_name;
-    ScopedFd m_touched;
-    std::unique_ptr<FileTouchWatcher> m_watcher;
-    QHash<QString, Row> m_known; ///< as last published
-    qint64 m_dataVersion = -1;
-};
-
-/// Renames a database that cannot be read, with the files beside it, and logs both names. False when that failed.
-bool setAside(const QString &path)
+void SqliteUserDefaults::setObject(const QString &key, const QVariant &value)
 {
-    const QString suffix =
-        QStringLiteral(".corrupt-") + QDateTime::currentDateTimeUtc().toString(QStringLiteral("yyyyMMddTHHmmsszzzZ"));
-    if (!QFile::rename(path, path + suffix)) {
+    const Row row = encodedSetting(key, value);
+    if (row.type.isEmpty()) {
+        printLogger(QStringLiteral("⚠️ The setting ") + key + QStringLiteral(" has a type that cannot be stored"));
+        return;
+    }
+    if (save(key, [&] { return m_arrays.removeAll(key) && m_values.store(row); })) {
+        publish(key, row);
+    }
+}
+
+void SqliteUserDefaults::removeObject(const QString &key)
+{
+    if (save(key, [&] { return m_arrays.removeAll(key) && m_values.remove(key); })) {
+        publish(key, std::nullopt);
+    }
+}
+
+bool SqliteUserDefaults::setArray(const QString &key, const QList<ArrayElement> &elements)
+{
+    std::optional<Row> stored;
+    if (m_values.read(key, stored) && isArray(stored) && m_arrays.elements(key) == elements) {
+        return true;
+    }
+    const Row row = arrayRow(key);
+    if (!save(key, [&] { return m_arrays.replaceAll(key, elements) && m_values.store(row); })) {
         return false;
     }
-    for (const QString &companion : {QStringLiteral("-wal"), QStringLiteral("-shm")}) {
-        QFile::rename(path + companion, path + suffix + companion);
-    }
-    printLogger(QStringLiteral("❌ The settings database ") + path +
-                QStringLiteral(" could not be read. It was set aside as ") + path + suffix +
-                QStringLiteral(", and a new one was made."));
+    publish(key, row);
     return true;
 }
 
-/// An open database at the path, or nothing when the place cannot be used.
-std::unique_ptr<Tables> openedTables(const QString &path)
+bool SqliteUserDefaults::changeArray(const QString &key, const ArrayChange &change)
 {
-    auto database = std::make_unique<Tables>();
-    SqliteDatabase::OpenResult result = database->open(path);
-    if (result == SqliteDatabase::OpenResult::Corrupt) {
-        database->close();
-        if (setAside(path)) {
-            result = database->open(path);
+    const Row row = arrayRow(key);
+    bool isOtherValue = false;
+    bool isChanged = false;
+    const bool isDone = m_values.inTransaction([&] {
+        std::optional<Row> stored;
+        if (!m_values.read(key, stored)) {
+            return false;
         }
+        isOtherValue = stored && !isArray(stored);
+        isChanged = !stored;
+        return !isOtherValue && m_arrays.change(key, change, isChanged) && (!isChanged || m_values.store(row));
+    });
+    if (!isDone && !isOtherValue) {
+        logFailure(key);
     }
-    return result == SqliteDatabase::OpenResult::Opened ? std::move(database) : nullptr;
+    if (isDone && isChanged) {
+        touch();
+        publish(key, row);
+    }
+    return isDone;
 }
 
-} // namespace
-
-SqliteUserDefaultsProvider::SqliteUserDefaultsProvider(const QString &directory) : m_directory(directory)
+std::optional<SqliteUserDefaults::Row> SqliteUserDefaults::storedRow(const QString &key) const
 {
-    const QByteArray encodedPath = QFile::encodeName(directory);
-    QDir().mkpath(QFileInfo(directory).path());
-    ::mkdir(encodedPath.constData(), 0700);
-
-    auto database = openedTables(directory + QLatin1Char('/') + standardDomain + QStringLiteral(".db"));
-    const bool isOnDisk = database != nullptr;
-    if (!isOnDisk) {
-        printLogger(QStringLiteral("❌ The settings in ") + directory +
-                    QStringLiteral(" cannot be used. Nothing that changes now will be kept after the end."));
-        database = std::make_unique<Tables>();
-        if (database->open({}) != SqliteDatabase::OpenResult::Opened) {
-            throw std::bad_alloc();
-        }
+    std::optional<Row> row;
+    if (!m_values.read(key, row)) {
+        throw UserDefaultsError(key, m_values.lastError());
     }
-    m_standard =
-        std::make_unique<SqliteUserDefaults>(std::move(database), isOnDisk ? directory : QString(), standardDomain);
+    return row;
 }
 
-SqliteUserDefaultsProvider::~SqliteUserDefaultsProvider() = default;
-
-UserDefaults &SqliteUserDefaultsProvider::standard()
+std::optional<SqliteUserDefaults::KnownRows> SqliteUserDefaults::storedRows() const
 {
-    return *m_standard;
+    const auto rows = m_values.rows();
+    if (!rows) {
+        return std::nullopt;
+    }
+    KnownRows byKey;
+    for (const Row &row : *rows) {
+        byKey.insert(row.key, row);
+    }
+    return byKey;
 }
 
-UserDefaults *SqliteUserDefaultsProvider::suite(const QString &name)
+/// Makes the changes of `work` in one step, and lets other processes know. False, and logged, when that fails.
+bool SqliteUserDefaults::save(const QString &key, const std::function<bool()> &work)
 {
-    auto &suite = m_suites[name];
-    if (!suite) {
-        auto database = openedTables(m_directory + QLatin1Char('/') + name + QStringLiteral(".db"));
-        if (database) {
-            suite = std::make_unique<SqliteUserDefaults>(std::move(database), m_directory, name);
+    if (!m_values.inTransaction(work)) {
+        logFailure(key);
+        return false;
+    }
+    touch();
+    return true;
+}
+
+/// Reports the change of a key, unless its stored form is the one last published.
+void SqliteUserDefaults::publish(const QString &key, const std::optional<Row> &row)
+{
+    const auto known = m_known.constFind(key);
+    const bool isKnown = known != m_known.cend();
+    if (row ? isKnown && *known == *row : !isKnown) {
+        return;
+    }
+    if (row) {
+        m_known.insert(key, *row);
+    } else {
+        m_known.remove(key);
+    }
+    Q_EMIT valueChanged(key);
+}
+
+void SqliteUserDefaults::publishForeignChanges()
+{
+    const qint64 version = m_values.dataVersion();
+    if (version == m_dataVersion) {
+        return;
+    }
+    const auto current = storedRows();
+    if (!current) {
+        printLogger(QStringLiteral("⚠️ Could not read what another program has changed in ") + m_name +
+                    QStringLiteral(".db: ") + m_values.lastError());
+        return;
+    }
+    m_dataVersion = version;
+    const KnownRows known = std::exchange(m_known, *current);
+    QStringList changed;
+    for (const Row &row : *current) {
+        if (known.value(row.key) != row) {
+            changed.append(row.key);
         }
     }
-    return suite.get();
+    for (const Row &row : known) {
+        if (!current->contains(row.key)) {
+            changed.append(row.key);
+        }
+    }
+    for (const QString &key : std::as_const(changed)) {
+        Q_EMIT valueChanged(key);
+    }
+}
+
+/// Lets other processes know of a commit.
+void SqliteUserDefaults::touch() const
+{
+    if (m_touched.isOpen() && ::pwrite(m_touched.get(), "1", 1, 0) != 1) {
+        printLogger(QStringLiteral("⚠️ Could not notify other programs of a change in ") + m_name);
+    }
+}
+
+void SqliteUserDefaults::logFailure(const QString &key) const
+{
+    printLogger(QStringLiteral("❌ Could not save the setting ") + key + QStringLiteral(" to ") + m_name +
+                QStringLiteral(".db: ") + m_values.lastError());
 }
 
 } // namespace quillhaven

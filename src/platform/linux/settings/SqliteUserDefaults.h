@@ -3,32 +3,72 @@
 #pragma once
 
 #include "platform/UserDefaults.h"
+#include "platform/linux/files/ScopedFd.h"
+#include "platform/linux/settings/SqliteArrays.h"
+#include "platform/linux/settings/SqliteDatabase.h"
 
-#include <map>
+#include <QHash>
+
 #include <memory>
+#include <optional>
+
+class QFileSystemWatcher;
 
 namespace quillhaven {
 
-/// The settings domains as one SQLite database (WAL) each, `<directory>/<name>.db`, mode 0600, which another process
-/// may read and write meanwhile. A database that cannot be read as one is set aside under another name and a fresh one
-/// takes its place; a place that cannot be written leaves the domain in memory. Both are logged.
-class SqliteUserDefaultsProvider : public UserDefaultsProvider
+/// One domain of settings as a SQLite database (WAL), `<directory>/<name>.db`, mode 0600. Several processes may have it
+/// open at a time; each sees the changes of the others at once, and reports them from its event loop.
+class SqliteUserDefaults : public UserDefaults
 {
 public:
-    /// `directory` is made, mode 0700, when it is missing.
-    explicit SqliteUserDefaultsProvider(const QString &directory);
-    ~SqliteUserDefaultsProvider() override;
+    using OpenResult = SqliteDatabase::OpenResult;
+    struct Opened
+    {
+        std::unique_ptr<SqliteUserDefaults> domain; ///< nullptr unless the result is Opened
+        OpenResult result;
+    };
 
-    [[nodiscard]] UserDefaults &standard() override;
-    [[nodiscard]] UserDefaults *suite(const QString &name) override;
+    /// Opens the domain, and creates the directory (mode 0700) and the database when they are missing. A damaged
+    /// database is left as it is, so that any process may try.
+    [[nodiscard]] static Opened open(const QString &directory, const QString &name);
+    /// A domain that ends with this object.
+    [[nodiscard]] static Opened openInMemory(const QString &name);
+    ~SqliteUserDefaults() override;
 
-    /// The name of the standard domain.
-    static inline const QString standardDomain = QStringLiteral("com.tarnwick.quillhaven");
+    [[nodiscard]] QVariant objectForKey(const QString &key) const override;
+    void setObject(const QString &key, const QVariant &value) override;
+    void removeObject(const QString &key) override;
+    [[nodiscard]] bool setArray(const QString &key, const QList<ArrayElement> &elements) override;
+    [[nodiscard]] bool changeArray(const QString &key, const ArrayChange &change) override;
+
+    /// Where `open` keeps a domain.
+    [[nodiscard]] static QString databasePath(const QString &directory, const QString &name);
 
 private:
-    QString m_directory;
-    std::unique_ptr<UserDefaults> m_standard;
-    std::map<QString, std::unique_ptr<UserDefaults>> m_suites; ///< a suite that could not be opened is asked anew
+    using Row = SqliteDatabase::Row;
+    using KnownRows = QHash<QString, Row>;
+
+    explicit SqliteUserDefaults(const QString &name);
+    [[nodiscard]] OpenResult openTables(const QString &path);
+    void watchOtherProcesses(const QString &databasePath);
+
+    [[nodiscard]] std::optional<KnownRows> storedRows() const;
+    [[nodiscard]] std::optional<Row> storedRow(const QString &key) const;
+    [[nodiscard]] QVariant arrayForKey(const QString &key) const;
+    [[nodiscard]] bool apply(const QString &key, const ArrayChange &change, bool &isChanged);
+    [[nodiscard]] bool save(const QString &key, const std::function<bool()> &work);
+    void publish(const QString &key, const std::optional<Row> &row);
+    void publishForeignChanges();
+    void touch() const;
+    void logFailure(const QString &key) const;
+
+    QString m_name;
+    mutable SqliteDatabase m_values;
+    SqliteArrays m_arrays; ///< closed before the database
+    KnownRows m_known;     ///< as last published
+    qint64 m_dataVersion = -1;
+    ScopedFd m_touched;
+    std::unique_ptr<QFileSystemWatcher> m_watcher;
 };
 
 } // namespace quillhaven

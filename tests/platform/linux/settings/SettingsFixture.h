@@ -2,7 +2,7 @@
 
 #pragma once
 
-#include "platform/linux/settings/SqliteUserDefaults.h"
+#include "platform/linux/settings/SqliteUserDefaultsProvider.h"
 #include "support/LogCapture.h"
 #include "support/TemporaryHome.h"
 
@@ -37,14 +37,15 @@ protected:
     {
         return directory() + QLatin1Char('/') + domainName + QStringLiteral(".db");
     }
-    [[nodiscard]] QStringList setAside() const
+    /// The names of what was set aside, logs included.
+    [[nodiscard]] QStringList setAside(const QString &domain = domainName) const
     {
-        return QDir(directory()).entryList({domainName + QStringLiteral(".db.corrupt-*")}, QDir::Files);
+        return QDir(directory()).entryList({domain + QStringLiteral(".db.corrupt-*")}, QDir::Files);
     }
     /// Runs the writing process to its end and returns its exit code.
-    [[nodiscard]] int runWriter(const QStringList &arguments) const
+    [[nodiscard]] int runWriter(const QStringList &arguments, const QString &domain = domainName) const
     {
-        return QProcess::execute(QStringLiteral(SETTINGS_WRITER), QStringList{directory(), domainName} + arguments);
+        return QProcess::execute(QStringLiteral(SETTINGS_WRITER), QStringList{directory(), domain} + arguments);
     }
     /// Runs a statement on the database as any other program would.
     [[nodiscard]] bool runSql(const QByteArray &sql) const
@@ -55,20 +56,6 @@ protected:
         sqlite3_close(connection);
         return isDone;
     }
-    void expectSetAside(const QByteArray &bytes)
-    {
-        m_home.write(QStringLiteral("settings/") + domainName + QStringLiteral(".db"), bytes);
-        LogCapture log;
-        SqliteUserDefaultsProvider provider(directory());
-        ASSERT_EQ(setAside().size(), 1);
-        const QString aside = directory() + QLatin1Char('/') + setAside().constFirst();
-        EXPECT_EQ(TemporaryHome::read(aside), bytes);
-        const QString text = log.lines().join(QLatin1Char('\n'));
-        EXPECT_TRUE(text.contains(database()) && text.contains(aside)) << text.toStdString();
-        provider.standard().setBool(QStringLiteral("works"), true);
-        EXPECT_EQ(SqliteUserDefaultsProvider(directory()).standard().boolForKey(QStringLiteral("works")), true);
-    }
-
     TemporaryHome m_home;
 };
 

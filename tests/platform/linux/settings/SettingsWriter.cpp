@@ -5,9 +5,9 @@
 #include <QCoreApplication>
 #include <QTextStream>
 
-// SettingsWriter DIRECTORY DOMAIN set KEY TEXT | put KEY ID TEXT | remove KEY | loop: another process that writes a
-// settings domain. "put" changes an element of an array.
-// "loop" writes the pair "first", "second" for ever, and prints a line after the first round.
+// SettingsWriter DIRECTORY DOMAIN set KEY TEXT | put KEY ID TEXT | count KEY NUMBER | remove KEY | loop: another
+// process that opens one settings domain and writes it. "put" changes an element of an array, "count" stores 1 to
+// NUMBER. "loop" writes the pair "first", "second" for ever, and prints a line after the first round.
 int main(int argc, char **argv)
 {
     using namespace quillhaven;
@@ -16,10 +16,7 @@ int main(int argc, char **argv)
     if (arguments.size() < 4) {
         return 2;
     }
-    SqliteUserDefaultsProvider provider(arguments.at(1));
-    UserDefaults *domain = arguments.at(2) == SqliteUserDefaultsProvider::standardDomain
-                               ? &provider.standard()
-                               : provider.suite(arguments.at(2));
+    const auto domain = SqliteUserDefaults::open(arguments.at(1), arguments.at(2)).domain;
     if (!domain) {
         return 3;
     }
@@ -30,6 +27,12 @@ int main(int argc, char **argv)
     if (arguments.at(3) == QStringLiteral("put") && arguments.size() == 7) {
         const ArrayElement element{arguments.at(5), arguments.at(6).toUtf8()};
         return domain->changeArray(arguments.at(4), {.put = {element}, .removed = {}}) ? 0 : 4;
+    }
+    if (arguments.at(3) == QStringLiteral("count") && arguments.size() == 6) {
+        for (qlonglong number = 1; number <= arguments.at(5).toLongLong(); ++number) {
+            domain->setInteger(arguments.at(4), number);
+        }
+        return 0;
     }
     if (arguments.at(3) == QStringLiteral("remove") && arguments.size() == 5) {
         domain->removeObject(arguments.at(4));

@@ -112,41 +112,60 @@ TEST_F(SqliteUserDefaultsTest, AnotherProcessReadsAndItsChangesAreToldForTheirKe
     EXPECT_FALSE(defaults.stringForKey(QStringLiteral("key")));
 }
 
-TEST_F(SqliteUserDefaultsTest, AFileOfGarbageIsSetAsideWhole)
+TEST_F(SqliteUserDefaultsTest, TheLastOfManyChangesOfAnotherProcessIsReported)
 {
-    expectSetAside(QByteArray(10'000, 'g'));
-}
-
-TEST_F(SqliteUserDefaultsTest, ATruncatedDatabaseIsSetAsideWhole)
-{
-    {
-        SqliteUserDefaultsProvider provider(directory());
-        provider.standard().setData(QStringLiteral("long"), QByteArray(50'000, 'x'));
+    SqliteUserDefaultsProvider provider(directory());
+    UserDefaults &defaults = provider.standard();
+    const QString key = QStringLiteral("count");
+    qlonglong seen = 0;
+    QObject::connect(&defaults, &UserDefaults::valueChanged, &defaults,
+                     [&] { seen = defaults.integerForKey(key).value_or(-1); });
+    for (int round = 0; round < 5; ++round) {
+        seen = 0;
+        QProcess writer;
+        writer.start(QStringLiteral(SETTINGS_WRITER),
+                     {directory(), domainName, QStringLiteral("count"), key, QStringLiteral("200")});
+        EXPECT_TRUE(spinUntil([&] { return seen == 200; })) << seen;
+        ASSERT_TRUE(spinUntil([&] { return writer.state() == QProcess::NotRunning; }));
+        defaults.removeObject(key);
     }
-    const QByteArray whole = TemporaryHome::read(database());
-    ASSERT_GT(whole.size(), 50'000);
-    expectSetAside(whole.left(20'000));
 }
 
-TEST_F(SqliteUserDefaultsTest, AFileOfZeroBytesBecomesADatabase)
+TEST_F(SqliteUserDefaultsTest, AFailedReadIsAnErrorAndNotAnAbsentKey)
 {
-    m_home.write(QStringLiteral("settings/") + domainName + QStringLiteral(".db"), {});
     SqliteUserDefaultsProvider provider(directory());
-    provider.standard().setBool(QStringLiteral("works"), true);
-    EXPECT_EQ(SqliteUserDefaultsProvider(directory()).standard().boolForKey(QStringLiteral("works")), true);
+    UserDefaults &defaults = provider.standard();
+    defaults.setBool(QStringLiteral("key"), true);
+    const auto changes = changesOf(defaults);
+    ASSERT_TRUE(runSql("DROP TABLE defaults"));
+    try {
+        (void)defaults.boolForKey(QStringLiteral("key"));
+        FAIL() << "the read reported no error";
+    } catch (const UserDefaultsError &error) {
+        EXPECT_TRUE(error.errorDescription().startsWith(QStringLiteral("Could not read the setting key: ")))
+            << error.what();
+    }
+    EXPECT_THROW((void)defaults.objectForKey(QStringLiteral("other")), UserDefaultsError);
+    EXPECT_TRUE(changes->isEmpty());
 }
 
-TEST_F(SqliteUserDefaultsTest, APlaceThatCannotBeUsedLeavesTheDomainInMemoryAndNoSuite)
+TEST_F(SqliteUserDefaultsTest, AFailedReadOfAnotherProcessesChangesReportsNone)
 {
-    ASSERT_TRUE(QDir().mkpath(database()));
-    ASSERT_TRUE(QDir().mkpath(directory() + QStringLiteral("/shared.db")));
+    SqliteUserDefaultsProvider provider(directory());
+    UserDefaults &defaults = provider.standard();
+    defaults.setBool(QStringLiteral("key"), true);
+    const auto changes = changesOf(defaults);
+    ASSERT_TRUE(runSql("ALTER TABLE defaults RENAME TO elsewhere"));
     LogCapture log;
-    SqliteUserDefaultsProvider provider(directory());
-    EXPECT_TRUE(log.lines().join(QLatin1Char('\n')).contains(directory()));
-    provider.standard().setBool(QStringLiteral("key"), true);
-    EXPECT_EQ(provider.standard().boolForKey(QStringLiteral("key")), true);
-    EXPECT_EQ(provider.suite(QStringLiteral("shared")), nullptr);
-    EXPECT_TRUE(QFileInfo(database()).isDir());
+    QFile touched(database() + QStringLiteral(".changed"));
+    ASSERT_TRUE(touched.open(QIODevice::ReadWrite) && touched.write("1") == 1 && touched.flush());
+    ASSERT_TRUE(spinUntil([&] { return !log.lines().isEmpty(); }));
+    EXPECT_TRUE(log.lines().constFirst().contains(QStringLiteral("Could not read")))
+        << log.lines().constFirst().toStdString();
+    ASSERT_TRUE(runSql("ALTER TABLE elsewhere RENAME TO defaults"));
+    ASSERT_EQ(runWriter({QStringLiteral("set"), QStringLiteral("new"), QStringLiteral("x")}), 0);
+    ASSERT_TRUE(spinUntil([&] { return !changes->isEmpty(); }));
+    EXPECT_EQ(*changes, QStringList{QStringLiteral("new")});
 }
 
 TEST_F(SqliteUserDefaultsTest, AKilledWriterLeavesADatabaseThatReadsCleanly)
