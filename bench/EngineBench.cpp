@@ -14,7 +14,7 @@
 #include "catalogue/CatalogueJson.h"
 #include "credentials/KeychainManager.h"
 #include "platform/linux/files/CloudFolders.h"
-#include "settings/DefaultsKeys.h"
+#include "settings/Settings.h"
 #include "support/EngineHarness.h"
 #include "support/printLogger.h"
 
@@ -73,7 +73,7 @@ void fillCatalogue(FolderPlatform &services, int count)
         item.originalBackupPath = services.directories.documents;
         items.append(item);
     }
-    services.defaults.standard().setData(defaults_keys::protectedItems, encodeProtectedItems(items));
+    services.defaults.standard().setData(settings::protectedItems.key, encodeProtectedItems(items));
 }
 
 const auto quiet = [](const QString &, double) {};
@@ -103,7 +103,7 @@ void fillWithItems(FolderPlatform &services, int count)
         keychain.storePassword(itemPassword, item.id);
         items.append(item);
     }
-    services.defaults.standard().setData(defaults_keys::protectedItems, encodeProtectedItems(items));
+    services.defaults.standard().setData(settings::protectedItems.key, encodeProtectedItems(items));
 }
 
 void prepareBackups(FolderPlatform &services, EngineHarness &engine)
@@ -119,7 +119,7 @@ void measureRecovery(FolderPlatform &services, EngineHarness &engine, const QStr
         engine.protect(folder + QLatin1Char('/') + name);
     }
     prepareBackups(services, engine);
-    services.defaults.standard().setBool(defaults_keys::enableiCloudBackup, true);
+    settings::enableiCloudBackup.write(services.defaults.standard(), true);
     runTask(engine.manager.backupAllToiCloud());
     const QString target = services.directories.home + QStringLiteral("/Recovered");
     QDir().mkpath(target);
@@ -176,7 +176,7 @@ int main(int argc, char **argv)
     } else if (mode == QStringLiteral("backup")) {
         engine.protect(subject);
         prepareBackups(services, engine);
-        services.defaults.standard().setBool(defaults_keys::enableiCloudBackup, true);
+        settings::enableiCloudBackup.write(services.defaults.standard(), true);
         measure("backup", [&] { runTask(engine.manager.backupToiCloud(engine.item().id)); });
     } else if (mode == QStringLiteral("recover")) {
         measureRecovery(services, engine, subject);

@@ -60,5 +60,11 @@ skipped=$(grep -nE "$skips" $(ours 'tests/*.cpp' 'tests/*.h' 'tests/*.py' '*CMak
 elsewhere=$(grep -nE '^[A-Za-z]+ &[A-Za-z]+::shared\(\)' $(ours 'src/*.cpp') /dev/null | grep -v '^src/SharedInstances.cpp')
 [ -z "$elsewhere" ] || breach "$elsewhere"$'\n'"shared() is defined in src/SharedInstances.cpp alone."
 
+# Every key of the settings is spelled in one place.
+keys=$(grep -oE 'etting<[^;]*\{"[A-Za-z]+"' src/settings/Settings.h | grep -oE '[A-Za-z]+"$' | sort -u | paste -sd'|' | tr -d '"')
+[ -n "$keys" ] || breach "src/settings/Settings.h: no keys were found."
+spelled=$(grep -nE "Literal\(\"($keys)\"\)|QLatin1String\(\"($keys)\"\)" $(ours 'src/*.cpp' 'src/*.h') /dev/null | grep -v '^src/settings/Settings.h')
+[ -z "$spelled" ] || breach "$spelled"$'\n'"Keys of the settings are spelled in src/settings/Settings.h alone."
+
 [ $breaches -eq 0 ] || { echo "$breaches conventions are broken."; exit 1; }
 echo "All conventions hold over ${#sources[@]} C++ and ${#qml[@]} QML files."

@@ -4,7 +4,7 @@
 
 #include "catalogue/CatalogueJson.h"
 #include "platform/UserDefaults.h"
-#include "settings/DefaultsKeys.h"
+#include "settings/Settings.h"
 
 #include <algorithm>
 #include <numeric>
@@ -37,7 +37,7 @@ const ProtectedItem *ItemCatalogue::itemAt(const QString &originalPath) const
 
 ItemCatalogue::Loaded ItemCatalogue::load()
 {
-    const auto data = m_defaults.standard().dataForKey(defaults_keys::protectedItems);
+    const auto data = m_defaults.standard().dataForKey(settings::protectedItems.key);
     if (!data) {
         return Loaded::Nothing;
     }
@@ -154,14 +154,14 @@ bool ItemCatalogue::write(UserDefaults &store, Backlog &backlog, Encode encode)
         return false;
     }
     if (!backlog.isWhole &&
-        store.changeArray(defaults_keys::protectedItems, {.put = *elements, .removed = backlog.removed.values()})) {
+        store.changeArray(settings::protectedItems.key, {.put = *elements, .removed = backlog.removed.values()})) {
         backlog = {.isWhole = false, .changed = {}, .removed = {}};
         return true;
     }
     if (!std::exchange(backlog.isWhole, true)) {
         return write(store, backlog, encode); // It held another form of the list, or has missed a change.
     }
-    if (store.setArray(defaults_keys::protectedItems, *elements)) {
+    if (store.setArray(settings::protectedItems.key, *elements)) {
         backlog = {.isWhole = false, .changed = {}, .removed = {}};
     }
     return true;
@@ -172,7 +172,7 @@ void ItemCatalogue::save()
     if (!write(m_defaults.standard(), m_applicationBacklog, encodeProtectedItem)) {
         return;
     }
-    if (UserDefaults *suite = m_defaults.suite(defaults_keys::sharedSuite)) {
+    if (UserDefaults *suite = m_defaults.suite(settings::sharedSuite)) {
         write(*suite, m_sharedBacklog, encodeProtectedItemInfo);
     }
 }

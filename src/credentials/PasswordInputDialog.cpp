@@ -4,7 +4,7 @@
 
 #include "credentials/PasswordStrength.h"
 #include "platform/UserDefaults.h"
-#include "settings/DefaultsKeys.h"
+#include "settings/Settings.h"
 #include "support/printLogger.h"
 
 namespace quillhaven {
@@ -35,7 +35,7 @@ void PasswordInputDialog::clear()
 
 bool PasswordInputDialog::enforceStrongPasswords() const
 {
-    return m_defaults.boolForKey(defaults_keys::enforceStrongPasswords).value_or(true);
+    return settings::enforceStrongPasswords.read(m_defaults);
 }
 
 bool PasswordInputDialog::showsRequirements() const

@@ -4,7 +4,7 @@
 
 #include "credentials/MasterPasswordManager.h"
 #include "platform/UserDefaults.h"
-#include "settings/DefaultsKeys.h"
+#include "settings/Settings.h"
 
 namespace quillhaven {
 
@@ -29,17 +29,17 @@ QuillhavenManager::~QuillhavenManager() = default;
 
 bool QuillhavenManager::enableTouchID() const
 {
-    return m_platform.defaults.standard().boolForKey(defaults_keys::enableTouchID).value_or(true);
+    return settings::enableTouchID.read(m_platform.defaults.standard());
 }
 
 bool QuillhavenManager::enforceStrongPasswords() const
 {
-    return m_platform.defaults.standard().boolForKey(defaults_keys::enforceStrongPasswords).value_or(true);
+    return settings::enforceStrongPasswords.read(m_platform.defaults.standard());
 }
 
 bool QuillhavenManager::enableiCloudBackup() const
 {
-    return m_platform.defaults.standard().boolForKey(defaults_keys::enableiCloudBackup).value_or(false);
+    return settings::enableiCloudBackup.read(m_platform.defaults.standard());
 }
 
 void QuillhavenManager::setItemIsProcessing(const QString &id, bool value)

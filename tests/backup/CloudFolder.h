@@ -3,7 +3,7 @@
 #pragma once
 
 #include "platform/UserDefaults.h"
-#include "settings/DefaultsKeys.h"
+#include "settings/Settings.h"
 #include "support/TestPlatform.h"
 
 #include <QDir>
@@ -40,7 +40,7 @@ public:
     /// Switches backups on or off in the settings.
     void setEnabled(bool isEnabled) const
     {
-        m_services.defaults.standard().setBool(defaults_keys::enableiCloudBackup, isEnabled);
+        settings::enableiCloudBackup.write(m_services.defaults.standard(), isEnabled);
     }
 
 private:

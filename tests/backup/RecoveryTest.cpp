@@ -83,7 +83,7 @@ protected:
         item.id = itemId;
         item.originalName = name;
         item.originalPath = services.home.write(QStringLiteral("Desktop/") + name);
-        services.defaults.standard().setData(QStringLiteral("ProtectedItems"), encodeProtectedItems({item}));
+        services.defaults.standard().setData(settings::protectedItems.key, encodeProtectedItems({item}));
     }
     /// Recovers with a fresh engine, whose log alone is kept.
     QStringList recover(const QString &password = QStringLiteral("Master12"))
@@ -128,7 +128,7 @@ TEST_F(Recovery, BackupsOfAnotherMachineComeBackAsPlainFiles)
         first.protect(services.home.write(QStringLiteral("Desktop/a.txt"), "a"));
         first.protect(services.home.write(QStringLiteral("Desktop/b.txt"), "b"));
     }
-    services.defaults.standard().removeObject(QStringLiteral("ProtectedItems"));
+    services.defaults.standard().removeObject(settings::protectedItems.key);
     const QStringList before = cloud.backupNames();
     QStringList paths = recover();
     paths.sort();

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
 #include "catalogue/CatalogueJson.h"
-#include "settings/DefaultsKeys.h"
+#include "settings/Settings.h"
 #include "support/EngineHarness.h"
 
 #include <QDir>
@@ -29,14 +29,11 @@ ProtectedItem sampleItem(const QString &id, const QString &original, const QStri
 class Catalogue : public ::testing::Test
 {
 protected:
-    void storeJson(const QByteArray &json)
-    {
-        services.defaults.standard().setData(defaults_keys::protectedItems, json);
-    }
-    QByteArray storedJson() { return services.defaults.standard().dataForKey(defaults_keys::protectedItems).value(); }
+    void storeJson(const QByteArray &json) { services.defaults.standard().setData(settings::protectedItems.key, json); }
+    QByteArray storedJson() { return services.defaults.standard().dataForKey(settings::protectedItems.key).value(); }
     QByteArray sharedJson()
     {
-        return services.defaults.suite(defaults_keys::sharedSuite)->dataForKey(defaults_keys::protectedItems).value();
+        return services.defaults.suite(settings::sharedSuite)->dataForKey(settings::protectedItems.key).value();
     }
 
     TestPlatform services;
@@ -164,8 +161,8 @@ TEST_F(Catalogue, ListThatCannotBeReadIsReplacedByTheNextSave)
 
 TEST_F(Catalogue, WithoutTheSharedStoreTheOwnOneIsWrittenAllTheSame)
 {
-    ASSERT_TRUE(QDir(services.directories.configuration).mkdir(defaults_keys::sharedSuite + QStringLiteral(".db")));
-    ASSERT_EQ(services.defaults.suite(defaults_keys::sharedSuite), nullptr);
+    ASSERT_TRUE(QDir(services.directories.configuration).mkdir(settings::sharedSuite + QStringLiteral(".db")));
+    ASSERT_EQ(services.defaults.suite(settings::sharedSuite), nullptr);
     EngineHarness engine(services);
     log.clear();
     engine.manager.saveProtectedItems();

@@ -2,7 +2,7 @@
 
 #include "catalogue/ItemCatalogue.h"
 #include "catalogue/CatalogueJson.h"
-#include "settings/DefaultsKeys.h"
+#include "settings/Settings.h"
 #include "support/HookedSeam.h"
 #include "support/RunTask.h"
 #include "support/TestPlatform.h"
@@ -31,15 +31,12 @@ protected:
     [[nodiscard]] UserDefaultsProvider &defaults() { return services.platform().defaults; }
     [[nodiscard]] QList<ProtectedItem> stored()
     {
-        const auto json = defaults().standard().dataForKey(defaults_keys::protectedItems);
+        const auto json = defaults().standard().dataForKey(settings::protectedItems.key);
         return json ? decodeProtectedItems(*json).value() : QList<ProtectedItem>();
     }
     [[nodiscard]] QByteArray shared()
     {
-        return defaults()
-            .suite(defaults_keys::sharedSuite)
-            ->dataForKey(defaults_keys::protectedItems)
-            .value_or(QByteArray());
+        return defaults().suite(settings::sharedSuite)->dataForKey(settings::protectedItems.key).value_or(QByteArray());
     }
 
     TestPlatform services;
@@ -88,7 +85,7 @@ TEST_F(ItemCatalogueTest, UnsavedChangeIsWrittenByTheNextSave)
 
 TEST_F(ItemCatalogueTest, ListOfAnOlderProgramIsTakenOverWhole)
 {
-    defaults().standard().setData(defaults_keys::protectedItems, encodeProtectedItems({record(a), record(b)}));
+    defaults().standard().setData(settings::protectedItems.key, encodeProtectedItems({record(a), record(b)}));
     EXPECT_EQ(catalogue.load(), ItemCatalogue::Loaded::Items);
     catalogue.update(b, [](ProtectedItem &item) { item.isMounted = true; });
     EXPECT_EQ(stored(), catalogue.items());
@@ -98,7 +95,7 @@ TEST_F(ItemCatalogueTest, ListOfAnOlderProgramIsTakenOverWhole)
 
 TEST_F(ItemCatalogueTest, SaveAfterAnUndecodableListReplacesIt)
 {
-    defaults().standard().setData(defaults_keys::protectedItems, "[{}]");
+    defaults().standard().setData(settings::protectedItems.key, "[{}]");
     EXPECT_EQ(catalogue.load(), ItemCatalogue::Loaded::Undecodable);
     catalogue.append(record(a));
     EXPECT_EQ(stored(), QList<ProtectedItem>{record(a)});

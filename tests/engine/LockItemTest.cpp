@@ -228,7 +228,7 @@ TEST_F(LockItem, BulkCoreLeavesTheBusyMarkAsItIs)
     startUnlocked();
     QList<ProtectedItem> items = engine.storedItems();
     items.first().isProcessing = true;
-    services.defaults.standard().setData(defaults_keys::protectedItems, encodeProtectedItems(items));
+    services.defaults.standard().setData(settings::protectedItems.key, encodeProtectedItems(items));
     EngineHarness restarted(services);
     runTask(restarted.manager.lockItemWithoutFileAccess(restarted.item()));
     EXPECT_FALSE(restarted.item().isMounted);

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
 #include "catalogue/CatalogueJson.h"
-#include "settings/DefaultsKeys.h"
+#include "settings/Settings.h"
 #include "support/CallHooks.h"
 #include "support/EngineHarness.h"
 
@@ -32,11 +32,11 @@ protected:
         item.originalPath = originalPath;
         item.originalBackupPath = backupPath;
         item.isMounted = isMounted;
-        services.defaults.standard().setData(defaults_keys::protectedItems, encodeProtectedItems({item}));
+        services.defaults.standard().setData(settings::protectedItems.key, encodeProtectedItems({item}));
     }
     QList<ProtectedItem> storedItems()
     {
-        return decodeProtectedItems(services.defaults.standard().dataForKey(defaults_keys::protectedItems).value())
+        return decodeProtectedItems(services.defaults.standard().dataForKey(settings::protectedItems.key).value())
             .value();
     }
 

@@ -10,7 +10,7 @@
 #include "credentials/PasswordInputDialogManager.h"
 #include "engine/QuillhavenManager.h"
 #include "platform/UserDefaults.h"
-#include "settings/DefaultsKeys.h"
+#include "settings/Settings.h"
 #include "support/LogCapture.h"
 #include "support/RunTask.h"
 #include "support/TestPlatform.h"
@@ -65,7 +65,7 @@ public:
     /// The catalogue as the next start would read it.
     [[nodiscard]] QList<ProtectedItem> storedItems() const
     {
-        const auto json = platform.defaults.standard().dataForKey(defaults_keys::protectedItems);
+        const auto json = platform.defaults.standard().dataForKey(settings::protectedItems.key);
         return json ? decodeProtectedItems(*json).value() : QList<ProtectedItem>();
     }
     /// Opens a session, with a master password that is set for it.

@@ -7,7 +7,7 @@
 #include "platform/UserDefaults.h"
 #include "presentation/dashboard/DashboardErrors.h"
 #include "presentation/dialogs/ConfirmationDialogManager.h"
-#include "settings/DefaultsKeys.h"
+#include "settings/Settings.h"
 #include "support/LocalizedError.h"
 
 namespace quillhaven {
@@ -15,22 +15,18 @@ namespace quillhaven {
 BackupActions::BackupActions(const DashboardContext &context, UserDefaults &defaults, QObject *parent)
     : QObject(parent), m_context(context), m_defaults(defaults)
 {
-    connect(&defaults, &UserDefaults::valueChanged, this, [this](const QString &key) {
-        if (key == defaults_keys::enableiCloudBackup) {
-            Q_EMIT changed();
-        }
-    });
+    settings::enableiCloudBackup.onChange(defaults, this, [this] { Q_EMIT changed(); });
 }
 
 bool BackupActions::enableiCloudBackup() const
 {
-    return m_defaults.boolForKey(defaults_keys::enableiCloudBackup).value_or(false);
+    return settings::enableiCloudBackup.read(m_defaults);
 }
 
 void BackupActions::setEnableiCloudBackup(bool value)
 {
     if (enableiCloudBackup() != value) {
-        m_defaults.setBool(defaults_keys::enableiCloudBackup, value);
+        settings::enableiCloudBackup.write(m_defaults, value);
     }
 }
 

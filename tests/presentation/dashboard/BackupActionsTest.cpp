@@ -60,7 +60,7 @@ TEST_F(Backups, SettingIsOffAtFirstAndKept)
     EXPECT_FALSE(backup().enableiCloudBackup());
     backup().setEnableiCloudBackup(true);
     EXPECT_TRUE(backup().enableiCloudBackup());
-    EXPECT_EQ(services.defaults.standard().boolForKey(defaults_keys::enableiCloudBackup), true);
+    EXPECT_TRUE(settings::enableiCloudBackup.read(services.defaults.standard()));
 }
 
 TEST_F(Backups, SettingThatIsChangedElsewhereIsTold)

@@ -4,7 +4,7 @@
 
 #include "catalogue/CatalogueJson.h"
 #include "platform/UserDefaults.h"
-#include "settings/DefaultsKeys.h"
+#include "settings/Settings.h"
 #include "support/TestPlatform.h"
 
 #include <QStringList>
@@ -38,7 +38,7 @@ inline void storeCatalogue(TestPlatform &services, QList<ProtectedItem> items)
         item.originalPath = services.home.write(QStringLiteral("papers/") + item.originalName);
         item.originalBackupPath = services.home.path(QStringLiteral("store/") + item.id);
     }
-    services.defaults.standard().setData(defaults_keys::protectedItems, encodeProtectedItems(items));
+    services.defaults.standard().setData(settings::protectedItems.key, encodeProtectedItems(items));
 }
 
 } // namespace quillhaven::testing

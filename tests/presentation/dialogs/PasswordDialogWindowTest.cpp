@@ -6,7 +6,7 @@
 
 #include "credentials/MasterPasswordDialogManager.h"
 #include "credentials/PasswordInputDialog.h"
-#include "settings/DefaultsKeys.h"
+#include "settings/Settings.h"
 #include "support/LogCapture.h"
 #include "support/TestPlatform.h"
 
@@ -268,7 +268,7 @@ TEST_F(PasswordInputDialogWindow, WeakPasswordListsWhatIsMissing)
 
 TEST_F(PasswordInputDialogWindow, WithoutTheStrengthRuleAShortPasswordTypedTwiceIsPassedOn)
 {
-    services.defaults.standard().setBool(defaults_keys::enforceStrongPasswords, false);
+    settings::enforceStrongPasswords.write(services.defaults.standard(), false);
     ASSERT_TRUE(open(true));
     typeTwice("abc", "abc");
     EXPECT_FALSE(scene.shows("Uppercase letter"));
