@@ -65,14 +65,35 @@ bool isPlaceholder(const FileManager &files, const QString &path)
     }
 }
 
+FileError protectionError(const FileError &error, const QString &path)
+{
+    if (error.kind() == FileError::Kind::OnlyALink) {
+        return {
+            error.kind(),
+            QStringLiteral("Could not protect \"%1\" because it is only a link. Protect the item it leads to instead.")
+                .arg(lastPathComponent(path))};
+    }
+    return error.withVerb(QStringLiteral("protect"));
+}
+
+void requireReadableAndMovable(const ProtectionWork &work)
+{
+    constexpr size_t headroom = size_t{1024} * 1024; // more than the container's header and tag
+    try {
+        work.files.requireReadableAndMovable(work.path, headroom);
+        if (!work.path.isValidUtf16()) { // A catalogue with such a record could not be saved any more.
+            throw FileError::of(FileError::Kind::InvalidName, FileError::Action::Use, work.path);
+        }
+    } catch (const FileError &error) {
+        throw protectionError(error, work.path);
+    }
+}
+
 /// Asked before anything moves: what cannot be sealed would remain in private storage without a record.
 void requireSealable(const ProtectionWork &work)
 {
     constexpr qsizetype longestName = 255; // bytes, on every file system in use
-    work.files.requireProtectable(work.path);
-    if (!work.path.isValidUtf16()) { // A catalogue with such a record could not be saved any more.
-        throw FileError::of(FileError::Kind::InvalidName, FileError::Action::Protect, work.path);
-    }
+    requireReadableAndMovable(work);
     const QString containerName = lastPathComponent(containerPathFor(work.directories, lastPathComponent(work.path)));
     if (containerName.toUtf8().size() > longestName) {
         throw FileError(FileError::Kind::InvalidName,

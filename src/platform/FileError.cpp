@@ -4,9 +4,6 @@
 
 #include <QStringList>
 
-#include <cerrno>
-#include <cstring>
-
 namespace quillhaven {
 
 namespace {
@@ -28,7 +25,7 @@ QString folderNameOf(const QString &path)
     return nameOf(path.left(path.lastIndexOf(QLatin1Char('/'))));
 }
 
-QString attempt(FileError::Action action, const QString &path, const QString &target)
+QString attemptedWords(FileError::Action action, const QString &path, const QString &target)
 {
     const QString name = quoted(nameOf(path));
     switch (action) {
@@ -52,8 +49,8 @@ QString attempt(FileError::Action action, const QString &path, const QString &ta
         return QStringLiteral("create the folder ") + name;
     case FileError::Action::List:
         return QStringLiteral("open the folder ") + name;
-    case FileError::Action::Protect:
-        return QStringLiteral("protect ") + name;
+    case FileError::Action::Use:
+        return QStringLiteral("use ") + name;
     }
     return name;
 }
@@ -73,56 +70,37 @@ QString missing(FileError::Action action, const QString &path, const QString &ta
     }
 }
 
-FileError::Kind kindOf(int errorNumber)
+/// What was tried, in the words that follow "Could not", and why it may have failed for want of the file.
+struct Attempt
 {
-    switch (errorNumber) {
-    case ENOENT:
-    case ENOTDIR:
-        return FileError::Kind::NoSuchFile;
-    case EACCES:
-    case EPERM:
-        return FileError::Kind::NoPermission;
-    case EEXIST:
-    case ENOTEMPTY:
-        return FileError::Kind::TargetExists;
-    case ENOSPC:
-    case EDQUOT:
-        return FileError::Kind::NoSpace;
-    case EROFS:
-        return FileError::Kind::ReadOnlyVolume;
-    case ENXIO:
-    case ENODEV:
-        return FileError::Kind::NotAFileOrFolder;
-    case ENOMEM:
-        return FileError::Kind::TooLargeForMemory;
-    case ENAMETOOLONG:
-    case EILSEQ:
-        return FileError::Kind::InvalidName;
-    default:
-        return FileError::Kind::Other;
-    }
-}
+    QString words;
+    QString missingFile;
+    QString linkedItem = QStringLiteral("item"); ///< what to choose in place of a link
+    QString target = {};
+};
 
-QString sentenceFor(FileError::Kind kind, FileError::Action action, const QString &path, const QString &target)
+QString sentenceFor(FileError::Kind kind, const Attempt &attempt, const QString &reason)
 {
-    const QString verb = attempt(action, path, target);
-    const QString couldNot = QStringLiteral("Could not ") + verb;
+    const QString couldNot = QStringLiteral("Could not ") + attempt.words;
     const QString because = couldNot + QStringLiteral(" because ");
     switch (kind) {
     case FileError::Kind::NoSuchFile:
-        return because + missing(action, path, target) + QLatin1Char('.');
+        return because + attempt.missingFile + QLatin1Char('.');
     case FileError::Kind::NoPermission:
-        return QStringLiteral("You don't have permission to ") + verb + QLatin1Char('.');
+        return QStringLiteral("You don't have permission to ") + attempt.words + QLatin1Char('.');
     case FileError::Kind::TargetExists:
-        return because + (target.isEmpty() ? QStringLiteral("something else stands in its place.")
-                                           : QStringLiteral("there is already an item named ") +
-                                                 quoted(nameOf(target)) + QLatin1Char('.'));
+        return because + (attempt.target.isEmpty() ? QStringLiteral("an item with that name already exists.")
+                                                   : QStringLiteral("there is already an item named ") +
+                                                         quoted(nameOf(attempt.target)) + QLatin1Char('.'));
     case FileError::Kind::NoSpace:
-        return QStringLiteral("There is not enough space on the disk to ") + verb + QLatin1Char('.');
+        return QStringLiteral("There is not enough space on the disk to ") + attempt.words + QLatin1Char('.');
     case FileError::Kind::ReadOnlyVolume:
         return because + QStringLiteral("the volume is read-only.");
     case FileError::Kind::NotAFileOrFolder:
         return because + QStringLiteral("it is neither a file nor a folder.");
+    case FileError::Kind::OnlyALink:
+        return because + QStringLiteral("it is only a link. Choose the ") + attempt.linkedItem +
+               QStringLiteral(" it leads to instead.");
     case FileError::Kind::TooLargeForMemory:
         return because + QStringLiteral("it is too large for the available memory.");
     case FileError::Kind::InvalidName:
@@ -132,25 +110,25 @@ QString sentenceFor(FileError::Kind kind, FileError::Action action, const QStrin
     case FileError::Kind::Other:
         break;
     }
-    return couldNot + QLatin1Char('.');
+    return couldNot + (reason.isEmpty() ? QString() : QStringLiteral(": ") + reason) + QLatin1Char('.');
 }
 
 } // namespace
 
-FileError FileError::fromErrno(int errorNumber, Action action, const QString &path, const QString &target)
+FileError FileError::of(Kind kind, Action action, const QString &path, const QString &target, const QString &reason)
 {
-    const Kind kind = kindOf(errorNumber);
-    const char *reason = strerrordesc_np(errorNumber);
-    if (kind != Kind::Other || reason == nullptr) {
-        return of(kind, action, path, target);
-    }
-    return FileError(kind, QStringLiteral("Could not ") + attempt(action, path, target) + QStringLiteral(": ") +
-                               QString::fromUtf8(reason) + QLatin1Char('.'));
+    const Attempt attempt{attemptedWords(action, path, target), missing(action, path, target),
+                          action == Action::List ? QStringLiteral("folder") : QStringLiteral("item"), target};
+    return FileError(kind, sentenceFor(kind, attempt, reason), path, reason);
 }
 
-FileError FileError::of(Kind kind, Action action, const QString &path, const QString &target)
+FileError FileError::withVerb(const QString &verb) const
 {
-    return FileError(kind, sentenceFor(kind, action, path, target));
+    if (m_path.isEmpty()) {
+        return *this;
+    }
+    const Attempt attempt{verb + QLatin1Char(' ') + quoted(nameOf(m_path)), missing(Action::Use, m_path, {})};
+    return FileError(m_kind, sentenceFor(m_kind, attempt, m_reason), m_path, m_reason);
 }
 
 } // namespace quillhaven

@@ -59,8 +59,10 @@ public:
     [[nodiscard]] virtual std::optional<FileIdentity> identityOfItem(const QString &path, Links links) const = 0;
     /// Whether this process may write to what stands at the path.
     [[nodiscard]] virtual bool isWritableFile(const QString &path) const = 0;
-    /// Throws unless `path` is a folder, or a regular file that can be read and that fits in memory as a whole.
-    virtual void requireProtectable(const QString &path) const = 0;
+    /// Throws unless the path leads to a folder, or to a regular file that can be read and that fits in memory together
+    /// with `headroom` bytes, and this user may move it out of its folder. Throws `OnlyALink` for a relative link,
+    /// which would lead nowhere after a move.
+    virtual void requireReadableAndMovable(const QString &path, size_t headroom) const = 0;
 
     /// The names in a folder, in the order in which the system lists them, without "." and "..".
     [[nodiscard]] virtual QStringList contentsOfDirectory(const QString &path) const = 0;

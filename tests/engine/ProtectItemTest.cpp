@@ -24,6 +24,17 @@ protected:
     }
     QStringList storedNames() const { return QDir(storage()).entryList(QDir::AllEntries | QDir::NoDotAndDotDot); }
 
+    template <typename Call>
+    static QString failureOf(Call call)
+    {
+        try {
+            call();
+        } catch (const LocalizedError &error) {
+            return error.errorDescription();
+        }
+        return {};
+    }
+
     TestPlatform services;
     LogCapture log;
 };
@@ -288,6 +299,21 @@ TEST_F(ProtectItem, FifoIsRefusedAndStaysWhereItIs)
     EXPECT_THROW(engine.protect(path), FileError);
     EXPECT_TRUE(TemporaryHome::exists(path));
     EXPECT_TRUE(storedNames().isEmpty());
+}
+
+TEST_F(ProtectItem, SaysWhyAnItemCannotBeProtected)
+{
+    const QString link = services.home.path(QStringLiteral("Desktop/link"));
+    services.home.write(QStringLiteral("Desktop/a.txt"));
+    ASSERT_EQ(::symlink("a.txt", QFile::encodeName(link).constData()), 0);
+    const QString fifo = services.home.path(QStringLiteral("Desktop/pipe"));
+    ASSERT_EQ(::mkfifo(QFile::encodeName(fifo).constData(), 0600), 0);
+    EngineHarness engine(services);
+    EXPECT_EQ(failureOf([&] { engine.protect(link); }),
+              QStringLiteral("Could not protect \"link\" because it is only a link. Protect the item it leads to "
+                             "instead."));
+    EXPECT_EQ(failureOf([&] { engine.protect(fifo); }),
+              QStringLiteral("Could not protect \"pipe\" because it is neither a file nor a folder."));
 }
 
 TEST_F(ProtectItem, UnusualNamesMakeTheWholeWay)

@@ -143,10 +143,10 @@ bool FaultyFileManager::isWritableFile(const QString &path) const
     return FileManagerDecorator::isWritableFile(path);
 }
 
-void FaultyFileManager::requireProtectable(const QString &path) const
+void FaultyFileManager::requireReadableAndMovable(const QString &path, size_t headroom) const
 {
     const Within within;
-    FileManagerDecorator::requireProtectable(path);
+    FileManagerDecorator::requireReadableAndMovable(path, headroom);
 }
 
 QStringList FaultyFileManager::contentsOfDirectory(const QString &path) const

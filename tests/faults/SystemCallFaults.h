@@ -33,7 +33,7 @@ public:
     [[nodiscard]] bool fileExists(const QString &path) const override;
     [[nodiscard]] bool isDirectory(const QString &path) const override;
     [[nodiscard]] bool isWritableFile(const QString &path) const override;
-    void requireProtectable(const QString &path) const override;
+    void requireReadableAndMovable(const QString &path, size_t headroom) const override;
     [[nodiscard]] QStringList contentsOfDirectory(const QString &path) const override;
     void createDirectory(const QString &path) override;
     void moveItem(const QString &source, const QString &target) override;

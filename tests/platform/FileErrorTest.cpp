@@ -1,13 +1,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
 #include "platform/FileError.h"
-#include "platform/FileBuffer.h"
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <cerrno>
-#include <limits>
 #include <ostream>
 #include <utility>
 
@@ -72,10 +69,9 @@ TEST(FileError, EachActionReadsAsASentence)
     EXPECT_EQ(sentence(EPERM, Action::Replace), "You don't have permission to replace \"a.txt\".");
     EXPECT_EQ(sentence(EBUSY, Action::Remove), "Could not remove \"a.txt\": Device or resource busy.");
     EXPECT_EQ(sentence(EEXIST, Action::CreateFolder),
-              "Could not create the folder \"a.txt\" because something else stands in its place.");
+              "Could not create the folder \"a.txt\" because an item with that name already exists.");
     EXPECT_EQ(sentence(EACCES, Action::List), "You don't have permission to open the folder \"a.txt\".");
-    EXPECT_EQ(sentence(ENXIO, Action::Protect),
-              "Could not protect \"a.txt\" because it is neither a file nor a folder.");
+    EXPECT_EQ(sentence(ENXIO, Action::Use), "Could not use \"a.txt\" because it is neither a file nor a folder.");
     EXPECT_EQ(sentence(ENOMEM, Action::Read),
               "Could not read \"a.txt\" because it is too large for the available memory.");
     EXPECT_EQ(sentence(ENAMETOOLONG, Action::Read),
@@ -89,44 +85,29 @@ TEST(FileError, ANameThatLooksLikeAPlaceholderStaysAsItIs)
               "Could not read \"100%1 \"q\" %2\": Input/output error.");
 }
 
-TEST(FileBuffer, HoldsZeroesAndMovesWithoutACopy)
+TEST(FileError, ALinkIsDeclinedInFavourOfWhatItLeadsTo)
 {
-    FileBuffer buffer(100'000);
-    ASSERT_EQ(buffer.size(), 100'000U);
-    EXPECT_TRUE(std::ranges::all_of(buffer.bytes(), [](std::byte byte) { return byte == std::byte{0}; }));
-    buffer.bytes()[5] = std::byte{7};
-    const std::byte *address = buffer.bytes().data();
-    FileBuffer taken(std::move(buffer));
-    EXPECT_EQ(taken.bytes().data(), address);
-    FileBuffer assigned(10);
-    assigned = std::move(taken);
-    EXPECT_EQ(assigned.bytes().data(), address);
-    EXPECT_EQ(assigned.bytes()[5], std::byte{7});
+    const QString path = QStringLiteral("/home/me/link");
+    EXPECT_EQ(FileError::of(Kind::OnlyALink, Action::Overwrite, path).errorDescription().toStdString(),
+              "Could not overwrite \"link\" because it is only a link. Choose the item it leads to instead.");
+    EXPECT_EQ(FileError::of(Kind::OnlyALink, Action::List, path).errorDescription().toStdString(),
+              "Could not open the folder \"link\" because it is only a link. Choose the folder it leads to instead.");
 }
 
-TEST(FileBuffer, GivesBackWhatIsReleasedAndKeepsEveryByteBehindIt)
+TEST(FileError, TheCallersVerbTakesThePlaceOfTheActionWhateverTheKind)
 {
-    constexpr size_t mebibyte = size_t{1} << 20;
-    FileBuffer buffer(7 * mebibyte + 5);
-    std::ranges::fill(buffer.bytes(), std::byte{7});
-    buffer.release(3 * mebibyte);
-    EXPECT_EQ(buffer.bytes()[0], std::byte{0});
-    EXPECT_EQ(std::ranges::count(buffer.bytes().subspan(3 * mebibyte), std::byte{7}),
-              static_cast<std::ptrdiff_t>(4 * mebibyte + 5));
-    buffer.release(mebibyte);
-    buffer.release(buffer.size());
-    EXPECT_EQ(buffer.bytes()[buffer.size() - 1], std::byte{7}) << "a piece of a huge page stays";
-    FileBuffer empty;
-    empty.release(0);
-}
-
-TEST(FileBuffer, FitsSaysNoToMoreThanThereIs)
-{
-    EXPECT_TRUE(FileBuffer::fits(0));
-    EXPECT_TRUE(FileBuffer::fits(4096));
-    EXPECT_FALSE(FileBuffer::fits(size_t{1} << 50));
-    EXPECT_FALSE(FileBuffer::fits(std::numeric_limits<size_t>::max()));
-    EXPECT_THROW(FileBuffer(std::numeric_limits<size_t>::max() / 2), std::bad_alloc);
+    const QString path = QStringLiteral("/home/me/a.txt");
+    const auto printing = [&path](int error, const QString &target = {}) {
+        const FileError failure = FileError::fromErrno(error, Action::Move, path, target);
+        EXPECT_EQ(failure.withVerb(QStringLiteral("print")).kind(), failure.kind());
+        return failure.withVerb(QStringLiteral("print")).errorDescription().toStdString();
+    };
+    EXPECT_EQ(printing(ENOENT, QStringLiteral("/data/b.txt")), "Could not print \"a.txt\" because it does not exist.");
+    EXPECT_EQ(printing(EACCES), "You don't have permission to print \"a.txt\".");
+    EXPECT_EQ(printing(ENXIO), "Could not print \"a.txt\" because it is neither a file nor a folder.");
+    EXPECT_EQ(printing(EBUSY), "Could not print \"a.txt\": Device or resource busy.");
+    const FileError ownSentence(Kind::Other, QStringLiteral("The disk is upside down."));
+    EXPECT_EQ(ownSentence.withVerb(QStringLiteral("print")).errorDescription(), ownSentence.errorDescription());
 }
 
 } // namespace

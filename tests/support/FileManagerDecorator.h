@@ -19,7 +19,10 @@ public:
         return m_next.identityOfItem(path, links);
     }
     [[nodiscard]] bool isWritableFile(const QString &path) const override { return m_next.isWritableFile(path); }
-    void requireProtectable(const QString &path) const override { m_next.requireProtectable(path); }
+    void requireReadableAndMovable(const QString &path, size_t headroom) const override
+    {
+        m_next.requireReadableAndMovable(path, headroom);
+    }
     [[nodiscard]] QStringList contentsOfDirectory(const QString &path) const override
     {
         return m_next.contentsOfDirectory(path);

@@ -26,10 +26,10 @@ void requireUsable(const QString &path)
 {
     const QFileInfo info(path);
     if (path.contains(QChar::ReplacementCharacter) && !info.exists()) {
-        throw FileError::of(FileError::Kind::InvalidName, FileError::Action::Protect, path);
+        throw FileError::of(FileError::Kind::InvalidName, FileError::Action::Use, path);
     }
     if (info.exists() && !info.isFile() && !info.isDir()) {
-        throw FileError::of(FileError::Kind::NotAFileOrFolder, FileError::Action::Protect, path);
+        throw FileError::of(FileError::Kind::NotAFileOrFolder, FileError::Action::Use, path);
     }
 }
 

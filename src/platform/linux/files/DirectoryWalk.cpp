@@ -49,9 +49,7 @@ void requireFolder(const QByteArray &name, const QString &folder)
         throw FileError::fromErrno(errno, action, folder);
     }
     if (S_ISLNK(status.st_mode)) {
-        throw FileError(FileError::Kind::NotAFileOrFolder,
-                        QStringLiteral("Could not open the folder \"") + folder.section(QLatin1Char('/'), -1) +
-                            QStringLiteral("\" because it is only a link. Choose the folder it leads to instead."));
+        throw FileError::of(FileError::Kind::OnlyALink, action, folder);
     }
     if (!S_ISDIR(status.st_mode)) {
         throw FileError::fromErrno(ENOTDIR, action, folder);

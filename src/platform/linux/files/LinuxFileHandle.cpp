@@ -28,9 +28,7 @@ LinuxFileHandle::LinuxFileHandle(const QString &path) : m_path(path)
     }
     // A device may act when it is opened, so the type is asked before and again afterwards.
     if (S_ISLNK(status.st_mode)) {
-        throw FileError(FileError::Kind::NotAFileOrFolder,
-                        QStringLiteral("Could not overwrite \"") + path.section(QLatin1Char('/'), -1) +
-                            QStringLiteral("\" because it is only a link. Choose the item it leads to instead."));
+        throw FileError::of(FileError::Kind::OnlyALink, action, path);
     }
     if (!S_ISREG(status.st_mode)) {
         throw FileError::of(FileError::Kind::NotAFileOrFolder, action, path);

@@ -72,26 +72,22 @@ ScopedFd openReadable(const QString &path, const QByteArray &name, Action action
     return file;
 }
 
-/// A link that tells its place from where it stands would lead nowhere from the private storage, and what it leads to
-/// would be lost from sight half way.
-void requireMovableLink(const QString &path, const QByteArray &name)
+void requireAbsoluteIfLink(const QString &path, const QByteArray &name)
 {
     char first = '/';
     if (readlink(name.constData(), &first, 1) == 1 && first != '/') {
-        throw FileError(Kind::NotAFileOrFolder,
-                        QStringLiteral("Could not protect \"") + path.section(QLatin1Char('/'), -1) +
-                            QStringLiteral("\" because it is only a link. Protect the item it leads to instead."));
+        throw FileError::of(Kind::OnlyALink, Action::Use, path);
     }
 }
 
-void requireTakeable(const QString &path, const QByteArray &name)
+void requireMovableOutOfItsFolder(const QString &path, const QByteArray &name)
 {
     const QByteArray parent = parentOf(name);
     struct stat item{};
     struct stat folder{};
     if (faccessat(AT_FDCWD, parent.constData(), W_OK | X_OK, AT_EACCESS) != 0 || lstat(name.constData(), &item) != 0 ||
         stat(parent.constData(), &folder) != 0) {
-        throw FileError::fromErrno(errno, Action::Protect, path);
+        throw FileError::fromErrno(errno, Action::Use, path);
     }
     const uid_t self = geteuid();
     const bool isKeptBySticky =
@@ -99,10 +95,10 @@ void requireTakeable(const QString &path, const QByteArray &name)
     // The kernel rewrites the ".." of a folder that moves, so it must be writable itself.
     const bool isFixedFolder = S_ISDIR(item.st_mode) && faccessat(AT_FDCWD, name.constData(), W_OK, AT_EACCESS) != 0;
     if (isKeptBySticky || isFixedFolder) {
-        throw FileError::of(Kind::NoPermission, Action::Protect, path);
+        throw FileError::of(Kind::NoPermission, Action::Use, path);
     }
     if (S_ISDIR(item.st_mode) && item.st_dev != folder.st_dev) {
-        throw FileError::fromErrno(EBUSY, Action::Protect, path); // a volume is mounted here
+        throw FileError::fromErrno(EBUSY, Action::Use, path); // a volume is mounted here
     }
 }
 
@@ -186,16 +182,15 @@ bool LinuxFileManager::isWritableFile(const QString &path) const
     return !path.contains(QChar(u'\0')) && faccessat(AT_FDCWD, name.constData(), W_OK, AT_EACCESS) == 0;
 }
 
-void LinuxFileManager::requireProtectable(const QString &path) const
+void LinuxFileManager::requireReadableAndMovable(const QString &path, size_t headroom) const
 {
-    const QByteArray name = callName(path, Action::Protect);
+    const QByteArray name = callName(path, Action::Use);
     struct stat status{};
-    const ScopedFd file = openReadable(path, name, Action::Protect, status);
-    requireMovableLink(path, name);
-    requireTakeable(path, name);
-    constexpr size_t slack = size_t{1024} * 1024; // header, padding and tag of the container
-    if (S_ISREG(status.st_mode) && !FileBuffer::fits(static_cast<size_t>(status.st_size) + slack)) {
-        throw FileError::of(Kind::TooLargeForMemory, Action::Protect, path);
+    const ScopedFd file = openReadable(path, name, Action::Use, status);
+    requireAbsoluteIfLink(path, name);
+    requireMovableOutOfItsFolder(path, name);
+    if (S_ISREG(status.st_mode) && !FileBuffer::fits(static_cast<size_t>(status.st_size) + headroom)) {
+        throw FileError::of(Kind::TooLargeForMemory, Action::Use, path);
     }
 }
 

@@ -15,7 +15,7 @@ public:
     [[nodiscard]] bool isDirectory(const QString &path) const override;
     [[nodiscard]] std::optional<FileIdentity> identityOfItem(const QString &path, Links links) const override;
     [[nodiscard]] bool isWritableFile(const QString &path) const override;
-    void requireProtectable(const QString &path) const override;
+    void requireReadableAndMovable(const QString &path, size_t headroom) const override;
     [[nodiscard]] QStringList contentsOfDirectory(const QString &path) const override;
     void createDirectory(const QString &path) override;
     void moveItem(const QString &source, const QString &target) override;

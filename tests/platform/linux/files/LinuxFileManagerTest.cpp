@@ -101,8 +101,9 @@ TEST_F(LinuxFileManagerTest, WhatCannotFitInMemoryIsNotStarted)
     const QString file = home.write(QStringLiteral("huge"));
     ASSERT_EQ(truncate(bytesOf(file).constData(), off_t{1} << 43), 0); // 8 TiB, all hole
     expectKind(Kind::TooLargeForMemory, [&] { (void)files.readFile(file, 0, 0); });
-    expectKind(Kind::TooLargeForMemory, [&] { files.requireProtectable(file); });
+    expectKind(Kind::TooLargeForMemory, [&] { files.requireReadableAndMovable(file, 0); });
     const QString small = home.write(QStringLiteral("small"));
+    expectKind(Kind::TooLargeForMemory, [&] { files.requireReadableAndMovable(small, size_t{1} << 50); });
     expectKind(Kind::TooLargeForMemory,
                [&] { (void)files.readFile(small, std::numeric_limits<size_t>::max() - 3, 3); });
 }
@@ -211,41 +212,41 @@ TEST_F(LinuxFileManagerTest, AFolderThatMayNotBeEmptiedIsNamedByTheFileInIt)
     ASSERT_EQ(chmod(bytesOf(locked).constData(), 0755), 0);
 }
 
-TEST_F(LinuxFileManagerTest, FilesFoldersAndAbsoluteLinksToThemAreProtectable)
+TEST_F(LinuxFileManagerTest, FilesFoldersAndAbsoluteLinksToThemAreReadableAndMovable)
 {
     const QString file = home.write(QStringLiteral("file"));
     ASSERT_TRUE(QFile::link(file, home.path(QStringLiteral("link"))));
     files.createDirectory(home.path(QStringLiteral("folder")));
-    EXPECT_NO_THROW(files.requireProtectable(file));
-    EXPECT_NO_THROW(files.requireProtectable(home.path(QStringLiteral("folder"))));
-    EXPECT_NO_THROW(files.requireProtectable(home.path(QStringLiteral("link"))));
+    EXPECT_NO_THROW(files.requireReadableAndMovable(file, 0));
+    EXPECT_NO_THROW(files.requireReadableAndMovable(home.path(QStringLiteral("folder")), 0));
+    EXPECT_NO_THROW(files.requireReadableAndMovable(home.path(QStringLiteral("link")), 0));
 }
 
-TEST_F(LinuxFileManagerTest, ALinkThatWouldDangleAfterTheMoveIsNotProtectable)
+TEST_F(LinuxFileManagerTest, ALinkThatWouldDangleAfterAMoveIsNotMovable)
 {
     home.write(QStringLiteral("file"));
     const QString link = home.path(QStringLiteral("link"));
     ASSERT_EQ(symlink("file", bytesOf(link).constData()), 0);
-    expectKind(Kind::NotAFileOrFolder, [&] { files.requireProtectable(link); });
+    expectKind(Kind::OnlyALink, [&] { files.requireReadableAndMovable(link, 0); });
 }
 
-TEST_F(LinuxFileManagerTest, FifosSocketsAndDevicesAreNotProtectable)
+TEST_F(LinuxFileManagerTest, FifosSocketsAndDevicesAreNotReadable)
 {
     const QString fifo = home.path(QStringLiteral("fifo"));
     ASSERT_EQ(mkfifo(bytesOf(fifo).constData(), 0600), 0);
-    expectKind(Kind::NotAFileOrFolder, [&] { files.requireProtectable(fifo); });
-    expectKind(Kind::NotAFileOrFolder, [&] { files.requireProtectable(QStringLiteral("/dev/null")); });
+    expectKind(Kind::NotAFileOrFolder, [&] { files.requireReadableAndMovable(fifo, 0); });
+    expectKind(Kind::NotAFileOrFolder, [&] { files.requireReadableAndMovable(QStringLiteral("/dev/null"), 0); });
     const QString path = home.path(QStringLiteral("socket"));
     sockaddr_un address{};
     address.sun_family = AF_UNIX;
     std::strncpy(address.sun_path, bytesOf(path).constData(), sizeof address.sun_path - 1);
     const int fd = socket(AF_UNIX, SOCK_STREAM, 0);
     ASSERT_EQ(bind(fd, reinterpret_cast<const sockaddr *>(&address), sizeof address), 0);
-    expectKind(Kind::NotAFileOrFolder, [&] { files.requireProtectable(path); });
+    expectKind(Kind::NotAFileOrFolder, [&] { files.requireReadableAndMovable(path, 0); });
     close(fd);
 }
 
-TEST_F(LinuxFileManagerTest, WhatTheUserMayNotReadOrTakeAwayIsNotProtectable)
+TEST_F(LinuxFileManagerTest, WhatTheUserMayNotReadOrMoveIsRefused)
 {
     const QString open = home.path(QStringLiteral("open"));
     const QString closed = home.path(QStringLiteral("closed"));
@@ -262,10 +263,10 @@ TEST_F(LinuxFileManagerTest, WhatTheUserMayNotReadOrTakeAwayIsNotProtectable)
     const bool isRoot = geteuid() == 0;
     {
         const AsPlainUser user;
-        expectKind(Kind::NoPermission, [&] { files.requireProtectable(in(open)); });
-        expectKind(Kind::NoPermission, [&] { files.requireProtectable(in(closed)); });
+        expectKind(Kind::NoPermission, [&] { files.requireReadableAndMovable(in(open), 0); });
+        expectKind(Kind::NoPermission, [&] { files.requireReadableAndMovable(in(closed), 0); });
         if (isRoot) { // Only then does the file belong to another user.
-            expectKind(Kind::NoPermission, [&] { files.requireProtectable(in(sticky)); });
+            expectKind(Kind::NoPermission, [&] { files.requireReadableAndMovable(in(sticky), 0); });
         }
     }
     ASSERT_EQ(chmod(bytesOf(closed).constData(), 0755), 0);
@@ -276,14 +277,15 @@ TEST_F(LinuxFileManagerTest, WhatTheUserMayNotReadOrTakeAwayIsNotProtectable)
 
 TEST_F(LinuxFileManagerTest, NamesThatNoFileCanHaveAreInvalid)
 {
-    expectKind(Kind::InvalidName, [&] { files.requireProtectable(home.path(QStringLiteral("broken\uFFFDname"))); });
+    expectKind(Kind::InvalidName,
+               [&] { files.requireReadableAndMovable(home.path(QStringLiteral("broken\uFFFDname", 0))); });
     const QString halfPair = QString(QChar(char16_t{0xD800}));
-    expectKind(Kind::InvalidName, [&] { files.requireProtectable(home.path(halfPair)); });
-    expectKind(Kind::InvalidName, [&] { files.requireProtectable(home.path(QString(256, u'x'))); });
+    expectKind(Kind::InvalidName, [&] { files.requireReadableAndMovable(home.path(halfPair), 0); });
+    expectKind(Kind::InvalidName, [&] { files.requireReadableAndMovable(home.path(QString(256, u'x')), 0); });
     expectKind(Kind::InvalidName, [&] { write(home.path(QStringLiteral("a") + QChar(u'\0')), "x"); });
     EXPECT_FALSE(files.fileExists(home.path(halfPair)));
     const QString real = home.write(QStringLiteral("real\uFFFDname"));
-    EXPECT_NO_THROW(files.requireProtectable(real));
+    EXPECT_NO_THROW(files.requireReadableAndMovable(real, 0));
 }
 
 } // namespace

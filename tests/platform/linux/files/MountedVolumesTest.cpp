@@ -45,7 +45,7 @@ TEST_F(MountedVolumesTest, AReadOnlyVolumeIsToldAndNothingChanges)
     ASSERT_TRUE(bound.isMounted());
     ASSERT_EQ(mount(nullptr, bytesOf(volume).constData(), nullptr, MS_REMOUNT | MS_BIND | MS_RDONLY, nullptr), 0);
     const QString file = volume + QStringLiteral("/file");
-    expectKind(Kind::ReadOnlyVolume, [&] { files.requireProtectable(file); });
+    expectKind(Kind::ReadOnlyVolume, [&] { files.requireReadableAndMovable(file, 0); });
     expectKind(Kind::ReadOnlyVolume, [&] { files.moveItem(file, home.path(QStringLiteral("taken"))); });
     expectKind(Kind::ReadOnlyVolume, [&] { write(file, "new"); });
     expectKind(Kind::ReadOnlyVolume, [&] { files.removeItem(file); });
@@ -67,7 +67,7 @@ TEST_F(MountedVolumesTest, AVolumeMountedInAFolderIsNeitherEmptiedNorMoved)
     const QString folder = home.path(QStringLiteral("folder"));
     expectKind(Kind::Other, [&] { files.removeItem(folder); });
     expectKind(Kind::Other, [&] { files.moveItem(folder, other(QStringLiteral("folder"))); });
-    expectKind(Kind::Other, [&] { files.requireProtectable(volume); });
+    expectKind(Kind::Other, [&] { files.requireReadableAndMovable(volume, 0); });
     EXPECT_EQ(read(volume + QStringLiteral("/precious")), "kept");
 }
 

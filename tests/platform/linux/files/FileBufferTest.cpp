@@ -1,0 +1,58 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+#include "platform/FileBuffer.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <limits>
+#include <new>
+#include <utility>
+
+namespace quillhaven {
+
+namespace {
+
+TEST(FileBuffer, HoldsZeroesAndMovesWithoutACopy)
+{
+    FileBuffer buffer(100'000);
+    ASSERT_EQ(buffer.size(), 100'000U);
+    EXPECT_TRUE(std::ranges::all_of(buffer.bytes(), [](std::byte byte) { return byte == std::byte{0}; }));
+    buffer.bytes()[5] = std::byte{7};
+    const std::byte *address = buffer.bytes().data();
+    FileBuffer taken(std::move(buffer));
+    EXPECT_EQ(taken.bytes().data(), address);
+    FileBuffer assigned(10);
+    assigned = std::move(taken);
+    EXPECT_EQ(assigned.bytes().data(), address);
+    EXPECT_EQ(assigned.bytes()[5], std::byte{7});
+}
+
+TEST(FileBuffer, ReleasedBytesAreLostAndAllLaterOnesKept)
+{
+    constexpr size_t mebibyte = size_t{1} << 20;
+    FileBuffer buffer(7 * mebibyte + 5);
+    std::ranges::fill(buffer.bytes(), std::byte{7});
+    buffer.release(3 * mebibyte);
+    EXPECT_EQ(buffer.bytes()[0], std::byte{0});
+    EXPECT_EQ(std::ranges::count(buffer.bytes().subspan(3 * mebibyte), std::byte{7}),
+              static_cast<std::ptrdiff_t>(4 * mebibyte + 5));
+    buffer.release(mebibyte);
+    buffer.release(buffer.size());
+    EXPECT_EQ(buffer.bytes()[buffer.size() - 1], std::byte{7}) << "a piece of a huge page stays";
+    FileBuffer empty;
+    empty.release(0);
+}
+
+TEST(FileBuffer, FitsSaysNoToMoreThanThereIs)
+{
+    EXPECT_TRUE(FileBuffer::fits(0));
+    EXPECT_TRUE(FileBuffer::fits(4096));
+    EXPECT_FALSE(FileBuffer::fits(size_t{1} << 50));
+    EXPECT_FALSE(FileBuffer::fits(std::numeric_limits<size_t>::max()));
+    EXPECT_THROW(FileBuffer(std::numeric_limits<size_t>::max() / 2), std::bad_alloc);
+}
+
+} // namespace
+
+} // namespace quillhaven
