@@ -7,9 +7,27 @@
 #include "platform/linux/files/LinuxFileManager.h"
 #include "support/FileManagerDecorator.h"
 
+#include <algorithm>
+
 using namespace quillhaven;
 
 namespace {
+
+class InputReader : public FileReader
+{
+public:
+    explicit InputReader(std::span<const std::byte> input) : m_input(input) {}
+    [[nodiscard]] size_t size() const override { return m_input.size(); }
+    [[nodiscard]] size_t read(uint64_t offset, std::span<std::byte> bytes) override
+    {
+        const auto piece = m_input.subspan(offset, std::min(bytes.size(), m_input.size() - offset));
+        std::ranges::copy(piece, bytes.begin());
+        return piece.size();
+    }
+
+private:
+    std::span<const std::byte> m_input;
+};
 
 class OneFile : public FileManagerDecorator
 {
@@ -18,10 +36,9 @@ public:
         : FileManagerDecorator(next), m_data(data), m_size(size)
     {
     }
-    using FileManager::readFile;
-    [[nodiscard]] FileBuffer readFile(const QString &, size_t, size_t, ReadListener &) const override
+    [[nodiscard]] std::unique_ptr<FileReader> openForReading(const QString &) const override
     {
-        return fuzz::bufferOf(m_data, m_size);
+        return std::make_unique<InputReader>(std::as_bytes(std::span(m_data, m_size)));
     }
 
 private:

@@ -91,7 +91,8 @@ FileBuffer createFolderArchive(FileManager &fileManager, RandomSource &random, c
 {
     const WorkDirectory work(fileManager, directories.temporary + QLatin1Char('/') + random.uuidString());
     runTar(work.archivePath(), folder);
-    return fileManager.readFile(work.archivePath(), headroom, tailroom, listener);
+    return readWholeFile(*fileManager.openForReading(work.archivePath()), work.archivePath(), headroom, tailroom,
+                         listener);
 }
 
 } // namespace quillhaven

@@ -4,6 +4,7 @@
 
 #include "platform/FileManager.h"
 #include "platform/RandomSource.h"
+#include "platform/ReadWholeFile.h"
 #include "platform/UserDirectories.h"
 
 namespace quillhaven {

@@ -2,15 +2,18 @@
 
 #include "formats/SealedFile.h"
 
+#include "cipher/CipherError.h"
 #include "cipher/SealedBox.h"
 #include "formats/FolderArchive.h"
+#include "platform/ReadWholeFile.h"
 
 #include <algorithm>
 #include <atomic>
 #include <exception>
 #include <limits>
-#include <optional>
+#include <memory>
 #include <thread>
+#include <utility>
 
 namespace quillhaven {
 
@@ -62,7 +65,9 @@ public:
     {
         std::ranges::copy(m_header, buffer.begin());
         const std::span<std::byte> box = buffer.subspan(m_header.size());
-        m_random.fill(box.first(sealed_box::nonceSize));
+        if (!m_random.fill(box.first(sealed_box::nonceSize))) {
+            throw CipherError(CipherError::libraryFailure); // A nonce that repeats would give the key away.
+        }
         m_arrived.set(0);
         m_final.set(0);
         m_thread = std::thread([this, box] { run(box); });
@@ -118,6 +123,20 @@ private:
     std::thread m_thread;
 };
 
+/// Writes each byte of `output` once it is final, and gives the memory back of those that are written.
+void writeWhileSealing(FileManager &fileManager, const QString &path, FileBuffer &output, const Sealing &sealing)
+{
+    constexpr size_t maxWrite = size_t(8) << 20; // so that memory is given back all the time
+    const std::unique_ptr<FileWriter> file = fileManager.openForWriting(path);
+    for (size_t done = 0; done < output.size();) {
+        output.release(done);
+        const size_t count = std::min(sealing.finalBytes(done) - done, maxWrite);
+        file->write(std::as_const(output).bytes().subspan(done, count));
+        done += count;
+    }
+    file->close();
+}
+
 } // namespace
 
 QByteArray generateRandomData(RandomSource &random, qsizetype count)
@@ -133,14 +152,11 @@ void writeSealedFile(FileManager &fileManager, RandomSource &random, const UserD
 {
     FileBuffer output; // outlives the sealing, which works in it
     Sealing sealing(random, header, key);
-    output = fileManager.isDirectory(source)
-                 ? createFolderArchive(fileManager, random, directories, source, sealing.headroom(),
-                                       sealed_box::tagSize, sealing)
-                 : fileManager.readFile(source, sealing.headroom(), sealed_box::tagSize, sealing);
-    fileManager.writeFile(path, output.bytes(), [&sealing, &output](size_t done) {
-        output.release(done);
-        return sealing.finalBytes(done);
-    });
+    output = fileManager.isDirectory(source) ? createFolderArchive(fileManager, random, directories, source,
+                                                                   sealing.headroom(), sealed_box::tagSize, sealing)
+                                             : readWholeFile(*fileManager.openForReading(source), source,
+                                                             sealing.headroom(), sealed_box::tagSize, sealing);
+    writeWhileSealing(fileManager, path, output, sealing);
 }
 
 } // namespace quillhaven

@@ -5,13 +5,13 @@
 #include "platform/FileBuffer.h"
 #include "platform/FileError.h"
 #include "platform/FileHandle.h"
-#include "platform/ReadListener.h"
+#include "platform/FileReader.h"
+#include "platform/FileWriter.h"
 
 #include <QList>
 #include <QString>
 #include <QStringList>
 
-#include <functional>
 #include <memory>
 #include <optional>
 #include <span>
@@ -86,29 +86,14 @@ public:
     /// What cannot be removed is logged.
     virtual void discardAbandonedItems(const QString &folder) = 0;
 
-    /// Reads a whole regular file to `headroom` bytes behind the start of a buffer of `headroom` + file size +
-    /// `tailroom` bytes. Throws `TooLargeForMemory` rather than start what cannot fit.
-    [[nodiscard]] virtual FileBuffer readFile(const QString &path, size_t headroom, size_t tailroom,
-                                              ReadListener &listener) const = 0;
-    /// The same with nobody listening.
-    [[nodiscard]] FileBuffer readFile(const QString &path, size_t headroom = 0, size_t tailroom = 0) const
-    {
-        NoReadListener nobody;
-        return readFile(path, headroom, tailroom, nobody);
-    }
-
-    /// Says how many bytes from the start will not change any more: blocks until they are more than `done`. Those
-    /// before `done` are not read again.
-    using FinalBytes = std::function<size_t(size_t done)>;
-
-    /// Writes the bytes in place, not atomically: makes the file, or empties the one that stands there first. The bytes
-    /// may still be in the making: each is written once `finalBytes` has counted it. What that throws ends the writing.
-    virtual void writeFile(const QString &path, std::span<const std::byte> bytes, const FinalBytes &finalBytes) = 0;
-    /// The same for bytes that are there.
-    void writeFile(const QString &path, std::span<const std::byte> bytes)
-    {
-        writeFile(path, bytes, [size = bytes.size()](size_t) { return size; });
-    }
+    /// Opens a regular file, or what a link to one leads to, for reading.
+    [[nodiscard]] virtual std::unique_ptr<FileReader> openForReading(const QString &path) const = 0;
+    /// Reads a whole regular file. Throws `TooLargeForMemory` before anything that cannot fit is read.
+    [[nodiscard]] FileBuffer readFile(const QString &path) const;
+    /// Opens a file to be written in place, not atomically: makes it, or empties the one that exists.
+    [[nodiscard]] virtual std::unique_ptr<FileWriter> openForWriting(const QString &path) = 0;
+    /// Writes a whole file so.
+    void writeFile(const QString &path, std::span<const std::byte> bytes);
 
     /// The size of what stands at the path, in bytes; a link counts by itself.
     [[nodiscard]] virtual int64_t sizeOfItem(const QString &path) const = 0;

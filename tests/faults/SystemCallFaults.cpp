@@ -123,6 +123,60 @@ private:
     std::unique_ptr<FileHandle> m_next;
 };
 
+class FaultyReader : public FileReader
+{
+public:
+    explicit FaultyReader(std::unique_ptr<FileReader> next) : m_next(std::move(next)) {}
+    ~FaultyReader() override
+    {
+        const Within within;
+        m_next.reset();
+    }
+    FaultyReader(const FaultyReader &) = delete;
+    FaultyReader &operator=(const FaultyReader &) = delete;
+
+    [[nodiscard]] size_t size() const override
+    {
+        const Within within;
+        return m_next->size();
+    }
+    [[nodiscard]] size_t read(uint64_t offset, std::span<std::byte> bytes) override
+    {
+        const Within within;
+        return m_next->read(offset, bytes);
+    }
+
+private:
+    std::unique_ptr<FileReader> m_next;
+};
+
+class FaultyWriter : public FileWriter
+{
+public:
+    explicit FaultyWriter(std::unique_ptr<FileWriter> next) : m_next(std::move(next)) {}
+    ~FaultyWriter() override
+    {
+        const Within within;
+        m_next.reset();
+    }
+    FaultyWriter(const FaultyWriter &) = delete;
+    FaultyWriter &operator=(const FaultyWriter &) = delete;
+
+    void write(std::span<const std::byte> bytes) override
+    {
+        const Within within;
+        m_next->write(bytes);
+    }
+    void close() override
+    {
+        const Within within;
+        m_next->close();
+    }
+
+private:
+    std::unique_ptr<FileWriter> m_next;
+};
+
 } // namespace
 
 bool FaultyFileManager::fileExists(const QString &path) const
@@ -191,17 +245,16 @@ void FaultyFileManager::removeItem(const QString &path)
     FileManagerDecorator::removeItem(path);
 }
 
-FileBuffer FaultyFileManager::readFile(const QString &path, size_t headroom, size_t tailroom,
-                                       ReadListener &listener) const
+std::unique_ptr<FileReader> FaultyFileManager::openForReading(const QString &path) const
 {
     const Within within;
-    return FileManagerDecorator::readFile(path, headroom, tailroom, listener);
+    return std::make_unique<FaultyReader>(FileManagerDecorator::openForReading(path));
 }
 
-void FaultyFileManager::writeFile(const QString &path, std::span<const std::byte> bytes, const FinalBytes &finalBytes)
+std::unique_ptr<FileWriter> FaultyFileManager::openForWriting(const QString &path)
 {
     const Within within;
-    FileManagerDecorator::writeFile(path, bytes, finalBytes);
+    return std::make_unique<FaultyWriter>(FileManagerDecorator::openForWriting(path));
 }
 
 int64_t FaultyFileManager::sizeOfItem(const QString &path) const

@@ -41,11 +41,8 @@ public:
     void renameItem(const QString &path, const QString &newPath) override;
     void copyItem(const QString &source, const QString &target) override;
     void removeItem(const QString &path) override;
-    using FileManager::readFile;
-    using FileManager::writeFile;
-    [[nodiscard]] FileBuffer readFile(const QString &path, size_t headroom, size_t tailroom,
-                                      ReadListener &listener) const override;
-    void writeFile(const QString &path, std::span<const std::byte> bytes, const FinalBytes &finalBytes) override;
+    [[nodiscard]] std::unique_ptr<FileReader> openForReading(const QString &path) const override;
+    [[nodiscard]] std::unique_ptr<FileWriter> openForWriting(const QString &path) override;
     [[nodiscard]] int64_t sizeOfItem(const QString &path) const override;
     [[nodiscard]] QList<FileEntry> regularFilesBelow(const QString &folder) const override;
     [[nodiscard]] std::unique_ptr<FileHandle> openForOverwriting(const QString &path) override;

@@ -15,11 +15,19 @@
 namespace quillhaven::testing {
 namespace {
 
+class SilentListener : public ReadListener
+{
+public:
+    void began(std::span<std::byte>) override {}
+    void arrived(size_t) override {}
+    void abandoned() override {}
+};
+
 class UnreadableArchive : public FileManagerDecorator
 {
 public:
     using FileManagerDecorator::FileManagerDecorator;
-    [[nodiscard]] FileBuffer readFile(const QString &path, size_t, size_t, ReadListener &) const override
+    [[nodiscard]] std::unique_ptr<FileReader> openForReading(const QString &path) const override
     {
         throw FileError::of(FileError::Kind::TooLargeForMemory, FileError::Action::Read, path);
     }
@@ -79,7 +87,7 @@ protected:
 
     QByteArray archiveOf(const QString &folder)
     {
-        const FileBuffer buffer = createFolderArchive(files, random, home.directories(), folder, 0, 0, nobody);
+        const FileBuffer buffer = createFolderArchive(files, random, home.directories(), folder, 0, 0, listener);
         const auto bytes = buffer.bytes();
         return {reinterpret_cast<const char *>(bytes.data()), static_cast<qsizetype>(bytes.size())};
     }
@@ -112,7 +120,7 @@ protected:
 
     TemporaryHome home;
     LinuxFileManager files;
-    NoReadListener nobody;
+    SilentListener listener;
     OpenSslRandomSource random;
 };
 
@@ -167,7 +175,7 @@ TEST_F(FolderArchiveTest, TheArchiveStandsBetweenTheAskedRooms)
     home.write(QStringLiteral("Documents/Letters/a.txt"));
     const QString folder = home.path(QStringLiteral("Documents/Letters"));
     const QByteArray archive = archiveOf(folder);
-    const FileBuffer roomy = createFolderArchive(files, random, home.directories(), folder, 54, 16, nobody);
+    const FileBuffer roomy = createFolderArchive(files, random, home.directories(), folder, 54, 16, listener);
     const auto bytes = roomy.bytes();
     ASSERT_EQ(bytes.size(), static_cast<size_t>(archive.size()) + 70);
     EXPECT_EQ(hexOf(bytes.first(54)), QByteArray(54, '\0').toHex());
@@ -225,7 +233,7 @@ TEST_F(FolderArchiveTest, AWorkDirectoryThatCannotBeRemovedIsNoFailure)
     home.write(QStringLiteral("Documents/Letters/a.txt"));
     UnremovableFolders unremovable(files);
     const FileBuffer archive = createFolderArchive(unremovable, random, home.directories(),
-                                                   home.path(QStringLiteral("Documents/Letters")), 0, 0, nobody);
+                                                   home.path(QStringLiteral("Documents/Letters")), 0, 0, listener);
     EXPECT_GT(archive.size(), 0U);
     ASSERT_FALSE(unremovable.refused.isEmpty());
     files.removeItem(unremovable.refused.first());
@@ -236,7 +244,7 @@ TEST_F(FolderArchiveTest, AWorkDirectoryThatIsNotRemovedAtOnceIsRemovedAtTheSeco
     home.write(QStringLiteral("Documents/Letters/a.txt"));
     UnremovableFolders slow(files, 1);
     const FileBuffer archive = createFolderArchive(slow, random, home.directories(),
-                                                   home.path(QStringLiteral("Documents/Letters")), 0, 0, nobody);
+                                                   home.path(QStringLiteral("Documents/Letters")), 0, 0, listener);
     EXPECT_EQ(slow.refused.size(), 1);
 }
 
@@ -263,7 +271,7 @@ TEST_F(FolderArchiveTest, AnArchiveThatCannotBeReadLeavesNoWorkDirectory)
     home.write(QStringLiteral("Documents/Letters/a.txt"));
     UnreadableArchive unreadable(files);
     EXPECT_THROW(static_cast<void>(createFolderArchive(unreadable, random, home.directories(),
-                                                       home.path(QStringLiteral("Documents/Letters")), 0, 0, nobody)),
+                                                       home.path(QStringLiteral("Documents/Letters")), 0, 0, listener)),
                  FileError);
 }
 
@@ -273,7 +281,7 @@ TEST_F(FolderArchiveTest, AWorkDirectoryThatCannotBeMadeIsPassedOn)
     UserDirectories directories = home.directories();
     directories.temporary = home.write(QStringLiteral("Documents/in-the-way"));
     EXPECT_THROW(static_cast<void>(createFolderArchive(files, random, directories,
-                                                       home.path(QStringLiteral("Documents/Letters")), 0, 0, nobody)),
+                                                       home.path(QStringLiteral("Documents/Letters")), 0, 0, listener)),
                  FileError);
 }
 

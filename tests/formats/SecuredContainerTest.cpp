@@ -174,15 +174,26 @@ TEST_F(SecuredContainerTest, OurOwnCipherOpensFromByte42ToTheEnd)
     EXPECT_EQ(hexOf(sealed_box::openInPlace(key, writable(bytes).subspan(42))), QByteArray("The letter").toHex());
 }
 
-TEST_F(SecuredContainerTest, AFailingGeneratorLeavesZeroBytesWithNoReport)
+TEST_F(SecuredContainerTest, AGeneratorThatFailsForTheSaltLeavesItZeroWithNoReport)
 {
     FailingRandom failing;
     EXPECT_EQ(generateRandomData(failing, 32), QByteArray(32, '\0'));
+    FailingOnceRandom failingForTheSalt;
     const QString plain = home.write(QStringLiteral("plain"), "The letter");
-    createEncryptedContainer(files, failing, home.directories(), plain, container, password, {});
-    EXPECT_EQ(TemporaryHome::read(container).mid(10, 44), QByteArray(44, '\0'));
+    createEncryptedContainer(files, failingForTheSalt, home.directories(), plain, container, password, {});
+    EXPECT_EQ(TemporaryHome::read(container).mid(10, 32), QByteArray(32, '\0'));
+    EXPECT_NE(TemporaryHome::read(container).mid(42, 12), QByteArray(12, '\0'));
     EXPECT_EQ(open(password), 0);
     EXPECT_EQ(TemporaryHome::read(opened), "The letter");
+}
+
+TEST_F(SecuredContainerTest, NothingIsSealedUnderANonceThatTheGeneratorFailedToMake)
+{
+    FailingRandom failing;
+    const QString plain = home.write(QStringLiteral("plain"), "The letter");
+    EXPECT_THROW(createEncryptedContainer(files, failing, home.directories(), plain, container, password, {}),
+                 CipherError);
+    EXPECT_FALSE(TemporaryHome::exists(container));
 }
 
 TEST_F(SecuredContainerTest, RandomDataHasTheAskedLength)

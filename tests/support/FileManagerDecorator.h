@@ -47,16 +47,13 @@ public:
     void sync() override { m_next.sync(); }
     void removeItem(const QString &path) override { m_next.removeItem(path); }
     void discardAbandonedItems(const QString &folder) override { m_next.discardAbandonedItems(folder); }
-    [[nodiscard]] FileBuffer readFile(const QString &path, size_t headroom, size_t tailroom,
-                                      ReadListener &listener) const override
+    [[nodiscard]] std::unique_ptr<FileReader> openForReading(const QString &path) const override
     {
-        return m_next.readFile(path, headroom, tailroom, listener);
+        return m_next.openForReading(path);
     }
-    using FileManager::readFile;
-    using FileManager::writeFile;
-    void writeFile(const QString &path, std::span<const std::byte> bytes, const FinalBytes &finalBytes) override
+    [[nodiscard]] std::unique_ptr<FileWriter> openForWriting(const QString &path) override
     {
-        m_next.writeFile(path, bytes, finalBytes);
+        return m_next.openForWriting(path);
     }
 
 private:

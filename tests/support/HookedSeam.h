@@ -67,6 +67,30 @@ private:
     const SeamHooks &m_hooks;
 };
 
+/// A file that reports the end of its writing.
+class HookedFileWriter : public FileWriter
+{
+public:
+    HookedFileWriter(std::unique_ptr<FileWriter> next, const QString &path, const SeamHooks &hooks)
+        : m_next(std::move(next)), m_path(path), m_hooks(hooks)
+    {
+    }
+
+    void write(std::span<const std::byte> bytes) override { m_next->write(bytes); }
+    void close() override
+    {
+        m_next->close();
+        if (m_hooks.after) {
+            m_hooks.after("writeFile", m_path);
+        }
+    }
+
+private:
+    std::unique_ptr<FileWriter> m_next;
+    QString m_path;
+    const SeamHooks &m_hooks;
+};
+
 /// A file manager that tells of every change.
 class HookedFileManager : public FileManagerDecorator
 {
@@ -108,17 +132,16 @@ public:
     {
         m_hooks.around("removeItem", path, [&] { FileManagerDecorator::removeItem(path); });
     }
-    [[nodiscard]] FileBuffer readFile(const QString &path, size_t headroom, size_t tailroom,
-                                      ReadListener &listener) const override
+    [[nodiscard]] std::unique_ptr<FileReader> openForReading(const QString &path) const override
     {
-        return m_hooks.around("readFile", path,
-                              [&] { return FileManagerDecorator::readFile(path, headroom, tailroom, listener); });
+        return m_hooks.around("readFile", path, [&] { return FileManagerDecorator::openForReading(path); });
     }
-    using FileManagerDecorator::readFile;
-    using FileManagerDecorator::writeFile;
-    void writeFile(const QString &path, std::span<const std::byte> bytes, const FinalBytes &finalBytes) override
+    [[nodiscard]] std::unique_ptr<FileWriter> openForWriting(const QString &path) override
     {
-        m_hooks.around("writeFile", path, [&] { FileManagerDecorator::writeFile(path, bytes, finalBytes); });
+        if (m_hooks.before) {
+            m_hooks.before("writeFile", path);
+        }
+        return std::make_unique<HookedFileWriter>(FileManagerDecorator::openForWriting(path), path, m_hooks);
     }
 
 private:

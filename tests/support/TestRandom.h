@@ -5,6 +5,7 @@
 #include "platform/linux/OpenSslRandomSource.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace quillhaven::testing {
 
@@ -13,6 +14,20 @@ class FailingRandom : public OpenSslRandomSource
 {
 public:
     bool fill(std::span<std::byte>) override { return false; }
+};
+
+/// A generator that fails the first time and works afterwards.
+class FailingOnceRandom : public OpenSslRandomSource
+{
+public:
+    bool fill(std::span<std::byte> buffer) override
+    {
+        const bool isFirst = std::exchange(m_isFirst, false);
+        return !isFirst && OpenSslRandomSource::fill(buffer);
+    }
+
+private:
+    bool m_isFirst = true;
 };
 
 /// Gives the bytes 0, 1, 2 and so on.

@@ -60,10 +60,7 @@ void requireFolder(const QByteArray &name, const QString &folder)
 
 QList<FileEntry> walkRegularFiles(const QString &folder)
 {
-    QByteArray name = encodedPath(folder, action);
-    while (name.size() > 1 && name.endsWith('/')) {
-        name.chop(1);
-    }
+    QByteArray name = encodedItemPath(folder, action);
     requireFolder(name, folder);
     const std::array<char *, 2> roots{name.data(), nullptr};
     const std::unique_ptr<FTS, int (*)(FTS *)> walk(

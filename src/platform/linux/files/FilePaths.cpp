@@ -83,6 +83,15 @@ QByteArray encodedPath(const QString &path, FileError::Action action)
     return name;
 }
 
+QByteArray encodedItemPath(const QString &path, FileError::Action action)
+{
+    QByteArray name = encodedPath(path, action);
+    while (name.size() > 1 && name.endsWith('/')) {
+        name.chop(1);
+    }
+    return name;
+}
+
 bool hasReplacementCharacter(const QString &path)
 {
     return path.contains(QChar(QChar::ReplacementCharacter));

@@ -14,6 +14,9 @@ namespace quillhaven {
 /// it holds a null character or half of a surrogate pair that `decodedPath` did not make.
 [[nodiscard]] QByteArray encodedPath(const QString &path, FileError::Action action);
 
+/// The same without slashes at the end, after which the kernel would follow a link.
+[[nodiscard]] QByteArray encodedItemPath(const QString &path, FileError::Action action);
+
 /// The text of a path that the system gave. A byte that is not valid UTF-8 becomes half of a surrogate pair, as in
 /// PEP 383, which `encodedPath` turns back: every name that a folder can hold makes the way there and back.
 [[nodiscard]] QString decodedPath(const QByteArray &path);

@@ -7,7 +7,8 @@
 #include "platform/linux/files/FileMoves.h"
 #include "platform/linux/files/FilePaths.h"
 #include "platform/linux/files/LinuxFileHandle.h"
-#include "platform/linux/files/ReadWholeFile.h"
+#include "platform/linux/files/LinuxFileReader.h"
+#include "platform/linux/files/LinuxFileWriter.h"
 #include "platform/linux/files/RemoveTree.h"
 #include "platform/linux/files/ScopedFd.h"
 
@@ -30,16 +31,6 @@ namespace {
 using Action = FileError::Action;
 using Kind = FileError::Kind;
 
-/// The bytes of a path without slashes at its end, where the kernel would follow a link.
-QByteArray callName(const QString &path, Action action)
-{
-    QByteArray name = encodedPath(path, action);
-    while (name.size() > 1 && name.endsWith('/')) {
-        name.chop(1);
-    }
-    return name;
-}
-
 std::optional<struct stat> statusBehindLinks(const QString &path)
 {
     const QByteArray name = QFile::encodeName(path);
@@ -48,28 +39,6 @@ std::optional<struct stat> statusBehindLinks(const QString &path)
         return std::nullopt;
     }
     return status;
-}
-
-/// Opens for reading without waiting for the other end of a FIFO. Throws unless a regular file, or where allowed a
-/// folder, stands there.
-ScopedFd openReadable(const QString &path, const QByteArray &name, Action action, struct stat &status)
-{
-    if (stat(name.constData(), &status) != 0) {
-        const bool isUnnamable = errno == ENOENT && hasReplacementCharacter(path);
-        throw isUnnamable ? FileError::of(Kind::InvalidName, action, path) : FileError::fromErrno(errno, action, path);
-    }
-    // A device may act when it is opened, so the type is asked before and again afterwards.
-    if (!S_ISREG(status.st_mode) && !S_ISDIR(status.st_mode)) {
-        throw FileError::of(Kind::NotAFileOrFolder, action, path);
-    }
-    ScopedFd file(open(name.constData(), O_RDONLY | O_NONBLOCK | O_CLOEXEC));
-    if (!file.isOpen() || fstat(file.get(), &status) != 0) {
-        throw FileError::fromErrno(errno, action, path);
-    }
-    if (!S_ISREG(status.st_mode) && !S_ISDIR(status.st_mode)) {
-        throw FileError::of(Kind::NotAFileOrFolder, action, path);
-    }
-    return file;
 }
 
 void requireAbsoluteIfLink(const QString &path, const QByteArray &name)
@@ -102,45 +71,13 @@ void requireMovableOutOfItsFolder(const QString &path, const QByteArray &name)
     }
 }
 
-/// Opens the file to be written, which a link of this user's own may name. A link of somebody else's is not followed:
-/// in a folder shared with others it would send the bytes over any file of this user.
-ScopedFd openForWriting(const QString &path, QByteArray name)
-{
-    constexpr int mostLinks = 40;
-    constexpr mode_t everybody = 0666;
-    for (int links = 0; links < mostLinks; ++links) {
-        ScopedFd file(
-            open(name.constData(), O_WRONLY | O_CREAT | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY | O_CLOEXEC, everybody));
-        if (file.isOpen() || errno != ELOOP) {
-            return file;
-        }
-        const ScopedFd link(open(name.constData(), O_PATH | O_NOFOLLOW | O_CLOEXEC));
-        struct stat status{};
-        QByteArray target(PATH_MAX, '\0');
-        if (!link.isOpen() || fstat(link.get(), &status) != 0) {
-            return {};
-        }
-        const ssize_t size = readlinkat(link.get(), "", target.data(), static_cast<size_t>(target.size()));
-        if (size < 0) {
-            return {};
-        }
-        if (status.st_uid != geteuid()) {
-            throw FileError::of(Kind::NoPermission, Action::Write, path);
-        }
-        target.truncate(size);
-        name = target.startsWith('/') ? target : parentOf(name) + '/' + target;
-    }
-    errno = ELOOP;
-    return {};
-}
-
 } // namespace
 
 bool LinuxFileManager::fileExists(const QString &path) const
 {
     QByteArray name;
     try {
-        name = callName(path, Action::Read);
+        name = encodedItemPath(path, Action::Read);
     } catch (const FileError &) {
         return false; // No file can have such a name.
     }
@@ -162,7 +99,7 @@ std::optional<FileIdentity> LinuxFileManager::identityOfItem(const QString &path
 {
     QByteArray name;
     try {
-        name = callName(path, Action::Read);
+        name = encodedItemPath(path, Action::Read);
     } catch (const FileError &) {
         return std::nullopt; // dropped: no file can have such a name
     }
@@ -184,9 +121,9 @@ bool LinuxFileManager::isWritableFile(const QString &path) const
 
 void LinuxFileManager::requireReadableAndMovable(const QString &path, size_t headroom) const
 {
-    const QByteArray name = callName(path, Action::Use);
+    const QByteArray name = encodedItemPath(path, Action::Use);
     struct stat status{};
-    const ScopedFd file = openReadable(path, name, Action::Use, status);
+    const ScopedFd file = openReadable(path, Action::Use, status);
     requireAbsoluteIfLink(path, name);
     requireMovableOutOfItsFolder(path, name);
     if (S_ISREG(status.st_mode) && !FileBuffer::fits(static_cast<size_t>(status.st_size) + headroom)) {
@@ -196,7 +133,7 @@ void LinuxFileManager::requireReadableAndMovable(const QString &path, size_t hea
 
 QStringList LinuxFileManager::contentsOfDirectory(const QString &path) const
 {
-    const QByteArray name = callName(path, Action::List);
+    const QByteArray name = encodedItemPath(path, Action::List);
     const std::unique_ptr<DIR, int (*)(DIR *)> stream(opendir(name.constData()), closedir);
     if (!stream) {
         throw FileError::fromErrno(errno, Action::List, path);
@@ -220,7 +157,7 @@ QStringList LinuxFileManager::contentsOfDirectory(const QString &path) const
 void LinuxFileManager::createDirectory(const QString &path)
 {
     constexpr mode_t ownerOnly = 0700; // as the XDG base directories are made
-    const QByteArray name = callName(path, Action::CreateFolder);
+    const QByteArray name = encodedItemPath(path, Action::CreateFolder);
     for (qsizetype slash = name.indexOf('/', 1); slash >= 0; slash = name.indexOf('/', slash + 1)) {
         mkdir(name.left(slash).constData(), ownerOnly); // The last one tells whether those above stand.
     }
@@ -232,18 +169,19 @@ void LinuxFileManager::createDirectory(const QString &path)
 void LinuxFileManager::moveItem(const QString &source, const QString &target)
 {
     const MoveNames names{Action::Move, source, target};
-    moveTo(callName(source, Action::Move), callName(target, Action::Move), names);
+    moveTo(encodedItemPath(source, Action::Move), encodedItemPath(target, Action::Move), names);
 }
 
 void LinuxFileManager::replaceItemAt(const QString &original, const QString &replacement)
 {
     const MoveNames names{Action::Replace, original, {}};
-    putInPlaceOf(callName(original, Action::Replace), callName(replacement, Action::Replace), names);
+    putInPlaceOf(encodedItemPath(original, Action::Replace), encodedItemPath(replacement, Action::Replace), names);
 }
 
 void LinuxFileManager::renameItem(const QString &path, const QString &newPath)
 {
-    if (const int error = renameWithoutReplacing(callName(path, Action::Move), callName(newPath, Action::Move))) {
+    if (const int error =
+            renameWithoutReplacing(encodedItemPath(path, Action::Move), encodedItemPath(newPath, Action::Move))) {
         throw FileError::fromErrno(error, Action::Move, path, newPath);
     }
 }
@@ -251,12 +189,12 @@ void LinuxFileManager::renameItem(const QString &path, const QString &newPath)
 void LinuxFileManager::copyItem(const QString &source, const QString &target)
 {
     const MoveNames names{Action::Copy, source, target};
-    copyTo(callName(source, Action::Copy), callName(target, Action::Copy), names);
+    copyTo(encodedItemPath(source, Action::Copy), encodedItemPath(target, Action::Copy), names);
 }
 
 void LinuxFileManager::removeItem(const QString &path)
 {
-    removeTree(callName(path, Action::Remove));
+    removeTree(encodedItemPath(path, Action::Remove));
 }
 
 void LinuxFileManager::discardAbandonedItems(const QString &folder)
@@ -264,49 +202,19 @@ void LinuxFileManager::discardAbandonedItems(const QString &folder)
     quillhaven::discardAbandonedItems(encodedPath(folder, Action::Remove));
 }
 
-FileBuffer LinuxFileManager::readFile(const QString &path, size_t headroom, size_t tailroom,
-                                      ReadListener &listener) const
+std::unique_ptr<FileReader> LinuxFileManager::openForReading(const QString &path) const
 {
-    const QByteArray name = callName(path, Action::Read);
-    struct stat status{};
-    const ScopedFd file = openReadable(path, name, Action::Read, status);
-    if (!S_ISREG(status.st_mode)) {
-        throw FileError::fromErrno(EISDIR, Action::Read, path);
-    }
-    return readWholeFile(file.get(), path, headroom, tailroom, listener);
+    return std::make_unique<LinuxFileReader>(path);
 }
 
-void LinuxFileManager::writeFile(const QString &path, std::span<const std::byte> bytes, const FinalBytes &finalBytes)
+std::unique_ptr<FileWriter> LinuxFileManager::openForWriting(const QString &path)
 {
-    ScopedFd file = openForWriting(path, encodedPath(path, Action::Write));
-    struct stat status{};
-    if (!file.isOpen() || fstat(file.get(), &status) != 0) {
-        throw FileError::fromErrno(errno, Action::Write, path);
-    }
-    if (!S_ISREG(status.st_mode)) {
-        throw FileError::of(Kind::NotAFileOrFolder, Action::Write, path);
-    }
-    // An empty file is left alone: ext4 takes any truncation for a replacement and waits for the disk at the close.
-    if (status.st_size != 0 && ftruncate(file.get(), 0) != 0) {
-        throw FileError::fromErrno(errno, Action::Write, path);
-    }
-    constexpr size_t longestWrite = size_t(8) << 20; // so that `finalBytes` hears of the progress
-    for (size_t done = 0; done < bytes.size();) {
-        const std::span<const std::byte> final = bytes.first(finalBytes(done)).subspan(done);
-        const ssize_t count = write(file.get(), final.data(), std::min(final.size(), longestWrite));
-        if (count < 0 && errno != EINTR) {
-            throw FileError::fromErrno(errno, Action::Write, path);
-        }
-        done += static_cast<size_t>(std::max<ssize_t>(count, 0));
-    }
-    if (close(file.release()) != 0 && errno != EINTR) { // a network volume or a quota may tell only now
-        throw FileError::fromErrno(errno, Action::Write, path);
-    }
+    return std::make_unique<LinuxFileWriter>(path);
 }
 
 int64_t LinuxFileManager::sizeOfItem(const QString &path) const
 {
-    const QByteArray name = callName(path, Action::Read);
+    const QByteArray name = encodedItemPath(path, Action::Read);
     struct stat status{};
     if (lstat(name.constData(), &status) != 0) {
         throw FileError::fromErrno(errno, Action::Read, path);

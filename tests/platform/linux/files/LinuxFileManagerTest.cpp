@@ -7,7 +7,6 @@
 #include <sys/un.h>
 
 #include <cstring>
-#include <limits>
 
 namespace quillhaven::testing {
 
@@ -15,12 +14,6 @@ namespace {
 
 using Kind = FileError::Kind;
 using LinuxFileManagerTest = FileTest;
-
-QByteArray contentOf(FileBuffer &buffer, size_t headroom, size_t tailroom)
-{
-    const auto bytes = buffer.bytes().subspan(headroom, buffer.size() - headroom - tailroom);
-    return QByteArray(reinterpret_cast<const char *>(bytes.data()), static_cast<qsizetype>(bytes.size()));
-}
 
 TEST_F(LinuxFileManagerTest, ALinkCountsByWhatItPointsTo)
 {
@@ -74,44 +67,20 @@ TEST_F(LinuxFileManagerTest, ListsEveryNameHiddenOnesToo)
     expectKind(Kind::NoSuchFile, [&] { (void)files.contentsOfDirectory(home.path(QStringLiteral("absent"))); });
 }
 
-TEST_F(LinuxFileManagerTest, ReadsTheWholeFileBehindTheHeadroom)
-{
-    const QByteArray content = QByteArray("0123456789abcdef").repeated(200'000);
-    const QString file = home.write(QStringLiteral("file"), content);
-    FileBuffer buffer = files.readFile(file, 40, 16);
-    ASSERT_EQ(buffer.size(), static_cast<size_t>(content.size()) + 56);
-    EXPECT_TRUE(contentOf(buffer, 40, 16) == content);
-    EXPECT_EQ(buffer.bytes()[0], std::byte{0});
-    EXPECT_EQ(buffer.bytes()[buffer.size() - 1], std::byte{0});
-    FileBuffer empty = files.readFile(home.write(QStringLiteral("empty"), ""), 0, 0);
-    EXPECT_EQ(empty.size(), 0U);
-}
-
-TEST_F(LinuxFileManagerTest, AFileThatTellsAnotherSizeThanItHasIsAnErrorNoGarbage)
-{
-    // A file of the kernel's says 0 bytes and has more, as one that grows without end does.
-    const std::optional<FileError> error =
-        errorOf([&] { (void)files.readFile(QStringLiteral("/proc/self/status"), 4, 4); });
-    ASSERT_TRUE(error.has_value());
-    EXPECT_EQ(error->kind(), Kind::Other);
-}
-
-TEST_F(LinuxFileManagerTest, WhatCannotFitInMemoryIsNotStarted)
+TEST_F(LinuxFileManagerTest, WhatCannotFitInMemoryIsNeitherReadNorMovable)
 {
     const QString file = home.write(QStringLiteral("huge"));
     ASSERT_EQ(truncate(bytesOf(file).constData(), off_t{1} << 43), 0); // 8 TiB, all hole
-    expectKind(Kind::TooLargeForMemory, [&] { (void)files.readFile(file, 0, 0); });
+    expectKind(Kind::TooLargeForMemory, [&] { (void)files.readFile(file); });
     expectKind(Kind::TooLargeForMemory, [&] { files.requireReadableAndMovable(file, 0); });
     const QString small = home.write(QStringLiteral("small"));
     expectKind(Kind::TooLargeForMemory, [&] { files.requireReadableAndMovable(small, size_t{1} << 50); });
-    expectKind(Kind::TooLargeForMemory,
-               [&] { (void)files.readFile(small, std::numeric_limits<size_t>::max() - 3, 3); });
 }
 
 TEST_F(LinuxFileManagerTest, ReadingAFolderOrAnAbsentFileFails)
 {
-    expectKind(Kind::Other, [&] { (void)files.readFile(home.path(), 0, 0); });
-    expectKind(Kind::NoSuchFile, [&] { (void)files.readFile(home.path(QStringLiteral("absent")), 0, 0); });
+    expectKind(Kind::Other, [&] { (void)files.readFile(home.path()); });
+    expectKind(Kind::NoSuchFile, [&] { (void)files.readFile(home.path(QStringLiteral("absent"))); });
 }
 
 TEST_F(LinuxFileManagerTest, WritesInPlaceAndEmptiesWhatStoodThere)
@@ -278,7 +247,7 @@ TEST_F(LinuxFileManagerTest, WhatTheUserMayNotReadOrMoveIsRefused)
 TEST_F(LinuxFileManagerTest, NamesThatNoFileCanHaveAreInvalid)
 {
     expectKind(Kind::InvalidName,
-               [&] { files.requireReadableAndMovable(home.path(QStringLiteral("broken\uFFFDname", 0))); });
+               [&] { files.requireReadableAndMovable(home.path(QStringLiteral("broken\uFFFDname")), 0); });
     const QString halfPair = QString(QChar(char16_t{0xD800}));
     expectKind(Kind::InvalidName, [&] { files.requireReadableAndMovable(home.path(halfPair), 0); });
     expectKind(Kind::InvalidName, [&] { files.requireReadableAndMovable(home.path(QString(256, u'x')), 0); });

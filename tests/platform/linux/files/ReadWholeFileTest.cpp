@@ -1,0 +1,57 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+#include "platform/ReadWholeFile.h"
+#include "FileFixture.h"
+
+#include <limits>
+
+namespace quillhaven::testing {
+
+namespace {
+
+using Kind = FileError::Kind;
+
+class ReadWholeFile : public FileTest
+{
+protected:
+    FileBuffer readAll(const QString &path, size_t headroom, size_t tailroom) const
+    {
+        return readWholeFile(*files.openForReading(path), path, headroom, tailroom);
+    }
+};
+
+QByteArray contentOf(FileBuffer &buffer, size_t headroom, size_t tailroom)
+{
+    const auto bytes = buffer.bytes().subspan(headroom, buffer.size() - headroom - tailroom);
+    return QByteArray(reinterpret_cast<const char *>(bytes.data()), static_cast<qsizetype>(bytes.size()));
+}
+
+TEST_F(ReadWholeFile, PutsTheFileAfterTheHeadroomAndLeavesTheRestZero)
+{
+    const QByteArray content = QByteArray("0123456789abcdef").repeated(200'000);
+    const QString file = home.write(QStringLiteral("file"), content);
+    FileBuffer buffer = readAll(file, 40, 16);
+    ASSERT_EQ(buffer.size(), static_cast<size_t>(content.size()) + 56);
+    EXPECT_TRUE(contentOf(buffer, 40, 16) == content);
+    EXPECT_EQ(buffer.bytes()[0], std::byte{0});
+    EXPECT_EQ(buffer.bytes()[buffer.size() - 1], std::byte{0});
+    EXPECT_EQ(readAll(home.write(QStringLiteral("empty"), ""), 0, 0).size(), 0U);
+}
+
+TEST_F(ReadWholeFile, AFileWhoseSizeIsNotThatOfItsBytesIsAnErrorNoGarbage)
+{
+    // A file of the kernel's says 0 bytes and has more, as one that grows without end does.
+    const std::optional<FileError> error = errorOf([&] { (void)readAll(QStringLiteral("/proc/self/status"), 4, 4); });
+    ASSERT_TRUE(error.has_value());
+    EXPECT_EQ(error->kind(), Kind::Other);
+}
+
+TEST_F(ReadWholeFile, RoomThatCannotFitInMemoryIsNotStarted)
+{
+    const QString small = home.write(QStringLiteral("small"));
+    expectKind(Kind::TooLargeForMemory, [&] { (void)readAll(small, std::numeric_limits<size_t>::max() - 3, 3); });
+}
+
+} // namespace
+
+} // namespace quillhaven::testing
