@@ -27,8 +27,8 @@ public:
     [[nodiscard]] std::span<std::byte> bytes() { return {m_data, m_size}; }
     [[nodiscard]] std::span<const std::byte> bytes() const { return {m_data, m_size}; }
 
-    /// Gives the memory of the first `count` bytes, in whole huge pages, back to the system: they are lost. What is
-    /// written to a file at the same time takes it, so that the buffer and the file's pages do not stand side by side.
+    /// Gives the memory of the first `count` bytes, in whole huge pages, back to the system; the bytes are lost. So the
+    /// bytes need not be in memory twice while they are written to a file: here and in the file's pages.
     void release(size_t count);
 
 private:

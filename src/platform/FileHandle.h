@@ -8,8 +8,8 @@
 
 namespace quillhaven {
 
-/// A file that is open to be overwritten in place. It is neither made longer than what is written, nor cut. Closes at
-/// the latest with this object. Every failing call throws a FileError.
+/// A file that is open to be overwritten in place. It is never cut, and grows only if bytes are written past its end.
+/// Closes at the latest with this object. Every failing call throws a FileError.
 class FileHandle
 {
 public:
@@ -18,7 +18,7 @@ public:
     FileHandle(const FileHandle &) = delete;
     FileHandle &operator=(const FileHandle &) = delete;
 
-    /// The next write begins so many bytes behind the start.
+    /// Sets the position of the next write, in bytes from the start of the file.
     virtual void seek(uint64_t offset) = 0;
     /// Writes all the bytes, and returns when the device holds them.
     virtual void writeThrough(std::span<const std::byte> bytes) = 0;

@@ -40,8 +40,9 @@ struct FileIdentity
 /// Whether the last component of a path, when it is a link, means the link itself or what it points to.
 enum class Links { Keep, Follow };
 
-/// The file operations of the platform. Paths are absolute. Stateless: any thread may call it, and the calls that
-/// change files block, so that they belong off the main thread. Every failing call throws a FileError.
+/// The file operations of the platform. Paths are absolute; text that one call returned leads back to the same file in
+/// another, whatever bytes its name has. Any thread may call it. The calls that change files block, so that they belong
+/// off the main thread. Every failing call throws a FileError.
 class FileManager
 {
 public:
@@ -50,14 +51,14 @@ public:
     FileManager(const FileManager &) = delete;
     FileManager &operator=(const FileManager &) = delete;
 
-    /// Whether something stands at the path. A link counts by what it points to, so a dangling one does not exist.
-    /// What cannot be looked at for another reason than its absence counts as standing.
+    /// Whether something exists at the path. A link counts by what it points to, so a dangling one does not exist. What
+    /// cannot be examined for another reason than its absence counts as existing.
     [[nodiscard]] virtual bool fileExists(const QString &path) const = 0;
-    /// Whether a folder, or a link to one, stands at the path.
+    /// Whether the path is a folder or a link to one.
     [[nodiscard]] virtual bool isDirectory(const QString &path) const = 0;
     /// The identity of the file or folder at the path, or nothing when none exists or it cannot be examined.
     [[nodiscard]] virtual std::optional<FileIdentity> identityOfItem(const QString &path, Links links) const = 0;
-    /// Whether this process may write to what stands at the path.
+    /// Whether this process may write to the item at the path.
     [[nodiscard]] virtual bool isWritableFile(const QString &path) const = 0;
     /// Throws unless the path leads to a folder, or to a regular file that can be read and that fits in memory together
     /// with `headroom` bytes, and this user may move it out of its folder. Throws `OnlyALink` for a relative link,
@@ -66,24 +67,24 @@ public:
 
     /// The names in a folder, in the order in which the system lists them, without "." and "..".
     [[nodiscard]] virtual QStringList contentsOfDirectory(const QString &path) const = 0;
-    /// Makes the folder and the missing ones above it; no error when it stands already.
+    /// Makes the folder and the missing ones above it. No error when it exists already.
     virtual void createDirectory(const QString &path) = 0;
     /// Moves a file or folder, also to another file system, with its metadata, flushed to the device. Fails with
-    /// `TargetExists` when something stands at `target`. On failure the source is whole and the target absent.
+    /// `TargetExists` when something exists at `target`. On failure the source is whole and nothing is at the target.
     virtual void moveItem(const QString &source, const QString &target) = 0;
-    /// Gives an item another name in its folder, where nothing stands, without waiting for the device.
+    /// Gives an item another, free name in its folder, without waiting for the device.
     virtual void renameItem(const QString &path, const QString &newPath) = 0;
-    /// Puts `replacement` in the place of `original`, which must stand. Either may be a folder. Afterwards nothing
-    /// stands at `replacement`; on failure `original` is whole. A file takes a file's place in one step. With a folder
-    /// the place is empty for a moment: a program that ends then leaves `replacement` where it was.
+    /// Puts `replacement` in the place of `original`, which must exist. Either may be a folder. Afterwards nothing is
+    /// at `replacement`; on failure `original` is whole. A file takes a file's place in one step. With a folder the
+    /// place is empty for a moment: a program that ends then leaves `replacement` where it was.
     virtual void replaceItemAt(const QString &original, const QString &replacement) = 0;
-    /// Copies a file or folder with its metadata to a name where nothing stands, flushed to the device. Fails with
-    /// `TargetExists` otherwise. On failure nothing stands at `target`.
+    /// Copies a file or folder with its metadata to a free name, flushed to the device. Fails with `TargetExists` when
+    /// the name is not free. On any other failure nothing is at `target`.
     virtual void copyItem(const QString &source, const QString &target) = 0;
     /// Removes a file, a link itself, or a folder with all it holds.
     virtual void removeItem(const QString &path) = 0;
-    /// Removes what moves and copies left in a folder when the process was ended amid them: second copies all.
-    /// What cannot be removed is logged.
+    /// Removes temporary files that an interrupted move or copy left in the folder. Each is a duplicate; removing it
+    /// loses nothing. What cannot be removed is logged.
     virtual void discardAbandonedItems(const QString &folder) = 0;
 
     /// Opens a regular file, or what a link to one leads to, for reading.
@@ -95,7 +96,7 @@ public:
     /// Writes a whole file so.
     void writeFile(const QString &path, std::span<const std::byte> bytes);
 
-    /// The size of what stands at the path, in bytes; a link counts by itself.
+    /// The size of the item at the path, in bytes; a link counts by itself.
     [[nodiscard]] virtual int64_t sizeOfItem(const QString &path) const = 0;
     /// Every regular file below a folder at any depth, hidden ones included, in a fixed order. Links are not followed.
     /// Throws for a link, for a folder inside that cannot be listed, and for another volume mounted inside. A folder
@@ -103,7 +104,7 @@ public:
     [[nodiscard]] virtual QList<FileEntry> regularFilesBelow(const QString &folder) const = 0;
     /// Opens a regular file to be overwritten in place. Throws for a link and for what is no regular file.
     [[nodiscard]] virtual std::unique_ptr<FileHandle> openForOverwriting(const QString &path) = 0;
-    /// Brings everything that was written to any file system to its device.
+    /// Flushes everything that was written to any file system to its device.
     virtual void sync() = 0;
 };
 

@@ -2,7 +2,7 @@
 
 #include "platform/linux/credentials/EmbeddedCredentialStore.h"
 
-#include "platform/linux/files/FilePaths.h"
+#include "platform/linux/files/FolderEntries.h"
 
 #include <QDir>
 #include <QFile>
@@ -134,7 +134,7 @@ std::optional<QByteArray> EmbeddedCredentialStore::makeKey() const
     QSaveFile saved(keyPath());
     if (RAND_bytes(raw(fresh), keySize) != 1 || !saved.open(QIODevice::WriteOnly) ||
         !saved.setPermissions(QFile::ReadOwner | QFile::WriteOwner) || saved.write(fresh) != fresh.size() ||
-        !saved.commit() || !syncParents(QFile::encodeName(keyPath()))) {
+        !saved.commit() || !syncParentFolders(QFile::encodeName(keyPath()))) {
         return std::nullopt;
     }
     return fresh;

@@ -2,8 +2,8 @@
 
 #include "platform/linux/files/CrossDeviceCopy.h"
 
-#include "platform/linux/files/DiscardableItems.h"
 #include "platform/linux/files/FilePaths.h"
+#include "platform/linux/files/HiddenNames.h"
 #include "platform/linux/files/RemoveTree.h"
 #include "platform/linux/files/ScopedFd.h"
 #include "platform/linux/files/TreeComparison.h"
@@ -22,7 +22,7 @@ namespace quillhaven {
 
 namespace {
 
-/// The reason in what `cp` said last, as it speaks in the C locale; 0 for one that is not known.
+/// The error number that the messages of `cp`, in the C locale, name; 0 for none that is known.
 int reasonIn(const QByteArray &messages)
 {
     for (const int error : {ENOSPC, EDQUOT, EROFS, EACCES, EPERM, ENAMETOOLONG, EILSEQ, ENOENT, EFBIG, EIO, ENOMEM}) {
@@ -35,14 +35,15 @@ int reasonIn(const QByteArray &messages)
 
 QByteArray contentOf(int fd)
 {
-    constexpr qsizetype enough = qsizetype{64} * 1024;
-    QByteArray text(enough, '\0');
+    constexpr qsizetype maxMessages = qsizetype{64} * 1024;
+    QByteArray text(maxMessages, '\0');
     const ssize_t size = pread(fd, text.data(), static_cast<size_t>(text.size()), 0);
     return text.left(size > 0 ? size : 0);
 }
 
-/// Runs a program to its end; its messages go to `messages`. The exit status, or -1 with errno set.
-int run(const char *const *arguments, int messages)
+/// Runs a program in a folder to its end; its messages go to `messages`. The exit status, or -1 with errno set. Not by
+/// QProcess, which would pass on a name only if it is valid text.
+int run(const char *const *arguments, int folder, int messages)
 {
     const std::array<const char *, 2> environment{"LC_ALL=C", nullptr};
     posix_spawn_file_actions_t actions;
@@ -50,8 +51,9 @@ int run(const char *const *arguments, int messages)
     posix_spawn_file_actions_addopen(&actions, STDIN_FILENO, "/dev/null", O_RDONLY, 0);
     posix_spawn_file_actions_addopen(&actions, STDOUT_FILENO, "/dev/null", O_WRONLY, 0);
     posix_spawn_file_actions_adddup2(&actions, messages, STDERR_FILENO);
+    posix_spawn_file_actions_addfchdir_np(&actions, folder);
     pid_t child = -1;
-    // posix_spawn takes them as not const for its age only.
+    // posix_spawn takes char *const[] for historical reasons; it does not modify the strings.
     const int error = posix_spawn(&child, arguments[0], &actions, nullptr, const_cast<char *const *>(arguments),
                                   const_cast<char *const *>(environment.data()));
     posix_spawn_file_actions_destroy(&actions);
@@ -86,10 +88,8 @@ void syncCopy(const QByteArray &path, const MoveNames &names)
 } // namespace
 
 CrossDeviceCopy::CrossDeviceCopy(const QByteArray &source, const QByteArray &target, const MoveNames &names)
-    : m_path(discardableNameBeside(target))
+    : m_path(hiddenNameForDuplicate(target))
 {
-    discardAbandonedItemsOnce(parentOf(source));
-    discardAbandonedItemsOnce(parentOf(target));
     try {
         const QByteArray before = treeState(source);
         runCopy(source, names);
@@ -118,10 +118,16 @@ void CrossDeviceCopy::runCopy(const QByteArray &source, const MoveNames &names) 
     if (!messages.isOpen()) {
         names.fail(errno);
     }
+    // Relative to its folder: the hidden name makes paths longer, and a deep tree would exceed what a call takes.
+    const ScopedFd folder(open(parentOf(m_path).constData(), O_PATH | O_DIRECTORY | O_CLOEXEC));
+    if (!folder.isOpen()) {
+        names.fail(errno);
+    }
+    const QByteArray copy = nameOf(m_path);
     const std::array<const char *, 8> arguments{
-        "/usr/bin/cp", "-a", "--reflink=auto", "-T", "--", source.constData(), m_path.constData(), nullptr,
+        "/usr/bin/cp", "-a", "--reflink=auto", "-T", "--", source.constData(), copy.constData(), nullptr,
     };
-    const int status = run(arguments.data(), messages.get());
+    const int status = run(arguments.data(), folder.get(), messages.get());
     if (status < 0) {
         names.fail(errno);
     }

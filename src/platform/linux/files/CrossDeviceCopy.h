@@ -2,24 +2,14 @@
 
 #pragma once
 
-#include "platform/FileError.h"
+#include "platform/linux/files/MoveNames.h"
 
 #include <QByteArray>
 
 namespace quillhaven {
 
-/// The two paths of an operation as its caller named them, for the sentence of an error.
-struct MoveNames
-{
-    FileError::Action action;
-    QString path;
-    QString target;
-
-    [[noreturn]] void fail(int errorNumber) const { throw FileError::fromErrno(errorNumber, action, path, target); }
-};
-
-/// A copy of a file or folder on another file system, under a hidden name beside the place where it shall stand. It is
-/// removed with this object unless it was put in its place.
+/// A copy of a file or folder on another file system, under a hidden name beside its future place. It is removed with
+/// this object unless it was put in that place.
 class CrossDeviceCopy
 {
 public:
@@ -32,7 +22,7 @@ public:
     CrossDeviceCopy &operator=(const CrossDeviceCopy &) = delete;
 
     [[nodiscard]] const QByteArray &path() const { return m_path; }
-    /// The copy stands at its place now.
+    /// The copy is in its place now.
     void keep() { m_isKept = true; }
 
 private:

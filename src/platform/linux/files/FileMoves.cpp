@@ -2,8 +2,10 @@
 
 #include "platform/linux/files/FileMoves.h"
 
-#include "platform/linux/files/DiscardableItems.h"
+#include "platform/linux/files/CrossDeviceCopy.h"
 #include "platform/linux/files/FilePaths.h"
+#include "platform/linux/files/FolderEntries.h"
+#include "platform/linux/files/HiddenNames.h"
 #include "platform/linux/files/RemoveTree.h"
 
 #include <fcntl.h>
@@ -41,18 +43,24 @@ struct stat statusOf(const QByteArray &path, const MoveNames &names)
     return status;
 }
 
+/// Whether there is anything at the path, be it a dangling link.
+bool exists(const QByteArray &path)
+{
+    struct stat status{};
+    return lstat(path.constData(), &status) == 0;
+}
+
 bool isSameInode(const struct stat &a, const struct stat &b)
 {
     return a.st_dev == b.st_dev && a.st_ino == b.st_ino;
 }
 
-/// Removes an item that something else has replaced, in two steps: under a hidden name first, which is one step and
-/// fails with the item whole, and then for good. When the second step breaks off, what is left stands under the hidden
-/// name, and nothing of it is needed any more: the whole item stands at its new place. So that is logged, no failure.
-/// Returns 0 or the error number of the first step.
+/// Removes an item that has a whole successor elsewhere. It is renamed first, which is one step and fails with the item
+/// whole, and removed after that. When the removal fails, nothing of what remains is needed: that is logged and is no
+/// failure. Returns 0 or the error number of the first step.
 int removeReplaced(const QByteArray &path)
 {
-    const QByteArray aside = discardableNameBeside(path);
+    const QByteArray aside = hiddenNameForDuplicate(path);
     const int error = renameWithoutReplacing(path, aside);
     if (error != 0) {
         return error;
@@ -61,29 +69,8 @@ int removeReplaced(const QByteArray &path)
     return 0;
 }
 
-/// The source goes only after its compared copy has its name on the device. Before that every failure leaves the source
-/// whole and nothing at the target. A crash between leaves both whole.
-void moveAcross(const QByteArray &source, const QByteArray &target, const MoveNames &names)
-{
-    if (standsAt(target)) {
-        names.fail(EEXIST);
-    }
-    requireRemovable(source);
-    CrossDeviceCopy copy(source, target, names);
-    if (const int error = renameWithoutReplacing(copy.path(), target)) {
-        names.fail(error);
-    }
-    copy.keep();
-    const int error = syncParents(target) ? removeReplaced(source) : EIO;
-    if (error != 0) {
-        removeTree(target);
-        names.fail(error);
-    }
-    syncParents(source);
-}
-
-/// Puts `replacement`, on the same file system, in the place of `original`. Returns 0 or the error number; then both
-/// stand where they stood.
+/// Puts `replacement`, on the same file system, in the place of `original`. Returns 0, or the error number with both
+/// items where they were.
 int swapIn(const QByteArray &original, const struct stat &old, const QByteArray &replacement, const struct stat &fresh)
 {
     if (!S_ISDIR(old.st_mode) && !S_ISDIR(fresh.st_mode)) {
@@ -92,11 +79,11 @@ int swapIn(const QByteArray &original, const struct stat &old, const QByteArray 
     if (old.st_dev != fresh.st_dev) {
         return EXDEV;
     }
-    // Found out now, while both are whole: a folder that could not be emptied afterwards.
+    // Finds a folder that could not be emptied afterwards while both items are still whole.
     requireRemovable(original);
-    // Not by an exchange of the names: a program that ended right behind it would leave the old item at the name of the
-    // new one, to be taken for it later.
-    const QByteArray aside = hiddenNameBeside(original);
+    // The names are not exchanged: a program that ended right after that would leave the old item under the name of the
+    // new one, and later mistake it for that.
+    const QByteArray aside = hiddenNameForOriginal(original);
     if (const int error = renameWithoutReplacing(original, aside)) {
         return error;
     }
@@ -110,26 +97,7 @@ int swapIn(const QByteArray &original, const struct stat &old, const QByteArray 
     return 0;
 }
 
-/// As in `moveAcross`, the replacement goes only after its copy has taken its place on the device.
-void replaceAcross(const QByteArray &original, const struct stat &old, const QByteArray &replacement,
-                   const MoveNames &names)
-{
-    requireRemovable(replacement);
-    CrossDeviceCopy copy(replacement, original, names);
-    if (const int error = swapIn(original, old, copy.path(), statusOf(copy.path(), names))) {
-        names.fail(error);
-    }
-    copy.keep();
-    if (!syncParents(original)) {
-        names.fail(EIO); // The replacement stands at both places; nothing of it goes before the device has it.
-    }
-    if (const int error = removeReplaced(replacement)) {
-        names.fail(error);
-    }
-    syncParents(replacement);
-}
-
-/// Two names of one file: a plain rename would do nothing and call it a success.
+/// For two names of one file, with which a plain rename would do nothing and report success.
 void dropSecondName(const QByteArray &original, const QByteArray &replacement, const MoveNames &names)
 {
     const struct stat folder = statusOf(parentOf(original), names);
@@ -142,7 +110,7 @@ void dropSecondName(const QByteArray &original, const QByteArray &replacement, c
     if (unlink(replacement.constData()) != 0) {
         names.fail(errno);
     }
-    syncParents(replacement);
+    syncParentFolders(replacement);
 }
 
 } // namespace
@@ -173,7 +141,55 @@ int renameWithoutReplacing(const QByteArray &source, const QByteArray &target)
     return isFlagUnknown(error) ? renameWithoutFlags(source, target) : error;
 }
 
-void moveTo(const QByteArray &source, const QByteArray &target, const MoveNames &names)
+void FileMoves::cleanFoldersOf(const QByteArray &source, const QByteArray &target)
+{
+    m_cleanedFolders.clean(parentOf(source));
+    m_cleanedFolders.clean(parentOf(target));
+}
+
+// The source is removed only after its compared copy has its name on the device. Any failure before that leaves the
+// source whole and nothing at the target. A crash in between leaves both whole.
+void FileMoves::moveAcross(const QByteArray &source, const QByteArray &target, const MoveNames &names)
+{
+    if (exists(target)) {
+        names.fail(EEXIST);
+    }
+    requireRemovable(source);
+    cleanFoldersOf(source, target);
+    CrossDeviceCopy copy(source, target, names);
+    if (const int error = renameWithoutReplacing(copy.path(), target)) {
+        names.fail(error);
+    }
+    copy.keep();
+    const int error = syncParentFolders(target) ? removeReplaced(source) : EIO;
+    if (error != 0) {
+        removeTree(target);
+        names.fail(error);
+    }
+    syncParentFolders(source);
+}
+
+// As in `moveAcross`, the replacement is removed only after its copy has taken the place on the device.
+void FileMoves::replaceAcross(const QByteArray &original, const struct stat &old, const QByteArray &replacement,
+                              const MoveNames &names)
+{
+    requireRemovable(replacement);
+    cleanFoldersOf(replacement, original);
+    CrossDeviceCopy copy(replacement, original, names);
+    if (const int error = swapIn(original, old, copy.path(), statusOf(copy.path(), names))) {
+        names.fail(error);
+    }
+    copy.keep();
+    if (!syncParentFolders(original)) {
+        names.fail(EIO); // The replacement is at both places, and stays until the device has it.
+    }
+    if (const int error = removeReplaced(replacement)) {
+        names.fail(error);
+    }
+    syncParentFolders(replacement);
+}
+
+void FileMoves::move(const QByteArray &source, const QByteArray &target, const MoveNames &names)
 {
     (void)statusOf(source, names);
     const int error = renameWithoutReplacing(source, target);
@@ -182,27 +198,28 @@ void moveTo(const QByteArray &source, const QByteArray &target, const MoveNames 
     } else if (error != 0) {
         names.fail(error);
     } else {
-        syncParents(target, source);
+        syncParentFolders(target, source);
     }
 }
 
-void copyTo(const QByteArray &source, const QByteArray &target, const MoveNames &names)
+void FileMoves::copy(const QByteArray &source, const QByteArray &target, const MoveNames &names)
 {
-    if (standsAt(target)) {
+    if (exists(target)) {
         names.fail(EEXIST);
     }
+    cleanFoldersOf(source, target);
     CrossDeviceCopy copy(source, target, names);
     if (const int error = renameWithoutReplacing(copy.path(), target)) {
         names.fail(error);
     }
     copy.keep();
-    if (!syncParents(target)) {
+    if (!syncParentFolders(target)) {
         removeTree(target);
         names.fail(EIO);
     }
 }
 
-void putInPlaceOf(const QByteArray &original, const QByteArray &replacement, const MoveNames &names)
+void FileMoves::replace(const QByteArray &original, const QByteArray &replacement, const MoveNames &names)
 {
     const struct stat old = statusOf(original, names);
     const struct stat fresh = statusOf(replacement, names);
@@ -216,7 +233,7 @@ void putInPlaceOf(const QByteArray &original, const QByteArray &replacement, con
     } else if (error != 0) {
         names.fail(error);
     } else {
-        syncParents(original, replacement);
+        syncParentFolders(original, replacement);
     }
 }
 

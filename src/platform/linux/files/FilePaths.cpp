@@ -2,17 +2,9 @@
 
 #include "platform/linux/files/FilePaths.h"
 
-#include "platform/linux/files/ScopedFd.h"
-
 #include <QStringDecoder>
-#include <QUuid>
-
-#include <dirent.h>
-#include <fcntl.h>
-#include <sys/stat.h>
 
 #include <algorithm>
-#include <cerrno>
 
 namespace quillhaven {
 
@@ -22,7 +14,7 @@ constexpr char16_t escapeBase = 0xDC00;
 constexpr char16_t firstEscape = 0xDC80;
 constexpr char16_t lastEscape = 0xDCFF;
 
-/// The bytes of a text in which halves of surrogate pairs may stand for single bytes.
+/// The bytes of a text in which halves of surrogate pairs may represent single bytes.
 QByteArray unescaped(const QString &path)
 {
     QByteArray name;
@@ -44,7 +36,7 @@ QByteArray unescaped(const QString &path)
 
 QString decodedPath(const QByteArray &path)
 {
-    constexpr qsizetype longestSequence = 4;
+    constexpr qsizetype maxSequence = 4;
     constexpr auto flags = QStringDecoder::Flag::Stateless | QStringDecoder::Flag::ConvertInitialBom;
     QStringDecoder whole(QStringDecoder::Utf8, flags);
     QString text = whole(path);
@@ -55,7 +47,7 @@ QString decodedPath(const QByteArray &path)
     for (qsizetype i = 0; i < path.size();) {
         QString character;
         qsizetype length = 1;
-        for (; length <= std::min(longestSequence, path.size() - i); ++length) {
+        for (; length <= std::min(maxSequence, path.size() - i); ++length) {
             QStringDecoder decoder(QStringDecoder::Utf8, flags);
             character = decoder(path.sliced(i, length));
             if (!decoder.hasError()) {
@@ -85,11 +77,7 @@ QByteArray encodedPath(const QString &path, FileError::Action action)
 
 QByteArray encodedItemPath(const QString &path, FileError::Action action)
 {
-    QByteArray name = encodedPath(path, action);
-    while (name.size() > 1 && name.endsWith('/')) {
-        name.chop(1);
-    }
-    return name;
+    return withoutTrailingSlashes(encodedPath(path, action));
 }
 
 bool hasReplacementCharacter(const QString &path)
@@ -97,66 +85,29 @@ bool hasReplacementCharacter(const QString &path)
     return path.contains(QChar(QChar::ReplacementCharacter));
 }
 
-QByteArray parentOf(const QByteArray &path)
+QByteArray withoutTrailingSlashes(const QByteArray &path)
 {
     qsizetype end = path.size();
     while (end > 1 && path.at(end - 1) == '/') {
         --end;
     }
-    const qsizetype slash = path.lastIndexOf('/', end - 1);
+    return path.left(end);
+}
+
+QByteArray parentOf(const QByteArray &path)
+{
+    const QByteArray trimmed = withoutTrailingSlashes(path);
+    const qsizetype slash = trimmed.lastIndexOf('/');
     if (slash < 0) {
         return QByteArrayLiteral(".");
     }
-    return slash == 0 ? QByteArrayLiteral("/") : path.left(slash);
+    return slash == 0 ? QByteArrayLiteral("/") : trimmed.left(slash);
 }
 
-QByteArray hiddenNameBeside(const QByteArray &path)
+QByteArray nameOf(const QByteArray &path)
 {
-    return parentOf(path) + "/.quillhaven-" + QUuid::createUuid().toByteArray(QUuid::WithoutBraces);
-}
-
-bool standsAt(const QByteArray &path)
-{
-    struct stat status{};
-    return lstat(path.constData(), &status) == 0;
-}
-
-bool syncParents(const QByteArray &path, const QByteArray &other)
-{
-    bool isSynced = true;
-    const auto sync = [&isSynced](const QByteArray &folder) {
-        const ScopedFd fd(open(folder.constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
-        if (fd.isOpen() && fsync(fd.get()) != 0) {
-            isSynced = isSynced && errno != EIO && errno != ENOSPC && errno != EDQUOT;
-        }
-    };
-    sync(parentOf(path));
-    if (!other.isEmpty() && parentOf(other) != parentOf(path)) {
-        sync(parentOf(other));
-    }
-    return isSynced;
-}
-
-bool readEntries(int folder, std::vector<QByteArray> &names)
-{
-    ScopedFd own(openat(folder, ".", O_RDONLY | O_DIRECTORY | O_CLOEXEC));
-    DIR *stream = own.isOpen() ? fdopendir(own.get()) : nullptr;
-    if (stream == nullptr) {
-        return false;
-    }
-    (void)own.release(); // The stream closes it.
-    errno = 0;
-    while (const dirent *entry = readdir(stream)) {
-        const QByteArray name(entry->d_name);
-        if (name != "." && name != "..") {
-            names.push_back(name);
-        }
-    }
-    const int error = errno;
-    closedir(stream);
-    errno = error;
-    std::ranges::sort(names);
-    return error == 0;
+    const QByteArray trimmed = withoutTrailingSlashes(path);
+    return trimmed.mid(trimmed.lastIndexOf('/') + 1);
 }
 
 } // namespace quillhaven

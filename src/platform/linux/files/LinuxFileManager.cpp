@@ -2,17 +2,14 @@
 
 #include "platform/linux/files/LinuxFileManager.h"
 
+#include "platform/linux/files/AbandonedDuplicates.h"
 #include "platform/linux/files/DirectoryWalk.h"
-#include "platform/linux/files/DiscardableItems.h"
-#include "platform/linux/files/FileMoves.h"
 #include "platform/linux/files/FilePaths.h"
 #include "platform/linux/files/LinuxFileHandle.h"
 #include "platform/linux/files/LinuxFileReader.h"
 #include "platform/linux/files/LinuxFileWriter.h"
 #include "platform/linux/files/RemoveTree.h"
 #include "platform/linux/files/ScopedFd.h"
-
-#include <QFile>
 
 #include <dirent.h>
 #include <fcntl.h>
@@ -31,14 +28,14 @@ namespace {
 using Action = FileError::Action;
 using Kind = FileError::Kind;
 
-std::optional<struct stat> statusBehindLinks(const QString &path)
+/// The bytes of a path; nothing for one that no file can have.
+std::optional<QByteArray> possiblePath(const QString &path)
 {
-    const QByteArray name = QFile::encodeName(path);
-    struct stat status{};
-    if (path.contains(QChar(u'\0')) || stat(name.constData(), &status) != 0) {
-        return std::nullopt;
+    try {
+        return encodedItemPath(path, Action::Read);
+    } catch (const FileError &) {
+        return std::nullopt; // dropped
     }
-    return status;
 }
 
 void requireAbsoluteIfLink(const QString &path, const QByteArray &name)
@@ -75,37 +72,32 @@ void requireMovableOutOfItsFolder(const QString &path, const QByteArray &name)
 
 bool LinuxFileManager::fileExists(const QString &path) const
 {
-    QByteArray name;
-    try {
-        name = encodedItemPath(path, Action::Read);
-    } catch (const FileError &) {
-        return false; // No file can have such a name.
-    }
+    const std::optional<QByteArray> name = possiblePath(path);
     struct stat status{};
-    if (stat(name.constData(), &status) == 0) {
+    if (!name) {
+        return false;
+    }
+    if (stat(name->constData(), &status) == 0) {
         return true;
     }
-    // A disk that does not answer is no proof of absence: whoever goes on meets its error, and takes nothing for gone.
+    // An I/O error does not prove that the file is missing. It is reported as present, and the caller's next call fails
+    // with that error.
     return errno != ENOENT && errno != ENOTDIR && errno != ELOOP && errno != ENAMETOOLONG;
 }
 
 bool LinuxFileManager::isDirectory(const QString &path) const
 {
-    const std::optional<struct stat> status = statusBehindLinks(path);
-    return status.has_value() && S_ISDIR(status->st_mode);
+    const std::optional<QByteArray> name = possiblePath(path);
+    struct stat status{};
+    return name && stat(name->constData(), &status) == 0 && S_ISDIR(status.st_mode);
 }
 
 std::optional<FileIdentity> LinuxFileManager::identityOfItem(const QString &path, Links links) const
 {
-    QByteArray name;
-    try {
-        name = encodedItemPath(path, Action::Read);
-    } catch (const FileError &) {
-        return std::nullopt; // dropped: no file can have such a name
-    }
+    const std::optional<QByteArray> name = possiblePath(path);
     struct stat status{};
     const int flags = links == Links::Keep ? AT_SYMLINK_NOFOLLOW : 0;
-    if (fstatat(AT_FDCWD, name.constData(), &status, flags) != 0) {
+    if (!name || fstatat(AT_FDCWD, name->constData(), &status, flags) != 0) {
         return std::nullopt;
     }
     return FileIdentity{.device = status.st_dev,
@@ -115,8 +107,8 @@ std::optional<FileIdentity> LinuxFileManager::identityOfItem(const QString &path
 
 bool LinuxFileManager::isWritableFile(const QString &path) const
 {
-    const QByteArray name = QFile::encodeName(path);
-    return !path.contains(QChar(u'\0')) && faccessat(AT_FDCWD, name.constData(), W_OK, AT_EACCESS) == 0;
+    const std::optional<QByteArray> name = possiblePath(path);
+    return name && faccessat(AT_FDCWD, name->constData(), W_OK, AT_EACCESS) == 0;
 }
 
 void LinuxFileManager::requireReadableAndMovable(const QString &path, size_t headroom) const
@@ -141,10 +133,9 @@ QStringList LinuxFileManager::contentsOfDirectory(const QString &path) const
     QStringList names;
     errno = 0;
     while (const dirent *entry = readdir(stream.get())) {
-        const QString entryName = QFile::decodeName(entry->d_name);
-        const bool isOwn = entryName == QLatin1String(".") || entryName == QLatin1String("..");
-        if (!isOwn) {
-            names.append(entryName);
+        const QByteArray entryName(entry->d_name);
+        if (entryName != "." && entryName != "..") {
+            names.append(decodedPath(entryName));
         }
         errno = 0;
     }
@@ -159,7 +150,7 @@ void LinuxFileManager::createDirectory(const QString &path)
     constexpr mode_t ownerOnly = 0700; // as the XDG base directories are made
     const QByteArray name = encodedItemPath(path, Action::CreateFolder);
     for (qsizetype slash = name.indexOf('/', 1); slash >= 0; slash = name.indexOf('/', slash + 1)) {
-        mkdir(name.left(slash).constData(), ownerOnly); // The last one tells whether those above stand.
+        mkdir(name.left(slash).constData(), ownerOnly); // If one of these fails, so does the last.
     }
     if (mkdir(name.constData(), ownerOnly) != 0 && !(errno == EEXIST && isDirectory(path))) {
         throw FileError::fromErrno(errno, Action::CreateFolder, path);
@@ -169,13 +160,13 @@ void LinuxFileManager::createDirectory(const QString &path)
 void LinuxFileManager::moveItem(const QString &source, const QString &target)
 {
     const MoveNames names{Action::Move, source, target};
-    moveTo(encodedItemPath(source, Action::Move), encodedItemPath(target, Action::Move), names);
+    m_moves.move(encodedItemPath(source, Action::Move), encodedItemPath(target, Action::Move), names);
 }
 
 void LinuxFileManager::replaceItemAt(const QString &original, const QString &replacement)
 {
     const MoveNames names{Action::Replace, original, {}};
-    putInPlaceOf(encodedItemPath(original, Action::Replace), encodedItemPath(replacement, Action::Replace), names);
+    m_moves.replace(encodedItemPath(original, Action::Replace), encodedItemPath(replacement, Action::Replace), names);
 }
 
 void LinuxFileManager::renameItem(const QString &path, const QString &newPath)
@@ -189,7 +180,7 @@ void LinuxFileManager::renameItem(const QString &path, const QString &newPath)
 void LinuxFileManager::copyItem(const QString &source, const QString &target)
 {
     const MoveNames names{Action::Copy, source, target};
-    copyTo(encodedItemPath(source, Action::Copy), encodedItemPath(target, Action::Copy), names);
+    m_moves.copy(encodedItemPath(source, Action::Copy), encodedItemPath(target, Action::Copy), names);
 }
 
 void LinuxFileManager::removeItem(const QString &path)
@@ -199,7 +190,7 @@ void LinuxFileManager::removeItem(const QString &path)
 
 void LinuxFileManager::discardAbandonedItems(const QString &folder)
 {
-    quillhaven::discardAbandonedItems(encodedPath(folder, Action::Remove));
+    discardAbandonedDuplicates(encodedPath(folder, Action::Remove));
 }
 
 std::unique_ptr<FileReader> LinuxFileManager::openForReading(const QString &path) const

@@ -3,11 +3,12 @@
 #pragma once
 
 #include "platform/FileManager.h"
+#include "platform/linux/files/FileMoves.h"
 
 namespace quillhaven {
 
-/// The file operations over Linux system calls; moves between file systems run the system's `cp`, whose result is
-/// compared with the source before the source goes.
+/// The file operations over Linux system calls. Moves between file systems run the system's `cp`, whose result is
+/// compared with the source before the source is removed.
 class LinuxFileManager : public FileManager
 {
 public:
@@ -30,6 +31,9 @@ public:
     [[nodiscard]] QList<FileEntry> regularFilesBelow(const QString &folder) const override;
     [[nodiscard]] std::unique_ptr<FileHandle> openForOverwriting(const QString &path) override;
     void sync() override;
+
+private:
+    FileMoves m_moves;
 };
 
 } // namespace quillhaven

@@ -3,13 +3,12 @@
 #include "platform/linux/files/RemoveTree.h"
 
 #include "platform/linux/files/FilePaths.h"
-#include "platform/linux/files/ScopedFd.h"
+#include "platform/linux/files/TreeWalk.h"
 #include "support/printLogger.h"
-
-#include <QFile>
 
 #include <fcntl.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 #include <cerrno>
 
@@ -19,51 +18,66 @@ namespace {
 
 [[noreturn]] void fail(int error, const QByteArray &path)
 {
-    throw FileError::fromErrno(error, FileError::Action::Remove, QFile::decodeName(path));
+    throw FileError::fromErrno(error, FileError::Action::Remove, decodedPath(path));
 }
 
-/// Opens a folder below `parent` and lists it; `path` is for the error. A link or another volume is not entered.
-ScopedFd enter(int parent, const QByteArray &name, const QByteArray &path, dev_t volume, std::vector<QByteArray> &names)
+dev_t volumeOf(const QByteArray &path)
 {
-    ScopedFd folder(openat(parent, name.constData(), O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC));
     struct stat status{};
-    if (!folder.isOpen() || fstat(folder.get(), &status) != 0) {
+    if (lstat(path.constData(), &status) != 0) {
         fail(errno, path);
     }
-    if (status.st_dev != volume) {
-        fail(EBUSY, path);
-    }
-    if (!readEntries(folder.get(), names)) {
-        fail(errno, path);
-    }
-    return folder;
+    return status.st_dev;
 }
 
-void removeEntry(int parent, const QByteArray &name, const QByteArray &path, dev_t volume)
+/// Enters no other volume.
+class OneVolumeVisitor : public TreeVisitor
 {
-    if (unlinkat(parent, name.constData(), 0) == 0) {
-        return;
-    }
-    const int error = errno;
-    struct stat status{};
-    if (fstatat(parent, name.constData(), &status, AT_SYMLINK_NOFOLLOW) != 0 || !S_ISDIR(status.st_mode)) {
-        fail(error, path);
-    }
-    // An empty folder goes without being readable.
-    if (unlinkat(parent, name.constData(), AT_REMOVEDIR) == 0) {
-        return;
-    }
-    std::vector<QByteArray> names;
+public:
+    explicit OneVolumeVisitor(dev_t volume) : m_volume(volume) {}
+
+    void entered(const TreeEntry &entry, int folder, const std::vector<QByteArray> & /*names*/) override
     {
-        const ScopedFd folder = enter(parent, name, path, volume, names);
-        for (const QByteArray &child : names) {
-            removeEntry(folder.get(), child, path + '/' + child, volume);
+        struct stat status{};
+        if (fstat(folder, &status) != 0) {
+            fail(errno, entry.path);
+        }
+        if (status.st_dev != m_volume) {
+            fail(EBUSY, entry.path);
         }
     }
-    if (unlinkat(parent, name.constData(), AT_REMOVEDIR) != 0) {
-        fail(errno, path);
+
+private:
+    dev_t m_volume;
+};
+
+class Removal final : public OneVolumeVisitor
+{
+public:
+    using OneVolumeVisitor::OneVolumeVisitor;
+
+    [[nodiscard]] bool visit(const TreeEntry &entry) override
+    {
+        if (unlinkat(entry.folder, entry.name.constData(), 0) == 0) {
+            return false;
+        }
+        const int error = errno;
+        struct stat status{};
+        if (fstatat(entry.folder, entry.name.constData(), &status, AT_SYMLINK_NOFOLLOW) != 0 ||
+            !S_ISDIR(status.st_mode)) {
+            fail(error, entry.path);
+        }
+        // An empty folder can be removed even if it cannot be read.
+        return unlinkat(entry.folder, entry.name.constData(), AT_REMOVEDIR) != 0;
     }
-}
+
+    void left(const TreeEntry &entry) override
+    {
+        if (unlinkat(entry.folder, entry.name.constData(), AT_REMOVEDIR) != 0) {
+            fail(errno, entry.path);
+        }
+    }
+};
 
 /// Whether entries of this folder that belong to `owner` may be taken out of it.
 bool mayTakeOut(int folder, uid_t owner)
@@ -79,55 +93,47 @@ bool mayTakeOut(int folder, uid_t owner)
     return self == 0 || self == status.st_uid || self == owner;
 }
 
-void checkEntry(int parent, const QByteArray &name, const QByteArray &path, dev_t volume)
+class RemovalCheck final : public OneVolumeVisitor
 {
-    struct stat status{};
-    if (fstatat(parent, name.constData(), &status, AT_SYMLINK_NOFOLLOW) != 0) {
-        fail(errno, path);
-    }
-    if (!mayTakeOut(parent, status.st_uid)) {
-        fail(EACCES, path);
-    }
-    if (!S_ISDIR(status.st_mode)) {
-        return;
-    }
-    std::vector<QByteArray> names;
-    const ScopedFd folder = enter(parent, name, path, volume, names);
-    if (names.empty()) {
-        return;
-    }
-    if (faccessat(folder.get(), ".", W_OK | X_OK, AT_EACCESS) != 0) {
-        fail(errno, path + '/' + names.front());
-    }
-    for (const QByteArray &child : names) {
-        checkEntry(folder.get(), child, path + '/' + child, volume);
-    }
-}
+public:
+    using OneVolumeVisitor::OneVolumeVisitor;
 
-using EntryAction = void (*)(int, const QByteArray &, const QByteArray &, dev_t);
+    [[nodiscard]] bool visit(const TreeEntry &entry) override
+    {
+        struct stat status{};
+        if (fstatat(entry.folder, entry.name.constData(), &status, AT_SYMLINK_NOFOLLOW) != 0) {
+            fail(errno, entry.path);
+        }
+        if (!mayTakeOut(entry.folder, status.st_uid)) {
+            fail(EACCES, entry.path);
+        }
+        return S_ISDIR(status.st_mode);
+    }
 
-void onEntry(const QByteArray &path, EntryAction action)
+    void entered(const TreeEntry &entry, int folder, const std::vector<QByteArray> &names) override
+    {
+        OneVolumeVisitor::entered(entry, folder, names);
+        if (!names.empty() && faccessat(folder, ".", W_OK | X_OK, AT_EACCESS) != 0) {
+            fail(errno, entry.path + '/' + names.front());
+        }
+    }
+
+    void left(const TreeEntry & /*entry*/) override {}
+};
+
+template <typename Visitor>
+void walk(const QByteArray &path)
 {
-    struct stat status{};
-    if (lstat(path.constData(), &status) != 0) {
-        fail(errno, path);
-    }
-    const ScopedFd parent(open(parentOf(path).constData(), O_PATH | O_DIRECTORY | O_CLOEXEC));
-    if (!parent.isOpen()) {
-        fail(errno, path);
-    }
-    QByteArray trimmed = path;
-    while (trimmed.size() > 1 && trimmed.endsWith('/')) {
-        trimmed.chop(1);
-    }
-    action(parent.get(), trimmed.mid(trimmed.lastIndexOf('/') + 1), trimmed, status.st_dev);
+    const QByteArray trimmed = withoutTrailingSlashes(path);
+    Visitor visitor(volumeOf(trimmed));
+    walkTree(trimmed, FileError::Action::Remove, visitor);
 }
 
 } // namespace
 
 void removeTree(const QByteArray &path)
 {
-    onEntry(path, removeEntry);
+    walk<Removal>(path);
 }
 
 void discardTree(const QByteArray &path) noexcept
@@ -154,7 +160,7 @@ void requireRemovable(const QByteArray &path)
     if (faccessat(AT_FDCWD, parent.constData(), W_OK | X_OK, AT_EACCESS) != 0) {
         fail(errno, path);
     }
-    onEntry(path, checkEntry);
+    walk<RemovalCheck>(path);
 }
 
 } // namespace quillhaven

@@ -3,19 +3,23 @@
 #include "platform/linux/files/TreeComparison.h"
 
 #include "platform/linux/files/FilePaths.h"
-#include "platform/linux/files/ScopedFd.h"
+#include "platform/linux/files/FolderDescent.h"
+#include "platform/linux/files/FolderEntries.h"
+#include "platform/linux/files/TreeWalk.h"
 
 #include <QCryptographicHash>
-#include <QFile>
+#include <QList>
 
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <sys/xattr.h>
 
 #include <cerrno>
+#include <climits>
 #include <cstring>
 #include <map>
 #include <memory>
+#include <optional>
 #include <utility>
 
 namespace quillhaven {
@@ -24,32 +28,24 @@ namespace {
 
 using InodeKey = std::pair<dev_t, ino_t>;
 
-/// One entry of an open folder. The path is for messages.
+/// What lstat(2) says about an entry of an open folder. The path is for messages.
 struct Entry
 {
-    int folder;
-    QByteArray name;
-    QByteArray path;
-    struct stat status{};
-
-    [[noreturn]] void fail(int error) const
-    {
-        throw FileError::fromErrno(error, FileError::Action::Read, QFile::decodeName(path));
-    }
-    void readStatus()
+    Entry(int folder, const QByteArray &name, const QByteArray &path) : folder(folder), name(name), path(path)
     {
         if (fstatat(folder, name.constData(), &status, AT_SYMLINK_NOFOLLOW) != 0) {
             fail(errno);
         }
     }
-    /// Without touching the access time, where the owner asks.
+    explicit Entry(const TreeEntry &entry) : Entry(entry.folder, entry.name, entry.path) {}
+
+    [[noreturn]] void fail(int error) const
+    {
+        throw FileError::fromErrno(error, FileError::Action::Read, decodedPath(path));
+    }
     [[nodiscard]] ScopedFd open(int flags) const
     {
-        const int all = flags | O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC;
-        ScopedFd fd(openat(folder, name.constData(), all | O_NOATIME));
-        if (!fd.isOpen() && errno == EPERM) {
-            fd = ScopedFd(openat(folder, name.constData(), all));
-        }
+        ScopedFd fd = openWithoutAccessTime(folder, name, flags);
         if (!fd.isOpen()) {
             fail(errno);
         }
@@ -57,30 +53,13 @@ struct Entry
     }
     /// A path that leads to the entry itself, for the calls that take no folder.
     [[nodiscard]] QByteArray callPath() const { return "/proc/self/fd/" + QByteArray::number(folder) + '/' + name; }
-    [[nodiscard]] std::vector<QByteArray> children(int fd) const
-    {
-        std::vector<QByteArray> names;
-        if (!readEntries(fd, names)) {
-            fail(errno);
-        }
-        return names;
-    }
+    [[nodiscard]] bool isFolder() const { return S_ISDIR(status.st_mode); }
+
+    int folder;
+    QByteArray name;
+    QByteArray path;
+    struct stat status{};
 };
-
-Entry topEntry(const ScopedFd &parent, const QByteArray &path)
-{
-    Entry entry{parent.get(), path.mid(path.lastIndexOf('/') + 1), path};
-    if (!parent.isOpen()) {
-        entry.fail(errno);
-    }
-    entry.readStatus();
-    return entry;
-}
-
-ScopedFd openParent(const QByteArray &path)
-{
-    return ScopedFd(open(parentOf(path).constData(), O_PATH | O_DIRECTORY | O_CLOEXEC));
-}
 
 template <typename Number>
 void addNumber(QCryptographicHash &digest, Number number)
@@ -88,33 +67,38 @@ void addNumber(QCryptographicHash &digest, Number number)
     digest.addData(QByteArrayView(reinterpret_cast<const char *>(&number), sizeof number));
 }
 
-void addState(QCryptographicHash &digest, const Entry &entry, dev_t volume)
+class StateDigest final : public TreeVisitor
 {
-    const struct stat &status = entry.status;
-    if (status.st_dev != volume) {
-        entry.fail(EXDEV);
+public:
+    [[nodiscard]] bool visit(const TreeEntry &treeEntry) override
+    {
+        const Entry entry(treeEntry);
+        const struct stat &status = entry.status;
+        if (status.st_dev != m_volume.value_or(status.st_dev)) {
+            entry.fail(EXDEV);
+        }
+        m_volume = status.st_dev;
+        m_digest.addData(entry.name + '\0');
+        addNumber(m_digest, status.st_ino);
+        addNumber(m_digest, status.st_mode);
+        addNumber(m_digest, status.st_uid);
+        addNumber(m_digest, status.st_gid);
+        addNumber(m_digest, status.st_size);
+        addNumber(m_digest, status.st_mtim.tv_sec);
+        addNumber(m_digest, status.st_mtim.tv_nsec);
+        addNumber(m_digest, status.st_ctim.tv_sec);
+        addNumber(m_digest, status.st_ctim.tv_nsec);
+        return entry.isFolder();
     }
-    digest.addData(entry.name + '\0');
-    addNumber(digest, status.st_ino);
-    addNumber(digest, status.st_mode);
-    addNumber(digest, status.st_uid);
-    addNumber(digest, status.st_gid);
-    addNumber(digest, status.st_size);
-    addNumber(digest, status.st_mtim.tv_sec);
-    addNumber(digest, status.st_mtim.tv_nsec);
-    addNumber(digest, status.st_ctim.tv_sec);
-    addNumber(digest, status.st_ctim.tv_nsec);
-    if (!S_ISDIR(status.st_mode)) {
-        return;
-    }
-    const ScopedFd fd = entry.open(O_DIRECTORY);
-    for (const QByteArray &name : entry.children(fd.get())) {
-        Entry child{fd.get(), name, entry.path + '/' + name};
-        child.readStatus();
-        addState(digest, child, volume);
-    }
-    digest.addData(QByteArrayLiteral("/"));
-}
+    void entered(const TreeEntry & /*entry*/, int /*folder*/, const std::vector<QByteArray> & /*names*/) override {}
+    void left(const TreeEntry & /*entry*/) override { m_digest.addData(QByteArrayLiteral("/")); }
+
+    [[nodiscard]] QByteArray result() const { return m_digest.result(); }
+
+private:
+    QCryptographicHash m_digest{QCryptographicHash::Sha256};
+    std::optional<dev_t> m_volume;
+};
 
 /// Labels that the system's policy or the file system itself gives each file anew are no property of the item.
 bool belongsToTheItem(const QByteArray &attribute)
@@ -205,84 +189,110 @@ bool haveSameContent(const Entry &source, const Entry &copy)
     }
 }
 
-class Comparison
+/// Walks the source and goes down and up in the copy beside it.
+class Comparison final : public TreeVisitor
 {
 public:
-    Comparison(QByteArray sourceRoot, QString target) : m_sourceRoot(std::move(sourceRoot)), m_target(std::move(target))
+    Comparison(QByteArray sourceRoot, QByteArray copyRoot, QString target)
+        : m_sourceRoot(std::move(sourceRoot)),
+          m_copyRoot(std::move(copyRoot)),
+          m_target(std::move(target)),
+          m_copies(ScopedFd(open(parentOf(m_copyRoot).constData(), O_PATH | O_DIRECTORY | O_CLOEXEC)))
     {
+        if (m_copies.folder() < 0) {
+            throw FileError::fromErrno(errno, FileError::Action::Read, decodedPath(m_copyRoot));
+        }
     }
 
-    void compare(const Entry &source, const Entry &copy)
+    [[nodiscard]] bool visit(const TreeEntry &entry) override
     {
+        const Entry source(entry);
+        const Entry copy = copyOf(entry);
         const struct stat &a = source.status;
         const struct stat &b = copy.status;
-        require((a.st_mode & S_IFMT) == (b.st_mode & S_IFMT), source, QStringLiteral("the type"));
-        compareContent(source, copy); // Before the folder's own times: reading changes none of them.
-        require(a.st_uid == b.st_uid && a.st_gid == b.st_gid, source, QStringLiteral("the owner"));
-        require((a.st_mode & 07777) == (b.st_mode & 07777), source, QStringLiteral("the permissions"));
-        require(attributesOf(source) == attributesOf(copy), source, QStringLiteral("an attribute"));
-        require(a.st_mtim.tv_sec == b.st_mtim.tv_sec && a.st_mtim.tv_nsec == b.st_mtim.tv_nsec, source,
+        require((a.st_mode & S_IFMT) == (b.st_mode & S_IFMT), entry, QStringLiteral("the type"));
+        if (!source.isFolder()) {
+            compareContent(entry, source, copy);
+        }
+        require(a.st_uid == b.st_uid && a.st_gid == b.st_gid, entry, QStringLiteral("the owner"));
+        require((a.st_mode & 07777) == (b.st_mode & 07777), entry, QStringLiteral("the permissions"));
+        require(attributesOf(source) == attributesOf(copy), entry, QStringLiteral("an attribute"));
+        require(a.st_mtim.tv_sec == b.st_mtim.tv_sec && a.st_mtim.tv_nsec == b.st_mtim.tv_nsec, entry,
                 QStringLiteral("the time of change"));
+        return source.isFolder();
+    }
+
+    void entered(const TreeEntry &entry, int /*folder*/, const std::vector<QByteArray> &names) override
+    {
+        const Entry copy = copyOf(entry);
+        ScopedFd fd = copy.open(O_DIRECTORY);
+        std::vector<QByteArray> copiedNames;
+        if (!readEntries(fd.get(), copiedNames) || !m_copies.enter(std::move(fd))) {
+            copy.fail(errno);
+        }
+        require(names == copiedNames, entry, QStringLiteral("a name"));
+    }
+
+    void left(const TreeEntry &entry) override
+    {
+        if (!m_copies.leave()) {
+            throw FileError::fromErrno(errno, FileError::Action::Read, decodedPath(copyPath(entry)));
+        }
     }
 
 private:
-    void require(bool isSame, const Entry &source, const QString &what) const
+    [[nodiscard]] QByteArray copyPath(const TreeEntry &entry) const
+    {
+        return m_copyRoot + entry.path.mid(m_sourceRoot.size());
+    }
+
+    [[nodiscard]] Entry copyOf(const TreeEntry &entry) const
+    {
+        const bool isRoot = entry.path.size() == m_sourceRoot.size();
+        return {m_copies.folder(), isRoot ? nameOf(m_copyRoot) : entry.name, copyPath(entry)};
+    }
+
+    void require(bool isSame, const TreeEntry &entry, const QString &what) const
     {
         if (isSame) {
             return;
         }
-        const QByteArray name = source.path.mid(m_sourceRoot.lastIndexOf('/') + 1);
+        const QByteArray name = entry.path.mid(m_sourceRoot.lastIndexOf('/') + 1);
         const QString place = m_target.section(QLatin1Char('/'), -2, -2);
-        throw FileError(FileError::Kind::NotPreserved, QStringLiteral("Could not move \"") + QFile::decodeName(name) +
-                                                           QStringLiteral("\" to \"") + place +
-                                                           QStringLiteral("\" because ") + what +
-                                                           QStringLiteral(" of the item would be lost there."));
+        throw FileError(FileError::Kind::NotPreserved,
+                        QStringLiteral("Could not move \"") + decodedPath(name) + QStringLiteral("\" to \"") + place +
+                            QStringLiteral("\" because ") + what + QStringLiteral(" of the item would be lost there."));
     }
 
-    void compareContent(const Entry &source, const Entry &copy)
+    void compareContent(const TreeEntry &entry, const Entry &source, const Entry &copy)
     {
         const struct stat &status = source.status;
-        if (S_ISDIR(status.st_mode)) {
-            compareFolder(source, copy);
-        } else if (S_ISLNK(status.st_mode)) {
-            require(linkTarget(source) == linkTarget(copy), source, QStringLiteral("the link"));
+        if (S_ISLNK(status.st_mode)) {
+            require(linkTarget(source) == linkTarget(copy), entry, QStringLiteral("the link"));
         } else if (S_ISREG(status.st_mode)) {
-            require(status.st_size == copy.status.st_size && haveSameContent(source, copy), source,
+            require(status.st_size == copy.status.st_size && haveSameContent(source, copy), entry,
                     QStringLiteral("the content"));
         } else {
-            require(status.st_rdev == copy.status.st_rdev, source, QStringLiteral("the device number"));
+            require(status.st_rdev == copy.status.st_rdev, entry, QStringLiteral("the device number"));
         }
-        if (!S_ISDIR(status.st_mode) && status.st_nlink > 1) {
-            compareHardLinks(source, copy);
+        if (status.st_nlink > 1) {
+            compareHardLinks(entry, source, copy);
         }
     }
 
-    void compareHardLinks(const Entry &source, const Entry &copy)
+    void compareHardLinks(const TreeEntry &entry, const Entry &source, const Entry &copy)
     {
         const InodeKey sourceKey{source.status.st_dev, source.status.st_ino};
         const InodeKey copyKey{copy.status.st_dev, copy.status.st_ino};
         const bool isSame = m_copyOf.emplace(sourceKey, copyKey).first->second == copyKey &&
                             m_sourceOf.emplace(copyKey, sourceKey).first->second == sourceKey;
-        require(isSame, source, QStringLiteral("a hard link"));
-    }
-
-    void compareFolder(const Entry &source, const Entry &copy)
-    {
-        const ScopedFd sourceFd = source.open(O_DIRECTORY);
-        const ScopedFd copyFd = copy.open(O_DIRECTORY);
-        const std::vector<QByteArray> names = source.children(sourceFd.get());
-        require(names == copy.children(copyFd.get()), source, QStringLiteral("a name"));
-        for (const QByteArray &name : names) {
-            Entry sourceChild{sourceFd.get(), name, source.path + '/' + name};
-            Entry copyChild{copyFd.get(), name, copy.path + '/' + name};
-            sourceChild.readStatus();
-            copyChild.readStatus();
-            compare(sourceChild, copyChild);
-        }
+        require(isSame, entry, QStringLiteral("a hard link"));
     }
 
     QByteArray m_sourceRoot;
+    QByteArray m_copyRoot;
     QString m_target;
+    FolderDescent m_copies;
     std::map<InodeKey, InodeKey> m_copyOf;
     std::map<InodeKey, InodeKey> m_sourceOf;
 };
@@ -291,19 +301,15 @@ private:
 
 QByteArray treeState(const QByteArray &path)
 {
-    const ScopedFd parent = openParent(path);
-    const Entry entry = topEntry(parent, path);
-    QCryptographicHash digest(QCryptographicHash::Sha256);
-    addState(digest, entry, entry.status.st_dev);
+    StateDigest digest;
+    walkTree(path, FileError::Action::Read, digest);
     return digest.result();
 }
 
 void requireSameTree(const QByteArray &source, const QByteArray &copy, const QString &target)
 {
-    const ScopedFd sourceParent = openParent(source);
-    const ScopedFd copyParent = openParent(copy);
-    Comparison comparison(source, target);
-    comparison.compare(topEntry(sourceParent, source), topEntry(copyParent, copy));
+    Comparison comparison(source, copy, target);
+    walkTree(source, FileError::Action::Read, comparison);
 }
 
 } // namespace quillhaven

@@ -3,10 +3,10 @@
 #include "platform/linux/files/XdgDirectories.h"
 
 #include "platform/FileError.h"
+#include "platform/linux/files/FilePaths.h"
 #include "platform/linux/files/ScopedFd.h"
 
 #include <QDir>
-#include <QFile>
 #include <QStandardPaths>
 
 #include <fcntl.h>
@@ -28,7 +28,7 @@ QString place(QStandardPaths::StandardLocation location)
 void makePrivateDirectory(const QString &path)
 {
     constexpr mode_t ownerOnly = 0700;
-    const QByteArray name = QFile::encodeName(path);
+    const QByteArray name = encodedPath(path, FileError::Action::CreateFolder);
     if (mkdir(name.constData(), ownerOnly) != 0 && errno != EEXIST) {
         throw FileError::fromErrno(errno, FileError::Action::CreateFolder, path);
     }

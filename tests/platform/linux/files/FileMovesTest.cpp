@@ -2,7 +2,6 @@
 
 #include "platform/linux/files/FileMoves.h"
 #include "FileFixture.h"
-#include "platform/linux/files/FilePaths.h"
 
 #include <fcntl.h>
 
@@ -38,7 +37,7 @@ TEST_F(FileMovesTest, MovesEveryNameOnOneFileSystemAndToAnother)
     }
 }
 
-TEST_F(FileMovesTest, NothingStandingAtTheTargetIsTouched)
+TEST_F(FileMovesTest, MoveNeverOverwritesTheTarget)
 {
     const QString source = home.write(QStringLiteral("a.txt"), "new");
     for (const QString &target : {home.path(QStringLiteral("taken")), other(QStringLiteral("taken"))}) {
@@ -53,7 +52,7 @@ TEST_F(FileMovesTest, NothingStandingAtTheTargetIsTouched)
     expectKind(Kind::TargetExists, [&] { files.moveItem(source, source); });
 }
 
-TEST_F(FileMovesTest, ASecondNameOfTheSourceCountsAsATargetThatStands)
+TEST_F(FileMovesTest, MoveFailsWhenTargetIsAHardLinkOfTheSource)
 {
     const QString source = home.write(QStringLiteral("a"));
     const QString second = home.path(QStringLiteral("b"));

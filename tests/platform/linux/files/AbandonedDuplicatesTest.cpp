@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-#include "platform/linux/files/DiscardableItems.h"
+#include "platform/linux/files/AbandonedDuplicates.h"
 #include "FileFixture.h"
+#include "platform/linux/files/HiddenNames.h"
 
 #include <sys/wait.h>
 
@@ -9,17 +10,17 @@ namespace quillhaven::testing {
 
 namespace {
 
-class DiscardableItemsTest : public FileTest
+class AbandonedDuplicatesTest : public FileTest
 {
 protected:
-    /// A name beside `path` as a process takes it that has ended meanwhile.
+    /// A name for a duplicate of `path`, made by a process that has ended since.
     static QString nameOfEndedProcess(const QString &path)
     {
         std::array<int, 2> ends{};
         EXPECT_EQ(pipe(ends.data()), 0);
         const pid_t process = fork();
         if (process == 0) {
-            const QByteArray name = discardableNameBeside(bytesOf(path));
+            const QByteArray name = hiddenNameForDuplicate(bytesOf(path));
             _exit(::write(ends.at(1), name.constData(), static_cast<size_t>(name.size())) == name.size() ? 0 : 1);
         }
         EXPECT_EQ(waitpid(process, nullptr, 0), process);
@@ -34,7 +35,7 @@ protected:
 
 } // namespace
 
-TEST_F(DiscardableItemsTest, CopyThatAnEndedProcessLeftGoesWithTheNextMoveToAnotherFileSystem)
+TEST_F(AbandonedDuplicatesTest, AMoveToAnotherFileSystemRemovesCopiesOfAnEndedProcessFromBothFolders)
 {
     const QString source = home.write(QStringLiteral("a.txt"), "mine");
     const QString left = nameOfEndedProcess(other(QStringLiteral("b.txt")));
@@ -48,7 +49,7 @@ TEST_F(DiscardableItemsTest, CopyThatAnEndedProcessLeftGoesWithTheNextMoveToAnot
     EXPECT_EQ(read(other(QStringLiteral("b.txt"))), "mine");
 }
 
-TEST_F(DiscardableItemsTest, FolderThatAnEndedProcessLeftGoesWithAllThatItHolds)
+TEST_F(AbandonedDuplicatesTest, FolderOfAnEndedProcessIsRemovedWithAllThatItHolds)
 {
     const QString left = nameOfEndedProcess(home.path(QStringLiteral("item")));
     files.createDirectory(left + QStringLiteral("/deep"));
@@ -57,7 +58,7 @@ TEST_F(DiscardableItemsTest, FolderThatAnEndedProcessLeftGoesWithAllThatItHolds)
     EXPECT_FALSE(stands(left));
 }
 
-TEST_F(DiscardableItemsTest, LinkGoesAndWhatItPointsToStays)
+TEST_F(AbandonedDuplicatesTest, LinkIsRemovedAndWhatItPointsToStays)
 {
     const QString kept = home.write(QStringLiteral("kept/a.txt"), "mine");
     const QString left = nameOfEndedProcess(home.path(QStringLiteral("item")));
@@ -67,16 +68,16 @@ TEST_F(DiscardableItemsTest, LinkGoesAndWhatItPointsToStays)
     EXPECT_EQ(read(kept), "mine");
 }
 
-TEST_F(DiscardableItemsTest, WhatARunningProcessWorksOnStays)
+TEST_F(AbandonedDuplicatesTest, CopyOfARunningProcessStays)
 {
-    const QString copy = QFile::decodeName(discardableNameBeside(bytesOf(home.path(QStringLiteral("item")))));
+    const QString copy = QFile::decodeName(hiddenNameForDuplicate(bytesOf(home.path(QStringLiteral("item")))));
     write(copy, "half");
     files.discardAbandonedItems(home.path());
     EXPECT_EQ(read(copy), "half");
     ASSERT_TRUE(QFile::remove(copy));
 }
 
-TEST_F(DiscardableItemsTest, WhatAnotherMachineLeftOnASharedVolumeStays)
+TEST_F(AbandonedDuplicatesTest, CopyOfAnotherMachineOnASharedVolumeStays)
 {
     QString foreign = nameOfEndedProcess(home.path(QStringLiteral("item")));
     const qsizetype machine = foreign.lastIndexOf(QLatin1Char('/')) + QStringLiteral("/.quillhaven-discard-").size();
@@ -87,7 +88,7 @@ TEST_F(DiscardableItemsTest, WhatAnotherMachineLeftOnASharedVolumeStays)
     ASSERT_TRUE(QFile::remove(foreign));
 }
 
-TEST_F(DiscardableItemsTest, NameWithoutAProcessStays)
+TEST_F(AbandonedDuplicatesTest, NameWithoutAProcessStays)
 {
     const QString ended = nameOfEndedProcess(home.path(QStringLiteral("item")));
     const QString nobodys = ended.left(QStringLiteral("/.quillhaven-discard-0123456789abcdef-").size() +
@@ -99,7 +100,29 @@ TEST_F(DiscardableItemsTest, NameWithoutAProcessStays)
     ASSERT_TRUE(QFile::remove(nobodys));
 }
 
-TEST_F(DiscardableItemsTest, FolderThatIsNotThereIsNoFailure)
+TEST_F(AbandonedDuplicatesTest, OriginalUnderAHiddenNameStaysWhateverProcessMadeIt)
+{
+    const QString original = QFile::decodeName(hiddenNameForOriginal(bytesOf(home.path(QStringLiteral("item")))));
+    write(original, "the only one");
+    EXPECT_FALSE(isAbandonedDuplicate(bytesOf(original.section(QLatin1Char('/'), -1))));
+    files.discardAbandonedItems(home.path());
+    EXPECT_EQ(read(original), "the only one");
+    ASSERT_TRUE(QFile::remove(original));
+}
+
+TEST_F(AbandonedDuplicatesTest, AFolderIsListedOnceForManyMovesByEachFileManagerOfItsOwn)
+{
+    const QString late = nameOfEndedProcess(other(QStringLiteral("x")));
+    files.moveItem(home.write(QStringLiteral("a.txt")), other(QStringLiteral("a.txt")));
+    write(late, "half");
+    files.moveItem(home.write(QStringLiteral("b.txt")), other(QStringLiteral("b.txt")));
+    EXPECT_TRUE(stands(late)) << "the folder was listed again";
+    LinuxFileManager second;
+    second.moveItem(home.write(QStringLiteral("c.txt")), other(QStringLiteral("c.txt")));
+    EXPECT_FALSE(stands(late)) << "another manager's moves count";
+}
+
+TEST_F(AbandonedDuplicatesTest, MissingFolderIsNoFailure)
 {
     files.discardAbandonedItems(home.path(QStringLiteral("missing")));
     EXPECT_FALSE(stands(home.path(QStringLiteral("missing"))));
