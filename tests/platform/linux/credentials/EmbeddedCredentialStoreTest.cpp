@@ -67,15 +67,20 @@ protected:
         return bytes;
     }
 
-    /// Runs a statement on the database as another program could.
+    /// Runs a statement on the database, between two runs of the program.
     void onDatabase(const char *sql)
     {
         m_store.reset();
+        onOpenDatabase(sql);
+        restart();
+    }
+    /// The same while the program has the database open.
+    void onOpenDatabase(const char *sql)
+    {
         sqlite3 *database = nullptr;
         ASSERT_EQ(sqlite3_open(QFile::encodeName(m_databasePath).constData(), &database), SQLITE_OK);
         EXPECT_EQ(sqlite3_exec(database, sql, nullptr, nullptr, nullptr), SQLITE_OK) << sqlite3_errmsg(database);
         sqlite3_close(database);
-        restart();
     }
 
     void writeKey(const QByteArray &bytes)
@@ -129,6 +134,19 @@ namespace quillhaven::testing {
 INSTANTIATE_TYPED_TEST_SUITE_P(Map, CredentialStoreContract, FreshMap);
 INSTANTIATE_TYPED_TEST_SUITE_P(Embedded, CredentialStoreContract, FreshEmbeddedStore);
 } // namespace quillhaven::testing
+
+TEST_F(EmbeddedStore, AFailedReadIsNotAnAbsentEntryAndMakesNoNewKey)
+{
+    const QByteArray key = addTwo();
+    onOpenDatabase("ALTER TABLE defaults RENAME TO elsewhere");
+    EXPECT_EQ(match(m_first).status, credentialNotAvailable);
+    EXPECT_EQ(add("new", QStringLiteral("third")), credentialNotAvailable);
+    EXPECT_EQ(m_store->update(m_service, m_first, "new"), credentialNotAvailable);
+    EXPECT_EQ(m_store->remove(m_service, m_first), credentialNotAvailable);
+    EXPECT_EQ(TemporaryHome::read(m_keyPath), key);
+    onOpenDatabase("ALTER TABLE elsewhere RENAME TO defaults");
+    EXPECT_EQ(match(m_first).value, QByteArray("one"));
+}
 
 TEST_F(EmbeddedStore, EntriesSurviveARestart)
 {
