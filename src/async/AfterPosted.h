@@ -2,21 +2,26 @@
 
 #pragma once
 
-#include "async/Answer.h"
+#include "async/MainThread.h"
 #include "async/WorkInFlight.h"
 
 #include <QCoroTask>
 
 namespace quillhaven {
 
-/// Goes on from the main event loop, once everything that was posted to it before the call has been delivered. Main
+/// Continues from the main event loop, once everything that was posted to it before the call has been delivered. Main
 /// thread only.
-inline QCoro::Task<> afterPosted()
+[[nodiscard]] inline QCoro::Task<> afterPosted()
 {
+    struct Turn
+    {
+        [[nodiscard]] bool await_ready() const noexcept { return false; }
+        void await_suspend(std::coroutine_handle<> waiting) const { resumeOnMainThread(waiting); }
+        void await_resume() const noexcept {}
+    };
     const WorkInFlight::Piece piece; // an operation that waits for its turn is under way
-    const Answer<bool> turn;
-    QMetaObject::invokeMethod(QCoreApplication::instance(), [turn] { turn.give(true); }, Qt::QueuedConnection);
-    (void)co_await turn;
+    const Turn turn;
+    co_await turn;
 }
 
 } // namespace quillhaven

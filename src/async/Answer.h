@@ -2,22 +2,22 @@
 
 #pragma once
 
-#include <QCoreApplication>
-#include <QMetaObject>
+#include "async/MainThread.h"
 
 #include <coroutine>
-#include <exception>
 #include <memory>
 #include <optional>
 #include <utility>
+#include <vector>
 
 namespace quillhaven {
 
-/// A value that comes later, once: a coroutine awaits it, and the code that has it gives it. The handles are cheap
-/// copies of one another, so that stored actions may hold one each; the first give counts and later ones are ignored.
-/// The awaiting coroutine goes on from the main event loop, never inside the call that gave. Main thread only.
+/// A value that comes later, once: coroutines await it, and the code that has it gives it. The handles are cheap copies
+/// of one another, so that stored actions may hold one each; the first give counts and later ones are ignored. Each
+/// awaiting coroutine gets a copy of the value and goes on from the main event loop, in the order in which they began
+/// to wait and never inside the call that gave. Main thread only.
 ///
-/// An answer that is never given leaves its coroutine suspended, with whatever it holds.
+/// An answer that is never given leaves its coroutines suspended, with whatever they hold.
 template <typename T>
 class Answer
 {
@@ -31,49 +31,24 @@ public:
             return false;
         }
         m_state->value.emplace(std::move(value));
-        resumeLater();
-        return true;
-    }
-
-    /// Ends the waiting with an exception.
-    bool fail(std::exception_ptr error) const
-    {
-        if (isGiven()) {
-            return false;
+        for (const std::coroutine_handle<> waiting : std::exchange(m_state->waiting, {})) {
+            resumeOnMainThread(waiting);
         }
-        m_state->error = std::move(error);
-        resumeLater();
         return true;
     }
 
-    [[nodiscard]] bool isGiven() const { return m_state->value.has_value() || m_state->error; }
+    [[nodiscard]] bool isGiven() const { return m_state->value.has_value(); }
 
     [[nodiscard]] bool await_ready() const noexcept { return isGiven(); }
-    void await_suspend(std::coroutine_handle<> waiting) const noexcept { m_state->waiting = waiting; }
-    [[nodiscard]] T await_resume() const
-    {
-        if (m_state->error) {
-            std::rethrow_exception(m_state->error);
-        }
-        return std::move(*m_state->value);
-    }
+    void await_suspend(std::coroutine_handle<> waiting) const { m_state->waiting.push_back(waiting); }
+    [[nodiscard]] T await_resume() const { return *m_state->value; }
 
 private:
     struct State
     {
         std::optional<T> value;
-        std::exception_ptr error;
-        std::coroutine_handle<> waiting;
+        std::vector<std::coroutine_handle<>> waiting;
     };
-
-    void resumeLater() const
-    {
-        if (!m_state->waiting) {
-            return;
-        }
-        QMetaObject::invokeMethod(
-            QCoreApplication::instance(), [state = m_state] { state->waiting.resume(); }, Qt::QueuedConnection);
-    }
 
     std::shared_ptr<State> m_state;
 };

@@ -2,11 +2,10 @@
 
 #include "async/Jobs.h"
 
+#include "async/MainThread.h"
+#include "async/WorkInFlight.h"
 #include "support/LocalizedError.h"
 #include "support/printLogger.h"
-
-#include <QCoreApplication>
-#include <QMetaObject>
 
 #include <memory>
 
@@ -29,8 +28,13 @@ QCoro::Task<> runToEnd(std::shared_ptr<std::function<QCoro::Task<>()>> job)
 void startJob(std::function<QCoro::Task<>()> job)
 {
     auto kept = std::make_shared<std::function<QCoro::Task<>()>>(std::move(job));
-    QMetaObject::invokeMethod(
-        QCoreApplication::instance(), [kept = std::move(kept)] { runToEnd(kept); }, Qt::QueuedConnection);
+    postToMainThread([kept = std::move(kept)] {
+        if (WorkInFlight::isClosing()) {
+            printLogger(QStringLiteral("⚠️ A job was not started, because the program is ending"));
+        } else {
+            runToEnd(kept);
+        }
+    });
 }
 
 } // namespace quillhaven

@@ -8,8 +8,9 @@
 
 namespace quillhaven {
 
-/// Posts `job` to the main loop and lets it run to its end without anybody waiting for it. The callable, with all it
-/// captured, lives until then. An error that the job does not catch is logged.
+/// Posts `job` to the main loop and runs it to its end with nobody awaiting it. The callable, with all it captured,
+/// lives until then. An error that the job does not catch is logged. A job that has not started when the end of the
+/// process is asked for never starts.
 void startJob(std::function<QCoro::Task<>()> job);
 
 } // namespace quillhaven

@@ -2,12 +2,10 @@
 
 #pragma once
 
+#include "async/MainThread.h"
 #include "async/WorkInFlight.h"
 
-#include <QCoreApplication>
 #include <QCoroTask>
-#include <QEvent>
-#include <QObject>
 #include <QRunnable>
 #include <QThreadPool>
 
@@ -21,7 +19,7 @@
 
 namespace quillhaven {
 
-/// What a piece of work left behind: its value or its error.
+/// The result of a piece of work: its value or its error.
 template <typename Work>
 struct WorkOutcome
 {
@@ -33,42 +31,21 @@ struct WorkOutcome
     std::atomic_flag isWritten; ///< nothing above is read before this is set
 };
 
-/// Where a coroutine waits for the event that a piece of work posts at its end. Both are made and read by one thread.
-class WorkEnd : public QObject
-{
-public:
-    [[nodiscard]] bool await_ready() const noexcept { return false; }
-    void await_suspend(std::coroutine_handle<> handle) noexcept { m_waiting = handle; }
-    void await_resume() const noexcept {}
-
-    bool event(QEvent *event) override
-    {
-        if (event->type() != QEvent::User) {
-            return QObject::event(event);
-        }
-        m_waiting.resume(); // may end this object
-        return true;
-    }
-
-private:
-    std::coroutine_handle<> m_waiting;
-};
-
-/// One piece of work on its way to a pool's thread. The flags order the two threads by themselves: the order that Qt's
-/// pool and its event queue make is out of the thread sanitizer's sight, so that it could not tell a hand-over from a
-/// race.
+/// One piece of work for a pool's thread. The flags order the two threads by themselves: the thread sanitizer does not
+/// see the order that Qt's pool and event queue establish, and would report each hand-over as a race.
 template <typename Work>
 class PoolJob : public QRunnable
 {
 public:
-    PoolJob(Work work, std::shared_ptr<WorkOutcome<Work>> outcome, WorkEnd &end)
-        : m_work(std::move(work)), m_outcome(std::move(outcome)), m_end(end)
+    PoolJob(Work work, std::shared_ptr<WorkOutcome<Work>> outcome)
+        : m_work(std::move(work)), m_outcome(std::move(outcome))
     {
     }
 
-    /// Gives the job to `pool`, which deletes it after its run.
-    static void start(QThreadPool &pool, std::unique_ptr<PoolJob> job)
+    /// Gives the job to `pool`, which deletes it after its run; then `waiting` is resumed.
+    static void start(QThreadPool &pool, std::unique_ptr<PoolJob> job, std::coroutine_handle<> waiting)
     {
+        job->m_waiting = waiting;
         job->m_isHandedOver.test_and_set(std::memory_order_release);
         pool.start(job.release());
     }
@@ -86,32 +63,51 @@ public:
         } catch (...) {
             m_outcome->error = std::current_exception();
         }
-        m_work.reset(); // before the awaiting side goes on, which may own what it refers to
+        m_work.reset(); // before the awaiting side continues, which may own what it refers to
         m_outcome->isWritten.test_and_set(std::memory_order_release);
         m_outcome.reset(); // so that the awaiting side is its last owner, and destroys it on its own thread
-        QCoreApplication::postEvent(&m_end, m_ending.release());
+        resumeOnMainThread(m_waiting);
     }
 
 private:
     std::atomic_flag m_isHandedOver;
     std::optional<Work> m_work;
     std::shared_ptr<WorkOutcome<Work>> m_outcome;
-    WorkEnd &m_end;
-    std::unique_ptr<QEvent> m_ending = std::make_unique<QEvent>(QEvent::User);
+    std::coroutine_handle<> m_waiting;
+};
+
+/// What a coroutine awaits to start a piece of work and to go on after it.
+template <typename Work>
+struct PoolRun
+{
+    QThreadPool &pool;
+    std::unique_ptr<PoolJob<Work>> job;
+
+    [[nodiscard]] bool await_ready() const noexcept { return false; }
+    void await_suspend(std::coroutine_handle<> waiting)
+    {
+        if (WorkInFlight::isClosed()) {
+            WorkInFlight::park(waiting);
+        } else {
+            PoolJob<Work>::start(pool, std::move(job), waiting);
+        }
+    }
+    void await_resume() const noexcept {}
 };
 
 /// Runs `work` on a thread of `pool` and returns its result, or throws what it threw, on the main thread, after all
 /// that the work posted to it. Only values may cross: `work` owns or copies all it uses, and what it refers to outlives
 /// it. Called on the main thread.
+///
+/// Once the end of the process is decided, the work does not start and the caller is never resumed.
 template <typename Work>
-QCoro::Task<std::invoke_result_t<Work>> offMainThread(QThreadPool &pool, Work work)
+[[nodiscard]] QCoro::Task<std::invoke_result_t<Work>> offMainThread(QThreadPool &pool, Work work)
 {
     auto outcome = std::make_shared<WorkOutcome<Work>>();
     {
         const WorkInFlight::Piece piece;
-        WorkEnd end;
-        PoolJob<Work>::start(pool, std::make_unique<PoolJob<Work>>(std::move(work), outcome, end));
-        co_await end;
+        PoolRun<Work> run{.pool = pool, .job = std::make_unique<PoolJob<Work>>(std::move(work), outcome)};
+        co_await run;
     }
     [[maybe_unused]] const bool isWritten = outcome->isWritten.test(std::memory_order_acquire);
     Q_ASSERT(isWritten);
@@ -125,7 +121,7 @@ QCoro::Task<std::invoke_result_t<Work>> offMainThread(QThreadPool &pool, Work wo
 
 /// The same on the pool for file and cipher work.
 template <typename Work>
-QCoro::Task<std::invoke_result_t<Work>> offMainThread(Work work)
+[[nodiscard]] QCoro::Task<std::invoke_result_t<Work>> offMainThread(Work work)
 {
     QThreadPool &pool = *QThreadPool::globalInstance();
     return offMainThread(pool, std::move(work));

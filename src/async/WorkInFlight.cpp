@@ -2,8 +2,7 @@
 
 #include "async/WorkInFlight.h"
 
-#include <QCoreApplication>
-#include <QMetaObject>
+#include "async/MainThread.h"
 
 #include <utility>
 #include <vector>
@@ -15,12 +14,15 @@ namespace {
 struct State
 {
     int count = 0;
-    std::vector<std::function<void()>> idleActions;
+    bool isClosing = false;
+    bool isClosed = false;
+    std::function<void()> exit;
+    std::vector<std::coroutine_handle<>> parked;
 };
 
 State &state()
 {
-    static State shared;
+    static State &shared = *new State; // never deleted: pieces and parked coroutines may outlive `main`
     return shared;
 }
 
@@ -34,8 +36,8 @@ WorkInFlight::Piece::Piece()
 WorkInFlight::Piece::~Piece()
 {
     --state().count;
-    if (state().count == 0 && !state().idleActions.empty()) {
-        checkIdle();
+    if (state().count == 0 && state().isClosing) {
+        exitWhenIdle();
     }
 }
 
@@ -44,26 +46,40 @@ int WorkInFlight::count()
     return state().count;
 }
 
-void WorkInFlight::whenIdle(std::function<void()> action)
+void WorkInFlight::close(std::function<void()> exit)
 {
-    state().idleActions.push_back(std::move(action));
-    checkIdle();
+    if (state().isClosing) {
+        return;
+    }
+    state().isClosing = true;
+    state().exit = std::move(exit);
+    exitWhenIdle();
 }
 
-void WorkInFlight::checkIdle()
+bool WorkInFlight::isClosing()
 {
-    // Queued: the operation whose work just ended starts its next piece before this runs.
-    QMetaObject::invokeMethod(
-        QCoreApplication::instance(),
-        [] {
-            if (state().count > 0) {
-                return;
-            }
-            for (const auto &action : std::exchange(state().idleActions, {})) {
-                action();
-            }
-        },
-        Qt::QueuedConnection);
+    return state().isClosing;
+}
+
+bool WorkInFlight::isClosed()
+{
+    return state().isClosed;
+}
+
+void WorkInFlight::park(std::coroutine_handle<> waiting)
+{
+    state().parked.push_back(waiting);
+}
+
+void WorkInFlight::exitWhenIdle()
+{
+    // Posted: the operation whose work just ended starts its next piece before this runs.
+    postToMainThread([] {
+        if (state().count == 0 && !state().isClosed) {
+            state().isClosed = true;
+            state().exit();
+        }
+    });
 }
 
 } // namespace quillhaven

@@ -2,16 +2,20 @@
 
 #pragma once
 
+// Before the standard library's coroutines, whose concepts moc cannot read otherwise.
+#include <QObject>
+
+#include <coroutine>
 #include <functional>
 
 namespace quillhaven {
 
-/// Counts the pieces of work that go on without the user, off the main thread or posted to it, so that the process ends
-/// between two steps of an operation only when none is under way. Main thread only.
+/// The work that goes on without the user, off the main thread or posted to it, and the end of the process, which waits
+/// for it: the process never ends between two steps of an operation. Main thread only.
 class WorkInFlight
 {
 public:
-    /// One piece of work; its end is the end of its life.
+    /// Counts as one running piece of work for as long as it lives.
     class Piece
     {
     public:
@@ -23,12 +27,21 @@ public:
 
     [[nodiscard]] static int count();
 
-    /// Calls `action` from the main event loop as soon as nothing is under way, after the operations that waited have
-    /// gone on to their next wait.
-    static void whenIdle(std::function<void()> action);
+    /// Asks for the end of the process. From now on no job starts, while an operation that is under way goes on to its
+    /// end. As soon as no piece of work is left, the end is decided and `exit` is called from the main event loop. The
+    /// first call counts.
+    static void close(std::function<void()> exit);
+    /// Whether the end has been asked for. A run over many items asks before each one and stops there.
+    [[nodiscard]] static bool isClosing();
+    /// Whether the end is decided: no work starts and no coroutine goes on any more.
+    [[nodiscard]] static bool isClosed();
+
+    /// Keeps a coroutine that wanted to go on after the end was decided. It is never resumed: it stays at the step it
+    /// had reached, like one that waits for a user who does not answer.
+    static void park(std::coroutine_handle<> waiting);
 
 private:
-    static void checkIdle();
+    static void exitWhenIdle();
 };
 
 } // namespace quillhaven

@@ -49,8 +49,14 @@ template <typename T>
 class RunningTask
 {
 public:
-    explicit RunningTask(QCoro::Task<T> task) : m_state(std::make_shared<State>()) { follow(std::move(task), m_state); }
+    explicit RunningTask(QCoro::Task<T> task) : m_state(std::make_shared<State>())
+    {
+        follow(std::move(task), m_state);
+        m_hasSuspended = !m_state->finished;
+    }
 
+    /// Whether the task gave the main loop back before its end.
+    [[nodiscard]] bool hasSuspended() const { return m_hasSuspended; }
     [[nodiscard]] bool isFinished() const { return m_state->finished; }
     /// Waits for the end; rethrows what the task threw.
     T wait(qint64 limitMs = patience) const
@@ -92,6 +98,7 @@ private:
     }
 
     std::shared_ptr<State> m_state;
+    bool m_hasSuspended = false;
 };
 
 /// Runs a task to its end and returns its result, or throws what it threw.

@@ -88,7 +88,7 @@ bool QtApplicationPresence::hasVisibleWindows() const
 void QtApplicationPresence::terminate()
 {
     // Not `quit`: it asks every window to close first, and the main window keeps itself.
-    WorkInFlight::whenIdle([] { QCoreApplication::exit(0); });
+    WorkInFlight::close([] { QCoreApplication::exit(0); });
 }
 
 } // namespace quillhaven
