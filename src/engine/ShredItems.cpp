@@ -5,10 +5,10 @@
 // destroyed destroyed and the item listed; another shred of it finds what is left.
 
 #include "async/OffMainThread.h"
-#include "catalogue/QuillhavenError.h"
 #include "engine/OperationScope.h"
 #include "engine/QuillhavenManager.h"
 #include "platform/FileManager.h"
+#include "shredding/ShredEach.h"
 
 namespace quillhaven {
 
@@ -84,35 +84,16 @@ QCoro::Task<> QuillhavenManager::bulkShredProtectedItems(QList<ProtectedItem> it
     if (!operation) {
         co_return;
     }
-    const qsizetype total = items.size();
-    qsizetype succeeded = 0;
-    QStringList errorLines;
-    for (qsizetype index = 0; index < total; ++index) {
-        const ProtectedItem item = items.at(index);
-        const QString counter = QStringLiteral(" (%1/%2)").arg(index + 1).arg(total);
-        const double start = static_cast<double>(index) / static_cast<double>(total);
-        progressCallback(QStringLiteral("Shredding ") + item.originalName + QStringLiteral("...") + counter, start);
-        const auto itemProgress = [progressCallback, counter, start, total](const QString &status, double progress) {
-            progressCallback(status + counter, start + progress / static_cast<double>(total));
-        };
-        try {
-            co_await shredProtectedItem(item, itemProgress);
-            ++succeeded;
-        } catch (...) {
-            errorLines.append(item.originalName + QStringLiteral(": ") +
-                              localizedDescription(std::current_exception()));
-        }
+    QStringList names;
+    for (const ProtectedItem &item : items) {
+        names.append(item.originalName);
     }
-
-    if (errorLines.isEmpty()) {
-        progressCallback(QStringLiteral("Successfully shredded %1 items").arg(succeeded), 1.0);
-        operation->endSession();
-        co_return;
-    }
-    const QString lines = errorLines.join(QLatin1Char('\n'));
-    progressCallback(QStringLiteral("Completed %1 of %2 items. Errors:\n").arg(succeeded).arg(total) + lines, 1.0);
-    throw QuillhavenError(QuillhavenError::bulkOperationFailed,
-                          QStringLiteral("Some items failed to shred:\n") + lines);
+    const auto shredOne = [this, items](qsizetype index, ProgressCallback itemProgress) {
+        return shredProtectedItem(items.at(index), std::move(itemProgress));
+    };
+    const ShredOutcome outcome = co_await shredEach(names, ShredCounter::Position, shredOne, progressCallback);
+    outcome.report(progressCallback);
+    operation->endSession();
 }
 
 QCoro::Task<> QuillhavenManager::shredUnprotectedItems(QStringList paths, ProgressCallback progressCallback)

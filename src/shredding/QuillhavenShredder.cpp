@@ -6,6 +6,7 @@
 #include "catalogue/QuillhavenError.h"
 #include "credentials/MasterPasswordManager.h"
 #include "platform/FileManager.h"
+#include "shredding/Overwriting.h"
 
 namespace quillhaven {
 
@@ -13,8 +14,6 @@ QuillhavenShredder::QuillhavenShredder(const Platform &platform, MasterPasswordM
                                        QObject *parent)
     : QObject(parent), m_platform(platform), m_masterPasswordManager(masterPasswordManager)
 {
-    // Queued, so that no chunk waits for the window.
-    connect(this, &QuillhavenShredder::passAdvanced, this, &QuillhavenShredder::tellListener, Qt::QueuedConnection);
 }
 
 QCoro::Task<> QuillhavenShredder::shredItem(QString path, ProgressCallback progressCallback)
@@ -25,7 +24,7 @@ QCoro::Task<> QuillhavenShredder::shredItem(QString path, ProgressCallback progr
     co_await afterPosted(); // The end of an earlier run must not clear what this one sets.
     begin();
     try {
-        co_await shredWhatStandsAt(path, progressCallback);
+        co_await shredFileOrDirectory(path, progressCallback);
     } catch (...) {
         progressCallback(QStringLiteral("Shredding failed: ") + localizedDescription(std::current_exception()), 0.0);
         finishLater();
@@ -36,7 +35,7 @@ QCoro::Task<> QuillhavenShredder::shredItem(QString path, ProgressCallback progr
     finishLater();
 }
 
-QCoro::Task<> QuillhavenShredder::shredWhatStandsAt(QString path, ProgressCallback progressCallback)
+QCoro::Task<> QuillhavenShredder::shredFileOrDirectory(QString path, ProgressCallback progressCallback)
 {
     const FileManager &files = m_platform.fileManager;
     if (!files.fileExists(path)) {
@@ -65,6 +64,11 @@ void QuillhavenShredder::finishLater()
         Q_EMIT changed();
     };
     QMetaObject::invokeMethod(this, finish, Qt::QueuedConnection);
+}
+
+QString QuillhavenShredder::passText(int pass, const QString &fileName)
+{
+    return QStringLiteral("Pass %1/%2: ").arg(pass).arg(overwritingPasses) + fileName;
 }
 
 void QuillhavenShredder::report(const ProgressCallback &progressCallback, const QString &operation, double progress)

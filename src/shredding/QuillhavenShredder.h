@@ -5,7 +5,6 @@
 #include "platform/Platform.h"
 
 #include <QCoroTask>
-#include <QHash>
 #include <QObject>
 #include <QStringList>
 
@@ -31,10 +30,7 @@ class QuillhavenShredder : public QObject
     Q_PROPERTY(QString currentOperation READ currentOperation NOTIFY changed)
 
 public:
-    static constexpr int passes = 3;
-    static constexpr int64_t chunkSize = 65536; ///< bytes written between two flushes
-
-    /// The references outlive this object.
+    /// The references must outlive this object, and this object must outlive every shred that it has started.
     QuillhavenShredder(const Platform &platform, MasterPasswordManager &masterPasswordManager,
                        QObject *parent = nullptr);
 
@@ -59,31 +55,21 @@ public:
 
 Q_SIGNALS:
     void changed();
-    /// Sent by a worker: a pass begins (fraction 0), or so much of it is written.
-    void passAdvanced(quint64 run, int pass, double fraction);
 
 private:
     // ShredFile.cpp
     [[nodiscard]] QCoro::Task<> shredFile(QString path, ProgressCallback progressCallback);
-    /// One pass over the first `fileSize` bytes. `progress`, which may be empty, gets the fraction that is done. On a
-    /// worker's thread, as the next one.
-    void performSecureOverwrite(const QString &path, int pass, int64_t fileSize,
-                                const std::function<void(double fraction)> &progress);
-    void secureDelete(const QString &path);
-
-    using PassListener = std::function<void(int pass, double fraction)>;
-    /// Runs `work` off the main thread with a number under which it sends `passAdvanced` to the listener.
-    [[nodiscard]] QCoro::Task<> overwriting(std::function<void(quint64 run)> work, PassListener listener);
-    void tellListener(quint64 run, int pass, double fraction);
 
     // ShredDirectory.cpp
     [[nodiscard]] QCoro::Task<> shredDirectory(QString path, ProgressCallback progressCallback);
 
-    [[nodiscard]] QCoro::Task<> shredWhatStandsAt(QString path, ProgressCallback progressCallback);
+    [[nodiscard]] QCoro::Task<> shredFileOrDirectory(QString path, ProgressCallback progressCallback);
     void begin();
-    /// Posts the end of a run to the main loop; nobody waits for it.
+    /// Posts the end of a run to the main loop, without waiting for it.
     void finishLater();
-    /// Makes `operation` the current one and tells the callback of it.
+    /// The status while one pass over a file runs.
+    [[nodiscard]] static QString passText(int pass, const QString &fileName);
+    /// Makes `operation` the current one and reports it to the callback.
     void report(const ProgressCallback &progressCallback, const QString &operation, double progress);
 
     Platform m_platform;
@@ -91,8 +77,6 @@ private:
     bool m_isShredding = false;
     double m_shredProgress = 0;
     QString m_currentOperation;
-    quint64 m_runs = 0;                       ///< those that had a listener so far
-    QHash<quint64, PassListener> m_listeners; ///< by their runs; made, called and ended by the main thread alone
 };
 
 } // namespace quillhaven

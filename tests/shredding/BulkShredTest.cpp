@@ -71,7 +71,7 @@ TEST_F(BulkShred, MissingFirstOfTwoIsRecordedAndTheSecondIsShredded)
                              "Shredding completed successfully (1/2) @ 1.0000\n"
                              "Completed 1 of 2 items. Errors:\n") +
                   absentLine + QStringLiteral(" @ 1.0000"));
-    EXPECT_EQ(standing(), QStringList());
+    EXPECT_EQ(remaining(), QStringList());
 }
 
 TEST_F(BulkShred, ThirdOfFourCountsThreeAndRunsFromHalfToThreeQuarters)
@@ -90,7 +90,7 @@ TEST_F(BulkShred, ThirdOfFourCountsThreeAndRunsFromHalfToThreeQuarters)
                              "File shredded successfully: c (3/4) @ 0.7500\n"
                              "Shredding completed successfully (3/4) @ 0.7500"));
     EXPECT_EQ(report.last(), QStringLiteral("Successfully shredded 4 items @ 1.0000"));
-    EXPECT_EQ(standing(), QStringList());
+    EXPECT_EQ(remaining(), QStringList());
 }
 
 TEST_F(BulkShred, CounterLagsBehindThePositionAfterAFailure)
@@ -126,7 +126,7 @@ TEST_F(BulkShred, ItemThatRunsOutOfMemoryIsALineLikeAnyOther)
     };
     EXPECT_EQ(failedCase(paths), QuillhavenError::bulkOperationFailed);
     EXPECT_EQ(text, QStringLiteral("Some items failed to shred:\na: ") + QString::fromUtf8(std::bad_alloc().what()));
-    EXPECT_EQ(standing(), QStringList({QStringLiteral("a")}));
+    EXPECT_EQ(remaining(), QStringList({QStringLiteral("a")}));
 }
 
 TEST_F(BulkShred, FilesAndFoldersMix)
@@ -135,7 +135,7 @@ TEST_F(BulkShred, FilesAndFoldersMix)
     bulkShred({desktop(QStringLiteral("folder")), write(QStringLiteral("a"), "secret")});
     EXPECT_TRUE(report.contains(QStringLiteral("Found 1 files to shred (1/2) @ 0.0500"))) << qUtf8Printable(lines());
     EXPECT_EQ(report.last(), QStringLiteral("Successfully shredded 2 items @ 1.0000"));
-    EXPECT_EQ(standing(), QStringList());
+    EXPECT_EQ(remaining(), QStringList());
 }
 
 TEST_F(BulkShred, CancelledPromptForTheRunTouchesNothing)
@@ -156,7 +156,7 @@ TEST_F(BulkShred, AsksOnceForTheRunAndOnceForEachItemAfterTheFirst)
     bulkShred(writeFiles({QStringLiteral("a"), QStringLiteral("b"), QStringLiteral("c")}));
     EXPECT_EQ(prompts, 3);
     EXPECT_FALSE(masterPassword.isAuthenticated());
-    EXPECT_EQ(standing(), QStringList());
+    EXPECT_EQ(remaining(), QStringList());
 }
 
 TEST_F(BulkShred, ItemWhosePromptIsCancelledStaysAndCountsAsDone)
@@ -172,7 +172,7 @@ TEST_F(BulkShred, ItemWhosePromptIsCancelledStaysAndCountsAsDone)
     const QStringList paths = writeFiles({QStringLiteral("a"), QStringLiteral("b"), QStringLiteral("c")});
     bulkShred(paths);
     EXPECT_EQ(read(paths.at(1)), "secret");
-    EXPECT_EQ(standing(), QStringList({QStringLiteral("b")}));
+    EXPECT_EQ(remaining(), QStringList({QStringLiteral("b")}));
     EXPECT_TRUE(report.contains(QStringLiteral("Analyzing file: c (3/3) @ 0.7000"))) << qUtf8Printable(lines());
     EXPECT_EQ(report.filter(QStringLiteral("(2/3)")), QStringList());
     EXPECT_EQ(report.last(), QStringLiteral("Successfully shredded 3 items @ 1.0000"));
@@ -207,22 +207,22 @@ TEST_F(BulkShred, EndOfAnEarlierRunDoesNotClearTheFlagOfThisOne)
 
 TEST_F(BulkShred, TwoRunsSideBySideAreEachToldOfTheirOwnAndBothEnd)
 {
-    QStringList toldOfFolder;
-    QList<double> toldOfFile;
+    QStringList folderStatuses;
+    QList<double> fileProgress;
     for (int i = 0; i < 30; ++i) {
         write(QStringLiteral("folder/inner%1").arg(i), "secret");
     }
     const QString file = write(QStringLiteral("file"), QByteArray(30 * 65536, 'x'));
     const RunningTask<void> first(shredder.bulkShredItems(
-        {desktop(QStringLiteral("folder"))}, [&](const QString &status, double) { toldOfFolder.append(status); }));
+        {desktop(QStringLiteral("folder"))}, [&](const QString &status, double) { folderStatuses.append(status); }));
     const RunningTask<void> second(
-        shredder.bulkShredItems({file}, [&](const QString &, double progress) { toldOfFile.append(progress); }));
+        shredder.bulkShredItems({file}, [&](const QString &, double progress) { fileProgress.append(progress); }));
     first.wait();
     second.wait();
     const QRegularExpression pass(QStringLiteral("^Pass [123]/3: inner"));
-    EXPECT_EQ(toldOfFolder.filter(pass).size(), 3 * 30);
+    EXPECT_EQ(folderStatuses.filter(pass).size(), 3 * 30);
     // Two begin each item and each pass, each chunk is one, and four end them.
-    EXPECT_EQ(toldOfFile.size(), 2 + 3 + 3 * 30 + 4);
-    EXPECT_TRUE(std::ranges::is_sorted(toldOfFile));
-    EXPECT_EQ(standing(), QStringList());
+    EXPECT_EQ(fileProgress.size(), 2 + 3 + 3 * 30 + 4);
+    EXPECT_TRUE(std::ranges::is_sorted(fileProgress));
+    EXPECT_EQ(remaining(), QStringList());
 }

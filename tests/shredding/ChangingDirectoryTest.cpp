@@ -50,7 +50,7 @@ TEST_F(ChangingDirectory, FileThatVanishesMeanwhileStopsTheRunThere)
     afterTheListing([&] { ASSERT_TRUE(QFile::remove(b)); });
     EXPECT_EQ(failureOf([&] { shred(folder); }),
               QStringLiteral("Could not overwrite \"b\" because it does not exist."));
-    EXPECT_EQ(standing(folder), QStringList({QStringLiteral("c")}));
+    EXPECT_EQ(remaining(folder), QStringList({QStringLiteral("c")}));
     EXPECT_EQ(read(folder + QStringLiteral("/c")), "secret");
 }
 

@@ -53,7 +53,7 @@ TEST_F(FailedShred, ReadOnlyFileFailsAtTheFirstPassAndStaysUnchanged)
                                       "Pass 1/3: a.txt @ 0.1000\n"
                                       "Shredding failed: You don't have permission to overwrite \"a.txt\". @ 0.0000"));
     EXPECT_EQ(read(path), "secret");
-    EXPECT_EQ(standing(), QStringList({QStringLiteral("a.txt")}));
+    EXPECT_EQ(remaining(), QStringList({QStringLiteral("a.txt")}));
     struct stat status{};
     ASSERT_EQ(stat(bytesOf(path).constData(), &status), 0);
     EXPECT_EQ(status.st_mode & 07777, 0444U) << "it is not made writable";
@@ -67,11 +67,11 @@ TEST_F(FailedShred, LinkIsRefusedAndNeitherItNorItsTargetIsTouched)
         failureOf([&] { shred(desktop(QStringLiteral("link"))); }),
         QStringLiteral("Could not overwrite \"link\" because it is only a link. Choose the item it leads to instead."));
     EXPECT_EQ(read(target), "kept");
-    EXPECT_EQ(standing(), QStringList({QStringLiteral("link"), QStringLiteral("target")}));
+    EXPECT_EQ(remaining(), QStringList({QStringLiteral("link"), QStringLiteral("target")}));
 
     ASSERT_TRUE(QFile::remove(target));
     EXPECT_EQ(failureOf([&] { shred(desktop(QStringLiteral("link"))); }), notFound) << "a dangling link";
-    EXPECT_EQ(standing(), QStringList({QStringLiteral("link")}));
+    EXPECT_EQ(remaining(), QStringList({QStringLiteral("link")}));
 }
 
 TEST_F(FailedShred, FifoIsRefusedAtOnceAndStays)
@@ -79,7 +79,7 @@ TEST_F(FailedShred, FifoIsRefusedAtOnceAndStays)
     ASSERT_EQ(mkfifo(bytesOf(desktop(QStringLiteral("fifo"))).constData(), 0600), 0);
     EXPECT_EQ(failureOf([&] { shred(desktop(QStringLiteral("fifo"))); }),
               QStringLiteral("Could not overwrite \"fifo\" because it is neither a file nor a folder."));
-    EXPECT_EQ(standing(), QStringList({QStringLiteral("fifo")}));
+    EXPECT_EQ(remaining(), QStringList({QStringLiteral("fifo")}));
 }
 
 TEST_F(FailedShred, UnreadableAttributesFailBeforeAnyPass)
@@ -133,7 +133,7 @@ TEST_F(FailedShred, RefusedRenameLeavesTheOverwrittenFileUnderItsOwnName)
     const QString path = write(QStringLiteral("a.txt"), "secret");
     failCall(QStringLiteral("move"), EACCES, FileError::Action::Move);
     EXPECT_EQ(failureOf([&] { shred(path); }), QStringLiteral("You don't have permission to move \"a.txt\"."));
-    EXPECT_EQ(standing(), QStringList({QStringLiteral("a.txt")}));
+    EXPECT_EQ(remaining(), QStringList({QStringLiteral("a.txt")}));
     const QByteArray left = read(path);
     EXPECT_EQ(left, QByteArray(6, left.front()));
     EXPECT_EQ(report.filter(QStringLiteral("metadata")),
@@ -148,9 +148,9 @@ TEST_F(FailedShred, RefusedRemovalLeavesTheOverwrittenFileUnderTheRandomName)
     EXPECT_EQ(files.calls.mid(files.calls.size() - 2),
               QStringList({QStringLiteral("move a.txt to (UUID)"), QStringLiteral("remove (UUID)")}))
         << "and no flush";
-    ASSERT_EQ(standing().size(), 1);
-    EXPECT_NE(standing().first(), QStringLiteral("a.txt"));
-    const QByteArray left = read(desktop(standing().first()));
+    ASSERT_EQ(remaining().size(), 1);
+    EXPECT_NE(remaining().first(), QStringLiteral("a.txt"));
+    const QByteArray left = read(desktop(remaining().first()));
     EXPECT_EQ(left, QByteArray(6, left.front()));
 }
 
@@ -170,7 +170,7 @@ TEST_F(FailedShred, FolderThatMayNotBeChangedKeepsTheOverwrittenFile)
     ASSERT_EQ(chmod(bytesOf(folder).constData(), 0755), 0);
     const QByteArray left = read(path);
     EXPECT_EQ(left, QByteArray(6, left.front()));
-    EXPECT_EQ(standing(folder), QStringList({QStringLiteral("a.txt")}));
+    EXPECT_EQ(remaining(folder), QStringList({QStringLiteral("a.txt")}));
 }
 
 TEST_F(FailedShred, RunOutOfMemoryIsReportedAndClearsTheFlagToo)

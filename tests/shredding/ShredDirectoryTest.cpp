@@ -55,7 +55,7 @@ TEST_F(ShredDirectory, EmptyFolderIsRemoved)
                                                                  "Removing directory structure\n"
                                                                  "Removing directory structure\n"
                                                                  "Removing directory structure"));
-    EXPECT_EQ(standing(), QStringList());
+    EXPECT_EQ(remaining(), QStringList());
 }
 
 TEST_F(ShredDirectory, ProgressMovesBetweenFilesByTheirSizesAlone)
@@ -78,7 +78,7 @@ TEST_F(ShredDirectory, ProgressMovesBetweenFilesByTheirSizesAlone)
                                       "Removing directory structure @ 0.9500\n"
                                       "Directory shredded successfully: folder @ 1.0000\n"
                                       "Shredding completed successfully @ 1.0000"));
-    EXPECT_EQ(standing(), QStringList());
+    EXPECT_EQ(remaining(), QStringList());
 }
 
 TEST_F(ShredDirectory, FolderOfEmptyFilesReportsNoNumberAndIsShredded)
@@ -91,7 +91,7 @@ TEST_F(ShredDirectory, FolderOfEmptyFilesReportsNoNumberAndIsShredded)
                                                                        "Pass 2/3: a @ nan\n"
                                                                        "Pass 3/3: a @ nan"));
     EXPECT_EQ(files.calls.filter(QStringLiteral("remove (UUID)")).size(), 2);
-    EXPECT_EQ(standing(), QStringList());
+    EXPECT_EQ(remaining(), QStringList());
 }
 
 TEST_F(ShredDirectory, EachFileGoesThroughAllStepsBeforeTheNext)
@@ -146,7 +146,7 @@ TEST_F(ShredDirectory, LinksInsideGoAsLinksAndTheirTargetsStay)
     shred(folder);
     EXPECT_EQ(report.at(1), QStringLiteral("Found 1 files to shred @ 0.1000"));
     EXPECT_EQ(read(file), "kept");
-    EXPECT_EQ(standing(), QStringList({QStringLiteral("outside")}));
+    EXPECT_EQ(remaining(), QStringList({QStringLiteral("outside")}));
 }
 
 TEST_F(ShredDirectory, LinkToAFolderIsRefusedAndNothingIsTouched)
@@ -163,7 +163,7 @@ TEST_F(ShredDirectory, LinkToAFolderIsRefusedAndNothingIsTouched)
     EXPECT_NE(failureOf([&] { shred(link + QLatin1Char('/')); }), QStringLiteral("no error"));
     EXPECT_EQ(files.calls, QStringList());
     EXPECT_EQ(read(file), "secret");
-    EXPECT_EQ(standing(), QStringList({QStringLiteral("folder"), QStringLiteral("link")}));
+    EXPECT_EQ(remaining(), QStringList({QStringLiteral("folder"), QStringLiteral("link")}));
 }
 
 TEST_F(ShredDirectory, FifosAndSocketsAreRemovedWithoutBeingOpened)
@@ -180,7 +180,7 @@ TEST_F(ShredDirectory, FifosAndSocketsAreRemovedWithoutBeingOpened)
     close(fd);
     EXPECT_EQ(report.at(1), QStringLiteral("Found 0 files to shred @ 0.1000"));
     EXPECT_EQ(files.calls, QStringList({QStringLiteral("remove folder")}));
-    EXPECT_EQ(standing(), QStringList());
+    EXPECT_EQ(remaining(), QStringList());
 }
 
 TEST_F(ShredDirectory, FolderInsideThatCannotBeListedFailsBeforeAnythingIsOverwritten)
@@ -191,7 +191,7 @@ TEST_F(ShredDirectory, FolderInsideThatCannotBeListedFailsBeforeAnythingIsOverwr
 
 TEST_F(ShredDirectory, EntryWhoseStateCannotBeReadFailsBeforeAnythingIsOverwritten)
 {
-    // A folder that may be listed and not searched tells names alone.
+    // A folder that may be listed but not searched gives only names.
     EXPECT_EQ(failureOfFolderInsideWithMode(0444), QStringLiteral("You don't have permission to read \"inner\"."));
 }
 
@@ -231,7 +231,7 @@ TEST_F(ShredDirectory, FileThatMayNotBeWrittenStopsTheRunBetweenDestroyedAndInta
     expectOverwritten(seen, 6);
     EXPECT_EQ(read(b), "secret");
     EXPECT_EQ(read(c), "secret");
-    EXPECT_EQ(standing(folder), QStringList({QStringLiteral("b"), QStringLiteral("c")}));
+    EXPECT_EQ(remaining(folder), QStringList({QStringLiteral("b"), QStringLiteral("c")}));
     EXPECT_TRUE(masterPassword.isAuthenticated());
 }
 
@@ -247,7 +247,7 @@ TEST_F(ShredDirectory, FolderThatMayNotBeRemovedIsLeftEmpty)
         EXPECT_EQ(failureOf([&] { shred(folder); }), QStringLiteral("You don't have permission to remove \"folder\"."));
     }
     ASSERT_EQ(chmod(bytesOf(desktop()).constData(), 0755), 0);
-    EXPECT_EQ(standing(folder), QStringList());
+    EXPECT_EQ(remaining(folder), QStringList());
     EXPECT_EQ(report.mid(5, 1), QStringList({QStringLiteral("Removing directory structure @ 0.9500")}));
 }
 
@@ -263,7 +263,7 @@ TEST_F(ShredDirectory, FileThatMayNotBeRenamedStopsTheRun)
     EXPECT_EQ(failureOf([&] { shred(folder); }), QStringLiteral("You don't have permission to move \"a\"."));
     expectOverwritten(a, 6);
     EXPECT_EQ(read(b), "secret");
-    EXPECT_EQ(standing(folder), QStringList({QStringLiteral("a"), QStringLiteral("b")}));
+    EXPECT_EQ(remaining(folder), QStringList({QStringLiteral("a"), QStringLiteral("b")}));
 }
 
 TEST_F(ShredDirectory, FileThatMayNotBeDeletedStopsTheRunUnderItsRandomName)
@@ -276,7 +276,7 @@ TEST_F(ShredDirectory, FileThatMayNotBeDeletedStopsTheRunUnderItsRandomName)
         }
     };
     EXPECT_NE(failureOf([&] { shred(folder); }), QStringLiteral("no error"));
-    QStringList left = standing(folder);
+    QStringList left = remaining(folder);
     EXPECT_FALSE(left.contains(QStringLiteral("a")));
     ASSERT_TRUE(left.removeOne(QStringLiteral("b")));
     ASSERT_EQ(left.size(), 1);

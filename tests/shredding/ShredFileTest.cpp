@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
 #include "ShredFixture.h"
+#include "support/EventLoopChecker.h"
 
 #include <sched.h>
 #include <unistd.h>
@@ -40,7 +41,7 @@ TEST_F(ShredFile, ReportsEachStepWithItsProgressInOrder)
                                       "Removing file metadata: a.txt @ 0.9500\n"
                                       "File shredded successfully: a.txt @ 1.0000\n"
                                       "Shredding completed successfully @ 1.0000"));
-    EXPECT_EQ(standing(), QStringList());
+    EXPECT_EQ(remaining(), QStringList());
 }
 
 TEST_F(ShredFile, EmptyFilePassesThreeTimesWithoutAWriteAndIsDeleted)
@@ -56,7 +57,7 @@ TEST_F(ShredFile, EmptyFilePassesThreeTimesWithoutAWriteAndIsDeleted)
     const QString pass = QStringLiteral("open a.txt, seek 0, flush, close, ");
     EXPECT_EQ(files.calls.join(QStringLiteral(", ")),
               pass + pass + pass + QStringLiteral("move a.txt to (UUID), remove (UUID), sync"));
-    EXPECT_EQ(standing(), QStringList());
+    EXPECT_EQ(remaining(), QStringList());
 }
 
 TEST_F(ShredFile, EachChunkIsThroughBeforeTheNextAndTheRenamedFileIsDeletedBeforeTheLastFlush)
@@ -128,7 +129,7 @@ TEST_F(ShredFile, OtherHardLinkStaysWithTheOverwrittenBytes)
     const QString path = write(QStringLiteral("a.txt"), "secret");
     ASSERT_EQ(link(bytesOf(path).constData(), bytesOf(desktop(QStringLiteral("twin"))).constData()), 0);
     shred(path);
-    EXPECT_EQ(standing(), QStringList({QStringLiteral("twin")}));
+    EXPECT_EQ(remaining(), QStringList({QStringLiteral("twin")}));
     const QByteArray left = read(desktop(QStringLiteral("twin")));
     EXPECT_EQ(left, QByteArray(6, left.front()));
 }
@@ -142,7 +143,20 @@ TEST_F(ShredFile, HolesOfASparseFileAreFilled)
     shred(path);
     ASSERT_EQ(afterPass.size(), 3);
     EXPECT_TRUE(afterPass.at(1) == QByteArray(size, '\xFF'));
-    EXPECT_EQ(standing(), QStringList());
+    EXPECT_EQ(remaining(), QStringList());
+}
+
+TEST_F(ShredFile, TheLoopKeepsTickingDuringEachCallAndNoneRunsOnTheMainThread)
+{
+    EventLoopChecker loop;
+    files.before = [&loop](const QString &call, const QString &) {
+        EXPECT_NE(QThread::currentThread(), QCoreApplication::instance()->thread()) << qUtf8Printable(call);
+        EXPECT_TRUE(loop.ticksAgain()) << qUtf8Printable(call);
+    };
+    const RunningTask<void> shredding(shredder.shredItem(write(QStringLiteral("a.txt"), "secret"), recorder()));
+    EXPECT_TRUE(shredding.hasSuspended());
+    shredding.wait();
+    EXPECT_EQ(files.calls.size(), 3 * 5 + 3);
 }
 
 TEST_F(ShredFile, WhatIsAppendedMeanwhileIsNotOverwrittenAndGoesWithTheFile)
@@ -160,14 +174,14 @@ TEST_F(ShredFile, WhatIsAppendedMeanwhileIsNotOverwrittenAndGoesWithTheFile)
     ASSERT_EQ(afterPass.size(), 3);
     EXPECT_EQ(afterPass.at(0), QByteArray(5, '\0') + "more");
     EXPECT_EQ(afterPass.at(1), QByteArray(5, '\xFF') + "more");
-    EXPECT_EQ(standing(), QStringList());
+    EXPECT_EQ(remaining(), QStringList());
 }
 
 TEST_F(ShredFile, NothingIsLeftInTheFolderUnderTheOldNameOrARandomOne)
 {
     write(QStringLiteral("neighbour"), "kept");
     shred(write(QStringLiteral("a.txt"), "secret"));
-    EXPECT_EQ(standing(), QStringList({QStringLiteral("neighbour")}));
+    EXPECT_EQ(remaining(), QStringList({QStringLiteral("neighbour")}));
     EXPECT_EQ(read(desktop(QStringLiteral("neighbour"))), "kept");
 }
 

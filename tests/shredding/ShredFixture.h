@@ -67,7 +67,7 @@ public:
 
     /// What was called, in order: "open a.txt", "seek 0", "write 65536", "flush", "close", "move a.txt to (UUID)".
     QStringList calls;
-    /// Told the call's first word and its path, on the worker's thread. What it throws takes the call's place.
+    /// Called with the first word of the call and its path, on the worker's thread. What it throws replaces the call.
     std::function<void(const QString &call, const QString &path)> before;
     std::function<void(const QString &call, const QString &path)> after;
 
@@ -155,7 +155,7 @@ protected:
     }
     void shred(const QString &path) { runTask(shredder.shredItem(path, recorder())); }
     void bulkShred(const QStringList &paths) { runTask(shredder.bulkShredItems(paths, recorder())); }
-    /// The callback of every run: it writes down what it is told and who told it.
+    /// The callback of every run: it records what it is called with and checks the thread.
     ProgressCallback recorder()
     {
         return [this](const QString &status, double progress) {
@@ -192,14 +192,14 @@ protected:
         const QString folder = services.home.path(QStringLiteral("Desktop"));
         return name.isEmpty() ? folder : folder + QLatin1Char('/') + name;
     }
-    /// All that stands in the folder, whatever it is called.
-    [[nodiscard]] QStringList standing(const QString &folder) const
+    /// The names in the folder, sorted.
+    [[nodiscard]] QStringList remaining(const QString &folder) const
     {
         QStringList names = services.fileManager.contentsOfDirectory(folder);
         names.sort();
         return names;
     }
-    [[nodiscard]] QStringList standing() const { return standing(desktop()); }
+    [[nodiscard]] QStringList remaining() const { return remaining(desktop()); }
     static QByteArray read(const QString &path) { return TemporaryHome::read(path); }
     static QByteArray bytesOf(const QString &path) { return QFile::encodeName(path); }
     /// Lets a plain user into the home and change what lies on the desktop.
@@ -235,7 +235,7 @@ protected:
     {
         return write(QStringLiteral("folder/") + name, bytes);
     }
-    /// A second name for the file outside the folder, which shows what becomes of its bytes.
+    /// A second hard link to the file, outside the folder, which shows what happens to its bytes.
     QString witness(const QByteArray &path)
     {
         const QString name = desktop(QStringLiteral("witness%1").arg(++m_witnesses));

@@ -63,7 +63,7 @@ TEST_F(ShredVolumes, FolderThatIsAMountPointIsEmptiedAndStays)
     write(QStringLiteral("volume/deep/a"), "secret");
     EXPECT_EQ(failureOf([&] { shred(volume); }),
               QStringLiteral("Could not remove \"volume\": Device or resource busy."));
-    EXPECT_EQ(standing(volume), QStringList());
+    EXPECT_EQ(remaining(volume), QStringList());
 }
 
 TEST_F(ShredVolumes, ReadOnlyVolumeFailsAtTheFirstPass)
@@ -89,5 +89,5 @@ TEST_F(ShredVolumes, FullVolumeStopsWithoutRoomForTheHolesOfASparseFile)
     EXPECT_EQ(failureOf([&] { shred(path); }),
               QStringLiteral("There is not enough space on the disk to overwrite \"a.txt\"."));
     EXPECT_TRUE(read(path).startsWith(QByteArray(6, '\0')));
-    EXPECT_EQ(standing(volume), QStringList({QStringLiteral("a.txt")}));
+    EXPECT_EQ(remaining(volume), QStringList({QStringLiteral("a.txt")}));
 }

@@ -1,0 +1,49 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+#include "shredding/ShredEach.h"
+
+#include "catalogue/QuillhavenError.h"
+
+namespace quillhaven {
+
+QCoro::Task<ShredOutcome> shredEach(QStringList names, ShredCounter counter,
+                                    std::function<QCoro::Task<>(qsizetype, ProgressCallback)> shredOne,
+                                    ProgressCallback progressCallback)
+{
+    ShredOutcome outcome;
+    outcome.total = names.size();
+    const auto total = static_cast<double>(outcome.total);
+    for (qsizetype index = 0; index < outcome.total; ++index) {
+        const QString name = names.at(index);
+        const bool countsPosition = counter == ShredCounter::Position;
+        const qsizetype number = (countsPosition ? index : outcome.succeeded) + 1;
+        const QString suffix = QStringLiteral(" (%1/%2)").arg(number).arg(outcome.total);
+        const double start = static_cast<double>(index) / total;
+        const QString naming = QStringLiteral("Shredding ") + name + QStringLiteral("...");
+        progressCallback(countsPosition ? naming + suffix : naming, start);
+        const auto itemProgress = [progressCallback, suffix, start, total](const QString &status, double progress) {
+            progressCallback(status + suffix, start + progress / total);
+        };
+        try {
+            co_await shredOne(index, itemProgress);
+            ++outcome.succeeded;
+        } catch (...) {
+            outcome.errorLines.append(name + QStringLiteral(": ") + localizedDescription(std::current_exception()));
+        }
+    }
+    co_return outcome;
+}
+
+void ShredOutcome::report(const ProgressCallback &progressCallback) const
+{
+    if (errorLines.isEmpty()) {
+        progressCallback(QStringLiteral("Successfully shredded %1 items").arg(succeeded), 1.0);
+        return;
+    }
+    const QString lines = errorLines.join(QLatin1Char('\n'));
+    progressCallback(QStringLiteral("Completed %1 of %2 items. Errors:\n").arg(succeeded).arg(total) + lines, 1.0);
+    throw QuillhavenError(QuillhavenError::bulkOperationFailed,
+                          QStringLiteral("Some items failed to shred:\n") + lines);
+}
+
+} // namespace quillhaven

@@ -1,0 +1,38 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+#pragma once
+
+#include "shredding/QuillhavenShredder.h"
+
+#include <QCoroTask>
+#include <QStringList>
+
+#include <functional>
+
+namespace quillhaven {
+
+/// What the counter " (n/total)" after the statuses of a list counts.
+enum class ShredCounter {
+    Succeeded, ///< the items that succeeded so far and this one; the status that names the item has no counter
+    Position,  ///< the items of the list up to this one
+};
+
+/// The outcome of a run over a list.
+struct ShredOutcome
+{
+    qsizetype total = 0;
+    qsizetype succeeded = 0;
+    QStringList errorLines; ///< "name: description" for each item that failed
+
+    /// Reports the last status. Throws QuillhavenError::bulkOperationFailed with the lines when there are any.
+    void report(const ProgressCallback &progressCallback) const;
+};
+
+/// Calls `shredOne` for each name in turn, with its index and a callback that maps the item's progress to its share of
+/// the list and adds the counter to its statuses. An item that fails does not end the run.
+[[nodiscard]] QCoro::Task<ShredOutcome>
+shredEach(QStringList names, ShredCounter counter,
+          std::function<QCoro::Task<>(qsizetype index, ProgressCallback itemProgress)> shredOne,
+          ProgressCallback progressCallback);
+
+} // namespace quillhaven
