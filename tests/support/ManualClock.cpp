@@ -19,13 +19,14 @@ private:
 
 std::unique_ptr<RunningTimer> ManualClock::startOneShot(std::chrono::milliseconds delay, std::function<void()> action)
 {
-    return start(delay, {}, std::move(action));
+    return start(std::max(delay, std::chrono::milliseconds(0)), {}, std::move(action));
 }
 
 std::unique_ptr<RunningTimer> ManualClock::startRepeating(std::chrono::milliseconds interval,
                                                           std::function<void()> action)
 {
-    return start(interval, interval, std::move(action));
+    const auto positive = std::max(interval, std::chrono::milliseconds(1));
+    return start(positive, positive, std::move(action));
 }
 
 std::unique_ptr<RunningTimer> ManualClock::start(std::chrono::milliseconds delay, std::chrono::milliseconds interval,
@@ -44,21 +45,33 @@ void ManualClock::cancel(quint64 id)
 void ManualClock::advance(std::chrono::milliseconds step)
 {
     const auto end = m_elapsed.load() + step;
-    while (true) {
-        const auto next = std::ranges::min_element(m_entries, {}, &Entry::due);
-        if (next == m_entries.end() || next->due > end) {
-            break;
-        }
-        m_elapsed = next->due;
-        const auto action = next->action;
-        if (next->interval.count() > 0) {
-            next->due += next->interval;
-        } else {
-            m_entries.erase(next);
-        }
-        action();
+    while (fireNext(end)) {
     }
     m_elapsed = end;
+}
+
+void ManualClock::sleep(std::chrono::milliseconds step)
+{
+    m_elapsed = m_elapsed.load() + step;
+    while (fireNext(m_elapsed)) {
+    }
+}
+
+bool ManualClock::fireNext(std::chrono::milliseconds end)
+{
+    const auto next = std::ranges::min_element(m_entries, {}, &Entry::due);
+    if (next == m_entries.end() || next->due > end) {
+        return false;
+    }
+    m_elapsed = std::max(m_elapsed.load(), next->due);
+    const auto action = next->action;
+    if (next->interval.count() > 0) {
+        next->due += next->interval * ((m_elapsed.load() - next->due) / next->interval + 1);
+    } else {
+        m_entries.erase(next);
+    }
+    action();
+    return true;
 }
 
 } // namespace quillhaven::testing

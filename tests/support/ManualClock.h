@@ -10,7 +10,7 @@
 
 namespace quillhaven::testing {
 
-/// A clock that stands still until it is advanced; timers that fall due fire in order of their time.
+/// A clock that moves only by hand; timers that fall due fire in the order of their time.
 class ManualClock : public Clock
 {
 public:
@@ -21,7 +21,10 @@ public:
     [[nodiscard]] std::unique_ptr<RunningTimer> startRepeating(std::chrono::milliseconds interval,
                                                                std::function<void()> action) override;
 
+    /// Lets time pass while the event loop runs: every timer fires at its moments.
     void advance(std::chrono::milliseconds step);
+    /// Lets time pass at once, as while the machine is asleep: what fell due meanwhile fires at its end, once each.
+    void sleep(std::chrono::milliseconds step);
     /// Timers that will still fire.
     [[nodiscard]] qsizetype pendingTimers() const { return m_entries.size(); }
 
@@ -38,6 +41,8 @@ private:
     [[nodiscard]] std::unique_ptr<RunningTimer> start(std::chrono::milliseconds delay,
                                                       std::chrono::milliseconds interval, std::function<void()> action);
     void cancel(quint64 id);
+    /// Fires the first timer that falls due until `end`; false when there is none.
+    bool fireNext(std::chrono::milliseconds end);
 
     QDateTime m_start = QDateTime(QDate(2026, 1, 1), QTime(12, 0), Qt::UTC);
     std::atomic<std::chrono::milliseconds> m_elapsed{std::chrono::milliseconds(0)}; ///< workers read the uptime

@@ -3,8 +3,6 @@
 #include "platform/FileError.h"
 #include "platform/linux/OpenSslRandomSource.h"
 #include "platform/linux/files/XdgDirectories.h"
-#include "platform/linux/session/EventLoopClock.h"
-#include "support/RunTask.h"
 #include "support/TemporaryHome.h"
 
 #include <QDir>
@@ -22,56 +20,6 @@
 namespace quillhaven::testing {
 
 namespace {
-
-using std::chrono::milliseconds;
-
-TEST(EventLoopClock, AOneShotFiresOnceAndARepeatingTimerUntilItIsDestroyed)
-{
-    EventLoopClock clock;
-    int once = 0;
-    int repeated = 0;
-    const auto oneShot = clock.startOneShot(milliseconds(1), [&] { ++once; });
-    auto repeating = clock.startRepeating(milliseconds(1), [&] { ++repeated; });
-    ASSERT_TRUE(spinUntil([&] { return repeated >= 5; }));
-    EXPECT_EQ(once, 1);
-    repeating.reset();
-    const int seen = repeated;
-    int later = 0;
-    const auto marker = clock.startRepeating(milliseconds(1), [&] { ++later; });
-    ASSERT_TRUE(spinUntil([&] { return later >= 5; }));
-    EXPECT_EQ(repeated, seen);
-}
-
-TEST(EventLoopClock, ADestroyedTimerDoesNotFire)
-{
-    EventLoopClock clock;
-    bool hasFired = false;
-    clock.startOneShot(milliseconds(0), [&] { hasFired = true; }).reset();
-    spinOnce();
-    EXPECT_FALSE(hasFired);
-}
-
-TEST(EventLoopClock, ATimerMayBeDestroyedByItsOwnAction)
-{
-    EventLoopClock clock;
-    std::unique_ptr<RunningTimer> timer;
-    std::string after;
-    timer = clock.startRepeating(milliseconds(1), [&, text = std::string(100, 'x')] {
-        timer.reset();
-        after = text; // What the action holds must still be there.
-    });
-    ASSERT_TRUE(spinUntil([&] { return !after.empty(); }));
-    EXPECT_EQ(after, std::string(100, 'x'));
-    EXPECT_EQ(timer, nullptr);
-}
-
-TEST(EventLoopClock, UptimeIsNeverSetBack)
-{
-    const EventLoopClock clock;
-    const auto first = clock.uptime();
-    EXPECT_GE(clock.uptime(), first);
-    EXPECT_TRUE(clock.now().isValid());
-}
 
 TEST(OpenSslRandomSource, FillsTheWholeBufferAnewEachTime)
 {

@@ -2,11 +2,18 @@
 
 #include "platform/linux/session/EventLoopClock.h"
 
-#include <QObject>
-#include <QTimer>
+#include "async/MainThread.h"
+#include "platform/linux/files/ScopedFd.h"
+
+#include <QSocketNotifier>
+
+#include <sys/timerfd.h>
+#include <time.h>
+#include <unistd.h>
 
 #include <algorithm>
-#include <limits>
+#include <cerrno>
+#include <system_error>
 #include <utility>
 
 namespace quillhaven {
@@ -14,33 +21,53 @@ namespace quillhaven {
 namespace {
 
 using std::chrono::milliseconds;
+using std::chrono::nanoseconds;
 
-/// By value: the action outlives the timer that it may destroy.
-void runToItsEnd(std::shared_ptr<std::function<void()>> action)
+timespec timespecOf(nanoseconds duration)
 {
-    (*action)();
+    const auto seconds = std::chrono::duration_cast<std::chrono::seconds>(duration);
+    return {.tv_sec = seconds.count(), .tv_nsec = (duration - seconds).count()};
 }
 
-/// One QTimer. Its action may destroy it.
-class EventLoopTimer : public RunningTimer
+ScopedFd startedTimer(nanoseconds delay, nanoseconds interval)
+{
+    ScopedFd fd(::timerfd_create(CLOCK_BOOTTIME, TFD_CLOEXEC | TFD_NONBLOCK));
+    const itimerspec spec{.it_interval = timespecOf(interval), .it_value = timespecOf(delay)};
+    if (!fd.isOpen() || ::timerfd_settime(fd.get(), 0, &spec, nullptr) != 0) {
+        throw std::system_error(errno, std::generic_category(), "a timer could not be started");
+    }
+    return fd;
+}
+
+class BootTimeTimer : public RunningTimer
 {
 public:
-    EventLoopTimer(milliseconds interval, bool isSingleShot, std::function<void()> action)
-        : m_action(std::make_shared<std::function<void()>>(std::move(action)))
+    BootTimeTimer(nanoseconds delay, nanoseconds interval, std::function<void()> action)
+        : m_fd(startedTimer(delay, interval)),
+          m_notifier(m_fd.get(), QSocketNotifier::Read),
+          m_action(std::make_shared<std::function<void()>>(std::move(action)))
     {
-        // Longer stretches may be off by up to a second, so that the machine wakes up less often.
-        constexpr milliseconds longestPrecise(20'000);
-        constexpr milliseconds longest(std::numeric_limits<int>::max());
-        m_timer.setTimerType(interval <= longestPrecise ? Qt::PreciseTimer : Qt::CoarseTimer);
-        m_timer.setSingleShot(isSingleShot);
-        m_timer.setInterval(std::clamp(interval, milliseconds(0), longest));
-        QObject::connect(&m_timer, &QTimer::timeout, &m_timer, [held = m_action] { runToItsEnd(held); });
-        m_timer.start();
+        QObject::connect(&m_notifier, &QSocketNotifier::activated, &m_notifier, [this] { postAction(); });
     }
 
 private:
-    QTimer m_timer;
-    std::shared_ptr<std::function<void()>> m_action;
+    void postAction() const
+    {
+        uint64_t expirations = 0;
+        if (::read(m_fd.get(), &expirations, sizeof expirations) != sizeof expirations) {
+            return;
+        }
+        // Posted, since the action may destroy this timer, and with it the notifier that calls.
+        postToMainThread([watched = std::weak_ptr(m_action)] {
+            if (const auto held = watched.lock()) {
+                (*held)();
+            }
+        });
+    }
+
+    ScopedFd m_fd;
+    QSocketNotifier m_notifier;
+    std::shared_ptr<std::function<void()>> m_action; ///< ends with the timer, or with the call that destroys the timer
 };
 
 } // namespace
@@ -50,19 +77,24 @@ QDateTime EventLoopClock::now() const
     return QDateTime::currentDateTime();
 }
 
-std::chrono::nanoseconds EventLoopClock::uptime() const
+nanoseconds EventLoopClock::uptime() const
 {
-    return std::chrono::steady_clock::now().time_since_epoch();
+    timespec now{};
+    ::clock_gettime(CLOCK_BOOTTIME, &now);
+    return std::chrono::seconds(now.tv_sec) + nanoseconds(now.tv_nsec);
 }
 
 std::unique_ptr<RunningTimer> EventLoopClock::startOneShot(milliseconds delay, std::function<void()> action)
 {
-    return std::make_unique<EventLoopTimer>(delay, true, std::move(action));
+    // Zero would stop the timer.
+    const nanoseconds positive = std::max<nanoseconds>(delay, nanoseconds(1));
+    return std::make_unique<BootTimeTimer>(positive, nanoseconds(0), std::move(action));
 }
 
 std::unique_ptr<RunningTimer> EventLoopClock::startRepeating(milliseconds interval, std::function<void()> action)
 {
-    return std::make_unique<EventLoopTimer>(interval, false, std::move(action));
+    const milliseconds positive = std::max(interval, milliseconds(1));
+    return std::make_unique<BootTimeTimer>(positive, positive, std::move(action));
 }
 
 } // namespace quillhaven

@@ -6,7 +6,8 @@
 
 namespace quillhaven {
 
-/// The system's clocks, with timers on the main event loop.
+/// The system's clocks, with a timerfd on CLOCK_BOOTTIME for each timer. A timer that cannot be made, for want of file
+/// descriptors, throws a std::system_error.
 class EventLoopClock : public Clock
 {
 public:

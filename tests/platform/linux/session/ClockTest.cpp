@@ -1,0 +1,113 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+#include "contract/ClockContract.h"
+#include "platform/linux/session/EventLoopClock.h"
+#include "support/ManualClock.h"
+#include "support/RunTask.h"
+
+#include <QDir>
+#include <QFile>
+
+#include <time.h>
+
+namespace quillhaven::testing {
+namespace {
+
+using std::chrono::milliseconds;
+
+struct ManualTime
+{
+    [[nodiscard]] Clock &clock() { return m_clock; }
+    void pass(milliseconds step) { m_clock.advance(step); }
+    void passBusy(milliseconds step) { m_clock.sleep(step); }
+
+private:
+    ManualClock m_clock;
+};
+
+struct RealTime
+{
+    [[nodiscard]] Clock &clock() { return m_clock; }
+    void pass(milliseconds step)
+    {
+        const auto end = m_clock.uptime() + step;
+        EXPECT_TRUE(spinUntil([&] { return m_clock.uptime() >= end; }));
+        spinOnce();
+    }
+    void passBusy(milliseconds step)
+    {
+        const auto end = m_clock.uptime() + step;
+        while (m_clock.uptime() < end) {
+        }
+        spinOnce();
+    }
+
+private:
+    EventLoopClock m_clock;
+};
+
+INSTANTIATE_TYPED_TEST_SUITE_P(Manual, ClockContract, ManualTime);
+INSTANTIATE_TYPED_TEST_SUITE_P(EventLoop, ClockContract, RealTime);
+
+/// The clocks of the timers that this process has open, as the kernel names them (man proc_pid_fdinfo).
+QByteArrayList clocksOfOpenTimers()
+{
+    QByteArrayList clocks;
+    const QDir descriptors(QStringLiteral("/proc/self/fdinfo"));
+    for (const QString &name : descriptors.entryList(QDir::Files)) {
+        QFile file(descriptors.filePath(name));
+        if (!file.open(QIODevice::ReadOnly)) {
+            continue; // the descriptor by which the folder was read
+        }
+        for (const QByteArray &line : file.readAll().split('\n')) {
+            if (line.startsWith("clockid:")) {
+                clocks.append(line.mid(8).trimmed());
+            }
+        }
+    }
+    return clocks;
+}
+
+// A machine that runs tests cannot be put to sleep: what its kernel promises of this one clock has to do.
+TEST(EventLoopClock, TimersAndUptimeUseTheClockThatCountsTheTimeAsleep)
+{
+    EventLoopClock clock;
+    const auto oneShot = clock.startOneShot(std::chrono::hours(1), [] {});
+    const auto repeating = clock.startRepeating(std::chrono::hours(1), [] {});
+    EXPECT_EQ(clocksOfOpenTimers(), QByteArrayList(2, QByteArray::number(CLOCK_BOOTTIME)));
+
+    const auto bootTime = [] {
+        timespec now{};
+        ::clock_gettime(CLOCK_BOOTTIME, &now);
+        return std::chrono::seconds(now.tv_sec) + std::chrono::nanoseconds(now.tv_nsec);
+    };
+    const auto before = bootTime();
+    const auto uptime = clock.uptime();
+    EXPECT_GE(uptime, before);
+    EXPECT_LE(uptime, bootTime());
+}
+
+TEST(EventLoopClock, ADestroyedTimerGivesItsDescriptorBack)
+{
+    EventLoopClock clock;
+    clock.startOneShot(std::chrono::hours(1), [] {}).reset();
+    EXPECT_EQ(clocksOfOpenTimers(), QByteArrayList());
+}
+
+TEST(ManualClock, EveryMomentOfARepeatingTimerCountsWhileTheClockAdvances)
+{
+    ManualClock clock;
+    int fired = 0;
+    const auto timer = clock.startRepeating(milliseconds(10), [&] { ++fired; });
+    clock.advance(milliseconds(35));
+    EXPECT_EQ(fired, 3);
+    clock.sleep(milliseconds(1000));
+    EXPECT_EQ(fired, 4);
+    clock.advance(milliseconds(4));
+    EXPECT_EQ(fired, 4);
+    clock.advance(milliseconds(1));
+    EXPECT_EQ(fired, 5);
+}
+
+} // namespace
+} // namespace quillhaven::testing
