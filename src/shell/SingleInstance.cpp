@@ -3,7 +3,7 @@
 #include "shell/SingleInstance.h"
 
 #include "platform/FileError.h"
-#include "platform/linux/session/SessionBus.h"
+#include "platform/linux/session/BusConnection.h"
 #include "support/printLogger.h"
 
 #include <QDBusAbstractAdaptor>

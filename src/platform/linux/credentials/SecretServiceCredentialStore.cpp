@@ -2,7 +2,7 @@
 
 #include "platform/linux/credentials/SecretServiceCredentialStore.h"
 
-#include "platform/linux/session/SessionBus.h"
+#include "platform/linux/session/BusConnection.h"
 
 #include <libsecret/secret.h>
 

@@ -10,6 +10,12 @@
 
 namespace quillhaven {
 
+namespace {
+
+constexpr std::chrono::seconds answerLimit(2);
+
+} // namespace
+
 FprintAuthenticator::FprintAuthenticator(QObject *parent) : BiometricAuthenticator(parent)
 {
     m_connecting.setMaxThreadCount(1);
@@ -25,7 +31,7 @@ FprintAuthenticator::~FprintAuthenticator()
 
 QCoro::Task<bool> FprintAuthenticator::canEvaluatePolicy()
 {
-    const std::shared_ptr<SystemBus> bus = co_await systemBus();
+    const std::shared_ptr<BusConnection> bus = co_await systemBus();
     if (!bus) {
         co_return false;
     }
@@ -35,7 +41,7 @@ QCoro::Task<bool> FprintAuthenticator::canEvaluatePolicy()
     }
     const QVariantList thisUser = {QString()};
     const QDBusMessage reply =
-        co_await SystemBus::call(bus, device->call(QStringLiteral("ListEnrolledFingers"), thisUser));
+        co_await BusConnection::call(bus, device->call(QStringLiteral("ListEnrolledFingers"), thisUser));
     co_return reply.type() == QDBusMessage::ReplyMessage && !reply.arguments().value(0).toStringList().isEmpty();
 }
 
@@ -55,7 +61,7 @@ QCoro::Task<bool> FprintAuthenticator::evaluatePolicy(QString reason)
         const Answer<bool> closed = former->closed();
         static_cast<void>(co_await closed);
     }
-    std::shared_ptr<SystemBus> bus;
+    std::shared_ptr<BusConnection> bus;
     if (self && !verification->isDecided()) {
         bus = co_await systemBus();
     }
@@ -75,13 +81,14 @@ void FprintAuthenticator::cancel()
     }
 }
 
-QCoro::Task<std::shared_ptr<SystemBus>> FprintAuthenticator::systemBus()
+QCoro::Task<std::shared_ptr<BusConnection>> FprintAuthenticator::systemBus()
 {
     if (m_bus && m_bus->isUsable()) {
         co_return m_bus;
     }
     const QPointer<FprintAuthenticator> self(this);
-    const std::shared_ptr<SystemBus> bus = co_await SystemBus::connect(m_connecting);
+    const std::shared_ptr<BusConnection> bus =
+        co_await BusConnection::open(m_connecting, MessageBus::System, answerLimit);
     if (self) {
         m_bus = bus;
     }

@@ -11,7 +11,7 @@
 namespace quillhaven {
 
 class FprintVerification;
-class SystemBus;
+class BusConnection;
 
 /// The check of the user's finger by fprintd, over the system bus. A machine without a bus, without fprintd, without a
 /// reader or without an enrolled finger cannot evaluate. A call that fprintd leaves unanswered fails after two seconds,
@@ -32,10 +32,10 @@ public:
     void cancel() override;
 
 private:
-    QCoro::Task<std::shared_ptr<SystemBus>> systemBus();
+    [[nodiscard]] QCoro::Task<std::shared_ptr<BusConnection>> systemBus();
 
     QThreadPool m_connecting; ///< of its own, so that file and cipher work does not hold up the answer
-    std::shared_ptr<SystemBus> m_bus;
+    std::shared_ptr<BusConnection> m_bus;
     std::shared_ptr<FprintVerification> m_verification; ///< the running one, or the last
 };
 

@@ -48,12 +48,12 @@ QString retryHint(const QString &status, bool isSwiped)
 
 } // namespace
 
-QCoro::Task<std::optional<FprintDevice>> FprintDevice::findDefault(std::shared_ptr<SystemBus> bus)
+QCoro::Task<std::optional<FprintDevice>> FprintDevice::findDefault(std::shared_ptr<BusConnection> bus)
 {
     const QDBusMessage question = QDBusMessage::createMethodCall(
         QStringLiteral("net.reactivated.Fprint"), QStringLiteral("/net/reactivated/Fprint/Manager"),
         QStringLiteral("net.reactivated.Fprint.Manager"), QStringLiteral("GetDefaultDevice"));
-    const QDBusMessage reply = co_await SystemBus::call(bus, question);
+    const QDBusMessage reply = co_await BusConnection::call(bus, question);
     const QString path = reply.arguments().value(0).value<QDBusObjectPath>().path();
     if (!isReply(reply) || path.isEmpty()) {
         co_return std::nullopt;
@@ -69,7 +69,7 @@ QDBusMessage FprintDevice::call(const QString &method, const QVariantList &argum
 }
 
 QCoro::Task<bool> FprintVerification::run(std::shared_ptr<FprintVerification> verification,
-                                          std::shared_ptr<SystemBus> bus)
+                                          std::shared_ptr<BusConnection> bus)
 {
     // The empty name stands for the user who asks.
     const QVariantList thisUser = {QString()};
@@ -79,12 +79,12 @@ QCoro::Task<bool> FprintVerification::run(std::shared_ptr<FprintVerification> ve
     }
     bool isClaimed = false;
     if (device && !verification->isDecided()) {
-        isClaimed = isReply(co_await SystemBus::call(bus, device->call(QStringLiteral("Claim"), thisUser)));
+        isClaimed = isReply(co_await BusConnection::call(bus, device->call(QStringLiteral("Claim"), thisUser)));
     }
     if (isClaimed) {
         co_await verification->verify(bus, *device);
         // An unplugged reader has nothing to give back; the failure says nothing new.
-        co_await SystemBus::call(bus, device->call(QStringLiteral("Release")));
+        co_await BusConnection::call(bus, device->call(QStringLiteral("Release")));
     }
     verification->decide(false);
     const bool matches = co_await verification->m_outcome;
@@ -92,7 +92,7 @@ QCoro::Task<bool> FprintVerification::run(std::shared_ptr<FprintVerification> ve
     co_return matches;
 }
 
-QCoro::Task<> FprintVerification::verify(std::shared_ptr<SystemBus> bus, FprintDevice device)
+QCoro::Task<> FprintVerification::verify(std::shared_ptr<BusConnection> bus, FprintDevice device)
 {
     m_isSwiped = co_await readIsSwiped(bus, device);
     if (isDecided()) {
@@ -101,7 +101,7 @@ QCoro::Task<> FprintVerification::verify(std::shared_ptr<SystemBus> bus, FprintD
     bool isWaiting = listen(bus->connection(), device);
     if (isWaiting) {
         const QVariantList anyFinger = {QStringLiteral("any")};
-        isWaiting = isReply(co_await SystemBus::call(bus, device.call(QStringLiteral("VerifyStart"), anyFinger)));
+        isWaiting = isReply(co_await BusConnection::call(bus, device.call(QStringLiteral("VerifyStart"), anyFinger)));
     }
     if (!isWaiting) {
         decide(false);
@@ -112,15 +112,15 @@ QCoro::Task<> FprintVerification::verify(std::shared_ptr<SystemBus> bus, FprintD
     static_cast<void>(co_await outcome);
     // VerifyStop makes fprintd report a mismatch for the finger that never came.
     stopListening(bus->connection(), device);
-    co_await SystemBus::call(bus, device.call(QStringLiteral("VerifyStop")));
+    co_await BusConnection::call(bus, device.call(QStringLiteral("VerifyStop")));
 }
 
-QCoro::Task<bool> FprintVerification::readIsSwiped(std::shared_ptr<SystemBus> bus, FprintDevice device)
+QCoro::Task<bool> FprintVerification::readIsSwiped(std::shared_ptr<BusConnection> bus, FprintDevice device)
 {
     QDBusMessage question = QDBusMessage::createMethodCall(
         device.owner, device.path, QStringLiteral("org.freedesktop.DBus.Properties"), QStringLiteral("Get"));
     question.setArguments({deviceInterface, QStringLiteral("scan-type")});
-    const QDBusMessage reply = co_await SystemBus::call(bus, question);
+    const QDBusMessage reply = co_await BusConnection::call(bus, question);
     co_return reply.arguments().value(0).value<QDBusVariant>().variant().toString() == QLatin1String("swipe");
 }
 

@@ -6,7 +6,7 @@
 #include <QObject>
 
 #include "async/Answer.h"
-#include "platform/linux/session/SystemBus.h"
+#include "platform/linux/session/BusConnection.h"
 
 #include <optional>
 
@@ -19,12 +19,12 @@ struct FprintDevice
     QString path;
 
     /// Nothing when there is no fprintd or no reader.
-    [[nodiscard]] static QCoro::Task<std::optional<FprintDevice>> findDefault(std::shared_ptr<SystemBus> bus);
+    [[nodiscard]] static QCoro::Task<std::optional<FprintDevice>> findDefault(std::shared_ptr<BusConnection> bus);
     [[nodiscard]] QDBusMessage call(const QString &method, const QVariantList &arguments = {}) const;
 };
 
 /// One verification of a finger with fprintd, from the claim of the reader to its release. An object for each, so that
-/// what fprintd still says about an ended one has nobody to reach. Main thread only.
+/// a late signal of fprintd about an ended one reaches nothing. Main thread only.
 class FprintVerification : public QObject
 {
     Q_OBJECT
@@ -35,18 +35,18 @@ public:
     /// Claims the reader, waits without limit for a finger that matches or for another end, and always gives the reader
     /// back. Whether the finger matched; false also without a bus. Once for each object.
     [[nodiscard]] static QCoro::Task<bool> run(std::shared_ptr<FprintVerification> verification,
-                                               std::shared_ptr<SystemBus> bus);
+                                               std::shared_ptr<BusConnection> bus);
 
     /// Ends it with false when nothing has ended it before.
     void cancel() { decide(false); }
     [[nodiscard]] bool isDecided() const { return m_outcome.isGiven(); }
-    /// Given when the reader is free again. One waiter.
+    /// Given when the reader is free again.
     [[nodiscard]] Answer<bool> closed() const { return m_closed; }
 
 Q_SIGNALS:
     /// The reader waits for a finger: what the user should do next.
     void hintChanged(const QString &hint);
-    /// The outcome stands; the reader is given back next.
+    /// It is decided; the reader is given back next.
     void decided();
 
 private Q_SLOTS:
@@ -54,8 +54,8 @@ private Q_SLOTS:
     void onServiceLost() { decide(false); }
 
 private:
-    QCoro::Task<> verify(std::shared_ptr<SystemBus> bus, FprintDevice device);
-    QCoro::Task<bool> readIsSwiped(std::shared_ptr<SystemBus> bus, FprintDevice device);
+    [[nodiscard]] QCoro::Task<> verify(std::shared_ptr<BusConnection> bus, FprintDevice device);
+    [[nodiscard]] QCoro::Task<bool> readIsSwiped(std::shared_ptr<BusConnection> bus, FprintDevice device);
     bool listen(QDBusConnection &connection, const FprintDevice &device);
     void stopListening(QDBusConnection &connection, const FprintDevice &device);
     void decide(bool matches);

@@ -64,7 +64,7 @@ class FprintAbsenceTest : public FprintFixture
 protected:
     ~FprintAbsenceTest() override { expectNoPrompt(); }
 
-    /// A fprintd on the bus, with a reader unless told otherwise.
+    /// A fprintd on the bus, with a reader or without.
     std::unique_ptr<Daemon> startFprintd(bool hasReader = true)
     {
         QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
@@ -145,7 +145,7 @@ TEST_F(FprintAbsenceTest, AConnectionWithAnUnansweredCallIsNotUsedAgain)
 {
     const auto fprintd = startFprintd();
     QThreadPool pool;
-    const auto bus = runTask(SystemBus::connect(pool));
+    const auto bus = runTask(BusConnection::open(pool, MessageBus::System, std::chrono::seconds(2)));
     ASSERT_TRUE(bus);
     EXPECT_TRUE(runTask(FprintDevice::findDefault(bus)).has_value());
     EXPECT_TRUE(bus->isUsable());
