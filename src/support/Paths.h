@@ -7,7 +7,7 @@
 
 namespace quillhaven {
 
-/// The name behind the last slash of an absolute path.
+/// The name after the last slash of an absolute path.
 [[nodiscard]] inline QString lastPathComponent(const QString &path)
 {
     return QFileInfo(path).fileName();

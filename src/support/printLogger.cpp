@@ -3,14 +3,18 @@
 #include "support/printLogger.h"
 
 #include <cstdio>
+#include <memory>
 
 namespace quillhaven {
 
 namespace {
 
-std::function<void(const QString &)> &logSink()
+using Sink = std::function<void(const QString &)>;
+
+/// Read and replaced by std::atomic_load and std::atomic_store alone. Never destroyed: a worker may log until the end.
+std::shared_ptr<const Sink> &logSink()
 {
-    static std::function<void(const QString &)> sink;
+    static auto &sink = *new std::shared_ptr<const Sink>;
     return sink;
 }
 
@@ -19,8 +23,8 @@ std::function<void(const QString &)> &logSink()
 void printLogger(const QStringList &items, const QString &separator, const QString &terminator)
 {
     const QString text = items.join(separator) + terminator;
-    if (logSink()) {
-        logSink()(text);
+    if (const auto sink = std::atomic_load(&logSink())) {
+        (*sink)(text);
         return;
     }
     const QByteArray bytes = text.toUtf8();
@@ -38,9 +42,9 @@ QString printed(bool value)
     return value ? QStringLiteral("true") : QStringLiteral("false");
 }
 
-void setLogSink(std::function<void(const QString &)> sink)
+void setLogSink(Sink sink)
 {
-    logSink() = std::move(sink);
+    std::atomic_store(&logSink(), sink ? std::make_shared<const Sink>(std::move(sink)) : nullptr);
 }
 
 } // namespace quillhaven

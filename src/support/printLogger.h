@@ -19,8 +19,9 @@ void printLogger(const QString &line);
 /// "true" or "false", as a Boolean is printed in the log.
 [[nodiscard]] QString printed(bool value);
 
-/// Receives every printed text, terminator included, in place of standard output; an empty function restores it.
-/// Set before any thread logs.
+/// Sets what receives every printed text, terminator included, in place of standard output; an empty function restores
+/// it. Any thread may call the sink, and one that is logging meanwhile may call it once more after it was replaced, so
+/// it must own all it uses.
 void setLogSink(std::function<void(const QString &)> sink);
 
 } // namespace quillhaven

@@ -10,9 +10,9 @@ namespace quillhaven::testing {
 
 LogCapture::LogCapture()
 {
-    setLogSink([this](const QString &text) {
-        const QMutexLocker lock(&m_mutex);
-        m_text += text;
+    setLogSink([captured = m_text](const QString &text) {
+        const QMutexLocker lock(&captured->mutex);
+        captured->text += text;
     });
 }
 
@@ -23,8 +23,8 @@ LogCapture::~LogCapture()
 
 QStringList LogCapture::lines() const
 {
-    const QMutexLocker lock(&m_mutex);
-    QStringList lines = m_text.split(QLatin1Char('\n'));
+    const QMutexLocker lock(&m_text->mutex);
+    QStringList lines = m_text->text.split(QLatin1Char('\n'));
     if (!lines.isEmpty() && lines.last().isEmpty()) {
         lines.removeLast();
     }
@@ -33,8 +33,8 @@ QStringList LogCapture::lines() const
 
 void LogCapture::clear()
 {
-    const QMutexLocker lock(&m_mutex);
-    m_text.clear();
+    const QMutexLocker lock(&m_text->mutex);
+    m_text->text.clear();
 }
 
 } // namespace quillhaven::testing

@@ -5,6 +5,8 @@
 #include <QMutex>
 #include <QStringList>
 
+#include <memory>
+
 namespace quillhaven::testing {
 
 /// Collects what the program logs, for as long as it lives.
@@ -21,8 +23,13 @@ public:
     void clear();
 
 private:
-    mutable QMutex m_mutex;
-    QString m_text;
+    /// Shared with the sink, which a worker may still call when this object has ended.
+    struct Text
+    {
+        QMutex mutex;
+        QString text;
+    };
+    std::shared_ptr<Text> m_text = std::make_shared<Text>();
 };
 
 } // namespace quillhaven::testing
