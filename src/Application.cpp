@@ -42,8 +42,8 @@ void forbidCoreDumps()
     ::setrlimit(RLIMIT_CORE, &none);
 }
 
-/// A window of text and rectangles: drawn without a graphics driver it starts in half the time and memory. Whoever
-/// names another renderer in the environment gets it.
+/// A window of text and rectangles: drawn without a graphics driver it starts in half the time and memory. A renderer
+/// that is named in the environment is used instead.
 void chooseRenderer()
 {
     if (qEnvironmentVariableIsEmpty("QT_QUICK_BACKEND") && qEnvironmentVariableIsEmpty("QSG_RHI_BACKEND")) {
@@ -51,20 +51,18 @@ void chooseRenderer()
     }
 }
 
-LaunchConnections launchConnections()
+/// The services that start and end with the program, in the order of the launch.
+LaunchSequence launchSequence()
 {
-    LaunchConnections connections;
-    connections.launchContext = [] { return &LaunchContextManager::shared(); };
-    // The menu bar's view is what brings the engine into being.
-    connections.setupMenuBar = [] { QuillhavenManager::shared(); };
-    return connections;
+    const auto startEngine = [] { QuillhavenManager::shared(); };
+    return {.launchContext = LaunchContextManager::shared, .launch = {startEngine}, .termination = {}};
 }
 
 /// Builds the window over the services and runs the event loop, from the launch to the end.
 int runWindow(const Platform &platform, SingleInstance &instance, QtApplicationPresence &presence)
 {
     installPlatform(platform, presence, QCoreApplication::arguments());
-    AppDelegate delegate(presence, launchConnections());
+    AppDelegate delegate(presence, launchSequence());
     delegate.applicationDidFinishLaunching();
 
     PasswordInputDialog passwordInput(PasswordInputDialogManager::shared(), platform.defaults.standard());
@@ -80,6 +78,7 @@ int runWindow(const Platform &platform, SingleInstance &instance, QtApplicationP
                        .passwordInputState = passwordInput,
                        .masterPassword = MasterPasswordDialogManager::shared(),
                        .biometrics = platform.biometrics});
+    presence.setMainWindow(window.window());
     quillhavenApp app(LaunchContextManager::shared(), presence, platform.clock, {});
 
     QObject::connect(&window, &MainWindow::contentAppeared, &window, [&app] { app.contentAppeared(); });
@@ -88,17 +87,13 @@ int runWindow(const Platform &platform, SingleInstance &instance, QtApplicationP
             app.applicationDidBecomeActive();
         }
     });
+    QObject::connect(&instance, &SingleInstance::activationRequested, &delegate, &AppDelegate::reopen);
+    QObject::connect(&instance, &SingleInstance::openRequested, &delegate, &AppDelegate::openUrls);
+    const auto terminate = [&presence] { presence.terminate(); };
     // Until there is a tray, a closed window would leave no way back in.
-    QObject::connect(&window, &MainWindow::closeRequested, &window, [&presence] { presence.terminate(); });
-    const auto reopen = [&delegate, &presence] {
-        delegate.applicationShouldHandleReopen(presence.hasVisibleWindows());
-        presence.activate();
-    };
-    QObject::connect(&instance, &SingleInstance::activationRequested, &window, reopen);
-    QObject::connect(&instance, &SingleInstance::openRequested, &window, reopen);
+    QObject::connect(&window, &MainWindow::closeRequested, &window, terminate);
     const TerminationSignals signals;
-    QObject::connect(&signals, &TerminationSignals::terminationRequested, &window,
-                     [&presence] { presence.terminate(); });
+    QObject::connect(&signals, &TerminationSignals::terminationRequested, &window, terminate);
 
     if (LaunchContextManager::shared().shouldShowMainWindow()) {
         window.show();

@@ -15,7 +15,6 @@
 #include "shell/LaunchContextManager.h"
 #include "shredding/QuillhavenShredder.h"
 
-#include <cassert>
 #include <functional>
 #include <memory>
 #include <optional>
@@ -32,13 +31,21 @@ struct Foundation
     QStringList arguments;
 };
 
-std::optional<Foundation> &foundation()
+std::optional<Foundation> &installed()
 {
-    static std::optional<Foundation> installed;
-    return installed;
+    static std::optional<Foundation> foundation;
+    return foundation;
 }
 
-/// What takes the instances down again, in the order in which they were built.
+const Foundation &foundation()
+{
+    if (!installed()) {
+        qFatal("A shared instance was used before installPlatform() or after shutDownSharedInstances().");
+    }
+    return *installed();
+}
+
+/// The functions that delete the instances, in the order in which these were built.
 std::vector<std::function<void()>> &removals()
 {
     static std::vector<std::function<void()>> all;
@@ -51,7 +58,7 @@ Instance &sharedInstance(Arguments &&...arguments)
 {
     static std::unique_ptr<Instance> instance;
     if (!instance) {
-        assert(foundation().has_value());
+        static_cast<void>(foundation()); // none is built outside the time between installation and shutdown
         instance = std::make_unique<Instance>(std::forward<Arguments>(arguments)...);
         removals().push_back([] { instance.reset(); });
     }
@@ -62,8 +69,10 @@ Instance &sharedInstance(Arguments &&...arguments)
 
 void installPlatform(const Platform &platform, ApplicationPresence &presence, const QStringList &arguments)
 {
-    assert(!foundation().has_value());
-    foundation().emplace(Foundation{platform, presence, arguments});
+    if (installed()) {
+        qFatal("installPlatform() was called twice.");
+    }
+    installed().emplace(Foundation{platform, presence, arguments});
 }
 
 void shutDownSharedInstances()
@@ -73,12 +82,12 @@ void shutDownSharedInstances()
         removals().pop_back();
         remove();
     }
-    foundation().reset();
+    installed().reset();
 }
 
 LaunchContextManager &LaunchContextManager::shared()
 {
-    return sharedInstance<LaunchContextManager>(foundation()->arguments, foundation()->presence);
+    return sharedInstance<LaunchContextManager>(foundation().arguments, foundation().presence);
 }
 
 MasterPasswordDialogManager &MasterPasswordDialogManager::shared()
@@ -108,17 +117,17 @@ RemoveProtectionDialogManager &RemoveProtectionDialogManager::shared()
 
 MasterPasswordManager &MasterPasswordManager::shared()
 {
-    return sharedInstance<MasterPasswordManager>(foundation()->platform, MasterPasswordDialogManager::shared());
+    return sharedInstance<MasterPasswordManager>(foundation().platform, MasterPasswordDialogManager::shared());
 }
 
 QuillhavenShredder &QuillhavenShredder::shared()
 {
-    return sharedInstance<QuillhavenShredder>(foundation()->platform, MasterPasswordManager::shared());
+    return sharedInstance<QuillhavenShredder>(foundation().platform, MasterPasswordManager::shared());
 }
 
 QuillhavenManager &QuillhavenManager::shared()
 {
-    return sharedInstance<QuillhavenManager>(foundation()->platform, MasterPasswordManager::shared(),
+    return sharedInstance<QuillhavenManager>(foundation().platform, MasterPasswordManager::shared(),
                                              PasswordInputDialogManager::shared(), QuillhavenShredder::shared());
 }
 

@@ -22,15 +22,17 @@ public:
 
     [[nodiscard]] virtual ActivationPolicy activationPolicy() const = 0;
     virtual void setActivationPolicy(ActivationPolicy policy) = 0;
-    /// Brings the application to the foreground, in front of the others.
+    /// Brings the main window, when it is on the screen, in front of other applications: the dialog that it waits for,
+    /// if there is one.
     virtual void activate() = 0;
-    /// Hides all its windows.
+    /// Hides the main window and its dialogs.
     virtual void hide() = 0;
-    /// Shows the first window of exactly this title in front and gives it the keyboard. False when there is none.
+    /// Shows the main window in front and gives it the keyboard, with the dialogs that were hidden with it. False when
+    /// its title is not exactly this one.
     virtual bool makeKeyAndOrderFront(const QString &title) = 0;
-    /// Whether one of its windows is on the screen.
+    /// Whether the main window or one of its dialogs is on the screen.
     [[nodiscard]] virtual bool hasVisibleWindows() const = 0;
-    /// Asks the event loop to end, as soon as no file work runs.
+    /// Asks for the end of the program: no job starts any more, and the event loop ends as soon as no file work runs.
     virtual void terminate() = 0;
 };
 

@@ -54,8 +54,9 @@ public:
 Q_SIGNALS:
     /// The window came to the screen; again after each hiding.
     void contentAppeared();
-    /// The user closed the window, which is still on the screen. Whoever ends the program on this calls
-    /// `QCoreApplication::exit`: the window refuses the close events that `quit` sends.
+    /// The user asked to close the window. It stays on the screen: the receiver decides what follows. The window
+    /// refuses every close event, those of `QCoreApplication::quit` included; `QCoreApplication::exit` ends the
+    /// program.
     void closeRequested();
 
 private:

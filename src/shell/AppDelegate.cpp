@@ -2,71 +2,24 @@
 
 #include "shell/AppDelegate.h"
 
-#include "async/Jobs.h"
 #include "platform/ApplicationPresence.h"
 #include "shell/LaunchContextManager.h"
 #include "support/printLogger.h"
 
 namespace quillhaven {
 
-namespace {
-
-void run(const std::function<void()> &connection)
-{
-    if (connection) {
-        connection();
-    }
-}
-
-QCoro::Task<> runUpdateCheck(std::function<QCoro::Task<>()> check)
-{
-    printLogger(QStringLiteral("🔄 Starting background update check..."));
-    printLogger(QStringLiteral("🔄 Background update check requested"));
-    co_await check();
-    printLogger(QStringLiteral("✅ Background update check completed"));
-}
-
-QCoro::Task<> runLoginSynchronization(std::function<QCoro::Task<>()> synchronize)
-{
-    co_await synchronize();
-    printLogger(QStringLiteral("LaunchAtLoginServiceManager: Successfully initialized and synchronized"));
-}
-
-} // namespace
-
-AppDelegate::AppDelegate(ApplicationPresence &presence, LaunchConnections connections, QObject *parent)
-    : QObject(parent), m_presence(presence), m_connections(std::move(connections))
+AppDelegate::AppDelegate(ApplicationPresence &presence, LaunchSequence sequence, QObject *parent)
+    : QObject(parent), m_presence(presence), m_sequence(std::move(sequence))
 {
 }
 
 void AppDelegate::applicationDidFinishLaunching()
 {
-    m_launchContext = m_connections.launchContext();
-    run(m_connections.setupMenuBar);
-    startAutoLockManagers();
-    run(m_connections.activateFinderExtension);
-    startJobs();
+    m_launchContext = &m_sequence.launchContext();
+    for (const LaunchStep &step : m_sequence.launch) {
+        step();
+    }
     handleLaunchContextInitialization();
-}
-
-void AppDelegate::startAutoLockManagers()
-{
-    run(m_connections.startAutoLockManager);
-    run(m_connections.startSmartAutoLockManager);
-    if (m_connections.startAutoLockManager && m_connections.startSmartAutoLockManager) {
-        printLogger(QStringLiteral("AutoLockManager and SmartAutoLockManager initialized"));
-    }
-}
-
-void AppDelegate::startJobs()
-{
-    if (m_connections.performBackgroundUpdateCheck) {
-        startJob([check = m_connections.performBackgroundUpdateCheck] { return runUpdateCheck(check); });
-    }
-    if (m_connections.synchronizeLaunchAtLogin) {
-        startJob(
-            [synchronize = m_connections.synchronizeLaunchAtLogin] { return runLoginSynchronization(synchronize); });
-    }
 }
 
 void AppDelegate::handleLaunchContextInitialization()
@@ -102,6 +55,18 @@ bool AppDelegate::applicationShouldHandleReopen(bool hasVisibleWindows)
     return true;
 }
 
+void AppDelegate::reopen()
+{
+    applicationShouldHandleReopen(m_presence.hasVisibleWindows());
+    m_presence.activate();
+}
+
+void AppDelegate::openUrls(const QStringList & /*urls*/)
+{
+    // No URL has a meaning of its own yet.
+    reopen();
+}
+
 void AppDelegate::showMainWindow()
 {
     if (m_presence.activationPolicy() != ApplicationPresence::ActivationPolicy::Regular) {
@@ -113,8 +78,9 @@ void AppDelegate::showMainWindow()
 
 void AppDelegate::applicationWillTerminate()
 {
-    run(m_connections.clearLaunchAtLoginServiceManager);
-    run(m_connections.cleanupMenuBar);
+    for (const LaunchStep &step : m_sequence.termination) {
+        step();
+    }
     m_launchContext = nullptr;
 }
 

@@ -2,28 +2,25 @@
 
 #pragma once
 
-#include <QCoroTask>
+#include "shell/LaunchSteps.h"
+
 #include <QObject>
+#include <QStringList>
 
 #include <functional>
+#include <vector>
 
 namespace quillhaven {
 
 class ApplicationPresence;
 class LaunchContextManager;
 
-/// Where the services that start with the program connect, in the order of the launch. An empty one is left out.
-struct LaunchConnections
+/// What starts and ends with the program.
+struct LaunchSequence
 {
-    std::function<LaunchContextManager *()> launchContext; ///< decides the context; must be given
-    std::function<void()> setupMenuBar;                    ///< brings the engine into being
-    std::function<void()> startAutoLockManager;
-    std::function<void()> startSmartAutoLockManager;
-    std::function<void()> activateFinderExtension;
-    std::function<QCoro::Task<>()> performBackgroundUpdateCheck;
-    std::function<QCoro::Task<>()> synchronizeLaunchAtLogin;
-    std::function<void()> clearLaunchAtLoginServiceManager;
-    std::function<void()> cleanupMenuBar;
+    std::function<LaunchContextManager &()> launchContext; ///< decides the context, before the first step
+    std::vector<LaunchStep> launch;                        ///< in their order
+    std::vector<LaunchStep> termination;                   ///< in their order, before the context is given up
 };
 
 /// The process's life cycle: the order of the launch, the reopening of the window, the termination.
@@ -32,27 +29,30 @@ class AppDelegate : public QObject
     Q_OBJECT
 
 public:
-    /// The reference outlives this object.
-    AppDelegate(ApplicationPresence &presence, LaunchConnections connections, QObject *parent = nullptr);
+    /// The reference must outlive this object.
+    AppDelegate(ApplicationPresence &presence, LaunchSequence sequence, QObject *parent = nullptr);
 
-    /// Runs the launch, strictly in order. The two jobs start only after it has returned.
+    /// Runs the launch, strictly in order. The jobs that its steps start run only after it has returned.
     void applicationDidFinishLaunching();
     void applicationWillTerminate();
     /// The user asked for the program again while it runs. True: it is handled.
     bool applicationShouldHandleReopen(bool hasVisibleWindows);
 
+    /// A second start: brings the window back, or to the front.
+    void reopen();
+    /// A second start with something to open.
+    void openUrls(const QStringList &urls);
+
     /// Empty before the launch and after the termination.
     [[nodiscard]] LaunchContextManager *launchContext() const { return m_launchContext; }
 
 private:
-    void startAutoLockManagers();
-    void startJobs();
     void handleLaunchContextInitialization();
     void initializeForBackgroundLaunch();
     void showMainWindow();
 
     ApplicationPresence &m_presence;
-    LaunchConnections m_connections;
+    LaunchSequence m_sequence;
     LaunchContextManager *m_launchContext = nullptr;
 };
 

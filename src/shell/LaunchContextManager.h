@@ -21,13 +21,13 @@ inline constexpr std::array allLaunchContexts{LaunchContext::userActivation, Lau
 /// The machine form of a context, such as "loginItem".
 [[nodiscard]] QString description(LaunchContext context);
 
-/// Tells a start by the user from one at login, and decides from that whether a window appears.
+/// Distinguishes a start by the user from one at login, and decides from that whether a window appears.
 class LaunchContextManager : public QObject
 {
     Q_OBJECT
 
 public:
-    /// `arguments` are those of the process, its own name first. The reference outlives this object.
+    /// `arguments` are those of the process, its own name first. The reference must outlive this object.
     LaunchContextManager(const QStringList &arguments, ApplicationPresence &presence, QObject *parent = nullptr);
 
     /// Defined by the program alone.
@@ -42,7 +42,7 @@ public:
     void showMainWindow();
     /// Marks the window as unwanted and hides the application.
     void hideMainWindow();
-    /// Takes another context and decides anew.
+    /// Sets another context and decides again.
     void updateContext(LaunchContext context);
     /// The readable form, such as "Login Item".
     [[nodiscard]] QString contextDescription() const;

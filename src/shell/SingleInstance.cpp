@@ -99,9 +99,9 @@ SingleInstance::Role SingleInstance::claimOnBus(const QStringList &urls)
     new ApplicationAdaptor(this);
     bus.interface()->setTimeout(answerTimeoutMs);
     QString reason;
-    // The second round is for a holder that ended just now, without taking what it was handed.
+    // The second round is for a holder that has just ended without accepting what it was handed.
     for (int round = 0; round < 2; ++round) {
-        // The object before the name: whoever finds the name finds the object too.
+        // The object before the name, so that a caller that finds the name finds the object too.
         bus.registerObject(objectPath, this, QDBusConnection::ExportAdaptors);
         const auto reply = bus.interface()->registerService(busName, QDBusConnectionInterface::DontQueueService,
                                                             QDBusConnectionInterface::DontAllowReplacement);
@@ -120,14 +120,14 @@ SingleInstance::Role SingleInstance::claimOnBus(const QStringList &urls)
             reason = answer.errorMessage();
         }
     }
-    printLogger(QStringLiteral("⚠️ Quillhaven runs already, but it does not answer: ") + reason);
+    printLogger(QStringLiteral("⚠️ Quillhaven is already running, but it does not answer: ") + reason);
     return Role::Secondary;
 }
 
 SingleInstance::Role SingleInstance::claimBySocket(const QStringList &urls)
 {
     const QString path = m_socketDirectory + QStringLiteral("/quillhaven.socket");
-    // The kernel gives the lock up when its holder ends, however it ends, so that a socket without one is stale.
+    // The kernel releases the lock when its holder ends, however it ends, so a socket without a lock is stale.
     QElapsedTimer waiting;
     waiting.start();
     while (!takeLock(path + QStringLiteral(".lock"))) {
@@ -140,7 +140,8 @@ SingleInstance::Role SingleInstance::claimBySocket(const QStringList &urls)
             return Role::Secondary;
         }
         if (waiting.hasExpired(answerTimeoutMs)) {
-            printLogger(QStringLiteral("⚠️ Quillhaven runs already, but it does not answer: ") + socket.errorString());
+            printLogger(QStringLiteral("⚠️ Quillhaven is already running, but it does not answer: ") +
+                        socket.errorString());
             return Role::Secondary;
         }
         // The holder of the lock may only be about to listen.
@@ -151,7 +152,7 @@ SingleInstance::Role SingleInstance::claimBySocket(const QStringList &urls)
     m_server->setSocketOptions(QLocalServer::UserAccessOption);
     connect(m_server.get(), &QLocalServer::newConnection, this, &SingleInstance::acceptHandOver);
     if (!m_server->listen(path)) {
-        printLogger(QStringLiteral("⚠️ A second start will not reach this one: ") + m_server->errorString());
+        printLogger(QStringLiteral("⚠️ Cannot listen for later starts: ") + m_server->errorString());
     }
     return Role::Primary;
 }
@@ -161,7 +162,7 @@ bool SingleInstance::takeLock(const QString &path)
     QDir().mkpath(m_socketDirectory);
     ScopedFd file(::open(QFile::encodeName(path).constData(), O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW, 0600));
     if (!file.isOpen()) {
-        // Two of us would lose each other's records, so without an answer none may start.
+        // Two processes would overwrite each other's records, so without an answer none may start.
         throw FileError::fromErrno(errno, FileError::Action::Write, path);
     }
     if (::flock(file.get(), LOCK_EX | LOCK_NB) != 0) {

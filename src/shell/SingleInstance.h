@@ -15,7 +15,7 @@ QT_END_NAMESPACE
 
 namespace quillhaven {
 
-/// One process of the program at a time: the first one holds a name on the session bus, and a later one hands it what
+/// One process of the program at a time: the first one holds a name on the session bus, and a later one passes on what
 /// it was started with and ends. Without a bus a local socket in the user's runtime folder does the same.
 class SingleInstance : public QObject
 {
@@ -50,7 +50,7 @@ private:
     void receive(const QByteArray &message);
 
     QString m_socketDirectory;
-    // Held for as long as this process is the one.
+    // Held by the primary for as long as it runs.
     ScopedFd m_lock;
     std::unique_ptr<QLocalServer> m_server;
 };

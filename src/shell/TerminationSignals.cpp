@@ -32,25 +32,19 @@ void TerminationSignals::block()
 TerminationSignals::TerminationSignals(QObject *parent) : QObject(parent)
 {
     const sigset_t signals = terminationSignals();
-    m_fd = ::signalfd(-1, &signals, SFD_CLOEXEC | SFD_NONBLOCK);
-    if (m_fd < 0) {
+    m_fd = ScopedFd(::signalfd(-1, &signals, SFD_CLOEXEC | SFD_NONBLOCK));
+    if (!m_fd.isOpen()) {
         return;
     }
-    m_notifier = std::make_unique<QSocketNotifier>(m_fd, QSocketNotifier::Read);
+    m_notifier = std::make_unique<QSocketNotifier>(m_fd.get(), QSocketNotifier::Read);
     connect(m_notifier.get(), &QSocketNotifier::activated, this, [this] {
         signalfd_siginfo information{};
-        if (::read(m_fd, &information, sizeof information) == sizeof information) {
+        if (::read(m_fd.get(), &information, sizeof information) == sizeof information) {
             Q_EMIT terminationRequested();
         }
     });
 }
 
-TerminationSignals::~TerminationSignals()
-{
-    m_notifier.reset();
-    if (m_fd >= 0) {
-        ::close(m_fd);
-    }
-}
+TerminationSignals::~TerminationSignals() = default;
 
 } // namespace quillhaven

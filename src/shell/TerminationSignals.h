@@ -2,6 +2,8 @@
 
 #pragma once
 
+#include "platform/linux/files/ScopedFd.h"
+
 #include <QObject>
 #include <QSocketNotifier>
 
@@ -16,8 +18,8 @@ class TerminationSignals : public QObject
     Q_OBJECT
 
 public:
-    /// Holds the signals back for this thread and every one that it starts: call it before the first of them, since a
-    /// thread that does not hold them back would take them.
+    /// Blocks the signals for this thread and every one that it starts. Call it before the first of them: a thread that
+    /// does not block the signals would receive them.
     static void block();
 
     explicit TerminationSignals(QObject *parent = nullptr);
@@ -27,8 +29,8 @@ Q_SIGNALS:
     void terminationRequested();
 
 private:
-    int m_fd = -1;
-    std::unique_ptr<QSocketNotifier> m_notifier;
+    ScopedFd m_fd;
+    std::unique_ptr<QSocketNotifier> m_notifier; ///< ends before the descriptor that it watches
 };
 
 } // namespace quillhaven

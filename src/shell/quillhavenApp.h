@@ -18,7 +18,7 @@ class quillhavenApp
 {
 public:
     /// `checkForPendingActions` is run at each appearance, each time the application becomes active, and once a second
-    /// from an appearance on; it may be empty. The references outlive this object.
+    /// from an appearance on; it may be empty. The references must outlive this object.
     quillhavenApp(LaunchContextManager &launchContext, ApplicationPresence &presence, Clock &clock,
                   std::function<void()> checkForPendingActions);
     ~quillhavenApp();

@@ -55,31 +55,30 @@ QStringList arguments(const char *argument = nullptr)
 class Launch : public ::testing::Test
 {
 protected:
-    LaunchConnections connections(LaunchContextManager &context)
+    ~Launch() override { spinOnce(); } // the jobs of a launch, which refer to this object
+
+    LaunchStep step(const char *name)
     {
-        LaunchConnections all;
-        all.launchContext = [this, &context] {
-            order.append(QStringLiteral("context"));
-            return &context;
-        };
-        const auto step = [this](const char *name) {
-            return [this, name] { order.append(QString::fromLatin1(name)); };
-        };
-        all.setupMenuBar = step("menu bar");
-        all.startAutoLockManager = step("auto-lock");
-        all.startSmartAutoLockManager = step("smart auto-lock");
-        all.activateFinderExtension = step("extension");
-        all.performBackgroundUpdateCheck = [this]() -> QCoro::Task<> {
-            order.append(QStringLiteral("update check"));
+        return [this, name] { order.append(QString::fromLatin1(name)); };
+    }
+    std::function<QCoro::Task<>()> job(const char *name)
+    {
+        return [this, name]() -> QCoro::Task<> {
+            order.append(QString::fromLatin1(name));
             co_return;
         };
-        all.synchronizeLaunchAtLogin = [this]() -> QCoro::Task<> {
-            order.append(QStringLiteral("login synchronisation"));
-            co_return;
-        };
-        all.clearLaunchAtLoginServiceManager = step("clear login manager");
-        all.cleanupMenuBar = step("clean menu bar");
-        return all;
+    }
+    /// All services that a program can have.
+    LaunchSequence sequence(LaunchContextManager &context)
+    {
+        return {.launchContext = [this, &context]() -> LaunchContextManager & {
+                    order.append(QStringLiteral("context"));
+                    return context;
+                },
+                .launch = {step("menu bar"), autoLockStep(step("auto-lock"), step("smart auto-lock")),
+                           step("extension"), updateCheckStep(job("update check")),
+                           launchAtLoginStep(job("login synchronisation"))},
+                .termination = {step("clear login manager"), step("clean menu bar")}};
     }
 
     RecordingPresence presence;
@@ -151,7 +150,7 @@ TEST_F(Launch, ShowAndHideOfTheManagerSetTheFlagAndTheApplication)
 TEST_F(Launch, ServicesStartInOrderAndTheJobsOnlyAfterTheLaunch)
 {
     LaunchContextManager context(arguments(), presence);
-    AppDelegate delegate(presence, connections(context));
+    AppDelegate delegate(presence, sequence(context));
     delegate.applicationDidFinishLaunching();
     EXPECT_EQ(order.join(QLatin1Char('|')), QStringLiteral("context|menu bar|auto-lock|smart auto-lock|extension"));
     EXPECT_EQ(log.lines().join(QLatin1Char('|')),
@@ -168,7 +167,7 @@ TEST_F(Launch, ServicesStartInOrderAndTheJobsOnlyAfterTheLaunch)
 TEST_F(Launch, LoginLaunchRunsAllServicesAndStaysHidden)
 {
     LaunchContextManager context(arguments("--login-item"), presence);
-    AppDelegate delegate(presence, connections(context));
+    AppDelegate delegate(presence, sequence(context));
     quillhavenApp app(context, presence, clock, {});
     delegate.applicationDidFinishLaunching();
     app.contentAppeared();
@@ -183,7 +182,7 @@ TEST_F(Launch, LoginLaunchRunsAllServicesAndStaysHidden)
 TEST_F(Launch, LoginLaunchHidesTheApplicationAtOnce)
 {
     LaunchContextManager context(arguments("--login-item"), presence);
-    AppDelegate delegate(presence, connections(context));
+    AppDelegate delegate(presence, sequence(context));
     delegate.applicationDidFinishLaunching();
     EXPECT_TRUE(presence.isHidden);
     EXPECT_EQ(log.lines().last(), QStringLiteral("App launched in background mode (login item)"));
@@ -214,7 +213,7 @@ TEST_F(Launch, UserLaunchOrdersTheWindowToTheFrontATenthOfASecondAfterItAppears)
 TEST_F(Launch, ReopenAfterALoginLaunchTurnsItIntoARegularApplicationWithTheWindowInFront)
 {
     LaunchContextManager context(arguments("-loginItem"), presence);
-    AppDelegate delegate(presence, connections(context));
+    AppDelegate delegate(presence, sequence(context));
     delegate.applicationDidFinishLaunching();
     EXPECT_TRUE(delegate.applicationShouldHandleReopen(false));
     EXPECT_TRUE(context.shouldShowMainWindow());
@@ -226,17 +225,56 @@ TEST_F(Launch, ReopenAfterALoginLaunchTurnsItIntoARegularApplicationWithTheWindo
 TEST_F(Launch, ReopenWithVisibleWindowsChangesNothing)
 {
     LaunchContextManager context(arguments(), presence);
-    AppDelegate delegate(presence, connections(context));
+    AppDelegate delegate(presence, sequence(context));
     EXPECT_TRUE(delegate.applicationShouldHandleReopen(true));
     EXPECT_EQ(presence.activations, 0);
     EXPECT_EQ(presence.ordersToFront, 0);
+}
+
+TEST_F(Launch, ASecondStartBringsAHiddenWindowBackAndAVisibleOneToTheFront)
+{
+    LaunchContextManager context(arguments("-loginItem"), presence);
+    AppDelegate delegate(presence, sequence(context));
+    delegate.applicationDidFinishLaunching();
+    delegate.reopen();
+    EXPECT_FALSE(presence.isHidden);
+    EXPECT_EQ(presence.ordersToFront, 1);
+    const int activations = presence.activations;
+    delegate.reopen();
+    EXPECT_EQ(presence.ordersToFront, 1);
+    EXPECT_EQ(presence.activations, activations + 1);
+}
+
+TEST_F(Launch, ASecondStartWithUrlsBringsTheWindowBackAndLogsNothing)
+{
+    LaunchContextManager context(arguments("-loginItem"), presence);
+    AppDelegate delegate(presence, sequence(context));
+    delegate.applicationDidFinishLaunching();
+    log.clear();
+    delegate.openUrls({QStringLiteral("quillhaven://lock?path=/a")});
+    EXPECT_FALSE(presence.isHidden);
+    EXPECT_EQ(presence.ordersToFront, 1);
+    EXPECT_EQ(log.lines().join(QLatin1Char('|')), QString());
+}
+
+TEST_F(Launch, AServiceThatTheProgramDoesNotHaveLeavesNoLineInTheLog)
+{
+    LaunchContextManager context(arguments(), presence);
+    AppDelegate delegate(presence, {.launchContext = [&context]() -> LaunchContextManager & { return context; },
+                                    .launch = {step("menu bar")},
+                                    .termination = {}});
+    delegate.applicationDidFinishLaunching();
+    spinOnce();
+    delegate.applicationWillTerminate();
+    EXPECT_EQ(order.join(QLatin1Char('|')), QStringLiteral("menu bar"));
+    EXPECT_EQ(log.lines().join(QLatin1Char('|')), QStringLiteral("App launched by user activation"));
 }
 
 TEST_F(Launch, WindowOfAnotherTitleIsNotBroughtForwardWhileTheApplicationIsActivated)
 {
     presence.windowTitle = QStringLiteral("Quillhaven 2");
     LaunchContextManager context(arguments(), presence);
-    AppDelegate delegate(presence, connections(context));
+    AppDelegate delegate(presence, sequence(context));
     quillhavenApp app(context, presence, clock, {});
     app.contentAppeared();
     clock.advance(100ms);
@@ -265,9 +303,9 @@ TEST_F(Launch, EveryAppearanceAddsOneMoreOneSecondCheck)
 TEST_F(Launch, TerminationClearsTheLoginManagerThenTheMenuBarThenTheContext)
 {
     LaunchContextManager context(arguments(), presence);
-    LaunchConnections all = connections(context);
+    LaunchSequence all = sequence(context);
     AppDelegate *running = nullptr;
-    all.cleanupMenuBar = [this, &running] {
+    all.termination.back() = [this, &running] {
         order.append(running->launchContext() ? QStringLiteral("clean menu bar") : QStringLiteral("too late"));
     };
     AppDelegate delegate(presence, all);

@@ -243,7 +243,7 @@ TEST_P(SingleInstanceSocketTest, AHolderOfTheLockThatNeverListensIsStillTheOnlyO
     ASSERT_TRUE(second->waitForRole());
     EXPECT_TRUE(second->isSecondary());
     EXPECT_TRUE(
-        second->lines().constFirst().startsWith(QStringLiteral("⚠️ Quillhaven runs already, but it does not answer: ")))
+        second->lines().constFirst().startsWith(QStringLiteral("⚠️ Quillhaven is already running, but it does not answer: ")))
         << qUtf8Printable(second->lines().constFirst());
 }
 

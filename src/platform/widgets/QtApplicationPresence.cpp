@@ -6,64 +6,64 @@
 
 #include <QCoreApplication>
 #include <QGuiApplication>
-#include <QWindow>
 
 #include <algorithm>
 #include <utility>
 
 namespace quillhaven {
 
-namespace {
-
-bool hasVisibleDialog()
-{
-    const QList<QWindow *> windows = QGuiApplication::topLevelWindows();
-    return std::any_of(windows.begin(), windows.end(),
-                       [](const QWindow *window) { return window->isVisible() && window->type() == Qt::Dialog; });
-}
-
-} // namespace
-
 void QtApplicationPresence::activate()
 {
+    if (!m_mainWindow) {
+        return;
+    }
     // A dialog has the keyboard, not the window that waits for it.
-    const Qt::WindowType wanted = hasVisibleDialog() ? Qt::Dialog : Qt::Window;
-    for (QWindow *window : QGuiApplication::topLevelWindows()) {
-        if (window->isVisible() && window->type() == wanted) {
-            window->raise();
-            window->requestActivate();
-        }
+    QList<QWindow *> windows = visibleDialogs();
+    if (windows.isEmpty() && m_mainWindow->isVisible()) {
+        windows.append(m_mainWindow);
+    }
+    for (QWindow *window : windows) {
+        window->raise();
+        window->requestActivate();
     }
 }
 
 void QtApplicationPresence::hide()
 {
-    for (QWindow *window : QGuiApplication::topLevelWindows()) {
-        if (window->isVisible() && window->transientParent()) {
-            m_hiddenDialogs.append(window);
-        }
+    if (!m_mainWindow) {
+        return;
     }
-    for (QWindow *window : QGuiApplication::topLevelWindows()) {
-        window->hide();
+    for (QWindow *dialog : visibleDialogs()) {
+        m_hiddenDialogs.append(dialog);
+        dialog->hide();
     }
+    m_mainWindow->hide();
 }
 
 bool QtApplicationPresence::makeKeyAndOrderFront(const QString &title)
 {
-    for (QWindow *window : QGuiApplication::topLevelWindows()) {
-        if (window->title() != title) {
-            continue;
-        }
-        window->setWindowStates(window->windowStates() & ~Qt::WindowMinimized);
-        window->setVisible(true);
-        window->raise();
-        showDialogsAgain();
-        if (!hasVisibleDialog()) {
-            window->requestActivate();
-        }
-        return true;
+    if (!m_mainWindow || m_mainWindow->title() != title) {
+        return false;
     }
-    return false;
+    m_mainWindow->setWindowStates(m_mainWindow->windowStates() & ~Qt::WindowMinimized);
+    m_mainWindow->setVisible(true);
+    m_mainWindow->raise();
+    showDialogsAgain();
+    if (visibleDialogs().isEmpty()) {
+        m_mainWindow->requestActivate();
+    }
+    return true;
+}
+
+QList<QWindow *> QtApplicationPresence::visibleDialogs() const
+{
+    QList<QWindow *> dialogs;
+    for (QWindow *window : QGuiApplication::topLevelWindows()) {
+        if (window->isVisible() && m_mainWindow->isAncestorOf(window, QWindow::IncludeTransients)) {
+            dialogs.append(window);
+        }
+    }
+    return dialogs;
 }
 
 void QtApplicationPresence::showDialogsAgain()
@@ -79,15 +79,18 @@ void QtApplicationPresence::showDialogsAgain()
 
 bool QtApplicationPresence::hasVisibleWindows() const
 {
-    const QList<QWindow *> windows = QGuiApplication::topLevelWindows();
-    return std::any_of(windows.begin(), windows.end(), [](const QWindow *window) {
+    if (!m_mainWindow) {
+        return false;
+    }
+    const auto isOnScreen = [](const QWindow *window) {
         return window->isVisible() && !(window->windowStates() & Qt::WindowMinimized);
-    });
+    };
+    return isOnScreen(m_mainWindow) || std::ranges::any_of(visibleDialogs(), isOnScreen);
 }
 
 void QtApplicationPresence::terminate()
 {
-    // Not `quit`: it asks every window to close first, and the main window keeps itself.
+    // Not `quit`: it asks every window to close first, and the main window refuses.
     WorkInFlight::close([] { QCoreApplication::exit(0); });
 }
 

@@ -10,10 +10,14 @@
 
 namespace quillhaven {
 
-/// The windows of this Qt application.
+/// The main window of this Qt application, and the dialogs that belong to it. Other windows are not touched. Until the
+/// main window is given, nothing is visible and nothing happens.
 class QtApplicationPresence : public ApplicationPresence
 {
 public:
+    /// The window may be deleted at any time.
+    void setMainWindow(QWindow *window) { m_mainWindow = window; }
+
     [[nodiscard]] ActivationPolicy activationPolicy() const override { return m_policy; }
     void setActivationPolicy(ActivationPolicy policy) override { m_policy = policy; }
     void activate() override;
@@ -23,12 +27,15 @@ public:
     void terminate() override;
 
 private:
+    /// The dialogs of the main window that are on the screen, and theirs.
+    [[nodiscard]] QList<QWindow *> visibleDialogs() const;
     void showDialogsAgain();
 
-    // A window of ours is in the task list exactly while it is on the screen, so that hiding is all that the policy
-    // needs; it is kept for whoever asks.
+    QPointer<QWindow> m_mainWindow;
+    // Only kept: a window is in the task list exactly while it is on the screen, so hiding it is all that a policy
+    // needs.
     ActivationPolicy m_policy = ActivationPolicy::Regular;
-    // The dialogs that `hide` took from the screen; they come back with the window that is shown next.
+    // The dialogs that `hide` took from the screen; they come back with the main window.
     QList<QPointer<QWindow>> m_hiddenDialogs;
 };
 

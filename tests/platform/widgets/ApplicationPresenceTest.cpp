@@ -21,6 +21,7 @@ protected:
         }
         main.setTitle(QStringLiteral("Main"));
         other.setTitle(QStringLiteral("Other"));
+        presence.setMainWindow(&main);
     }
 
     void show(QWindow &window)
@@ -41,14 +42,48 @@ TEST_F(ApplicationPresenceOfQt, WithoutAShownWindowNoneIsVisible)
     EXPECT_FALSE(presence.hasVisibleWindows());
 }
 
-TEST_F(ApplicationPresenceOfQt, HideTakesEveryWindowFromTheScreen)
+TEST_F(ApplicationPresenceOfQt, HideTakesTheMainWindowFromTheScreenAndLeavesOthers)
 {
     show(main);
     show(other);
     EXPECT_TRUE(presence.hasVisibleWindows());
     presence.hide();
     EXPECT_FALSE(presence.hasVisibleWindows());
-    EXPECT_TRUE(spinUntil([&] { return !main.isExposed() && !other.isExposed(); }));
+    EXPECT_TRUE(spinUntil([&] { return !main.isExposed(); }));
+    EXPECT_TRUE(other.isVisible());
+    EXPECT_TRUE(other.isExposed());
+}
+
+TEST_F(ApplicationPresenceOfQt, AWindowThatIsNotTheMainOneIsNeitherVisibleNorBroughtForward)
+{
+    other.setTitle(main.title());
+    show(other);
+    EXPECT_FALSE(presence.hasVisibleWindows());
+    presence.activate();
+    EXPECT_FALSE(main.isVisible());
+    EXPECT_TRUE(presence.makeKeyAndOrderFront(main.title()));
+    EXPECT_TRUE(spinUntil([&] { return QGuiApplication::focusWindow() == &main; }));
+    presence.hide();
+    EXPECT_TRUE(other.isVisible());
+}
+
+TEST_F(ApplicationPresenceOfQt, ActivateRaisesTheMainWindowAndNotAnother)
+{
+    show(main);
+    show(other);
+    presence.activate();
+    EXPECT_TRUE(spinUntil([&] { return QGuiApplication::focusWindow() == &main; }));
+}
+
+TEST_F(ApplicationPresenceOfQt, WithoutAMainWindowNothingHappens)
+{
+    show(other);
+    presence.setMainWindow(nullptr);
+    presence.hide();
+    presence.activate();
+    EXPECT_FALSE(presence.makeKeyAndOrderFront(other.title()));
+    EXPECT_FALSE(presence.hasVisibleWindows());
+    EXPECT_TRUE(other.isVisible());
 }
 
 TEST_F(ApplicationPresenceOfQt, TheWindowOfTheTitleComesToTheFrontWithTheKeyboard)

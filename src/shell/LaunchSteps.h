@@ -1,0 +1,27 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+#pragma once
+
+#include <QCoroTask>
+
+#include <functional>
+
+// The steps of the launch that do more than to start one service. The list that puts them in order is made where the
+// services are: in Application.cpp.
+
+namespace quillhaven {
+
+/// One step of the launch or of the termination. Called once, on the main thread.
+using LaunchStep = std::function<void()>;
+
+/// Starts both managers, then logs that they exist.
+[[nodiscard]] LaunchStep autoLockStep(LaunchStep startAutoLockManager, LaunchStep startSmartAutoLockManager);
+
+/// Starts a job that checks for an update, between its lines in the log. It runs after the launch.
+[[nodiscard]] LaunchStep updateCheckStep(std::function<QCoro::Task<>()> performBackgroundUpdateCheck);
+
+/// Starts a job that brings the registration as a login item in step with the setting, then logs it. It runs after the
+/// launch.
+[[nodiscard]] LaunchStep launchAtLoginStep(std::function<QCoro::Task<>()> synchronizeLaunchAtLogin);
+
+} // namespace quillhaven
