@@ -20,7 +20,7 @@ ApplicationWindow {
     title: "Quillhaven"
     width: 1200
     height: 900
-    minimumWidth: 760
+    minimumWidth: Metrics.narrowBar
     minimumHeight: 560
     color: Colors.windowBackground
     palette.toolTipBase: Colors.background

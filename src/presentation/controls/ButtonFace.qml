@@ -29,14 +29,14 @@ Item {
             anchors.verticalCenter: parent.verticalCenter
             visible: face.symbol !== "" && !face.busy
             symbol: face.symbol
-            size: 18
+            size: Metrics.symbolControl
             color: face.ink
         }
 
         BusyIndicator {
             anchors.verticalCenter: parent.verticalCenter
-            width: 18
-            height: 18
+            width: Metrics.symbolControl
+            height: Metrics.symbolControl
             padding: 0
             visible: face.busy
             running: visible
@@ -59,7 +59,7 @@ Item {
             anchors.verticalCenter: parent.verticalCenter
             visible: face.trailingSymbol !== "" && face.showsText
             symbol: face.trailingSymbol
-            size: 12
+            size: Metrics.symbolTiny
             color: face.ink
         }
     }

@@ -5,17 +5,17 @@ import Quillhaven.Design
 
 /// A button in one of the looks of ButtonStyleType.
 FilledButton {
-    /// ButtonStyleType: primary, secondary, destructive or cleared
-    property string type: "primary"
+    id: button
 
-    readonly property var looks: ({
-        "primary": { fill: Colors.cta, outline: "transparent" },
-        "secondary": { fill: Colors.bgPanel, outline: Colors.borderSubtle },
-        "destructive": { fill: Qt.darker(Colors.error, 1.25), outline: "transparent" },
-        "cleared": { fill: "transparent", outline: "transparent" }
-    })
-    readonly property var look: looks[type] ?? looks.primary
+    property int type: ButtonStyleType.Primary
 
-    fill: look.fill
-    outline: look.outline
+    fill: {
+        switch (button.type) {
+        case ButtonStyleType.Secondary: return Colors.bgPanel
+        case ButtonStyleType.Destructive: return Colors.destructive
+        case ButtonStyleType.Cleared: return Colors.clear
+        default: return Colors.cta
+        }
+    }
+    outline: type === ButtonStyleType.Secondary ? Colors.borderSubtle : Colors.clear
 }

@@ -5,14 +5,14 @@ import QtQuick.Controls.Basic
 import QtQuick.Layouts
 import Quillhaven.Design
 
-/// A box to tick, with what it says beside it. It never ticks itself: `toggleRequested` tells that the user wants it
-/// the other way round, and whoever owns `ticked` decides.
+/// A box to tick, with what it says beside it. It never ticks itself: `toggleRequested` says that the user wants it the
+/// other way round, and the owner of `ticked` decides.
 CheckBox {
     id: box
 
     property bool ticked: false
     property bool isRound: false
-    property int boxSize: 20
+    property int boxSize: Metrics.checkBoxSize
     /// What is read out; the text, unless the box stands alone.
     property string label: text
     readonly property string symbol: isRound ? (ticked ? "checkmark.circle.fill" : "circle")
@@ -20,22 +20,18 @@ CheckBox {
 
     signal toggleRequested
 
-    function press() {
-        if (enabled)
-            toggleRequested()
-    }
-
     implicitHeight: Math.max(boxSize + Spacing.sm, implicitContentHeight)
     padding: 0
     hoverEnabled: true
     checkState: ticked ? Qt.Checked : Qt.Unchecked
     nextCheckState: () => checkState
-    onClicked: press()
+    onClicked: toggleRequested()
     Accessible.name: label
-    Accessible.onPressAction: press()
-    Accessible.onToggleAction: press()
-    Keys.onReturnPressed: press()
-    Keys.onEnterPressed: press()
+
+    KeyboardPress {
+        control: box
+        onPressed: box.toggleRequested()
+    }
 
     indicator: null
     contentItem: RowLayout {
@@ -45,7 +41,7 @@ CheckBox {
             implicitWidth: box.boxSize
             implicitHeight: box.boxSize
             radius: box.isRound ? height / 2 : DesignSystem.cornerRadiusSmall
-            color: box.ticked ? Colors.primary : "transparent"
+            color: box.ticked ? Colors.primary : Colors.clear
             border.width: box.ticked ? 0 : 2
             border.color: box.hovered ? Colors.primaryAccent : Colors.iconMuted
 
@@ -53,7 +49,7 @@ CheckBox {
                 anchors.centerIn: parent
                 visible: box.ticked
                 symbol: box.symbol
-                size: box.boxSize - 6
+                size: box.boxSize * 0.7
                 color: Colors.textPrimary
             }
         }

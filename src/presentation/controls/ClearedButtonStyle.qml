@@ -5,6 +5,6 @@ import Quillhaven.Design
 
 /// A button without a ground of its own until the pointer is over it.
 FilledButton {
-    fill: "transparent"
+    fill: Colors.clear
     foreground: Colors.textSecondary
 }

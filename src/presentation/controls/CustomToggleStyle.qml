@@ -6,42 +6,42 @@ import Quillhaven.Design
 
 /// The switch of a setting.
 Switch {
-    id: control
+    id: settingSwitch
 
-    function press() {
-        if (enabled) {
-            toggle()
-            toggled()
-        }
-    }
+    /// Between the edge and the knob.
+    readonly property int gap: 3
 
     implicitHeight: DesignSystem.toggleSize
     padding: 0
     spacing: Spacing.sm
     hoverEnabled: true
-    opacity: enabled ? 1 : 0.45
+    opacity: enabled ? 1 : Metrics.disabledOpacity
     font: Typography.settingLabel
     Accessible.role: Accessible.CheckBox
     Accessible.name: text
     Accessible.checkable: true
     Accessible.checked: checked
-    Accessible.onPressAction: press()
-    Accessible.onToggleAction: press()
-    Keys.onReturnPressed: press()
-    Keys.onEnterPressed: press()
+
+    KeyboardPress {
+        control: settingSwitch
+        onPressed: {
+            settingSwitch.toggle()
+            settingSwitch.toggled()
+        }
+    }
 
     indicator: Rectangle {
         implicitWidth: DesignSystem.toggleSize * 1.75
         implicitHeight: DesignSystem.toggleSize
         radius: height / 2
-        color: control.checked ? Colors.primary : Colors.backgroundSecondary
+        color: settingSwitch.checked ? Colors.primary : Colors.backgroundSecondary
         border.width: 1
-        border.color: control.checked ? Colors.primary : Colors.border
+        border.color: settingSwitch.checked ? Colors.primary : Colors.border
 
         Rectangle {
-            x: control.checked ? parent.width - width - 3 : 3
+            x: settingSwitch.checked ? parent.width - width - settingSwitch.gap : settingSwitch.gap
             anchors.verticalCenter: parent.verticalCenter
-            width: parent.height - 6
+            width: parent.height - 2 * settingSwitch.gap
             height: width
             radius: width / 2
             color: Colors.textPrimary
@@ -52,16 +52,16 @@ Switch {
         }
 
         FocusRing {
-            shown: control.visualFocus
-            radius: parent.radius + 3
+            shown: settingSwitch.visualFocus
+            radius: parent.radius + Metrics.focusRingGap
         }
     }
 
     contentItem: Text {
-        leftPadding: control.text === "" ? 0 : control.indicator.width + control.spacing
-        text: control.text
+        leftPadding: settingSwitch.text === "" ? 0 : settingSwitch.indicator.width + settingSwitch.spacing
+        text: settingSwitch.text
         textFormat: Text.PlainText
-        font: control.font
+        font: settingSwitch.font
         color: Colors.textPrimary
         verticalAlignment: Text.AlignVCenter
         Accessible.ignored: true

@@ -5,5 +5,5 @@ import Quillhaven.Design
 
 /// The button of an action that cannot be taken back.
 FilledButton {
-    fill: Qt.darker(Colors.error, 1.25)
+    fill: Colors.destructive
 }

@@ -1,21 +1,21 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
 import QtQuick
-import Quillhaven.Design
 import QtQuick.Controls.Basic
+import Quillhaven.Design
 
 /// The one shape under every button: a fill or a gradient, a corner radius, a brighter fill under the pointer.
 Button {
     id: button
 
     property string symbol
-    /// Behind the text, such as the arrow of a button that opens a list.
+    /// After the text, such as the arrow of a button that opens a list.
     property string trailingSymbol
     property bool busy: false
     property color fill: Colors.cta
-    property var fillGradient: null
+    property Gradient fillGradient: null
     property color foreground: Colors.textPrimary
-    property color outline: "transparent"
+    property color outline: Colors.clear
     property int cornerRadius: DesignSystem.cornerRadiusMedium
     property real hoverBrightness: DesignSystem.hoverBrightness
     property string helpText
@@ -24,13 +24,8 @@ Button {
     /// What is drawn of the text, where a symbol stands for a part of it.
     property string shownText: text
 
-    function press() {
-        if (enabled && !busy)
-            clicked()
-    }
-
     implicitHeight: DesignSystem.buttonHeight
-    implicitWidth: Math.max(implicitContentWidth + leftPadding + rightPadding, 64)
+    implicitWidth: Math.max(implicitContentWidth + leftPadding + rightPadding, Metrics.buttonMinimumWidth)
     leftPadding: Spacing.lg
     rightPadding: Spacing.lg
     topPadding: 0
@@ -41,13 +36,15 @@ Button {
     Accessible.role: Accessible.Button
     Accessible.name: text
     Accessible.description: helpText
-    Accessible.onPressAction: press()
-    Keys.onReturnPressed: press()
-    Keys.onEnterPressed: press()
+
+    KeyboardPress {
+        control: button
+        onPressed: if (!button.busy) button.clicked()
+    }
 
     ToolTip.visible: hovered && ToolTip.text !== ""
     ToolTip.text: helpText === "" && !showsText ? text : helpText
-    ToolTip.delay: 600
+    ToolTip.delay: Metrics.toolTipDelay
 
     contentItem: ButtonFace {
         symbol: button.symbol
@@ -59,7 +56,7 @@ Button {
         font: button.font
     }
 
-    opacity: enabled ? 1 : 0.45
+    opacity: enabled ? 1 : Metrics.disabledOpacity
 
     background: Rectangle {
         radius: button.cornerRadius
@@ -71,7 +68,7 @@ Button {
         Rectangle {
             anchors.fill: parent
             radius: parent.radius
-            color: "white"
+            color: Colors.brightening
             opacity: button.down ? 0 : button.hovered && button.enabled ? button.hoverBrightness : 0
 
             Behavior on opacity {
@@ -82,13 +79,13 @@ Button {
         Rectangle {
             anchors.fill: parent
             radius: parent.radius
-            color: "black"
-            opacity: button.down ? 0.16 : 0
+            color: Colors.pressed
+            visible: button.down
         }
 
         FocusRing {
             shown: button.visualFocus
-            radius: button.cornerRadius + 3
+            radius: button.cornerRadius + Metrics.focusRingGap
         }
     }
 }

@@ -8,9 +8,9 @@ Rectangle {
     property bool shown: false
 
     anchors.fill: parent
-    anchors.margins: -3
-    radius: DesignSystem.cornerRadiusMedium + 3
-    color: "transparent"
+    anchors.margins: -Metrics.focusRingGap
+    radius: DesignSystem.cornerRadiusMedium + Metrics.focusRingGap
+    color: Colors.clear
     border.width: shown ? 2 : 0
     border.color: Colors.focusRingHighContrast
 }

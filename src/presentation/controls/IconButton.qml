@@ -12,7 +12,7 @@ FilledButton {
     implicitWidth: DesignSystem.buttonHeight
     leftPadding: 0
     rightPadding: 0
-    fill: "transparent"
+    fill: Colors.clear
     hoverBrightness: 0.1
     foreground: color
     Accessible.name: helpText

@@ -14,7 +14,7 @@ Rectangle {
     implicitWidth: indicator.implicitWidth + Spacing.sm * 2
     implicitHeight: indicator.implicitHeight + Spacing.xs * 2
     radius: DesignSystem.cornerRadiusSmall
-    color: Qt.rgba(indicator.look.ink.r, indicator.look.ink.g, indicator.look.ink.b, 0.18)
+    color: Qt.alpha(indicator.ink, Metrics.badgeOpacity)
 
     StatusIndicator {
         id: indicator

@@ -1,9 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
 import QtQuick
-import Quillhaven.Design
-import QtQuick.Controls.Basic
 import QtQuick.Layouts
+import Quillhaven.Design
 
 /// A secret that is typed, hidden until it is asked for. The wrapper speaks for it on the accessibility bus, which
 /// never gets the text itself, shown or hidden.
@@ -46,22 +45,12 @@ FocusScope {
             Layout.fillWidth: true
             spacing: Spacing.sm
 
-            TextField {
+            InputField {
                 id: input
 
                 Layout.fillWidth: true
-                implicitHeight: DesignSystem.buttonHeight + 4
                 focus: true
-                leftPadding: Spacing.md
-                rightPadding: Spacing.md
-                font: Typography.settingTitle
-                color: Colors.textPrimary
                 placeholderText: scope.prompt
-                placeholderTextColor: Colors.textTertiary
-                selectionColor: Colors.primary
-                selectedTextColor: Colors.textPrimary
-                selectByMouse: true
-                hoverEnabled: true
                 echoMode: scope.revealed ? TextInput.Normal : TextInput.Password
                 inputMethodHints: Qt.ImhSensitiveData | Qt.ImhNoPredictiveText | Qt.ImhNoAutoUppercase
                 Accessible.ignored: true
@@ -69,16 +58,11 @@ FocusScope {
                 Keys.onReturnPressed: scope.accepted()
                 Keys.onEnterPressed: scope.accepted()
                 onTextEdited: scope.edited()
-
-                background: TextFieldFrame {
-                    focused: input.activeFocus
-                    hovered: input.hovered
-                }
             }
 
             SecondaryButton {
-                Layout.preferredWidth: 92
-                implicitHeight: DesignSystem.buttonHeight + 4
+                Layout.preferredWidth: Metrics.revealButtonWidth
+                implicitHeight: Metrics.inputHeight
                 leftPadding: Spacing.sm
                 rightPadding: Spacing.sm
                 text: scope.revealed ? "Hide" : "Show"

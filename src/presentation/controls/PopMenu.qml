@@ -4,9 +4,9 @@ import QtQuick
 import QtQuick.Controls.Basic
 import Quillhaven.Design
 
-/// A list of actions under a button.
+/// A list of actions or options under a button.
 Menu {
-    width: 260
+    width: Metrics.menuWidth
     padding: Spacing.xs
 
     background: Rectangle {

@@ -9,6 +9,8 @@ MenuItem {
     id: entry
 
     property string symbol
+    /// Where it does not show, its place stays empty.
+    property bool showsSymbol: true
 
     signal chosen
 
@@ -19,7 +21,7 @@ MenuItem {
         chosen()
     }
 
-    implicitHeight: 34
+    implicitHeight: Metrics.menuRowHeight
     font: Typography.settingLabel
     onTriggered: choose()
     Accessible.name: text
@@ -29,12 +31,13 @@ MenuItem {
     indicator: null
     contentItem: Row {
         spacing: Spacing.sm
-        opacity: entry.enabled ? 1 : 0.45
+        opacity: entry.enabled ? 1 : Metrics.disabledOpacity
 
         SymbolImage {
             anchors.verticalCenter: parent.verticalCenter
+            opacity: entry.showsSymbol ? 1 : 0
             symbol: !entry.checkable ? entry.symbol : entry.checked ? "checkmark.square.fill" : "square"
-            size: 18
+            size: Metrics.symbolControl
             color: Colors.textPrimary
         }
 
@@ -50,6 +53,6 @@ MenuItem {
 
     background: Rectangle {
         radius: DesignSystem.cornerRadiusSmall
-        color: entry.highlighted ? Colors.primary : "transparent"
+        color: entry.highlighted ? Colors.primary : Colors.clear
     }
 }

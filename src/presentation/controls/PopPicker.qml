@@ -2,7 +2,6 @@
 
 pragma ComponentBehavior: Bound
 import QtQuick
-import QtQuick.Controls.Basic
 import Quillhaven.Design
 
 /// A button that opens a list to choose one option from.
@@ -11,7 +10,7 @@ FilledButton {
 
     property string label
     property string selection
-    property var options: []
+    property list<string> options
     property bool isOpen: menu.visible
 
     signal selected(string option)
@@ -26,68 +25,26 @@ FilledButton {
     onClicked: menu.visible ? menu.close() : menu.open()
     Keys.onDownPressed: menu.open()
 
-    Menu {
+    PopMenu {
         id: menu
 
         y: picker.height + Spacing.xs
+        width: Math.max(picker.width, Metrics.pickerMinimumWidth)
         onOpened: currentIndex = picker.options.indexOf(picker.selection)
-        width: Math.max(picker.width, 160)
-        padding: Spacing.xs
-
-        background: Rectangle {
-            radius: DesignSystem.cornerRadiusMedium
-            color: Colors.bgPanel
-            border.width: 1
-            border.color: Colors.border
-        }
 
         Instantiator {
             model: picker.options
-            delegate: MenuItem {
-                id: option
-
+            delegate: PopMenuItem {
                 required property string modelData
 
                 text: modelData
-                implicitHeight: 32
-                font: Typography.settingLabel
+                symbol: "checkmark.circle.fill"
+                showsSymbol: modelData === picker.selection
                 Accessible.role: Accessible.MenuItem
-                Accessible.name: modelData
-                Accessible.onPressAction: choose()
-                onTriggered: choose()
-
-                function choose() {
-                    menu.close()
-                    picker.selected(modelData)
-                }
-
-                contentItem: Row {
-                    spacing: Spacing.sm
-
-                    SymbolImage {
-                        anchors.verticalCenter: parent.verticalCenter
-                        opacity: option.modelData === picker.selection ? 1 : 0
-                        symbol: "checkmark.circle.fill"
-                        size: 16
-                        color: Colors.textPrimary
-                    }
-
-                    Text {
-                        anchors.verticalCenter: parent.verticalCenter
-                        text: option.text
-                        font: option.font
-                        color: Colors.textPrimary
-                        Accessible.ignored: true
-                    }
-                }
-
-                background: Rectangle {
-                    radius: DesignSystem.cornerRadiusSmall
-                    color: option.highlighted ? Colors.primary : "transparent"
-                }
+                onChosen: picker.selected(modelData)
             }
-            onObjectAdded: (index, object) => menu.insertItem(index, object)
-            onObjectRemoved: (index, object) => menu.removeItem(object)
+            onObjectAdded: (index, object) => menu.insertItem(index, object as Item)
+            onObjectRemoved: (index, object) => menu.removeItem(object as Item)
         }
     }
 }

@@ -4,26 +4,25 @@ import QtQuick
 import QtQuick.Shapes
 import Quillhaven.Design
 
-/// A filled rectangle of which only the corners of a set, the RectCorner, are rounded.
+/// A filled rectangle of which only the corners of a set of RectCorner are rounded.
 Shape {
     id: shape
 
     property real radius: DesignSystem.cornerRadiusMedium
-    /// Of topLeft, topRight, bottomLeft and bottomRight.
-    property var corners: ["topLeft", "topRight", "bottomLeft", "bottomRight"]
+    property int corners: RectCorner.AllCorners
     property color fill: Colors.cardBackground
 
-    function radiusOf(corner) {
-        return corners.includes(corner) ? Math.min(radius, width / 2, height / 2) : 0
+    function radiusOf(corner: int): real {
+        return corners & corner ? Math.min(radius, width / 2, height / 2) : 0
     }
 
     ShapePath {
         id: path
 
-        readonly property real topLeft: shape.radiusOf("topLeft")
-        readonly property real topRight: shape.radiusOf("topRight")
-        readonly property real bottomRight: shape.radiusOf("bottomRight")
-        readonly property real bottomLeft: shape.radiusOf("bottomLeft")
+        readonly property real topLeft: shape.radiusOf(RectCorner.TopLeft)
+        readonly property real topRight: shape.radiusOf(RectCorner.TopRight)
+        readonly property real bottomRight: shape.radiusOf(RectCorner.BottomRight)
+        readonly property real bottomLeft: shape.radiusOf(RectCorner.BottomLeft)
 
         strokeWidth: -1
         fillColor: shape.fill

@@ -2,22 +2,15 @@
 
 import QtQuick
 import Quillhaven.Design
-import QtQuick.Controls.Basic
 
 /// A search text with a prompt and a button that empties it.
-TextField {
+InputField {
     id: field
 
     implicitHeight: DesignSystem.buttonHeight
     leftPadding: Spacing.xl + Spacing.md
     rightPadding: Spacing.xl + Spacing.md
     font: Typography.settingLabel
-    color: Colors.textPrimary
-    placeholderTextColor: Colors.textTertiary
-    selectionColor: Colors.primary
-    selectedTextColor: Colors.textPrimary
-    selectByMouse: true
-    hoverEnabled: true
     Accessible.role: Accessible.EditableText
     Accessible.name: placeholderText
 
@@ -32,17 +25,12 @@ TextField {
             empty()
     }
 
-    background: TextFieldFrame {
-        focused: field.activeFocus
-        hovered: field.hovered
-    }
-
     SymbolImage {
         anchors.left: parent.left
         anchors.leftMargin: Spacing.sm + 2
         anchors.verticalCenter: parent.verticalCenter
         symbol: "magnifyingglass"
-        size: 18
+        size: Metrics.symbolControl
         color: Colors.iconMuted
     }
 
@@ -50,8 +38,8 @@ TextField {
         anchors.right: parent.right
         anchors.rightMargin: 2
         anchors.verticalCenter: parent.verticalCenter
-        width: 30
-        height: 30
+        width: Metrics.smallButton
+        height: Metrics.smallButton
         visible: field.text !== ""
         activeFocusOnTab: false
         symbol: "xmark"

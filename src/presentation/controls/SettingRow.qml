@@ -15,15 +15,15 @@ Item {
     property bool isEnabled: true
     property bool showsWarning: false
     property string warningMessage
-    /// A StatusType, or nothing.
-    property string statusIndicator
+    /// A StatusType, or -1 for none.
+    property int statusIndicator: -1
     property string accessibilityHint
     readonly property bool isHovered: hover.hovered
 
     implicitWidth: layout.implicitWidth + Spacing.md * 2
     implicitHeight: Math.max(Spacing.minTouchTarget, layout.implicitHeight + Spacing.sm * 2)
     enabled: isEnabled
-    opacity: isEnabled ? 1 : 0.45
+    opacity: isEnabled ? 1 : Metrics.disabledOpacity
     Accessible.role: Accessible.Grouping
     Accessible.name: title
     Accessible.description: accessibilityHint !== "" ? accessibilityHint : description
@@ -33,7 +33,7 @@ Item {
     Rectangle {
         anchors.fill: parent
         radius: DesignSystem.cornerRadiusMedium
-        color: row.isHovered ? Colors.hover : "transparent"
+        color: row.isHovered ? Colors.hover : Colors.clear
     }
 
     ColumnLayout {
@@ -82,7 +82,7 @@ Item {
             }
 
             StatusIndicator {
-                visible: row.statusIndicator !== ""
+                visible: row.statusIndicator >= 0
                 status: row.statusIndicator
             }
 
@@ -96,19 +96,17 @@ Item {
 
             SymbolImage {
                 symbol: "exclamationmark.triangle.fill"
-                size: 16
+                size: Metrics.symbolText
                 color: Colors.warning
             }
 
-            Text {
+            TextLabel {
                 Layout.fillWidth: true
                 text: row.warningMessage
-                textFormat: Text.PlainText
                 font: Typography.settingDescription
                 color: Colors.warning
                 wrapMode: Text.Wrap
                 Accessible.role: Accessible.AlertMessage
-                Accessible.name: text
             }
         }
     }

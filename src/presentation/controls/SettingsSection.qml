@@ -31,24 +31,21 @@ SectionModifier {
         AbstractButton {
             id: header
 
-            function press() {
-                if (section.isCollapsible)
-                    clicked()
-            }
-
             Layout.fillWidth: true
             enabled: section.isCollapsible
             hoverEnabled: true
             focusPolicy: section.isCollapsible ? Qt.StrongFocus : Qt.NoFocus
             text: section.title
             onClicked: section.isExpanded = !section.isExpanded
-            Keys.onReturnPressed: press()
-            Keys.onEnterPressed: press()
             Accessible.role: section.isCollapsible ? Accessible.Button : Accessible.Heading
             Accessible.name: section.title
             Accessible.description: !section.isCollapsible ? section.description
                 : section.isExpanded ? "Double tap to collapse" : "Double tap to expand"
-            Accessible.onPressAction: press()
+
+            KeyboardPress {
+                control: header
+                onPressed: header.clicked()
+            }
 
             contentItem: RowLayout {
                 spacing: Spacing.sm
@@ -71,7 +68,7 @@ SectionModifier {
                 SymbolImage {
                     visible: section.isCollapsible
                     symbol: section.isExpanded ? "chevron.down" : "chevron.right"
-                    size: 18
+                    size: Metrics.symbolControl
                     color: Colors.iconMuted
                 }
             }

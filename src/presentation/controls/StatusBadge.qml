@@ -7,24 +7,43 @@ import Quillhaven.Design
 Rectangle {
     id: badge
 
-    /// locked, unlocked, warning, error or info
-    property string style: "info"
+    /// A BadgeStyle.
+    property int style: BadgeStyle.Info
     property string text
     property bool showIcon: true
 
-    readonly property var looks: ({
-        "locked": { fill: Colors.badgeLockedFill, ink: Colors.primary, symbol: "lock.fill" },
-        "unlocked": { fill: Colors.badgeUnlockedFill, ink: Colors.badgeUnlockedText, symbol: "lock.open.fill" },
-        "warning": { fill: Colors.badgeWarningBg, ink: Colors.badgeWarning, symbol: "exclamationmark.triangle.fill" },
-        "error": { fill: Colors.badgeErrorBg, ink: Colors.error, symbol: "exclamationmark.octagon.fill" },
-        "info": { fill: Colors.badgeInfoBg, ink: Colors.info, symbol: "info.circle.fill" }
-    })
-    readonly property var look: looks[style] ?? looks.info
+    readonly property color fill: {
+        switch (style) {
+        case BadgeStyle.Locked: return Colors.badgeLockedFill
+        case BadgeStyle.Unlocked: return Colors.badgeUnlockedFill
+        case BadgeStyle.Warning: return Colors.badgeWarningBg
+        case BadgeStyle.Error: return Colors.badgeErrorBg
+        default: return Colors.badgeInfoBg
+        }
+    }
+    readonly property color ink: {
+        switch (style) {
+        case BadgeStyle.Locked: return Colors.primary
+        case BadgeStyle.Unlocked: return Colors.badgeUnlockedText
+        case BadgeStyle.Warning: return Colors.badgeWarning
+        case BadgeStyle.Error: return Colors.error
+        default: return Colors.info
+        }
+    }
+    readonly property string symbol: {
+        switch (style) {
+        case BadgeStyle.Locked: return "lock.fill"
+        case BadgeStyle.Unlocked: return "lock.open.fill"
+        case BadgeStyle.Warning: return "exclamationmark.triangle.fill"
+        case BadgeStyle.Error: return "exclamationmark.octagon.fill"
+        default: return "info.circle.fill"
+        }
+    }
 
     implicitWidth: row.implicitWidth + Spacing.md * 2
-    implicitHeight: 24
+    implicitHeight: Metrics.badgeHeight
     radius: height / 2
-    color: look.fill
+    color: fill
     Accessible.role: Accessible.StaticText
     Accessible.name: text
 
@@ -37,9 +56,9 @@ Rectangle {
         SymbolImage {
             anchors.verticalCenter: parent.verticalCenter
             visible: badge.showIcon
-            symbol: badge.look.symbol
-            size: 14
-            color: badge.look.ink
+            symbol: badge.symbol
+            size: Metrics.symbolSmall
+            color: badge.ink
         }
 
         Text {
@@ -47,7 +66,7 @@ Rectangle {
             text: badge.text
             textFormat: Text.PlainText
             font: Typography.statusText
-            color: badge.look.ink
+            color: badge.ink
             Accessible.ignored: true
         }
     }

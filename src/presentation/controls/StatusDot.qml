@@ -13,6 +13,6 @@ StatusIndicator {
         width: dot.pointSize * 2 / 3
         height: width
         radius: width / 2
-        color: dot.look.ink
+        color: dot.ink
     }
 }

@@ -7,42 +7,65 @@ import Quillhaven.Design
 Row {
     id: indicator
 
-    /// StatusType: enabled, disabled, warning, info or error
-    property string status: "info"
+    /// A StatusType.
+    property int status: StatusType.Info
     property string text
     property bool showIcon: true
-    /// StatusSize: small, medium or large
-    property string size: "medium"
+    /// A StatusSize.
+    property int size: StatusSize.Medium
 
-    readonly property var looks: ({
-        "enabled": { ink: Colors.statusEnabled, symbol: "checkmark.circle.fill", word: "Enabled" },
-        "disabled": { ink: Colors.statusDisabled, symbol: "minus.circle.fill", word: "Disabled" },
-        "warning": { ink: Colors.statusWarning, symbol: "exclamationmark.triangle.fill", word: "Warning" },
-        "info": { ink: Colors.statusInfo, symbol: "info.circle.fill", word: "Information" },
-        "error": { ink: Colors.statusError, symbol: "xmark.circle.fill", word: "Error" }
-    })
-    readonly property var sizes: ({ "small": Typography.captionSize, "medium": Typography.footnoteSize,
-                                    "large": Typography.calloutSize })
-    readonly property var look: looks[status] ?? looks.info
-    readonly property int pointSize: sizes[size] ?? sizes.medium
+    readonly property color ink: {
+        switch (status) {
+        case StatusType.Enabled: return Colors.statusEnabled
+        case StatusType.Disabled: return Colors.statusDisabled
+        case StatusType.Warning: return Colors.statusWarning
+        case StatusType.Error: return Colors.statusError
+        default: return Colors.statusInfo
+        }
+    }
+    readonly property string symbol: {
+        switch (status) {
+        case StatusType.Enabled: return "checkmark.circle.fill"
+        case StatusType.Disabled: return "minus.circle.fill"
+        case StatusType.Warning: return "exclamationmark.triangle.fill"
+        case StatusType.Error: return "xmark.circle.fill"
+        default: return "info.circle.fill"
+        }
+    }
+    readonly property string word: {
+        switch (status) {
+        case StatusType.Enabled: return "Enabled"
+        case StatusType.Disabled: return "Disabled"
+        case StatusType.Warning: return "Warning"
+        case StatusType.Error: return "Error"
+        default: return "Information"
+        }
+    }
+    readonly property int pointSize: {
+        switch (size) {
+        case StatusSize.Small: return Typography.captionSize
+        case StatusSize.Large: return Typography.calloutSize
+        default: return Typography.footnoteSize
+        }
+    }
 
-    /// The state of something that is on or off, with a text for each.
-    function show(isEnabled, enabledText, disabledText) {
-        status = isEnabled ? "enabled" : "disabled"
+    /// Shows the state of something that is on or off, with a text for each.
+    function show(isEnabled: bool, enabledText: string, disabledText: string) {
+        status = isEnabled ? StatusType.Enabled : StatusType.Disabled
         text = isEnabled ? enabledText : disabledText
     }
 
     spacing: Spacing.xs
     Accessible.role: Accessible.StaticText
-    Accessible.name: look.word + " status"
+    Accessible.name: word + " status"
     Accessible.description: text
 
     SymbolImage {
         anchors.verticalCenter: parent.verticalCenter
         visible: indicator.showIcon
-        symbol: indicator.look.symbol
+        symbol: indicator.symbol
         size: indicator.pointSize + 4
-        color: indicator.look.ink
+        color: indicator.ink
     }
 
     Text {
@@ -53,7 +76,7 @@ Row {
         font.family: Typography.family
         font.pixelSize: indicator.pointSize
         font.weight: Font.Medium
-        color: indicator.look.ink
+        color: indicator.ink
         Accessible.ignored: true
     }
 }

@@ -9,9 +9,9 @@ Item {
 
     property string symbol
     property color color: Colors.textPrimary
-    property int size: 22
+    property int size: Metrics.symbolStandard
 
-    function hexByte(value) {
+    function hexByte(value: real): string {
         return Math.round(value * 255).toString(16).padStart(2, "0")
     }
 

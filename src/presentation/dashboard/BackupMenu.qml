@@ -11,7 +11,7 @@ PopMenu {
 
     required property QtObject backup
 
-    width: 300
+    width: Metrics.wideMenuWidth
 
     PopMenuItem {
         text: "iCloud Backup"

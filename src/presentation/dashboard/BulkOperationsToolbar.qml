@@ -11,7 +11,7 @@ Rectangle {
 
     required property QtObject dashboard
     readonly property QtObject selection: dashboard.selection
-    readonly property bool isNarrow: width < 760
+    readonly property bool isNarrow: width < Metrics.narrowBar
 
     component Action: SecondaryButton {
         leftPadding: bar.isNarrow ? Spacing.sm : Spacing.md
@@ -31,16 +31,14 @@ Rectangle {
 
         SymbolImage {
             symbol: "checkmark.circle.fill"
-            size: 18
+            size: Metrics.symbolControl
             color: Colors.primaryAccent
         }
 
-        Text {
+        TextLabel {
             text: bar.selection.selectedCount + " selected"
-            color: Colors.textPrimary
             font: Typography.buttonText
             Accessible.role: Accessible.StatusBar
-            Accessible.name: text
         }
 
         Item { Layout.fillWidth: true }
@@ -77,8 +75,8 @@ Rectangle {
         Action {
             text: "Clear"
             helpText: "Clear the selection"
-            fill: "transparent"
-            outline: "transparent"
+            fill: Colors.clear
+            outline: Colors.clear
             onClicked: bar.selection.clearSelection()
         }
     }

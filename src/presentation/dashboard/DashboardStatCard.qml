@@ -19,7 +19,7 @@ Rectangle {
 
     Layout.fillWidth: true
     Layout.preferredWidth: 1
-    implicitHeight: isCompact ? 78 : 104
+    implicitHeight: isCompact ? Metrics.compactStatCardHeight : Metrics.statCardHeight
     radius: DesignSystem.cornerRadiusLarge
     color: Colors.cardBackground
     border.width: isPrimary ? 0 : 1
@@ -58,15 +58,15 @@ Rectangle {
             }
 
             Rectangle {
-                implicitWidth: card.isCompact ? 30 : 36
+                implicitWidth: card.isCompact ? Metrics.smallButton : DesignSystem.buttonHeight
                 implicitHeight: implicitWidth
                 radius: DesignSystem.cornerRadiusMedium
-                color: card.isPrimary ? Qt.alpha(Colors.textPrimary, 0.18) : Qt.alpha(card.iconColor, 0.16)
+                color: card.isPrimary ? Qt.alpha(Colors.textPrimary, Metrics.badgeOpacity) : Qt.alpha(card.iconColor, Metrics.tintOpacity)
 
                 SymbolImage {
                     anchors.centerIn: parent
                     symbol: card.icon
-                    size: card.isCompact ? 16 : 20
+                    size: card.isCompact ? Metrics.symbolText : Metrics.symbolEntry
                     color: card.isPrimary ? Colors.textPrimary : card.iconColor
                 }
             }

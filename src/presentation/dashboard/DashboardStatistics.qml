@@ -49,13 +49,11 @@ ColumnLayout {
         }
     }
 
-    Text {
+    TextLabel {
         Layout.fillWidth: true
         text: statistics.dashboard.statisticsNote
         color: Colors.textSecondary
         font.pixelSize: Typography.footnoteSize
         wrapMode: Text.WordWrap
-        Accessible.role: Accessible.StaticText
-        Accessible.name: text
     }
 }

@@ -17,7 +17,7 @@ Item {
     required property QtObject passwordInputState
     required property QtObject masterPasswordDialogManager
     required property QtObject biometrics
-    readonly property bool hasRoomForDropArea: height >= 820
+    readonly property bool hasRoomForDropArea: height >= Metrics.roomyWindow
 
     ColumnLayout {
         anchors.fill: parent
@@ -33,7 +33,7 @@ Item {
             Layout.fillHeight: true
             Layout.margins: Spacing.xl
             Layout.topMargin: Spacing.lg
-            spacing: view.height < 720 ? Spacing.md : Spacing.lg
+            spacing: view.height < Metrics.compactWindow ? Spacing.md : Spacing.lg
 
             SearchFilterBar {
                 Layout.fillWidth: true
@@ -45,7 +45,7 @@ Item {
             DashboardStatistics {
                 Layout.fillWidth: true
                 Layout.fillHeight: false
-                isCompact: view.height < 720
+                isCompact: view.height < Metrics.compactWindow
                 // Where there is little room, the list needs it for what is selected.
                 visible: !isCompact || view.dashboard.selection.selectedCount === 0
                 dashboard: view.dashboard

@@ -11,9 +11,9 @@ Rectangle {
 
     property bool isTargeted: false
 
-    implicitHeight: 130
+    implicitHeight: Metrics.dropAreaHeight
     radius: DesignSystem.cornerRadiusLarge
-    color: isTargeted ? Colors.selection : "transparent"
+    color: isTargeted ? Colors.selection : Colors.clear
     border.width: isTargeted ? 2 : 1
     border.color: isTargeted ? Colors.primaryAccent : Colors.border
     Accessible.role: Accessible.StaticText
@@ -27,7 +27,7 @@ Rectangle {
         SymbolImage {
             Layout.alignment: Qt.AlignHCenter
             symbol: "tray.and.arrow.down.fill"
-            size: 32
+            size: Metrics.symbolLarge
             color: area.isTargeted ? Colors.primaryAccent : Colors.iconMuted
         }
 

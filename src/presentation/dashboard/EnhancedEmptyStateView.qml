@@ -5,7 +5,7 @@ import QtQuick.Layouts
 import Quillhaven.Controls
 import Quillhaven.Design
 
-/// What stands in the place of a list without rows.
+/// What is shown in place of a list without rows.
 ColumnLayout {
     id: view
 
@@ -21,7 +21,7 @@ ColumnLayout {
     Rectangle {
         Layout.alignment: Qt.AlignHCenter
         Layout.bottomMargin: Spacing.xs
-        implicitWidth: view.isCompact ? 48 : 72
+        implicitWidth: view.isCompact ? Spacing.xxxl : Metrics.emptyCircle
         implicitHeight: implicitWidth
         radius: height / 2
         color: Colors.selection
@@ -29,26 +29,24 @@ ColumnLayout {
         SymbolImage {
             anchors.centerIn: parent
             symbol: "folder.badge.questionmark"
-            size: view.isCompact ? 24 : 36
+            size: view.isCompact ? Metrics.symbolRow : Metrics.emptyCircle / 2
             color: Colors.primaryAccent
         }
     }
 
-    Text {
+    TextLabel {
         Layout.fillWidth: true
         text: "No items found"
-        color: Colors.textPrimary
         font.pixelSize: Typography.title3Size
         font.weight: Font.DemiBold
         horizontalAlignment: Text.AlignHCenter
         Accessible.role: Accessible.Heading
-        Accessible.name: text
     }
 
     Repeater {
         model: view.lines
 
-        Text {
+        TextLabel {
             required property string modelData
 
             Layout.fillWidth: true
@@ -58,8 +56,6 @@ ColumnLayout {
             lineHeight: 1.25
             wrapMode: Text.WordWrap
             horizontalAlignment: Text.AlignHCenter
-            Accessible.role: Accessible.StaticText
-            Accessible.name: text
         }
     }
 

@@ -11,7 +11,7 @@ Rectangle {
 
     required property QtObject dashboard
     property string title: "Quillhaven"
-    readonly property bool isNarrow: width < 1000
+    readonly property bool isNarrow: width < Metrics.narrowToolbar
 
     implicitHeight: content.implicitHeight
     color: Colors.backgroundSecondary
@@ -39,7 +39,7 @@ Rectangle {
                 SymbolImage {
                     anchors.centerIn: parent
                     symbol: "lock.shield.fill"
-                    size: 26
+                    size: Metrics.symbolRow
                     color: Colors.textPrimary
                 }
             }
@@ -52,13 +52,11 @@ Rectangle {
                     Layout.fillWidth: true
                     spacing: Spacing.sm
 
-                    Text {
+                    TextLabel {
                         text: toolbar.title
-                        color: Colors.textPrimary
                         font.pixelSize: Typography.titleSize
                         font.weight: Font.Bold
                         Accessible.role: Accessible.Heading
-                        Accessible.name: text
                     }
 
                     Rectangle {
@@ -67,7 +65,7 @@ Rectangle {
                         radius: height / 2
                         color: Colors.selection
 
-                        Text {
+                        TextLabel {
                             id: version
 
                             anchors.centerIn: parent
@@ -75,20 +73,16 @@ Rectangle {
                             color: Colors.textSecondary
                             font.pixelSize: Typography.captionSize
                             font.weight: Font.Medium
-                            Accessible.role: Accessible.StaticText
-                            Accessible.name: text
                         }
                     }
                 }
 
-                Text {
+                TextLabel {
                     Layout.fillWidth: true
                     text: "Secure your files with ease"
                     color: Colors.textSecondary
                     font.pixelSize: Typography.subheadlineSize
                     elide: Text.ElideRight
-                    Accessible.role: Accessible.StaticText
-                    Accessible.name: text
                 }
             }
 

@@ -46,7 +46,7 @@ FocusScope {
         (isInSelectionMode ? mark : toggleButton).focus = true
     }
 
-    implicitHeight: 60
+    implicitHeight: Metrics.listRowHeight
     Accessible.role: Accessible.ListItem
     Accessible.name: accessibleText
     Accessible.description: isBusy ? "Busy" : originalPath
@@ -84,7 +84,7 @@ FocusScope {
         anchors.fill: parent
         anchors.margins: 4
         radius: DesignSystem.cornerRadiusMedium
-        color: row.isSelected || row.activeFocus && !row.isInSelectionMode ? Colors.selection : hover.hovered ? Colors.hover : "transparent"
+        color: row.isSelected || row.activeFocus && !row.isInSelectionMode ? Colors.selection : hover.hovered ? Colors.hover : Colors.clear
         border.width: row.activeFocus ? 2 : 0
         border.color: Colors.primaryAccent
 
@@ -123,7 +123,7 @@ FocusScope {
 
         SymbolImage {
             symbol: row.leadingIcon
-            size: 24
+            size: Metrics.symbolRow
             color: row.isMounted ? Colors.iconMuted : Colors.primaryAccent
         }
 
@@ -136,7 +136,7 @@ FocusScope {
 
                 ToolTip.visible: nameHover.hovered
                 ToolTip.text: row.originalName
-                ToolTip.delay: 600
+                ToolTip.delay: Metrics.toolTipDelay
                 Layout.fillWidth: true
                 text: row.originalName
                 textFormat: Text.PlainText
@@ -161,7 +161,7 @@ FocusScope {
 
                 SymbolImage {
                     symbol: "checkmark.circle.fill"
-                    size: 14
+                    size: Metrics.symbolSmall
                     color: Colors.success
                 }
 
@@ -187,8 +187,8 @@ FocusScope {
         }
 
         Item {
-            Layout.preferredWidth: 24
-            Layout.preferredHeight: 24
+            Layout.preferredWidth: Metrics.symbolRow
+            Layout.preferredHeight: Metrics.symbolRow
 
             BusyIndicator {
                 anchors.fill: parent
@@ -202,14 +202,14 @@ FocusScope {
         }
 
         Item {
-            Layout.preferredWidth: 104
+            Layout.preferredWidth: Metrics.badgeColumnWidth
             Layout.preferredHeight: badge.implicitHeight
 
             StatusBadge {
                 id: badge
 
                 anchors.right: parent.right
-                style: row.isMounted ? "unlocked" : "locked"
+                style: row.isMounted ? BadgeStyle.Unlocked : BadgeStyle.Locked
                 text: row.isMounted ? "Unlocked" : "Locked"
             }
         }

@@ -17,18 +17,16 @@ RowLayout {
     SymbolImage {
         visible: controls.dashboard.hasActiveFilters
         symbol: "line.3.horizontal.decrease.circle.fill"
-        size: 16
+        size: Metrics.symbolText
         color: Colors.primaryAccent
     }
 
-    Text {
+    TextLabel {
         visible: controls.dashboard.hasActiveFilters
         text: "Filters Active"
         color: Colors.textSecondary
         font.pixelSize: Typography.footnoteSize
         font.weight: Font.Medium
-        Accessible.role: Accessible.StaticText
-        Accessible.name: text
     }
 
     Item { Layout.fillWidth: true }

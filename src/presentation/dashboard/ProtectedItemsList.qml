@@ -44,15 +44,15 @@ Rectangle {
 
     EnhancedEmptyStateView {
         anchors.centerIn: parent
-        width: Math.min(parent.width - 2 * Spacing.xl, 480)
-        isCompact: area.height < 260
+        width: Math.min(parent.width - 2 * Spacing.xl, Metrics.emptyStateWidth)
+        isCompact: area.height < Metrics.compactList
         visible: area.isEmpty && !area.dashboard.hasNoResults
     }
 
     EnhancedEmptyStateView {
         anchors.centerIn: parent
-        width: Math.min(parent.width - 2 * Spacing.xl, 480)
-        isCompact: area.height < 260
+        width: Math.min(parent.width - 2 * Spacing.xl, Metrics.emptyStateWidth)
+        isCompact: area.height < Metrics.compactList
         visible: area.dashboard.hasNoResults
         lines: ["No items match your search criteria",
                 "Try adjusting filters above or clear all to see your protected files."]

@@ -6,13 +6,13 @@ import QtQuick.Controls.Basic
 import Quillhaven.Controls
 import Quillhaven.Design
 
-/// Tells under the toolbar what is being protected; it takes no room while `text` is empty.
+/// Says under the toolbar what is being protected; it takes no room while `text` is empty.
 Rectangle {
     id: bar
 
     property string text
 
-    implicitHeight: text === "" ? 0 : 32
+    implicitHeight: text === "" ? 0 : Spacing.xxl
     visible: implicitHeight > 0
     color: Colors.selection
     clip: true
@@ -30,8 +30,8 @@ Rectangle {
         spacing: Spacing.sm
 
         BusyIndicator {
-            Layout.preferredWidth: 18
-            Layout.preferredHeight: 18
+            Layout.preferredWidth: Metrics.symbolControl
+            Layout.preferredHeight: Metrics.symbolControl
             padding: 0
             running: bar.visible
             palette.dark: Colors.primaryAccent

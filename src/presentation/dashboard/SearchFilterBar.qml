@@ -12,7 +12,7 @@ GridLayout {
     required property QtObject dashboard
     readonly property bool showFilters: dashboard.showFilters
     readonly property bool hasNoResults: dashboard.hasNoResults
-    readonly property real widestSearch: 360
+    readonly property real widestSearch: Metrics.searchWidth
 
     /// The keyboard goes on from the search to what it found.
     signal listWanted
@@ -49,12 +49,10 @@ GridLayout {
 
             SymbolImage { symbol: "magnifyingglass"; size: Typography.calloutSize; color: Colors.warning }
 
-            Text {
+            TextLabel {
                 text: "No results"
                 color: Colors.warning
                 font.pixelSize: Typography.subheadlineSize
-                Accessible.role: Accessible.StaticText
-                Accessible.name: text
             }
         }
 
@@ -70,13 +68,11 @@ GridLayout {
         Layout.alignment: bar.columns === 1 ? Qt.AlignLeft : Qt.AlignRight
         spacing: Spacing.sm
 
-        Text {
+        TextLabel {
             visible: !bar.showFilters
             text: "Filters will appear once you add items."
             color: Colors.textSecondary
             font.pixelSize: Typography.subheadlineSize
-            Accessible.role: Accessible.StaticText
-            Accessible.name: text
         }
 
         PopPicker {

@@ -37,7 +37,7 @@ SheetFrame {
 
             Layout.minimumWidth: 120
             text: dialog.manager.confirmTitle
-            fill: dialog.manager.isDestructive ? Qt.darker(Colors.error, 1.25) : Colors.cta
+            fill: dialog.manager.isDestructive ? Colors.destructive : Colors.cta
             onClicked: dialog.manager.confirm()
         },
         Item { Layout.fillWidth: true }

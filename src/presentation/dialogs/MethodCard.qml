@@ -72,7 +72,7 @@ AbstractButton {
 
     background: Rectangle {
         radius: DesignSystem.cornerRadiusLarge
-        color: card.down ? Colors.selection : card.hovered ? Qt.lighter(Colors.bgPanel, 1.12) : Colors.bgPanel
+        color: card.down ? Colors.selection : card.hovered ? Colors.panelHover : Colors.bgPanel
         border.width: 1
         border.color: card.hovered ? Colors.primaryAccent : Colors.borderSubtle
 

@@ -25,11 +25,19 @@ QColor withOpacity(const QColor &color, float opacity)
     return result;
 }
 
+void Colors::setTokens(const ColorTokens &tokens)
+{
+    if (m_tokens != tokens) {
+        m_tokens = tokens;
+        Q_EMIT changed();
+    }
+}
+
 void Colors::setIsHighContrast(bool value)
 {
     if (m_isHighContrast != value) {
         m_isHighContrast = value;
-        Q_EMIT isHighContrastChanged();
+        Q_EMIT changed();
     }
 }
 

@@ -211,7 +211,7 @@ TEST_F(SelectionPictures, BackupMenu)
     started().dashboard.backup()->setEnableiCloudBackup(true);
     for (QQuickItem *each : visibleItems(shown().window()->contentItem())) {
         if (each->property("text").toString() == QStringLiteral("Backup")) {
-            QMetaObject::invokeMethod(each, "press");
+            QMetaObject::invokeMethod(each, "clicked");
             break;
         }
     }

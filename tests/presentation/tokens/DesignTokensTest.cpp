@@ -5,6 +5,7 @@
 #include "presentation/tokens/Spacing.h"
 #include "presentation/tokens/Typography.h"
 
+#include <QMetaProperty>
 #include <QSignalSpy>
 
 #include <gtest/gtest.h>
@@ -12,7 +13,7 @@
 namespace quillhaven {
 namespace {
 
-const Colors colors;
+const ColorTokens colors;
 
 int percentOpaque(const QColor &color)
 {
@@ -116,21 +117,46 @@ TEST(ColorTokens, BadgeFills)
 TEST(ColorTokens, AccessibleColoursFollowTheHighContrastSetting)
 {
     Colors switched;
-    EXPECT_EQ(switched.accessibleTextColor(), switched.text);
-    EXPECT_EQ(switched.accessibleBorderColor(), switched.border);
-    EXPECT_EQ(switched.accessibleFocusColor(), switched.focus);
+    EXPECT_EQ(switched.accessibleTextColor(), colors.text);
+    EXPECT_EQ(switched.accessibleBorderColor(), colors.border);
+    EXPECT_EQ(switched.accessibleFocusColor(), colors.focus);
 
-    const QSignalSpy changes(&switched, &Colors::isHighContrastChanged);
+    const QSignalSpy changes(&switched, &Colors::changed);
     switched.setIsHighContrast(true);
     switched.setIsHighContrast(true);
     EXPECT_EQ(changes.size(), 1);
     EXPECT_EQ(switched.accessibleTextColor(), QColor(Qt::black));
     EXPECT_EQ(switched.accessibleBorderColor(), QColor(Qt::black));
-    EXPECT_EQ(switched.accessibleFocusColor(), switched.platformBlue);
-    EXPECT_EQ(switched.textHighContrast, QColor(Qt::black));
-    EXPECT_EQ(switched.borderHighContrast, QColor(Qt::black));
-    EXPECT_EQ(switched.backgroundHighContrast, QColor(Qt::white));
-    EXPECT_EQ(switched.focusRingHighContrast, switched.platformBlue);
+    EXPECT_EQ(switched.accessibleFocusColor(), colors.platformBlue);
+    EXPECT_EQ(colors.textHighContrast, QColor(Qt::black));
+    EXPECT_EQ(colors.borderHighContrast, QColor(Qt::black));
+    EXPECT_EQ(colors.backgroundHighContrast, QColor(Qt::white));
+    EXPECT_EQ(colors.focusRingHighContrast, colors.platformBlue);
+}
+
+TEST(ColorTokens, AnotherSchemeChangesWhatIsDerivedAndSaysSo)
+{
+    const ColorTokens light{.bgBody = QColor(Qt::white), .textSecondary = QColor(Qt::darkGray)};
+    EXPECT_EQ(light.windowBackground, QColor(Qt::white));
+    EXPECT_EQ(light.disabled, withOpacity(QColor(Qt::darkGray), 0.6F));
+
+    Colors switched;
+    const QSignalSpy changes(&switched, &Colors::changed);
+    switched.setTokens(light);
+    switched.setTokens(light);
+    EXPECT_EQ(changes.size(), 1);
+    EXPECT_EQ(switched.windowBackground(), QColor(Qt::white));
+    EXPECT_EQ(switched.primary(), colors.primary);
+}
+
+TEST(ColorTokens, EveryColourHasASignalOfItsChange)
+{
+    const Colors read;
+    const QMetaObject *meta = read.metaObject();
+    for (int index = meta->propertyOffset(); index < meta->propertyCount(); ++index) {
+        EXPECT_FALSE(meta->property(index).isConstant()) << meta->property(index).name();
+        EXPECT_TRUE(meta->property(index).hasNotifySignal()) << meta->property(index).name();
+    }
 }
 
 TEST(ColorTokens, GradientsRunFromPrimaryToItsAccent)
@@ -142,10 +168,11 @@ TEST(ColorTokens, GradientsRunFromPrimaryToItsAccent)
 
 TEST(ColorTokens, LookupsByBoolean)
 {
-    EXPECT_EQ(colors.statusColor(true), colors.statusEnabled);
-    EXPECT_EQ(colors.statusColor(false), colors.statusDisabled);
-    EXPECT_EQ(colors.validationColor(true), colors.statusEnabled);
-    EXPECT_EQ(colors.validationColor(false), colors.statusError);
+    const Colors lookup;
+    EXPECT_EQ(lookup.statusColor(true), colors.statusEnabled);
+    EXPECT_EQ(lookup.statusColor(false), colors.statusDisabled);
+    EXPECT_EQ(lookup.validationColor(true), colors.statusEnabled);
+    EXPECT_EQ(lookup.validationColor(false), colors.statusError);
 }
 
 TEST(SpacingTokens, Values)

@@ -1,0 +1,26 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+import QtQuick
+import QtQuick.Controls.Basic
+import Quillhaven.Design
+
+/// One line that can be typed.
+TextField {
+    id: field
+
+    implicitHeight: Metrics.inputHeight
+    leftPadding: Spacing.md
+    rightPadding: Spacing.md
+    font: Typography.settingTitle
+    color: Colors.textPrimary
+    placeholderTextColor: Colors.textTertiary
+    selectionColor: Colors.primary
+    selectedTextColor: Colors.textPrimary
+    selectByMouse: true
+    hoverEnabled: true
+
+    background: TextFieldFrame {
+        focused: field.activeFocus
+        hovered: field.hovered
+    }
+}

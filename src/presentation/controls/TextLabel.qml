@@ -1,0 +1,12 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+import QtQuick
+import Quillhaven.Design
+
+/// A text that is read out as it is drawn.
+Text {
+    textFormat: Text.PlainText
+    color: Colors.textPrimary
+    Accessible.role: Accessible.StaticText
+    Accessible.name: text
+}

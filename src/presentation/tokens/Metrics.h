@@ -1,0 +1,110 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+#pragma once
+
+#include <QObject>
+#include <QtQml/qqmlregistration.h>
+
+namespace quillhaven {
+
+/// Sizes of symbols, rows and controls, the sizes at which a screen changes its arrangement, opacities and delays.
+/// Lengths are device-independent pixels.
+class Metrics : public QObject
+{
+    Q_OBJECT
+    QML_ELEMENT
+    QML_SINGLETON
+    Q_PROPERTY(int symbolTiny MEMBER symbolTiny CONSTANT)
+    Q_PROPERTY(int symbolSmall MEMBER symbolSmall CONSTANT)
+    Q_PROPERTY(int symbolText MEMBER symbolText CONSTANT)
+    Q_PROPERTY(int symbolControl MEMBER symbolControl CONSTANT)
+    Q_PROPERTY(int symbolEntry MEMBER symbolEntry CONSTANT)
+    Q_PROPERTY(int symbolStandard MEMBER symbolStandard CONSTANT)
+    Q_PROPERTY(int symbolRow MEMBER symbolRow CONSTANT)
+    Q_PROPERTY(int symbolLarge MEMBER symbolLarge CONSTANT)
+    Q_PROPERTY(int badgeHeight MEMBER badgeHeight CONSTANT)
+    Q_PROPERTY(int menuRowHeight MEMBER menuRowHeight CONSTANT)
+    Q_PROPERTY(int entryHeight MEMBER entryHeight CONSTANT)
+    Q_PROPERTY(int listRowHeight MEMBER listRowHeight CONSTANT)
+    Q_PROPERTY(int statCardHeight MEMBER statCardHeight CONSTANT)
+    Q_PROPERTY(int compactStatCardHeight MEMBER compactStatCardHeight CONSTANT)
+    Q_PROPERTY(int dropAreaHeight MEMBER dropAreaHeight CONSTANT)
+    Q_PROPERTY(int emptyCircle MEMBER emptyCircle CONSTANT)
+    Q_PROPERTY(int emptyStateWidth MEMBER emptyStateWidth CONSTANT)
+    Q_PROPERTY(int searchWidth MEMBER searchWidth CONSTANT)
+    Q_PROPERTY(int badgeColumnWidth MEMBER badgeColumnWidth CONSTANT)
+    Q_PROPERTY(int cardHeight MEMBER cardHeight CONSTANT)
+    Q_PROPERTY(int inputHeight MEMBER inputHeight CONSTANT)
+    Q_PROPERTY(int smallButton MEMBER smallButton CONSTANT)
+    Q_PROPERTY(int checkBoxSize MEMBER checkBoxSize CONSTANT)
+    Q_PROPERTY(int menuWidth MEMBER menuWidth CONSTANT)
+    Q_PROPERTY(int wideMenuWidth MEMBER wideMenuWidth CONSTANT)
+    Q_PROPERTY(int pickerMinimumWidth MEMBER pickerMinimumWidth CONSTANT)
+    Q_PROPERTY(int buttonMinimumWidth MEMBER buttonMinimumWidth CONSTANT)
+    Q_PROPERTY(int revealButtonWidth MEMBER revealButtonWidth CONSTANT)
+    Q_PROPERTY(int focusRingGap MEMBER focusRingGap CONSTANT)
+    Q_PROPERTY(int compactList MEMBER compactList CONSTANT)
+    Q_PROPERTY(int compactSheet MEMBER compactSheet CONSTANT)
+    Q_PROPERTY(int compactWindow MEMBER compactWindow CONSTANT)
+    Q_PROPERTY(int roomyWindow MEMBER roomyWindow CONSTANT)
+    Q_PROPERTY(int narrowBar MEMBER narrowBar CONSTANT)
+    Q_PROPERTY(int narrowToolbar MEMBER narrowToolbar CONSTANT)
+    Q_PROPERTY(double disabledOpacity MEMBER disabledOpacity CONSTANT)
+    Q_PROPERTY(double tintOpacity MEMBER tintOpacity CONSTANT)
+    Q_PROPERTY(double badgeOpacity MEMBER badgeOpacity CONSTANT)
+    Q_PROPERTY(int toolTipDelay MEMBER toolTipDelay CONSTANT)
+
+public:
+    using QObject::QObject;
+
+    // Symbols
+    static constexpr int symbolTiny = 12;
+    static constexpr int symbolSmall = 14;
+    static constexpr int symbolText = 16;    ///< beside a line of text
+    static constexpr int symbolControl = 18; ///< in a control
+    static constexpr int symbolEntry = 20;
+    static constexpr int symbolStandard = 22;
+    static constexpr int symbolRow = 24; ///< of a row of the list
+    static constexpr int symbolLarge = 32;
+
+    // Rows and controls
+    static constexpr int badgeHeight = 24;
+    static constexpr int menuRowHeight = 34;
+    static constexpr int entryHeight = 40; ///< a row of a short list
+    static constexpr int listRowHeight = 60;
+    static constexpr int statCardHeight = 104;
+    static constexpr int compactStatCardHeight = 78;
+    static constexpr int dropAreaHeight = 130;
+    static constexpr int emptyCircle = 72;
+    static constexpr int emptyStateWidth = 480; ///< at most
+    static constexpr int searchWidth = 360;     ///< at most
+    static constexpr int badgeColumnWidth = 104;
+    static constexpr int cardHeight = 76;
+    static constexpr int inputHeight = 40; ///< a field of a sheet
+    static constexpr int smallButton = 30; ///< within a field or a card
+    static constexpr int checkBoxSize = 20;
+    static constexpr int menuWidth = 260;
+    static constexpr int wideMenuWidth = 300;
+    static constexpr int pickerMinimumWidth = 160;
+    static constexpr int buttonMinimumWidth = 64;
+    static constexpr int revealButtonWidth = 92;
+    static constexpr int focusRingGap = 3; ///< between a control and the ring around it
+
+    // Where a screen has less than this, it is arranged for little room. Heights:
+    static constexpr int compactList = 260;   ///< of the list, for what it says while it is empty
+    static constexpr int compactSheet = 640;  ///< of the window, for its sheets
+    static constexpr int compactWindow = 720; ///< of the window, for its cards
+    static constexpr int roomyWindow = 820;   ///< of the window, for the drop area
+    // Widths of the window:
+    static constexpr int narrowBar = 760; ///< for the actions on selected items; also the least width
+    static constexpr int narrowToolbar = 1000;
+
+    // Opacities
+    static constexpr double disabledOpacity = 0.45;
+    static constexpr double tintOpacity = 0.16; ///< of the ground below a symbol
+    static constexpr double badgeOpacity = 0.18;
+
+    static constexpr int toolTipDelay = 600; ///< milliseconds
+};
+
+} // namespace quillhaven
