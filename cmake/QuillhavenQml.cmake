@@ -2,7 +2,6 @@
 
 # Modules whose files are checked by the test QmlLint; the others join it as they are typed.
 set(QUILLHAVEN_LINTED_MODULES Quillhaven.Design Quillhaven.Controls)
-set(QUILLHAVEN_UNLINTED_FILES SheetFrame.qml SheetLoader.qml)
 
 # One folder for all modules, so that an import of one finds the others.
 set(QT_QML_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/qml)
@@ -32,7 +31,6 @@ function(quillhaven_qml_library name)
   target_link_options(quillhaven_${name} INTERFACE "LINKER:--undefined=_Z${length}${function}v")
 
   if(ARG_URI IN_LIST QUILLHAVEN_LINTED_MODULES)
-    list(REMOVE_ITEM ARG_QML_FILES ${QUILLHAVEN_UNLINTED_FILES})
     list(TRANSFORM ARG_QML_FILES PREPEND ${CMAKE_CURRENT_SOURCE_DIR}/)
     set_property(GLOBAL APPEND PROPERTY QUILLHAVEN_LINTED_FILES ${ARG_QML_FILES})
     get_target_property(resources quillhaven_${name} _qt_generated_qrc_files)

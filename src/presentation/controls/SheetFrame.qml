@@ -4,14 +4,14 @@ import QtQuick
 import Quillhaven.Design
 import QtQuick.Controls.Basic
 import QtQuick.Layouts
+import QtQuick.Templates as T
 
 /// The one sheet under every dialog: overlay, panel, symbol, title, message, a body and a row of buttons. It takes all
 /// input while it shows, keeps the keyboard inside, and gives it back afterwards.
-FocusScope {
+T.Dialog {
     id: sheet
 
     property bool presented: false
-    property string title
     property string message
     property string symbol
     property color symbolColor: Colors.primaryAccent
@@ -20,12 +20,12 @@ FocusScope {
     /// The symbol's circle beats for as long as the sheet shows.
     property bool symbolPulses: false
     property int symbolCircle: 64
+    readonly property size room: parent ? Qt.size(parent.width, parent.height) : Qt.size(0, 0)
     /// There is little room: what is not words takes less of it.
-    readonly property bool isCompact: height < 640
-    readonly property int padding: isCompact ? Spacing.xl : Spacing.modalPadding
+    readonly property bool isCompact: room.height < 640
     property int minimumSheetWidth: 400
     property int maximumSheetWidth: 500
-    /// The item that gets the keyboard when the sheet appears.
+    /// The item that gets the keyboard when the sheet appears; without it, the first control.
     property Item initialFocusItem: null
     default property alias body: bodyColumn.data
     property alias buttons: buttonRow.data
@@ -33,265 +33,145 @@ FocusScope {
     /// Return, where no button and no field has used it.
     signal returnPressed
     signal escapePressed
-    signal opened
 
-    readonly property var window: Window.window
-    property Item previousFocusItem: null
-    /// Whether the control that had the keyboard before showed it; it shows it again afterwards.
-    property bool previousHadRing: false
-    property Item lastInside: null
-    /// Follows `presented`, but begins as false, so that a sheet made already presented appears as any other.
-    property bool shown: false
+    /// What had the keyboard before the sheet.
+    property Item opener: null
+    /// Whether the opener showed that it had the keyboard; it shows it again afterwards.
+    property bool openerHadRing: false
+    /// Not the dialog's own scale, by which Qt 6.4 moves the dialog out of its place.
+    property real panelScale: 0.96
 
-    anchors.fill: parent
-    z: 100 + SheetStack.sheets.indexOf(sheet)
-    visible: presented || panel.opacity > 0
-    enabled: presented
-    Accessible.role: Accessible.Dialog
-    Accessible.name: title
-    Accessible.description: message
-    Accessible.ignored: !presented
+    // Whole numbers, or the text blurs.
+    x: Math.floor((room.width - width) / 2)
+    y: Math.floor((room.height - height) / 2)
+    implicitWidth: Math.max(minimumSheetWidth,
+                            Math.min(maximumSheetWidth, implicitContentWidth + leftPadding + rightPadding))
+    implicitHeight: implicitContentHeight + topPadding + bottomPadding
+    contentWidth: content.implicitWidth
+    contentHeight: content.implicitHeight
+    width: Math.min(implicitWidth, room.width - 2 * Spacing.xl)
+    height: Math.min(implicitHeight, room.height - Spacing.xl)
+    padding: isCompact ? Spacing.xl : Spacing.modalPadding
+    modal: true
+    focus: true
+    closePolicy: T.Popup.NoAutoClose
+    opacity: 0
 
-    onPresentedChanged: presented ? appear() : disappear()
     Component.onCompleted: {
-        if (presented && SheetStack.sheets.indexOf(sheet) < 0)
+        // A handler would also run while the sheet is made, when it has no window yet.
+        presentedChanged.connect(() => presented ? appear() : disappear())
+        if (presented)
             appear()
     }
-    Component.onDestruction: SheetStack.close(sheet)
 
     function appear() {
-        shown = true
-        previousFocusItem = Window.activeFocusItem
-        previousHadRing = previousFocusItem?.visualFocus ?? false
-        SheetStack.open(sheet)
-        opened()
-        Qt.callLater(takeFocus)
+        opener = parent.Window.activeFocusItem
+        openerHadRing = opener?.visualFocus ?? false
+        enabled = true
+        // A control that still has the focus from the last time would get the keyboard without a ring.
+        content.focus = false
+        open()
+        const first = initialFocusItem ?? content.nextItemInFocusChain()
+        first.forceActiveFocus(Qt.TabFocusReason)
     }
 
     function disappear() {
-        shown = false
-        const above = SheetStack.close(sheet)
-        // With the focus kept, the next opening would find the keyboard here already and show no ring.
-        focus = false
-        if (!above) {
-            if (previousFocusItem)
-                previousFocusItem.forceActiveFocus(previousHadRing ? Qt.TabFocusReason : Qt.OtherFocusReason)
-        } else if (isInside(above.previousFocusItem)) {
-            // It cannot give the keyboard back to a sheet that is gone.
-            above.previousFocusItem = previousFocusItem
-            above.previousHadRing = previousHadRing
-        }
-        previousFocusItem = null
-        lastInside = null
+        // The dialog itself gives the keyboard back only after its transition, and without the ring.
+        if (contentItem.parent.focus && opener?.visible && opener.enabled)
+            opener.forceActiveFocus(openerHadRing ? Qt.TabFocusReason : Qt.OtherFocusReason)
+        close()
+        enabled = false
     }
 
-    function takeFocus() {
-        if (presented && SheetStack.isTop(sheet))
-            (initialFocusItem ?? firstControl()).forceActiveFocus(Qt.TabFocusReason)
-    }
-
-    /// A control that the keyboard reaches is brought into view, where the body is longer than the sheet.
-    function reveal(item) {
-        if (!scroller.interactive || !isInside(item) || item === sheet)
-            return
-        const top = item.mapToItem(content, 0, 0).y
-        if (top < 0 || top > content.height)
-            return
-        if (top < scroller.contentY)
-            scroller.contentY = Math.max(0, top - Spacing.md)
-        else if (top + item.height > scroller.contentY + scroller.height)
-            scroller.contentY = Math.min(scroller.contentHeight - scroller.height,
-                                         top + item.height + Spacing.md - scroller.height)
-    }
-
-    function scrollBy(distance) {
-        scroller.contentY = Math.max(0, Math.min(scroller.contentHeight - scroller.height,
-                                                 scroller.contentY + distance))
-    }
-
-    function isInside(item) {
-        for (let each = item; each; each = each.parent) {
-            if (each === sheet)
-                return true
-        }
-        return false
-    }
-
-    /// The sheet itself where it has no control: the keyboard stays here all the same.
-    function firstControl() {
-        const next = nextItemInFocusChain(true)
-        return isInside(next) ? next : sheet
-    }
-
-    function lastControl() {
-        const first = firstControl()
-        let last = first
-        for (let next = last.nextItemInFocusChain(true); next !== first && isInside(next);
-             next = next.nextItemInFocusChain(true))
-            last = next
-        return last
-    }
-
-    /// The keyboard went elsewhere: by Tab it comes in again at the other end, else it returns to where it was.
-    function bringBack() {
-        const outside = Window.activeFocusItem
-        if (!presented || !SheetStack.isTop(sheet) || isInside(outside))
-            return
-        const last = lastInside
-        if (!last)
-            takeFocus()
-        else if (outside === last.nextItemInFocusChain(true))
-            firstControl().forceActiveFocus(Qt.TabFocusReason)
-        else if (outside === last.nextItemInFocusChain(false))
-            lastControl().forceActiveFocus(Qt.BacktabFocusReason)
-        else
-            last.forceActiveFocus()
-    }
-
-    Keys.onEscapePressed: escapePressed()
-    Keys.onReturnPressed: returnPressed()
-    Keys.onEnterPressed: returnPressed()
-    Keys.onPressed: (event) => {
-        const page = scroller.height - Spacing.xl
-        const distances = { [Qt.Key_Down]: Spacing.xl, [Qt.Key_Up]: -Spacing.xl,
-                            [Qt.Key_PageDown]: page, [Qt.Key_PageUp]: -page }
-        if (scroller.interactive && event.key in distances) {
-            scrollBy(distances[event.key])
-            event.accepted = true
-        }
-    }
-
-    Connections {
-        target: sheet.presented ? sheet.window : null
-        function onActiveFocusItemChanged() {
-            const item = sheet.Window.activeFocusItem
-            if (!item || !SheetStack.isTop(sheet))
-                return
-            if (sheet.isInside(item)) {
-                sheet.lastInside = item
-                sheet.reveal(item)
-            } else {
-                Qt.callLater(sheet.bringBack)
-            }
-        }
-    }
-
-    Rectangle {
-        anchors.fill: parent
+    T.Overlay.modal: Rectangle {
         color: Colors.modalOverlay
-        opacity: panel.opacity
-
-        MouseArea {
-            anchors.fill: parent
-            hoverEnabled: true
-            onWheel: (wheel) => wheel.accepted = true
-        }
-    }
-
-    Repeater {
-        // A soft shadow from a few outlines, each in the token's colour.
-        model: DesignSystem.shadowModal.radius / 4
-
-        Rectangle {
-            required property int index
-
-            anchors.fill: panel
-            anchors.margins: -index * 3
-            anchors.topMargin: -index * 3 + DesignSystem.shadowModal.y
-            anchors.bottomMargin: -index * 3 - DesignSystem.shadowModal.y
-            radius: panel.radius + index * 3
-            color: Colors.modalShadow
-            opacity: panel.opacity
-        }
-    }
-
-    Rectangle {
-        id: panel
-
-        readonly property real buttonArea: buttonRow.implicitHeight > 0
-                                           ? buttonRow.implicitHeight + content.spacing + Spacing.sm : 0
-
-        anchors.centerIn: parent
-        width: Math.min(sheet.width - Spacing.xl * 2,
-                        Math.max(sheet.minimumSheetWidth,
-                                 Math.min(sheet.maximumSheetWidth, Math.max(content.implicitWidth, buttonRow.implicitWidth)
-                                          + sheet.padding * 2)))
-        height: Math.min(sheet.height - Spacing.xl, content.implicitHeight + buttonArea + sheet.padding * 2)
-        radius: DesignSystem.cornerRadiusModal
-        color: Colors.modalBackground
-        border.width: 1
-        border.color: Colors.border
-        opacity: sheet.shown ? 1 : 0
-        scale: sheet.shown ? 1 : 0.96
 
         Behavior on opacity {
             NumberAnimation { duration: DesignSystem.animationQuick; easing.type: Easing.InOutQuad }
         }
-        Behavior on scale {
-            NumberAnimation { duration: DesignSystem.animationQuick; easing.type: Easing.OutBack }
+    }
+
+    enter: Transition {
+        NumberAnimation { property: "opacity"; to: 1; duration: DesignSystem.animationQuick; easing.type: Easing.InOutQuad }
+        NumberAnimation { property: "panelScale"; to: 1; duration: DesignSystem.animationQuick; easing.type: Easing.OutBack }
+    }
+
+    exit: Transition {
+        NumberAnimation { property: "opacity"; to: 0; duration: DesignSystem.animationQuick; easing.type: Easing.InOutQuad }
+        NumberAnimation { property: "panelScale"; to: 0.96; duration: DesignSystem.animationQuick; easing.type: Easing.OutBack }
+    }
+
+    background: Item {
+        scale: sheet.panelScale
+
+        Repeater {
+            // A soft shadow from a few outlines, each in the token's colour.
+            model: DesignSystem.shadowModal.radius / 4
+
+            Rectangle {
+                required property int index
+
+                anchors.fill: parent
+                anchors.margins: -index * 3
+                anchors.topMargin: -index * 3 + DesignSystem.shadowModal.y
+                anchors.bottomMargin: -index * 3 - DesignSystem.shadowModal.y
+                radius: DesignSystem.cornerRadiusModal + index * 3
+                color: Colors.modalShadow
+            }
         }
 
-        Flickable {
-            id: scroller
+        Rectangle {
+            anchors.fill: parent
+            radius: DesignSystem.cornerRadiusModal
+            color: Colors.modalBackground
+            border.width: 1
+            border.color: Colors.border
+        }
+    }
 
-            /// Room for the rings around the outermost controls.
-            readonly property int edge: Spacing.xs
+    // A scope, so that the keys still come here when the control that has the keyboard is disabled.
+    FocusScope {
+        id: content
+
+        anchors.fill: parent
+        implicitWidth: column.implicitWidth
+        implicitHeight: column.implicitHeight
+        scale: sheet.panelScale
+
+        Keys.forwardTo: [scroller]
+        Keys.onEscapePressed: sheet.escapePressed()
+        Keys.onReturnPressed: sheet.returnPressed()
+        Keys.onEnterPressed: sheet.returnPressed()
+
+        ColumnLayout {
+            id: column
 
             anchors.fill: parent
-            anchors.margins: sheet.padding - edge
-            anchors.bottomMargin: sheet.padding - edge + panel.buttonArea
-            contentHeight: content.implicitHeight + 2 * edge
-            interactive: contentHeight > height
-            boundsBehavior: Flickable.StopAtBounds
-            clip: interactive
+            spacing: buttonRow.implicitHeight > 0 ? scroller.spacing + Spacing.sm : 0
 
-            ScrollBar.vertical: SlimScrollBar {
-                parent: panel
-                x: panel.width - width - Spacing.xs
-                y: scroller.y
-                height: scroller.height
-            }
+            SheetScroller {
+                id: scroller
 
-            ColumnLayout {
-                id: content
-
-                x: scroller.edge
-                y: scroller.edge
-                width: scroller.width - 2 * scroller.edge
+                Layout.fillWidth: true
+                Layout.fillHeight: true
+                Layout.margins: -edge
                 spacing: sheet.isCompact ? Spacing.md : Spacing.lg
 
-                Rectangle {
-                    id: circle
+                ScrollBar.vertical: SlimScrollBar {
+                    parent: sheet.background
+                    x: sheet.width - width - Spacing.xs
+                    y: sheet.topPadding - scroller.edge
+                    height: scroller.height
+                }
 
+                SheetSymbol {
                     Layout.alignment: Qt.AlignHCenter
                     implicitWidth: sheet.isCompact ? Spacing.minTouchTarget : sheet.symbolCircle
-                    implicitHeight: implicitWidth
-                    radius: height / 2
-                    visible: sheet.symbol !== ""
-                    color: Qt.rgba(sheet.symbolColor.r, sheet.symbolColor.g, sheet.symbolColor.b, 0.16)
-                    scale: sheet.shown || !sheet.symbolSpringsIn ? 1 : 0.3
-
-                    Behavior on scale {
-                        enabled: sheet.shown
-                        NumberAnimation { duration: 600; easing.type: Easing.OutBack }
-                    }
-
-                    SequentialAnimation {
-                        running: sheet.symbolPulses && sheet.shown
-                        loops: Animation.Infinite
-                        alwaysRunToEnd: true
-                        NumberAnimation { target: pulse; property: "scale"; to: 1.15; duration: 500; easing.type: Easing.InOutQuad }
-                        NumberAnimation { target: pulse; property: "scale"; to: 1; duration: 500; easing.type: Easing.InOutQuad }
-                    }
-
-                    SymbolImage {
-                        id: pulse
-
-                        anchors.centerIn: parent
-                        symbol: sheet.symbol
-                        size: circle.height / 2
-                        color: sheet.symbolColor
-                    }
+                    symbol: sheet.symbol
+                    symbolColor: sheet.symbolColor
+                    showing: sheet.visible
+                    springsIn: sheet.symbolSpringsIn
+                    pulses: sheet.symbolPulses
                 }
 
                 Text {
@@ -331,16 +211,26 @@ FocusScope {
                     visible: children.length > 0
                 }
             }
-        }
 
-        RowLayout {
-            id: buttonRow
+            RowLayout {
+                id: buttonRow
 
-            anchors.left: parent.left
-            anchors.right: parent.right
-            anchors.bottom: parent.bottom
-            anchors.margins: sheet.padding
-            spacing: Spacing.md
+                Layout.fillHeight: false
+                spacing: Spacing.md
+            }
         }
+    }
+
+    // Qt 6.4 has no Accessible for a dialog, and takes no name from its title once there is a description.
+    Binding {
+        target: sheet.contentItem.parent.Accessible
+        property: "name"
+        value: sheet.title
+    }
+
+    Binding {
+        target: sheet.contentItem.parent.Accessible
+        property: "description"
+        value: sheet.message
     }
 }

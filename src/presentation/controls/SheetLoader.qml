@@ -3,14 +3,19 @@
 import QtQuick
 
 /// Makes a sheet when it is first presented, and keeps it: the window's start does not pay for sheets nobody opens.
-Loader {
+Item {
     id: loader
 
     required property bool presented
+    required property Component sourceComponent
+    property QtObject sheet: null
 
     anchors.fill: parent
-    active: false
-    z: item ? item.z : 0
-    onPresentedChanged: if (presented) active = true
-    Component.onCompleted: if (presented) active = true
+    onPresentedChanged: load()
+    Component.onCompleted: load()
+
+    function load() {
+        if (presented && !sheet)
+            sheet = sourceComponent.createObject(loader)
+    }
 }

@@ -71,7 +71,7 @@ Item {
         id: dropTarget
 
         anchors.fill: parent
-        enabled: SheetStack.sheets.length === 0
+        enabled: !sheets.isShowing
         keys: ["text/uri-list"]
         onDropped: (drop) => {
             if (drop.hasUrls) {
@@ -89,58 +89,66 @@ Item {
         color: Colors.modalBackground
     }
 
-    SheetLoader {
-        presented: view.dashboard.bulk.picker.isPresented
-        sourceComponent: BulkFilePickerView { picker: view.dashboard.bulk.picker }
-    }
-    SheetLoader {
-        presented: view.dashboard.bulk.progress.isPresented
-        sourceComponent: BulkProgressView { operation: view.dashboard.bulk.progress }
-    }
-    SheetLoader {
-        presented: view.dashboard.shredding.confirmation.isPresented
-        sourceComponent: ShredConfirmationDialog { dialog: view.dashboard.shredding.confirmation }
-    }
-    SheetLoader {
-        presented: view.dashboard.shredding.progress.isPresented
-        sourceComponent: ShredProgressView { operation: view.dashboard.shredding.progress }
-    }
-    SheetLoader {
-        presented: view.dashboard.backup.recoveryDialogManager.isPresented
-        sourceComponent: RecoveryDialog { manager: view.dashboard.backup.recoveryDialogManager }
-    }
-    SheetLoader {
-        presented: view.protectionMethodDialogManager.isPresented
-        sourceComponent: ProtectionMethodDialog { manager: view.protectionMethodDialogManager }
-    }
-    SheetLoader {
-        presented: view.passwordInputDialogManager.isPresented
-        sourceComponent: PasswordInputDialog {
-            manager: view.passwordInputDialogManager
-            dialog: view.passwordInputState
+    Item {
+        id: sheets
+
+        readonly property bool isShowing: Array.from(children).some(loader => loader.presented)
+
+        anchors.fill: parent
+
+        SheetLoader {
+            presented: view.dashboard.bulk.picker.isPresented
+            sourceComponent: BulkFilePickerView { picker: view.dashboard.bulk.picker }
         }
-    }
-    SheetLoader {
-        presented: view.masterPasswordDialogManager.isPresented
-        sourceComponent: MasterPasswordDialog { manager: view.masterPasswordDialogManager }
-    }
-    SheetLoader {
-        presented: view.dashboard.removeProtectionDialogManager.isPresented
-        sourceComponent: RemoveProtectionDialog { manager: view.dashboard.removeProtectionDialogManager }
-    }
-    SheetLoader {
-        presented: view.biometrics.isPrompting
-        sourceComponent: TouchIDPrompt { manager: view.biometrics }
-    }
-    SheetLoader {
-        presented: view.dashboard.errorDialogManager.isPresented
-        sourceComponent: ErrorDialog {
-            manager: view.dashboard.errorDialogManager
-            onShowTroubleshooting: view.dashboard.showDefaultTroubleshooting()
+        SheetLoader {
+            presented: view.dashboard.bulk.progress.isPresented
+            sourceComponent: BulkProgressView { operation: view.dashboard.bulk.progress }
         }
-    }
-    SheetLoader {
-        presented: view.confirmationDialogManager.isPresented
-        sourceComponent: ConfirmationDialog { manager: view.confirmationDialogManager }
+        SheetLoader {
+            presented: view.dashboard.shredding.confirmation.isPresented
+            sourceComponent: ShredConfirmationDialog { dialog: view.dashboard.shredding.confirmation }
+        }
+        SheetLoader {
+            presented: view.dashboard.shredding.progress.isPresented
+            sourceComponent: ShredProgressView { operation: view.dashboard.shredding.progress }
+        }
+        SheetLoader {
+            presented: view.dashboard.backup.recoveryDialogManager.isPresented
+            sourceComponent: RecoveryDialog { manager: view.dashboard.backup.recoveryDialogManager }
+        }
+        SheetLoader {
+            presented: view.protectionMethodDialogManager.isPresented
+            sourceComponent: ProtectionMethodDialog { manager: view.protectionMethodDialogManager }
+        }
+        SheetLoader {
+            presented: view.passwordInputDialogManager.isPresented
+            sourceComponent: PasswordInputDialog {
+                manager: view.passwordInputDialogManager
+                dialog: view.passwordInputState
+            }
+        }
+        SheetLoader {
+            presented: view.masterPasswordDialogManager.isPresented
+            sourceComponent: MasterPasswordDialog { manager: view.masterPasswordDialogManager }
+        }
+        SheetLoader {
+            presented: view.dashboard.removeProtectionDialogManager.isPresented
+            sourceComponent: RemoveProtectionDialog { manager: view.dashboard.removeProtectionDialogManager }
+        }
+        SheetLoader {
+            presented: view.biometrics.isPrompting
+            sourceComponent: TouchIDPrompt { manager: view.biometrics }
+        }
+        SheetLoader {
+            presented: view.dashboard.errorDialogManager.isPresented
+            sourceComponent: ErrorDialog {
+                manager: view.dashboard.errorDialogManager
+                onShowTroubleshooting: view.dashboard.showDefaultTroubleshooting()
+            }
+        }
+        SheetLoader {
+            presented: view.confirmationDialogManager.isPresented
+            sourceComponent: ConfirmationDialog { manager: view.confirmationDialogManager }
+        }
     }
 }

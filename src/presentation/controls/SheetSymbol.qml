@@ -1,0 +1,45 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+import QtQuick
+import Quillhaven.Design
+
+/// A symbol in a circle, at the head of a sheet.
+Rectangle {
+    id: circle
+
+    property string symbol
+    property color symbolColor: Colors.primaryAccent
+    /// The sheet shows.
+    property bool showing: false
+    /// Grows into its place when the sheet appears, over 0.6 seconds.
+    property bool springsIn: false
+    /// Beats for as long as the sheet shows.
+    property bool pulses: false
+
+    implicitHeight: implicitWidth
+    radius: height / 2
+    visible: symbol !== ""
+    color: Qt.rgba(symbolColor.r, symbolColor.g, symbolColor.b, 0.16)
+    scale: showing || !springsIn ? 1 : 0.3
+
+    Behavior on scale {
+        NumberAnimation { duration: 600; easing.type: Easing.OutBack }
+    }
+
+    SequentialAnimation {
+        running: circle.pulses && circle.showing
+        loops: Animation.Infinite
+        alwaysRunToEnd: true
+        NumberAnimation { target: pulse; property: "scale"; to: 1.15; duration: 500; easing.type: Easing.InOutQuad }
+        NumberAnimation { target: pulse; property: "scale"; to: 1; duration: 500; easing.type: Easing.InOutQuad }
+    }
+
+    SymbolImage {
+        id: pulse
+
+        anchors.centerIn: parent
+        symbol: circle.symbol
+        size: circle.height / 2
+        color: circle.symbolColor
+    }
+}
