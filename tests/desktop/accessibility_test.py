@@ -3,7 +3,7 @@
 """What the accessibility bus tells: a name for everything, and never a password."""
 
 import flows
-from desktop_driver import BUTTON, FIELD
+from desktop_driver import BUTTON, DIALOG, FIELD
 from window_case import WindowTest, main
 
 
@@ -56,6 +56,16 @@ class Names(WindowTest):
 
 
 class Sentences(WindowTest):
+    def test_a_dialog_is_read_out_by_its_title_and_holds_its_controls(self):
+        flows.open_protection(self.program, self.file("letter.txt"))
+        dialog = self.program.find(DIALOG, "Protect letter.txt")
+        self.assertEqual(dialog.description, "Choose how to lock this file:")
+        dialog.find(BUTTON, flows.PASSWORD_CARD).press()
+        dialog = self.program.find(DIALOG, "Set Protection")
+        self.assertIsNotNone(dialog.find(FIELD, "Confirm password"))
+        dialog.find(BUTTON, "Cancel").press()
+        self.program.gone(DIALOG, None)
+
     def test_what_is_written_in_the_window_is_read_out(self):
         self.program.says("Start protecting your sensitive files and folders by clicking the 'Protect New Item' button "
                           "above or by dragging them here.")

@@ -63,6 +63,14 @@ class Keyboard(WindowTest):
         self.program.gone(FIELD, "Master Password")
         self.assertEqual(self.home.catalogue(), [])
 
+    def test_escape_gives_the_focus_back_to_the_button_that_opened_the_dialog(self):
+        self.tab_to("^Set Master Password$")
+        key("Return")
+        self.program.find(FIELD, "Master Password")
+        key("Escape")
+        self.program.gone(FIELD, "Master Password")
+        self.assertEqual(self.program.focused().name, "Set Master Password")
+
     def test_an_item_is_unlocked_and_locked_without_the_pointer(self):
         flows.protect_with_password(self.program, self.letter)
         self.tab_to("^Unlock Item$")
