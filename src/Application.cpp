@@ -5,7 +5,7 @@
 #include "SharedInstances.h"
 #include "credentials/MasterPasswordDialogManager.h"
 #include "credentials/MasterPasswordManager.h"
-#include "credentials/PasswordInputDialog.h"
+#include "credentials/PasswordInputDialogModel.h"
 #include "engine/QuillhavenManager.h"
 #include "platform/linux/LinuxPlatform.h"
 #include "platform/linux/files/XdgDirectories.h"
@@ -65,7 +65,7 @@ int runWindow(const Platform &platform, SingleInstance &instance, QtApplicationP
     AppDelegate delegate(presence, launchSequence());
     delegate.applicationDidFinishLaunching();
 
-    PasswordInputDialog passwordInput(PasswordInputDialogManager::shared(), platform.defaults.standard());
+    PasswordInputDialogModel passwordInput(PasswordInputDialogManager::shared(), platform.defaults.standard());
     DashboardViewModel dashboard(platform, QuillhavenManager::shared(), MasterPasswordManager::shared(),
                                  {.confirmation = ConfirmationDialogManager::shared(),
                                   .protectionMethod = ProtectionMethodDialogManager::shared(),

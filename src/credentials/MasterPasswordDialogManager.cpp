@@ -4,13 +4,10 @@
 
 namespace quillhaven {
 
-template <typename Value>
-void MasterPasswordDialogManager::assign(Value &field, const Value &value)
+MasterPasswordDialogManager::MasterPasswordDialogManager(QObject *parent) : TitledDialogModel(parent)
 {
-    if (field != value) {
-        field = value;
-        Q_EMIT changed();
-    }
+    setTitle(QStringLiteral("Master Password Required"));
+    setMessage(QStringLiteral("Enter your master password to continue:"));
 }
 
 QString MasterPasswordDialogManager::actionTitle() const
@@ -21,39 +18,39 @@ QString MasterPasswordDialogManager::actionTitle() const
     return m_isAuthenticating ? QStringLiteral("Authenticating...") : QStringLiteral("Authenticate");
 }
 
-void MasterPasswordDialogManager::setIsPresented(bool value)
-{
-    assign(m_isPresented, value);
-}
-
-void MasterPasswordDialogManager::setTitle(const QString &value)
-{
-    assign(m_title, value);
-}
-
-void MasterPasswordDialogManager::setMessage(const QString &value)
-{
-    assign(m_message, value);
-}
-
 void MasterPasswordDialogManager::setShowingError(bool value)
 {
-    assign(m_showingError, value);
+    assign(m_showingError, value, &MasterPasswordDialogManager::errorChanged);
 }
 
 void MasterPasswordDialogManager::setErrorMessage(const QString &value)
 {
-    assign(m_errorMessage, value);
+    assign(m_errorMessage, value, &MasterPasswordDialogManager::errorChanged);
 }
 
 void MasterPasswordDialogManager::setIsAuthenticating(bool value)
 {
-    assign(m_isAuthenticating, value);
+    assign(m_isAuthenticating, value, &MasterPasswordDialogManager::modeChanged);
 }
 
 void MasterPasswordDialogManager::setIsPasswordSetting(bool value)
 {
-    assign(m_isPasswordSetting, value);
+    assign(m_isPasswordSetting, value, &MasterPasswordDialogManager::modeChanged);
+}
+
+void MasterPasswordDialogManager::show(const Question &question,
+                                       std::function<void(const QString &entered)> authenticateAction,
+                                       std::function<void()> cancelAction)
+{
+    setTitle(question.title);
+    setMessage(question.message);
+    onAuthenticate = std::move(authenticateAction);
+    onCancel = std::move(cancelAction);
+    setIsPresented(true);
+    setShowingError(false);
+    setErrorMessage({});
+    setIsAuthenticating(false);
+    setIsPasswordSetting(question.isPasswordSetting);
 }
 
 void MasterPasswordDialogManager::authenticate(const QString &password)
@@ -86,10 +83,7 @@ bool MasterPasswordDialogManager::handleAuthenticate(const QString &password)
 void MasterPasswordDialogManager::cancel()
 {
     setIsAuthenticating(false);
-    setIsPresented(false);
-    if (const auto action = onCancel) {
-        action();
-    }
+    closeThen(onCancel);
 }
 
 void MasterPasswordDialogManager::showError(const QString &message)

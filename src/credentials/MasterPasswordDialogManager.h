@@ -2,49 +2,51 @@
 
 #pragma once
 
-#include <QObject>
-#include <QString>
-
-#include <functional>
+#include "credentials/TitledDialogModel.h"
 
 namespace quillhaven {
 
-/// The model of the master password dialog: one pending question at a time, whose actions the next caller replaces.
-class MasterPasswordDialogManager : public QObject
+/// The model of the master password dialog, which asks for the password or for a new one.
+class MasterPasswordDialogManager : public quillhaven::TitledDialogModel
 {
     Q_OBJECT
-    Q_PROPERTY(bool isPresented READ isPresented WRITE setIsPresented NOTIFY changed)
-    Q_PROPERTY(QString title READ title WRITE setTitle NOTIFY changed)
-    Q_PROPERTY(QString message READ message WRITE setMessage NOTIFY changed)
-    Q_PROPERTY(bool showingError READ showingError WRITE setShowingError NOTIFY changed)
-    Q_PROPERTY(QString errorMessage READ errorMessage WRITE setErrorMessage NOTIFY changed)
-    Q_PROPERTY(bool isAuthenticating READ isAuthenticating WRITE setIsAuthenticating NOTIFY changed)
-    Q_PROPERTY(bool isPasswordSetting READ isPasswordSetting WRITE setIsPasswordSetting NOTIFY changed)
-    Q_PROPERTY(QString actionTitle READ actionTitle NOTIFY changed)
+    Q_PROPERTY(bool showingError READ showingError WRITE setShowingError NOTIFY errorChanged)
+    Q_PROPERTY(QString errorMessage READ errorMessage WRITE setErrorMessage NOTIFY errorChanged)
+    Q_PROPERTY(QString shownError READ shownError NOTIFY errorChanged)
+    Q_PROPERTY(bool isAuthenticating READ isAuthenticating WRITE setIsAuthenticating NOTIFY modeChanged)
+    Q_PROPERTY(bool isPasswordSetting READ isPasswordSetting WRITE setIsPasswordSetting NOTIFY modeChanged)
+    Q_PROPERTY(QString actionTitle READ actionTitle NOTIFY modeChanged)
 
 public:
-    using QObject::QObject;
+    explicit MasterPasswordDialogManager(QObject *parent = nullptr);
 
     /// Defined by the program alone.
     static MasterPasswordDialogManager &shared();
 
-    [[nodiscard]] bool isPresented() const { return m_isPresented; }
-    [[nodiscard]] QString title() const { return m_title; }
-    [[nodiscard]] QString message() const { return m_message; }
     [[nodiscard]] bool showingError() const { return m_showingError; }
     [[nodiscard]] QString errorMessage() const { return m_errorMessage; }
+    /// The error while it shows, else nothing.
+    [[nodiscard]] QString shownError() const { return m_showingError ? m_errorMessage : QString(); }
     [[nodiscard]] bool isAuthenticating() const { return m_isAuthenticating; }
     [[nodiscard]] bool isPasswordSetting() const { return m_isPasswordSetting; }
     /// The label of the action button: "Set Password", "Authenticating..." or "Authenticate".
     [[nodiscard]] QString actionTitle() const;
 
-    void setIsPresented(bool value);
-    void setTitle(const QString &value);
-    void setMessage(const QString &value);
     void setShowingError(bool value);
     void setErrorMessage(const QString &value);
     void setIsAuthenticating(bool value);
     void setIsPasswordSetting(bool value);
+
+    struct Question
+    {
+        QString title;
+        QString message;
+        bool isPasswordSetting = false; ///< a new password is being chosen
+    };
+    /// Fills every field from the question, without an error and at rest, and presents the dialog. The actions may be
+    /// called any number of times; in password-setting mode the dialog closes after the first.
+    void show(const Question &question, std::function<void(const QString &entered)> authenticateAction,
+              std::function<void()> cancelAction = {});
 
     /// Hands the entered password to `onAuthenticate`. Ignored while a check runs.
     Q_INVOKABLE void authenticate(const QString &password);
@@ -60,15 +62,11 @@ public:
     std::function<void()> onCancel;
 
 Q_SIGNALS:
-    void changed();
+    void errorChanged();
+    /// The kind of the question, or whether a check runs.
+    void modeChanged();
 
 private:
-    template <typename Value>
-    void assign(Value &field, const Value &value);
-
-    bool m_isPresented = false;
-    QString m_title = QStringLiteral("Master Password Required");
-    QString m_message = QStringLiteral("Enter your master password to continue:");
     bool m_showingError = false;
     QString m_errorMessage;
     bool m_isAuthenticating = false;

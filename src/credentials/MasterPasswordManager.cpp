@@ -125,26 +125,21 @@ QCoro::Task<bool> MasterPasswordManager::requireAuthenticationOrCancel()
 void MasterPasswordManager::showAuthenticationDialog(std::shared_ptr<Showing> showing)
 {
     m_showing = showing;
-    MasterPasswordDialogManager &dialog = m_dialogManager;
-    dialog.setTitle(QStringLiteral("Authentication Required"));
-    dialog.setMessage(QStringLiteral("Enter your master password to continue:"));
-    dialog.onAuthenticate = [self = QPointer(this), showing](const QString &entered) {
+    auto authenticate = [self = QPointer(this), showing](const QString &entered) {
         startJob([self, entered, showing]() -> QCoro::Task<> {
             if (self) {
                 co_await checkEntered(self, entered, showing);
             }
         });
     };
-    dialog.onCancel = [&dialog, showing] {
+    auto cancel = [&dialog = m_dialogManager, showing] {
         dialog.setIsPresented(false);
         showing->isOver = true;
         showing->answer.give(false);
     };
-    dialog.setIsPresented(true);
-    dialog.setShowingError(false);
-    dialog.setErrorMessage({});
-    dialog.setIsAuthenticating(false);
-    dialog.setIsPasswordSetting(false);
+    m_dialogManager.show({.title = QStringLiteral("Authentication Required"),
+                          .message = QStringLiteral("Enter your master password to continue:")},
+                         std::move(authenticate), std::move(cancel));
 }
 
 QCoro::Task<> MasterPasswordManager::checkEntered(QPointer<MasterPasswordManager> self, QString entered,

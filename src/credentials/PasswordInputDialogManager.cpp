@@ -2,35 +2,35 @@
 
 #include "credentials/PasswordInputDialogManager.h"
 
+#include "credentials/StoredAnswer.h"
+
 namespace quillhaven {
-
-template <typename Value>
-void PasswordInputDialogManager::assign(Value &field, const Value &value)
-{
-    if (field != value) {
-        field = value;
-        Q_EMIT changed();
-    }
-}
-
-void PasswordInputDialogManager::setIsPresented(bool value)
-{
-    assign(m_isPresented, value);
-}
-
-void PasswordInputDialogManager::setTitle(const QString &value)
-{
-    assign(m_title, value);
-}
-
-void PasswordInputDialogManager::setMessage(const QString &value)
-{
-    assign(m_message, value);
-}
 
 void PasswordInputDialogManager::setRequiresConfirmation(bool value)
 {
-    assign(m_requiresConfirmation, value);
+    assign(m_requiresConfirmation, value, &PasswordInputDialogManager::requiresConfirmationChanged);
+}
+
+void PasswordInputDialogManager::show(const Question &question,
+                                      std::function<void(const QString &password)> confirmAction,
+                                      std::function<void()> cancelAction)
+{
+    setTitle(question.title);
+    setMessage(question.message);
+    setRequiresConfirmation(question.requiresConfirmation);
+    onConfirm = std::move(confirmAction);
+    onCancel = std::move(cancelAction);
+    setIsPresented(true);
+}
+
+Answer<PasswordInputDialogManager::Reply> PasswordInputDialogManager::ask(const Question &question)
+{
+    const StoredAnswer<Reply> stored({.end = DialogEnd::Replaced});
+    show(
+        question,
+        [stored](const QString &password) { stored.give({.end = DialogEnd::Confirmed, .password = password}); },
+        [stored] { stored.give({.end = DialogEnd::Cancelled}); });
+    return stored.answer();
 }
 
 } // namespace quillhaven

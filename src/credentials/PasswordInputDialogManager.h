@@ -2,52 +2,55 @@
 
 #pragma once
 
-#include <QObject>
-#include <QString>
-
-#include <functional>
+#include "async/Answer.h"
+#include "credentials/TitledDialogModel.h"
 
 namespace quillhaven {
 
-/// The model of the password dialog: one pending question at a time, whose actions the next caller replaces.
-class PasswordInputDialogManager : public QObject
+/// The model of the password dialog.
+class PasswordInputDialogManager : public quillhaven::TitledDialogModel
 {
     Q_OBJECT
-    Q_PROPERTY(bool isPresented READ isPresented WRITE setIsPresented NOTIFY changed)
-    Q_PROPERTY(QString title READ title NOTIFY changed)
-    Q_PROPERTY(QString message READ message NOTIFY changed)
-    Q_PROPERTY(bool requiresConfirmation READ requiresConfirmation NOTIFY changed)
+    Q_PROPERTY(bool requiresConfirmation READ requiresConfirmation NOTIFY requiresConfirmationChanged)
 
 public:
-    using QObject::QObject;
+    explicit PasswordInputDialogManager(QObject *parent = nullptr) : TitledDialogModel(parent) {}
 
     /// Defined by the program alone.
     static PasswordInputDialogManager &shared();
 
-    [[nodiscard]] bool isPresented() const { return m_isPresented; }
-    [[nodiscard]] QString title() const { return m_title; }
-    [[nodiscard]] QString message() const { return m_message; }
     /// A new password is being chosen: a second field shows, and the rules apply.
     [[nodiscard]] bool requiresConfirmation() const { return m_requiresConfirmation; }
-
-    void setIsPresented(bool value);
-    void setTitle(const QString &value);
-    void setMessage(const QString &value);
     void setRequiresConfirmation(bool value);
+
+    struct Question
+    {
+        QString title;
+        QString message;
+        bool requiresConfirmation = false;
+    };
+    struct Reply
+    {
+        DialogEnd end = DialogEnd::Replaced;
+        QString password = {}; ///< what was accepted when confirmed, else empty
+    };
+    /// Fills every field from the question and presents the dialog.
+    void show(const Question &question, std::function<void(const QString &password)> confirmAction,
+              std::function<void()> cancelAction);
+    /// The same for a coroutine, which awaits the reply.
+    [[nodiscard]] Answer<Reply> ask(const Question &question);
+
+    /// Close the dialog, then call the stored action if there is one.
+    void confirm(const QString &password) { closeThen(onConfirm, password); }
+    void cancel() { closeThen(onCancel); }
 
     std::function<void(const QString &password)> onConfirm;
     std::function<void()> onCancel;
 
 Q_SIGNALS:
-    void changed();
+    void requiresConfirmationChanged();
 
 private:
-    template <typename Value>
-    void assign(Value &field, const Value &value);
-
-    bool m_isPresented = false;
-    QString m_title;
-    QString m_message;
     bool m_requiresConfirmation = false;
 };
 

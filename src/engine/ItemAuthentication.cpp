@@ -30,14 +30,12 @@ QCoro::Task<QString> readSecret(QThreadPool &queue, Read read)
 
 QCoro::Task<bool> QuillhavenManager::requestPasswordAuthentication(ProtectedItem item)
 {
-    Answer<std::optional<QString>> answer;
-    PasswordInputDialogManager &dialog = m_passwordInputDialogManager;
-    dialog.setTitle(QStringLiteral("Password Required"));
-    dialog.setMessage(QStringLiteral("Enter the password for '") + item.originalName + QStringLiteral("':"));
-    dialog.setRequiresConfirmation(false);
-    dialog.onConfirm = [answer](const QString &entered) { answer.give(entered); };
-    dialog.onCancel = [answer] { answer.give(std::nullopt); };
-    dialog.setIsPresented(true);
+    // Not `ask`: the caller of a question that another one replaces stays suspended, and goes on in no way.
+    const Answer<std::optional<QString>> answer;
+    m_passwordInputDialogManager.show(
+        {.title = QStringLiteral("Password Required"),
+         .message = QStringLiteral("Enter the password for '") + item.originalName + QStringLiteral("':")},
+        [answer](const QString &entered) { answer.give(entered); }, [answer] { answer.give(std::nullopt); });
 
     const std::optional<QString> entered = co_await answer;
     if (!entered) {

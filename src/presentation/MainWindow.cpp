@@ -3,7 +3,7 @@
 #include "presentation/MainWindow.h"
 
 #include "credentials/MasterPasswordDialogManager.h"
-#include "credentials/PasswordInputDialog.h"
+#include "credentials/PasswordInputDialogModel.h"
 #include "credentials/PasswordInputDialogManager.h"
 #include "platform/BiometricAuthenticator.h"
 #include "presentation/dashboard/DashboardViewModel.h"

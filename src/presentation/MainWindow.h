@@ -17,7 +17,7 @@ class BiometricAuthenticator;
 class ConfirmationDialogManager;
 class DashboardViewModel;
 class MasterPasswordDialogManager;
-class PasswordInputDialog;
+class PasswordInputDialogModel;
 class PasswordInputDialogManager;
 class ProtectionMethodDialogManager;
 
@@ -28,7 +28,7 @@ struct MainWindowModels
     ConfirmationDialogManager &confirmation;
     ProtectionMethodDialogManager &protectionMethod;
     PasswordInputDialogManager &passwordInput;
-    PasswordInputDialog &passwordInputState;
+    PasswordInputDialogModel &passwordInputState;
     MasterPasswordDialogManager &masterPassword;
     BiometricAuthenticator &biometrics;
 };

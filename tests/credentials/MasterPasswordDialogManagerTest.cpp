@@ -148,10 +148,36 @@ TEST_F(MasterPasswordDialog, TheButtonSaysWhatItDoes)
     EXPECT_EQ(m_dialog.actionTitle(), QStringLiteral("Set Password"));
 }
 
-TEST_F(MasterPasswordDialog, TellsOfAChangeAndNotOfTheSameValue)
+TEST_F(MasterPasswordDialog, AQuestionIsFilledWithoutWhatTheLastOneLeft)
+{
+    m_dialog.setIsPasswordSetting(true);
+    m_dialog.showError(QStringLiteral("wrong"));
+    m_dialog.setIsAuthenticating(true);
+    m_dialog.setIsPresented(false);
+    m_dialog.show({.title = QStringLiteral("title"), .message = QStringLiteral("message")}, {});
+    EXPECT_TRUE(m_dialog.isPresented());
+    EXPECT_EQ(m_dialog.title(), QStringLiteral("title"));
+    EXPECT_EQ(m_dialog.message(), QStringLiteral("message"));
+    EXPECT_EQ(m_dialog.shownError(), QString());
+    EXPECT_EQ(m_dialog.errorMessage(), QString());
+    EXPECT_FALSE(m_dialog.isAuthenticating());
+    EXPECT_FALSE(m_dialog.isPasswordSetting());
+    m_dialog.cancel();
+    EXPECT_EQ(m_cancels, 0) << "the last question's action is gone";
+}
+
+TEST_F(MasterPasswordDialog, AnErrorShowsOnlyWhileItIsSaidTo)
+{
+    m_dialog.showError(QStringLiteral("wrong"));
+    EXPECT_EQ(m_dialog.shownError(), QStringLiteral("wrong"));
+    m_dialog.setShowingError(false);
+    EXPECT_EQ(m_dialog.shownError(), QString());
+}
+
+TEST_F(MasterPasswordDialog, ReportsAChangeAndNotTheSameValue)
 {
     int changes = 0;
-    QObject::connect(&m_dialog, &MasterPasswordDialogManager::changed, [&] { ++changes; });
+    QObject::connect(&m_dialog, &MasterPasswordDialogManager::textChanged, [&] { ++changes; });
     m_dialog.setTitle(QStringLiteral("another"));
     m_dialog.setTitle(QStringLiteral("another"));
     EXPECT_EQ(changes, 1);

@@ -331,7 +331,7 @@ TEST_F(MasterPassword, TheDialogIsFilledAndOpenedInItsOrder)
     m_dialog.setIsAuthenticating(true);
     m_dialog.setIsPasswordSetting(true);
     QStringList steps;
-    QObject::connect(&m_dialog, &MasterPasswordDialogManager::changed, [&] {
+    const auto note = [&] {
         steps.append(QStringLiteral("%1|%2|%3|%4|%5|%6|%7")
                          .arg(m_dialog.title().left(14), m_dialog.message().left(5))
                          .arg(m_dialog.isPresented())
@@ -339,7 +339,11 @@ TEST_F(MasterPassword, TheDialogIsFilledAndOpenedInItsOrder)
                          .arg(m_dialog.errorMessage())
                          .arg(m_dialog.isAuthenticating())
                          .arg(m_dialog.isPasswordSetting()));
-    });
+    };
+    QObject::connect(&m_dialog, &MasterPasswordDialogManager::textChanged, note);
+    QObject::connect(&m_dialog, &MasterPasswordDialogManager::isPresentedChanged, note);
+    QObject::connect(&m_dialog, &MasterPasswordDialogManager::errorChanged, note);
+    QObject::connect(&m_dialog, &MasterPasswordDialogManager::modeChanged, note);
     const auto task = guard();
     EXPECT_EQ(m_dialog.title(), QStringLiteral("Authentication Required"));
     EXPECT_EQ(m_dialog.message(), QStringLiteral("Enter your master password to continue:"));

@@ -76,7 +76,7 @@ QCoro::Task<> BackupActions::runRecovery(QString masterPassword)
         showRecovered(paths.size());
     } catch (...) {
         closeRecoveryDialog();
-        // A declined folder is told too: nothing was recovered.
+        // A declined folder is reported too: nothing was recovered.
         m_context.errors.showError(localizedDescription(std::current_exception()));
     }
 }
@@ -89,17 +89,12 @@ void BackupActions::closeRecoveryDialog()
 
 void BackupActions::showRecovered(qsizetype count)
 {
-    ConfirmationDialogManager &dialog = m_context.dialogs.confirmation;
-    dialog.setTitle(QStringLiteral("Recovery Successful"));
-    dialog.setMessage(QStringLiteral("Successfully recovered ") + QString::number(count) +
-                      QStringLiteral(" files to the selected folder."));
-    dialog.setConfirmTitle(QStringLiteral("OK"));
-    dialog.setCancelTitle(QString());
-    dialog.setIsDestructive(false);
-    dialog.setShowCancelButton(false);
-    dialog.onConfirm = {};
-    dialog.onCancel = {};
-    dialog.setIsPresented(true);
+    m_context.dialogs.confirmation.show({.title = QStringLiteral("Recovery Successful"),
+                                         .message = QStringLiteral("Successfully recovered ") + QString::number(count) +
+                                                    QStringLiteral(" files to the selected folder."),
+                                         .confirmTitle = QStringLiteral("OK"),
+                                         .cancelTitle = QString(),
+                                         .showCancelButton = false});
 }
 
 } // namespace quillhaven

@@ -4,13 +4,11 @@
 
 #include "async/Jobs.h"
 #include "credentials/MasterPasswordManager.h"
-#include "credentials/PasswordInputDialogManager.h"
 #include "engine/QuillhavenManager.h"
 #include "presentation/dashboard/BusyItems.h"
 #include "presentation/dashboard/DashboardErrors.h"
 #include "presentation/dashboard/ItemSelection.h"
 #include "presentation/dialogs/ConfirmationDialogManager.h"
-#include "presentation/dialogs/ProtectionMethodDialogManager.h"
 
 namespace quillhaven {
 
@@ -19,11 +17,6 @@ namespace {
 QString itemCount(qsizetype count)
 {
     return QString::number(count) + QStringLiteral(" Items");
-}
-
-QString protectionTitle(const QStringList &paths)
-{
-    return QStringLiteral("Set Protection for ") + itemCount(paths.size());
 }
 
 } // namespace
@@ -62,23 +55,24 @@ void BulkActions::performBulkRemove()
     if (items.isEmpty()) {
         return;
     }
-    ConfirmationDialogManager &dialog = m_context.dialogs.confirmation;
-    dialog.setTitle(QStringLiteral("Remove Protection from ") + itemCount(items.size()));
-    dialog.setMessage(QStringLiteral("This will restore all selected items to their original locations and remove them "
-                                     "from Quillhaven's protection. Your original files will NOT be deleted."));
-    dialog.setConfirmTitle(QStringLiteral("Remove Protection"));
-    dialog.setCancelTitle(QStringLiteral("Cancel"));
-    dialog.setIsDestructive(true);
-    dialog.setShowCancelButton(true);
-    dialog.onConfirm = [this, items] {
+    const auto answer = m_context.dialogs.confirmation.ask(
+        {.title = QStringLiteral("Remove Protection from ") + itemCount(items.size()),
+         .message = QStringLiteral("This will restore all selected items to their original locations and remove them "
+                                   "from Quillhaven's protection. Your original files will NOT be deleted."),
+         .confirmTitle = QStringLiteral("Remove Protection"),
+         .isDestructive = true});
+    startJob([this, items, answer] { return removeOnceConfirmed(items, answer); });
+}
+
+QCoro::Task<> BulkActions::removeOnceConfirmed(QList<ProtectedItem> items, Answer<DialogEnd> answer)
+{
+    if (co_await answer == DialogEnd::Confirmed) {
         start(
             items, [](const ProtectedItem &) { return true; },
             [this](QList<ProtectedItem> due, ProgressCallback callback) {
                 return m_context.quillhavenManager.bulkRemoveProtection(std::move(due), std::move(callback));
             });
-    };
-    dialog.onCancel = {};
-    dialog.setIsPresented(true);
+    }
 }
 
 void BulkActions::start(const QList<ProtectedItem> &items, Condition isDue, Operation operation)
@@ -146,38 +140,61 @@ void BulkActions::performBulkProtect(const QStringList &paths)
     if (paths.isEmpty()) {
         return;
     }
-    ProtectionMethodDialogManager &dialog = m_context.dialogs.protectionMethod;
-    dialog.setTitle(QStringLiteral("Protect ") + itemCount(paths.size()));
-    dialog.onPasswordProtection = [this, paths] { showBulkPasswordDialog(paths, false); };
-    dialog.onTouchIDProtection = [this, paths] { showBulkPasswordDialog(paths, true); };
-    dialog.onCancel = [this] { startJob([this] { return endSession(); }); };
-    dialog.setIsPresented(true);
+    const auto choice = m_context.dialogs.protectionMethod.ask(QStringLiteral("Protect ") + itemCount(paths.size()));
+    startJob([this, paths, choice] { return goOnWithMethod(paths, choice); });
+}
+
+QCoro::Task<> BulkActions::goOnWithMethod(QStringList paths, Answer<ProtectionMethodDialogManager::Choice> choice)
+{
+    using Choice = ProtectionMethodDialogManager::Choice;
+    switch (co_await choice) {
+    case Choice::Password:
+        showBulkPasswordDialog(paths, false);
+        break;
+    case Choice::TouchID:
+        showBulkPasswordDialog(paths, true);
+        break;
+    case Choice::Cancelled:
+        m_context.masterPasswordManager.endSession();
+        break;
+    case Choice::Replaced:
+        break;
+    }
 }
 
 void BulkActions::showBulkPasswordDialog(const QStringList &paths, bool useTouchID)
 {
+    const QString title = QStringLiteral("Set Protection for ") + itemCount(paths.size());
     if (useTouchID) {
-        ConfirmationDialogManager &dialog = m_context.dialogs.confirmation;
-        dialog.setTitle(protectionTitle(paths));
-        dialog.setMessage(QStringLiteral("These items will be protected with Touch ID."));
-        dialog.setConfirmTitle(QStringLiteral("Protect"));
-        dialog.setCancelTitle(QStringLiteral("Cancel"));
-        dialog.setIsDestructive(false);
-        dialog.setShowCancelButton(true);
-        dialog.onConfirm = [this, paths] { startJob([this, paths] { return bulkProtect(paths, QString(), true); }); };
-        dialog.onCancel = {};
-        dialog.setIsPresented(true);
-        return;
+        const auto answer = m_context.dialogs.confirmation.ask(
+            {.title = title,
+             .message = QStringLiteral("These items will be protected with Touch ID."),
+             .confirmTitle = QStringLiteral("Protect")});
+        startJob([this, paths, answer] { return protectOnceConfirmed(paths, answer); });
+    } else {
+        const auto reply =
+            m_context.dialogs.passwordInput.ask({.title = title,
+                                                 .message = QStringLiteral("Enter a password to protect these items:"),
+                                                 .requiresConfirmation = true});
+        startJob([this, paths, reply] { return protectByPassword(paths, reply); });
     }
-    PasswordInputDialogManager &dialog = m_context.dialogs.passwordInput;
-    dialog.setTitle(protectionTitle(paths));
-    dialog.setMessage(QStringLiteral("Enter a password to protect these items:"));
-    dialog.setRequiresConfirmation(true);
-    dialog.onConfirm = [this, paths](const QString &password) {
-        startJob([this, paths, password] { return bulkProtect(paths, password, false); });
-    };
-    dialog.onCancel = [this] { startJob([this] { return endSession(); }); };
-    dialog.setIsPresented(true);
+}
+
+QCoro::Task<> BulkActions::protectOnceConfirmed(QStringList paths, Answer<DialogEnd> answer)
+{
+    if (co_await answer == DialogEnd::Confirmed) {
+        co_await bulkProtect(paths, QString(), true);
+    }
+}
+
+QCoro::Task<> BulkActions::protectByPassword(QStringList paths, Answer<PasswordInputDialogManager::Reply> reply)
+{
+    const PasswordInputDialogManager::Reply given = co_await reply;
+    if (given.end == DialogEnd::Confirmed) {
+        co_await bulkProtect(paths, given.password, false);
+    } else if (given.end == DialogEnd::Cancelled) {
+        m_context.masterPasswordManager.endSession();
+    }
 }
 
 QCoro::Task<> BulkActions::bulkProtect(QStringList paths, QString password, bool useTouchID)
@@ -195,12 +212,6 @@ QCoro::Task<> BulkActions::bulkProtect(QStringList paths, QString password, bool
     if (failure) {
         m_context.errors.report(failure);
     }
-}
-
-QCoro::Task<> BulkActions::endSession()
-{
-    m_context.masterPasswordManager.endSession();
-    co_return;
 }
 
 } // namespace quillhaven

@@ -2,10 +2,13 @@
 
 #pragma once
 
+#include "async/Answer.h"
 #include "catalogue/ProtectedItem.h"
+#include "credentials/PasswordInputDialogManager.h"
 #include "presentation/dashboard/DashboardContext.h"
-#include "presentation/dialogs/BulkFilePickerView.h"
+#include "presentation/dialogs/BulkFilePickerModel.h"
 #include "presentation/dialogs/OperationProgress.h"
+#include "presentation/dialogs/ProtectionMethodDialogManager.h"
 #include "shredding/QuillhavenShredder.h"
 
 #include <QCoroTask>
@@ -25,13 +28,13 @@ class BulkActions : public QObject
 {
     Q_OBJECT
     Q_PROPERTY(quillhaven::OperationProgress *progress READ progress CONSTANT)
-    Q_PROPERTY(quillhaven::BulkFilePickerView *picker READ picker CONSTANT)
+    Q_PROPERTY(quillhaven::BulkFilePickerModel *picker READ picker CONSTANT)
 
 public:
     BulkActions(const DashboardContext &context, FilePanels &panels, QObject *parent = nullptr);
 
     [[nodiscard]] OperationProgress *progress() { return &m_progress; }
-    [[nodiscard]] BulkFilePickerView *picker() { return &m_picker; }
+    [[nodiscard]] BulkFilePickerModel *picker() { return &m_picker; }
 
     /// The selected items that are locked, or unlocked. Without any of them nothing happens, and the selection stays.
     Q_INVOKABLE void performBulkUnlock();
@@ -57,13 +60,18 @@ private:
 
     void start(const QList<ProtectedItem> &items, Condition isDue, Operation operation);
     [[nodiscard]] QCoro::Task<> run(Job job);
+    // What follows each question.
+    [[nodiscard]] QCoro::Task<> removeOnceConfirmed(QList<ProtectedItem> items, Answer<DialogEnd> answer);
+    [[nodiscard]] QCoro::Task<> goOnWithMethod(QStringList paths, Answer<ProtectionMethodDialogManager::Choice> choice);
+    [[nodiscard]] QCoro::Task<> protectOnceConfirmed(QStringList paths, Answer<DialogEnd> answer);
+    [[nodiscard]] QCoro::Task<> protectByPassword(QStringList paths, Answer<PasswordInputDialogManager::Reply> reply);
+
     [[nodiscard]] QCoro::Task<> bulkProtect(QStringList paths, QString password, bool useTouchID);
-    [[nodiscard]] QCoro::Task<> endSession();
     [[nodiscard]] QList<ProtectedItem> liveItems(const Job &job) const;
 
     DashboardContext m_context;
     OperationProgress m_progress;
-    BulkFilePickerView m_picker;
+    BulkFilePickerModel m_picker;
 };
 
 } // namespace quillhaven

@@ -6,7 +6,6 @@
 #include "async/Jobs.h"
 #include "credentials/MasterPasswordDialogManager.h"
 #include "credentials/MasterPasswordManager.h"
-#include "credentials/PasswordInputDialogManager.h"
 #include "engine/QuillhavenManager.h"
 #include "platform/Clock.h"
 #include "platform/FilePanels.h"
@@ -106,12 +105,21 @@ QCoro::Task<> DashboardViewModel::askForProtectionMethod(QString path)
     if (!co_await m_masterPasswordManager.requireAuthenticationOrCancel()) {
         co_return;
     }
-    ProtectionMethodDialogManager &dialog = m_dialogs.protectionMethod;
-    dialog.setTitle(QStringLiteral("Protect ") + lastPathComponent(path));
-    dialog.onPasswordProtection = [this, path] { showPasswordDialog(path, false); };
-    dialog.onTouchIDProtection = [this, path] { showPasswordDialog(path, true); };
-    dialog.onCancel = [this] { startJob([this] { return endSession(); }); };
-    dialog.setIsPresented(true);
+    using Choice = ProtectionMethodDialogManager::Choice;
+    const auto choice = m_dialogs.protectionMethod.ask(QStringLiteral("Protect ") + lastPathComponent(path));
+    switch (co_await choice) {
+    case Choice::Password:
+        showPasswordDialog(path, false);
+        break;
+    case Choice::TouchID:
+        showPasswordDialog(path, true);
+        break;
+    case Choice::Cancelled:
+        m_masterPasswordManager.endSession();
+        break;
+    case Choice::Replaced:
+        break;
+    }
 }
 
 void DashboardViewModel::showPasswordDialog(const QString &path, bool useTouchID)
@@ -120,15 +128,20 @@ void DashboardViewModel::showPasswordDialog(const QString &path, bool useTouchID
         startJob([this, path] { return protect(path, QString(), true); });
         return;
     }
-    PasswordInputDialogManager &dialog = m_dialogs.passwordInput;
-    dialog.setTitle(QStringLiteral("Set Protection"));
-    dialog.setMessage(QStringLiteral("Enter a password to protect this item:"));
-    dialog.setRequiresConfirmation(true);
-    dialog.onConfirm = [this, path](const QString &password) {
-        startJob([this, path, password] { return protect(path, password, false); });
-    };
-    dialog.onCancel = [this] { startJob([this] { return endSession(); }); };
-    dialog.setIsPresented(true);
+    const auto reply = m_dialogs.passwordInput.ask({.title = QStringLiteral("Set Protection"),
+                                                    .message = QStringLiteral("Enter a password to protect this item:"),
+                                                    .requiresConfirmation = true});
+    startJob([this, path, reply] { return protectByPassword(path, reply); });
+}
+
+QCoro::Task<> DashboardViewModel::protectByPassword(QString path, Answer<PasswordInputDialogManager::Reply> reply)
+{
+    const PasswordInputDialogManager::Reply given = co_await reply;
+    if (given.end == DialogEnd::Confirmed) {
+        co_await protect(path, given.password, false);
+    } else if (given.end == DialogEnd::Cancelled) {
+        m_masterPasswordManager.endSession();
+    }
 }
 
 QCoro::Task<> DashboardViewModel::protect(QString path, QString password, bool useTouchID)
@@ -143,12 +156,6 @@ QCoro::Task<> DashboardViewModel::protect(QString path, QString password, bool u
     } catch (...) {
         m_errors.report(std::current_exception());
     }
-}
-
-QCoro::Task<> DashboardViewModel::endSession()
-{
-    m_masterPasswordManager.endSession();
-    co_return;
 }
 
 void DashboardViewModel::onToggleLock(const QString &id)
@@ -326,19 +333,11 @@ void DashboardViewModel::showDefaultTroubleshooting()
 
 void DashboardViewModel::chooseMasterPassword()
 {
-    MasterPasswordDialogManager &dialog = m_dialogs.masterPassword;
-    dialog.setTitle(masterPasswordText());
-    dialog.setMessage(
-        QStringLiteral("Enter a strong password (8+ characters with uppercase, lowercase, and numbers):"));
-    dialog.onAuthenticate = [this](const QString &entered) {
-        startJob([this, entered] { return setMasterPassword(entered); });
-    };
-    dialog.onCancel = {};
-    dialog.setShowingError(false);
-    dialog.setErrorMessage(QString());
-    dialog.setIsAuthenticating(false);
-    dialog.setIsPasswordSetting(true);
-    dialog.setIsPresented(true);
+    m_dialogs.masterPassword.show(
+        {.title = masterPasswordText(),
+         .message = QStringLiteral("Enter a strong password (8+ characters with uppercase, lowercase, and numbers):"),
+         .isPasswordSetting = true},
+        [this](const QString &entered) { startJob([this, entered] { return setMasterPassword(entered); }); });
 }
 
 QCoro::Task<> DashboardViewModel::setMasterPassword(QString password)

@@ -24,7 +24,7 @@ bool isCancelledAuthentication(const std::exception_ptr &failure)
 
 DashboardErrors::DashboardErrors(QObject *parent) : QObject(parent)
 {
-    connect(&m_dialog, &ErrorDialogManager::changed, this, &DashboardErrors::changed);
+    connect(&m_dialog, &ErrorDialogManager::isPresentedChanged, this, &DashboardErrors::changed);
 }
 
 void DashboardErrors::report(const std::exception_ptr &failure)

@@ -2,7 +2,9 @@
 
 #pragma once
 
+#include "async/Answer.h"
 #include "catalogue/ProtectedItem.h"
+#include "credentials/PasswordInputDialogManager.h"
 #include "platform/Platform.h"
 #include "presentation/dashboard/BackupActions.h"
 #include "presentation/dashboard/BulkActions.h"
@@ -72,7 +74,7 @@ class DashboardViewModel : public QObject
     Q_PROPERTY(quillhaven::BackupActions *backup READ backup CONSTANT)
 
 public:
-    /// The references outlive this object, and so do the jobs that it starts.
+    /// The references must outlive this object, and this object must outlive every job that it has started.
     DashboardViewModel(const Platform &platform, QuillhavenManager &quillhavenManager,
                        MasterPasswordManager &masterPasswordManager, const DashboardDialogs &dialogs,
                        QObject *parent = nullptr);
@@ -180,12 +182,12 @@ private:
 
     [[nodiscard]] QCoro::Task<> runFilePicker();
     [[nodiscard]] QCoro::Task<> askForProtectionMethod(QString path);
+    [[nodiscard]] QCoro::Task<> protectByPassword(QString path, Answer<PasswordInputDialogManager::Reply> reply);
     [[nodiscard]] QCoro::Task<> protect(QString path, QString password, bool useTouchID);
     [[nodiscard]] QCoro::Task<> toggleLock(QString id, bool wasMounted);
     [[nodiscard]] QCoro::Task<> remove(QString id);
     [[nodiscard]] QCoro::Task<> setMasterPassword(QString password);
     [[nodiscard]] QCoro::Task<> duplicate(QString id);
-    [[nodiscard]] QCoro::Task<> endSession();
 
     Platform m_platform;
     QuillhavenManager &m_quillhavenManager;

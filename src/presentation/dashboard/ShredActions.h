@@ -5,7 +5,7 @@
 #include "catalogue/ProtectedItem.h"
 #include "presentation/dashboard/DashboardContext.h"
 #include "presentation/dialogs/OperationProgress.h"
-#include "presentation/dialogs/ShredConfirmationDialog.h"
+#include "presentation/dialogs/ShredConfirmationDialogModel.h"
 #include "shredding/QuillhavenShredder.h"
 
 #include <QCoroTask>
@@ -18,13 +18,13 @@ namespace quillhaven {
 class ShredActions : public QObject
 {
     Q_OBJECT
-    Q_PROPERTY(quillhaven::ShredConfirmationDialog *confirmation READ confirmation CONSTANT)
+    Q_PROPERTY(quillhaven::ShredConfirmationDialogModel *confirmation READ confirmation CONSTANT)
     Q_PROPERTY(quillhaven::OperationProgress *progress READ progress CONSTANT)
 
 public:
     explicit ShredActions(const DashboardContext &context, QObject *parent = nullptr);
 
-    [[nodiscard]] ShredConfirmationDialog *confirmation() { return &m_confirmation; }
+    [[nodiscard]] ShredConfirmationDialogModel *confirmation() { return &m_confirmation; }
     [[nodiscard]] OperationProgress *progress() { return &m_progress; }
     /// Paths outside the catalogue. They wait in vain while protected items wait too.
     [[nodiscard]] QStringList itemsToShred() const { return m_itemsToShred; }
@@ -47,7 +47,7 @@ private:
     [[nodiscard]] QList<ProtectedItem> liveItems() const;
 
     DashboardContext m_context;
-    ShredConfirmationDialog m_confirmation;
+    ShredConfirmationDialogModel m_confirmation;
     OperationProgress m_progress;
     QStringList m_itemsToShred;
     QList<ProtectedItem> m_protectedItemsToShred;

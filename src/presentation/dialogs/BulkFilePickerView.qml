@@ -1,5 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
+pragma ComponentBehavior: Bound
+
 import QtQuick
 import QtQuick.Controls.Basic
 import QtQuick.Layouts
@@ -11,7 +13,7 @@ import Quillhaven.Dialogs
 SheetFrame {
     id: sheet
 
-    required property QtObject picker
+    required property BulkFilePickerModel picker
 
     presented: picker.isPresented
     title: "Bulk File Protection"
@@ -121,19 +123,10 @@ SheetFrame {
         }
     }
 
-    buttons: [
-        SecondaryButton {
-            Layout.fillWidth: true
-            Layout.preferredWidth: 1
-            text: "Cancel"
-            onClicked: sheet.picker.cancel()
-        },
-        PrimaryFilledButton {
-            Layout.fillWidth: true
-            Layout.preferredWidth: 1
-            text: "Protect " + sheet.picker.count + " Items"
-            enabled: sheet.picker.canProtect
-            onClicked: sheet.picker.protect()
-        }
-    ]
+    buttons: SheetButtons {
+        mainText: "Protect " + sheet.picker.count + " Items"
+        canAct: sheet.picker.canProtect
+        onSecondaryPressed: sheet.picker.cancel()
+        onMainPressed: sheet.picker.protect()
+    }
 }

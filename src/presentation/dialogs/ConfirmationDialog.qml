@@ -1,5 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
+pragma ComponentBehavior: Bound
+
 import QtQuick
 import QtQuick.Layouts
 import Quillhaven.Controls
@@ -10,7 +12,7 @@ import Quillhaven.Dialogs
 SheetFrame {
     id: dialog
 
-    required property QtObject manager
+    required property ConfirmationDialogManager manager
 
     presented: manager.isPresented
     title: manager.title

@@ -2,66 +2,59 @@
 
 #include "presentation/dialogs/ConfirmationDialogManager.h"
 
+#include "credentials/StoredAnswer.h"
+
 namespace quillhaven {
-
-template <typename Value>
-void ConfirmationDialogManager::assign(Value &field, const Value &value)
-{
-    if (field != value) {
-        field = value;
-        Q_EMIT changed();
-    }
-}
-
-void ConfirmationDialogManager::setIsPresented(bool value)
-{
-    assign(m_isPresented, value);
-}
-
-void ConfirmationDialogManager::setTitle(const QString &value)
-{
-    assign(m_title, value);
-}
-
-void ConfirmationDialogManager::setMessage(const QString &value)
-{
-    assign(m_message, value);
-}
 
 void ConfirmationDialogManager::setConfirmTitle(const QString &value)
 {
-    assign(m_confirmTitle, value);
+    assign(m_confirmTitle, value, &ConfirmationDialogManager::buttonsChanged);
 }
 
 void ConfirmationDialogManager::setCancelTitle(const QString &value)
 {
-    assign(m_cancelTitle, value);
+    assign(m_cancelTitle, value, &ConfirmationDialogManager::buttonsChanged);
 }
 
 void ConfirmationDialogManager::setIsDestructive(bool value)
 {
-    assign(m_isDestructive, value);
+    assign(m_isDestructive, value, &ConfirmationDialogManager::buttonsChanged);
 }
 
 void ConfirmationDialogManager::setShowCancelButton(bool value)
 {
-    assign(m_showCancelButton, value);
+    assign(m_showCancelButton, value, &ConfirmationDialogManager::buttonsChanged);
+}
+
+void ConfirmationDialogManager::show(const Question &question, std::function<void()> confirmAction,
+                                     std::function<void()> cancelAction)
+{
+    setTitle(question.title);
+    setMessage(question.message);
+    setConfirmTitle(question.confirmTitle);
+    setCancelTitle(question.cancelTitle);
+    setIsDestructive(question.isDestructive);
+    setShowCancelButton(question.showCancelButton);
+    onConfirm = std::move(confirmAction);
+    onCancel = std::move(cancelAction);
+    setIsPresented(true);
+}
+
+Answer<DialogEnd> ConfirmationDialogManager::ask(const Question &question)
+{
+    const StoredAnswer<DialogEnd> stored(DialogEnd::Replaced);
+    show(question, [stored] { stored.give(DialogEnd::Confirmed); }, [stored] { stored.give(DialogEnd::Cancelled); });
+    return stored.answer();
 }
 
 void ConfirmationDialogManager::confirm()
 {
-    setIsPresented(false);
-    if (const auto action = onConfirm) {
-        action();
-    }
+    closeThen(onConfirm);
 }
 
 void ConfirmationDialogManager::cancel()
 {
-    setIsPresented(false);
-    if (const auto action = onCancel) {
-        action();
-    }
+    closeThen(onCancel);
 }
 
 } // namespace quillhaven

@@ -2,46 +2,55 @@
 
 #pragma once
 
-#include <QObject>
-#include <QString>
+#include "async/Answer.h"
+#include "credentials/TitledDialogModel.h"
 
-#include <functional>
+#include <QtQml/qqmlregistration.h>
 
 namespace quillhaven {
 
-/// The model of a yes-or-no question: one pending question at a time, whose texts and actions the next caller replaces.
-class ConfirmationDialogManager : public QObject
+/// The model of a yes-or-no question.
+class ConfirmationDialogManager : public quillhaven::TitledDialogModel
 {
     Q_OBJECT
-    Q_PROPERTY(bool isPresented READ isPresented WRITE setIsPresented NOTIFY changed)
-    Q_PROPERTY(QString title READ title NOTIFY changed)
-    Q_PROPERTY(QString message READ message NOTIFY changed)
-    Q_PROPERTY(QString confirmTitle READ confirmTitle NOTIFY changed)
-    Q_PROPERTY(QString cancelTitle READ cancelTitle NOTIFY changed)
-    Q_PROPERTY(bool isDestructive READ isDestructive NOTIFY changed)
-    Q_PROPERTY(bool showCancelButton READ showCancelButton NOTIFY changed)
+    QML_ELEMENT
+    QML_UNCREATABLE("Made by the program")
+    Q_PROPERTY(QString confirmTitle READ confirmTitle NOTIFY buttonsChanged)
+    Q_PROPERTY(QString cancelTitle READ cancelTitle NOTIFY buttonsChanged)
+    Q_PROPERTY(bool isDestructive READ isDestructive NOTIFY buttonsChanged)
+    Q_PROPERTY(bool showCancelButton READ showCancelButton NOTIFY buttonsChanged)
 
 public:
-    using QObject::QObject;
+    struct Question
+    {
+        QString title;
+        QString message;
+        QString confirmTitle = QStringLiteral("Confirm");
+        QString cancelTitle = QStringLiteral("Cancel");
+        bool isDestructive = false;
+        bool showCancelButton = true;
+    };
+
+    explicit ConfirmationDialogManager(QObject *parent = nullptr) : TitledDialogModel(parent) {}
 
     /// Defined by the program alone.
     static ConfirmationDialogManager &shared();
 
-    [[nodiscard]] bool isPresented() const { return m_isPresented; }
-    [[nodiscard]] QString title() const { return m_title; }
-    [[nodiscard]] QString message() const { return m_message; }
     [[nodiscard]] QString confirmTitle() const { return m_confirmTitle; }
     [[nodiscard]] QString cancelTitle() const { return m_cancelTitle; }
     [[nodiscard]] bool isDestructive() const { return m_isDestructive; }
     [[nodiscard]] bool showCancelButton() const { return m_showCancelButton; }
 
-    void setIsPresented(bool value);
-    void setTitle(const QString &value);
-    void setMessage(const QString &value);
     void setConfirmTitle(const QString &value);
     void setCancelTitle(const QString &value);
     void setIsDestructive(bool value);
     void setShowCancelButton(bool value);
+
+    /// Fills every field from the question and presents the dialog. Without actions it is a statement.
+    void show(const Question &question, std::function<void()> confirmAction = {},
+              std::function<void()> cancelAction = {});
+    /// The same for a coroutine, which awaits how the question ended.
+    [[nodiscard]] Answer<DialogEnd> ask(const Question &question);
 
     /// The buttons: close the dialog first, then call the stored action, if there is one.
     Q_INVOKABLE void confirm();
@@ -51,17 +60,11 @@ public:
     std::function<void()> onCancel;
 
 Q_SIGNALS:
-    void changed();
+    void buttonsChanged();
 
 private:
-    template <typename Value>
-    void assign(Value &field, const Value &value);
-
-    bool m_isPresented = false;
-    QString m_title;
-    QString m_message;
-    QString m_confirmTitle = QStringLiteral("Confirm");
-    QString m_cancelTitle = QStringLiteral("Cancel");
+    QString m_confirmTitle = Question().confirmTitle;
+    QString m_cancelTitle = Question().cancelTitle;
     bool m_isDestructive = false;
     bool m_showCancelButton = true;
 };

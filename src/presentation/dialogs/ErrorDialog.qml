@@ -1,5 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
+pragma ComponentBehavior: Bound
+
 import QtQuick
 import QtQuick.Layouts
 import Quillhaven.Controls
@@ -10,7 +12,7 @@ import Quillhaven.Dialogs
 SheetFrame {
     id: dialog
 
-    required property QtObject manager
+    required property ErrorDialogManager manager
 
     signal showTroubleshooting
 
@@ -20,7 +22,7 @@ SheetFrame {
     symbol: "exclamationmark.triangle.fill"
     symbolColor: Colors.error
     symbolSpringsIn: true
-    initialFocusItem: okButton
+    initialFocusItem: buttons.mainButton
     onReturnPressed: manager.hideError()
     onEscapePressed: manager.hideError()
 
@@ -75,21 +77,13 @@ SheetFrame {
         }
     }
 
-    buttons: [
-        SecondaryButton {
-            Layout.fillWidth: true
-            Layout.preferredWidth: 1
-            visible: dialog.manager.showTroubleshooting
-            text: "Troubleshooting"
-            onClicked: dialog.showTroubleshooting()
-        },
-        PrimaryFilledButton {
-            id: okButton
+    buttons: SheetButtons {
+        id: buttons
 
-            Layout.fillWidth: true
-            Layout.preferredWidth: 1
-            text: "OK"
-            onClicked: dialog.manager.hideError()
-        }
-    ]
+        secondaryText: "Troubleshooting"
+        showsSecondary: dialog.manager.showTroubleshooting
+        mainText: "OK"
+        onSecondaryPressed: dialog.showTroubleshooting()
+        onMainPressed: dialog.manager.hideError()
+    }
 }

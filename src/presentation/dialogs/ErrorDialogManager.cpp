@@ -16,12 +16,13 @@ struct HintRow
     QString hint;
 };
 
+const QString permissionHintText =
+    QStringLiteral("Try closing any applications that might be using this file, or move it to a different location.");
+
 const QList<HintRow> &hintRows()
 {
     static const QList<HintRow> rows{
-        {{QStringLiteral("permission"), QStringLiteral("access"), QStringLiteral("denied")},
-         QStringLiteral("Try closing any applications that might be using this file, or move it to a different "
-                        "location.")},
+        {{QStringLiteral("permission"), QStringLiteral("access"), QStringLiteral("denied")}, permissionHintText},
         {{QStringLiteral("weak password"), QStringLiteral("password must be at least")},
          QStringLiteral("Your password must be at least 8 characters long and contain uppercase letters, lowercase "
                         "letters, and numbers.")},
@@ -54,22 +55,18 @@ void ErrorDialogManager::showErrorWithAutoTroubleshooting(const QString &message
 {
     m_errorMessage = message;
     m_errorTitle = title;
-    const TroubleshootingInfo info = detectTroubleshootingInfo(message);
-    m_showTroubleshooting = info.isFound;
-    m_troubleshootingMessage = info.hint;
-    Q_EMIT changed();
-    m_isPresented = true;
-    Q_EMIT changed();
+    m_troubleshooting = detectTroubleshootingInfo(message);
+    Q_EMIT errorChanged();
+    setIsPresented(true);
 }
 
 void ErrorDialogManager::hideError()
 {
-    m_isPresented = false;
+    setIsPresented(false);
     m_errorMessage.clear();
     m_errorTitle = QStringLiteral("Error");
-    m_showTroubleshooting = false;
-    m_troubleshootingMessage.clear();
-    Q_EMIT changed();
+    m_troubleshooting = {};
+    Q_EMIT errorChanged();
 }
 
 ErrorDialogManager::TroubleshootingInfo ErrorDialogManager::detectTroubleshootingInfo(const QString &message)
@@ -85,17 +82,19 @@ ErrorDialogManager::TroubleshootingInfo ErrorDialogManager::detectTroubleshootin
     return {};
 }
 
+QString ErrorDialogManager::permissionHint(const QString &message)
+{
+    const QString lowered = message.toLower();
+    const bool isFound = lowered.contains(QStringLiteral("permission")) || lowered.contains(QStringLiteral("access"));
+    return isFound ? permissionHintText : QString();
+}
+
 void ErrorDialogManager::showDefaultTroubleshooting(ConfirmationDialogManager *confirmation) const
 {
-    confirmation->setTitle(QStringLiteral("Troubleshooting"));
-    confirmation->setMessage(m_troubleshootingMessage);
-    confirmation->setConfirmTitle(QStringLiteral("OK"));
-    confirmation->setCancelTitle({});
-    confirmation->setIsDestructive(false);
-    confirmation->setShowCancelButton(true);
-    confirmation->onConfirm = {};
-    confirmation->onCancel = {};
-    confirmation->setIsPresented(true);
+    confirmation->show({.title = QStringLiteral("Troubleshooting"),
+                        .message = troubleshootingMessage(),
+                        .confirmTitle = QStringLiteral("OK"),
+                        .cancelTitle = QString()});
 }
 
 } // namespace quillhaven

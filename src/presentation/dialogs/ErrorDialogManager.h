@@ -2,22 +2,24 @@
 
 #pragma once
 
-#include <QObject>
+#include "credentials/DialogModel.h"
+
 #include <QString>
+#include <QtQml/qqmlregistration.h>
 
 namespace quillhaven {
 
 class ConfirmationDialogManager;
 
 /// The model of the error dialog: one sentence, and a hint found by the words of the sentence alone.
-class ErrorDialogManager : public QObject
+class ErrorDialogManager : public quillhaven::DialogModel
 {
     Q_OBJECT
-    Q_PROPERTY(bool isPresented READ isPresented NOTIFY changed)
-    Q_PROPERTY(QString errorMessage READ errorMessage NOTIFY changed)
-    Q_PROPERTY(QString errorTitle READ errorTitle NOTIFY changed)
-    Q_PROPERTY(bool showTroubleshooting READ showTroubleshooting NOTIFY changed)
-    Q_PROPERTY(QString troubleshootingMessage READ troubleshootingMessage NOTIFY changed)
+    QML_ELEMENT
+    Q_PROPERTY(QString errorMessage READ errorMessage NOTIFY errorChanged)
+    Q_PROPERTY(QString errorTitle READ errorTitle NOTIFY errorChanged)
+    Q_PROPERTY(bool showTroubleshooting READ showTroubleshooting NOTIFY errorChanged)
+    Q_PROPERTY(QString troubleshootingMessage READ troubleshootingMessage NOTIFY errorChanged)
 
 public:
     struct TroubleshootingInfo
@@ -26,13 +28,12 @@ public:
         QString hint;
     };
 
-    using QObject::QObject;
+    explicit ErrorDialogManager(QObject *parent = nullptr) : DialogModel(parent) {}
 
-    [[nodiscard]] bool isPresented() const { return m_isPresented; }
     [[nodiscard]] QString errorMessage() const { return m_errorMessage; }
     [[nodiscard]] QString errorTitle() const { return m_errorTitle; }
-    [[nodiscard]] bool showTroubleshooting() const { return m_showTroubleshooting; }
-    [[nodiscard]] QString troubleshootingMessage() const { return m_troubleshootingMessage; }
+    [[nodiscard]] bool showTroubleshooting() const { return m_troubleshooting.isFound; }
+    [[nodiscard]] QString troubleshootingMessage() const { return m_troubleshooting.hint; }
 
     /// Stores the sentence, the title and the hint that its words call for, then presents the dialog.
     void showErrorWithAutoTroubleshooting(const QString &message, const QString &title);
@@ -40,18 +41,18 @@ public:
     Q_INVOKABLE void hideError();
     /// The hint of the first row of words that the sentence holds one of. The order of the rows counts.
     [[nodiscard]] static TroubleshootingInfo detectTroubleshootingInfo(const QString &message);
+    /// The shorter rule of a row's own error sheet: the hint of the first row for two of its words, else nothing.
+    [[nodiscard]] Q_INVOKABLE static QString permissionHint(const QString &message);
     /// Puts the hint into a confirmation dialog and presents that. Its second button stays blank.
     void showDefaultTroubleshooting(ConfirmationDialogManager *confirmation) const;
 
 Q_SIGNALS:
-    void changed();
+    void errorChanged();
 
 private:
-    bool m_isPresented = false;
     QString m_errorMessage;
     QString m_errorTitle = QStringLiteral("Error");
-    bool m_showTroubleshooting = false;
-    QString m_troubleshootingMessage;
+    TroubleshootingInfo m_troubleshooting;
 };
 
 } // namespace quillhaven

@@ -1,5 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
+pragma ComponentBehavior: Bound
+
 import QtQuick
 import QtQuick.Layouts
 import Quillhaven.Controls
@@ -11,10 +13,7 @@ SheetFrame {
     id: dialog
 
     property string errorMessage
-    readonly property bool hasHint: {
-        const lowered = errorMessage.toLowerCase()
-        return lowered.includes("permission") || lowered.includes("access")
-    }
+    readonly property string hint: rules.permissionHint(errorMessage)
 
     signal okPressed
     signal showTroubleshooting
@@ -29,14 +28,16 @@ SheetFrame {
     symbol: "exclamationmark.triangle.fill"
     symbolColor: Colors.error
     minimumSheetWidth: 350
-    initialFocusItem: okButton
+    initialFocusItem: buttons.mainButton
     onReturnPressed: dismiss()
     onEscapePressed: dismiss()
 
+    ErrorDialogManager { id: rules }
+
     Text {
         Layout.fillWidth: true
-        visible: dialog.hasHint
-        text: "Try closing any applications that might be using this file, or move it to a different location."
+        visible: text !== ""
+        text: dialog.hint
         font: Typography.settingDescription
         color: Colors.textSecondary
         horizontalAlignment: Text.AlignHCenter
@@ -45,21 +46,13 @@ SheetFrame {
         Accessible.name: text
     }
 
-    buttons: [
-        SecondaryButton {
-            Layout.fillWidth: true
-            Layout.preferredWidth: 1
-            visible: dialog.hasHint
-            text: "Show Troubleshooting"
-            onClicked: dialog.showTroubleshooting()
-        },
-        PrimaryFilledButton {
-            id: okButton
+    buttons: SheetButtons {
+        id: buttons
 
-            Layout.fillWidth: true
-            Layout.preferredWidth: 1
-            text: "OK"
-            onClicked: dialog.dismiss()
-        }
-    ]
+        secondaryText: "Show Troubleshooting"
+        showsSecondary: dialog.hint !== ""
+        mainText: "OK"
+        onSecondaryPressed: dialog.showTroubleshooting()
+        onMainPressed: dialog.dismiss()
+    }
 }

@@ -1,10 +1,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
+pragma ComponentBehavior: Bound
+
 import QtQuick
 import QtQuick.Layouts
 import Quillhaven.Controls
 import Quillhaven.Design
-import Quillhaven.Dialogs
 
 /// What is wrong with what was typed.
 Text {

@@ -1,5 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
+pragma ComponentBehavior: Bound
+
 import QtQuick
 import QtQuick.Layouts
 import Quillhaven.Controls
@@ -10,7 +12,7 @@ import Quillhaven.Dialogs
 SheetFrame {
     id: dialog
 
-    required property QtObject manager
+    required property MasterPasswordDialogManager manager
 
     function handleAuthenticate() {
         if (manager.handleAuthenticate(field.secret))
@@ -40,23 +42,14 @@ SheetFrame {
     }
 
     InputErrorText {
-        text: dialog.manager.showingError ? dialog.manager.errorMessage : ""
+        text: dialog.manager.shownError
     }
 
-    buttons: [
-        SecondaryButton {
-            Layout.fillWidth: true
-            Layout.preferredWidth: 1
-            text: "Cancel"
-            onClicked: dialog.manager.cancel()
-        },
-        PrimaryFilledButton {
-            Layout.fillWidth: true
-            Layout.preferredWidth: 1
-            text: dialog.manager.actionTitle
-            busy: dialog.manager.isAuthenticating
-            enabled: field.secret !== "" && !dialog.manager.isAuthenticating
-            onClicked: dialog.handleAuthenticate()
-        }
-    ]
+    buttons: SheetButtons {
+        mainText: dialog.manager.actionTitle
+        busy: dialog.manager.isAuthenticating
+        canAct: field.secret !== "" && !dialog.manager.isAuthenticating
+        onSecondaryPressed: dialog.manager.cancel()
+        onMainPressed: dialog.handleAuthenticate()
+    }
 }

@@ -1,11 +1,12 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
+pragma ComponentBehavior: Bound
+
 import QtQuick
 import QtQuick.Controls.Basic
 import QtQuick.Layouts
 import Quillhaven.Controls
 import Quillhaven.Design
-import Quillhaven.Dialogs
 
 /// One of the ways to protect an item, as a large button.
 AbstractButton {

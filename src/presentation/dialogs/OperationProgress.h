@@ -4,6 +4,7 @@
 
 #include <QObject>
 #include <QString>
+#include <QtQml/qqmlregistration.h>
 
 #include <functional>
 
@@ -13,6 +14,8 @@ namespace quillhaven {
 class OperationProgress : public QObject
 {
     Q_OBJECT
+    QML_ELEMENT
+    QML_UNCREATABLE("Made by the program")
     Q_PROPERTY(bool isPresented READ isPresented NOTIFY changed)
     Q_PROPERTY(QString message READ message NOTIFY changed)
     Q_PROPERTY(double progress READ progress NOTIFY changed)

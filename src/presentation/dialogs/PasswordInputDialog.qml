@@ -1,5 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
+pragma ComponentBehavior: Bound
+
 import QtQuick
 import QtQuick.Layouts
 import Quillhaven.Controls
@@ -10,9 +12,9 @@ import Quillhaven.Dialogs
 SheetFrame {
     id: sheet
 
-    required property QtObject manager
+    required property PasswordInputDialogManager manager
     /// The state of this showing.
-    required property QtObject dialog
+    required property PasswordInputDialogModel dialog
 
     presented: manager.isPresented
     title: manager.title
@@ -31,7 +33,9 @@ SheetFrame {
         Layout.minimumWidth: 360
         label: "Password"
         prompt: "Enter password"
+        secret: sheet.dialog.password
         onSecretChanged: sheet.dialog.password = secret
+        Binding on revealed { value: sheet.dialog.showPassword }
         onRevealedChanged: sheet.dialog.showPassword = revealed
         onAccepted: sheet.dialog.confirm()
     }
@@ -43,30 +47,15 @@ SheetFrame {
         visible: sheet.manager.requiresConfirmation
         label: "Confirm password"
         prompt: "Confirm password"
+        secret: sheet.dialog.confirmPassword
         onSecretChanged: sheet.dialog.confirmPassword = secret
+        Binding on revealed { value: sheet.dialog.showConfirmPassword }
         onRevealedChanged: sheet.dialog.showConfirmPassword = revealed
         onAccepted: sheet.dialog.confirm()
     }
 
-    // The fields follow the state, and the state the fields: no binding would survive the typing.
-    function takeState() {
-        passwordField.secret = dialog.password
-        confirmField.secret = dialog.confirmPassword
-        passwordField.revealed = dialog.showPassword
-        confirmField.revealed = dialog.showConfirmPassword
-    }
-
-    Component.onCompleted: takeState()
-
-    Connections {
-        target: sheet.dialog
-        function onChanged() {
-            sheet.takeState()
-        }
-    }
-
     InputErrorText {
-        text: sheet.dialog.showPasswordMismatch ? "Passwords don't match" : ""
+        text: sheet.dialog.mismatchText
     }
 
     ColumnLayout {
@@ -81,23 +70,13 @@ SheetFrame {
     }
 
     InputErrorText {
-        text: sheet.dialog.showPasswordStrengthError
-              ? "Password must be at least 8 characters with uppercase, lowercase, and numbers" : ""
+        text: sheet.dialog.strengthErrorText
     }
 
-    buttons: [
-        SecondaryButton {
-            Layout.fillWidth: true
-            Layout.preferredWidth: 1
-            text: "Cancel"
-            onClicked: sheet.dialog.cancel()
-        },
-        PrimaryFilledButton {
-            Layout.fillWidth: true
-            Layout.preferredWidth: 1
-            text: sheet.dialog.confirmTitle
-            enabled: sheet.dialog.canConfirm
-            onClicked: sheet.dialog.confirm()
-        }
-    ]
+    buttons: SheetButtons {
+        mainText: sheet.dialog.confirmTitle
+        canAct: sheet.dialog.canConfirm
+        onSecondaryPressed: sheet.dialog.cancel()
+        onMainPressed: sheet.dialog.confirm()
+    }
 }

@@ -2,47 +2,39 @@
 
 #include "presentation/dialogs/ProtectionMethodDialogManager.h"
 
-namespace quillhaven {
+#include "credentials/StoredAnswer.h"
 
-void ProtectionMethodDialogManager::setIsPresented(bool value)
-{
-    if (m_isPresented != value) {
-        m_isPresented = value;
-        Q_EMIT changed();
-    }
-}
+namespace quillhaven {
 
 void ProtectionMethodDialogManager::setTitle(const QString &value)
 {
-    if (m_title != value) {
-        m_title = value;
-        Q_EMIT changed();
-    }
+    assign(m_title, value, &ProtectionMethodDialogManager::titleChanged);
 }
 
-void ProtectionMethodDialogManager::closeAndCall(const std::function<void()> &action)
+Answer<ProtectionMethodDialogManager::Choice> ProtectionMethodDialogManager::ask(const QString &title)
 {
-    // A copy, since the action may put another question into this dialog.
-    const auto called = action;
-    setIsPresented(false);
-    if (called) {
-        called();
-    }
+    const StoredAnswer<Choice> stored(Choice::Replaced);
+    setTitle(title);
+    onPasswordProtection = [stored] { stored.give(Choice::Password); };
+    onTouchIDProtection = [stored] { stored.give(Choice::TouchID); };
+    onCancel = [stored] { stored.give(Choice::Cancelled); };
+    setIsPresented(true);
+    return stored.answer();
 }
 
 void ProtectionMethodDialogManager::choosePasswordProtection()
 {
-    closeAndCall(onPasswordProtection);
+    closeThen(onPasswordProtection);
 }
 
 void ProtectionMethodDialogManager::chooseTouchIDProtection()
 {
-    closeAndCall(onTouchIDProtection);
+    closeThen(onTouchIDProtection);
 }
 
 void ProtectionMethodDialogManager::cancel()
 {
-    closeAndCall(onCancel);
+    closeThen(onCancel);
 }
 
 } // namespace quillhaven

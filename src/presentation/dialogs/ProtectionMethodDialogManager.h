@@ -2,30 +2,34 @@
 
 #pragma once
 
-#include <QObject>
-#include <QString>
+#include "async/Answer.h"
+#include "credentials/DialogModel.h"
 
-#include <functional>
+#include <QtQml/qqmlregistration.h>
 
 namespace quillhaven {
 
 /// The model of the choice between a password and the fingerprint reader for a new item.
-class ProtectionMethodDialogManager : public QObject
+class ProtectionMethodDialogManager : public quillhaven::DialogModel
 {
     Q_OBJECT
-    Q_PROPERTY(bool isPresented READ isPresented WRITE setIsPresented NOTIFY changed)
-    Q_PROPERTY(QString title READ title NOTIFY changed)
+    QML_ELEMENT
+    QML_UNCREATABLE("Made by the program")
+    Q_PROPERTY(QString title READ title WRITE setTitle NOTIFY titleChanged)
 
 public:
-    using QObject::QObject;
+    enum class Choice { Password, TouchID, Cancelled, Replaced };
+
+    explicit ProtectionMethodDialogManager(QObject *parent = nullptr) : DialogModel(parent) {}
 
     /// Defined by the program alone.
     static ProtectionMethodDialogManager &shared();
 
-    [[nodiscard]] bool isPresented() const { return m_isPresented; }
     [[nodiscard]] QString title() const { return m_title; }
-    void setIsPresented(bool value);
     void setTitle(const QString &value);
+
+    /// Presents the dialog under this title; a coroutine awaits what was chosen.
+    [[nodiscard]] Answer<Choice> ask(const QString &title);
 
     /// The two cards and the cancel button: close the dialog first, then call the stored action, if there is one.
     Q_INVOKABLE void choosePasswordProtection();
@@ -37,12 +41,9 @@ public:
     std::function<void()> onCancel;
 
 Q_SIGNALS:
-    void changed();
+    void titleChanged();
 
 private:
-    void closeAndCall(const std::function<void()> &action);
-
-    bool m_isPresented = false;
     QString m_title;
 };
 

@@ -1,5 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
+pragma ComponentBehavior: Bound
+
 import QtQuick
 import QtQuick.Layouts
 import Quillhaven.Controls
@@ -10,7 +12,7 @@ import Quillhaven.Dialogs
 SheetFrame {
     id: dialog
 
-    required property QtObject manager
+    required property RecoveryDialogManager manager
 
     function recover() {
         manager.recover(field.secret)
@@ -100,21 +102,12 @@ SheetFrame {
         }
     }
 
-    buttons: [
-        SecondaryButton {
-            Layout.fillWidth: true
-            Layout.preferredWidth: 1
-            text: "Cancel"
-            onClicked: dialog.manager.cancel()
-        },
-        PrimaryFilledButton {
-            Layout.fillWidth: true
-            Layout.preferredWidth: 1
-            text: dialog.manager.recoverTitle
-            symbol: "arrow.clockwise"
-            busy: dialog.manager.isRecovering
-            enabled: field.secret !== "" && !dialog.manager.isRecovering
-            onClicked: dialog.recover()
-        }
-    ]
+    buttons: SheetButtons {
+        mainText: dialog.manager.recoverTitle
+        mainSymbol: "arrow.clockwise"
+        busy: dialog.manager.isRecovering
+        canAct: field.secret !== "" && !dialog.manager.isRecovering
+        onSecondaryPressed: dialog.manager.cancel()
+        onMainPressed: dialog.recover()
+    }
 }

@@ -9,20 +9,9 @@ QString RecoveryDialogManager::recoverTitle() const
     return m_isRecovering ? QStringLiteral("Recovering...") : QStringLiteral("Recover All Files");
 }
 
-void RecoveryDialogManager::setIsPresented(bool value)
-{
-    if (m_isPresented != value) {
-        m_isPresented = value;
-        Q_EMIT changed();
-    }
-}
-
 void RecoveryDialogManager::setIsRecovering(bool value)
 {
-    if (m_isRecovering != value) {
-        m_isRecovering = value;
-        Q_EMIT changed();
-    }
+    assign(m_isRecovering, value, &RecoveryDialogManager::isRecoveringChanged);
 }
 
 void RecoveryDialogManager::show(std::function<void(const QString &masterPassword)> recoverAction,
@@ -30,13 +19,13 @@ void RecoveryDialogManager::show(std::function<void(const QString &masterPasswor
 {
     onRecover = std::move(recoverAction);
     onCancel = std::move(cancelAction);
-    setIsRecovering(false);
     setIsPresented(true);
+    setIsRecovering(false);
 }
 
 void RecoveryDialogManager::recover(const QString &masterPassword)
 {
-    if (!m_isPresented || m_isRecovering || masterPassword.isEmpty()) {
+    if (!isPresented() || m_isRecovering || masterPassword.isEmpty()) {
         return;
     }
     setIsRecovering(true);

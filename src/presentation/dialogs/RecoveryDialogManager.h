@@ -2,29 +2,29 @@
 
 #pragma once
 
-#include <QObject>
-#include <QString>
+#include "credentials/DialogModel.h"
 
-#include <functional>
+#include <QString>
+#include <QtQml/qqmlregistration.h>
 
 namespace quillhaven {
 
 /// The model of the dialog that asks for the master password before all files are recovered from their backups. It
-/// stays on the screen while the recovery runs; whoever runs it closes the dialog.
-class RecoveryDialogManager : public QObject
+/// stays on the screen while the recovery runs; the code that runs it closes the dialog.
+class RecoveryDialogManager : public quillhaven::DialogModel
 {
     Q_OBJECT
-    Q_PROPERTY(bool isPresented READ isPresented WRITE setIsPresented NOTIFY changed)
-    Q_PROPERTY(bool isRecovering READ isRecovering WRITE setIsRecovering NOTIFY changed)
-    Q_PROPERTY(QString recoverTitle READ recoverTitle NOTIFY changed)
+    QML_ELEMENT
+    QML_UNCREATABLE("Made by the program")
+    Q_PROPERTY(bool isRecovering READ isRecovering WRITE setIsRecovering NOTIFY isRecoveringChanged)
+    Q_PROPERTY(QString recoverTitle READ recoverTitle NOTIFY isRecoveringChanged)
 
 public:
-    using QObject::QObject;
+    explicit RecoveryDialogManager(QObject *parent = nullptr) : DialogModel(parent) {}
 
-    [[nodiscard]] bool isPresented() const { return m_isPresented; }
     [[nodiscard]] bool isRecovering() const { return m_isRecovering; }
+    /// The label of the second button.
     [[nodiscard]] QString recoverTitle() const;
-    void setIsPresented(bool value);
     void setIsRecovering(bool value);
 
     /// Stores the two, then presents the dialog, at rest.
@@ -38,10 +38,9 @@ public:
     std::function<void()> onCancel;
 
 Q_SIGNALS:
-    void changed();
+    void isRecoveringChanged();
 
 private:
-    bool m_isPresented = false;
     bool m_isRecovering = false;
 };
 

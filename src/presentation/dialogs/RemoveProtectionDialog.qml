@@ -1,5 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
+pragma ComponentBehavior: Bound
+
 import QtQuick
 import QtQuick.Layouts
 import Quillhaven.Controls
@@ -10,30 +12,21 @@ import Quillhaven.Dialogs
 SheetFrame {
     id: dialog
 
-    required property QtObject manager
+    required property RemoveProtectionDialogManager manager
 
     presented: manager.isPresented
     title: "Remove Protection"
     message: manager.message
     symbol: "folder.badge.minus"
     symbolColor: Colors.warning
-    initialFocusItem: cancelButton
+    initialFocusItem: buttons.secondaryButton
     onEscapePressed: manager.cancel()
 
-    buttons: [
-        SecondaryButton {
-            id: cancelButton
+    buttons: SheetButtons {
+        id: buttons
 
-            Layout.fillWidth: true
-            Layout.preferredWidth: 1
-            text: "Cancel"
-            onClicked: dialog.manager.cancel()
-        },
-        PrimaryFilledButton {
-            Layout.fillWidth: true
-            Layout.preferredWidth: 1
-            text: "Remove Protection"
-            onClicked: dialog.manager.remove()
-        }
-    ]
+        mainText: "Remove Protection"
+        onSecondaryPressed: dialog.manager.cancel()
+        onMainPressed: dialog.manager.remove()
+    }
 }

@@ -11,38 +11,23 @@ QString RemoveProtectionDialogManager::message() const
                           "will be safely restored.");
 }
 
-void RemoveProtectionDialogManager::setIsPresented(bool value)
-{
-    if (m_isPresented != value) {
-        m_isPresented = value;
-        Q_EMIT changed();
-    }
-}
-
 void RemoveProtectionDialogManager::show(const QString &itemName, std::function<void()> removeAction,
                                          std::function<void()> cancelAction)
 {
-    m_itemName = itemName;
+    assign(m_itemName, itemName, &RemoveProtectionDialogManager::itemNameChanged);
     onRemove = std::move(removeAction);
     onCancel = std::move(cancelAction);
-    Q_EMIT changed();
     setIsPresented(true);
 }
 
 void RemoveProtectionDialogManager::remove()
 {
-    setIsPresented(false);
-    if (const auto action = onRemove) {
-        action();
-    }
+    closeThen(onRemove);
 }
 
 void RemoveProtectionDialogManager::cancel()
 {
-    setIsPresented(false);
-    if (const auto action = onCancel) {
-        action();
-    }
+    closeThen(onCancel);
 }
 
 } // namespace quillhaven

@@ -2,32 +2,31 @@
 
 #pragma once
 
-#include <QObject>
-#include <QString>
+#include "credentials/DialogModel.h"
 
-#include <functional>
+#include <QString>
+#include <QtQml/qqmlregistration.h>
 
 namespace quillhaven {
 
 /// The model of the question before an item's protection is removed.
-class RemoveProtectionDialogManager : public QObject
+class RemoveProtectionDialogManager : public quillhaven::DialogModel
 {
     Q_OBJECT
-    Q_PROPERTY(bool isPresented READ isPresented WRITE setIsPresented NOTIFY changed)
-    Q_PROPERTY(QString itemName READ itemName NOTIFY changed)
-    Q_PROPERTY(QString message READ message NOTIFY changed)
+    QML_ELEMENT
+    QML_UNCREATABLE("Made by the program")
+    Q_PROPERTY(QString itemName READ itemName NOTIFY itemNameChanged)
+    Q_PROPERTY(QString message READ message NOTIFY itemNameChanged)
 
 public:
-    using QObject::QObject;
+    explicit RemoveProtectionDialogManager(QObject *parent = nullptr) : DialogModel(parent) {}
 
     /// Defined by the program alone.
     static RemoveProtectionDialogManager &shared();
 
-    [[nodiscard]] bool isPresented() const { return m_isPresented; }
     [[nodiscard]] QString itemName() const { return m_itemName; }
     /// What removing the protection of this item does.
     [[nodiscard]] QString message() const;
-    void setIsPresented(bool value);
 
     /// Stores the three, then presents the dialog.
     void show(const QString &itemName, std::function<void()> removeAction, std::function<void()> cancelAction);
@@ -40,10 +39,9 @@ public:
     std::function<void()> onCancel;
 
 Q_SIGNALS:
-    void changed();
+    void itemNameChanged();
 
 private:
-    bool m_isPresented = false;
     QString m_itemName;
 };
 

@@ -1,10 +1,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
+pragma ComponentBehavior: Bound
+
 import QtQuick
 import QtQuick.Layouts
 import Quillhaven.Controls
 import Quillhaven.Design
-import Quillhaven.Dialogs
 
 /// One requirement of a new password, and whether it is met.
 RowLayout {

@@ -1,5 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
+pragma ComponentBehavior: Bound
+
 import QtQuick
 import QtQuick.Controls.Basic
 import QtQuick.Layouts
@@ -11,7 +13,7 @@ import Quillhaven.Dialogs
 SheetFrame {
     id: sheet
 
-    required property QtObject dialog
+    required property ShredConfirmationDialogModel dialog
 
     presented: dialog.isPresented
     title: "Permanent Deletion Warning"

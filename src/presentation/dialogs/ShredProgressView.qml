@@ -1,5 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
+pragma ComponentBehavior: Bound
+
 import QtQuick
 import QtQuick.Layouts
 import Quillhaven.Controls
@@ -10,7 +12,7 @@ import Quillhaven.Dialogs
 SheetFrame {
     id: sheet
 
-    required property QtObject operation
+    required property OperationProgress operation
     property bool canCancel: false
 
     signal cancelled

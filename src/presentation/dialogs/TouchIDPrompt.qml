@@ -1,5 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
+pragma ComponentBehavior: Bound
+
 import QtQuick
 import QtQuick.Layouts
 import Quillhaven.Controls
@@ -10,7 +12,7 @@ import Quillhaven.Dialogs
 SheetFrame {
     id: prompt
 
-    required property QtObject manager
+    required property BiometricAuthenticator manager
 
     presented: manager.isPrompting
     title: "Touch ID"

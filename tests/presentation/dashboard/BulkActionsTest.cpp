@@ -299,7 +299,7 @@ TEST_F(Bulk, RemovalOfNothingDoesNotAsk)
 
 TEST_F(Bulk, ProtectByPasswordFromThePickerToTheRecords)
 {
-    BulkFilePickerView &picker = *bulk().picker();
+    BulkFilePickerModel &picker = *bulk().picker();
     bulk().showBulkFilePicker();
     EXPECT_TRUE(picker.isPresented());
     picker.handleFileSelection({writePaper(a), writePaper(b)});
@@ -326,7 +326,7 @@ TEST_F(Bulk, ProtectByPasswordFromThePickerToTheRecords)
 
 TEST_F(Bulk, SecondPressKeepsWhatThePickerHasGathered)
 {
-    BulkFilePickerView &picker = *bulk().picker();
+    BulkFilePickerModel &picker = *bulk().picker();
     bulk().showBulkFilePicker();
     picker.handleFileSelection({writePaper(a)});
     bulk().showBulkFilePicker();
@@ -339,7 +339,7 @@ TEST_F(Bulk, SecondPressKeepsWhatThePickerHasGathered)
 TEST_F(Bulk, PickerGathersOnlyWhatCanBeProtected)
 {
     protect({a});
-    BulkFilePickerView &picker = *bulk().picker();
+    BulkFilePickerModel &picker = *bulk().picker();
     bulk().showBulkFilePicker();
     picker.handleFileSelection({paper(QStringLiteral("absent")), paper(a), writePaper(b)});
     ASSERT_EQ(picker.entries().size(), 1);

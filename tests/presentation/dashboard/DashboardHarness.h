@@ -6,7 +6,7 @@
 #include "async/WorkInFlight.h"
 #include "credentials/MasterPasswordDialogManager.h"
 #include "credentials/MasterPasswordManager.h"
-#include "credentials/PasswordInputDialog.h"
+#include "credentials/PasswordInputDialogModel.h"
 #include "credentials/PasswordInputDialogManager.h"
 #include "engine/QuillhavenManager.h"
 #include "presentation/dashboard/DashboardViewModel.h"
@@ -118,7 +118,7 @@ public:
     MasterPasswordManager masterPassword;
     QuillhavenShredder shredder;
     QuillhavenManager manager;
-    PasswordInputDialog passwordInput;
+    PasswordInputDialogModel passwordInput;
     DashboardViewModel dashboard;
 };
 

@@ -42,7 +42,7 @@ protected:
     /// Ticks the box, types the phrase and confirms.
     static void confirm(ShredActions &actions)
     {
-        ShredConfirmationDialog &dialog = *actions.confirmation();
+        ShredConfirmationDialogModel &dialog = *actions.confirmation();
         dialog.setHasReadWarning(true);
         dialog.setConfirmationText(QStringLiteral("SHRED PERMANENTLY"));
         dialog.confirm();

@@ -3,6 +3,7 @@
 #include "presentation/dialogs/ConfirmationDialogManager.h"
 #include "presentation/dialogs/ProtectionMethodDialogManager.h"
 #include "presentation/dialogs/RemoveProtectionDialogManager.h"
+#include "support/RunTask.h"
 
 #include <QSignalSpy>
 
@@ -10,6 +11,8 @@
 
 namespace quillhaven {
 namespace {
+
+using testing::RunningTask;
 
 TEST(ConfirmationDialogManager, StartsClosedWithItsUsualTitles)
 {
@@ -75,14 +78,85 @@ TEST(ConfirmationDialogManager, ActionsStayUntilTheNextCallerReplacesThem)
     EXPECT_EQ(calls, 2);
 }
 
-TEST(ConfirmationDialogManager, TellsOnlyOfChanges)
+TEST(ConfirmationDialogManager, ReportsOnlyChanges)
 {
     ConfirmationDialogManager manager;
-    const QSignalSpy changes(&manager, &ConfirmationDialogManager::changed);
+    const QSignalSpy texts(&manager, &ConfirmationDialogManager::textChanged);
+    const QSignalSpy buttons(&manager, &ConfirmationDialogManager::buttonsChanged);
     manager.setTitle(QStringLiteral("Reset?"));
     manager.setTitle(QStringLiteral("Reset?"));
     manager.setIsDestructive(false);
-    EXPECT_EQ(changes.size(), 1);
+    EXPECT_EQ(texts.size(), 1);
+    EXPECT_EQ(buttons.size(), 0);
+}
+
+TEST(ConfirmationDialogManager, QuestionIsCompleteBeforeItIsPresented)
+{
+    ConfirmationDialogManager manager;
+    manager.setCancelTitle(QStringLiteral("left"));
+    manager.setIsDestructive(true);
+    manager.setShowCancelButton(false);
+    manager.onConfirm = [] { ADD_FAILURE() << "the last question's action"; };
+    manager.onCancel = manager.onConfirm;
+    bool wasComplete = false;
+    QObject::connect(&manager, &ConfirmationDialogManager::isPresentedChanged, [&] {
+        wasComplete = manager.title() == QStringLiteral("Reset?") && manager.message() == QStringLiteral("Really?") &&
+                      manager.confirmTitle() == QStringLiteral("Confirm") &&
+                      manager.cancelTitle() == QStringLiteral("Cancel") && !manager.isDestructive() &&
+                      manager.showCancelButton() && !manager.onConfirm && !manager.onCancel;
+    });
+    manager.show({.title = QStringLiteral("Reset?"), .message = QStringLiteral("Really?")});
+    EXPECT_TRUE(wasComplete);
+}
+
+TEST(ConfirmationDialogManager, AskedItRepliesAfterTheDialogHasClosed)
+{
+    ConfirmationDialogManager manager;
+    const auto ask = [&]() -> QCoro::Task<DialogEnd> {
+        const auto answer = manager.ask({.title = QStringLiteral("Reset?"), .message = {}});
+        const DialogEnd end = co_await answer;
+        EXPECT_FALSE(manager.isPresented());
+        co_return end;
+    };
+    const RunningTask<DialogEnd> first(ask());
+    EXPECT_TRUE(manager.isPresented());
+    manager.confirm();
+    EXPECT_EQ(first.wait(), DialogEnd::Confirmed);
+    const RunningTask<DialogEnd> second(ask());
+    manager.cancel();
+    EXPECT_EQ(second.wait(), DialogEnd::Cancelled);
+}
+
+TEST(ConfirmationDialogManager, AskedAgainTheFirstCallerGoesOnWithoutAnAnswer)
+{
+    ConfirmationDialogManager manager;
+    const auto ask = [&]() -> QCoro::Task<DialogEnd> {
+        const auto answer = manager.ask({.title = QStringLiteral("Reset?"), .message = {}});
+        const DialogEnd end = co_await answer;
+        co_return end;
+    };
+    const RunningTask<DialogEnd> first(ask());
+    const QSignalSpy asked(&manager, &ConfirmationDialogManager::asked);
+    const RunningTask<DialogEnd> second(ask());
+    EXPECT_EQ(asked.size(), 1) << "a question in an open dialog is one too";
+    EXPECT_EQ(first.wait(), DialogEnd::Replaced);
+    EXPECT_TRUE(manager.isPresented());
+    manager.confirm();
+    EXPECT_EQ(second.wait(), DialogEnd::Confirmed);
+}
+
+TEST(ConfirmationDialogManager, GoneWithAnOpenQuestionItsCallerGoesOnWithoutAnAnswer)
+{
+    std::optional<RunningTask<DialogEnd>> asking;
+    {
+        ConfirmationDialogManager manager;
+        asking.emplace([](ConfirmationDialogManager &asked) -> QCoro::Task<DialogEnd> {
+            const auto answer = asked.ask({.title = QStringLiteral("Reset?"), .message = {}});
+            const DialogEnd end = co_await answer;
+            co_return end;
+        }(manager));
+    }
+    EXPECT_EQ(asking->wait(), DialogEnd::Replaced);
 }
 
 TEST(ProtectionMethodDialogManager, EachCardAndCancelCloseBeforeTheyAct)
@@ -105,6 +179,32 @@ TEST(ProtectionMethodDialogManager, EachCardAndCancelCloseBeforeTheyAct)
     EXPECT_EQ(acts, (QStringList{QStringLiteral("password"), QStringLiteral("touch"), QStringLiteral("cancel")}));
 }
 
+TEST(ProtectionMethodDialogManager, AskedItRepliesWithTheChoice)
+{
+    using Choice = ProtectionMethodDialogManager::Choice;
+    ProtectionMethodDialogManager manager;
+    const auto ask = [&]() -> QCoro::Task<Choice> {
+        const auto answer = manager.ask(QStringLiteral("Protect will.pdf"));
+        const Choice choice = co_await answer;
+        co_return choice;
+    };
+    const auto choiceAfter = [&](void (ProtectionMethodDialogManager::*press)()) {
+        const RunningTask<Choice> asking(ask());
+        EXPECT_TRUE(manager.isPresented());
+        EXPECT_EQ(manager.title(), QStringLiteral("Protect will.pdf"));
+        (manager.*press)();
+        return asking.wait();
+    };
+    EXPECT_EQ(choiceAfter(&ProtectionMethodDialogManager::choosePasswordProtection), Choice::Password);
+    EXPECT_EQ(choiceAfter(&ProtectionMethodDialogManager::chooseTouchIDProtection), Choice::TouchID);
+    EXPECT_EQ(choiceAfter(&ProtectionMethodDialogManager::cancel), Choice::Cancelled);
+    const RunningTask<Choice> first(ask());
+    const RunningTask<Choice> second(ask());
+    EXPECT_EQ(first.wait(), Choice::Replaced);
+    manager.cancel();
+    EXPECT_EQ(second.wait(), Choice::Cancelled);
+}
+
 TEST(ProtectionMethodDialogManager, WithoutActionsItOnlyCloses)
 {
     ProtectionMethodDialogManager manager;
@@ -121,9 +221,11 @@ TEST(RemoveProtectionDialogManager, ShowStoresTheThreeAndPresentsLast)
 {
     RemoveProtectionDialogManager manager;
     QStringList states;
-    QObject::connect(&manager, &RemoveProtectionDialogManager::changed, [&] {
+    const auto note = [&] {
         states += manager.itemName() + (manager.isPresented() ? QStringLiteral(" open") : QStringLiteral(" closed"));
-    });
+    };
+    QObject::connect(&manager, &RemoveProtectionDialogManager::itemNameChanged, note);
+    QObject::connect(&manager, &RemoveProtectionDialogManager::isPresentedChanged, note);
     bool isRemoved = false;
     bool isCancelled = false;
     manager.show(

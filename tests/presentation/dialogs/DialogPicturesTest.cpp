@@ -5,7 +5,7 @@
 #include "DialogScene.h"
 
 #include "credentials/MasterPasswordDialogManager.h"
-#include "credentials/PasswordInputDialog.h"
+#include "credentials/PasswordInputDialogModel.h"
 #include "presentation/dialogs/ConfirmationDialogManager.h"
 #include "presentation/dialogs/ErrorDialogManager.h"
 #include "presentation/dialogs/ProtectionMethodDialogManager.h"
@@ -82,7 +82,7 @@ TEST(DialogPictures, PasswordInput)
 {
     TestPlatform services;
     PasswordInputDialogManager manager;
-    PasswordInputDialog state(manager, services.defaults.standard());
+    PasswordInputDialogModel state(manager, services.defaults.standard());
     DialogScene scene(QStringLiteral("PasswordInputDialog { manager: scene.input; dialog: scene.inputState }"),
                       {{QStringLiteral("input"), QVariant::fromValue(&manager)},
                        {QStringLiteral("inputState"), QVariant::fromValue(&state)}});

@@ -43,6 +43,7 @@ public:
                 .arg(properties, dialogs)
                 .toUtf8(),
             QUrl());
+        EXPECT_TRUE(component.isReady()) << qUtf8Printable(component.errorString());
         m_window.reset(qobject_cast<QQuickWindow *>(component.createWithInitialProperties(models)));
         EXPECT_TRUE(m_window) << qUtf8Printable(component.errorString());
         if (m_window) {

@@ -111,6 +111,14 @@ TEST(TroubleshootingHint, FailedShredHasNone)
     EXPECT_EQ(hintFor(QStringLiteral("Failed to shred item: the disk went away")), QString());
 }
 
+TEST(TroubleshootingHint, ShorterRuleKnowsPermissionAndAccessAlone)
+{
+    EXPECT_EQ(ErrorDialogManager::permissionHint(QStringLiteral("No PERMISSION.")), rows()[0].hint);
+    EXPECT_EQ(ErrorDialogManager::permissionHint(QStringLiteral("No Access.")), rows()[0].hint);
+    EXPECT_EQ(ErrorDialogManager::permissionHint(QStringLiteral("It was denied.")), QString());
+    EXPECT_EQ(ErrorDialogManager::permissionHint({}), QString());
+}
+
 TEST(ErrorDialogManager, StartsClosedAndEmpty)
 {
     const ErrorDialogManager manager;
@@ -125,7 +133,7 @@ TEST(ErrorDialogManager, StoresEverythingBeforeItPresents)
 {
     ErrorDialogManager manager;
     bool wasComplete = false;
-    QObject::connect(&manager, &ErrorDialogManager::changed, [&] {
+    QObject::connect(&manager, &ErrorDialogManager::errorChanged, [&] {
         if (!manager.isPresented()) {
             wasComplete = manager.errorMessage() == QStringLiteral("No permission.") &&
                           manager.errorTitle() == QStringLiteral("Lock Failed") && manager.showTroubleshooting() &&

@@ -2,10 +2,10 @@
 
 // The models of the sheets around long operations.
 
-#include "presentation/dialogs/BulkFilePickerView.h"
+#include "presentation/dialogs/BulkFilePickerModel.h"
 #include "presentation/dialogs/OperationProgress.h"
 #include "presentation/dialogs/RecoveryDialogManager.h"
-#include "presentation/dialogs/ShredConfirmationDialog.h"
+#include "presentation/dialogs/ShredConfirmationDialogModel.h"
 #include "support/FakeFilePanels.h"
 #include "support/LogCapture.h"
 #include "support/RunTask.h"
@@ -46,7 +46,7 @@ protected:
         return dialog.isConfirmEnabled();
     }
 
-    ShredConfirmationDialog dialog;
+    ShredConfirmationDialogModel dialog;
     QStringList chosen;
 };
 
@@ -94,6 +94,23 @@ TEST_F(ShredConfirmation, ConfirmClosesBeforeItActs)
     dialog.confirm();
     dialog.confirm();
     EXPECT_EQ(chosen, QStringList(u("closed")));
+}
+
+TEST_F(ShredConfirmation, ActionMayPutTheNextQuestionIntoTheSameDialog)
+{
+    dialog.onConfirm = [this] {
+        const QString kept = u("first");
+        dialog.onConfirm = [this] { chosen += u("second"); };
+        dialog.show({u("other.pdf")});
+        chosen += kept;
+    };
+    ASSERT_TRUE(passes("shred permanently"));
+    dialog.confirm();
+    EXPECT_TRUE(dialog.isPresented());
+    ASSERT_TRUE(passes("shred permanently"));
+    dialog.confirm();
+    EXPECT_EQ(chosen, (QStringList{u("first"), u("second")}));
+    EXPECT_FALSE(dialog.isPresented());
 }
 
 TEST_F(ShredConfirmation, NextQuestionStartsAfresh)
@@ -176,10 +193,10 @@ protected:
     FakeFilePanels panels;
     QStringList refused;
     std::optional<QStringList> handedOver;
-    BulkFilePickerView picker{panels, [this](QStringList paths) {
-                                  paths.removeIf([this](const QString &path) { return refused.contains(path); });
-                                  return paths;
-                              }};
+    BulkFilePickerModel picker{panels, [this](QStringList paths) {
+                                   paths.removeIf([this](const QString &path) { return refused.contains(path); });
+                                   return paths;
+                               }};
 };
 
 } // namespace

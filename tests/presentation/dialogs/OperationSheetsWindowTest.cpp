@@ -5,11 +5,11 @@
 
 #include "DialogScene.h"
 
-#include "presentation/dialogs/BulkFilePickerView.h"
+#include "presentation/dialogs/BulkFilePickerModel.h"
 #include "presentation/dialogs/ErrorDialogManager.h"
 #include "presentation/dialogs/OperationProgress.h"
 #include "presentation/dialogs/RecoveryDialogManager.h"
-#include "presentation/dialogs/ShredConfirmationDialog.h"
+#include "presentation/dialogs/ShredConfirmationDialogModel.h"
 #include "support/FakeFilePanels.h"
 
 using namespace quillhaven;
@@ -45,7 +45,7 @@ protected:
     }
 
     bool isConfirmed = false;
-    ShredConfirmationDialog dialog;
+    ShredConfirmationDialogModel dialog;
     DialogScene scene{QStringLiteral("ShredConfirmationDialog { dialog: scene.shred }"),
                       {{QStringLiteral("shred"), QVariant::fromValue(&dialog)}}};
 };
@@ -195,7 +195,7 @@ TEST(BulkProgressWindow, ShowsItsStateAndCloses)
 TEST(BulkFilePickerWindow, GathersAndProtectsByKeys)
 {
     FakeFilePanels panels;
-    BulkFilePickerView picker(panels, [](const QStringList &paths) { return paths; });
+    BulkFilePickerModel picker(panels, [](const QStringList &paths) { return paths; });
     QStringList handedOver;
     picker.onFilesSelected = [&](const QStringList &paths) { handedOver = paths; };
     DialogScene scene(QStringLiteral("BulkFilePickerView { picker: scene.picker }"),
@@ -269,7 +269,7 @@ TEST(ErrorWindow, LongTextScrollsAndItsButtonStays)
 
 TEST(OperationPictures, ShredConfirmation)
 {
-    ShredConfirmationDialog dialog;
+    ShredConfirmationDialogModel dialog;
     DialogScene scene(QStringLiteral("ShredConfirmationDialog { dialog: scene.shred }"),
                       {{QStringLiteral("shred"), QVariant::fromValue(&dialog)}});
     dialog.show(manyNames());
@@ -292,7 +292,7 @@ TEST(OperationPictures, ShredProgress)
 TEST(OperationPictures, BulkFilePicker)
 {
     FakeFilePanels panels;
-    BulkFilePickerView picker(panels, [](const QStringList &paths) { return paths; });
+    BulkFilePickerModel picker(panels, [](const QStringList &paths) { return paths; });
     DialogScene scene(QStringLiteral("BulkFilePickerView { picker: scene.picker }"),
                       {{QStringLiteral("picker"), QVariant::fromValue(&picker)}});
     picker.show();

@@ -5,7 +5,7 @@
 #include "DialogScene.h"
 
 #include "credentials/MasterPasswordDialogManager.h"
-#include "credentials/PasswordInputDialog.h"
+#include "credentials/PasswordInputDialogModel.h"
 #include "settings/Settings.h"
 #include "support/LogCapture.h"
 #include "support/TestPlatform.h"
@@ -190,7 +190,7 @@ protected:
     int cancels = 0;
     TestPlatform services;
     PasswordInputDialogManager manager;
-    PasswordInputDialog state{manager, services.defaults.standard()};
+    PasswordInputDialogModel state{manager, services.defaults.standard()};
     DialogScene scene{QStringLiteral("PasswordInputDialog { manager: scene.input; dialog: scene.inputState }"),
                       {{QStringLiteral("input"), QVariant::fromValue(&manager)},
                        {QStringLiteral("inputState"), QVariant::fromValue(&state)}}};

@@ -2,27 +2,27 @@
 
 #pragma once
 
-#include <QObject>
-#include <QStringList>
+#include "credentials/DialogModel.h"
 
-#include <functional>
+#include <QStringList>
+#include <QtQml/qqmlregistration.h>
 
 namespace quillhaven {
 
 /// The model of the demanding question before items are destroyed: a box to tick and a phrase to type.
-class ShredConfirmationDialog : public QObject
+class ShredConfirmationDialogModel : public quillhaven::DialogModel
 {
     Q_OBJECT
-    Q_PROPERTY(bool isPresented READ isPresented NOTIFY changed)
+    QML_ELEMENT
+    QML_UNCREATABLE("Made by the program")
     Q_PROPERTY(QStringList itemNames READ itemNames NOTIFY changed)
     Q_PROPERTY(QString confirmationText READ confirmationText WRITE setConfirmationText NOTIFY changed)
     Q_PROPERTY(bool hasReadWarning READ hasReadWarning WRITE setHasReadWarning NOTIFY changed)
     Q_PROPERTY(bool isConfirmEnabled READ isConfirmEnabled NOTIFY changed)
 
 public:
-    using QObject::QObject;
+    explicit ShredConfirmationDialogModel(QObject *parent = nullptr) : DialogModel(parent) {}
 
-    [[nodiscard]] bool isPresented() const { return m_isPresented; }
     [[nodiscard]] QStringList itemNames() const { return m_itemNames; }
     [[nodiscard]] QString confirmationText() const { return m_confirmationText; }
     [[nodiscard]] bool hasReadWarning() const { return m_hasReadWarning; }
@@ -46,9 +46,6 @@ Q_SIGNALS:
     void changed();
 
 private:
-    void close(const std::function<void()> &action);
-
-    bool m_isPresented = false;
     QStringList m_itemNames;
     QString m_confirmationText;
     bool m_hasReadWarning = false;

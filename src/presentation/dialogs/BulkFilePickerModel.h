@@ -2,12 +2,12 @@
 
 #pragma once
 
+#include "credentials/DialogModel.h"
+
 #include <QCoroTask>
-#include <QObject>
 #include <QStringList>
 #include <QVariantList>
-
-#include <functional>
+#include <QtQml/qqmlregistration.h>
 
 namespace quillhaven {
 
@@ -15,11 +15,12 @@ class FilePanels;
 
 /// The model of the sheet that gathers items to protect at once. The list only ever holds items that can be protected,
 /// each once, in the order in which they were chosen.
-class BulkFilePickerView : public QObject
+class BulkFilePickerModel : public quillhaven::DialogModel
 {
     Q_OBJECT
-    Q_PROPERTY(bool isPresented READ isPresented NOTIFY changed)
-    Q_PROPERTY(bool showingFilePicker READ showingFilePicker NOTIFY changed)
+    QML_ELEMENT
+    QML_UNCREATABLE("Made by the program")
+    Q_PROPERTY(bool showingFilePicker READ showingFilePicker NOTIFY showingFilePickerChanged)
     Q_PROPERTY(QVariantList entries READ entries NOTIFY entriesChanged)
     Q_PROPERTY(int count READ count NOTIFY entriesChanged)
     Q_PROPERTY(bool canProtect READ canProtect NOTIFY entriesChanged)
@@ -28,9 +29,8 @@ public:
     /// Those of the paths that can be protected, in their order, each file once.
     using ProtectablePaths = std::function<QStringList(const QStringList &paths)>;
 
-    BulkFilePickerView(FilePanels &panels, ProtectablePaths protectablePaths, QObject *parent = nullptr);
+    BulkFilePickerModel(FilePanels &panels, ProtectablePaths protectablePaths, QObject *parent = nullptr);
 
-    [[nodiscard]] bool isPresented() const { return m_isPresented; }
     /// The open panel is up.
     [[nodiscard]] bool showingFilePicker() const { return m_showingFilePicker; }
     [[nodiscard]] QStringList selectedURLs() const { return m_selectedURLs; }
@@ -43,7 +43,7 @@ public:
     void show();
     /// "Select Files & Folders": lets the user choose. Ignored while the panel is open.
     Q_INVOKABLE void selectFiles();
-    /// Adds what can be protected and is not listed yet; the rest is left out without a word.
+    /// Adds what can be protected and is not listed yet; the rest is left out without a message.
     void handleFileSelection(const QStringList &paths);
     Q_INVOKABLE void remove(const QString &path);
     Q_INVOKABLE void clearAll();
@@ -54,18 +54,16 @@ public:
     std::function<void(const QStringList &paths)> onFilesSelected;
 
 Q_SIGNALS:
-    void changed();
+    void showingFilePickerChanged();
     void entriesChanged();
 
 private:
     [[nodiscard]] QCoro::Task<> runFilePicker();
-    void setIsPresented(bool value);
     void setShowingFilePicker(bool value);
     void setSelectedURLs(const QStringList &paths);
 
     FilePanels &m_panels;
     ProtectablePaths m_protectablePaths;
-    bool m_isPresented = false;
     bool m_showingFilePicker = false;
     QStringList m_selectedURLs;
 };

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-#include "presentation/dialogs/BulkFilePickerView.h"
+#include "presentation/dialogs/BulkFilePickerModel.h"
 
 #include "async/Jobs.h"
 #include "platform/FilePanels.h"
@@ -12,12 +12,12 @@
 
 namespace quillhaven {
 
-BulkFilePickerView::BulkFilePickerView(FilePanels &panels, ProtectablePaths protectablePaths, QObject *parent)
-    : QObject(parent), m_panels(panels), m_protectablePaths(std::move(protectablePaths))
+BulkFilePickerModel::BulkFilePickerModel(FilePanels &panels, ProtectablePaths protectablePaths, QObject *parent)
+    : DialogModel(parent), m_panels(panels), m_protectablePaths(std::move(protectablePaths))
 {
 }
 
-QVariantList BulkFilePickerView::entries() const
+QVariantList BulkFilePickerModel::entries() const
 {
     QVariantList entries;
     for (const QString &path : m_selectedURLs) {
@@ -28,33 +28,23 @@ QVariantList BulkFilePickerView::entries() const
     return entries;
 }
 
-void BulkFilePickerView::show()
+void BulkFilePickerModel::show()
 {
     setSelectedURLs({});
     setIsPresented(true);
 }
 
-void BulkFilePickerView::setIsPresented(bool value)
+void BulkFilePickerModel::setShowingFilePicker(bool value)
 {
-    m_isPresented = value;
-    Q_EMIT changed();
+    assign(m_showingFilePicker, value, &BulkFilePickerModel::showingFilePickerChanged);
 }
 
-void BulkFilePickerView::setShowingFilePicker(bool value)
+void BulkFilePickerModel::setSelectedURLs(const QStringList &paths)
 {
-    m_showingFilePicker = value;
-    Q_EMIT changed();
+    assign(m_selectedURLs, paths, &BulkFilePickerModel::entriesChanged);
 }
 
-void BulkFilePickerView::setSelectedURLs(const QStringList &paths)
-{
-    if (m_selectedURLs != paths) {
-        m_selectedURLs = paths;
-        Q_EMIT entriesChanged();
-    }
-}
-
-void BulkFilePickerView::selectFiles()
+void BulkFilePickerModel::selectFiles()
 {
     if (!m_showingFilePicker) {
         setShowingFilePicker(true);
@@ -62,7 +52,7 @@ void BulkFilePickerView::selectFiles()
     }
 }
 
-QCoro::Task<> BulkFilePickerView::runFilePicker()
+QCoro::Task<> BulkFilePickerModel::runFilePicker()
 {
     std::optional<QStringList> chosen;
     try {
@@ -78,7 +68,7 @@ QCoro::Task<> BulkFilePickerView::runFilePicker()
     handleFileSelection(chosen.value_or(QStringList()));
 }
 
-void BulkFilePickerView::handleFileSelection(const QStringList &paths)
+void BulkFilePickerModel::handleFileSelection(const QStringList &paths)
 {
     QStringList gathered = m_selectedURLs;
     for (const QString &path : m_protectablePaths(gathered + paths)) {
@@ -89,32 +79,28 @@ void BulkFilePickerView::handleFileSelection(const QStringList &paths)
     setSelectedURLs(gathered);
 }
 
-void BulkFilePickerView::remove(const QString &path)
+void BulkFilePickerModel::remove(const QString &path)
 {
     QStringList kept = m_selectedURLs;
     kept.removeOne(path);
     setSelectedURLs(kept);
 }
 
-void BulkFilePickerView::clearAll()
+void BulkFilePickerModel::clearAll()
 {
     setSelectedURLs({});
 }
 
-void BulkFilePickerView::cancel()
+void BulkFilePickerModel::cancel()
 {
     setIsPresented(false);
 }
 
-void BulkFilePickerView::protect()
+void BulkFilePickerModel::protect()
 {
-    if (!m_isPresented || !canProtect()) {
-        return;
-    }
-    const QStringList paths = m_selectedURLs;
-    setIsPresented(false);
-    if (onFilesSelected) {
-        onFilesSelected(paths);
+    if (isPresented() && canProtect()) {
+        const QStringList paths = m_selectedURLs;
+        closeThen(onFilesSelected, paths);
     }
 }
 

@@ -11,13 +11,13 @@ namespace quillhaven {
 class UserDefaults;
 
 /// The transient state of one showing of the password dialog, and the validation behind its confirm button.
-class PasswordInputDialog : public QObject
+class PasswordInputDialogModel : public QObject
 {
     Q_OBJECT
     Q_PROPERTY(QString password READ password WRITE setPassword NOTIFY changed)
     Q_PROPERTY(QString confirmPassword READ confirmPassword WRITE setConfirmPassword NOTIFY changed)
-    Q_PROPERTY(bool showPasswordMismatch READ showPasswordMismatch NOTIFY changed)
-    Q_PROPERTY(bool showPasswordStrengthError READ showPasswordStrengthError NOTIFY changed)
+    Q_PROPERTY(QString mismatchText READ mismatchText NOTIFY changed)
+    Q_PROPERTY(QString strengthErrorText READ strengthErrorText NOTIFY changed)
     Q_PROPERTY(bool showPassword READ showPassword WRITE setShowPassword NOTIFY changed)
     Q_PROPERTY(bool showConfirmPassword READ showConfirmPassword WRITE setShowConfirmPassword NOTIFY changed)
     Q_PROPERTY(bool showsRequirements READ showsRequirements NOTIFY changed)
@@ -29,13 +29,17 @@ class PasswordInputDialog : public QObject
     Q_PROPERTY(QString confirmTitle READ confirmTitle NOTIFY changed)
 
 public:
-    /// The references outlive this object. Its fields are cleared each time the manager's dialog is presented.
-    PasswordInputDialog(PasswordInputDialogManager &manager, const UserDefaults &defaults, QObject *parent = nullptr);
+    /// The references outlive this object. Its fields are cleared each time the manager's dialog opens or closes.
+    PasswordInputDialogModel(PasswordInputDialogManager &manager, const UserDefaults &defaults,
+                             QObject *parent = nullptr);
 
     [[nodiscard]] QString password() const { return m_password; }
     [[nodiscard]] QString confirmPassword() const { return m_confirmPassword; }
     [[nodiscard]] bool showPasswordMismatch() const { return m_showPasswordMismatch; }
     [[nodiscard]] bool showPasswordStrengthError() const { return m_showPasswordStrengthError; }
+    /// The sentences for the two while they show, else nothing.
+    [[nodiscard]] QString mismatchText() const;
+    [[nodiscard]] QString strengthErrorText() const;
     [[nodiscard]] bool showPassword() const { return m_showPassword; }
     [[nodiscard]] bool showConfirmPassword() const { return m_showConfirmPassword; }
     /// The list of requirements shows: a new password is being chosen under the rule, is not empty and not strong.
@@ -66,11 +70,15 @@ Q_SIGNALS:
 
 private:
     [[nodiscard]] bool enforceStrongPasswords() const;
+    template <typename Value>
+    void assign(Value &field, const Value &value);
+    /// Tests a new password, and shows what is wrong with it.
+    [[nodiscard]] bool isAcceptable();
+    void showErrors(bool mismatch, bool strength);
     void clear();
 
     PasswordInputDialogManager &m_manager;
     const UserDefaults &m_defaults;
-    bool m_wasPresented = false;
     QString m_password;
     QString m_confirmPassword;
     bool m_showPasswordMismatch = false;

@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-#include "credentials/PasswordInputDialog.h"
+#include "credentials/PasswordInputDialogModel.h"
 #include "support/LogCapture.h"
+#include "support/RunTask.h"
 #include "support/TestPlatform.h"
 
 #include <gtest/gtest.h>
@@ -47,7 +48,7 @@ protected:
     TestPlatform m_services;
     LogCapture m_log;
     PasswordInputDialogManager m_manager;
-    PasswordInputDialog m_dialog{m_manager, m_services.defaults.standard()};
+    PasswordInputDialogModel m_dialog{m_manager, m_services.defaults.standard()};
     QStringList m_confirmed;
     bool wasOpenOnConfirm = false;
     int m_cancels = 0;
@@ -55,6 +56,12 @@ protected:
 
 const QString strong = QStringLiteral("Abcdefg1");
 const QString otherStrong = QStringLiteral("Bcdefgh2");
+
+QCoro::Task<PasswordInputDialogManager::Reply> replyOf(Answer<PasswordInputDialogManager::Reply> answer)
+{
+    const PasswordInputDialogManager::Reply reply = co_await answer;
+    co_return reply;
+}
 
 } // namespace
 
@@ -69,14 +76,53 @@ TEST(PasswordInputDialogManager, StartsClosedAndEmpty)
     EXPECT_FALSE(manager.onCancel);
 }
 
-TEST(PasswordInputDialogManager, TellsOfAChangeAndNotOfTheSameValue)
+TEST(PasswordInputDialogManager, ReportsAChangeAndNotTheSameValue)
 {
     PasswordInputDialogManager manager;
     int changes = 0;
-    QObject::connect(&manager, &PasswordInputDialogManager::changed, [&] { ++changes; });
+    QObject::connect(&manager, &PasswordInputDialogManager::textChanged, [&] { ++changes; });
     manager.setTitle(QStringLiteral("title"));
     manager.setTitle(QStringLiteral("title"));
     EXPECT_EQ(changes, 1);
+}
+
+TEST(PasswordInputDialogManager, AQuestionNamesItsFieldsAndTheOthersAreAtTheirDefaults)
+{
+    PasswordInputDialogManager manager;
+    manager.setRequiresConfirmation(true);
+    const auto reply = manager.ask({.title = QStringLiteral("title"), .message = QStringLiteral("message")});
+    EXPECT_TRUE(manager.isPresented());
+    EXPECT_EQ(manager.title(), QStringLiteral("title"));
+    EXPECT_EQ(manager.message(), QStringLiteral("message"));
+    EXPECT_FALSE(manager.requiresConfirmation());
+    EXPECT_FALSE(reply.isGiven());
+    manager.cancel();
+}
+
+TEST(PasswordInputDialogManager, AskedItRepliesWithThePasswordOrTheCancel)
+{
+    PasswordInputDialogManager manager;
+    const RunningTask<PasswordInputDialogManager::Reply> first(replyOf(manager.ask({})));
+    manager.confirm(strong);
+    const PasswordInputDialogManager::Reply confirmed = first.wait();
+    EXPECT_EQ(confirmed.end, DialogEnd::Confirmed);
+    EXPECT_EQ(confirmed.password, strong);
+    const RunningTask<PasswordInputDialogManager::Reply> second(replyOf(manager.ask({})));
+    manager.cancel();
+    const PasswordInputDialogManager::Reply cancelled = second.wait();
+    EXPECT_EQ(cancelled.end, DialogEnd::Cancelled);
+    EXPECT_EQ(cancelled.password, QString());
+}
+
+TEST(PasswordInputDialogManager, AQuestionThatAnotherOneReplacesEndsWithoutAnAnswer)
+{
+    PasswordInputDialogManager manager;
+    const RunningTask<PasswordInputDialogManager::Reply> first(replyOf(manager.ask({})));
+    const RunningTask<PasswordInputDialogManager::Reply> second(replyOf(manager.ask({})));
+    EXPECT_EQ(first.wait().end, DialogEnd::Replaced);
+    EXPECT_FALSE(second.isFinished());
+    manager.confirm(strong);
+    EXPECT_EQ(second.wait().password, strong);
 }
 
 TEST_F(PasswordDialog, EachOpeningStartsWithClearedFields)
@@ -112,7 +158,7 @@ TEST_F(PasswordDialog, AnAnsweredDialogHoldsNoPasswordAndSaysSo)
     present(false);
     m_dialog.setPassword(strong);
     QString lastSeen = strong;
-    QObject::connect(&m_dialog, &PasswordInputDialog::changed, [&] { lastSeen = m_dialog.password(); });
+    QObject::connect(&m_dialog, &PasswordInputDialogModel::changed, [&] { lastSeen = m_dialog.password(); });
     m_dialog.confirm();
     EXPECT_TRUE(lastSeen.isEmpty());
 }
@@ -156,7 +202,9 @@ TEST_F(PasswordDialog, TwoDifferentPasswordsShowTheMismatchAndNoStrengthError)
         askForNew(first, otherStrong);
         m_dialog.confirm();
         EXPECT_TRUE(m_dialog.showPasswordMismatch());
+        EXPECT_EQ(m_dialog.mismatchText(), QStringLiteral("Passwords don't match"));
         EXPECT_FALSE(m_dialog.showPasswordStrengthError());
+        EXPECT_EQ(m_dialog.strengthErrorText(), QString());
         EXPECT_FALSE(m_log.contains(QStringLiteral("🔍 DEBUG: Showing password strength error")));
         EXPECT_TRUE(m_manager.isPresented());
         EXPECT_TRUE(m_confirmed.isEmpty());
@@ -172,7 +220,10 @@ TEST_F(PasswordDialog, AWeakPasswordTypedTwiceShowsTheStrengthErrorAndClearsTheM
     m_dialog.setConfirmPassword(QStringLiteral("weak"));
     m_dialog.confirm();
     EXPECT_FALSE(m_dialog.showPasswordMismatch());
+    EXPECT_EQ(m_dialog.mismatchText(), QString());
     EXPECT_TRUE(m_dialog.showPasswordStrengthError());
+    EXPECT_EQ(m_dialog.strengthErrorText(),
+              QStringLiteral("Password must be at least 8 characters with uppercase, lowercase, and numbers"));
     EXPECT_EQ(m_log.lines().last(), QStringLiteral("🔍 DEBUG: Showing password strength error"));
     EXPECT_TRUE(m_manager.isPresented());
     EXPECT_TRUE(m_confirmed.isEmpty());

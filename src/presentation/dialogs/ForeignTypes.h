@@ -1,0 +1,64 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+// The models below this library, by the names that the dialogs' QML has for them.
+
+#pragma once
+
+#include "credentials/MasterPasswordDialogManager.h"
+#include "credentials/PasswordInputDialogManager.h"
+#include "credentials/PasswordInputDialogModel.h"
+#include "platform/BiometricAuthenticator.h"
+
+#include <QtQml/qqml.h>
+
+namespace quillhaven {
+
+struct ForeignDialogModel
+{
+    Q_GADGET
+    QML_FOREIGN(quillhaven::DialogModel)
+    QML_NAMED_ELEMENT(DialogModel)
+    QML_UNCREATABLE("Made by the program")
+};
+
+struct ForeignTitledDialogModel
+{
+    Q_GADGET
+    QML_FOREIGN(quillhaven::TitledDialogModel)
+    QML_NAMED_ELEMENT(TitledDialogModel)
+    QML_UNCREATABLE("Made by the program")
+};
+
+struct ForeignMasterPasswordDialogManager
+{
+    Q_GADGET
+    QML_FOREIGN(quillhaven::MasterPasswordDialogManager)
+    QML_NAMED_ELEMENT(MasterPasswordDialogManager)
+    QML_UNCREATABLE("Made by the program")
+};
+
+struct ForeignPasswordInputDialogManager
+{
+    Q_GADGET
+    QML_FOREIGN(quillhaven::PasswordInputDialogManager)
+    QML_NAMED_ELEMENT(PasswordInputDialogManager)
+    QML_UNCREATABLE("Made by the program")
+};
+
+struct ForeignPasswordInputDialogModel
+{
+    Q_GADGET
+    QML_FOREIGN(quillhaven::PasswordInputDialogModel)
+    QML_NAMED_ELEMENT(PasswordInputDialogModel)
+    QML_UNCREATABLE("Made by the program")
+};
+
+struct ForeignBiometricAuthenticator
+{
+    Q_GADGET
+    QML_FOREIGN(quillhaven::BiometricAuthenticator)
+    QML_NAMED_ELEMENT(BiometricAuthenticator)
+    QML_UNCREATABLE("Made by the program")
+};
+
+} // namespace quillhaven
