@@ -39,15 +39,14 @@ MasterPasswordManager::~MasterPasswordManager() = default;
 
 QCoro::Task<> MasterPasswordManager::readAtStart(QPointer<MasterPasswordManager> self)
 {
-    auto read = [keychain = self->m_keychain] {
-        try {
-            (void)keychain->retrieveMasterPassword();
-            return true;
-        } catch (const LocalizedError &) {
-            return false;
-        }
-    };
-    const bool exists = co_await offMainThread(self->m_credentialQueue, std::move(read));
+    // Whatever fails here reads as no master password: every guard of the program waits for the end of this.
+    bool exists = false;
+    try {
+        auto read = [keychain = self->m_keychain] { (void)keychain->retrieveMasterPassword(); };
+        co_await offMainThread(self->m_credentialQueue, std::move(read));
+        exists = true;
+    } catch (...) {
+    }
     if (!self) {
         co_return;
     }
@@ -150,8 +149,8 @@ QCoro::Task<> MasterPasswordManager::checkEntered(QPointer<MasterPasswordManager
         if (!co_await self->authenticate(entered)) {
             error = QStringLiteral("Invalid master password. Please try again.");
         }
-    } catch (const LocalizedError &failure) {
-        error = failure.errorDescription();
+    } catch (...) {
+        error = localizedDescription(std::current_exception());
     }
     if (!self) {
         co_return;

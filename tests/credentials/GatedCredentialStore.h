@@ -7,6 +7,7 @@
 #include <QSemaphore>
 
 #include <atomic>
+#include <exception>
 
 namespace quillhaven::testing {
 
@@ -31,6 +32,9 @@ public:
         if (isClosed) {
             m_gate.acquire();
         }
+        if (failure) {
+            std::rethrow_exception(failure);
+        }
         return m_next.copyMatching(service, account);
     }
     [[nodiscard]] CredentialStatus remove(const QString &service, const QString &account) override
@@ -43,6 +47,7 @@ public:
 
     std::atomic<bool> isClosed = false;
     std::atomic<int> lookups = 0; ///< begun, the waiting one included
+    std::exception_ptr failure;   ///< what a lookup throws; set while none runs
 
 private:
     CredentialStore &m_next;

@@ -145,6 +145,34 @@ TEST_F(MasterPassword, AStoreThatRefusesToReadAtStartLetsEveryGuardThrough)
     }
 }
 
+TEST_F(MasterPassword, AStoreThatThrowsAtStartLetsEveryGuardThrough)
+{
+    m_store.failure = std::make_exception_ptr(std::bad_alloc());
+    m_store.isClosed = true;
+    beginStart();
+    const auto waiting = guard();
+    EXPECT_FALSE(waiting.isFinished());
+    letThrough();
+    EXPECT_TRUE(waiting.wait());
+    EXPECT_FALSE(m_manager->hasMasterPassword());
+    EXPECT_TRUE(runTask(m_manager->requireAuthenticationOrCancel()));
+    EXPECT_FALSE(m_dialog.isPresented());
+}
+
+TEST_F(MasterPassword, AStoreThatThrowsDuringACheckShowsWhyAndEnablesTheButtonAgain)
+{
+    startWithMasterPassword();
+    const auto task = guard();
+    m_store.failure = std::make_exception_ptr(std::runtime_error("out of order"));
+    enter(masterPassword);
+    EXPECT_EQ(m_dialog.errorMessage(), QStringLiteral("out of order"));
+    EXPECT_FALSE(m_dialog.isAuthenticating());
+    EXPECT_FALSE(task.isFinished());
+    m_store.failure = nullptr;
+    enter(masterPassword);
+    EXPECT_TRUE(task.wait());
+}
+
 TEST_F(MasterPassword, AnEntryThatIsNoTextAtStartReadsAsNone)
 {
     m_services.credentials.entries[masterAccount] = "\xff\xfe";

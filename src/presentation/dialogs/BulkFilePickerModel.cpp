@@ -4,7 +4,6 @@
 
 #include "async/Jobs.h"
 #include "platform/FilePanels.h"
-#include "support/LocalizedError.h"
 #include "support/Paths.h"
 #include "support/printLogger.h"
 
@@ -61,7 +60,7 @@ QCoro::Task<> BulkFilePickerModel::runFilePicker()
         request.canChooseDirectories = true;
         request.allowsMultipleSelection = true;
         chosen = co_await m_panels.openSeveral(request);
-    } catch (const LocalizedError &) {
+    } catch (...) {
         printLogger(QStringLiteral("File selection failed"));
     }
     setShowingFilePicker(false);

@@ -295,6 +295,19 @@ TEST_F(BulkFilePicker, FailingPanelIsLoggedAndChangesNothing)
     EXPECT_EQ(picker.selectedURLs(), QStringList(u("/a")));
 }
 
+TEST_F(BulkFilePicker, PanelThatFailsInAnyOtherWayCanBeOpenedAgain)
+{
+    const LogCapture log;
+    panels.answer = [](const OpenPanelRequest &) -> std::optional<QString> { throw std::bad_alloc(); };
+    picker.selectFiles();
+    ASSERT_TRUE(spinUntil([this] { return !picker.showingFilePicker(); }));
+    EXPECT_TRUE(log.contains(u("File selection failed")));
+    panels.answer = [](const OpenPanelRequest &) { return u("/a"); };
+    picker.selectFiles();
+    ASSERT_TRUE(spinUntil([this] { return !picker.showingFilePicker(); }));
+    EXPECT_EQ(picker.selectedURLs(), QStringList(u("/a")));
+}
+
 TEST_F(BulkFilePicker, DeclinedPanelChangesNothing)
 {
     const LogCapture log;
