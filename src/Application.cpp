@@ -12,6 +12,8 @@
 #include "platform/widgets/QtApplicationPresence.h"
 #include "platform/widgets/QtFilePanels.h"
 #include "presentation/MainWindow.h"
+#include "presentation/SheetModels.h"
+#include "presentation/WindowEngine.h"
 #include "presentation/dashboard/DashboardViewModel.h"
 #include "presentation/dialogs/ConfirmationDialogManager.h"
 #include "presentation/dialogs/ProtectionMethodDialogManager.h"
@@ -26,6 +28,7 @@
 
 #include <QApplication>
 #include <QFileInfo>
+#include <QQmlEngine>
 #include <QQuickWindow>
 #include <QThreadPool>
 
@@ -71,13 +74,23 @@ int runWindow(const Platform &platform, SingleInstance &instance, QtApplicationP
                                   .protectionMethod = ProtectionMethodDialogManager::shared(),
                                   .passwordInput = PasswordInputDialogManager::shared(),
                                   .masterPassword = MasterPasswordDialogManager::shared()});
-    MainWindow window({.dashboard = dashboard,
-                       .confirmation = ConfirmationDialogManager::shared(),
-                       .protectionMethod = ProtectionMethodDialogManager::shared(),
-                       .passwordInput = PasswordInputDialogManager::shared(),
-                       .passwordInputState = passwordInput,
-                       .masterPassword = MasterPasswordDialogManager::shared(),
-                       .biometrics = platform.biometrics});
+    const Sheets sheets{.confirmation = ConfirmationDialogManager::shared(),
+                        .protectionMethod = ProtectionMethodDialogManager::shared(),
+                        .passwordInput = PasswordInputDialogManager::shared(),
+                        .passwordInputState = passwordInput,
+                        .masterPassword = MasterPasswordDialogManager::shared(),
+                        .removeProtection = *dashboard.removeProtectionDialogManager(),
+                        .recovery = *dashboard.backup()->recoveryDialogManager(),
+                        .error = *dashboard.errorDialogManager(),
+                        .bulkFilePicker = *dashboard.bulk()->picker(),
+                        .bulkProgress = *dashboard.bulk()->progress(),
+                        .shredConfirmation = *dashboard.shredding()->confirmation(),
+                        .shredProgress = *dashboard.shredding()->progress(),
+                        .biometrics = platform.biometrics};
+    // A reopening, since a window that a start at login merely shows is hidden again at once.
+    SheetModels sheetModels(sheets, [&delegate] { delegate.applicationShouldHandleReopen(false); });
+    const std::unique_ptr<QQmlEngine> engine = makeWindowEngine();
+    MainWindow window(*engine, dashboard, sheetModels);
     presence.setMainWindow(window.window());
     quillhavenApp app(LaunchContextManager::shared(), presence, platform.clock, {});
 

@@ -1,8 +1,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
+pragma ComponentBehavior: Bound
+
 import QtQuick
 import QtQuick.Controls.Basic
-import Quillhaven.Controls
+import Quillhaven
 import Quillhaven.Dashboard
 import Quillhaven.Design
 
@@ -10,12 +12,7 @@ ApplicationWindow {
     id: window
 
     required property QtObject dashboard
-    required property QtObject confirmationDialogManager
-    required property QtObject protectionMethodDialogManager
-    required property QtObject passwordInputDialogManager
-    required property QtObject passwordInputState
-    required property QtObject masterPasswordDialogManager
-    required property QtObject biometrics
+    required property SheetModels sheets
 
     title: "Quillhaven"
     width: 1200
@@ -30,11 +27,11 @@ ApplicationWindow {
     DashboardView {
         anchors.fill: parent
         dashboard: window.dashboard
-        confirmationDialogManager: window.confirmationDialogManager
-        protectionMethodDialogManager: window.protectionMethodDialogManager
-        passwordInputDialogManager: window.passwordInputDialogManager
-        passwordInputState: window.passwordInputState
-        masterPasswordDialogManager: window.masterPasswordDialogManager
-        biometrics: window.biometrics
+        acceptsDrops: !window.sheets.isAnyPresented
+    }
+
+    SheetHost {
+        anchors.fill: parent
+        models: window.sheets
     }
 }

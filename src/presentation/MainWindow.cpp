@@ -2,60 +2,27 @@
 
 #include "presentation/MainWindow.h"
 
-#include "credentials/MasterPasswordDialogManager.h"
-#include "credentials/PasswordInputDialogModel.h"
-#include "credentials/PasswordInputDialogManager.h"
-#include "platform/BiometricAuthenticator.h"
+#include "presentation/SheetModels.h"
 #include "presentation/dashboard/DashboardViewModel.h"
-#include "presentation/dialogs/ConfirmationDialogManager.h"
-#include "presentation/dialogs/ProtectionMethodDialogManager.h"
-#include "presentation/tokens/Design.h"
 
 #include <QEvent>
-#include <QQmlApplicationEngine>
-#include <QQuickStyle>
+#include <QQmlComponent>
+#include <QQmlEngine>
 #include <QQuickWindow>
 
 namespace quillhaven {
 
-namespace {
-
-/// The style counts for the whole process, and Qt takes it only before the first control.
-void chooseStyle()
+MainWindow::MainWindow(QQmlEngine &engine, DashboardViewModel &dashboard, SheetModels &sheets, QObject *parent)
+    : QObject(parent)
 {
-    static const bool isChosen = [] {
-        QQuickStyle::setStyle(QStringLiteral("Basic"));
-        return true;
-    }();
-    Q_UNUSED(isChosen)
-}
-
-QVariantMap initialProperties(const MainWindowModels &models)
-{
-    return {{QStringLiteral("dashboard"), QVariant::fromValue(&models.dashboard)},
-            {QStringLiteral("confirmationDialogManager"), QVariant::fromValue(&models.confirmation)},
-            {QStringLiteral("protectionMethodDialogManager"), QVariant::fromValue(&models.protectionMethod)},
-            {QStringLiteral("passwordInputDialogManager"), QVariant::fromValue(&models.passwordInput)},
-            {QStringLiteral("passwordInputState"), QVariant::fromValue(&models.passwordInputState)},
-            {QStringLiteral("masterPasswordDialogManager"), QVariant::fromValue(&models.masterPassword)},
-            {QStringLiteral("biometrics"), QVariant::fromValue(&models.biometrics)}};
-}
-
-} // namespace
-
-MainWindow::MainWindow(const MainWindowModels &models, QObject *parent) : QObject(parent)
-{
-    chooseStyle();
-    m_engine = std::make_unique<QQmlApplicationEngine>();
-    installDesign(*m_engine);
-    m_engine->setInitialProperties(initialProperties(models));
-    m_engine->load(QUrl(QStringLiteral("qrc:/Quillhaven/Main.qml")));
-    if (!m_engine->rootObjects().isEmpty()) {
-        m_window = qobject_cast<QQuickWindow *>(m_engine->rootObjects().constFirst());
+    QQmlComponent component(&engine, QUrl(QStringLiteral("qrc:/Quillhaven/Main.qml")));
+    if (!component.isReady()) {
+        qFatal("The main window could not be built: %s", qUtf8Printable(component.errorString()));
     }
-    if (!m_window) {
-        qFatal("The main window could not be built.");
-    }
+    m_window = qobject_cast<QQuickWindow *>(
+        component.createWithInitialProperties({{QStringLiteral("dashboard"), QVariant::fromValue(&dashboard)},
+                                               {QStringLiteral("sheets"), QVariant::fromValue(&sheets)}}));
+    Q_ASSERT(m_window);
     m_window->installEventFilter(this);
     connect(m_window, &QWindow::visibleChanged, this, [this](bool isVisible) {
         if (isVisible) {
@@ -66,7 +33,6 @@ MainWindow::MainWindow(const MainWindowModels &models, QObject *parent) : QObjec
 
 MainWindow::~MainWindow()
 {
-    // Its bindings look at the engine's singletons until the end.
     delete m_window;
 }
 

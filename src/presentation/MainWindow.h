@@ -4,44 +4,25 @@
 
 #include <QObject>
 
-#include <memory>
-
 QT_BEGIN_NAMESPACE
-class QQmlApplicationEngine;
+class QQmlEngine;
 class QQuickWindow;
 QT_END_NAMESPACE
 
 namespace quillhaven {
 
-class BiometricAuthenticator;
-class ConfirmationDialogManager;
 class DashboardViewModel;
-class MasterPasswordDialogManager;
-class PasswordInputDialogModel;
-class PasswordInputDialogManager;
-class ProtectionMethodDialogManager;
+class SheetModels;
 
-/// What the window shows.
-struct MainWindowModels
-{
-    DashboardViewModel &dashboard;
-    ConfirmationDialogManager &confirmation;
-    ProtectionMethodDialogManager &protectionMethod;
-    PasswordInputDialogManager &passwordInput;
-    PasswordInputDialogModel &passwordInputState;
-    MasterPasswordDialogManager &masterPassword;
-    BiometricAuthenticator &biometrics;
-};
-
-/// The program's one window, titled `mainWindowTitle`. It is built hidden; closing it never destroys it.
+/// The main window, titled `mainWindowTitle`. It is built hidden; closing it never destroys it.
 class MainWindow : public QObject
 {
     Q_OBJECT
 
 public:
-    /// Builds the window, hidden. The references outlive this object. Ends the program with a message when the window
-    /// cannot be built, which only a broken build can cause.
-    explicit MainWindow(const MainWindowModels &models, QObject *parent = nullptr);
+    /// Builds the window, hidden, as the main one among those that show sheets. The references outlive this object.
+    /// Ends the program with a message when the window cannot be built, which only a broken build can cause.
+    MainWindow(QQmlEngine &engine, DashboardViewModel &dashboard, SheetModels &sheets, QObject *parent = nullptr);
     ~MainWindow() override;
 
     void show();
@@ -60,7 +41,6 @@ Q_SIGNALS:
     void closeRequested();
 
 private:
-    std::unique_ptr<QQmlApplicationEngine> m_engine;
     QQuickWindow *m_window = nullptr;
 };
 

@@ -326,11 +326,6 @@ void DashboardViewModel::copyPathToClipboard(const QString &id)
     }));
 }
 
-void DashboardViewModel::showDefaultTroubleshooting()
-{
-    m_errors.dialog().showDefaultTroubleshooting(&m_dialogs.confirmation);
-}
-
 void DashboardViewModel::chooseMasterPassword()
 {
     m_dialogs.masterPassword.show(

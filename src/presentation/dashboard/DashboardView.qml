@@ -4,19 +4,14 @@ import QtQuick
 import QtQuick.Layouts
 import Quillhaven.Controls
 import Quillhaven.Design
-import Quillhaven.Dialogs
 
-/// The content of the main window, and the sheets that hang on it.
+/// The content of the main window.
 Item {
     id: view
 
     required property QtObject dashboard
-    required property QtObject confirmationDialogManager
-    required property QtObject protectionMethodDialogManager
-    required property QtObject passwordInputDialogManager
-    required property QtObject passwordInputState
-    required property QtObject masterPasswordDialogManager
-    required property QtObject biometrics
+    /// Nothing can be dropped under a sheet.
+    property bool acceptsDrops: true
     readonly property bool hasRoomForDropArea: height >= Metrics.roomyWindow
 
     ColumnLayout {
@@ -71,7 +66,7 @@ Item {
         id: dropTarget
 
         anchors.fill: parent
-        enabled: !sheets.isShowing
+        enabled: view.acceptsDrops
         keys: ["text/uri-list"]
         onDropped: (drop) => {
             if (drop.hasUrls) {
@@ -87,68 +82,5 @@ Item {
         visible: dropTarget.containsDrag && !view.hasRoomForDropArea
         isTargeted: true
         color: Colors.modalBackground
-    }
-
-    Item {
-        id: sheets
-
-        readonly property bool isShowing: Array.from(children).some(loader => loader.presented)
-
-        anchors.fill: parent
-
-        SheetLoader {
-            presented: view.dashboard.bulk.picker.isPresented
-            sourceComponent: BulkFilePickerView { picker: view.dashboard.bulk.picker }
-        }
-        SheetLoader {
-            presented: view.dashboard.bulk.progress.isPresented
-            sourceComponent: BulkProgressView { operation: view.dashboard.bulk.progress }
-        }
-        SheetLoader {
-            presented: view.dashboard.shredding.confirmation.isPresented
-            sourceComponent: ShredConfirmationDialog { dialog: view.dashboard.shredding.confirmation }
-        }
-        SheetLoader {
-            presented: view.dashboard.shredding.progress.isPresented
-            sourceComponent: ShredProgressView { operation: view.dashboard.shredding.progress }
-        }
-        SheetLoader {
-            presented: view.dashboard.backup.recoveryDialogManager.isPresented
-            sourceComponent: RecoveryDialog { manager: view.dashboard.backup.recoveryDialogManager }
-        }
-        SheetLoader {
-            presented: view.protectionMethodDialogManager.isPresented
-            sourceComponent: ProtectionMethodDialog { manager: view.protectionMethodDialogManager }
-        }
-        SheetLoader {
-            presented: view.passwordInputDialogManager.isPresented
-            sourceComponent: PasswordInputDialog {
-                manager: view.passwordInputDialogManager
-                dialog: view.passwordInputState
-            }
-        }
-        SheetLoader {
-            presented: view.masterPasswordDialogManager.isPresented
-            sourceComponent: MasterPasswordDialog { manager: view.masterPasswordDialogManager }
-        }
-        SheetLoader {
-            presented: view.dashboard.removeProtectionDialogManager.isPresented
-            sourceComponent: RemoveProtectionDialog { manager: view.dashboard.removeProtectionDialogManager }
-        }
-        SheetLoader {
-            presented: view.biometrics.isPrompting
-            sourceComponent: TouchIDPrompt { manager: view.biometrics }
-        }
-        SheetLoader {
-            presented: view.dashboard.errorDialogManager.isPresented
-            sourceComponent: ErrorDialog {
-                manager: view.dashboard.errorDialogManager
-                onShowTroubleshooting: view.dashboard.showDefaultTroubleshooting()
-            }
-        }
-        SheetLoader {
-            presented: view.confirmationDialogManager.isPresented
-            sourceComponent: ConfirmationDialog { manager: view.confirmationDialogManager }
-        }
     }
 }

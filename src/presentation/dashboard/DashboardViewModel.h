@@ -153,8 +153,6 @@ public:
     /// What the file manager's menu asks for: "protect", "unlock", "lock" or "shred" under "action", for what stands at
     /// "path". Anything else does nothing, and so does locking what is locked.
     void handleFinderAction(const QVariantMap &userInfo);
-    /// The hint of the shown error, as a question of its own.
-    Q_INVOKABLE void showDefaultTroubleshooting();
     /// Lets the user choose a master password, the first one or another one.
     Q_INVOKABLE void chooseMasterPassword();
 

@@ -4,7 +4,6 @@ pragma ComponentBehavior: Bound
 
 import QtQuick
 import QtQuick.Layouts
-import Quillhaven.Controls
 import Quillhaven.Design
 
 /// What is wrong with what was typed.

@@ -5,7 +5,6 @@ pragma ComponentBehavior: Bound
 import QtQuick
 import QtQuick.Layouts
 import Quillhaven.Controls
-import Quillhaven.Design
 import Quillhaven.Dialogs
 
 /// The choice between a password and the fingerprint reader for a new item.

@@ -220,7 +220,7 @@ TEST_F(DashboardActions, TroubleshootingOpensTheHintOfTheShownError)
     ErrorDialogManager &error = *started().dashboard.errorDialogManager();
     ASSERT_TRUE(error.showTroubleshooting()) << "a second error replaces the first";
     const QString hint = error.troubleshootingMessage();
-    started().dashboard.showDefaultTroubleshooting();
+    error.showDefaultTroubleshooting(&started().confirmationDialog);
     EXPECT_TRUE(started().confirmationDialog.isPresented());
     EXPECT_EQ(started().confirmationDialog.message(), hint);
     EXPECT_TRUE(started().dashboard.showingError());

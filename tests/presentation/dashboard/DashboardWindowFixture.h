@@ -5,8 +5,11 @@
 #include "DashboardHarness.h"
 
 #include "presentation/MainWindow.h"
+#include "presentation/SheetModels.h"
+#include "presentation/WindowEngine.h"
 
 #include <QDir>
+#include <QQmlEngine>
 #include <QQuickItem>
 #include <QQuickWindow>
 #include <QTest>
@@ -30,22 +33,64 @@ inline QList<QQuickItem *> visibleItems(QQuickItem *root)
 class DashboardWindow : public DashboardTest
 {
 protected:
-    void TearDown() override { m_window.reset(); }
+    void TearDown() override
+    {
+        m_window.reset();
+        m_sheets.reset();
+        m_engine.reset();
+    }
 
+    /// The engine of all windows.
+    QQmlEngine &engine()
+    {
+        if (!m_engine) {
+            m_engine = makeWindowEngine();
+        }
+        return *m_engine;
+    }
+    /// What the sheets show. A hidden main window comes forward by `bringForward`.
+    SheetModels &sheets()
+    {
+        if (!m_sheets) {
+            DashboardHarness &harness = started();
+            m_sheets.emplace(Sheets{.confirmation = harness.confirmationDialog,
+                                    .protectionMethod = harness.protectionMethodDialog,
+                                    .passwordInput = harness.passwordDialog,
+                                    .passwordInputState = harness.passwordInput,
+                                    .masterPassword = harness.masterPasswordDialog,
+                                    .removeProtection = *harness.dashboard.removeProtectionDialogManager(),
+                                    .recovery = *harness.dashboard.backup()->recoveryDialogManager(),
+                                    .error = *harness.dashboard.errorDialogManager(),
+                                    .bulkFilePicker = *harness.dashboard.bulk()->picker(),
+                                    .bulkProgress = *harness.dashboard.bulk()->progress(),
+                                    .shredConfirmation = *harness.dashboard.shredding()->confirmation(),
+                                    .shredProgress = *harness.dashboard.shredding()->progress(),
+                                    .biometrics = services.biometrics},
+                             [this] { bringForward(); });
+        }
+        return *m_sheets;
+    }
+    /// The window as it is built, hidden.
+    MainWindow &built()
+    {
+        if (!m_window) {
+            m_window.emplace(engine(), started().dashboard, sheets());
+        }
+        return *m_window;
+    }
     /// The window on the screen, with the keyboard.
     MainWindow &shown()
     {
-        if (!m_window) {
-            DashboardHarness &harness = started();
-            m_window.emplace(MainWindowModels{
-                harness.dashboard, harness.confirmationDialog, harness.protectionMethodDialog, harness.passwordDialog,
-                harness.passwordInput, harness.masterPasswordDialog, services.biometrics});
-            m_window->show();
+        if (!m_isShown) {
+            m_isShown = true;
+            built().show();
             EXPECT_TRUE(QTest::qWaitForWindowActive(m_window->window()));
             render();
         }
         return *m_window;
     }
+
+    std::function<void()> bringForward = [this] { m_window->show(); };
 
     /// Lets bindings, layouts and short animations come to rest, and draws.
     void render()
@@ -110,7 +155,10 @@ protected:
     }
 
 private:
+    std::unique_ptr<QQmlEngine> m_engine;
+    std::optional<SheetModels> m_sheets;
     std::optional<MainWindow> m_window;
+    bool m_isShown = false;
 };
 
 /// Pictures to be looked at: QUILLHAVEN_SCREENSHOTS names a folder for the pictures, and QT_SCALE_FACTOR sets another

@@ -1,0 +1,100 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+#pragma once
+
+#include "credentials/MasterPasswordDialogManager.h"
+#include "credentials/PasswordInputDialogManager.h"
+#include "credentials/PasswordInputDialogModel.h"
+#include "platform/BiometricAuthenticator.h"
+#include "presentation/QuestionWindow.h"
+#include "presentation/dialogs/BulkFilePickerModel.h"
+#include "presentation/dialogs/ConfirmationDialogManager.h"
+#include "presentation/dialogs/ErrorDialogManager.h"
+#include "presentation/dialogs/OperationProgress.h"
+#include "presentation/dialogs/ProtectionMethodDialogManager.h"
+#include "presentation/dialogs/RecoveryDialogManager.h"
+#include "presentation/dialogs/RemoveProtectionDialogManager.h"
+#include "presentation/dialogs/ShredConfirmationDialogModel.h"
+
+#include <QObject>
+#include <QtQml/qqmlregistration.h>
+
+#include <functional>
+
+namespace quillhaven {
+
+/// Everything that a sheet can show, in one place for all windows.
+struct Sheets
+{
+    ConfirmationDialogManager &confirmation;
+    ProtectionMethodDialogManager &protectionMethod;
+    PasswordInputDialogManager &passwordInput;
+    PasswordInputDialogModel &passwordInputState;
+    MasterPasswordDialogManager &masterPassword;
+    RemoveProtectionDialogManager &removeProtection;
+    RecoveryDialogManager &recovery;
+    ErrorDialogManager &error;
+    BulkFilePickerModel &bulkFilePicker;
+    OperationProgress &bulkProgress;
+    ShredConfirmationDialogModel &shredConfirmation;
+    OperationProgress &shredProgress;
+    BiometricAuthenticator &biometrics;
+};
+
+/// What a SheetHost shows: the models of all sheets, and the window in which the questions among them appear.
+class SheetModels : public QObject
+{
+    Q_OBJECT
+    QML_ELEMENT
+    QML_UNCREATABLE("Made by the program")
+    Q_PROPERTY(quillhaven::ConfirmationDialogManager *confirmation READ confirmation CONSTANT)
+    Q_PROPERTY(quillhaven::ProtectionMethodDialogManager *protectionMethod READ protectionMethod CONSTANT)
+    Q_PROPERTY(quillhaven::PasswordInputDialogManager *passwordInput READ passwordInput CONSTANT)
+    Q_PROPERTY(quillhaven::PasswordInputDialogModel *passwordInputState READ passwordInputState CONSTANT)
+    Q_PROPERTY(quillhaven::MasterPasswordDialogManager *masterPassword READ masterPassword CONSTANT)
+    Q_PROPERTY(quillhaven::RemoveProtectionDialogManager *removeProtection READ removeProtection CONSTANT)
+    Q_PROPERTY(quillhaven::RecoveryDialogManager *recovery READ recovery CONSTANT)
+    Q_PROPERTY(quillhaven::ErrorDialogManager *error READ error CONSTANT)
+    Q_PROPERTY(quillhaven::BulkFilePickerModel *bulkFilePicker READ bulkFilePicker CONSTANT)
+    Q_PROPERTY(quillhaven::OperationProgress *bulkProgress READ bulkProgress CONSTANT)
+    Q_PROPERTY(quillhaven::ShredConfirmationDialogModel *shredConfirmation READ shredConfirmation CONSTANT)
+    Q_PROPERTY(quillhaven::OperationProgress *shredProgress READ shredProgress CONSTANT)
+    Q_PROPERTY(quillhaven::BiometricAuthenticator *biometrics READ biometrics CONSTANT)
+    Q_PROPERTY(quillhaven::QuestionWindow *questionWindow READ questionWindow CONSTANT)
+    Q_PROPERTY(bool isAnyPresented READ isAnyPresented NOTIFY isAnyPresentedChanged)
+
+public:
+    /// `bringMainWindowForward` shows the main window, whatever has hidden it. The references outlive this object, and
+    /// this object outlives the windows.
+    SheetModels(const Sheets &sheets, std::function<void()> bringMainWindowForward, QObject *parent = nullptr);
+
+    [[nodiscard]] ConfirmationDialogManager *confirmation() const { return &m_sheets.confirmation; }
+    [[nodiscard]] ProtectionMethodDialogManager *protectionMethod() const { return &m_sheets.protectionMethod; }
+    [[nodiscard]] PasswordInputDialogManager *passwordInput() const { return &m_sheets.passwordInput; }
+    [[nodiscard]] PasswordInputDialogModel *passwordInputState() const { return &m_sheets.passwordInputState; }
+    [[nodiscard]] MasterPasswordDialogManager *masterPassword() const { return &m_sheets.masterPassword; }
+    [[nodiscard]] RemoveProtectionDialogManager *removeProtection() const { return &m_sheets.removeProtection; }
+    [[nodiscard]] RecoveryDialogManager *recovery() const { return &m_sheets.recovery; }
+    [[nodiscard]] ErrorDialogManager *error() const { return &m_sheets.error; }
+    [[nodiscard]] BulkFilePickerModel *bulkFilePicker() const { return &m_sheets.bulkFilePicker; }
+    [[nodiscard]] OperationProgress *bulkProgress() const { return &m_sheets.bulkProgress; }
+    [[nodiscard]] ShredConfirmationDialogModel *shredConfirmation() const { return &m_sheets.shredConfirmation; }
+    [[nodiscard]] OperationProgress *shredProgress() const { return &m_sheets.shredProgress; }
+    [[nodiscard]] BiometricAuthenticator *biometrics() const { return &m_sheets.biometrics; }
+    [[nodiscard]] QuestionWindow *questionWindow() { return &m_questionWindow; }
+    /// Whether a sheet shows in some window.
+    [[nodiscard]] bool isAnyPresented() const;
+
+    /// The hint of the shown error, as a question of its own.
+    Q_INVOKABLE void showDefaultTroubleshooting();
+
+Q_SIGNALS:
+    void isAnyPresentedChanged();
+
+private:
+    Sheets m_sheets;
+    QList<const DialogModel *> m_dialogs;
+    QuestionWindow m_questionWindow;
+};
+
+} // namespace quillhaven

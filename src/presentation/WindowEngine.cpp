@@ -1,0 +1,24 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+#include "presentation/WindowEngine.h"
+
+#include "presentation/tokens/Design.h"
+
+#include <QQuickStyle>
+
+namespace quillhaven {
+
+std::unique_ptr<QQmlEngine> makeWindowEngine()
+{
+    // The style counts for the whole process, and Qt takes it only before the first control.
+    static const bool isStyleChosen = [] {
+        QQuickStyle::setStyle(QStringLiteral("Basic"));
+        return true;
+    }();
+    Q_UNUSED(isStyleChosen)
+    auto engine = std::make_unique<QQmlEngine>();
+    installDesign(*engine);
+    return engine;
+}
+
+} // namespace quillhaven

@@ -1,0 +1,15 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+#pragma once
+
+#include <QQmlEngine>
+
+#include <memory>
+
+namespace quillhaven {
+
+/// Makes the one QML engine that all windows of the program share, with the program's style, colours and symbols. It
+/// must outlive the windows. Needs the application object.
+[[nodiscard]] std::unique_ptr<QQmlEngine> makeWindowEngine();
+
+} // namespace quillhaven
