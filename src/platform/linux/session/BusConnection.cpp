@@ -7,6 +7,7 @@
 
 #include <QDBusError>
 #include <QDBusPendingCallWatcher>
+#include <QFile>
 #include <QFileInfo>
 #include <QUuid>
 
@@ -71,18 +72,36 @@ bool isAnswering(const char *address, milliseconds limit)
     return greeting.isAnswered;
 }
 
+/// Empty when the session has no bus.
+QByteArray addressOfSessionBus()
+{
+    const QByteArray address = qgetenv("DBUS_SESSION_BUS_ADDRESS");
+    const QByteArray runtime = qgetenv("XDG_RUNTIME_DIR");
+    const QByteArray socket = runtime + "/bus";
+    if (!address.isEmpty() || runtime.isEmpty() || !QFileInfo::exists(QFile::decodeName(socket))) {
+        return address;
+    }
+    const Glib<char> escaped(g_dbus_address_escape_value(socket.constData()));
+    return QByteArrayLiteral("unix:path=") + escaped.get();
+}
+
+QByteArray addressOf(MessageBus bus)
+{
+    if (bus == MessageBus::Session) {
+        return addressOfSessionBus(); // GIO would start a bus where there is none
+    }
+    const Glib<char> address(g_dbus_address_get_for_bus_sync(G_BUS_TYPE_SYSTEM, nullptr, nullptr));
+    return address.get();
+}
+
 std::optional<QDBusConnection> connectBlocking(MessageBus bus, milliseconds limit)
 {
-    if (bus == MessageBus::Session && !hasSessionBus()) {
-        return {};
-    }
-    const GBusType type = bus == MessageBus::Session ? G_BUS_TYPE_SESSION : G_BUS_TYPE_SYSTEM;
-    const Glib<char> address(g_dbus_address_get_for_bus_sync(type, nullptr, nullptr));
-    if (!address || !isAnswering(address.get(), limit)) {
+    const QByteArray address = addressOf(bus);
+    if (address.isEmpty() || !isAnswering(address.constData(), limit)) {
         return {};
     }
     const QString name = QUuid::createUuid().toString();
-    QDBusConnection connection = QDBusConnection::connectToBus(QString::fromUtf8(address.get()), name);
+    QDBusConnection connection = QDBusConnection::connectToBus(QString::fromUtf8(address), name);
     if (!connection.isConnected()) {
         QDBusConnection::disconnectFromBus(name);
         return {};
@@ -100,11 +119,7 @@ bool isUnanswered(const QDBusMessage &reply)
 
 bool hasSessionBus()
 {
-    if (!qEnvironmentVariableIsEmpty("DBUS_SESSION_BUS_ADDRESS")) {
-        return true;
-    }
-    const QString runtime = qEnvironmentVariable("XDG_RUNTIME_DIR");
-    return !runtime.isEmpty() && QFileInfo::exists(runtime + QStringLiteral("/bus"));
+    return !addressOfSessionBus().isEmpty();
 }
 
 QCoro::Task<std::shared_ptr<BusConnection>> BusConnection::open(QThreadPool &pool, MessageBus bus,
