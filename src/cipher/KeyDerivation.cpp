@@ -3,6 +3,7 @@
 #include "cipher/KeyDerivation.h"
 
 #include "cipher/CipherError.h"
+#include "support/Calls.h"
 
 #include <QByteArray>
 
@@ -16,12 +17,6 @@ namespace quillhaven {
 
 namespace {
 
-struct KdfDeleter
-{
-    void operator()(EVP_KDF *kdf) const { EVP_KDF_free(kdf); }
-    void operator()(EVP_KDF_CTX *context) const { EVP_KDF_CTX_free(context); }
-};
-
 OSSL_PARAM octets(const char *name, const void *data, size_t size)
 {
     return OSSL_PARAM_construct_octet_string(name, const_cast<void *>(data), size);
@@ -32,8 +27,8 @@ OSSL_PARAM octets(const char *name, const void *data, size_t size)
 SymmetricKey deriveKey(const QString &password, std::span<const std::byte> salt)
 {
     const QByteArray inputKeyMaterial = password.toUtf8();
-    const std::unique_ptr<EVP_KDF, KdfDeleter> kdf(EVP_KDF_fetch(nullptr, OSSL_KDF_NAME_HKDF, nullptr));
-    const std::unique_ptr<EVP_KDF_CTX, KdfDeleter> context(kdf ? EVP_KDF_CTX_new(kdf.get()) : nullptr);
+    const std::unique_ptr<EVP_KDF, Calls<EVP_KDF_free>> kdf(EVP_KDF_fetch(nullptr, OSSL_KDF_NAME_HKDF, nullptr));
+    const std::unique_ptr<EVP_KDF_CTX, Calls<EVP_KDF_CTX_free>> context(kdf ? EVP_KDF_CTX_new(kdf.get()) : nullptr);
     char digest[] = "SHA256";
     // An empty QByteArray still has an address, so that an empty password reaches the library as an empty key.
     const OSSL_PARAM parameters[] = {

@@ -3,11 +3,13 @@
 #include "cipher/SealedBox.h"
 
 #include "cipher/CipherError.h"
+#include "support/Calls.h"
 
 #include <openssl/evp.h>
 
 #include <algorithm>
 #include <memory>
+#include <utility>
 
 namespace quillhaven::sealed_box {
 
@@ -16,16 +18,16 @@ namespace {
 // OpenSSL takes an int for a length; also small enough to stay in the cache between the cipher and the hash.
 constexpr size_t chunkSize = size_t(1) << 20;
 
-struct ContextDeleter
-{
-    void operator()(EVP_CIPHER_CTX *context) const { EVP_CIPHER_CTX_free(context); }
-};
-
-using Context = std::unique_ptr<EVP_CIPHER_CTX, ContextDeleter>;
+using Context = std::unique_ptr<EVP_CIPHER_CTX, Calls<EVP_CIPHER_CTX_free>>;
 
 unsigned char *raw(std::span<std::byte> bytes)
 {
     return reinterpret_cast<unsigned char *>(bytes.data());
+}
+
+const unsigned char *raw(std::span<const std::byte> bytes)
+{
+    return reinterpret_cast<const unsigned char *>(bytes.data());
 }
 
 void require(bool succeeded)
@@ -35,20 +37,33 @@ void require(bool succeeded)
     }
 }
 
+enum Direction { Open = 0, Seal = 1 }; // as OpenSSL has it
+
+Context contextFor(Direction direction, const SymmetricKey &key, std::span<std::byte> box,
+                   std::span<const std::byte> associatedData)
+{
+    Context context(EVP_CIPHER_CTX_new());
+    int written = 0;
+    require(associatedData.size() <= chunkSize);
+    require(context && EVP_CipherInit_ex2(context.get(), EVP_aes_256_gcm(), raw(std::span(std::as_const(key))),
+                                          raw(box), direction, nullptr) == 1);
+    require(associatedData.empty() || EVP_CipherUpdate(context.get(), nullptr, &written, raw(associatedData),
+                                                       static_cast<int>(associatedData.size())) == 1);
+    return context;
+}
+
 } // namespace
 
-void sealInPlace(const SymmetricKey &key, std::span<std::byte> box)
+void sealInPlace(const SymmetricKey &key, std::span<std::byte> box, std::span<const std::byte> associatedData)
 {
-    sealInPlace(key, box, [size = box.size()](size_t) { return size; }, [](size_t) {});
+    sealInPlace(key, box, [size = box.size()](size_t) { return size; }, [](size_t) {}, associatedData);
 }
 
 void sealInPlace(const SymmetricKey &key, std::span<std::byte> box, const std::function<size_t(size_t)> &arrived,
-                 const std::function<void(size_t)> &progress)
+                 const std::function<void(size_t)> &progress, std::span<const std::byte> associatedData)
 {
     require(box.size() >= overhead);
-    const Context context(EVP_CIPHER_CTX_new());
-    const auto *keyBytes = reinterpret_cast<const unsigned char *>(key.data());
-    require(context && EVP_EncryptInit_ex2(context.get(), EVP_aes_256_gcm(), keyBytes, raw(box), nullptr) == 1);
+    const Context context = contextFor(Seal, key, box, associatedData);
 
     const std::span<std::byte> text = box.subspan(nonceSize, box.size() - overhead);
     for (size_t done = 0; done < text.size();) {
@@ -67,14 +82,13 @@ void sealInPlace(const SymmetricKey &key, std::span<std::byte> box, const std::f
     progress(box.size());
 }
 
-std::span<std::byte> openInPlace(const SymmetricKey &key, std::span<std::byte> box)
+std::span<std::byte> openInPlace(const SymmetricKey &key, std::span<std::byte> box,
+                                 std::span<const std::byte> associatedData)
 {
     if (box.size() < overhead) {
         throw CipherError(CipherError::authenticationFailure);
     }
-    const Context context(EVP_CIPHER_CTX_new());
-    const auto *keyBytes = reinterpret_cast<const unsigned char *>(key.data());
-    require(context && EVP_DecryptInit_ex2(context.get(), EVP_aes_256_gcm(), keyBytes, raw(box), nullptr) == 1);
+    const Context context = contextFor(Open, key, box, associatedData);
 
     const std::span<std::byte> text = box.subspan(nonceSize, box.size() - overhead);
     for (size_t done = 0; done < text.size(); done += chunkSize) {

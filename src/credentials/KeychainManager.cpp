@@ -3,9 +3,8 @@
 #include "credentials/KeychainManager.h"
 
 #include "credentials/KeychainError.h"
+#include "support/Utf8.h"
 #include "support/printLogger.h"
-
-#include <QStringDecoder>
 
 namespace quillhaven {
 
@@ -114,14 +113,11 @@ QString KeychainManager::retrieve(const QString &account)
     if (!match.value) {
         throw KeychainError(KeychainError::invalidData);
     }
-    // A byte order mark is a character of the secret like any other.
-    QStringDecoder decoder(QStringDecoder::Utf8,
-                           QStringDecoder::Flag::Stateless | QStringDecoder::Flag::ConvertInitialBom);
-    const QString text = decoder.decode(*match.value);
-    if (decoder.hasError()) {
+    std::optional<QString> text = decodedUtf8(*match.value);
+    if (!text) {
         throw KeychainError(KeychainError::invalidData);
     }
-    return text;
+    return *std::move(text);
 }
 
 } // namespace quillhaven

@@ -5,9 +5,9 @@
 #include "catalogue/QuillhavenError.h"
 #include "cipher/SealedBox.h"
 #include "formats/SecuredContainer.h"
+#include "support/Utf8.h"
 #include "support/printLogger.h"
 
-#include <QStringDecoder>
 #include <QtEndian>
 
 #include <algorithm>
@@ -46,14 +46,8 @@ std::optional<QString> recovery_backup::metadata(std::span<const std::byte> file
         return std::nullopt;
     }
     const auto text = file.subspan(metadataOffset, length);
-    QStringDecoder decoder(QStringDecoder::Utf8,
-                           QStringDecoder::Flag::Stateless | QStringDecoder::Flag::ConvertInitialBom);
-    QString decoded =
-        decoder(QByteArrayView(reinterpret_cast<const char *>(text.data()), static_cast<qsizetype>(text.size())));
-    if (decoder.hasError()) {
-        return std::nullopt;
-    }
-    return decoded;
+    return decodedUtf8(
+        QByteArrayView(reinterpret_cast<const char *>(text.data()), static_cast<qsizetype>(text.size())));
 }
 
 void createRecoveryBackup(FileManager &fileManager, RandomSource &random, const UserDirectories &directories,

@@ -19,17 +19,18 @@ SymmetricKey keyOf(const char *hex)
     return key;
 }
 
-QByteArray sealed(const SymmetricKey &key, const QByteArray &nonce, const QByteArray &plaintext)
+QByteArray sealed(const SymmetricKey &key, const QByteArray &nonce, const QByteArray &plaintext,
+                  const QByteArray &associatedData = {})
 {
     QByteArray box = nonce + plaintext + QByteArray(sealed_box::tagSize, '\0');
-    sealed_box::sealInPlace(key, writable(box));
+    sealed_box::sealInPlace(key, writable(box), bytesOf(associatedData));
     return box;
 }
 
-CipherError::Case failureOfOpening(const SymmetricKey &key, QByteArray box)
+CipherError::Case failureOfOpening(const SymmetricKey &key, QByteArray box, const QByteArray &associatedData = {})
 {
     try {
-        sealed_box::openInPlace(key, writable(box));
+        sealed_box::openInPlace(key, writable(box), bytesOf(associatedData));
     } catch (const CipherError &error) {
         return error.errorCase();
     }
@@ -39,7 +40,7 @@ CipherError::Case failureOfOpening(const SymmetricKey &key, QByteArray box)
 const SymmetricKey someKey = keyOf("feffe9928665731c6d6a8f9467308308feffe9928665731c6d6a8f9467308308");
 const QByteArray someNonce = fromHex("cafebabefacedbaddecaf888");
 
-// The published AES-256 test cases of Galois/Counter Mode, numbers 13, 14 and 15.
+// The published AES-256 test cases of Galois/Counter Mode, numbers 13 to 16.
 TEST(SealedBox, SealsNothingToTheTagAlone)
 {
     EXPECT_EQ(sealed({}, QByteArray(12, '\0'), {}), QByteArray(12, '\0') + fromHex("530f8afbc74536b9a963b4f1c4cb738b"));
@@ -83,6 +84,20 @@ TEST_P(SealedBoxOfSize, OpensToWhatWasSealed)
 constexpr int mebibyte = 1024 * 1024;
 INSTANTIATE_TEST_SUITE_P(Sizes, SealedBoxOfSize,
                          ::testing::Values(0, 1, 15, 16, 17, mebibyte - 1, mebibyte, mebibyte + 1, 3 * mebibyte + 5));
+
+TEST(SealedBox, AuthenticatesAssociatedDataThatIsNoPartOfTheBox)
+{
+    const QByteArray plaintext = fromHex("d9313225f88406e5a55909c5aff5269a86a7a9531534f7da2e4c303d8a318a72"
+                                         "1c3c0c95956809532fcf0e2449a6b525b16aedf5aa0de657ba637b39");
+    const QByteArray associatedData = fromHex("feedfacedeadbeeffeedfacedeadbeefabaddad2");
+    QByteArray box = sealed(someKey, someNonce, plaintext, associatedData);
+    EXPECT_EQ(box.mid(12).toHex(), "522dc1f099567d07f47f37a32a84427d643a8cdcbfe5c0c97598a2bd2555d1aa"
+                                   "8cb08e48590dbb3da7b08b1056828838c5f61e6393ba7a0abcc9f662"
+                                   "76fc6ece0f4e1768cddf8853bb2d551b");
+    EXPECT_EQ(failureOfOpening(someKey, box), CipherError::authenticationFailure);
+    EXPECT_EQ(failureOfOpening(someKey, box, associatedData + 'x'), CipherError::authenticationFailure);
+    EXPECT_EQ(hexOf(sealed_box::openInPlace(someKey, writable(box), bytesOf(associatedData))), plaintext.toHex());
+}
 
 TEST(SealedBox, OneChangedBitAnywhereDoesNotOpen)
 {

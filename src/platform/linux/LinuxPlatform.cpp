@@ -7,7 +7,7 @@ namespace quillhaven {
 LinuxPlatform::LinuxPlatform(const UserDirectories &directories)
     : m_directories(directories),
       m_defaults(directories.configuration),
-      m_credentials(directories.configuration),
+      m_credentials(directories.configuration, m_random),
       m_cloud(m_directories)
 {
     m_credentialQueue.setMaxThreadCount(1);

@@ -30,6 +30,7 @@ public:
 
 private:
     UserDirectories m_directories;
+    OpenSslRandomSource m_random;
     LinuxFileManager m_fileManager;
     SqliteUserDefaultsProvider m_defaults;
     SystemCredentialStore m_credentials;
@@ -37,7 +38,6 @@ private:
     FprintAuthenticator m_biometrics;
     CloudFolders m_cloud;
     EventLoopClock m_clock;
-    OpenSslRandomSource m_random;
 };
 
 } // namespace quillhaven

@@ -2,89 +2,68 @@
 
 #include "platform/linux/credentials/EmbeddedCredentialStore.h"
 
+#include "cipher/CipherError.h"
+#include "cipher/SealedBox.h"
 #include "platform/linux/files/FolderEntries.h"
 
 #include <QDir>
 #include <QFile>
 #include <QSaveFile>
 
-#include <openssl/evp.h>
-#include <openssl/rand.h>
-
 #include <algorithm>
-#include <memory>
 
 namespace quillhaven {
 
 namespace {
 
-constexpr int keySize = 32;
-constexpr int nonceSize = 12;
-constexpr int tagSize = 16;
+constexpr auto nonceSize = static_cast<qsizetype>(sealed_box::nonceSize);
+constexpr auto tagSize = static_cast<qsizetype>(sealed_box::tagSize);
 const QString sealedType = QStringLiteral("sealed");
-
-struct ContextDeleter
-{
-    void operator()(EVP_CIPHER_CTX *context) const { EVP_CIPHER_CTX_free(context); }
-};
-using Context = std::unique_ptr<EVP_CIPHER_CTX, ContextDeleter>;
-
-unsigned char *raw(QByteArray &bytes, qsizetype offset = 0)
-{
-    return reinterpret_cast<unsigned char *>(bytes.data()) + offset;
-}
-
-const unsigned char *raw(const QByteArray &bytes, qsizetype offset = 0)
-{
-    return reinterpret_cast<const unsigned char *>(bytes.constData()) + offset;
-}
 
 QString entryName(const QString &service, const QString &account)
 {
     return service + QChar(0x1f) + account;
 }
 
-/// Nonce, ciphertext, tag; the entry's name is authenticated with them, so that values cannot be swapped.
-std::optional<QByteArray> sealed(const QByteArray &key, const QString &entry, const QByteArray &value)
+std::span<std::byte> writableBytes(QByteArray &bytes)
 {
-    const QByteArray name = entry.toUtf8();
-    QByteArray box(nonceSize + value.size() + tagSize, '\0');
-    const Context context(EVP_CIPHER_CTX_new());
-    int length = 0;
-    const bool isSealed =
-        context && RAND_bytes(raw(box), nonceSize) == 1 &&
-        EVP_EncryptInit_ex2(context.get(), EVP_aes_256_gcm(), raw(key), raw(box), nullptr) == 1 &&
-        EVP_EncryptUpdate(context.get(), nullptr, &length, raw(name), static_cast<int>(name.size())) == 1 &&
-        EVP_EncryptUpdate(context.get(), raw(box, nonceSize), &length, raw(value), static_cast<int>(value.size())) ==
-            1 &&
-        EVP_EncryptFinal_ex(context.get(), raw(box, nonceSize + length), &length) == 1 &&
-        EVP_CIPHER_CTX_ctrl(context.get(), EVP_CTRL_GCM_GET_TAG, tagSize, raw(box, box.size() - tagSize)) == 1;
-    return isSealed ? std::optional(box) : std::nullopt;
+    return std::as_writable_bytes(std::span(bytes.data(), static_cast<size_t>(bytes.size())));
 }
 
-std::optional<QByteArray> opened(const QByteArray &key, const QString &entry, QByteArray box)
+/// Nonce, ciphertext, tag. The entry's name is authenticated with them, so that values cannot be swapped.
+std::optional<QByteArray> sealed(RandomSource &random, const SymmetricKey &key, const QString &entry,
+                                 const QByteArray &value)
 {
-    const qsizetype valueSize = box.size() - nonceSize - tagSize;
-    if (valueSize < 0) {
+    const QByteArray name = entry.toUtf8();
+    QByteArray box = QByteArray(nonceSize, '\0') + value + QByteArray(tagSize, '\0');
+    if (!random.fill(writableBytes(box).first(sealed_box::nonceSize))) {
         return std::nullopt;
     }
+    try {
+        sealed_box::sealInPlace(key, writableBytes(box), std::as_bytes(std::span(name)));
+    } catch (const CipherError &) {
+        return std::nullopt; // dropped: the status says it
+    }
+    return box;
+}
+
+std::optional<QByteArray> opened(const SymmetricKey &key, const QString &entry, QByteArray box)
+{
     const QByteArray name = entry.toUtf8();
-    QByteArray value(valueSize, '\0');
-    const Context context(EVP_CIPHER_CTX_new());
-    int length = 0;
-    unsigned char rest[EVP_MAX_BLOCK_LENGTH];
-    const bool isOpened =
-        context && EVP_DecryptInit_ex2(context.get(), EVP_aes_256_gcm(), raw(key), raw(box), nullptr) == 1 &&
-        EVP_DecryptUpdate(context.get(), nullptr, &length, raw(name), static_cast<int>(name.size())) == 1 &&
-        EVP_DecryptUpdate(context.get(), raw(value), &length, raw(box, nonceSize), static_cast<int>(valueSize)) == 1 &&
-        EVP_CIPHER_CTX_ctrl(context.get(), EVP_CTRL_GCM_SET_TAG, tagSize, raw(box, box.size() - tagSize)) == 1 &&
-        EVP_DecryptFinal_ex(context.get(), rest, &length) == 1;
-    return isOpened ? std::optional(value) : std::nullopt;
+    try {
+        sealed_box::openInPlace(key, writableBytes(box), std::as_bytes(std::span(name)));
+    } catch (const CipherError &) {
+        return std::nullopt; // dropped: the status says it
+    }
+    return box.mid(nonceSize, box.size() - nonceSize - tagSize);
 }
 
 } // namespace
 
-EmbeddedCredentialStore::EmbeddedCredentialStore(const QString &directory) : m_directory(directory) {}
+EmbeddedCredentialStore::EmbeddedCredentialStore(const QString &directory, RandomSource &random)
+    : m_directory(directory), m_random(random)
+{
+}
 
 bool EmbeddedCredentialStore::open()
 {
@@ -101,17 +80,22 @@ QString EmbeddedCredentialStore::keyPath() const
     return m_directory + QStringLiteral("/credentials.key");
 }
 
-std::optional<QByteArray> EmbeddedCredentialStore::storedKey() const
+std::optional<SymmetricKey> EmbeddedCredentialStore::storedKey() const
 {
     QFile file(keyPath());
+    SymmetricKey key{};
     if (!file.open(QIODevice::ReadOnly)) {
         return std::nullopt;
     }
-    const QByteArray bytes = file.read(keySize + 1);
-    return bytes.size() == keySize ? std::optional(bytes) : std::nullopt;
+    const QByteArray bytes = file.read(static_cast<qint64>(key.size()) + 1);
+    if (static_cast<size_t>(bytes.size()) != key.size()) {
+        return std::nullopt;
+    }
+    std::ranges::copy(std::as_bytes(std::span(bytes)), key.begin());
+    return key;
 }
 
-std::optional<QByteArray> EmbeddedCredentialStore::sealingKey()
+std::optional<SymmetricKey> EmbeddedCredentialStore::sealingKey()
 {
     const auto stored = storedKey();
     const auto rows = m_database.rows();
@@ -121,20 +105,22 @@ std::optional<QByteArray> EmbeddedCredentialStore::sealingKey()
     if (rows->isEmpty()) {
         return stored ? stored : makeKey();
     }
-    // Writing under a key that opens nothing of what is there would hide that the right one is lost.
+    // To seal under a key that opens none of the values would hide that the right one is lost.
     const auto opensUnderStored = [&stored](const auto &row) {
         return opened(*stored, row.key, row.value).has_value();
     };
     return stored && std::ranges::any_of(*rows, opensUnderStored) ? stored : std::nullopt;
 }
 
-std::optional<QByteArray> EmbeddedCredentialStore::makeKey() const
+std::optional<SymmetricKey> EmbeddedCredentialStore::makeKey()
 {
-    QByteArray fresh(keySize, '\0');
+    SymmetricKey fresh{};
     QSaveFile saved(keyPath());
-    if (RAND_bytes(raw(fresh), keySize) != 1 || !saved.open(QIODevice::WriteOnly) ||
-        !saved.setPermissions(QFile::ReadOwner | QFile::WriteOwner) || saved.write(fresh) != fresh.size() ||
-        !saved.commit() || !syncParentFolders(QFile::encodeName(keyPath()))) {
+    const auto size = static_cast<qint64>(fresh.size());
+    if (!m_random.fill(fresh) || !saved.open(QIODevice::WriteOnly) ||
+        !saved.setPermissions(QFile::ReadOwner | QFile::WriteOwner) ||
+        saved.write(reinterpret_cast<const char *>(fresh.data()), size) != size || !saved.commit() ||
+        !syncParentFolders(QFile::encodeName(keyPath()))) {
         return std::nullopt;
     }
     return fresh;
@@ -146,7 +132,7 @@ CredentialStatus EmbeddedCredentialStore::store(const QString &entry, const QByt
     if (!key) {
         return credentialDecodeFailed;
     }
-    const auto box = sealed(*key, entry, value);
+    const auto box = sealed(m_random, *key, entry, value);
     return box && m_database.store({entry, sealedType, *box}) ? credentialSuccess : credentialNotAvailable;
 }
 

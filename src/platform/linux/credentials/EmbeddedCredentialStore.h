@@ -2,18 +2,20 @@
 
 #pragma once
 
+#include "cipher/KeyDerivation.h"
 #include "platform/CredentialStore.h"
+#include "platform/RandomSource.h"
 #include "platform/linux/settings/SqliteDatabase.h"
 
 namespace quillhaven {
 
 /// The program's own store for sessions without a keyring: `credentials.db` with values sealed by AES-256-GCM under the
-/// random key in `credentials.key` beside it, both mode 0600. Whoever may read both files may read the secrets.
+/// random key in `credentials.key` beside it, both mode 0600. Anyone who may read both files may read the secrets.
 class EmbeddedCredentialStore : public CredentialStore
 {
 public:
-    /// `directory` is the program's configuration folder.
-    explicit EmbeddedCredentialStore(const QString &directory);
+    /// `directory` is the program's configuration folder. `random` must outlive this object.
+    EmbeddedCredentialStore(const QString &directory, RandomSource &random);
 
     [[nodiscard]] CredentialStatus add(const QString &service, const QString &account,
                                        const QByteArray &value) override;
@@ -26,15 +28,16 @@ public:
 private:
     [[nodiscard]] bool open();
     [[nodiscard]] QString keyPath() const;
-    /// The key that stands beside the database, when it is there and whole.
-    [[nodiscard]] std::optional<QByteArray> storedKey() const;
-    /// The key for a new value: the stored one, seen to open what is there, or a fresh one where nothing is.
-    [[nodiscard]] std::optional<QByteArray> sealingKey();
+    /// The key in the file beside the database; nothing when it is missing or not whole.
+    [[nodiscard]] std::optional<SymmetricKey> storedKey() const;
+    /// The key for a new value: the stored one if it opens a value of the store, or a fresh one for an empty store.
+    [[nodiscard]] std::optional<SymmetricKey> sealingKey();
     /// Makes a key and brings it to the device before anything is sealed under it.
-    [[nodiscard]] std::optional<QByteArray> makeKey() const;
+    [[nodiscard]] std::optional<SymmetricKey> makeKey();
     [[nodiscard]] CredentialStatus store(const QString &entry, const QByteArray &value);
 
     QString m_directory;
+    RandomSource &m_random;
     SqliteDatabase m_database;
     bool m_isOpen = false;
 };

@@ -3,6 +3,7 @@
 #include "platform/linux/credentials/SecretServiceCredentialStore.h"
 
 #include "platform/linux/session/BusConnection.h"
+#include "support/Calls.h"
 
 #include <libsecret/secret.h>
 
@@ -34,31 +35,17 @@ const SecretSchema *schema()
     return &passwordSchema;
 }
 
-struct Unreference
+void freeObjects(GList *list)
 {
-    void operator()(gpointer object) const { g_object_unref(object); }
-};
-struct UnreferenceValue
-{
-    void operator()(SecretValue *value) const { secret_value_unref(value); }
-};
-struct UnreferenceTable
-{
-    void operator()(GHashTable *table) const { g_hash_table_unref(table); }
-};
-struct FreeObjects
-{
-    void operator()(GList *list) const { g_list_free_full(list, g_object_unref); }
-};
-struct UnreferenceVariant
-{
-    void operator()(GVariant *variant) const { g_variant_unref(variant); }
-};
+    g_list_free_full(list, g_object_unref);
+}
 
 template <typename Object>
-using Owned = std::unique_ptr<Object, Unreference>;
-using Attributes = std::unique_ptr<GHashTable, UnreferenceTable>;
-using Secret = std::unique_ptr<SecretValue, UnreferenceValue>;
+using Owned = std::unique_ptr<Object, Calls<g_object_unref>>;
+using Attributes = std::unique_ptr<GHashTable, Calls<g_hash_table_unref>>;
+using Objects = std::unique_ptr<GList, Calls<freeObjects>>;
+using Secret = std::unique_ptr<SecretValue, Calls<secret_value_unref>>;
+using Variant = std::unique_ptr<GVariant, Calls<g_variant_unref>>;
 
 /// An error that a call may leave behind.
 class Failure
@@ -101,8 +88,8 @@ Owned<SecretService> openService(SecretServiceFlags flags, Failure &failure)
 {
     Owned<SecretService> service(secret_service_get_sync(flags, nullptr, failure));
     if (service) {
-        // The connection is the process's shared one; by default it would end the program, in the middle of whatever it
-        // does, when the bus ends.
+        // The process shares this connection. By default it would end the program, whatever that is doing, when the bus
+        // ends.
         g_dbus_connection_set_exit_on_close(g_dbus_proxy_get_connection(G_DBUS_PROXY(service.get())), FALSE);
     }
     return service;
@@ -112,11 +99,11 @@ Owned<SecretService> openService(SecretServiceFlags flags, Failure &failure)
 struct Found
 {
     CredentialStatus status = credentialNotAvailable;
-    std::unique_ptr<GList, FreeObjects> items;
+    Objects items;
     bool isLocked = false;
 };
 
-/// What the default collection says of itself; success when it is there and unlocked.
+/// Success when the default collection exists and is unlocked.
 CredentialStatus defaultCollectionStatus(SecretService *service)
 {
     Failure failure;
@@ -154,7 +141,7 @@ Found find(const QString &service, const QString &account)
         found.status = credentialInteractionNotAllowed;
         return found;
     }
-    // Nothing found means that there is nothing only once the keyring was seen open.
+    // An empty answer proves that there is no entry only if the keyring is unlocked.
     found.status = found.items ? credentialSuccess : defaultCollectionStatus(secrets.get());
     if (found.status == credentialSuccess && !found.items) {
         found.status = credentialItemNotFound;
@@ -186,8 +173,7 @@ GVariant *callBus(GDBusConnection *bus, const char *method, GVariant *parameters
 
 bool hasOwner(GDBusConnection *bus)
 {
-    const std::unique_ptr<GVariant, UnreferenceVariant> reply(
-        callBus(bus, "NameHasOwner", g_variant_new("(s)", serviceName), "(b)"));
+    const Variant reply(callBus(bus, "NameHasOwner", g_variant_new("(s)", serviceName), "(b)"));
     gboolean isOwned = FALSE;
     if (reply) {
         g_variant_get(reply.get(), "(b)", &isOwned);
@@ -197,13 +183,13 @@ bool hasOwner(GDBusConnection *bus)
 
 bool isActivatable(GDBusConnection *bus)
 {
-    const std::unique_ptr<GVariant, UnreferenceVariant> reply(callBus(bus, "ListActivatableNames", nullptr, "(as)"));
+    const Variant reply(callBus(bus, "ListActivatableNames", nullptr, "(as)"));
     if (!reply) {
         return false;
     }
-    const std::unique_ptr<GVariant, UnreferenceVariant> names(g_variant_get_child_value(reply.get(), 0));
+    const Variant names(g_variant_get_child_value(reply.get(), 0));
     for (gsize i = 0; i < g_variant_n_children(names.get()); ++i) {
-        const std::unique_ptr<GVariant, UnreferenceVariant> name(g_variant_get_child_value(names.get(), i));
+        const Variant name(g_variant_get_child_value(names.get(), i));
         if (g_str_equal(g_variant_get_string(name.get(), nullptr), serviceName)) {
             return true;
         }
@@ -222,8 +208,8 @@ bool SecretServiceCredentialStore::isAvailable()
     if (!bus || (!hasOwner(bus.get()) && !isActivatable(bus.get()))) {
         return false;
     }
-    // One that is there and slow, as a keyring is at login, is waited for later: taking another store because of it
-    // would hide the secrets that lie in it.
+    // A keyring that exists and is slow, as at login, is waited for later: choosing another store because of that would
+    // hide the secrets that are in the keyring.
     Failure failure;
     const auto secrets = openService(SECRET_SERVICE_NONE, failure);
     return secrets || failure.isTimeout();
@@ -247,7 +233,7 @@ CredentialStatus SecretServiceCredentialStore::update(const QString &service, co
     if (found.status != credentialSuccess) {
         return found.status;
     }
-    // The entry itself, in whichever collection it lies: storing anew would make a second one in the default.
+    // The entry itself is changed, in whichever collection it is: storing would make a second one in the default.
     Failure failure;
     const Secret secret = secretOf(value);
     secret_item_set_secret_sync(SECRET_ITEM(found.items->data), secret.get(), nullptr, failure);

@@ -8,7 +8,10 @@
 
 namespace quillhaven {
 
-SystemCredentialStore::SystemCredentialStore(const QString &directory) : m_directory(directory) {}
+SystemCredentialStore::SystemCredentialStore(const QString &directory, RandomSource &random)
+    : m_directory(directory), m_random(random)
+{
+}
 
 SystemCredentialStore::~SystemCredentialStore() = default;
 
@@ -21,7 +24,7 @@ CredentialStore &SystemCredentialStore::chosen()
         m_owned = std::make_unique<SecretServiceCredentialStore>();
         printLogger(QStringLiteral("🔑 Credentials are kept in the desktop's keyring (Secret Service)"));
     } else {
-        m_owned = std::make_unique<EmbeddedCredentialStore>(m_directory);
+        m_owned = std::make_unique<EmbeddedCredentialStore>(m_directory, m_random);
         printLogger(QStringLiteral("⚠️ No keyring answers in this session: credentials are kept in the program's own "
                                    "store, in ") +
                     m_directory);

@@ -3,6 +3,7 @@
 #pragma once
 
 #include "platform/CredentialStore.h"
+#include "platform/RandomSource.h"
 
 #include <atomic>
 #include <memory>
@@ -14,8 +15,8 @@ namespace quillhaven {
 class SystemCredentialStore : public CredentialStore
 {
 public:
-    /// `directory` is the program's configuration folder.
-    explicit SystemCredentialStore(const QString &directory);
+    /// `directory` is the program's configuration folder. `random` must outlive this object.
+    SystemCredentialStore(const QString &directory, RandomSource &random);
     ~SystemCredentialStore() override;
 
     [[nodiscard]] CredentialStatus add(const QString &service, const QString &account,
@@ -31,6 +32,7 @@ private:
     [[nodiscard]] CredentialStore &chosen();
 
     QString m_directory;
+    RandomSource &m_random;
     std::unique_ptr<CredentialStore> m_owned;
     std::atomic<CredentialStore *> m_chosen = nullptr; ///< set once, on the queue; read by the window
 };

@@ -2,7 +2,7 @@
 
 #include "platform/linux/files/FilePaths.h"
 
-#include <QStringDecoder>
+#include "support/Utf8.h"
 
 #include <algorithm>
 
@@ -32,35 +32,34 @@ QByteArray unescaped(const QString &path)
     return name + QStringView(path).sliced(start).toUtf8();
 }
 
+/// The character that the bytes begin with; empty when they begin with none.
+QString firstCharacter(QByteArrayView bytes)
+{
+    constexpr qsizetype maxSequence = 4;
+    for (qsizetype length = 1; length <= std::min(maxSequence, bytes.size()); ++length) {
+        if (std::optional<QString> character = decodedUtf8(bytes.first(length))) {
+            return *std::move(character);
+        }
+    }
+    return {};
+}
+
 } // namespace
 
 QString decodedPath(const QByteArray &path)
 {
-    constexpr qsizetype maxSequence = 4;
-    constexpr auto flags = QStringDecoder::Flag::Stateless | QStringDecoder::Flag::ConvertInitialBom;
-    QStringDecoder whole(QStringDecoder::Utf8, flags);
-    QString text = whole(path);
-    if (!whole.hasError()) {
-        return text;
+    if (std::optional<QString> whole = decodedUtf8(path)) {
+        return *std::move(whole);
     }
-    text.clear();
+    QString text;
     for (qsizetype i = 0; i < path.size();) {
-        QString character;
-        qsizetype length = 1;
-        for (; length <= std::min(maxSequence, path.size() - i); ++length) {
-            QStringDecoder decoder(QStringDecoder::Utf8, flags);
-            character = decoder(path.sliced(i, length));
-            if (!decoder.hasError()) {
-                break;
-            }
-            character.clear();
-        }
+        const QString character = firstCharacter(QByteArrayView(path).sliced(i));
         if (character.isEmpty()) {
             text += QChar(static_cast<char16_t>(escapeBase + static_cast<uchar>(path.at(i))));
             ++i;
         } else {
             text += character;
-            i += length;
+            i += character.toUtf8().size();
         }
     }
     return text;

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
 #include "credentials/KeychainManager.h"
+#include "platform/linux/OpenSslRandomSource.h"
 #include "platform/linux/credentials/SystemCredentialStore.h"
 #include "support/LogCapture.h"
 #include "support/RunTask.h"
@@ -32,7 +33,8 @@ TEST(BusGone, TheProgramOutlivesItsSessionBusAndKeepsItsChosenStore)
 
     const TemporaryHome home;
     LogCapture log;
-    SystemCredentialStore store(home.directories().configuration);
+    OpenSslRandomSource random;
+    SystemCredentialStore store(home.directories().configuration, random);
     const QString account = QStringLiteral("master_password");
     ASSERT_EQ(store.copyMatching(keychainServiceName, account).value, QByteArray("Abcdefg1"));
 

@@ -4,6 +4,7 @@
 #include "contract/CredentialStoreContract.h"
 #include "support/InMemoryCredentialStore.h"
 #include "support/TemporaryHome.h"
+#include "support/TestRandom.h"
 
 #include <QDir>
 #include <QFile>
@@ -33,7 +34,8 @@ public:
 
 private:
     TemporaryHome m_home;
-    EmbeddedCredentialStore m_store{m_home.directories().configuration};
+    OpenSslRandomSource m_random;
+    EmbeddedCredentialStore m_store{m_home.directories().configuration, m_random};
 };
 
 mode_t modeOf(const QString &path)
@@ -47,7 +49,7 @@ class EmbeddedStore : public ::testing::Test
 {
 protected:
     /// Another run of the program on the same folder.
-    void restart() { m_store.emplace(m_home.directories().configuration); }
+    void restart() { m_store.emplace(m_home.directories().configuration, m_random); }
     void SetUp() override { restart(); }
 
     CredentialStatus add(const QByteArray &value, const QString &account)
@@ -90,7 +92,7 @@ protected:
         ASSERT_EQ(file.write(bytes), bytes.size());
     }
 
-    /// What stands is neither read nor written over, and is readable again once the right key is back.
+    /// No value is read or overwritten, and each is readable again once the right key is back.
     void expectRefusedUntilTheKeyIsBack(const QByteArray &rightKey)
     {
         const bool hasKey = QFile::exists(m_keyPath);
@@ -125,6 +127,7 @@ protected:
     const QString m_service = QStringLiteral("com.tarnwick.quillhaven");
     const QString m_first = QStringLiteral("first");
     const QString m_second = QStringLiteral("second");
+    OpenSslRandomSource m_random;
     std::optional<EmbeddedCredentialStore> m_store;
 };
 
@@ -295,7 +298,28 @@ TEST_F(EmbeddedStore, AFileThatIsNoDatabaseIsReportedAndLeftAsItIs)
 TEST_F(EmbeddedStore, AFolderThatIsMissingIsMade)
 {
     const QString folder = m_home.path(QStringLiteral("not/there/yet"));
-    EmbeddedCredentialStore store(folder);
+    OpenSslRandomSource random;
+    EmbeddedCredentialStore store(folder, random);
     EXPECT_EQ(store.add(m_service, m_first, "one"), credentialSuccess);
     EXPECT_EQ(store.copyMatching(m_service, m_first).value, QByteArray("one"));
+}
+
+TEST_F(EmbeddedStore, NothingIsSealedUnderAKeyOrANonceThatTheGeneratorFailedToMake)
+{
+    FailingRandom failing;
+    {
+        EmbeddedCredentialStore store(m_home.directories().configuration, failing);
+        EXPECT_NE(store.add(m_service, m_first, "one"), credentialSuccess);
+        EXPECT_FALSE(QFile::exists(m_keyPath));
+    }
+    restart();
+    EXPECT_EQ(add("one", m_first), credentialSuccess);
+    {
+        EmbeddedCredentialStore store(m_home.directories().configuration, failing);
+        EXPECT_EQ(store.add(m_service, m_second, "two"), credentialNotAvailable);
+        EXPECT_EQ(store.update(m_service, m_first, "new"), credentialNotAvailable);
+    }
+    restart();
+    EXPECT_EQ(match(m_first).value, QByteArray("one"));
+    EXPECT_EQ(match(m_second).status, credentialItemNotFound);
 }

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
 #include "credentials/KeychainManager.h"
+#include "platform/linux/OpenSslRandomSource.h"
 #include "platform/linux/credentials/KeyringFixture.h"
 #include "platform/linux/credentials/SecretServiceCredentialStore.h"
 #include "platform/linux/credentials/SystemCredentialStore.h"
@@ -104,7 +105,8 @@ TEST_F(KeyringState, LockedIsStillTheChosenStore)
     restartKeyring(QStringLiteral("another password"));
     const TemporaryHome home;
     LogCapture log;
-    SystemCredentialStore chosen(home.directories().configuration);
+    OpenSslRandomSource random;
+    SystemCredentialStore chosen(home.directories().configuration, random);
     EXPECT_EQ(chosen.copyMatching(m_service, m_account).status, credentialInteractionNotAllowed);
     EXPECT_EQ(chosen.displayName(), QStringLiteral("Secret Service"));
 }

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
 #include "credentials/KeychainManager.h"
+#include "platform/linux/OpenSslRandomSource.h"
 #include "platform/linux/credentials/SystemCredentialStore.h"
 #include "support/LogCapture.h"
 #include "support/TemporaryHome.h"
@@ -14,7 +15,8 @@ TEST(KeyringWithoutCollection, HasAStatusOfItsOwnInAllFourCallsAndPromptsForNoth
 {
     const TemporaryHome home;
     LogCapture log;
-    SystemCredentialStore store(home.directories().configuration);
+    OpenSslRandomSource random;
+    SystemCredentialStore store(home.directories().configuration, random);
     const QString account = QStringLiteral("master_password");
     EXPECT_EQ(store.copyMatching(keychainServiceName, account).status, credentialNoDefaultCollection);
     EXPECT_EQ(store.add(keychainServiceName, account, "secret"), credentialNoDefaultCollection);

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
 #include "credentials/KeychainManager.h"
+#include "platform/linux/OpenSslRandomSource.h"
 #include "platform/linux/credentials/SecretServiceCredentialStore.h"
 #include "platform/linux/credentials/SystemCredentialStore.h"
 #include "support/LogCapture.h"
@@ -30,7 +31,8 @@ protected:
     {
         LogCapture log;
         const QString folder = m_home.directories().configuration;
-        SystemCredentialStore chosen(folder);
+        OpenSslRandomSource random;
+        SystemCredentialStore chosen(folder, random);
         EXPECT_EQ(chosen.add(m_service, m_account, "secret"), credentialSuccess);
         EXPECT_EQ(chosen.displayName(), QStringLiteral("embedded store"));
         EXPECT_EQ(chosen.update(m_service, m_account, "changed"), credentialSuccess);

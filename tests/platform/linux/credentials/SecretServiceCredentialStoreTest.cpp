@@ -117,7 +117,8 @@ TEST_F(Keyring, IsChosenWhenItAnswersAndTheLogSaysSoOnce)
 {
     const TemporaryHome home;
     LogCapture log;
-    SystemCredentialStore chosen(home.directories().configuration);
+    OpenSslRandomSource random;
+    SystemCredentialStore chosen(home.directories().configuration, random);
     EXPECT_EQ(chosen.displayName(), QStringLiteral("not chosen yet"));
     EXPECT_EQ(chosen.add(m_service, m_account, "secret"), credentialSuccess);
     EXPECT_EQ(chosen.copyMatching(m_service, m_account).value, QByteArray("secret"));

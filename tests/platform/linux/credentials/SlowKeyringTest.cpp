@@ -2,6 +2,7 @@
 
 #include "credentials/MasterPasswordDialogManager.h"
 #include "credentials/MasterPasswordManager.h"
+#include "platform/linux/OpenSslRandomSource.h"
 #include "platform/linux/credentials/SystemCredentialStore.h"
 #include "support/LogCapture.h"
 #include "support/RunTask.h"
@@ -62,7 +63,8 @@ protected:
 
     TestPlatform m_services;
     LogCapture m_log;
-    SystemCredentialStore m_store{m_services.home.directories().configuration};
+    OpenSslRandomSource m_random;
+    SystemCredentialStore m_store{m_services.home.directories().configuration, m_random};
     MasterPasswordDialogManager m_dialog;
     std::unique_ptr<MasterPasswordManager> m_manager;
 
