@@ -10,9 +10,8 @@
 namespace quillhaven {
 
 /// Makes a POSIX tar archive of a folder with the system's tar, in a work directory below the temporary one that is
-/// gone afterwards. The archive has one top-level entry, the folder's own name. Reads it to `headroom` bytes behind the
-/// start of a buffer with `tailroom` bytes behind it, under the eyes of `listener`. Blocks. Throws
-/// QuillhavenError::encryptionFailed with tar's own words, or FileError.
+/// removed afterwards. The archive has one top-level entry, the folder's own name. Reads it into memory as
+/// `readWholeFile` does. Blocks. Throws QuillhavenError::encryptionFailed with tar's own words, or FileError.
 [[nodiscard]] FileBuffer createFolderArchive(FileManager &fileManager, RandomSource &random,
                                              const UserDirectories &directories, const QString &folder, size_t headroom,
                                              size_t tailroom, ReadListener &listener);

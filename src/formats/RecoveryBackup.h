@@ -10,7 +10,7 @@
 namespace quillhaven {
 
 /// The recovery backup: an encrypted copy that the master password alone opens. docs/formats.md has the layout; the
-/// fields before the nonce stand in clear and are not authenticated.
+/// fields before the nonce are in clear and are not authenticated.
 ///
 /// | Offset | Size | Field |
 /// |---|---|---|
@@ -43,7 +43,7 @@ struct OwnedBytes
     std::span<std::byte> bytes;
 };
 
-/// Writes the recovery backup of an item, whose data stands at `source`, to `backupPath`, as `writeSealedFile` does.
+/// Writes the recovery backup of an item, whose data is at `source`, to `backupPath`, as `writeSealedFile` does.
 void createRecoveryBackup(FileManager &fileManager, RandomSource &random, const UserDirectories &directories,
                           const QString &source, const QString &backupPath, const QString &masterPassword,
                           const ProtectedItem &item);
@@ -55,7 +55,7 @@ void createRecoveryBackup(FileManager &fileManager, RandomSource &random, const 
 /// The bytes of a container, which its own password alone could open, unchanged: ciphertext, and a log line says so.
 [[nodiscard]] OwnedBytes decryptLegacyBackup(FileBuffer file);
 
-/// What a file of any kind holds: opened when it is a recovery backup, as it stands otherwise.
+/// What a file of any kind holds: opened when it is a recovery backup, as it is otherwise.
 [[nodiscard]] OwnedBytes decryptBackup(FileBuffer file, const QString &masterPassword);
 
 /// Reads the file and does the same.

@@ -23,7 +23,7 @@ namespace {
 class Counter
 {
 public:
-    /// What no count of bytes reaches: tells the waiting thread that no more will come.
+    /// More than any count of bytes: ends the waiting, since no more bytes will come.
     static constexpr size_t ended = std::numeric_limits<size_t>::max();
 
     void set(size_t count)
@@ -105,7 +105,7 @@ private:
         }
     }
 
-    /// Returns when the sealing thread does not touch the buffer any more.
+    /// Returns when the sealing thread no longer uses the buffer.
     void end()
     {
         if (m_thread.joinable()) {

@@ -25,7 +25,7 @@ inline constexpr size_t magicSize = sizeof magic - 1;
 inline constexpr size_t saltSize = 32;
 inline constexpr size_t boxOffset = magicSize + saltSize;
 
-/// The text that stands in a folder's container in place of encrypted bytes.
+/// The text that a folder's container has in place of encrypted bytes.
 [[nodiscard]] QByteArray folderMarker(const QString &backupPath);
 
 } // namespace secured_container

@@ -50,7 +50,7 @@ public:
     /// Lists the asked paths, all ticked, and waits for the user to confirm those that stay ticked. They come in the
     /// order of the request; nothing when the panel was declined.
     [[nodiscard]] virtual QCoro::Task<std::optional<QStringList>> grantAccess(AccessRequest request) = 0;
-    /// Shows the panel for one item and returns only with its answer: nothing else of the program goes on meanwhile but
+    /// Shows the panel for one item and returns only with its answer: nothing else in the program happens meanwhile but
     /// the drawing of its windows.
     [[nodiscard]] virtual std::optional<QString> runModal(const OpenPanelRequest &request) = 0;
 };

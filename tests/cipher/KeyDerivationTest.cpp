@@ -29,7 +29,7 @@ TEST(KeyDerivation, GivesTheKeyOfAnotherImplementation)
               "9c6704a406b09ff6a688873ca28ad2b36013f52c12562a1fc186067015bd7824");
 }
 
-TEST(KeyDerivation, TakesANonAsciiPasswordAsItsUtf8Bytes)
+TEST(KeyDerivation, UsesTheUtf8BytesOfANonAsciiPassword)
 {
     EXPECT_EQ(keyFor(QStringLiteral("p\u00e4ssw\u00f6rd"), countingSalt),
               "a3acb35cda83af3d3b7c32ab6e51541cbb48ffe2aa8d11efdf17efa550668517");

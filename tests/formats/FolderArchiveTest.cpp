@@ -170,7 +170,7 @@ TEST_F(FolderArchiveTest, ATrailingSlashDoesNotChangeTheName)
     EXPECT_EQ(namesIn(archiveOf(home.path(QStringLiteral("Documents/Letters/")))), "Letters/\nLetters/a.txt\n");
 }
 
-TEST_F(FolderArchiveTest, TheArchiveStandsBetweenTheAskedRooms)
+TEST_F(FolderArchiveTest, TheArchiveIsBetweenHeadroomAndTailroom)
 {
     home.write(QStringLiteral("Documents/Letters/a.txt"));
     const QString folder = home.path(QStringLiteral("Documents/Letters"));

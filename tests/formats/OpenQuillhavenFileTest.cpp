@@ -60,7 +60,7 @@ tar.close()
     }
     ReaderRun unpack() const { return runReader({QStringLiteral("--unpack"), backup, folder}, password); }
     QString inFolder(const QString &name) const { return folder + QLatin1Char('/') + name; }
-    /// What stands beside the files that the test made, which nothing may add to.
+    /// What exists beside the files that the test made: nothing may add to it.
     QStringList namesInHome() const
     {
         return QDir(home.path()).entryList(QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot);
@@ -94,7 +94,7 @@ TEST_F(OpenQuillhavenFileTest, AFilesContainerOpensIntoANewFileForItsOwnerAlone)
     EXPECT_EQ(QFileInfo(output).permissions() & (QFile::ReadGroup | QFile::WriteGroup | QFile::ReadOther), 0);
 }
 
-TEST_F(OpenQuillhavenFileTest, AFilesBackupOpensAndItsMetadataIsToldWithoutControlCharacters)
+TEST_F(OpenQuillhavenFileTest, AFilesBackupOpensAndItsMetadataIsPrintedWithoutControlCharacters)
 {
     createBackup(home.write(QStringLiteral("plain"), "The letter"));
     const ReaderRun run = runReader({backup, QStringLiteral("-")}, password);
@@ -200,7 +200,7 @@ TEST_F(OpenQuillhavenFileTest, NoPieceOfAFileOpens)
     }
 }
 
-TEST_F(OpenQuillhavenFileTest, OtherFilesAreToldApart)
+TEST_F(OpenQuillhavenFileTest, OtherFilesAreRecognized)
 {
     const auto statusOf = [this](const QByteArray &bytes) {
         return runReader({home.write(QStringLiteral("other"), bytes), QStringLiteral("-")}, password);
@@ -214,7 +214,7 @@ TEST_F(OpenQuillhavenFileTest, OtherFilesAreToldApart)
               readerNotOurs);
 }
 
-TEST_F(OpenQuillhavenFileTest, WhatStandsInTheWayStays)
+TEST_F(OpenQuillhavenFileTest, AnExistingFileIsNotOverwritten)
 {
     createBackup(home.write(QStringLiteral("plain"), "The letter"));
     home.write(QStringLiteral("opened"), "mine");
@@ -262,7 +262,7 @@ TEST_F(OpenQuillhavenFileTest, NothingIsWrittenThroughALinkOfTheArchive)
     EXPECT_TRUE(QDir(home.path(QStringLiteral("outside"))).isEmpty());
 }
 
-TEST_F(OpenQuillhavenFileTest, LinksThatLeadOutAreLeftOutAndTold)
+TEST_F(OpenQuillhavenFileTest, LinksThatLeadOutAreLeftOutAndReported)
 {
     createBackupOfArchive(QStringLiteral("entry('item/data.txt')\n"
                                          "entry('item/in', tarfile.SYMTYPE, 'data.txt')\n"

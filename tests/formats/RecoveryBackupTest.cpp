@@ -168,7 +168,7 @@ protected:
     const QByteArray metadata = "3F2504E0-4F89-41D3-9A0C-0305E82C3301:letter.txt";
 };
 
-TEST_F(RecoveryBackupTest, EveryFieldStandsAtItsOffset)
+TEST_F(RecoveryBackupTest, EveryFieldIsAtItsOffset)
 {
     CountingRandom counting;
     const QByteArray plaintext = "Dear Ann,\n";
@@ -378,7 +378,7 @@ TEST_F(RecoveryBackupTest, FortyFiveBytesWithMetadataToTheLastAreRefused)
     EXPECT_EQ(messageFor("RECOVERY" + QByteArray(32, '\0') + littleEndian(1) + 'x'), metadataMessage);
 }
 
-TEST_F(RecoveryBackupTest, OneByteBehindTheMetadataIsNoBox)
+TEST_F(RecoveryBackupTest, OneByteAfterTheMetadataIsNoBox)
 {
     expectNotAuthentic("RECOVERY" + QByteArray(32, '\0') + littleEndian(0) + 'x', password);
     expectNotAuthentic("RECOVERY" + QByteArray(32, '\0') + littleEndian(1) + "xy", password);

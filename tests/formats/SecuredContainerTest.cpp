@@ -112,7 +112,7 @@ TEST_F(SecuredContainerTest, AHundredMebibytesOpenAndNeedLittleMoreMemoryThanThe
 
     QFile most(QStringLiteral("/proc/self/clear_refs"));
     ASSERT_TRUE(most.open(QIODevice::WriteOnly));
-    ASSERT_EQ(most.write("5"), 1); // the peak begins anew
+    ASSERT_EQ(most.write("5"), 1); // the peak is counted from here
     most.close();
     const qint64 before = memory("VmRSS");
     write(file.fileName(), password);

@@ -94,7 +94,7 @@ TEST(FileError, ALinkIsDeclinedInFavourOfWhatItLeadsTo)
               "Could not open the folder \"link\" because it is only a link. Choose the folder it leads to instead.");
 }
 
-TEST(FileError, TheCallersVerbTakesThePlaceOfTheActionWhateverTheKind)
+TEST(FileError, TheCallersVerbReplacesTheActionForEveryKind)
 {
     const QString path = QStringLiteral("/home/me/a.txt");
     const auto printing = [&path](int error, const QString &target = {}) {

@@ -15,12 +15,12 @@ namespace quillhaven {
 
 bool OpenSslRandomSource::fill(std::span<std::byte> buffer)
 {
-    // The generator may leave half its output behind when it fails, so it writes beside the caller's buffer.
+    // A generator that fails may have written a part, so the caller's buffer is filled only after a success.
     std::vector<unsigned char> fresh(buffer.size());
-    constexpr size_t most = std::numeric_limits<int>::max();
+    constexpr size_t maxRequest = std::numeric_limits<int>::max();
     bool isFilled = true;
     for (size_t done = 0; isFilled && done < fresh.size();) {
-        const size_t count = std::min(most, fresh.size() - done);
+        const size_t count = std::min(maxRequest, fresh.size() - done);
         isFilled = RAND_bytes(fresh.data() + done, static_cast<int>(count)) == 1;
         done += count;
     }

@@ -47,7 +47,7 @@ using Objects = std::unique_ptr<GList, Calls<freeObjects>>;
 using Secret = std::unique_ptr<SecretValue, Calls<secret_value_unref>>;
 using Variant = std::unique_ptr<GVariant, Calls<g_variant_unref>>;
 
-/// An error that a call may leave behind.
+/// The error of a call, if it had one.
 class Failure
 {
 public:

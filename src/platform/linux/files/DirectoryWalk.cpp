@@ -30,8 +30,8 @@ int byName(const FTSENT **a, const FTSENT **b)
     throw FileError::fromErrno(errorNumber, isFolder ? action : FileError::Action::Read, decodedPath(entry.fts_path));
 }
 
-/// Whether something else is mounted over the entry: another volume, or a folder or file of the same one, whose device
-/// number then tells nothing.
+/// Whether something else is mounted over the entry: another volume, or a folder or file of the same one, which has the
+/// same device number.
 bool isMountPoint(const FTSENT &entry, dev_t volume)
 {
     struct statx status{};

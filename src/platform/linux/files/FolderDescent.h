@@ -10,8 +10,8 @@
 
 namespace quillhaven {
 
-/// The way from a folder down to one below it, however deep: only the last few folders are held open. The way back up
-/// leads over ".." and is checked, so that a folder which somebody moves meanwhile leads nowhere else.
+/// The way from a folder down to one below it, of any depth. Only the last few folders are held open. The way back up
+/// leads over ".." and is checked, so that moving a folder meanwhile does not lead it elsewhere.
 class FolderDescent
 {
 public:

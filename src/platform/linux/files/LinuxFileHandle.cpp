@@ -26,7 +26,7 @@ LinuxFileHandle::LinuxFileHandle(const QString &path) : m_path(path)
     if (lstat(name.constData(), &status) != 0) {
         fail(errno);
     }
-    // A device may act when it is opened, so the type is asked before and again afterwards.
+    // Opening a device may make it act, so the type is checked before, and again afterwards.
     if (S_ISLNK(status.st_mode)) {
         throw FileError::of(FileError::Kind::OnlyALink, action, path);
     }
@@ -62,15 +62,15 @@ bool LinuxFileHandle::setDirect(bool isWanted)
 void LinuxFileHandle::writeThrough(std::span<const std::byte> bytes)
 {
     while (!bytes.empty()) {
-        const auto stretch = bytes.first(std::min(bytes.size(), stretchSize));
-        writeStretch(stretch);
-        bytes = bytes.subspan(stretch.size());
+        const auto piece = bytes.first(std::min(bytes.size(), maxPiece));
+        writePiece(piece);
+        bytes = bytes.subspan(piece.size());
     }
 }
 
-void LinuxFileHandle::writeStretch(std::span<const std::byte> bytes)
+void LinuxFileHandle::writePiece(std::span<const std::byte> bytes)
 {
-    std::ranges::copy(bytes, m_stretch.begin());
+    std::ranges::copy(bytes, m_piece.begin());
     for (size_t done = 0; done < bytes.size();) {
         const size_t rest = bytes.size() - done;
         const bool isWholeBlocks = m_offset % blockSize == 0 && rest % blockSize == 0 && done % blockSize == 0;
@@ -78,7 +78,7 @@ void LinuxFileHandle::writeStretch(std::span<const std::byte> bytes)
         if (!(m_allowsDirect && isWholeBlocks) && !setDirect(false)) {
             fail(errno);
         }
-        const iovec piece{m_stretch.data() + done, rest};
+        const iovec piece{m_piece.data() + done, rest};
         const ssize_t count = m_knowsFlushingWrites
                                   ? pwritev2(m_file.get(), &piece, 1, static_cast<off_t>(m_offset), RWF_DSYNC)
                                   : pwrite(m_file.get(), piece.iov_base, rest, static_cast<off_t>(m_offset));
@@ -107,7 +107,7 @@ void LinuxFileHandle::writeStretch(std::span<const std::byte> bytes)
 
 void LinuxFileHandle::synchronizeFile()
 {
-    // Another call would have the device empty its cache once more for nothing.
+    // Another call would make the device flush its cache again for nothing.
     if (!m_hasUnflushed) {
         return;
     }

@@ -10,12 +10,12 @@
 
 namespace quillhaven {
 
-/// Overwrites a regular file past the page cache where the file system allows it, which reaches the device in the
-/// fewest steps; otherwise through the cache, with a flush of each write.
+/// Overwrites a regular file directly on the device, without the page cache, where the file system allows it: that
+/// takes the fewest steps. Elsewhere it writes through the cache and flushes each write.
 class LinuxFileHandle final : public FileHandle
 {
 public:
-    /// Throws for a link and for what is no regular file, before anything happens to it.
+    /// Throws for a link and for anything that is no regular file, before anything happens to it.
     explicit LinuxFileHandle(const QString &path);
 
     void seek(uint64_t offset) override { m_offset = offset; }
@@ -25,10 +25,10 @@ public:
 
 private:
     static constexpr size_t blockSize = 4096;
-    static constexpr size_t stretchSize = 65536;
+    static constexpr size_t maxPiece = 65536;
 
     [[noreturn]] void fail(int errorNumber) const;
-    void writeStretch(std::span<const std::byte> bytes);
+    void writePiece(std::span<const std::byte> bytes);
     [[nodiscard]] bool setDirect(bool isWanted);
 
     QString m_path;
@@ -38,7 +38,7 @@ private:
     bool m_allowsDirect = true;
     bool m_knowsFlushingWrites = true;
     bool m_hasUnflushed = false;
-    alignas(blockSize) std::array<std::byte, stretchSize> m_stretch{};
+    alignas(blockSize) std::array<std::byte, maxPiece> m_piece{};
 };
 
 } // namespace quillhaven

@@ -8,7 +8,7 @@
 
 namespace quillhaven {
 
-/// Owns a file descriptor. A failed open may be handed in as it is (-1); errno then still tells why.
+/// Owns a file descriptor. It may be given the -1 of a failed open, and leaves errno alone then.
 class ScopedFd
 {
 public:

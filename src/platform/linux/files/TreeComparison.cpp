@@ -100,7 +100,7 @@ private:
     std::optional<dev_t> m_volume;
 };
 
-/// Labels that the system's policy or the file system itself gives each file anew are no property of the item.
+/// Labels that the system's policy or the file system gives to each new file are no property of the item.
 bool belongsToTheItem(const QByteArray &attribute)
 {
     return attribute.startsWith("user.") || attribute.startsWith("trusted.") || attribute == "security.capability" ||
@@ -189,7 +189,7 @@ bool haveSameContent(const Entry &source, const Entry &copy)
     }
 }
 
-/// Walks the source and goes down and up in the copy beside it.
+/// Walks the source and follows in the copy.
 class Comparison final : public TreeVisitor
 {
 public:

@@ -35,9 +35,9 @@ public:
     virtual void left(const TreeEntry &entry) = 0;
 };
 
-/// Walks what exists at and below `path`, by names in each folder. Goes through open folders, so that a folder which
-/// somebody turns into a link meanwhile leads nowhere else. However deep the tree is, few folders are open at a time
-/// and nothing recurses. Throws a FileError with `action` for a folder that cannot be entered.
+/// Walks what exists at and below `path`, in the order of the names in each folder. Walks open folders, so that
+/// replacing a folder with a link meanwhile does not lead it elsewhere. However deep the tree is, few folders are open
+/// at a time and nothing recurses. Throws a FileError with `action` for a folder that cannot be entered.
 void walkTree(const QByteArray &path, FileError::Action action, TreeVisitor &visitor);
 
 } // namespace quillhaven

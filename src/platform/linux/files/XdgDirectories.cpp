@@ -23,8 +23,8 @@ QString place(QStandardPaths::StandardLocation location)
     return QDir::cleanPath(QStandardPaths::writableLocation(location));
 }
 
-/// Another user may have made the name first in the shared folder above, as a link or as a folder of theirs, to read
-/// or replace what is put there. So the folder is taken only when it is one, is no link, and is this user's.
+/// Another user may have made a link or a folder of this name first in the shared folder above, to read or replace what
+/// is put there. So the folder is used only if it is a folder, no link, and this user's.
 void makePrivateDirectory(const QString &path)
 {
     constexpr mode_t ownerOnly = 0700;

@@ -24,7 +24,7 @@ namespace {
 const QString masterPassword = QStringLiteral("Abcdefg1");
 constexpr int enoughTicks = 50;
 
-/// A program beside a keyring that holds every answer back until it is told to give them.
+/// A program beside a keyring that holds every answer back until the test asks for them.
 class SlowKeyring : public ::testing::Test
 {
 protected:

@@ -1,6 +1,6 @@
 #!/usr/bin/python3
 # SPDX-License-Identifier: GPL-3.0-or-later
-"""A keyring that answers when it is told to, for a client that must not wait with its window.
+"""A keyring that answers on request, for a client that must not wait with its window.
 
 Takes org.freedesktop.secrets on the session bus with one unlocked collection and one entry, the master password given
 as the last argument. Every search is held until Release is called on com.tarnwick.HeldKeyring; Held counts the held

@@ -44,8 +44,8 @@ TEST_F(AbandonedDuplicatesTest, AMoveToAnotherFileSystemRemovesCopiesOfAnEndedPr
     write(leftAtSource, "mine");
 
     files.moveItem(source, other(QStringLiteral("b.txt")));
-    EXPECT_FALSE(stands(left));
-    EXPECT_FALSE(stands(leftAtSource));
+    EXPECT_FALSE(exists(left));
+    EXPECT_FALSE(exists(leftAtSource));
     EXPECT_EQ(read(other(QStringLiteral("b.txt"))), "mine");
 }
 
@@ -55,7 +55,7 @@ TEST_F(AbandonedDuplicatesTest, FolderOfAnEndedProcessIsRemovedWithAllThatItHold
     files.createDirectory(left + QStringLiteral("/deep"));
     write(left + QStringLiteral("/deep/inner.txt"), "mine");
     files.discardAbandonedItems(home.path());
-    EXPECT_FALSE(stands(left));
+    EXPECT_FALSE(exists(left));
 }
 
 TEST_F(AbandonedDuplicatesTest, LinkIsRemovedAndWhatItPointsToStays)
@@ -64,7 +64,7 @@ TEST_F(AbandonedDuplicatesTest, LinkIsRemovedAndWhatItPointsToStays)
     const QString left = nameOfEndedProcess(home.path(QStringLiteral("item")));
     ASSERT_TRUE(QFile::link(home.path(QStringLiteral("kept")), left));
     files.discardAbandonedItems(home.path());
-    EXPECT_FALSE(stands(left));
+    EXPECT_FALSE(exists(left));
     EXPECT_EQ(read(kept), "mine");
 }
 
@@ -110,22 +110,22 @@ TEST_F(AbandonedDuplicatesTest, OriginalUnderAHiddenNameStaysWhateverProcessMade
     ASSERT_TRUE(QFile::remove(original));
 }
 
-TEST_F(AbandonedDuplicatesTest, AFolderIsListedOnceForManyMovesByEachFileManagerOfItsOwn)
+TEST_F(AbandonedDuplicatesTest, EachFileManagerListsAFolderOnceForManyMoves)
 {
     const QString late = nameOfEndedProcess(other(QStringLiteral("x")));
     files.moveItem(home.write(QStringLiteral("a.txt")), other(QStringLiteral("a.txt")));
     write(late, "half");
     files.moveItem(home.write(QStringLiteral("b.txt")), other(QStringLiteral("b.txt")));
-    EXPECT_TRUE(stands(late)) << "the folder was listed again";
+    EXPECT_TRUE(exists(late)) << "the folder was listed again";
     LinuxFileManager second;
     second.moveItem(home.write(QStringLiteral("c.txt")), other(QStringLiteral("c.txt")));
-    EXPECT_FALSE(stands(late)) << "another manager's moves count";
+    EXPECT_FALSE(exists(late)) << "another manager's moves count";
 }
 
 TEST_F(AbandonedDuplicatesTest, MissingFolderIsNoFailure)
 {
     files.discardAbandonedItems(home.path(QStringLiteral("missing")));
-    EXPECT_FALSE(stands(home.path(QStringLiteral("missing"))));
+    EXPECT_FALSE(exists(home.path(QStringLiteral("missing"))));
 }
 
 } // namespace quillhaven::testing

@@ -97,7 +97,7 @@ TEST_P(FileCopiesTest, ALinkIsCopiedAsALink)
     EXPECT_TRUE(S_ISLNK(status(target(QStringLiteral("copy"))).st_mode));
 }
 
-TEST_P(FileCopiesTest, WhatStandsAtTheTargetIsNotTouched)
+TEST_P(FileCopiesTest, CopyNeverOverwritesTheTarget)
 {
     const QString source = home.write(QStringLiteral("source"), "new");
     const QString file = target(QStringLiteral("file"));

@@ -57,7 +57,7 @@ TEST_F(DeepTreesTest, ATreeMovesToAnotherFileSystem)
     const QString source = home.path(QStringLiteral("t"));
     makeTree(source);
     files.moveItem(source, other(QStringLiteral("t")));
-    EXPECT_FALSE(stands(source));
+    EXPECT_FALSE(exists(source));
     EXPECT_EQ(read(deepestFile(other(QStringLiteral("t")))), "deep");
     files.removeItem(other(QStringLiteral("t"))); // QTemporaryDir does not remove so deep a tree
 }
@@ -102,7 +102,7 @@ TEST_F(DeepTreesTest, ATreeThatNoPathReachesToItsEndIsRemoved)
     const QString tree = other(QStringLiteral("t"));
     makeTree(tree, "deep", 10'000);
     files.removeItem(tree);
-    EXPECT_FALSE(stands(tree));
+    EXPECT_FALSE(exists(tree));
 }
 
 } // namespace

@@ -48,7 +48,7 @@ TEST_F(RegularFilesTest, ListsEveryFileAtAnyDepthHiddenOnesTooInTheOrderOfTheNam
                                                                "empty.txt: 0"));
 }
 
-TEST_F(RegularFilesTest, ASlashBehindTheFolderChangesNothing)
+TEST_F(RegularFilesTest, ATrailingSlashChangesNothing)
 {
     inFolder(QStringLiteral("a"));
     EXPECT_EQ(files.regularFilesBelow(folder + QStringLiteral("//")), files.regularFilesBelow(folder));

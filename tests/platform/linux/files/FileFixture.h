@@ -57,7 +57,7 @@ protected:
         return result;
     }
     /// Anything, a dangling link included.
-    static bool stands(const QString &path)
+    static bool exists(const QString &path)
     {
         struct stat result{};
         return lstat(bytesOf(path).constData(), &result) == 0;

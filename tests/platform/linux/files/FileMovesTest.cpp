@@ -29,10 +29,10 @@ TEST_F(FileMovesTest, MovesEveryNameOnOneFileSystemAndToAnother)
         files.createDirectory(home.path(QStringLiteral("out")));
         const QString near = home.path(QStringLiteral("out/") + name);
         files.moveItem(source, near);
-        EXPECT_FALSE(stands(source));
+        EXPECT_FALSE(exists(source));
         EXPECT_EQ(read(near), name.toUtf8());
         files.moveItem(near, other(name));
-        EXPECT_FALSE(stands(near));
+        EXPECT_FALSE(exists(near));
         EXPECT_EQ(read(other(name)), name.toUtf8());
     }
 }
@@ -59,8 +59,8 @@ TEST_F(FileMovesTest, MoveFailsWhenTargetIsAHardLinkOfTheSource)
     ASSERT_EQ(link(bytesOf(source).constData(), bytesOf(second).constData()), 0);
     expectKind(Kind::TargetExists, [&] { files.moveItem(source, second); });
     EXPECT_EQ(renameWithoutFlags(bytesOf(source), bytesOf(second)), EEXIST);
-    EXPECT_TRUE(stands(source));
-    EXPECT_TRUE(stands(second));
+    EXPECT_TRUE(exists(source));
+    EXPECT_TRUE(exists(second));
 }
 
 TEST_F(FileMovesTest, AMissingSourceOrFolderOrAFolderIntoItselfFails)
@@ -72,7 +72,7 @@ TEST_F(FileMovesTest, AMissingSourceOrFolderOrAFolderIntoItselfFails)
     expectKind(Kind::Other, [&] {
         files.moveItem(home.path(QStringLiteral("folder")), home.path(QStringLiteral("folder/inside")));
     });
-    EXPECT_TRUE(stands(source));
+    EXPECT_TRUE(exists(source));
 }
 
 TEST_F(FileMovesTest, AFileThatAnotherProcessHoldsOpenMoves)
@@ -110,7 +110,7 @@ TEST_F(FileMovesTest, ATreeKeepsEverythingOnAnotherFileSystem)
     const QString target = other(QStringLiteral("moved"));
     files.moveItem(source, target);
 
-    EXPECT_FALSE(stands(source));
+    EXPECT_FALSE(exists(source));
     const QString moved = target + QStringLiteral("/sub/tool");
     EXPECT_EQ(read(moved), "run");
     EXPECT_EQ(status(moved).st_mode & 07777, 04751);
@@ -127,7 +127,7 @@ TEST_F(FileMovesTest, ATreeKeepsEverythingOnAnotherFileSystem)
     char linkText[16] = {};
     EXPECT_EQ(readlink(bytesOf(target + QStringLiteral("/link")).constData(), linkText, sizeof linkText), 8);
     EXPECT_STREQ(linkText, "sub/tool");
-    EXPECT_TRUE(stands(target + QStringLiteral("/dangling")));
+    EXPECT_TRUE(exists(target + QStringLiteral("/dangling")));
     EXPECT_TRUE(S_ISFIFO(status(target + QStringLiteral("/fifo")).st_mode));
     EXPECT_TRUE(files.isDirectory(target + QStringLiteral("/empty")));
 }
@@ -145,7 +145,7 @@ TEST_F(FileMovesTest, ADanglingLinkMovesAsALink)
     ASSERT_EQ(symlink("nowhere", bytesOf(source).constData()), 0);
     files.moveItem(source, other(QStringLiteral("link")));
     EXPECT_TRUE(S_ISLNK(status(other(QStringLiteral("link"))).st_mode));
-    EXPECT_FALSE(stands(source));
+    EXPECT_FALSE(exists(source));
 }
 
 TEST_F(FileMovesTest, APropertyThatTheOtherFileSystemLosesStopsTheMove)
@@ -168,7 +168,7 @@ TEST_F(FileMovesTest, APropertyThatTheOtherFileSystemLosesStopsTheMove)
             error->errorDescription().endsWith(QStringLiteral("because the owner of the item would be lost there.")));
     }
     EXPECT_EQ(read(source), "theirs");
-    EXPECT_FALSE(stands(other(QStringLiteral("theirs.txt"))));
+    EXPECT_FALSE(exists(other(QStringLiteral("theirs.txt"))));
 }
 
 TEST_F(FileMovesTest, AFolderThatCouldNotBeEmptiedIsNotCopiedAtAll)
@@ -183,8 +183,8 @@ TEST_F(FileMovesTest, AFolderThatCouldNotBeEmptiedIsNotCopiedAtAll)
         expectKind(Kind::NoPermission,
                    [&] { files.moveItem(home.path(QStringLiteral("folder")), other(QStringLiteral("folder"))); });
     }
-    EXPECT_TRUE(stands(inner));
-    EXPECT_FALSE(stands(other(QStringLiteral("folder"))));
+    EXPECT_TRUE(exists(inner));
+    EXPECT_FALSE(exists(other(QStringLiteral("folder"))));
     ASSERT_EQ(chmod(bytesOf(home.path(QStringLiteral("folder/locked"))).constData(), 0755), 0);
 }
 
@@ -193,7 +193,7 @@ class ReplaceTest : public FileTest, public ::testing::WithParamInterface<std::t
 {
 };
 
-TEST_P(ReplaceTest, TheReplacementStandsInThePlaceAndNowhereElse)
+TEST_P(ReplaceTest, TheReplacementIsInThePlaceAndNowhereElse)
 {
     const auto [isOldFolder, isNewFolder, isAcross] = GetParam();
     const QString original = home.path(QStringLiteral("b \"quoted\""));
@@ -210,9 +210,9 @@ TEST_P(ReplaceTest, TheReplacementStandsInThePlaceAndNowhereElse)
         write(replacement, "new");
     }
     files.replaceItemAt(original, replacement);
-    EXPECT_FALSE(stands(replacement));
+    EXPECT_FALSE(exists(replacement));
     EXPECT_EQ(read(isNewFolder ? original + QStringLiteral("/file") : original), "new");
-    EXPECT_FALSE(stands(original + QStringLiteral("/old")));
+    EXPECT_FALSE(exists(original + QStringLiteral("/old")));
 }
 
 INSTANTIATE_TEST_SUITE_P(Pairings, ReplaceTest,
@@ -234,7 +234,7 @@ TEST_F(FileMovesTest, ReplacingByASecondNameOfTheSameFileLeavesOneName)
     ASSERT_EQ(link(bytesOf(file).constData(), bytesOf(second).constData()), 0);
     files.replaceItemAt(file, second);
     EXPECT_EQ(read(file), "whole");
-    EXPECT_FALSE(stands(second));
+    EXPECT_FALSE(exists(second));
 }
 
 TEST_F(FileMovesTest, AFolderThatMayNotBeEmptiedIsNotReplaced)
@@ -248,7 +248,7 @@ TEST_F(FileMovesTest, AFolderThatMayNotBeEmptiedIsNotReplaced)
         const AsPlainUser user;
         expectKind(Kind::NoPermission, [&] { files.replaceItemAt(home.path(QStringLiteral("old")), fresh); });
     }
-    EXPECT_TRUE(stands(inner));
+    EXPECT_TRUE(exists(inner));
     EXPECT_EQ(read(fresh), "new");
     ASSERT_EQ(chmod(bytesOf(home.path(QStringLiteral("old/locked"))).constData(), 0755), 0);
 }

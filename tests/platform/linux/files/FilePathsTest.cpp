@@ -99,7 +99,7 @@ TEST(FilePaths, AnyMixtureOfBytesComesBackAndNoTwoReadTheSame)
     }
 }
 
-TEST(FilePaths, HalvesOfPairsThatStandForNoByteAreRefused)
+TEST(FilePaths, HalvesOfPairsThatRepresentNoByteAreRefused)
 {
     EXPECT_TRUE(isRefused(units({u'/', 0xD800})));
     EXPECT_TRUE(isRefused(units({u'/', 0xD800, u'a'})));

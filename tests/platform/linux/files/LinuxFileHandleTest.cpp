@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// The calls that reach the kernel stand here in front of the C library's own, so that a test sees which writes are
-// flushed, and meets file systems that this machine has not got.
+// The calls that reach the kernel are defined here in place of the C library's own, so that a test sees which writes
+// are flushed, and meets file systems that this machine has not got.
 
 #include "FileFixture.h"
 
@@ -35,7 +35,7 @@ struct Kernel
     std::function<int(const Call &)> fails;
     size_t mostAtOnce = SIZE_MAX;
     bool writesNothing = false;
-    /// Once, behind the next look at a path.
+    /// Runs once, after the next look at a path.
     std::function<void()> afterLook;
 };
 Kernel *kernel = nullptr;
@@ -232,7 +232,7 @@ TEST_P(OverwritingTest, WhatAnotherProgramReadsAndMapsIsTheNewContent)
     EXPECT_EQ(mapped[65536], 'y');
 }
 
-TEST_P(OverwritingTest, WhatIsWrittenBehindTheEndMakesTheFileLonger)
+TEST_P(OverwritingTest, WritingPastTheEndMakesTheFileLonger)
 {
     const QString path = file("12345");
     overwrite(path, 0, QByteArray(70'000, 'y'));
@@ -306,7 +306,7 @@ TEST_P(OverwritingTest, ShortAndInterruptedWritesGoOnWhereTheyEnded)
     EXPECT_TRUE(read(path) == "x" + bytes + QByteArray(150'000 - 140'000 - 1, 'x'));
 }
 
-TEST_P(OverwritingTest, AShortDirectWriteGoesOnWhereItEnded)
+TEST_P(OverwritingTest, AShortDirectWriteContinuesWhereItEnded)
 {
     m_kernel.mostAtOnce = 8192;
     const QByteArray bytes = patterned(131'072, 7);
@@ -336,11 +336,11 @@ TEST_P(OverwritingTest, AWriteOrAFlushThatFailsIsAnError)
     EXPECT_EQ(error->errorDescription(), QStringLiteral("Could not overwrite \"file\": Input/output error."));
 }
 
-TEST_P(OverwritingTest, AWriteThatTakesNothingIsAnInputOutputError)
+TEST_P(OverwritingTest, AWriteOfZeroBytesIsAnInputOutputError)
 {
     const QString path = file(QByteArray(10, 'x'));
     m_kernel.writesNothing = true;
-    // Whatever the last failed call left behind is not the reason.
+    // An errno that an earlier call left is not the reason.
     const auto error = errorOf([&] {
         EXPECT_EQ(access("absent", F_OK), -1);
         overwrite(path, 0, QByteArray(10, 'y'));
@@ -379,11 +379,11 @@ TEST_P(OverwritingTest, LinksAndWhatIsNoFileAreRefusedUntouched)
         expectKind(Kind::NotAFileOrFolder, [&] { (void)files.openForOverwriting(refused); });
     }
     expectKind(Kind::NoSuchFile, [&] { (void)files.openForOverwriting(path + QStringLiteral("-absent")); });
-    EXPECT_FALSE(stands(path + QStringLiteral("-absent")));
+    EXPECT_FALSE(exists(path + QStringLiteral("-absent")));
     EXPECT_EQ(read(path), "kept");
 }
 
-TEST_P(OverwritingTest, WhatTakesTheFilesPlaceBetweenTheLookAndTheOpeningIsRefusedAtOnce)
+TEST_P(OverwritingTest, AFileReplacedBetweenTheCheckAndTheOpeningIsRefused)
 {
     const QString target = file("kept");
     const QString path = target + QStringLiteral("-changing");
@@ -429,7 +429,7 @@ TEST_P(OverwritingTest, AFileThatMayNotBeWrittenIsRefused)
     expectKind(Kind::NoPermission, [&] { (void)files.openForOverwriting(path); });
 }
 
-TEST_P(OverwritingTest, AClosedFileTakesNoMoreWrites)
+TEST_P(OverwritingTest, WritingToAClosedFileFails)
 {
     const QString path = file("kept");
     const std::unique_ptr<FileHandle> handle = files.openForOverwriting(path);

@@ -38,7 +38,7 @@ TEST_F(LinuxFileManagerTest, WritableIsAskedForTheUserWhoRuns)
     EXPECT_FALSE(files.isWritableFile(file));
 }
 
-TEST_F(LinuxFileManagerTest, MakesAllMissingFoldersForTheOwnerAloneAndIsContentWithStandingOnes)
+TEST_F(LinuxFileManagerTest, MakesAllMissingFoldersForTheOwnerOnlyAndAcceptsExistingOnes)
 {
     const QString folder = home.path(QStringLiteral("a/b c/d"));
     files.createDirectory(folder);
@@ -147,17 +147,17 @@ TEST_F(LinuxFileManagerTest, RemovesAFolderWithAllItHoldsAndFollowsNoLink)
     ASSERT_TRUE(QFile::link(home.path(QStringLiteral("kept")), home.path(QStringLiteral("folder/link"))));
     ASSERT_EQ(mkfifo(bytesOf(home.path(QStringLiteral("folder/fifo"))).constData(), 0600), 0);
     files.removeItem(home.path(QStringLiteral("folder")));
-    EXPECT_FALSE(stands(home.path(QStringLiteral("folder"))));
+    EXPECT_FALSE(exists(home.path(QStringLiteral("folder"))));
     EXPECT_EQ(read(kept), "kept");
 }
 
-TEST_F(LinuxFileManagerTest, RemovesALinkItselfAlsoWithASlashBehindIt)
+TEST_F(LinuxFileManagerTest, RemovesALinkItselfEvenWithATrailingSlash)
 {
     const QString kept = home.write(QStringLiteral("kept/file"), "kept");
     const QString link = home.path(QStringLiteral("link"));
     ASSERT_TRUE(QFile::link(home.path(QStringLiteral("kept")), link));
     files.removeItem(link + QLatin1Char('/'));
-    EXPECT_FALSE(stands(link));
+    EXPECT_FALSE(exists(link));
     EXPECT_EQ(read(kept), "kept");
     expectKind(Kind::NoSuchFile, [&] { files.removeItem(link); });
 }
@@ -177,7 +177,7 @@ TEST_F(LinuxFileManagerTest, AFolderThatMayNotBeEmptiedIsNamedByTheFileInIt)
         EXPECT_EQ(error->kind(), Kind::NoPermission);
         EXPECT_EQ(error->errorDescription(), QStringLiteral("You don't have permission to remove \"file.txt\"."));
     }
-    EXPECT_TRUE(stands(inner));
+    EXPECT_TRUE(exists(inner));
     ASSERT_EQ(chmod(bytesOf(locked).constData(), 0755), 0);
 }
 
@@ -240,7 +240,7 @@ TEST_F(LinuxFileManagerTest, WhatTheUserMayNotReadOrMoveIsRefused)
     }
     ASSERT_EQ(chmod(bytesOf(closed).constData(), 0755), 0);
     for (const QString &folder : {open, closed, sticky}) {
-        EXPECT_TRUE(stands(in(folder)));
+        EXPECT_TRUE(exists(in(folder)));
     }
 }
 

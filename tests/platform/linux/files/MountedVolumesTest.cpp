@@ -37,7 +37,7 @@ TEST_F(MountedVolumesTest, AFullDiskLeavesTheSourceWholeAndNoCopy)
     EXPECT_EQ(full->errorDescription(), QStringLiteral("There is not enough space on the disk to write \"c\"."));
 }
 
-TEST_F(MountedVolumesTest, AReadOnlyVolumeIsToldAndNothingChanges)
+TEST_F(MountedVolumesTest, AReadOnlyVolumeIsReportedAndNothingChanges)
 {
     home.write(QStringLiteral("volume/file"), "kept");
     const QString volume = home.path(QStringLiteral("volume"));
@@ -54,7 +54,7 @@ TEST_F(MountedVolumesTest, AReadOnlyVolumeIsToldAndNothingChanges)
     EXPECT_FALSE(files.isWritableFile(volume));
     EXPECT_EQ(read(file), "kept");
     EXPECT_EQ(read(outside), "outside");
-    EXPECT_FALSE(stands(home.path(QStringLiteral("taken"))));
+    EXPECT_FALSE(exists(home.path(QStringLiteral("taken"))));
 }
 
 TEST_F(MountedVolumesTest, AVolumeMountedInAFolderIsNeitherEmptiedNorMoved)
