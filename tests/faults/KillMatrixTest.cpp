@@ -154,7 +154,7 @@ TEST_P(KillMatrix, ProtectStoppedAfterEachChangeLeavesWhatItPromises)
         QStringLiteral("placeholder, data, container, locked"), QStringLiteral("placeholder, data, container, locked")};
     QStringList states = fileStates;
     QStringList calls{QStringLiteral("moveItem"), QStringLiteral("writeFile"), QStringLiteral("writeFile"),
-                      QStringLiteral("add"),      QStringLiteral("setObject"), QStringLiteral("setObject")};
+                      QStringLiteral("add"),      QStringLiteral("setArray"),  QStringLiteral("setArray")};
     if (isFolder()) {
         states.removeAt(3);
         calls.removeAt(3);
@@ -203,7 +203,7 @@ TEST_P(KillMatrix, LockStoppedAfterEachChangeLeavesWhatItPromises)
     const Scene scene(GetParam());
     scene.runToEnd("protect");
     scene.runToEnd("unlock");
-    EXPECT_EQ(scene.runToEnd("lock").join(QLatin1Char(' ')), QStringLiteral("moveItem writeFile setObject setObject"));
+    EXPECT_EQ(scene.runToEnd("lock").join(QLatin1Char(' ')), QStringLiteral("moveItem writeFile changeArray setArray"));
 }
 
 TEST_P(KillMatrix, UnlockStoppedAfterEachChangeLeavesWhatItPromises)
@@ -226,7 +226,7 @@ TEST_P(KillMatrix, UnlockStoppedAfterEachChangeLeavesWhatItPromises)
     const Scene scene(GetParam());
     scene.runToEnd("protect");
     EXPECT_EQ(scene.runToEnd("unlock").join(QLatin1Char(' ')),
-              QStringLiteral("removeItem moveItem setObject setObject"));
+              QStringLiteral("removeItem moveItem changeArray setArray"));
 }
 
 TEST_P(KillMatrix, RemovalStoppedAfterEachChangeLeavesWhatItPromises)
@@ -254,8 +254,8 @@ TEST_P(KillMatrix, RemovalStoppedAfterEachChangeLeavesWhatItPromises)
     const Scene scene(GetParam());
     scene.runToEnd("protect");
     EXPECT_EQ(scene.runToEnd("remove").join(QLatin1Char(' ')),
-              isFolder() ? QStringLiteral("replaceItemAt removeItem setObject setObject")
-                         : QStringLiteral("replaceItemAt removeItem remove remove setObject setObject"));
+              isFolder() ? QStringLiteral("replaceItemAt removeItem changeArray setArray")
+                         : QStringLiteral("replaceItemAt removeItem remove remove changeArray setArray"));
 }
 
 INSTANTIATE_TEST_SUITE_P(Items, KillMatrix, ::testing::Values(Kind::file, Kind::folder),
