@@ -15,23 +15,14 @@ namespace quillhaven {
 
 namespace {
 
-/// The flag orders the two threads by itself: the thread sanitizer does not see the order that Qt's queue establishes.
 class Call : public QEvent
 {
 public:
-    explicit Call(std::function<void()> action) : QEvent(QEvent::User), m_action(std::move(action))
-    {
-        m_isWritten.test_and_set(std::memory_order_release);
-    }
-    void run() const
-    {
-        m_isWritten.wait(false, std::memory_order_acquire);
-        m_action();
-    }
+    explicit Call(std::function<void()> action) : QEvent(QEvent::User), m_action(std::move(action)) {}
+    void run() const { m_action(); }
 
 private:
     std::function<void()> m_action;
-    std::atomic_flag m_isWritten;
 };
 
 /// Receives the calls. It outlives them all, whatever they destroy.
@@ -40,14 +31,25 @@ class Receiver : public QObject
 public:
     Receiver() { moveToThread(QCoreApplication::instance()->thread()); }
 
+    void post(std::unique_ptr<Call> call)
+    {
+        m_posts.fetch_add(1, std::memory_order_release);
+        QCoreApplication::postEvent(this, call.release());
+    }
+
     bool event(QEvent *event) override
     {
+        m_posts.load(std::memory_order_acquire);
         if (event->type() != QEvent::User) {
             return QObject::event(event);
         }
         static_cast<const Call *>(event)->run();
         return true;
     }
+
+private:
+    /// Orders the threads by itself: the thread sanitizer does not see the order that Qt's queue establishes.
+    std::atomic<quint64> m_posts = 0;
 };
 
 } // namespace
@@ -55,7 +57,7 @@ public:
 void postToMainThread(std::function<void()> action)
 {
     static Receiver receiver;
-    QCoreApplication::postEvent(&receiver, new Call(std::move(action)));
+    receiver.post(std::make_unique<Call>(std::move(action)));
 }
 
 void resumeOnMainThread(std::coroutine_handle<> waiting)

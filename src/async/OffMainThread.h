@@ -28,11 +28,10 @@ struct WorkOutcome
 
     std::optional<Stored> value;
     std::exception_ptr error;
-    std::atomic_flag isWritten; ///< nothing above is read before this is set
 };
 
-/// One piece of work for a pool's thread. The flags order the two threads by themselves: the thread sanitizer does not
-/// see the order that Qt's pool and event queue establish, and would report each hand-over as a race.
+/// One piece of work for a pool's thread. The flag orders the two threads by itself, as MainThread.cpp does on the way
+/// back: the thread sanitizer does not see the order that Qt's pool establishes.
 template <typename Work>
 class PoolJob : public QRunnable
 {
@@ -63,8 +62,7 @@ public:
         } catch (...) {
             m_outcome->error = std::current_exception();
         }
-        m_work.reset(); // before the awaiting side continues, which may own what it refers to
-        m_outcome->isWritten.test_and_set(std::memory_order_release);
+        m_work.reset();    // before the awaiting side continues, which may own what it refers to
         m_outcome.reset(); // so that the awaiting side is its last owner, and destroys it on its own thread
         resumeOnMainThread(m_waiting);
     }
@@ -109,8 +107,6 @@ template <typename Work>
         PoolRun<Work> run{.pool = pool, .job = std::make_unique<PoolJob<Work>>(std::move(work), outcome)};
         co_await run;
     }
-    [[maybe_unused]] const bool isWritten = outcome->isWritten.test(std::memory_order_acquire);
-    Q_ASSERT(isWritten);
     if (outcome->error) {
         std::rethrow_exception(outcome->error);
     }
