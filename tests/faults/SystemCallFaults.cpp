@@ -1,20 +1,28 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// The definitions below stand in front of the C library's: the program's own code is linked to them.
+// The definitions at the end precede those of the C library: the program's own code and its shared libraries are linked
+// to them.
 
 #include "faults/SystemCallFaults.h"
 
+#include <dirent.h>
 #include <dlfcn.h>
 #include <fcntl.h>
 #include <fts.h>
+#include <spawn.h>
+#include <sys/mman.h>
 #include <sys/stat.h>
 #include <sys/uio.h>
+#include <sys/wait.h>
+#include <sys/xattr.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <atomic>
 #include <cerrno>
 #include <csignal>
 #include <cstdarg>
+#include <vector>
 
 namespace quillhaven::testing {
 
@@ -44,24 +52,62 @@ void arm(int n, int errorNumber)
     isArmed = true;
 }
 
-/// Whether this call is the one to fail; errno is set then.
-bool failsNow(const char *name)
+/// A function of the C library that can be made to fail.
+class Hooked
 {
-    if (depth == 0 || !isArmed || ++calls != target) {
-        return false;
+public:
+    explicit Hooked(const char *name) : m_name(name) { all().push_back(this); }
+    Hooked(const Hooked &) = delete;
+    Hooked &operator=(const Hooked &) = delete;
+
+    static std::vector<Hooked *> &all()
+    {
+        static std::vector<Hooked *> hooked;
+        return hooked;
     }
-    if (error == 0) {
-        ::kill(::getpid(), SIGKILL);
+    [[nodiscard]] const char *name() const { return m_name; }
+    [[nodiscard]] bool isSeen() const { return m_isSeen; }
+
+    /// Whether this call is the one to fail; errno is set then.
+    bool failsNow()
+    {
+        if (depth == 0 || !isArmed) {
+            return false;
+        }
+        m_isSeen = true;
+        if (++calls != target) {
+            return false;
+        }
+        if (error == 0) {
+            ::kill(::getpid(), SIGKILL);
+        }
+        failed = m_name;
+        errno = error;
+        return true;
     }
-    failed = name;
-    errno = error;
-    return true;
-}
+
+private:
+    const char *m_name;
+    std::atomic<bool> m_isSeen = false;
+};
 
 template <typename Function>
 Function real(Function, const char *name)
 {
     return reinterpret_cast<Function>(dlsym(RTLD_NEXT, name));
+}
+
+template <typename Condition>
+QStringList namesOf(Condition isWanted)
+{
+    QStringList names;
+    for (const Hooked *each : Hooked::all()) {
+        if (isWanted(*each)) {
+            names.append(QString::fromLatin1(each->name()));
+        }
+    }
+    names.sort();
+    return names;
 }
 
 } // namespace
@@ -96,256 +142,147 @@ const char *system_call_faults::failedCall()
     return failed;
 }
 
-namespace {
-
-class FaultyHandle : public FileHandle
+std::shared_ptr<void> system_call_faults::scope()
 {
-public:
-    explicit FaultyHandle(std::unique_ptr<FileHandle> next) : m_next(std::move(next)) {}
-    void seek(uint64_t offset) override { m_next->seek(offset); }
-    void writeThrough(std::span<const std::byte> bytes) override
-    {
-        const Within within;
-        m_next->writeThrough(bytes);
-    }
-    void synchronizeFile() override
-    {
-        const Within within;
-        m_next->synchronizeFile();
-    }
-    void closeFile() override
-    {
-        const Within within;
-        m_next->closeFile();
-    }
-
-private:
-    std::unique_ptr<FileHandle> m_next;
-};
-
-class FaultyReader : public FileReader
-{
-public:
-    explicit FaultyReader(std::unique_ptr<FileReader> next) : m_next(std::move(next)) {}
-    ~FaultyReader() override
-    {
-        const Within within;
-        m_next.reset();
-    }
-    FaultyReader(const FaultyReader &) = delete;
-    FaultyReader &operator=(const FaultyReader &) = delete;
-
-    [[nodiscard]] size_t size() const override
-    {
-        const Within within;
-        return m_next->size();
-    }
-    [[nodiscard]] size_t read(uint64_t offset, std::span<std::byte> bytes) override
-    {
-        const Within within;
-        return m_next->read(offset, bytes);
-    }
-
-private:
-    std::unique_ptr<FileReader> m_next;
-};
-
-class FaultyWriter : public FileWriter
-{
-public:
-    explicit FaultyWriter(std::unique_ptr<FileWriter> next) : m_next(std::move(next)) {}
-    ~FaultyWriter() override
-    {
-        const Within within;
-        m_next.reset();
-    }
-    FaultyWriter(const FaultyWriter &) = delete;
-    FaultyWriter &operator=(const FaultyWriter &) = delete;
-
-    void write(std::span<const std::byte> bytes) override
-    {
-        const Within within;
-        m_next->write(bytes);
-    }
-    void close() override
-    {
-        const Within within;
-        m_next->close();
-    }
-
-private:
-    std::unique_ptr<FileWriter> m_next;
-};
-
-} // namespace
-
-bool FaultyFileManager::fileExists(const QString &path) const
-{
-    const Within within;
-    return FileManagerDecorator::fileExists(path);
+    return std::make_shared<Within>();
 }
 
-bool FaultyFileManager::isDirectory(const QString &path) const
+QStringList system_call_faults::coveredCalls()
 {
-    const Within within;
-    return FileManagerDecorator::isDirectory(path);
+    return namesOf([](const Hooked &) { return true; });
 }
 
-bool FaultyFileManager::isWritableFile(const QString &path) const
+QStringList system_call_faults::seenCalls()
 {
-    const Within within;
-    return FileManagerDecorator::isWritableFile(path);
+    return namesOf([](const Hooked &call) { return call.isSeen(); });
 }
 
-void FaultyFileManager::requireReadableAndMovable(const QString &path, size_t headroom) const
+void FaultyFileManager::around(const FileCall & /*call*/, const std::function<void()> &next) const
 {
     const Within within;
-    FileManagerDecorator::requireReadableAndMovable(path, headroom);
-}
-
-QStringList FaultyFileManager::contentsOfDirectory(const QString &path) const
-{
-    const Within within;
-    return FileManagerDecorator::contentsOfDirectory(path);
-}
-
-void FaultyFileManager::createDirectory(const QString &path)
-{
-    const Within within;
-    FileManagerDecorator::createDirectory(path);
-}
-
-void FaultyFileManager::moveItem(const QString &source, const QString &to)
-{
-    const Within within;
-    FileManagerDecorator::moveItem(source, to);
-}
-
-void FaultyFileManager::replaceItemAt(const QString &original, const QString &replacement)
-{
-    const Within within;
-    FileManagerDecorator::replaceItemAt(original, replacement);
-}
-
-void FaultyFileManager::renameItem(const QString &path, const QString &newPath)
-{
-    const Within within;
-    FileManagerDecorator::renameItem(path, newPath);
-}
-
-void FaultyFileManager::copyItem(const QString &source, const QString &to)
-{
-    const Within within;
-    FileManagerDecorator::copyItem(source, to);
-}
-
-void FaultyFileManager::removeItem(const QString &path)
-{
-    const Within within;
-    FileManagerDecorator::removeItem(path);
-}
-
-std::unique_ptr<FileReader> FaultyFileManager::openForReading(const QString &path) const
-{
-    const Within within;
-    return std::make_unique<FaultyReader>(FileManagerDecorator::openForReading(path));
-}
-
-std::unique_ptr<FileWriter> FaultyFileManager::openForWriting(const QString &path)
-{
-    const Within within;
-    return std::make_unique<FaultyWriter>(FileManagerDecorator::openForWriting(path));
-}
-
-int64_t FaultyFileManager::sizeOfItem(const QString &path) const
-{
-    const Within within;
-    return FileManagerDecorator::sizeOfItem(path);
-}
-
-QList<FileEntry> FaultyFileManager::regularFilesBelow(const QString &folder) const
-{
-    const Within within;
-    return FileManagerDecorator::regularFilesBelow(folder);
-}
-
-std::unique_ptr<FileHandle> FaultyFileManager::openForOverwriting(const QString &path)
-{
-    const Within within;
-    return std::make_unique<FaultyHandle>(FileManagerDecorator::openForOverwriting(path));
+    next();
 }
 
 } // namespace quillhaven::testing
 
 // NOLINTBEGIN: the names, types and missing bounds are those of the C library.
 
-using quillhaven::testing::failsNow;
+using quillhaven::testing::Hooked;
 using quillhaven::testing::real;
 
-#define FAULTY(result, name, parameters, arguments)                                                                    \
+// A call that fails by `failure` with errno set.
+#define FAULTY(result, failure, name, parameters, arguments)                                                           \
+    static Hooked hooked_##name(#name);                                                                                \
     extern "C" result name parameters                                                                                  \
     {                                                                                                                  \
         static const auto next = real(&name, #name);                                                                   \
-        return failsNow(#name) ? static_cast<result>(-1) : next arguments;                                             \
+        return hooked_##name.failsNow() ? failure : next arguments;                                                    \
     }
 
-FAULTY(int, rename, (const char *from, const char *to), (from, to))
-FAULTY(int, renameat2, (int a, const char *from, int b, const char *to, unsigned flags), (a, from, b, to, flags))
-FAULTY(int, link, (const char *from, const char *to), (from, to))
-FAULTY(int, unlink, (const char *path), (path))
-FAULTY(int, unlinkat, (int folder, const char *path, int flags), (folder, path, flags))
-FAULTY(int, mkdir, (const char *path, mode_t mode), (path, mode))
-FAULTY(int, stat, (const char *path, struct stat *status), (path, status))
-FAULTY(int, lstat, (const char *path, struct stat *status), (path, status))
-FAULTY(int, fstat, (int fd, struct stat *status), (fd, status))
-FAULTY(int, fstatat, (int folder, const char *path, struct stat *status, int flags), (folder, path, status, flags))
-FAULTY(int, faccessat, (int folder, const char *path, int mode, int flags), (folder, path, mode, flags))
-FAULTY(int, ftruncate, (int fd, off_t size), (fd, size))
-FAULTY(int, fsync, (int fd), (fd))
-FAULTY(int, fdatasync, (int fd), (fd))
-FAULTY(int, syncfs, (int fd), (fd))
-FAULTY(ssize_t, write, (int fd, const void *bytes, size_t size), (fd, bytes, size))
-FAULTY(ssize_t, pread, (int fd, void *bytes, size_t size, off_t offset), (fd, bytes, size, offset))
-FAULTY(ssize_t, pwrite, (int fd, const void *bytes, size_t size, off_t offset), (fd, bytes, size, offset))
-FAULTY(ssize_t, pwritev2, (int fd, const iovec *pieces, int count, off_t offset, int flags),
+// A call that fails after it has done its work.
+#define FAULTY_AT_END(result, failure, name, parameters, arguments)                                                    \
+    static Hooked hooked_##name(#name);                                                                                \
+    extern "C" result name parameters                                                                                  \
+    {                                                                                                                  \
+        static const auto next = real(&name, #name);                                                                   \
+        result value = next arguments;                                                                                 \
+        return hooked_##name.failsNow() ? failure : value;                                                             \
+    }
+
+FAULTY(int, -1, rename, (const char *from, const char *to), (from, to))
+FAULTY(int, -1, renameat2, (int a, const char *from, int b, const char *to, unsigned flags), (a, from, b, to, flags))
+FAULTY(int, -1, link, (const char *from, const char *to), (from, to))
+FAULTY(int, -1, unlink, (const char *path), (path))
+FAULTY(int, -1, unlinkat, (int folder, const char *path, int flags), (folder, path, flags))
+FAULTY(int, -1, mkdir, (const char *path, mode_t mode), (path, mode))
+FAULTY(int, -1, stat, (const char *path, struct stat *status), (path, status))
+FAULTY(int, -1, lstat, (const char *path, struct stat *status), (path, status))
+FAULTY(int, -1, fstat, (int fd, struct stat *status), (fd, status))
+FAULTY(int, -1, fstatat, (int folder, const char *path, struct stat *status, int flags), (folder, path, status, flags))
+FAULTY(int, -1, statx, (int folder, const char *path, int flags, unsigned mask, struct statx *status),
+       (folder, path, flags, mask, status))
+FAULTY(int, -1, faccessat, (int folder, const char *path, int mode, int flags), (folder, path, mode, flags))
+FAULTY(int, -1, ftruncate, (int fd, off_t size), (fd, size))
+FAULTY(int, -1, fsync, (int fd), (fd))
+FAULTY(int, -1, fdatasync, (int fd), (fd))
+FAULTY(int, -1, syncfs, (int fd), (fd))
+FAULTY(ssize_t, -1, read, (int fd, void *bytes, size_t size), (fd, bytes, size))
+FAULTY(ssize_t, -1, pread, (int fd, void *bytes, size_t size, off_t offset), (fd, bytes, size, offset))
+FAULTY(ssize_t, -1, write, (int fd, const void *bytes, size_t size), (fd, bytes, size))
+FAULTY(ssize_t, -1, pwrite, (int fd, const void *bytes, size_t size, off_t offset), (fd, bytes, size, offset))
+FAULTY(ssize_t, -1, pwritev2, (int fd, const iovec *pieces, int count, off_t offset, int flags),
        (fd, pieces, count, offset, flags))
+FAULTY(ssize_t, -1, readlink, (const char *path, char *text, size_t size), (path, text, size))
+FAULTY(ssize_t, -1, readlinkat, (int folder, const char *path, char *text, size_t size), (folder, path, text, size))
+FAULTY(ssize_t, -1, llistxattr, (const char *path, char *list, size_t size), (path, list, size))
+FAULTY(ssize_t, -1, lgetxattr, (const char *path, const char *name, void *value, size_t size),
+       (path, name, value, size))
+// What SQLite and Qt are linked to. Not fcntl64, by which SQLite locks: a lock that cannot be given back is waited for.
+FAULTY(int, -1, access, (const char *path, int mode), (path, mode))
+FAULTY(int, -1, stat64, (const char *path, struct stat64 *status), (path, status))
+FAULTY(int, -1, lstat64, (const char *path, struct stat64 *status), (path, status))
+FAULTY(int, -1, fstat64, (int fd, struct stat64 *status), (fd, status))
+FAULTY(int, -1, ftruncate64, (int fd, off64_t size), (fd, size))
+FAULTY(ssize_t, -1, pread64, (int fd, void *bytes, size_t size, off64_t offset), (fd, bytes, size, offset))
+FAULTY(ssize_t, -1, pwrite64, (int fd, const void *bytes, size_t size, off64_t offset), (fd, bytes, size, offset))
+FAULTY(void *, MAP_FAILED, mmap64, (void *where, size_t size, int access, int flags, int fd, off64_t offset),
+       (where, size, access, flags, fd, offset))
+FAULTY(int, -1, memfd_create, (const char *name, unsigned flags), (name, flags))
+FAULTY(void *, MAP_FAILED, mmap, (void *where, size_t size, int access, int flags, int fd, off_t offset),
+       (where, size, access, flags, fd, offset))
+FAULTY(DIR *, nullptr, opendir, (const char *path), (path))
+FAULTY(DIR *, nullptr, fdopendir, (int fd), (fd))
+FAULTY(dirent *, nullptr, readdir, (DIR * folder), (folder))
+FAULTY(FTS *, nullptr, fts_open, (char *const *paths, int options, int (*order)(const FTSENT **, const FTSENT **)),
+       (paths, options, order))
+// A walk that was never begun is not freed as a whole by fts_close.
+FAULTY_AT_END(FTSENT *, nullptr, fts_read, (FTS * walk), (walk))
+// The kernel closes the file whatever it reports.
+FAULTY_AT_END(int, -1, close, (int fd), (fd))
+// Reports its error by what it returns.
+FAULTY(int, errno, posix_spawn,
+       (pid_t * child, const char *path, const posix_spawn_file_actions_t *actions, const posix_spawnattr_t *attributes,
+        char *const arguments[], char *const environment[]),
+       (child, path, actions, attributes, arguments, environment))
 
 #undef FAULTY
+#undef FAULTY_AT_END
 
-extern "C" int open(const char *path, int flags, ...)
+static Hooked hooked_waitpid("waitpid");
+extern "C" pid_t waitpid(pid_t child, int *status, int options)
 {
-    static const auto next = real(&open, "open");
-    va_list arguments;
-    va_start(arguments, flags);
-    const mode_t mode = (flags & (O_CREAT | O_TMPFILE)) != 0 ? va_arg(arguments, mode_t) : 0;
-    va_end(arguments);
-    return failsNow("open") ? -1 : next(path, flags, mode);
+    static const auto next = real(&waitpid, "waitpid");
+    if (!hooked_waitpid.failsNow()) {
+        return next(child, status, options);
+    }
+    // Only an interrupted wait leaves the child running.
+    const int error = errno;
+    if (error != EINTR) {
+        (void)next(child, status, options);
+    }
+    errno = error;
+    return -1;
 }
 
-extern "C" int openat(int folder, const char *path, int flags, ...)
-{
-    static const auto next = real(&openat, "openat");
-    va_list arguments;
-    va_start(arguments, flags);
-    const mode_t mode = (flags & (O_CREAT | O_TMPFILE)) != 0 ? va_arg(arguments, mode_t) : 0;
-    va_end(arguments);
-    return failsNow("openat") ? -1 : next(folder, path, flags, mode);
-}
+// A call whose last argument is there for some of its uses alone; each of its types is as wide as a pointer or
+// narrower.
+#define FAULTY_WITH_MORE(name, parameters, last, arguments)                                                            \
+    static Hooked hooked_##name(#name);                                                                                \
+    extern "C" int name parameters                                                                                     \
+    {                                                                                                                  \
+        static const auto next = real(&name, #name);                                                                   \
+        va_list arguments_;                                                                                            \
+        va_start(arguments_, last);                                                                                    \
+        void *const more = va_arg(arguments_, void *);                                                                 \
+        va_end(arguments_);                                                                                            \
+        return hooked_##name.failsNow() ? -1 : next arguments;                                                         \
+    }
 
-extern "C" int close(int fd)
-{
-    static const auto next = real(&close, "close");
-    // The kernel closes the file whatever it reports.
-    const int result = next(fd);
-    return failsNow("close") ? -1 : result;
-}
+FAULTY_WITH_MORE(fcntl, (int fd, int command, ...), command, (fd, command, more))
+FAULTY_WITH_MORE(open, (const char *path, int flags, ...), flags, (path, flags, more))
+FAULTY_WITH_MORE(open64, (const char *path, int flags, ...), flags, (path, flags, more))
+FAULTY_WITH_MORE(openat, (int folder, const char *path, int flags, ...), flags, (folder, path, flags, more))
 
-extern "C" FTSENT *fts_read(FTS *walk)
-{
-    static const auto next = real(&fts_read, "fts_read");
-    // A walk that was never begun is not freed as a whole by fts_close.
-    FTSENT *const entry = next(walk);
-    return failsNow("fts_read") ? nullptr : entry;
-}
+#undef FAULTY_WITH_MORE
 
 // NOLINTEND

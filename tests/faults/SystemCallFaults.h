@@ -4,12 +4,14 @@
 
 #include "support/FileManagerDecorator.h"
 
-#include <functional>
+#include <QStringList>
+
+#include <memory>
 
 namespace quillhaven::testing {
 
-/// What happens to the file system calls that the program itself makes while it works on files: the n-th one, counted
-/// from 1 over all threads, fails or ends the process in its place. Only calls within a FaultyFileManager count.
+/// What happens to the system calls that the program itself makes while it works on files: the n-th one, counted from 1
+/// over all threads, fails or ends the process in its place. Only calls within a scope count.
 namespace system_call_faults {
 
 void countOnly();
@@ -22,6 +24,14 @@ void disarm();
 /// The name of the call that failed.
 [[nodiscard]] const char *failedCall();
 
+/// The calls of this thread count until the scope is gone.
+[[nodiscard]] std::shared_ptr<void> scope();
+
+/// The calls that can be made to fail.
+[[nodiscard]] QStringList coveredCalls();
+/// Those of them that were counted since the process began.
+[[nodiscard]] QStringList seenCalls();
+
 } // namespace system_call_faults
 
 /// The real file operations, within which system calls count.
@@ -30,22 +40,8 @@ class FaultyFileManager : public FileManagerDecorator
 public:
     using FileManagerDecorator::FileManagerDecorator;
 
-    [[nodiscard]] bool fileExists(const QString &path) const override;
-    [[nodiscard]] bool isDirectory(const QString &path) const override;
-    [[nodiscard]] bool isWritableFile(const QString &path) const override;
-    void requireReadableAndMovable(const QString &path, size_t headroom) const override;
-    [[nodiscard]] QStringList contentsOfDirectory(const QString &path) const override;
-    void createDirectory(const QString &path) override;
-    void moveItem(const QString &source, const QString &target) override;
-    void replaceItemAt(const QString &original, const QString &replacement) override;
-    void renameItem(const QString &path, const QString &newPath) override;
-    void copyItem(const QString &source, const QString &target) override;
-    void removeItem(const QString &path) override;
-    [[nodiscard]] std::unique_ptr<FileReader> openForReading(const QString &path) const override;
-    [[nodiscard]] std::unique_ptr<FileWriter> openForWriting(const QString &path) override;
-    [[nodiscard]] int64_t sizeOfItem(const QString &path) const override;
-    [[nodiscard]] QList<FileEntry> regularFilesBelow(const QString &folder) const override;
-    [[nodiscard]] std::unique_ptr<FileHandle> openForOverwriting(const QString &path) override;
+protected:
+    void around(const FileCall &call, const std::function<void()> &next) const override;
 };
 
 } // namespace quillhaven::testing

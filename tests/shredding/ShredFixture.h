@@ -20,6 +20,8 @@
 #include <gtest/gtest.h>
 
 #include <functional>
+#include <map>
+#include <string_view>
 
 namespace quillhaven::testing {
 
@@ -29,80 +31,38 @@ class WatchedFiles : public FileManagerDecorator
 public:
     using FileManagerDecorator::FileManagerDecorator;
 
-    [[nodiscard]] int64_t sizeOfItem(const QString &path) const override
-    {
-        if (before) {
-            before(QStringLiteral("size"), path);
-        }
-        return FileManagerDecorator::sizeOfItem(path);
-    }
-    [[nodiscard]] QList<FileEntry> regularFilesBelow(const QString &folder) const override
-    {
-        auto entries = FileManagerDecorator::regularFilesBelow(folder);
-        if (after) {
-            after(QStringLiteral("list"), folder);
-        }
-        return entries;
-    }
-    [[nodiscard]] std::unique_ptr<FileHandle> openForOverwriting(const QString &path) override
-    {
-        std::unique_ptr<FileHandle> handle;
-        around(QStringLiteral("open"), path, shownName(path),
-               [&] { handle = FileManagerDecorator::openForOverwriting(path); });
-        return std::make_unique<Handle>(std::move(handle), path, *this);
-    }
-    void renameItem(const QString &source, const QString &target) override
-    {
-        around(QStringLiteral("move"), source, shownName(source) + QStringLiteral(" to ") + shownName(target),
-               [&] { FileManagerDecorator::renameItem(source, target); });
-    }
-    void removeItem(const QString &path) override
-    {
-        around(QStringLiteral("remove"), path, shownName(path), [&] { FileManagerDecorator::removeItem(path); });
-    }
-    void sync() override
-    {
-        around(QStringLiteral("sync"), {}, {}, [&] { FileManagerDecorator::sync(); });
-    }
-
     /// What was called, in order: "open a.txt", "seek 0", "write 65536", "flush", "close", "move a.txt to (UUID)".
-    QStringList calls;
-    /// Called with the first word of the call and its path, on the worker's thread. What it throws replaces the call.
+    /// Looks ("size", "list") are left out.
+    mutable QStringList calls;
+    /// Get the call's first word and its path, on the worker's thread. What they throw is the call's error.
     std::function<void(const QString &call, const QString &path)> before;
     std::function<void(const QString &call, const QString &path)> after;
 
-private:
-    class Handle : public FileHandle
+protected:
+    void around(const FileCall &call, const std::function<void()> &next) const override
     {
-    public:
-        Handle(std::unique_ptr<FileHandle> next, const QString &path, WatchedFiles &files)
-            : m_next(std::move(next)), m_path(path), m_files(files)
-        {
+        static const std::map<std::string_view, QString> words{
+            {"sizeOfItem", QStringLiteral("size")},         {"regularFilesBelow", QStringLiteral("list")},
+            {"openForOverwriting", QStringLiteral("open")}, {"seek", QStringLiteral("seek")},
+            {"writeThrough", QStringLiteral("write")},      {"synchronizeFile", QStringLiteral("flush")},
+            {"closeFile", QStringLiteral("close")},         {"renameItem", QStringLiteral("move")},
+            {"removeItem", QStringLiteral("remove")},       {"sync", QStringLiteral("sync")}};
+        const auto word = words.find(call.name);
+        if (word == words.end()) {
+            next();
+            return;
         }
-        void seek(uint64_t offset) override
-        {
-            m_files.around(QStringLiteral("seek"), m_path, QString::number(offset), [&] { m_next->seek(offset); });
+        note(word->second, call);
+        if (before) {
+            before(word->second, call.path);
         }
-        void writeThrough(std::span<const std::byte> bytes) override
-        {
-            m_files.around(QStringLiteral("write"), m_path, QString::number(bytes.size()),
-                           [&] { m_next->writeThrough(bytes); });
+        next();
+        if (after) {
+            after(word->second, call.path);
         }
-        void synchronizeFile() override
-        {
-            m_files.around(QStringLiteral("flush"), m_path, {}, [&] { m_next->synchronizeFile(); });
-        }
-        void closeFile() override
-        {
-            m_files.around(QStringLiteral("close"), m_path, {}, [&] { m_next->closeFile(); });
-        }
+    }
 
-    private:
-        std::unique_ptr<FileHandle> m_next;
-        QString m_path;
-        WatchedFiles &m_files;
-    };
-
+private:
     static QString shownName(const QString &path)
     {
         static const QRegularExpression uuid(
@@ -111,22 +71,24 @@ private:
         return uuid.match(name).hasMatch() ? QStringLiteral("(UUID)") : name;
     }
 
-    void around(const QString &call, const QString &path, const QString &detail, const std::function<void()> &action)
+    void note(const QString &word, const FileCall &call) const
     {
-        {
-            const QMutexLocker lock(&m_mutex); // two runs may work at once
-            calls.append(detail.isEmpty() ? call : call + QLatin1Char(' ') + detail);
+        QString line = word;
+        if (word == QStringLiteral("size") || word == QStringLiteral("list")) {
+            return;
         }
-        if (before) {
-            before(call, path);
+        if (word == QStringLiteral("move")) {
+            line += QLatin1Char(' ') + shownName(call.path) + QStringLiteral(" to ") + shownName(call.detail);
+        } else if (!call.detail.isEmpty()) {
+            line += QLatin1Char(' ') + call.detail;
+        } else if (word == QStringLiteral("open") || word == QStringLiteral("remove")) {
+            line += QLatin1Char(' ') + shownName(call.path);
         }
-        action();
-        if (after) {
-            after(call, path);
-        }
+        const QMutexLocker lock(&m_mutex); // two runs may work at once
+        calls.append(line);
     }
 
-    QMutex m_mutex;
+    mutable QMutex m_mutex;
 };
 
 /// A shredder over real files in a temporary home, and a user who answers the master password dialog.

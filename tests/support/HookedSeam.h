@@ -9,6 +9,8 @@
 #include <functional>
 #include <map>
 #include <memory>
+#include <set>
+#include <string_view>
 
 namespace quillhaven::testing {
 
@@ -19,10 +21,12 @@ struct SeamHooks
 
     Hook before;
     Hook after;
+    std::function<std::shared_ptr<void>()> scope; ///< what it returns lives as long as the call
 
     template <typename Call>
     auto around(const char *name, const QString &path, Call call) const
     {
+        const std::shared_ptr<void> kept = scope ? scope() : nullptr;
         if (before) {
             before(name, path);
         }
@@ -41,114 +45,40 @@ struct SeamHooks
     }
 };
 
-/// An open file that tells of every change.
-class HookedFileHandle : public FileHandle
-{
-public:
-    HookedFileHandle(std::unique_ptr<FileHandle> next, const QString &path, const SeamHooks &hooks)
-        : m_next(std::move(next)), m_path(path), m_hooks(hooks)
-    {
-    }
-
-    void seek(uint64_t offset) override { m_next->seek(offset); }
-    void writeThrough(std::span<const std::byte> bytes) override
-    {
-        m_hooks.around("writeThrough", m_path, [&] { m_next->writeThrough(bytes); });
-    }
-    void synchronizeFile() override
-    {
-        m_hooks.around("synchronizeFile", m_path, [&] { m_next->synchronizeFile(); });
-    }
-    void closeFile() override { m_next->closeFile(); }
-
-private:
-    std::unique_ptr<FileHandle> m_next;
-    QString m_path;
-    const SeamHooks &m_hooks;
-};
-
-/// A file that reports the end of its writing.
-class HookedFileWriter : public FileWriter
-{
-public:
-    HookedFileWriter(std::unique_ptr<FileWriter> next, const QString &path, const SeamHooks &hooks)
-        : m_next(std::move(next)), m_path(path), m_hooks(hooks)
-    {
-    }
-
-    void write(std::span<const std::byte> bytes) override { m_next->write(bytes); }
-    void close() override
-    {
-        m_next->close();
-        if (m_hooks.after) {
-            m_hooks.after("writeFile", m_path);
-        }
-    }
-
-private:
-    std::unique_ptr<FileWriter> m_next;
-    QString m_path;
-    const SeamHooks &m_hooks;
-};
-
-/// A file manager that tells of every change.
+/// A file manager that reports every change, and the calls that read whole files and folders. A file that is written
+/// whole is reported as "writeFile": before it is opened and after it is closed.
 class HookedFileManager : public FileManagerDecorator
 {
 public:
     HookedFileManager(FileManager &next, const SeamHooks &hooks) : FileManagerDecorator(next), m_hooks(hooks) {}
 
-    void createDirectory(const QString &path) override
+protected:
+    void around(const FileCall &call, const std::function<void()> &next) const override
     {
-        m_hooks.around("createDirectory", path, [&] { FileManagerDecorator::createDirectory(path); });
-    }
-    void moveItem(const QString &source, const QString &target) override
-    {
-        m_hooks.around("moveItem", source, [&] { FileManagerDecorator::moveItem(source, target); });
-    }
-    void replaceItemAt(const QString &original, const QString &replacement) override
-    {
-        m_hooks.around("replaceItemAt", original, [&] { FileManagerDecorator::replaceItemAt(original, replacement); });
-    }
-    void renameItem(const QString &path, const QString &newPath) override
-    {
-        m_hooks.around("renameItem", path, [&] { FileManagerDecorator::renameItem(path, newPath); });
-    }
-    void copyItem(const QString &source, const QString &target) override
-    {
-        m_hooks.around("copyItem", source, [&] { FileManagerDecorator::copyItem(source, target); });
-    }
-    [[nodiscard]] QList<FileEntry> regularFilesBelow(const QString &folder) const override
-    {
-        return m_hooks.around("regularFilesBelow", folder,
-                              [&] { return FileManagerDecorator::regularFilesBelow(folder); });
-    }
-    [[nodiscard]] std::unique_ptr<FileHandle> openForOverwriting(const QString &path) override
-    {
-        auto handle =
-            m_hooks.around("openForOverwriting", path, [&] { return FileManagerDecorator::openForOverwriting(path); });
-        return std::make_unique<HookedFileHandle>(std::move(handle), path, m_hooks);
-    }
-    void removeItem(const QString &path) override
-    {
-        m_hooks.around("removeItem", path, [&] { FileManagerDecorator::removeItem(path); });
-    }
-    [[nodiscard]] std::unique_ptr<FileReader> openForReading(const QString &path) const override
-    {
-        return m_hooks.around("readFile", path, [&] { return FileManagerDecorator::openForReading(path); });
-    }
-    [[nodiscard]] std::unique_ptr<FileWriter> openForWriting(const QString &path) override
-    {
-        if (m_hooks.before) {
-            m_hooks.before("writeFile", path);
+        static const std::set<std::string_view> reported{
+            "createDirectory",   "moveItem",           "replaceItemAt", "renameItem",   "copyItem",
+            "regularFilesBelow", "openForOverwriting", "removeItem",    "writeThrough", "synchronizeFile"};
+        const std::string_view name = call.name;
+        if (reported.contains(name)) {
+            m_hooks.around(call.name, call.path, next);
+        } else if (name == "openForReading") {
+            m_hooks.around("readFile", call.path, next);
+        } else if (name == "openForWriting" && m_hooks.before) {
+            m_hooks.before("writeFile", call.path);
+            next();
+        } else if (name == "close" && m_hooks.after) {
+            next();
+            m_hooks.after("writeFile", call.path);
+        } else {
+            next();
         }
-        return std::make_unique<HookedFileWriter>(FileManagerDecorator::openForWriting(path), path, m_hooks);
     }
 
 private:
     const SeamHooks &m_hooks;
 };
 
-/// A credential store that tells of every change.
+/// A credential store that reports every change.
 class HookedCredentialStore : public CredentialStore
 {
 public:
@@ -178,7 +108,7 @@ private:
     const SeamHooks &m_hooks;
 };
 
-/// A settings domain that tells of every change.
+/// A settings domain that reports every change.
 class HookedUserDefaults : public UserDefaults
 {
 public:
