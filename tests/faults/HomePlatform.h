@@ -2,37 +2,67 @@
 
 #pragma once
 
+#include "faults/Operations.h"
 #include "faults/SystemCallFaults.h"
 #include "platform/linux/credentials/EmbeddedCredentialStore.h"
-#include "support/TestPlatform.h"
+#include "platform/linux/credentials/SystemCredentialStore.h"
+#include "support/HookedSeam.h"
 
 namespace quillhaven::testing {
 
-/// A FolderPlatform with the embedded credential store, within which system calls count, and a user who allows
-/// everything.
+/// A FolderPlatform over a home that stays, with a real credential store and a user who allows everything. Every change
+/// passes the hooks. System calls count while the file manager works and while a store changes.
 class HomePlatform
 {
 public:
-    explicit HomePlatform(const QString &home)
+    enum class Credentials { OfTheSession, Embedded };
+
+    explicit HomePlatform(const QString &home, Credentials credentials = Credentials::Embedded,
+                          const SeamHooks &hooks = noHooks())
         : m_services(directoriesBelow(home)),
-          m_files(m_services.fileManager),
-          m_credentials(m_services.directories.configuration)
+          m_realCredentials(makeCredentials(credentials, m_services.directories.configuration)),
+          m_countedFiles(m_services.fileManager),
+          m_countedDefaults(m_services.defaults, m_counting),
+          m_countedCredentials(*m_realCredentials, m_counting),
+          m_files(m_countedFiles, hooks),
+          m_defaults(m_countedDefaults, hooks),
+          m_credentials(m_countedCredentials, hooks)
     {
-        m_services.panels.answer = [home](const OpenPanelRequest &request) -> std::optional<QString> {
-            return request.preselected.isEmpty() ? home + QStringLiteral("/Recovered")
-                                                 : request.directory + QLatin1Char('/') + request.preselected;
+        m_services.panels.answer = [home](const OpenPanelRequest &request) {
+            return OperationScene::answer(home, request);
         };
     }
     ~HomePlatform() { m_services.credentialQueue.waitForDone(); }
     HomePlatform(const HomePlatform &) = delete;
     HomePlatform &operator=(const HomePlatform &) = delete;
 
-    [[nodiscard]] Platform platform() { return m_services.platform(m_files, m_services.defaults, m_credentials); }
+    [[nodiscard]] const UserDirectories &directories() const { return m_services.directories; }
+    [[nodiscard]] Platform platform() { return m_services.platform(m_files, m_defaults, m_credentials); }
+    [[nodiscard]] CredentialStore &realCredentials() { return *m_realCredentials; }
 
 private:
+    static const SeamHooks &noHooks()
+    {
+        static const SeamHooks none;
+        return none;
+    }
+    static std::unique_ptr<CredentialStore> makeCredentials(Credentials credentials, const QString &folder)
+    {
+        if (credentials == Credentials::Embedded) {
+            return std::make_unique<EmbeddedCredentialStore>(folder);
+        }
+        return std::make_unique<SystemCredentialStore>(folder);
+    }
+
     FolderPlatform m_services;
-    FaultyFileManager m_files;
-    EmbeddedCredentialStore m_credentials;
+    std::unique_ptr<CredentialStore> m_realCredentials;
+    const SeamHooks m_counting{.before = {}, .after = {}, .scope = system_call_faults::scope};
+    FaultyFileManager m_countedFiles;
+    HookedUserDefaultsProvider m_countedDefaults;
+    HookedCredentialStore m_countedCredentials;
+    HookedFileManager m_files;
+    HookedUserDefaultsProvider m_defaults;
+    HookedCredentialStore m_credentials;
 };
 
 } // namespace quillhaven::testing

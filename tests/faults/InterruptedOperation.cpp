@@ -1,11 +1,14 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// Runs one operation of the engine over a home folder and dies by SIGKILL right after its n-th change.
+// Runs one operation of the engine over a home folder that is prepared for it, and may die by SIGKILL on the way.
 //
-// interrupted_operation HOME OPERATION PATH N: the operation is protect, lock, unlock or remove. With N = 0 it runs to
-// its end and prints each change, one name a line.
+//   interrupted_operation HOME OPERATION change N   after its n-th change, with the credential store of the session
+//   interrupted_operation HOME OPERATION call N     in place of its n-th file system call
+//
+// With N = 0 it runs to its end and prints each change, one name a line, or the number of calls.
 
-#include "support/OperationPlatform.h"
+#include "faults/HomePlatform.h"
+#include "support/printLogger.h"
 
 #include <csignal>
 #include <cstdio>
@@ -17,19 +20,66 @@ using namespace quillhaven::testing;
 
 namespace {
 
-void perform(EngineHarness &engine, const QString &operation, const QString &path)
+/// The end of this program after its n-th change.
+class EndAfterChange
 {
-    if (operation == QStringLiteral("protect")) {
-        engine.protect(path);
-    } else if (operation == QStringLiteral("lock")) {
-        engine.lock();
-    } else if (operation == QStringLiteral("unlock")) {
-        engine.unlock();
-    } else if (operation == QStringLiteral("remove")) {
-        engine.remove();
-    } else {
-        throw std::runtime_error("unknown operation");
+public:
+    explicit EndAfterChange(int n) : m_n(n)
+    {
+        hooks.after = [this](const char *call, const QString &) { count(call); };
     }
+
+    SeamHooks hooks;
+    std::atomic<bool> isCounting = false;
+
+private:
+    void count(const char *call)
+    {
+        if (!isCounting || qstrcmp(call, "readFile") == 0) {
+            return;
+        }
+        if (m_n == 0) {
+            std::printf("%s\n", call);
+        }
+        if (++m_changes == m_n) {
+            ::kill(::getpid(), SIGKILL);
+        }
+    }
+
+    int m_n;
+    std::atomic<int> m_changes = 0;
+};
+
+/// Shows a moment to a tracer of the system calls.
+void mark(const char *moment)
+{
+    (void)::access(moment, F_OK);
+}
+
+void perform(Platform platform, const QString &home, const QString &operation, const std::function<void()> &start)
+{
+    EngineHarness engine(platform);
+    engine.masterPasswordEntry = operationMasterPassword;
+    start();
+    mark("/the operation begins here");
+    operationNamed(operation).perform({engine, home});
+    mark("/the operation ends here");
+}
+
+void endAfterChange(const QString &home, const QString &operation, int n)
+{
+    EndAfterChange end(n);
+    HomePlatform services(home, HomePlatform::Credentials::OfTheSession, end.hooks);
+    perform(services.platform(), home, operation, [&end] { end.isCounting = true; });
+}
+
+void endAtCall(const QString &home, const QString &operation, int n)
+{
+    HomePlatform services(home);
+    perform(services.platform(), home, operation,
+            [n] { n == 0 ? system_call_faults::countOnly() : system_call_faults::killAtCall(n); });
+    system_call_faults::disarm();
+    std::printf("%d\n", system_call_faults::callCount());
 }
 
 } // namespace
@@ -41,26 +91,10 @@ int main(int argc, char **argv)
     if (arguments.size() != 5) {
         return 2;
     }
-    const int killAfter = arguments.at(4).toInt();
-    std::atomic<int> changes = 0;
-    std::atomic<bool> isCounting = false;
-    SeamHooks hooks;
-    hooks.after = [&](const char *call, const QString &) {
-        if (!isCounting || qstrcmp(call, "readFile") == 0) {
-            return;
-        }
-        if (killAfter == 0) {
-            std::fprintf(stderr, "%s\n", call);
-        }
-        if (++changes == killAfter) {
-            ::kill(::getpid(), SIGKILL);
-        }
-    };
-    OperationPlatform services(directoriesBelow(arguments.at(1)), hooks);
-    EngineHarness engine(services.platform());
-    isCounting = true;
+    setLogSink([](const QString &) {});
+    const auto end = arguments.at(3) == QStringLiteral("change") ? endAfterChange : endAtCall;
     try {
-        perform(engine, arguments.at(2), arguments.at(3));
+        end(arguments.at(1), arguments.at(2), arguments.at(4).toInt());
     } catch (const std::exception &error) {
         std::fprintf(stderr, "failed: %s\n", error.what());
         return 1;

@@ -4,7 +4,7 @@
 // catalogue is compared with what the operation promises for that point, and a second start goes on from there.
 
 #include "engine/PlaceholderFile.h"
-#include "support/OperationPlatform.h"
+#include "faults/HomePlatform.h"
 
 #include <QDir>
 #include <QProcess>
@@ -40,9 +40,7 @@ public:
         EXPECT_TRUE(run(process, operation, 0));
         EXPECT_EQ(process.exitStatus(), QProcess::NormalExit);
         EXPECT_EQ(process.exitCode(), 0) << process.readAllStandardError().toStdString();
-        QStringList calls = QString::fromUtf8(process.readAllStandardError()).split(QLatin1Char('\n'));
-        calls.removeIf([](const QString &line) { return line.isEmpty() || line.contains(QLatin1Char(' ')); });
-        return calls;
+        return QString::fromUtf8(process.readAllStandardOutput()).split(QLatin1Char('\n'), Qt::SkipEmptyParts);
     }
 
     void killAfter(const char *operation, int change) const
@@ -56,7 +54,7 @@ public:
     bool run(QProcess &process, const char *operation, int change) const
     {
         process.start(QStringLiteral(INTERRUPTED_OPERATION),
-                      {home.path(), QString::fromLatin1(operation), place(), QString::number(change)});
+                      {home.path(), QString::fromLatin1(operation), QStringLiteral("change"), QString::number(change)});
         return process.waitForFinished(60'000);
     }
 
@@ -105,7 +103,7 @@ public:
     struct SecondStart
     {
         explicit SecondStart(const Scene &scene)
-            : services(scene.home.directories(), hooks), engine(services.platform())
+            : services(scene.home.path(), HomePlatform::Credentials::OfTheSession), engine(services.platform())
         {
         }
         [[nodiscard]] QString record() const
@@ -119,12 +117,11 @@ public:
         /// Whether the credential of the item with this id is in the keyring.
         [[nodiscard]] bool hasCredential(const QString &id)
         {
-            return services.realCredentials.copyMatching(keychainServiceName, id).status == credentialSuccess;
+            return services.realCredentials().copyMatching(keychainServiceName, id).status == credentialSuccess;
         }
 
         LogCapture log;
-        SeamHooks hooks;
-        OperationPlatform services;
+        HomePlatform services;
         EngineHarness engine;
     };
 

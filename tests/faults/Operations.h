@@ -4,90 +4,69 @@
 
 #include "support/EngineHarness.h"
 
-#include <QDir>
-#include <QFileInfo>
+#include <functional>
+#include <ostream>
+#include <string>
+#include <vector>
 
 namespace quillhaven::testing {
 
-/// The operations of the engine on one item below a home, by name, each with what has to stand before it.
-class Operations
+/// One item below a home, and the engine that works on it.
+struct OperationScene
 {
-public:
-    Operations(EngineHarness &engine, const QString &home) : m_engine(engine), m_home(home) {}
+    EngineHarness &engine;
+    QString home;
 
-    [[nodiscard]] static QStringList all()
-    {
-        return {QStringLiteral("protect"),   QStringLiteral("lock"),       QStringLiteral("unlock"),
-                QStringLiteral("remove"),    QStringLiteral("bulkUnlock"), QStringLiteral("bulkLock"),
-                QStringLiteral("duplicate"), QStringLiteral("shredItem"),  QStringLiteral("shredPlain"),
-                QStringLiteral("backup"),    QStringLiteral("recover")};
-    }
-
-    [[nodiscard]] QString place() const { return m_home + QStringLiteral("/Desktop/item"); }
-    [[nodiscard]] QString recoveryFolder() const { return m_home + QStringLiteral("/Recovered"); }
-
-    /// Brings about what the operation needs.
-    void prepare(const QString &operation)
-    {
-        if (operation == QStringLiteral("protect") || operation == QStringLiteral("shredPlain")) {
-            return;
-        }
-        m_engine.protect(place());
-        if (operation == QStringLiteral("lock") || operation == QStringLiteral("bulkLock")) {
-            m_engine.unlock();
-        } else if (operation == QStringLiteral("backup") || operation == QStringLiteral("recover")) {
-            prepareBackup();
-        }
-        if (operation == QStringLiteral("recover")) {
-            perform(QStringLiteral("backup"));
-            QDir().mkpath(recoveryFolder());
-        }
-    }
-
-    /// What it threw goes to the caller.
-    void perform(const QString &operation)
-    {
-        const auto quiet = [](const QString &, double) {};
-        if (operation == QStringLiteral("protect")) {
-            m_engine.protect(place());
-        } else if (operation == QStringLiteral("lock")) {
-            m_engine.lock();
-        } else if (operation == QStringLiteral("unlock")) {
-            m_engine.unlock();
-        } else if (operation == QStringLiteral("remove")) {
-            m_engine.remove();
-        } else if (operation == QStringLiteral("bulkUnlock")) {
-            runTask(m_engine.manager.bulkUnlockItems(m_engine.manager.protectedItems(), quiet));
-        } else if (operation == QStringLiteral("bulkLock")) {
-            runTask(m_engine.manager.bulkLockItems(m_engine.manager.protectedItems(), quiet));
-        } else if (operation == QStringLiteral("duplicate")) {
-            runTask(m_engine.manager.duplicateAsEncryptedCopy(m_engine.item(), quiet));
-        } else if (operation == QStringLiteral("shredItem")) {
-            runTask(m_engine.manager.shredProtectedItem(m_engine.item(), quiet));
-        } else if (operation == QStringLiteral("shredPlain")) {
-            runTask(m_engine.manager.shredUnprotectedItems({place()}, quiet));
-        } else if (operation == QStringLiteral("backup")) {
-            runTask(m_engine.manager.backupToiCloud(m_engine.item().id));
-        } else if (operation == QStringLiteral("recover")) {
-            (void)runTask(m_engine.manager.recoverFromiCloud(masterPassword));
-        } else {
-            ADD_FAILURE() << "unknown operation " << operation.toStdString();
-        }
-    }
-
-    static inline const QString masterPassword = QStringLiteral("Masterkey9");
-
-private:
-    void prepareBackup()
-    {
-        m_engine.masterPasswordEntry = masterPassword;
-        runTask(m_engine.masterPassword.setMasterPassword(masterPassword));
-        m_engine.platform.defaults.standard().setBool(QStringLiteral("enableiCloudBackup"), true);
-        QDir().mkpath(m_home + QStringLiteral("/.local/share/cloud/iCloud~com~tarnwick~quillhaven"));
-    }
-
-    EngineHarness &m_engine;
-    QString m_home;
+    [[nodiscard]] QString place() const { return home + QStringLiteral("/Desktop/item"); }
+    [[nodiscard]] QString recoveryFolder() const { return home + QStringLiteral("/Recovered"); }
+    /// The user's answer to a panel: what was asked for, and the folder for what is recovered.
+    [[nodiscard]] static std::optional<QString> answer(const QString &home, const OpenPanelRequest &request);
 };
+
+/// The data of the item: whole blocks, as a disk has them.
+[[nodiscard]] const QByteArray &itemBytes();
+/// Makes the item of a scene: a file, or a folder with the bytes in one of its files, with whatever the system keeps of
+/// items besides their bytes. An older container of its name exists already.
+void makeItem(const QString &home, bool isFolder);
+/// How many files below a folder hold the bytes.
+[[nodiscard]] int wholeCopiesBelow(const QString &folder);
+
+inline const QString operationMasterPassword = QStringLiteral("Masterkey9");
+
+/// An operation of the engine on the item of a scene.
+struct Operation
+{
+    QString name;
+    /// Brings about what the operation needs.
+    std::function<void(const OperationScene &)> prepare;
+    /// Throws what the engine throws.
+    std::function<void(const OperationScene &)> perform;
+    /// Whether nothing is left to be done. What a stopped run cannot be continued from counts as done.
+    std::function<bool(const OperationScene &)> isDone;
+    bool destroysData = false;
+    bool worksOnFolders = true; ///< a folder has no password that its duplicate could take over
+};
+
+[[nodiscard]] const std::vector<Operation> &allOperations();
+/// Throws for a name that no operation has.
+[[nodiscard]] const Operation &operationNamed(const QString &name);
+
+/// An operation on a file or on a folder, with private storage on the same file system or on another one.
+struct OperationCase
+{
+    QString operation;
+    bool isFolder = false;
+    bool isAcross = false;
+
+    [[nodiscard]] std::string name() const;
+};
+
+inline void PrintTo(const OperationCase &subject, std::ostream *out)
+{
+    *out << subject.name();
+}
+
+/// Every operation on everything that it works on.
+[[nodiscard]] std::vector<OperationCase> everyOperationCase();
 
 } // namespace quillhaven::testing

@@ -1,6 +1,24 @@
-#!/bin/sh
+#!/bin/bash
 # SPDX-License-Identifier: GPL-3.0-or-later
-# with-mounts.sh COMMAND...: runs a test that mounts small file systems of its own. A plain user gets the right to do so in
-# a name space of the command's own; root has it.
-if [ "$(id -u)" -eq 0 ]; then exec "$@"; fi
-exec unshare --user --map-root-user --mount "$@"
+# with-mounts.sh COMMAND...: runs a test that mounts small file systems of its own, in a name space of mounts that ends with
+# it. A plain user gets the right to mount in a name space of users, where it is root. Temporary files are in memory: these
+# tests open thousands of databases, and each waits for the disk.
+set -u
+export PATH=/usr/bin:/bin:/usr/sbin:/sbin
+spaces=(--mount --propagation private)
+[ "$(id -u)" -eq 0 ] || spaces+=(--user --map-root-user)
+unshare "${spaces[@]}" true 2>/dev/null || {
+    echo "with-mounts.sh: this user may not mount, not even in a name space of its own. Run the test as root with the" \
+        "right to mount (CAP_SYS_ADMIN), or allow name spaces to users (sysctl user.max_user_namespaces," \
+        "kernel.unprivileged_userns_clone)." >&2
+    exit 99
+}
+work=$(mktemp -d)
+trap 'rmdir "$work"' EXIT
+unshare "${spaces[@]}" bash -c 'mount -t tmpfs -o mode=0700 tmpfs "$0" || exit 99; TMPDIR=$0 exec "$@"' "$work" "$@" &
+command=$!
+trap 'kill "$command" 2>/dev/null' TERM INT HUP
+wait "$command"
+result=$?
+wait "$command" 2>/dev/null
+exit "$result"
