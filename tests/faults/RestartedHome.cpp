@@ -1,0 +1,61 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+// Starts the engine over homes as a power cut may have left them. Each line of the input is the path of a home; each
+// line of the output is what the start found there and what became of the item once its protection was removed, as
+// JSON:
+// {"records": [{"isMounted": true, "originalPath": "...", "originalBackupPath": "..."}], "error": "..."}.
+
+#include "faults/HomePlatform.h"
+#include "support/printLogger.h"
+
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+
+#include <cstdio>
+#include <iostream>
+
+using namespace quillhaven;
+using namespace quillhaven::testing;
+
+namespace {
+
+QJsonObject described(const ProtectedItem &item)
+{
+    return {{QStringLiteral("isMounted"), item.isMounted},
+            {QStringLiteral("originalPath"), item.originalPath},
+            {QStringLiteral("originalBackupPath"), item.originalBackupPath}};
+}
+
+QJsonObject restart(const QString &home)
+{
+    HomePlatform services(home);
+    EngineHarness engine(services.platform());
+    QJsonArray records;
+    for (const ProtectedItem &item : engine.manager.protectedItems()) {
+        records.append(described(item));
+    }
+    QString error;
+    try {
+        if (engine.count() > 0) {
+            engine.remove();
+        }
+    } catch (const std::exception &exception) {
+        error = localizedDescription(exception);
+    }
+    return {{QStringLiteral("records"), records}, {QStringLiteral("error"), error}};
+}
+
+} // namespace
+
+int main(int argc, char **argv)
+{
+    const QCoreApplication application(argc, argv);
+    setLogSink([](const QString &) {});
+    std::string home;
+    while (std::getline(std::cin, home)) {
+        std::printf("%s\n", QJsonDocument(restart(QString::fromStdString(home))).toJson(QJsonDocument::Compact).data());
+        std::fflush(stdout);
+    }
+    return 0;
+}
