@@ -12,6 +12,7 @@
 #include "platform/UserDefaults.h"
 #include "settings/Settings.h"
 #include "support/LogCapture.h"
+#include "support/PrintText.h"
 #include "support/RunTask.h"
 #include "support/TestPlatform.h"
 
