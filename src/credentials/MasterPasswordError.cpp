@@ -2,7 +2,7 @@
 
 #include "credentials/MasterPasswordError.h"
 
-#include "credentials/PasswordStrength.h"
+#include "catalogue/QuillhavenError.h"
 
 namespace quillhaven {
 
@@ -14,7 +14,7 @@ QString descriptionOf(MasterPasswordError::Case errorCase)
     case MasterPasswordError::emptyPassword:
         return QStringLiteral("Password cannot be empty");
     case MasterPasswordError::weakPassword:
-        return weakPasswordText;
+        return QuillhavenError(QuillhavenError::weakPassword).errorDescription();
     case MasterPasswordError::noMasterPassword:
         return QStringLiteral("No master password is set");
     case MasterPasswordError::invalidPassword:

@@ -2,6 +2,7 @@
 
 #include "credentials/PasswordInputDialogModel.h"
 
+#include "catalogue/QuillhavenError.h"
 #include "credentials/PasswordStrength.h"
 #include "platform/UserDefaults.h"
 #include "settings/Settings.h"
@@ -53,7 +54,7 @@ QString PasswordInputDialogModel::mismatchText() const
 
 QString PasswordInputDialogModel::strengthErrorText() const
 {
-    return m_showPasswordStrengthError ? weakPasswordText : QString();
+    return m_showPasswordStrengthError ? QuillhavenError(QuillhavenError::weakPassword).errorDescription() : QString();
 }
 
 bool PasswordInputDialogModel::enforceStrongPasswords() const

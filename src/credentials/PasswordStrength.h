@@ -19,8 +19,4 @@ struct PasswordStrength
     [[nodiscard]] bool isStrong() const { return hasMinimumLength && hasUppercase && hasLowercase && hasDigit; }
 };
 
-/// The sentence for a password that is not strong.
-inline const QString weakPasswordText =
-    QStringLiteral("Password must be at least 8 characters with uppercase, lowercase, and numbers");
-
 } // namespace quillhaven
