@@ -17,6 +17,7 @@
 #include "presentation/dashboard/DashboardViewModel.h"
 #include "presentation/dialogs/ConfirmationDialogManager.h"
 #include "presentation/dialogs/ProtectionMethodDialogManager.h"
+#include "presentation/tokens/PanelPalette.h"
 #include "presentation/tokens/Typography.h"
 #include "shell/AppDelegate.h"
 #include "shell/LaunchContextManager.h"
@@ -139,7 +140,7 @@ int runApplication(int argc, char **argv)
             return 0;
         }
         LinuxPlatform services(directories);
-        QtFilePanels panels;
+        QtFilePanels panels(panelPalette(ColorTokens()));
         QtApplicationPresence presence;
         const int result = runWindow(services.platform(panels), instance, presence);
         shutDownSharedInstances();

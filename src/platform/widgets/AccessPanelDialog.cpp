@@ -2,7 +2,6 @@
 
 #include "platform/widgets/AccessPanelDialog.h"
 
-#include "platform/widgets/PanelPalette.h"
 
 #include <QDialogButtonBox>
 #include <QFileInfo>
@@ -18,7 +17,6 @@ AccessPanelDialog::AccessPanelDialog(const AccessRequest &request)
     setWindowTitle(request.message);
     setAccessibleDescription(request.message);
     setModal(true);
-    setPalette(panelPalette());
     resize(640, 420);
 
     auto *message = new QLabel(request.message, this);

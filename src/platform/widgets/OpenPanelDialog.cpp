@@ -2,7 +2,6 @@
 
 #include "platform/widgets/OpenPanelDialog.h"
 
-#include "platform/widgets/PanelPalette.h"
 
 #include <QAbstractItemView>
 #include <QDialogButtonBox>
@@ -66,7 +65,6 @@ OpenPanelDialog::OpenPanelDialog(const OpenPanelRequest &request) : m_request(re
     resize(820, 560);
     findParts();
     showMessage();
-    setPalette(panelPalette());
     if (!request.directory.isEmpty()) {
         setDirectory(request.directory);
     }

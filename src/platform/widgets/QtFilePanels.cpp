@@ -63,10 +63,11 @@ std::optional<QString> onlyOne(const QStringList &paths)
     return paths.isEmpty() ? std::nullopt : std::optional(paths.constFirst());
 }
 
-QCoro::Task<QStringList> choose(OpenPanelRequest request)
+QCoro::Task<QStringList> choose(OpenPanelRequest request, QPalette palette)
 {
     Answer<QStringList> answer;
     auto *dialog = new OpenPanelDialog(request);
+    dialog->setPalette(palette);
     dialog->setAttribute(Qt::WA_DeleteOnClose);
     QObject::connect(dialog, &OpenPanelDialog::answered, dialog,
                      [answer](const QStringList &paths) { answer.give(paths); });
@@ -80,13 +81,13 @@ QCoro::Task<QStringList> choose(OpenPanelRequest request)
 
 QCoro::Task<std::optional<QString>> QtFilePanels::open(OpenPanelRequest request)
 {
-    co_return onlyOne(co_await choose(std::move(request)));
+    co_return onlyOne(co_await choose(std::move(request), m_palette));
 }
 
 QCoro::Task<std::optional<QStringList>> QtFilePanels::openSeveral(OpenPanelRequest request)
 {
     request.allowsMultipleSelection = true;
-    const QStringList paths = co_await choose(std::move(request));
+    const QStringList paths = co_await choose(std::move(request), m_palette);
     co_return paths.isEmpty() ? std::nullopt : std::optional(paths);
 }
 
@@ -94,6 +95,7 @@ QCoro::Task<std::optional<QStringList>> QtFilePanels::grantAccess(AccessRequest 
 {
     Answer<std::optional<QStringList>> answer;
     auto *dialog = new AccessPanelDialog(request);
+    dialog->setPalette(m_palette);
     dialog->setAttribute(Qt::WA_DeleteOnClose);
     QObject::connect(dialog, &AccessPanelDialog::answered, dialog,
                      [answer](bool isConfirmed, const QStringList &paths) {
@@ -107,6 +109,7 @@ QCoro::Task<std::optional<QStringList>> QtFilePanels::grantAccess(AccessRequest 
 std::optional<QString> QtFilePanels::runModal(const OpenPanelRequest &request)
 {
     OpenPanelDialog dialog(request);
+    dialog.setPalette(m_palette);
     QStringList chosen;
     QObject::connect(&dialog, &OpenPanelDialog::answered, &dialog,
                      [&chosen](const QStringList &paths) { chosen = paths; });

@@ -106,6 +106,10 @@ struct ColorTokens
     QColor badgeErrorBg = withOpacity(platformRed, 0.18F);
     QColor badgeInfoBg = withOpacity(platformBlue, 0.18F);
 
+    // The file panels, which are widgets
+    QColor panelButton = colorFromHex(u"#3A4254");
+    QColor panelDisabledText = colorFromHex(u"#7A8191");
+
     // Laid over a fill
     QColor brightening = QColor(Qt::white); ///< at `DesignSystem.hoverBrightness`, under the pointer
     QColor pressed = withOpacity(QColor(Qt::black), 0.16F);

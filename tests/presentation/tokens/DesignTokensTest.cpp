@@ -2,6 +2,7 @@
 
 #include "presentation/tokens/Colors.h"
 #include "presentation/tokens/DesignSystem.h"
+#include "presentation/tokens/PanelPalette.h"
 #include "presentation/tokens/Spacing.h"
 #include "presentation/tokens/Typography.h"
 
@@ -173,6 +174,17 @@ TEST(ColorTokens, LookupsByBoolean)
     EXPECT_EQ(lookup.statusColor(false), colors.statusDisabled);
     EXPECT_EQ(lookup.validationColor(true), colors.statusEnabled);
     EXPECT_EQ(lookup.validationColor(false), colors.statusError);
+}
+
+TEST(PanelPalette, HasTheColoursOfTheWindow)
+{
+    const QPalette palette = panelPalette(colors);
+    EXPECT_EQ(palette.color(QPalette::Window), colors.bgPanel);
+    EXPECT_EQ(palette.color(QPalette::Base), colors.bgBody);
+    EXPECT_EQ(palette.color(QPalette::Text), colors.textPrimary);
+    EXPECT_EQ(palette.color(QPalette::Highlight), colors.primary);
+    EXPECT_EQ(palette.color(QPalette::Button), QColor(0x3A, 0x42, 0x54));
+    EXPECT_EQ(palette.color(QPalette::Disabled, QPalette::Text), QColor(0x7A, 0x81, 0x91));
 }
 
 TEST(SpacingTokens, Values)
