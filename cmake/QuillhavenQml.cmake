@@ -15,17 +15,17 @@ set(QT_QML_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/qml)
 # The linker would drop the object that registers the module's types, since nothing refers to it; the option below asks
 # for its symbol in everything that links the library.
 #
-# DEPENDENCIES are the QML modules that the files import and that the types in SOURCES use. qmllint and the compiler of the
-# bindings look there for the types.
+# The files are compiled at build time: their bindings to C++ where all types are known, to byte code elsewhere, so that the
+# start parses no QML. DEPENDENCIES are the QML modules that the files import and that the types in SOURCES use; qmllint
+# and the compiler look there for the types.
 function(quillhaven_qml_library name)
   cmake_parse_arguments(ARG "" "URI" "DEPENDENCIES;SOURCES;QML_FILES;LINKS" ${ARGN})
   quillhaven_library(${name} SOURCES ${ARG_SOURCES} LINKS ${ARG_LINKS} Qt6::Quick)
   target_include_directories(quillhaven_${name} PRIVATE ${CMAKE_CURRENT_SOURCE_DIR})
   qt_add_qml_module(quillhaven_${name}
     URI ${ARG_URI} VERSION 1.0 NO_PLUGIN DEPENDENCIES ${ARG_DEPENDENCIES}
+    IMPORT_PATH ${QT_QML_OUTPUT_DIRECTORY}
     RESOURCE_PREFIX / QML_FILES ${ARG_QML_FILES})
-  # Compiled to bytecode at build time, so that the start parses no QML.
-  set_target_properties(quillhaven_${name} PROPERTIES QT_QMLCACHEGEN_ARGUMENTS "--only-bytecode")
   string(REPLACE "." "_" function "qml_register_types_${ARG_URI}")
   string(LENGTH ${function} length)
   target_link_options(quillhaven_${name} INTERFACE "LINKER:--undefined=_Z${length}${function}v")
