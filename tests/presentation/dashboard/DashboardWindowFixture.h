@@ -8,7 +8,6 @@
 #include "presentation/SheetModels.h"
 #include "presentation/WindowEngine.h"
 
-#include <QDir>
 #include <QQmlEngine>
 #include <QQuickItem>
 #include <QQuickWindow>
@@ -159,38 +158,6 @@ private:
     std::optional<SheetModels> m_sheets;
     std::optional<MainWindow> m_window;
     bool m_isShown = false;
-};
-
-/// Pictures to be looked at: QUILLHAVEN_SCREENSHOTS names a folder for the pictures, and QT_SCALE_FACTOR sets another
-/// scale.
-class DashboardPictures : public DashboardWindow
-{
-protected:
-    void draw(const QString &name)
-    {
-        const QString folder = qEnvironmentVariable("QUILLHAVEN_SCREENSHOTS", QCoreApplication::applicationDirPath() +
-                                                                                  QStringLiteral("/screenshots"));
-        ASSERT_TRUE(QDir().mkpath(folder));
-        for (const QSize &size : {QSize(1200, 900), QSize(760, 560)}) {
-            QQuickWindow *window = shown().window();
-            window->resize(size);
-            ASSERT_TRUE(spinUntil([&] { return window->size() == size; }, 5000));
-            // The animations that the state began have ended after some frames.
-            int frames = 0;
-            const QMetaObject::Connection counting =
-                QObject::connect(window, &QQuickWindow::frameSwapped, window, [&frames] { ++frames; });
-            ASSERT_TRUE(spinUntil(
-                [&] {
-                    window->update();
-                    return frames > 40;
-                },
-                20'000));
-            QObject::disconnect(counting);
-            const QImage image = window->grabWindow();
-            ASSERT_FALSE(image.isNull());
-            EXPECT_TRUE(image.save(folder + QStringLiteral("/%1-%2.png").arg(name).arg(size.width())));
-        }
-    }
 };
 
 } // namespace quillhaven::testing

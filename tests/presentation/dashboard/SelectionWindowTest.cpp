@@ -188,32 +188,3 @@ TEST_F(SelectionWindow, BackupMenuTellsWhenThereIsNoPlaceForBackups)
     click("text", "Recover All Files");
     EXPECT_TRUE(eventuallyShows("How to use:"));
 }
-
-class SelectionPictures : public DashboardPictures
-{
-};
-
-TEST_F(SelectionPictures, ThreeSelected)
-{
-    storeThree();
-    shown();
-    ASSERT_TRUE(tabToList());
-    press(Qt::Key_A, Qt::ControlModifier);
-    press(Qt::Key_Down);
-    press(Qt::Key_Space);
-    draw(QStringLiteral("selected"));
-}
-
-TEST_F(SelectionPictures, BackupMenu)
-{
-    storeThree();
-    shown();
-    started().dashboard.backup()->setEnableiCloudBackup(true);
-    for (QQuickItem *each : visibleItems(shown().window()->contentItem())) {
-        if (each->property("text").toString() == QStringLiteral("Backup")) {
-            QMetaObject::invokeMethod(each, "clicked");
-            break;
-        }
-    }
-    draw(QStringLiteral("backup-menu"));
-}

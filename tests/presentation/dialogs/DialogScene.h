@@ -6,7 +6,6 @@
 #include "support/RunTask.h"
 
 #include <QAccessible>
-#include <QDir>
 #include <QQmlComponent>
 #include <QQmlEngine>
 #include <QQuickItem>
@@ -151,23 +150,6 @@ public:
         Heard all;
         listen(QAccessible::queryAccessibleInterface(m_window.get()), all);
         return all;
-    }
-
-    /// Draws a picture into the folder that QUILLHAVEN_SCREENSHOTS names, or beside the program.
-    void draw(const QString &name)
-    {
-        const QString folder = qEnvironmentVariable("QUILLHAVEN_SCREENSHOTS", QCoreApplication::applicationDirPath() +
-                                                                                  QStringLiteral("/screenshots"));
-        ASSERT_TRUE(QDir().mkpath(folder));
-        int frames = 0;
-        const QMetaObject::Connection counting =
-            QObject::connect(m_window.get(), &QQuickWindow::frameSwapped, m_window.get(), [&frames] { ++frames; });
-        EXPECT_TRUE(spinUntil([&] {
-            m_window->update();
-            return frames > 40;
-        }));
-        QObject::disconnect(counting);
-        EXPECT_TRUE(m_window->grabWindow().save(folder + QLatin1Char('/') + name + QStringLiteral(".png")));
     }
 
 private:

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// The sheets around long operations, each in a real window, driven by keys and looked at by its texts. The pictures go
-// where QUILLHAVEN_SCREENSHOTS says.
+// The sheets around long operations, each in a real window, driven by keys and looked at by its texts.
 
 #include "DialogScene.h"
 
@@ -26,14 +25,6 @@ QStringList manyNames()
         names.append(QStringLiteral("Contract %1.pdf").arg(number));
     }
     return names;
-}
-
-void drawInBothSizes(DialogScene &scene, const QString &name)
-{
-    scene.draw(name + QStringLiteral("-1200"));
-    scene.window()->resize(smallest);
-    ASSERT_TRUE(spinUntil([&] { return scene.window()->size() == smallest; }, 5000));
-    scene.draw(name + QStringLiteral("-760"));
 }
 
 class ShredConfirmationWindow : public ::testing::Test
@@ -187,7 +178,6 @@ TEST(BulkProgressWindow, ShowsItsStateAndCloses)
     for (const char *text : {"Bulk Operation", "Locking will.pdf...", "50% Complete"}) {
         EXPECT_TRUE(scene.shows(text)) << text;
     }
-    drawInBothSizes(scene, QStringLiteral("bulk-progress"));
     scene.press(Qt::Key_Return);
     EXPECT_FALSE(operation.isPresented());
 }
@@ -237,7 +227,6 @@ TEST(RecoveryWindow, KeyboardAloneRecovers)
     EXPECT_FALSE(manager.isRecovering());
     scene.type("Masterkey9");
     EXPECT_FALSE(scene.heard().texts.contains(QStringLiteral("Masterkey9")));
-    drawInBothSizes(scene, QStringLiteral("recovery"));
     scene.press(Qt::Key_Return);
     EXPECT_EQ(entered, QStringLiteral("Masterkey9"));
     EXPECT_TRUE(scene.shows("Recovering..."));
@@ -264,43 +253,4 @@ TEST(ErrorWindow, LongTextScrollsAndItsButtonStays)
     const qreal before = title->mapToScene({0, 0}).y();
     scene.press(Qt::Key_PageDown);
     EXPECT_LT(title->mapToScene({0, 0}).y(), before);
-    drawInBothSizes(scene, QStringLiteral("error-long"));
-}
-
-TEST(OperationPictures, ShredConfirmation)
-{
-    ShredConfirmationDialogModel dialog;
-    DialogScene scene(QStringLiteral("ShredConfirmationDialog { dialog: scene.shred }"),
-                      {{QStringLiteral("shred"), QVariant::fromValue(&dialog)}});
-    dialog.show(manyNames());
-    ASSERT_TRUE(scene.getsFocus("Cancel"));
-    dialog.setHasReadWarning(true);
-    dialog.setConfirmationText(QStringLiteral("SHRED PERMANENTLY"));
-    drawInBothSizes(scene, QStringLiteral("shred-confirmation"));
-}
-
-TEST(OperationPictures, ShredProgress)
-{
-    OperationProgress operation;
-    DialogScene scene(QStringLiteral("ShredProgressView { operation: scene.operation }"),
-                      {{QStringLiteral("operation"), QVariant::fromValue(&operation)}});
-    operation.show();
-    operation.report(QStringLiteral("Shredding original file: Contract 1.pdf"), 0.42);
-    drawInBothSizes(scene, QStringLiteral("shred-progress"));
-}
-
-TEST(OperationPictures, BulkFilePicker)
-{
-    FakeFilePanels panels;
-    BulkFilePickerModel picker(panels, [](const QStringList &paths) { return paths; });
-    DialogScene scene(QStringLiteral("BulkFilePickerView { picker: scene.picker }"),
-                      {{QStringLiteral("picker"), QVariant::fromValue(&picker)}});
-    picker.show();
-    scene.draw(QStringLiteral("bulk-picker-empty"));
-    QStringList paths{QStringLiteral("/tmp")};
-    for (const QString &name : manyNames()) {
-        paths.append(QStringLiteral("/papers/") + name);
-    }
-    picker.handleFileSelection(paths);
-    drawInBothSizes(scene, QStringLiteral("bulk-picker"));
 }

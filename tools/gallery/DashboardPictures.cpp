@@ -1,0 +1,92 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+// The main window in its states.
+
+#include "Picture.h"
+#include "presentation/dashboard/DashboardWindowFixture.h"
+
+using namespace quillhaven;
+using namespace quillhaven::testing;
+
+namespace {
+
+class DashboardPictures : public DashboardWindow
+{
+protected:
+    void draw(const QString &name) { drawInBothSizes(*shown().window(), name); }
+};
+
+TEST_F(DashboardPictures, EmptyCatalogue)
+{
+    draw(QStringLiteral("empty"));
+}
+
+TEST_F(DashboardPictures, ThreeItemsWithTheKeyboardOnOne)
+{
+    storeThree();
+    shown();
+    ASSERT_TRUE(tabToList());
+    press(Qt::Key_Down);
+    started().dashboard.copyPathToClipboard(QStringLiteral("ID-alpha.txt"));
+    started().dashboard.items()->setBusy({QStringLiteral("ID-charlie")}, true);
+    draw(QStringLiteral("three"));
+}
+
+TEST_F(DashboardPictures, TwoHundredItems)
+{
+    const QStringList endings{QStringLiteral("pdf"), QStringLiteral("png"), QStringLiteral("zip"), QString()};
+    QList<ProtectedItem> items;
+    for (int number = 0; number < 200; ++number) {
+        ProtectedItem item = namedItem(QStringLiteral("Contract %1").arg(number, 3, 10, QLatin1Char('0')));
+        item.isFolder = number % 4 == 3;
+        item.originalName += item.isFolder ? QString() : QLatin1Char('.') + endings.at(number % 4);
+        if (number == 2) {
+            item.originalName = QStringLiteral("Contract 002 ") + QStringLiteral("with a very long name ").repeated(8);
+        }
+        item.isMounted = number % 5 == 1;
+        item.useTouchID = number % 3 == 0;
+        items.append(item);
+    }
+    storeCatalogue(services, items);
+    draw(QStringLiteral("many"));
+    started().dashboard.setSearchText(QStringLiteral("12"));
+    draw(QStringLiteral("filtered"));
+    started().dashboard.setSearchText(QStringLiteral("nothing"));
+    draw(QStringLiteral("no-results"));
+}
+
+TEST_F(DashboardPictures, ProtectingAndTheMethods)
+{
+    storeThree();
+    shown();
+    started().dashboard.showProtectionDialog(services.home.write(QStringLiteral("papers/will.pdf")));
+    DashboardHarness::settle();
+    draw(QStringLiteral("method"));
+}
+
+TEST_F(DashboardPictures, ThreeSelected)
+{
+    storeThree();
+    shown();
+    ASSERT_TRUE(tabToList());
+    press(Qt::Key_A, Qt::ControlModifier);
+    press(Qt::Key_Down);
+    press(Qt::Key_Space);
+    draw(QStringLiteral("selected"));
+}
+
+TEST_F(DashboardPictures, BackupMenu)
+{
+    storeThree();
+    shown();
+    started().dashboard.backup()->setEnableiCloudBackup(true);
+    for (QQuickItem *each : visibleItems(shown().window()->contentItem())) {
+        if (each->property("text").toString() == QStringLiteral("Backup")) {
+            QMetaObject::invokeMethod(each, "clicked");
+            break;
+        }
+    }
+    draw(QStringLiteral("backup-menu"));
+}
+
+} // namespace

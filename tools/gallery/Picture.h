@@ -1,0 +1,41 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+#pragma once
+
+#include "support/RunTask.h"
+
+#include <QDir>
+#include <QQuickWindow>
+
+#include <gtest/gtest.h>
+
+namespace quillhaven::testing {
+
+/// Saves what the window shows, once its animations have ended, in the folder that QUILLHAVEN_GALLERY names.
+inline void draw(QQuickWindow &window, const QString &name)
+{
+    const QDir folder(qEnvironmentVariable("QUILLHAVEN_GALLERY", QStringLiteral("gallery")));
+    ASSERT_TRUE(folder.mkpath(QStringLiteral(".")));
+    constexpr int framesOfTheLongestAnimation = 40;
+    int frames = 0;
+    const QMetaObject::Connection counting =
+        QObject::connect(&window, &QQuickWindow::frameSwapped, &window, [&frames] { ++frames; });
+    ASSERT_TRUE(spinUntil([&] {
+        window.update();
+        return frames > framesOfTheLongestAnimation;
+    }));
+    QObject::disconnect(counting);
+    ASSERT_TRUE(window.grabWindow().save(folder.filePath(name + QStringLiteral(".png"))));
+}
+
+/// A picture of the usual size of the window, and one of the smallest.
+inline void drawInBothSizes(QQuickWindow &window, const QString &name)
+{
+    for (const QSize &size : {QSize(1200, 900), QSize(760, 560)}) {
+        window.resize(size);
+        ASSERT_TRUE(spinUntil([&] { return window.size() == size; }));
+        draw(window, QStringLiteral("%1-%2").arg(name).arg(size.width()));
+    }
+}
+
+} // namespace quillhaven::testing
