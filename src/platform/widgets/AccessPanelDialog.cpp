@@ -2,7 +2,6 @@
 
 #include "platform/widgets/AccessPanelDialog.h"
 
-
 #include <QDialogButtonBox>
 #include <QFileInfo>
 #include <QLabel>

@@ -2,7 +2,6 @@
 
 #include "platform/widgets/OpenPanelDialog.h"
 
-
 #include <QAbstractItemView>
 #include <QDialogButtonBox>
 #include <QFileInfo>
