@@ -51,6 +51,26 @@ for file in "${qml[@]}"; do
     esac
 done
 
+# QML is typed: a property that holds a model names its class. These take what has no one class, such as a value or null.
+untyped='controls/(PrimaryFilledButtonStyle|SheetLoader)|dialogs/BulkFilePickerView|/dashboard/|presentation/Main'
+# What is made from a component sees its surroundings by their ids alone, as the compiler does.
+component='(delegate|sourceComponent): |(Component|Repeater|Instantiator) \{|^ *component '
+for file in "${qml[@]}"; do
+    [[ $file =~ $untyped ]] || ! grep -nE 'property (QtObject|var|variant) ' "$file" /dev/null ||
+        breach "$file: the properties above name a class."
+    [[ $file == */dashboard/* ]] || ! grep -qE "$component" "$file" || grep -q '^pragma ComponentBehavior: Bound' "$file" ||
+        breach "$file: begins with pragma ComponentBehavior: Bound."
+    for header in src/*/"$(basename "$file" .qml)".h src/*/*/"$(basename "$file" .qml)".h; do
+        [ ! -f "$header" ] || [[ $header == */dashboard/SearchFilterBar.h ]] ||
+            breach "$header: a class has another name than a QML file, such as $(basename "$file" .qml)Model."
+    done
+done
+
+# Every file says its licence.
+while read -r file; do
+    head -5 "$file" | grep -q 'SPDX-License-Identifier: ' || breach "$file: has no SPDX line."
+done < <(printf '%s\n' "${sources[@]}" "${qml[@]}"; ours '*CMakeLists.txt' '*.cmake' '*.py' '*.sh' run test 'tools/*/run' 'fuzz/run')
+
 # Tests: each is in a target, and none may be passed over. A test that cannot run fails.
 while read -r file; do
     folder=$(dirname "$file")

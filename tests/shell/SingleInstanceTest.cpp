@@ -242,8 +242,8 @@ TEST_P(SingleInstanceSocketTest, AHolderOfTheLockThatNeverListensIsStillTheOnlyO
     const auto second = start();
     ASSERT_TRUE(second->waitForRole());
     EXPECT_TRUE(second->isSecondary());
-    EXPECT_TRUE(
-        second->lines().constFirst().startsWith(QStringLiteral("⚠️ Quillhaven is already running, but it does not answer: ")))
+    EXPECT_TRUE(second->lines().constFirst().startsWith(
+        QStringLiteral("⚠️ Quillhaven is already running, but it does not answer: ")))
         << qUtf8Printable(second->lines().constFirst());
 }
 
