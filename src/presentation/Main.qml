@@ -15,10 +15,10 @@ ApplicationWindow {
     required property SheetModels sheets
 
     title: "Quillhaven"
-    width: 1200
-    height: 900
+    width: Metrics.windowWidth
+    height: Metrics.windowHeight
     minimumWidth: Metrics.narrowBar
-    minimumHeight: 560
+    minimumHeight: Metrics.windowMinimumHeight
     color: Colors.windowBackground
     palette.toolTipBase: Colors.background
     palette.toolTipText: Colors.textPrimary

@@ -21,12 +21,12 @@ T.Dialog {
     property bool symbolSpringsIn: false
     /// The symbol's circle beats for as long as the sheet shows.
     property bool symbolPulses: false
-    property int symbolCircle: 64
+    property int symbolCircle: Metrics.sheetSymbolCircle
     readonly property size room: parent ? Qt.size(parent.width, parent.height) : Qt.size(0, 0)
     /// There is little room: what is not words takes less of it.
-    readonly property bool isCompact: room.height < 640
-    property int minimumSheetWidth: 400
-    property int maximumSheetWidth: 500
+    readonly property bool isCompact: room.height < Metrics.compactSheet
+    property int minimumSheetWidth: Metrics.sheetMinimumWidth
+    property int maximumSheetWidth: Metrics.sheetMaximumWidth
     /// The item that gets the keyboard when the sheet appears; without it, the first control.
     property Item initialFocusItem: null
     default property alias body: bodyColumn.data
@@ -176,33 +176,27 @@ T.Dialog {
                     pulses: sheet.symbolPulses
                 }
 
-                Text {
+                TextLabel {
                     Layout.fillWidth: true
                     text: sheet.title
-                    textFormat: Text.PlainText
                     font: Typography.modalTitle
-                    color: Colors.textPrimary
                     horizontalAlignment: Text.AlignHCenter
                     wrapMode: Text.Wrap
                     maximumLineCount: 3
                     elide: Text.ElideMiddle
                     Accessible.role: Accessible.Heading
-                    Accessible.name: text
                 }
 
-                Text {
+                TextLabel {
                     Layout.fillWidth: true
                     Layout.topMargin: -Spacing.sm
                     visible: text !== ""
                     text: sheet.message
-                    textFormat: Text.PlainText
                     font: Typography.settingLabel
                     color: Colors.textSecondary
                     lineHeight: 1.25
                     horizontalAlignment: Text.AlignHCenter
                     wrapMode: Text.Wrap
-                    Accessible.role: Accessible.StaticText
-                    Accessible.name: text
                 }
 
                 ColumnLayout {

@@ -19,19 +19,19 @@ Rectangle {
     implicitHeight: implicitWidth
     radius: height / 2
     visible: symbol !== ""
-    color: Qt.rgba(symbolColor.r, symbolColor.g, symbolColor.b, 0.16)
+    color: Qt.alpha(symbolColor, Metrics.tintOpacity)
     scale: showing || !springsIn ? 1 : 0.3
 
     Behavior on scale {
-        NumberAnimation { duration: 600; easing.type: Easing.OutBack }
+        NumberAnimation { duration: Metrics.springDuration; easing.type: Easing.OutBack }
     }
 
     SequentialAnimation {
         running: circle.pulses && circle.showing
         loops: Animation.Infinite
         alwaysRunToEnd: true
-        NumberAnimation { target: pulse; property: "scale"; to: 1.15; duration: 500; easing.type: Easing.InOutQuad }
-        NumberAnimation { target: pulse; property: "scale"; to: 1; duration: 500; easing.type: Easing.InOutQuad }
+        NumberAnimation { target: pulse; property: "scale"; to: 1.15; duration: DesignSystem.animationSlow; easing.type: Easing.InOutQuad }
+        NumberAnimation { target: pulse; property: "scale"; to: 1; duration: DesignSystem.animationSlow; easing.type: Easing.InOutQuad }
     }
 
     SymbolImage {

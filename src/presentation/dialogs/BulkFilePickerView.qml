@@ -28,7 +28,7 @@ SheetFrame {
         id: selectButton
 
         Layout.fillWidth: true
-        Layout.minimumWidth: 336
+        Layout.minimumWidth: Metrics.sheetBodyWidth
         text: "Select Files & Folders"
         symbol: "plus.circle.fill"
         fill: Colors.selection
@@ -41,13 +41,11 @@ SheetFrame {
         Layout.fillWidth: true
         visible: sheet.picker.count > 0
 
-        Text {
+        TextLabel {
             Layout.fillWidth: true
             text: "Selected Items (" + sheet.picker.count + ")"
             font: Typography.settingTitle
-            color: Colors.textPrimary
             Accessible.role: Accessible.Heading
-            Accessible.name: text
         }
 
         SecondaryButton {
@@ -59,7 +57,7 @@ SheetFrame {
     Rectangle {
         Layout.fillWidth: true
         visible: sheet.picker.count > 0
-        implicitHeight: Math.min(chosen.contentHeight + 2 * Spacing.xs, 200)
+        implicitHeight: Math.min(chosen.contentHeight + 2 * Spacing.xs, Metrics.shortListHeight)
         radius: DesignSystem.cornerRadiusMedium
         color: Colors.backgroundSecondary
         border.width: 1
@@ -85,7 +83,7 @@ SheetFrame {
                 required property int index
 
                 width: ListView.view.width
-                height: 40
+                height: Metrics.entryHeight
                 Accessible.role: Accessible.ListItem
                 Accessible.name: modelData.name
                 onActiveFocusChanged: if (activeFocus) ListView.view.positionViewAtIndex(index, ListView.Contain)
@@ -98,7 +96,7 @@ SheetFrame {
 
                     SymbolImage {
                         symbol: entry.modelData.isFolder ? "folder.fill" : "doc.fill"
-                        size: 20
+                        size: Metrics.symbolEntry
                         color: Colors.primaryAccent
                     }
 

@@ -22,18 +22,17 @@ SheetFrame {
 
     ProgressLine {
         Layout.fillWidth: true
-        Layout.minimumWidth: 336
+        Layout.minimumWidth: Metrics.sheetBodyWidth
         value: sheet.operation.progress
     }
 
-    Text {
+    TextLabel {
         Layout.fillWidth: true
         text: sheet.operation.percent + "% Complete"
         font: Typography.settingDescription
         color: Colors.textSecondary
         horizontalAlignment: Text.AlignHCenter
         Accessible.role: Accessible.StatusBar
-        Accessible.name: text
     }
 
     buttons: SecondaryButton {

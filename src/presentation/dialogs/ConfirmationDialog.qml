@@ -19,7 +19,7 @@ SheetFrame {
     message: manager.message
     symbol: manager.isDestructive ? "exclamationmark.triangle" : "questionmark.circle"
     symbolColor: manager.isDestructive ? Colors.error : Colors.primaryAccent
-    minimumSheetWidth: 350
+    minimumSheetWidth: Metrics.smallSheetMinimumWidth
     initialFocusItem: manager.isDestructive && manager.showCancelButton ? cancelButton : confirmButton
     onReturnPressed: manager.confirm()
     onEscapePressed: manager.cancel()
@@ -29,7 +29,7 @@ SheetFrame {
         SecondaryButton {
             id: cancelButton
 
-            Layout.minimumWidth: 120
+            Layout.minimumWidth: Metrics.sheetButtonWidth
             visible: dialog.manager.showCancelButton
             text: dialog.manager.cancelTitle
             onClicked: dialog.manager.cancel()
@@ -37,7 +37,7 @@ SheetFrame {
         FilledButton {
             id: confirmButton
 
-            Layout.minimumWidth: 120
+            Layout.minimumWidth: Metrics.sheetButtonWidth
             text: dialog.manager.confirmTitle
             fill: dialog.manager.isDestructive ? Colors.destructive : Colors.cta
             onClicked: dialog.manager.confirm()

@@ -47,7 +47,6 @@ SheetFrame {
             SymbolImage {
                 Layout.alignment: Qt.AlignTop
                 symbol: "lightbulb.fill"
-                size: 22
                 color: Colors.warning
             }
 
@@ -55,23 +54,18 @@ SheetFrame {
                 Layout.fillWidth: true
                 spacing: Spacing.xs
 
-                Text {
+                TextLabel {
                     text: "Troubleshooting"
                     font: Typography.settingTitle
-                    color: Colors.textPrimary
                     Accessible.role: Accessible.Heading
-                    Accessible.name: text
                 }
 
-                Text {
+                TextLabel {
                     Layout.fillWidth: true
                     text: dialog.manager.troubleshootingMessage
-                    textFormat: Text.PlainText
                     font: Typography.settingDescription
                     color: Colors.textSecondary
                     wrapMode: Text.Wrap
-                    Accessible.role: Accessible.StaticText
-                    Accessible.name: text
                 }
             }
         }

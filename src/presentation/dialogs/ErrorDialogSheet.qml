@@ -27,14 +27,14 @@ SheetFrame {
     message: errorMessage
     symbol: "exclamationmark.triangle.fill"
     symbolColor: Colors.error
-    minimumSheetWidth: 350
+    minimumSheetWidth: Metrics.smallSheetMinimumWidth
     initialFocusItem: buttons.mainButton
     onReturnPressed: dismiss()
     onEscapePressed: dismiss()
 
     ErrorDialogManager { id: rules }
 
-    Text {
+    TextLabel {
         Layout.fillWidth: true
         visible: text !== ""
         text: dialog.hint
@@ -42,8 +42,6 @@ SheetFrame {
         color: Colors.textSecondary
         horizontalAlignment: Text.AlignHCenter
         wrapMode: Text.Wrap
-        Accessible.role: Accessible.StaticText
-        Accessible.name: text
     }
 
     buttons: SheetButtons {

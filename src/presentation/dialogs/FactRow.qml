@@ -19,17 +19,15 @@ RowLayout {
 
     SymbolImage {
         symbol: row.symbol
-        size: 18
+        size: Metrics.symbolControl
         color: row.color
     }
 
-    Text {
+    TextLabel {
         Layout.fillWidth: true
         text: row.text
         font: Typography.settingDescription
         color: row.color
         wrapMode: Text.Wrap
-        Accessible.role: Accessible.StaticText
-        Accessible.name: text
     }
 }

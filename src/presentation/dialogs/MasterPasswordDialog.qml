@@ -34,7 +34,7 @@ SheetFrame {
         id: field
 
         Layout.fillWidth: true
-        Layout.minimumWidth: 360
+        Layout.minimumWidth: Metrics.sheetFieldWidth
         label: "Master Password"
         prompt: "Enter password"
         onAccepted: dialog.handleAuthenticate()

@@ -15,20 +15,17 @@ AbstractButton {
     property string symbol
     property string detail
 
-    function press() {
-        if (enabled)
-            clicked()
-    }
-
-    implicitHeight: 76
+    implicitHeight: Metrics.cardHeight
     padding: Spacing.lg
     hoverEnabled: true
     Accessible.role: Accessible.Button
     Accessible.name: text
     Accessible.description: detail
-    Accessible.onPressAction: press()
-    Keys.onReturnPressed: press()
-    Keys.onEnterPressed: press()
+
+    KeyboardPress {
+        control: card
+        onPressed: card.clicked()
+    }
 
     contentItem: RowLayout {
         spacing: Spacing.lg
@@ -42,7 +39,7 @@ AbstractButton {
             SymbolImage {
                 anchors.centerIn: parent
                 symbol: card.symbol
-                size: 24
+                size: Metrics.symbolRow
                 color: Colors.primaryAccent
             }
         }
@@ -79,7 +76,7 @@ AbstractButton {
 
         FocusRing {
             shown: card.visualFocus
-            radius: DesignSystem.cornerRadiusLarge + 3
+            radius: DesignSystem.cornerRadiusLarge + Metrics.focusRingGap
         }
     }
 }

@@ -20,8 +20,7 @@ SheetFrame {
     title: manager.title
     message: manager.message
     symbol: "key.fill"
-    minimumSheetWidth: 350
-    maximumSheetWidth: 500
+    minimumSheetWidth: Metrics.smallSheetMinimumWidth
     initialFocusItem: passwordField.inputItem
     onReturnPressed: dialog.confirm()
     onEscapePressed: dialog.cancel()
@@ -30,7 +29,7 @@ SheetFrame {
         id: passwordField
 
         Layout.fillWidth: true
-        Layout.minimumWidth: 360
+        Layout.minimumWidth: Metrics.sheetFieldWidth
         label: "Password"
         prompt: "Enter password"
         secret: sheet.dialog.password

@@ -34,7 +34,7 @@ SheetFrame {
         id: field
 
         Layout.fillWidth: true
-        Layout.minimumWidth: 360
+        Layout.minimumWidth: Metrics.sheetFieldWidth
         label: "Master Password"
         prompt: "Enter your master password"
         onAccepted: dialog.recover()
@@ -57,12 +57,10 @@ SheetFrame {
             anchors.margins: Spacing.md
             spacing: Spacing.sm
 
-            Text {
+            TextLabel {
                 text: "How to use:"
                 font: Typography.settingTitle
-                color: Colors.textPrimary
                 Accessible.role: Accessible.Heading
-                Accessible.name: text
             }
 
             Repeater {
@@ -88,14 +86,12 @@ SheetFrame {
                         Accessible.ignored: true
                     }
 
-                    Text {
+                    TextLabel {
                         Layout.fillWidth: true
                         text: step.modelData
                         font: Typography.settingDescription
                         color: Colors.textSecondary
                         wrapMode: Text.Wrap
-                        Accessible.role: Accessible.StaticText
-                        Accessible.name: text
                     }
                 }
             }

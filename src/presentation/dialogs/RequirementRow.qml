@@ -20,7 +20,7 @@ RowLayout {
 
     SymbolImage {
         symbol: row.isMet ? "checkmark.circle.fill" : "xmark.circle.fill"
-        size: 16
+        size: Metrics.symbolText
         color: row.isMet ? Colors.success : Colors.error
     }
 

@@ -20,15 +20,15 @@ SheetFrame {
     message: "You are about to permanently delete the following items:"
     symbol: "exclamationmark.triangle.fill"
     symbolColor: Colors.error
-    minimumSheetWidth: 450
-    maximumSheetWidth: 500
+    minimumSheetWidth: Metrics.warningSheetMinimumWidth
     initialFocusItem: cancelButton
     onReturnPressed: dialog.confirm()
     onEscapePressed: dialog.cancel()
 
     Rectangle {
         Layout.fillWidth: true
-        implicitHeight: Math.min(names.contentHeight, sheet.isCompact ? 52 : 108) + 2 * Spacing.sm
+        implicitHeight: 2 * Spacing.sm + Math.min(names.contentHeight, sheet.isCompact ? Metrics.compactNameListHeight
+                                                                                        : Metrics.nameListHeight)
         radius: DesignSystem.cornerRadiusMedium
         color: Colors.backgroundSecondary
         border.width: 1
@@ -66,7 +66,7 @@ SheetFrame {
                         required property string modelData
 
                         width: nameColumn.width
-                        height: 24
+                        height: Metrics.nameRowHeight
                         text: modelData
                         textFormat: Text.PlainText
                         font: Typography.buttonText
@@ -82,14 +82,13 @@ SheetFrame {
         }
     }
 
-    Text {
+    TextLabel {
         Layout.fillWidth: true
         text: "⚠️ This action cannot be undone"
         font: Typography.settingTitle
         color: Colors.error
         wrapMode: Text.Wrap
         Accessible.role: Accessible.AlertMessage
-        Accessible.name: text
     }
 
     ColumnLayout {
@@ -102,7 +101,7 @@ SheetFrame {
                     "• File system metadata will be permanently cleared",
                     "• This process may take several minutes"]
 
-            Text {
+            TextLabel {
                 required property string modelData
 
                 Layout.fillWidth: true
@@ -110,8 +109,6 @@ SheetFrame {
                 font: Typography.settingDescription
                 color: Colors.textSecondary
                 wrapMode: Text.Wrap
-                Accessible.role: Accessible.StaticText
-                Accessible.name: text
             }
         }
     }
@@ -136,31 +133,14 @@ SheetFrame {
             Accessible.ignored: true
         }
 
-        TextField {
-            id: field
-
+        InputField {
             Layout.fillWidth: true
-            implicitHeight: DesignSystem.buttonHeight + 4
-            leftPadding: Spacing.md
-            rightPadding: Spacing.md
-            font: Typography.settingTitle
-            color: Colors.textPrimary
             placeholderText: "Type here to confirm"
-            placeholderTextColor: Colors.textTertiary
-            selectionColor: Colors.primary
-            selectedTextColor: Colors.textPrimary
-            selectByMouse: true
-            hoverEnabled: true
             text: sheet.dialog.confirmationText
             onTextEdited: sheet.dialog.confirmationText = text
             Accessible.role: Accessible.EditableText
             Accessible.name: "Type 'SHRED PERMANENTLY' to confirm:"
             Accessible.description: placeholderText
-
-            background: TextFieldFrame {
-                focused: field.activeFocus
-                hovered: field.hovered
-            }
         }
     }
 

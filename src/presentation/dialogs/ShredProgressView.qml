@@ -21,22 +21,19 @@ SheetFrame {
     title: "Secure Shredding in Progress"
     symbol: "trash.fill"
     symbolColor: Colors.error
-    symbolCircle: 80
+    symbolCircle: Metrics.largeSheetSymbolCircle
     symbolPulses: true
     onEscapePressed: if (canCancel) cancelled()
 
-    Text {
+    TextLabel {
         Layout.fillWidth: true
         text: sheet.operation.message
-        textFormat: Text.PlainText
         font: Typography.settingLabel
-        color: Colors.textPrimary
         horizontalAlignment: Text.AlignHCenter
         wrapMode: Text.Wrap
         maximumLineCount: 4
         elide: Text.ElideRight
         Accessible.role: Accessible.StatusBar
-        Accessible.name: text
     }
 
     ProgressLine {
@@ -57,12 +54,9 @@ SheetFrame {
             Accessible.ignored: true
         }
 
-        Text {
+        TextLabel {
             text: sheet.operation.percent + "%"
             font: Typography.settingDescription
-            color: Colors.textPrimary
-            Accessible.role: Accessible.StaticText
-            Accessible.name: text
         }
     }
 

@@ -18,20 +18,17 @@ SheetFrame {
     title: "Touch ID"
     message: manager.reason
     symbol: "touchid"
-    minimumSheetWidth: 350
-    maximumSheetWidth: 400
+    minimumSheetWidth: Metrics.smallSheetMinimumWidth
+    maximumSheetWidth: Metrics.sheetMinimumWidth
     onEscapePressed: manager.cancel()
 
-    Text {
+    TextLabel {
         Layout.fillWidth: true
         text: prompt.manager.hint
-        textFormat: Text.PlainText
         font: Typography.settingTitle
-        color: Colors.textPrimary
         horizontalAlignment: Text.AlignHCenter
         wrapMode: Text.Wrap
         Accessible.role: Accessible.AlertMessage
-        Accessible.name: text
     }
 
     buttons: SecondaryButton {

@@ -42,6 +42,22 @@ class Metrics : public QObject
     Q_PROPERTY(int pickerMinimumWidth MEMBER pickerMinimumWidth CONSTANT)
     Q_PROPERTY(int buttonMinimumWidth MEMBER buttonMinimumWidth CONSTANT)
     Q_PROPERTY(int revealButtonWidth MEMBER revealButtonWidth CONSTANT)
+    Q_PROPERTY(int sheetMinimumWidth MEMBER sheetMinimumWidth CONSTANT)
+    Q_PROPERTY(int sheetMaximumWidth MEMBER sheetMaximumWidth CONSTANT)
+    Q_PROPERTY(int smallSheetMinimumWidth MEMBER smallSheetMinimumWidth CONSTANT)
+    Q_PROPERTY(int warningSheetMinimumWidth MEMBER warningSheetMinimumWidth CONSTANT)
+    Q_PROPERTY(int sheetBodyWidth MEMBER sheetBodyWidth CONSTANT)
+    Q_PROPERTY(int sheetFieldWidth MEMBER sheetFieldWidth CONSTANT)
+    Q_PROPERTY(int sheetButtonWidth MEMBER sheetButtonWidth CONSTANT)
+    Q_PROPERTY(int sheetSymbolCircle MEMBER sheetSymbolCircle CONSTANT)
+    Q_PROPERTY(int largeSheetSymbolCircle MEMBER largeSheetSymbolCircle CONSTANT)
+    Q_PROPERTY(int shortListHeight MEMBER shortListHeight CONSTANT)
+    Q_PROPERTY(int nameRowHeight MEMBER nameRowHeight CONSTANT)
+    Q_PROPERTY(int nameListHeight MEMBER nameListHeight CONSTANT)
+    Q_PROPERTY(int compactNameListHeight MEMBER compactNameListHeight CONSTANT)
+    Q_PROPERTY(int windowWidth MEMBER windowWidth CONSTANT)
+    Q_PROPERTY(int windowHeight MEMBER windowHeight CONSTANT)
+    Q_PROPERTY(int windowMinimumHeight MEMBER windowMinimumHeight CONSTANT)
     Q_PROPERTY(int focusRingGap MEMBER focusRingGap CONSTANT)
     Q_PROPERTY(int compactList MEMBER compactList CONSTANT)
     Q_PROPERTY(int compactSheet MEMBER compactSheet CONSTANT)
@@ -52,6 +68,7 @@ class Metrics : public QObject
     Q_PROPERTY(double disabledOpacity MEMBER disabledOpacity CONSTANT)
     Q_PROPERTY(double tintOpacity MEMBER tintOpacity CONSTANT)
     Q_PROPERTY(double badgeOpacity MEMBER badgeOpacity CONSTANT)
+    Q_PROPERTY(int springDuration MEMBER springDuration CONSTANT)
     Q_PROPERTY(int toolTipDelay MEMBER toolTipDelay CONSTANT)
 
 public:
@@ -90,6 +107,26 @@ public:
     static constexpr int revealButtonWidth = 92;
     static constexpr int focusRingGap = 3; ///< between a control and the ring around it
 
+    // The main window
+    static constexpr int windowWidth = 1200;
+    static constexpr int windowHeight = 900;
+    static constexpr int windowMinimumHeight = 560; ///< its least width is `narrowBar`
+
+    // Sheets and their lists
+    static constexpr int sheetMinimumWidth = 400;
+    static constexpr int sheetMaximumWidth = 500;
+    static constexpr int smallSheetMinimumWidth = 350;
+    static constexpr int warningSheetMinimumWidth = 450;
+    static constexpr int sheetBodyWidth = 336;   ///< at least, of a body without words
+    static constexpr int sheetFieldWidth = 360;  ///< at least
+    static constexpr int sheetButtonWidth = 120; ///< at least, of a button that is not stretched
+    static constexpr int sheetSymbolCircle = 64;
+    static constexpr int largeSheetSymbolCircle = 80;
+    static constexpr int shortListHeight = 200; ///< at most
+    static constexpr int nameRowHeight = 24;
+    static constexpr int nameListHeight = 108; ///< at most
+    static constexpr int compactNameListHeight = 52;
+
     // Where a screen has less than this, it is arranged for little room. Heights:
     static constexpr int compactList = 260;   ///< of the list, for what it says while it is empty
     static constexpr int compactSheet = 640;  ///< of the window, for its sheets
@@ -104,7 +141,9 @@ public:
     static constexpr double tintOpacity = 0.16; ///< of the ground below a symbol
     static constexpr double badgeOpacity = 0.18;
 
-    static constexpr int toolTipDelay = 600; ///< milliseconds
+    // Milliseconds
+    static constexpr int springDuration = 600; ///< of a symbol that grows into its place
+    static constexpr int toolTipDelay = 600;
 };
 
 } // namespace quillhaven
