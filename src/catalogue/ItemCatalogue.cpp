@@ -6,13 +6,18 @@
 #include "platform/UserDefaults.h"
 #include "settings/Settings.h"
 
+#include <QHash>
+
 #include <algorithm>
 #include <numeric>
 #include <utility>
 
 namespace quillhaven {
 
-ItemCatalogue::ItemCatalogue(UserDefaultsProvider &defaults, QObject *parent) : QObject(parent), m_defaults(defaults) {}
+ItemCatalogue::ItemCatalogue(UserDefaultsProvider &defaults, QObject *parent) : QObject(parent), m_defaults(defaults)
+{
+    connect(&m_leases, &ItemLeases::leaseChanged, this, &ItemCatalogue::leaseChanged);
+}
 
 ItemCatalogue::~ItemCatalogue() = default;
 
@@ -27,6 +32,23 @@ const ProtectedItem *ItemCatalogue::item(const QString &id) const
 {
     const auto found = std::ranges::find(m_items, id, &ProtectedItem::id);
     return found == m_items.cend() ? nullptr : &*found;
+}
+
+QList<ProtectedItem> ItemCatalogue::items(const QStringList &ids) const
+{
+    QHash<QString, const ProtectedItem *> records;
+    for (const ProtectedItem &item : m_items) {
+        if (!records.contains(item.id)) {
+            records.insert(item.id, &item);
+        }
+    }
+    QList<ProtectedItem> found;
+    for (const QString &id : ids) {
+        if (const ProtectedItem *item = records.value(id)) {
+            found.append(*item);
+        }
+    }
+    return found;
 }
 
 const ProtectedItem *ItemCatalogue::itemAt(const QString &originalPath) const

@@ -8,6 +8,7 @@
 #include <QList>
 #include <QObject>
 #include <QSet>
+#include <QStringList>
 
 #include <functional>
 #include <optional>
@@ -37,6 +38,8 @@ public:
     /// In order of insertion. The reference and the pointers below hold until the next change.
     [[nodiscard]] const QList<ProtectedItem> &items() const { return m_items; }
     [[nodiscard]] const ProtectedItem *item(const QString &id) const;
+    /// The records with these ids, in the order of the ids and without those that have none, in one pass.
+    [[nodiscard]] QList<ProtectedItem> items(const QStringList &ids) const;
     /// The first record of this original path.
     [[nodiscard]] const ProtectedItem *itemAt(const QString &originalPath) const;
 
@@ -68,6 +71,8 @@ Q_SIGNALS:
     void reset();
     /// After each of the signals above.
     void changed();
+    /// An item is leased now, or not any longer. Its record is the same.
+    void leaseChanged(const QString &id);
 
 private:
     using Encode = QByteArray (*)(const ProtectedItem &item);

@@ -35,6 +35,8 @@ void ItemLease::release()
     }
 }
 
+ItemLeases::ItemLeases(QObject *parent) : QObject(parent) {}
+
 QCoro::Task<ItemLease> ItemLeases::acquire(QString id)
 {
     if (m_waiting.contains(id)) {
@@ -43,6 +45,7 @@ QCoro::Task<ItemLease> ItemLeases::acquire(QString id)
         (void)co_await turn;
     } else {
         m_waiting.insert(id, {});
+        Q_EMIT leaseChanged(id);
     }
     co_return ItemLease(*this, id);
 }
@@ -52,6 +55,7 @@ void ItemLeases::release(const QString &id)
     const auto found = m_waiting.find(id);
     if (found->empty()) {
         m_waiting.erase(found);
+        Q_EMIT leaseChanged(id);
         return;
     }
     const Answer<bool> next = found->front();

@@ -6,6 +6,7 @@
 
 #include <QCoroTask>
 #include <QHash>
+#include <QObject>
 #include <QString>
 
 #include <deque>
@@ -41,17 +42,21 @@ private:
 ///
 /// A lease is taken after the last question to the user, never before: a question that another one replaces suspends
 /// its operation for good, and would keep the item from every other operation.
-class ItemLeases
+class ItemLeases : public QObject
 {
+    Q_OBJECT
+
 public:
-    ItemLeases() = default;
-    ItemLeases(const ItemLeases &) = delete;
-    ItemLeases &operator=(const ItemLeases &) = delete;
+    explicit ItemLeases(QObject *parent = nullptr);
 
     /// Ends with the lease of the item, at once when no other operation holds it. What was read of the item before is
     /// then to be read again.
     [[nodiscard]] QCoro::Task<ItemLease> acquire(QString id);
     [[nodiscard]] bool isLeased(const QString &id) const { return m_waiting.contains(id); }
+
+Q_SIGNALS:
+    /// An item is leased now, or not any longer.
+    void leaseChanged(const QString &id);
 
 private:
     friend class ItemLease;

@@ -114,17 +114,8 @@ QCoro::Task<> BulkActions::run(Job job)
 
 QList<ProtectedItem> BulkActions::liveItems(const Job &job) const
 {
-    QHash<QString, ProtectedItem> live;
-    for (const ProtectedItem &item : m_context.quillhavenManager.protectedItems()) {
-        live.insert(item.id, item);
-    }
-    QList<ProtectedItem> items;
-    for (const QString &id : job.ids) {
-        const auto item = live.constFind(id);
-        if (item != live.constEnd() && job.isDue(*item)) {
-            items.append(*item);
-        }
-    }
+    QList<ProtectedItem> items = m_context.quillhavenManager.catalogue().items(job.ids);
+    items.removeIf([&job](const ProtectedItem &item) { return !job.isDue(item); });
     return items;
 }
 

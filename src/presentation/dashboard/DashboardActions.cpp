@@ -20,8 +20,6 @@
 #include <QFileInfo>
 #include <QGuiApplication>
 
-#include <algorithm>
-
 namespace quillhaven {
 
 using namespace std::chrono_literals;
@@ -161,7 +159,7 @@ QCoro::Task<> DashboardViewModel::protect(QString path, QString password, bool u
 void DashboardViewModel::onToggleLock(const QString &id)
 {
     const std::optional<ProtectedItem> shown = liveItem(id);
-    if (!shown || m_items.isBusy(id)) {
+    if (!shown || m_rows.isBusy(id)) {
         return;
     }
     startJob([this, id, wasMounted = shown->isMounted] { return toggleLock(id, wasMounted); });
@@ -174,10 +172,10 @@ QCoro::Task<> DashboardViewModel::toggleLock(QString id, bool wasMounted)
     }
     // Something else may have locked or unlocked it meanwhile, and locking a locked item destroys its data.
     const std::optional<ProtectedItem> item = liveItem(id);
-    if (!item || item->isMounted != wasMounted || m_items.isBusy(id)) {
+    if (!item || item->isMounted != wasMounted || m_rows.isBusy(id)) {
         co_return;
     }
-    const BusyItems busy(m_items, {id});
+    const BusyItems busy(m_rows, {id});
     try {
         if (wasMounted) {
             co_await m_quillhavenManager.lockItem(*item);
@@ -192,7 +190,7 @@ QCoro::Task<> DashboardViewModel::toggleLock(QString id, bool wasMounted)
 void DashboardViewModel::askToRemove(const QString &id)
 {
     const std::optional<ProtectedItem> item = liveItem(id);
-    if (item && !m_items.isBusy(id)) {
+    if (item && !m_rows.isBusy(id)) {
         m_removeDialogManager.show(item->originalName, [this, id] { onRemove(id); }, {});
     }
 }
@@ -208,10 +206,10 @@ QCoro::Task<> DashboardViewModel::remove(QString id)
         co_return;
     }
     const std::optional<ProtectedItem> item = liveItem(id);
-    if (!item || m_items.isBusy(id)) {
+    if (!item || m_rows.isBusy(id)) {
         co_return;
     }
-    const BusyItems busy(m_items, {id});
+    const BusyItems busy(m_rows, {id});
     try {
         co_await m_quillhavenManager.removeProtection(*item);
     } catch (...) {
@@ -224,11 +222,20 @@ void DashboardViewModel::deleteFilteredItems(const QList<int> &offsets)
     QStringList ids;
     for (const int offset : offsets) {
         if (offset >= 0 && offset < m_items.count()) {
-            ids.append(m_items.items().at(offset).id);
+            ids.append(m_items.idAt(offset));
         }
     }
     for (const QString &id : std::as_const(ids)) {
         onRemove(id);
+    }
+}
+
+void DashboardViewModel::onDelete(int row)
+{
+    if (m_selection.selectedCount() > 0) {
+        m_bulk.performBulkRemove();
+    } else {
+        deleteFilteredItems({row});
     }
 }
 
@@ -240,10 +247,10 @@ void DashboardViewModel::duplicateAsEncryptedCopy(const QString &id)
 QCoro::Task<> DashboardViewModel::duplicate(QString id)
 {
     const std::optional<ProtectedItem> item = liveItem(id);
-    if (!item || m_items.isBusy(id)) {
+    if (!item || m_rows.isBusy(id)) {
         co_return;
     }
-    const BusyItems busy(m_items, {id});
+    const BusyItems busy(m_rows, {id});
     const auto logProgress = [](const QString &, double progress) {
         printLogger(QStringLiteral("Duplicate progress: ") + QString::number(progress));
     };
@@ -300,11 +307,9 @@ void DashboardViewModel::handleFinderAction(const QVariantMap &userInfo)
 
 void DashboardViewModel::toggleLockAt(const QString &path, bool isMounted)
 {
-    const QList<ProtectedItem> &items = m_quillhavenManager.protectedItems();
-    const auto found = std::find_if(items.begin(), items.end(),
-                                    [&path](const ProtectedItem &item) { return item.originalPath == path; });
-    if (found != items.end() && found->isMounted == isMounted) {
-        onToggleLock(found->id);
+    const ProtectedItem *item = m_quillhavenManager.catalogue().itemAt(path);
+    if (item && item->isMounted == isMounted) {
+        onToggleLock(item->id);
     }
 }
 
@@ -315,14 +320,14 @@ void DashboardViewModel::copyPathToClipboard(const QString &id)
         return;
     }
     QGuiApplication::clipboard()->setText(item->originalPath);
-    m_items.setShowingCopySuccess(id, true);
+    m_rows.setShowingCopySuccess(id, true);
     if (m_runningCopyTimers == 0) {
         m_copyTimers.clear();
     }
     ++m_runningCopyTimers;
     m_copyTimers.push_back(m_platform.clock.startOneShot(copySuccessDuration, [this, id] {
         --m_runningCopyTimers;
-        m_items.setShowingCopySuccess(id, false);
+        m_rows.setShowingCopySuccess(id, false);
     }));
 }
 

@@ -9,7 +9,7 @@ import Quillhaven.Design
 ColumnLayout {
     id: statistics
 
-    required property QtObject dashboard
+    required property DashboardStatisticsModel model
     property bool isCompact: false
 
     spacing: Spacing.sm
@@ -21,7 +21,7 @@ ColumnLayout {
         DashboardStatCard {
             isCompact: statistics.isCompact
             title: "Protected Items"
-            value: statistics.dashboard.protectedItemsCount
+            value: statistics.model.protectedItemsCount
             icon: "lock.shield.fill"
             iconColor: Colors.primary
             isPrimary: true
@@ -29,21 +29,21 @@ ColumnLayout {
         DashboardStatCard {
             isCompact: statistics.isCompact
             title: "Currently Unlocked"
-            value: statistics.dashboard.currentlyUnlockedCount
+            value: statistics.model.currentlyUnlockedCount
             icon: "lock.open.fill"
             iconColor: Colors.error
         }
         DashboardStatCard {
             isCompact: statistics.isCompact
             title: "Locked with Touch ID"
-            value: statistics.dashboard.touchIDProtectedCount
+            value: statistics.model.touchIDProtectedCount
             icon: "touchid"
             iconColor: Colors.success
         }
         DashboardStatCard {
             isCompact: statistics.isCompact
             title: "Locked with Password"
-            value: statistics.dashboard.passwordProtectedCount
+            value: statistics.model.passwordProtectedCount
             icon: "key.fill"
             iconColor: Colors.primaryAccent
         }
@@ -51,7 +51,7 @@ ColumnLayout {
 
     TextLabel {
         Layout.fillWidth: true
-        text: statistics.dashboard.statisticsNote
+        text: statistics.model.statisticsNote
         color: Colors.textSecondary
         font.pixelSize: Typography.footnoteSize
         wrapMode: Text.WordWrap

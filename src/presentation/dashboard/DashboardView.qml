@@ -33,7 +33,9 @@ Item {
             SearchFilterBar {
                 Layout.fillWidth: true
                 Layout.fillHeight: false
-                dashboard: view.dashboard
+                filters: view.dashboard.filters
+                showFilters: view.dashboard.items.showFilters
+                hasNoResults: view.dashboard.items.hasNoResults
                 onListWanted: itemsList.takeFocus()
             }
 
@@ -43,7 +45,7 @@ Item {
                 isCompact: view.height < Metrics.compactWindow
                 // Where there is little room, the list needs it for what is selected.
                 visible: !isCompact || view.dashboard.selection.selectedCount === 0
-                dashboard: view.dashboard
+                model: view.dashboard.statistics
             }
 
             ProtectedItemsList {

@@ -10,9 +10,11 @@
 #include "presentation/dashboard/BulkActions.h"
 #include "presentation/dashboard/DashboardContext.h"
 #include "presentation/dashboard/DashboardErrors.h"
+#include "presentation/dashboard/DashboardStatisticsModel.h"
+#include "presentation/dashboard/FilteredItemsModel.h"
 #include "presentation/dashboard/ItemSelection.h"
 #include "presentation/dashboard/ProtectedItemsModel.h"
-#include "presentation/dashboard/SearchFilterBar.h"
+#include "presentation/dashboard/SearchFilterBarModel.h"
 #include "presentation/dashboard/ShredActions.h"
 #include "presentation/dialogs/RemoveProtectionDialogManager.h"
 
@@ -29,31 +31,11 @@ namespace quillhaven {
 
 class RunningTimer;
 
-/// The state and the operations of the main window's content. It owns no item: the list is the engine's, and what it
-/// shows of it is derived anew at each change. Main thread only.
+/// The state and the operations of the main window's content. It owns no item: the list is the engine's. Main thread
+/// only.
 class DashboardViewModel : public QObject
 {
     Q_OBJECT
-    // The search and filter bar. A filter is told by the label of its case.
-    Q_PROPERTY(QString searchText READ searchText WRITE setSearchText NOTIFY stateChanged)
-    Q_PROPERTY(QString statusFilter READ statusFilter WRITE setStatusFilter NOTIFY stateChanged)
-    Q_PROPERTY(QString authFilter READ authFilter WRITE setAuthFilter NOTIFY stateChanged)
-    Q_PROPERTY(QString typeFilter READ typeFilter WRITE setTypeFilter NOTIFY stateChanged)
-    Q_PROPERTY(QString sortOption READ sortOption WRITE setSortOption NOTIFY stateChanged)
-    Q_PROPERTY(QStringList statusFilters READ statusFilters CONSTANT)
-    Q_PROPERTY(QStringList authFilters READ authFilters CONSTANT)
-    Q_PROPERTY(QStringList typeFilters READ typeFilters CONSTANT)
-    Q_PROPERTY(QStringList sortOptions READ sortOptions CONSTANT)
-    Q_PROPERTY(bool hasActiveFilters READ hasActiveFilters NOTIFY stateChanged)
-    Q_PROPERTY(QString adaptiveCTAText READ getAdaptiveCTAText NOTIFY stateChanged)
-    Q_PROPERTY(bool showFilters READ showFilters NOTIFY stateChanged)
-    Q_PROPERTY(bool hasNoResults READ hasNoResults NOTIFY stateChanged)
-    // The cards
-    Q_PROPERTY(int protectedItemsCount READ protectedItemsCount NOTIFY stateChanged)
-    Q_PROPERTY(int currentlyUnlockedCount READ currentlyUnlockedCount NOTIFY stateChanged)
-    Q_PROPERTY(int touchIDProtectedCount READ touchIDProtectedCount NOTIFY stateChanged)
-    Q_PROPERTY(int passwordProtectedCount READ passwordProtectedCount NOTIFY stateChanged)
-    Q_PROPERTY(QString statisticsNote READ statisticsNote NOTIFY stateChanged)
     // The toolbar
     Q_PROPERTY(QString versionText READ versionText CONSTANT)
     Q_PROPERTY(QString masterPasswordText READ masterPasswordText NOTIFY masterPasswordTextChanged)
@@ -62,8 +44,11 @@ class DashboardViewModel : public QObject
     // Errors
     Q_PROPERTY(bool showingError READ showingError NOTIFY errorChanged)
     Q_PROPERTY(QString errorMessage READ errorMessage NOTIFY errorChanged)
-    // The list and the dialogs of its own
-    Q_PROPERTY(quillhaven::ProtectedItemsModel *items READ items CONSTANT)
+    // The list, what it is narrowed by, and the cards
+    Q_PROPERTY(quillhaven::FilteredItemsModel *items READ items CONSTANT)
+    Q_PROPERTY(quillhaven::SearchFilterBarModel *filters READ filters CONSTANT)
+    Q_PROPERTY(quillhaven::DashboardStatisticsModel *statistics READ statistics CONSTANT)
+    // The dialogs of its own
     Q_PROPERTY(quillhaven::ErrorDialogManager *errorDialogManager READ errorDialogManager CONSTANT)
     Q_PROPERTY(quillhaven::RemoveProtectionDialogManager *removeProtectionDialogManager READ
                    removeProtectionDialogManager CONSTANT)
@@ -74,43 +59,11 @@ class DashboardViewModel : public QObject
     Q_PROPERTY(quillhaven::BackupActions *backup READ backup CONSTANT)
 
 public:
-    /// The references must outlive this object, and this object must outlive every job that it has started.
+    /// The references must outlive this object. This object must outlive every job it has started.
     DashboardViewModel(const Platform &platform, QuillhavenManager &quillhavenManager,
                        MasterPasswordManager &masterPasswordManager, const DashboardDialogs &dialogs,
                        QObject *parent = nullptr);
     ~DashboardViewModel() override;
-
-    [[nodiscard]] QString searchText() const { return m_filters.searchText; }
-    [[nodiscard]] QString statusFilter() const;
-    [[nodiscard]] QString authFilter() const;
-    [[nodiscard]] QString typeFilter() const;
-    [[nodiscard]] QString sortOption() const;
-    [[nodiscard]] QStringList statusFilters() const { return statusFilterLabels(); }
-    [[nodiscard]] QStringList authFilters() const { return authFilterLabels(); }
-    [[nodiscard]] QStringList typeFilters() const { return typeFilterLabels(); }
-    [[nodiscard]] QStringList sortOptions() const { return sortOptionLabels(); }
-    void setSearchText(const QString &value);
-    /// A label that names no case changes nothing; the same for the three below.
-    void setStatusFilter(const QString &label);
-    void setAuthFilter(const QString &label);
-    void setTypeFilter(const QString &label);
-    void setSortOption(const QString &label);
-
-    [[nodiscard]] bool hasActiveFilters() const { return m_filters.hasActiveFilters(); }
-    [[nodiscard]] QString getAdaptiveCTAText() const { return m_filters.getAdaptiveCTAText(); }
-    /// Lifts the search and the filters; the order stays.
-    Q_INVOKABLE void clearAllFilters();
-    /// What the list shows, in its order.
-    [[nodiscard]] QList<ProtectedItem> filteredAndSortedItems() const;
-    [[nodiscard]] bool showFilters() const;
-    [[nodiscard]] bool hasNoResults() const;
-
-    /// The counts describe every item, or what is shown while a filter is active.
-    [[nodiscard]] int protectedItemsCount() const;
-    [[nodiscard]] int currentlyUnlockedCount() const;
-    [[nodiscard]] int touchIDProtectedCount() const;
-    [[nodiscard]] int passwordProtectedCount() const;
-    [[nodiscard]] QString statisticsNote() const;
 
     /// "v" and the application's version, "v1.0" when that is not known.
     [[nodiscard]] QString versionText() const;
@@ -122,7 +75,11 @@ public:
     [[nodiscard]] bool showingError() const { return m_errors.showingError(); }
     [[nodiscard]] QString errorMessage() const { return m_errors.errorMessage(); }
 
-    [[nodiscard]] ProtectedItemsModel *items() { return &m_items; }
+    [[nodiscard]] FilteredItemsModel *items() { return &m_items; }
+    /// The rows of every item.
+    [[nodiscard]] ProtectedItemsModel &rows() { return m_rows; }
+    [[nodiscard]] SearchFilterBarModel *filters() { return &m_filters; }
+    [[nodiscard]] DashboardStatisticsModel *statistics() { return &m_statistics; }
     [[nodiscard]] ErrorDialogManager *errorDialogManager() { return &m_errors.dialog(); }
     [[nodiscard]] RemoveProtectionDialogManager *removeProtectionDialogManager() { return &m_removeDialogManager; }
     [[nodiscard]] ItemSelection *selection() { return &m_selection; }
@@ -144,7 +101,9 @@ public:
     Q_INVOKABLE void askToRemove(const QString &id);
     void onRemove(const QString &id);
     /// The list's delete gesture: removes the protection of the rows, without a question.
-    Q_INVOKABLE void deleteFilteredItems(const QList<int> &offsets);
+    void deleteFilteredItems(const QList<int> &offsets);
+    /// The delete key on a row: asks about the selected items, or else removes the protection of the row's item.
+    Q_INVOKABLE void onDelete(int row);
     Q_INVOKABLE void copyPathToClipboard(const QString &id);
     Q_INVOKABLE void duplicateAsEncryptedCopy(const QString &id);
     /// Files and folders dropped on the window: one is protected as if it were chosen in the panel, of several those
@@ -157,8 +116,6 @@ public:
     Q_INVOKABLE void chooseMasterPassword();
 
 Q_SIGNALS:
-    /// The list, the filters, or what is derived from the two.
-    void stateChanged();
     void masterPasswordTextChanged();
     void protectingTextChanged();
     void showingFilePickerChanged();
@@ -171,10 +128,6 @@ private:
     /// For the item that stands at the path and is in that state; without one, nothing.
     void toggleLockAt(const QString &path, bool isMounted);
 
-    template <typename Change>
-    void changeFilters(Change change);
-    void refresh();
-    [[nodiscard]] const QList<ProtectedItem> &countedItems() const;
     /// The engine's record as it is now.
     [[nodiscard]] std::optional<ProtectedItem> liveItem(const QString &id) const;
 
@@ -192,8 +145,10 @@ private:
     MasterPasswordManager &m_masterPasswordManager;
     DashboardDialogs m_dialogs;
 
-    SearchFilterBar m_filters;
-    ProtectedItemsModel m_items;
+    ProtectedItemsModel m_rows;
+    SearchFilterBarModel m_filters;
+    FilteredItemsModel m_items;
+    DashboardStatisticsModel m_statistics;
     DashboardErrors m_errors;
     RemoveProtectionDialogManager m_removeDialogManager;
     ItemSelection m_selection;

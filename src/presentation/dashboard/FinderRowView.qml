@@ -14,12 +14,13 @@ FocusScope {
     required property string itemId
     required property string originalName
     required property string shortenedPath
-    required property string originalPath
+    required property string statusText
     required property string leadingIcon
     required property bool isMounted
     required property string toggleLockText
     required property string toggleLockIcon
     required property string accessibleText
+    required property string accessibleDescription
     required property bool isBusy
     required property bool showingCopySuccess
     required property bool isSelected
@@ -49,7 +50,7 @@ FocusScope {
     implicitHeight: Metrics.listRowHeight
     Accessible.role: Accessible.ListItem
     Accessible.name: accessibleText
-    Accessible.description: isBusy ? "Busy" : originalPath
+    Accessible.description: accessibleDescription
     Accessible.selectable: isInSelectionMode
     Accessible.selected: isSelected
 
@@ -210,7 +211,7 @@ FocusScope {
 
                 anchors.right: parent.right
                 style: row.isMounted ? BadgeStyle.Unlocked : BadgeStyle.Locked
-                text: row.isMounted ? "Unlocked" : "Locked"
+                text: row.statusText
             }
         }
 

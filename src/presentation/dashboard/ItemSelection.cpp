@@ -2,20 +2,21 @@
 
 #include "presentation/dashboard/ItemSelection.h"
 
+#include "presentation/dashboard/FilteredItemsModel.h"
 #include "presentation/dashboard/ProtectedItemsModel.h"
 
 namespace quillhaven {
 
-ItemSelection::ItemSelection(ProtectedItemsModel &items, QObject *parent) : QObject(parent), m_items(items)
+ItemSelection::ItemSelection(const FilteredItemsModel &items, QObject *parent) : QObject(parent), m_items(items)
 {
-    connect(&items, &ProtectedItemsModel::itemsChanged, this, &ItemSelection::changed);
+    connect(&items, &FilteredItemsModel::itemsChanged, this, &ItemSelection::update);
 }
 
 QList<ProtectedItem> ItemSelection::getSelectedItems() const
 {
     QList<ProtectedItem> selected;
-    for (const ProtectedItem &item : m_items.items()) {
-        if (m_selectedItems.contains(item.id)) {
+    for (int row = 0; row < m_items.count(); ++row) {
+        if (const ProtectedItem &item = m_items.itemAt(row); m_selectedItems.contains(item.id)) {
             selected.append(item);
         }
     }
@@ -41,14 +42,14 @@ QString ItemSelection::selectAllText() const
 
 bool ItemSelection::isEverythingSelected() const
 {
-    return m_selectedItems.size() == m_items.items().size();
+    return m_selectedItems.size() == m_items.count();
 }
 
 QSet<QString> ItemSelection::shownIds() const
 {
     QSet<QString> ids;
-    for (const ProtectedItem &item : m_items.items()) {
-        ids.insert(item.id);
+    for (int row = 0; row < m_items.count(); ++row) {
+        ids.insert(m_items.idAt(row));
     }
     return ids;
 }
@@ -94,7 +95,20 @@ void ItemSelection::clearSelection()
 void ItemSelection::setSelectedItems(const QSet<QString> &ids)
 {
     m_selectedItems = ids;
-    m_items.setSelected(ids);
+    m_items.rows().setSelected(ids);
+    update();
+}
+
+void ItemSelection::update()
+{
+    m_canUnlockCount = 0;
+    m_canLockCount = 0;
+    for (int row = 0; row < m_items.count() && !m_selectedItems.isEmpty(); ++row) {
+        const ProtectedItem &item = m_items.itemAt(row);
+        if (m_selectedItems.contains(item.id)) {
+            ++(item.isMounted ? m_canLockCount : m_canUnlockCount);
+        }
+    }
     Q_EMIT changed();
 }
 

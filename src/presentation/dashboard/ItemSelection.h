@@ -9,7 +9,7 @@
 
 namespace quillhaven {
 
-class ProtectedItemsModel;
+class FilteredItemsModel;
 
 /// Which items the user has picked. The set of ids is not tied to what the list shows at the moment: an id that a
 /// filter hides stays in it, counts, and is left out of what is done with the selection.
@@ -24,8 +24,8 @@ class ItemSelection : public QObject
     Q_PROPERTY(QString selectAllText READ selectAllText NOTIFY changed)
 
 public:
-    /// `items` is what the list shows, in its order. It outlives this object.
-    explicit ItemSelection(ProtectedItemsModel &items, QObject *parent = nullptr);
+    /// `items` is what the list shows, in its order. It must outlive this object.
+    explicit ItemSelection(const FilteredItemsModel &items, QObject *parent = nullptr);
 
     [[nodiscard]] bool isInSelectionMode() const { return m_isInSelectionMode; }
     [[nodiscard]] const QSet<QString> &selectedItems() const { return m_selectedItems; }
@@ -35,8 +35,8 @@ public:
     [[nodiscard]] QList<ProtectedItem> getSelectedItems() const;
     /// The same, the locked ones or the unlocked ones alone.
     [[nodiscard]] QList<ProtectedItem> getSelectedItems(bool isMounted) const;
-    [[nodiscard]] int canUnlockCount() const { return static_cast<int>(getSelectedItems(false).size()); }
-    [[nodiscard]] int canLockCount() const { return static_cast<int>(getSelectedItems(true).size()); }
+    [[nodiscard]] int canUnlockCount() const { return m_canUnlockCount; }
+    [[nodiscard]] int canLockCount() const { return m_canLockCount; }
 
     [[nodiscard]] QString modeText() const;
     [[nodiscard]] QString selectAllText() const;
@@ -60,9 +60,13 @@ private:
     void setSelectedItems(const QSet<QString> &ids);
     [[nodiscard]] bool isEverythingSelected() const;
     [[nodiscard]] QSet<QString> shownIds() const;
+    /// Counts what can be done with the selection, and publishes.
+    void update();
 
-    ProtectedItemsModel &m_items;
+    const FilteredItemsModel &m_items;
     QSet<QString> m_selectedItems;
+    int m_canUnlockCount = 0;
+    int m_canLockCount = 0;
     bool m_isInSelectionMode = false;
 };
 

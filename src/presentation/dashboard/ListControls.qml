@@ -15,14 +15,14 @@ RowLayout {
     spacing: Spacing.sm
 
     SymbolImage {
-        visible: controls.dashboard.hasActiveFilters
+        visible: controls.dashboard.filters.hasActiveFilters
         symbol: "line.3.horizontal.decrease.circle.fill"
         size: Metrics.symbolText
         color: Colors.primaryAccent
     }
 
     TextLabel {
-        visible: controls.dashboard.hasActiveFilters
+        visible: controls.dashboard.filters.hasActiveFilters
         text: "Filters Active"
         color: Colors.textSecondary
         font.pixelSize: Typography.footnoteSize

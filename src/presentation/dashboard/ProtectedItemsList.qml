@@ -20,13 +20,6 @@ Rectangle {
         list.currentItem?.forceActiveFocus(Qt.TabFocusReason)
     }
 
-    function deleteCurrent() {
-        if (selection.selectedCount > 0)
-            dashboard.bulk.performBulkRemove()
-        else
-            dashboard.deleteFilteredItems([list.currentIndex])
-    }
-
     radius: DesignSystem.cornerRadiusLarge
     color: Colors.cardBackground
     border.width: 1
@@ -46,21 +39,21 @@ Rectangle {
         anchors.centerIn: parent
         width: Math.min(parent.width - 2 * Spacing.xl, Metrics.emptyStateWidth)
         isCompact: area.height < Metrics.compactList
-        visible: area.isEmpty && !area.dashboard.hasNoResults
+        visible: area.isEmpty && !area.dashboard.items.hasNoResults
     }
 
     EnhancedEmptyStateView {
         anchors.centerIn: parent
         width: Math.min(parent.width - 2 * Spacing.xl, Metrics.emptyStateWidth)
         isCompact: area.height < Metrics.compactList
-        visible: area.dashboard.hasNoResults
+        visible: area.dashboard.items.hasNoResults
         lines: ["No items match your search criteria",
                 "Try adjusting filters above or clear all to see your protected files."]
 
         SecondaryButton {
-            text: area.dashboard.adaptiveCTAText
+            text: area.dashboard.filters.adaptiveCTAText
             Accessible.description: "Click to clear all filters"
-            onClicked: area.dashboard.clearAllFilters()
+            onClicked: area.dashboard.filters.clearAllFilters()
         }
     }
 
@@ -105,6 +98,22 @@ Rectangle {
             Accessible.role: Accessible.List
             Accessible.name: "Protected Items"
 
+            property string keptId
+
+            // A change of the order leaves the keyboard on the same item.
+            function keepPlace() {
+                if (keptId === "")
+                    return
+                currentIndex = area.dashboard.items.rowOf(keptId)
+                keptId = ""
+            }
+
+            Connections {
+                target: area.dashboard.items
+                function onOrderAboutToChange() { list.keptId = list.keptId || area.dashboard.items.idAt(list.currentIndex) }
+                function onOrderChanged() { Qt.callLater(list.keepPlace) }
+            }
+
             ScrollBar.vertical: SlimScrollBar { }
 
             // The keyboard's place follows the current row, also when the row before it went away.
@@ -115,7 +124,7 @@ Rectangle {
                                   [Qt.Key_PageUp]: currentIndex - page, [Qt.Key_PageDown]: currentIndex + page }
                 event.accepted = true
                 if (event.key === Qt.Key_Delete)
-                    area.deleteCurrent()
+                    area.dashboard.onDelete(currentIndex)
                 else if (event.key in targets)
                     currentIndex = Math.max(0, Math.min(count - 1, targets[event.key]))
                 else

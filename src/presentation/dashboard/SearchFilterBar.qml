@@ -9,15 +9,28 @@ import Quillhaven.Design
 GridLayout {
     id: bar
 
-    required property QtObject dashboard
-    readonly property bool showFilters: dashboard.showFilters
-    readonly property bool hasNoResults: dashboard.hasNoResults
+    required property SearchFilterBarModel filters
+    required property bool showFilters
+    required property bool hasNoResults
     readonly property real widestSearch: Metrics.searchWidth
 
     /// The keyboard goes on from the search to what it found.
     signal listWanted
 
-    columns: width < widestSearch + filters.implicitWidth + badge.implicitWidth + 2 * Spacing.xl ? 1 : 2
+    /// Chooses a case of an enumeration by its label.
+    component FilterPicker: PopPicker {
+        id: picker
+
+        required property int choice
+
+        signal chosen(int value)
+
+        visible: bar.showFilters
+        selection: options[choice]
+        onSelected: (option) => picker.chosen(options.indexOf(option))
+    }
+
+    columns: width < widestSearch + pickers.implicitWidth + badge.implicitWidth + 2 * Spacing.xl ? 1 : 2
     columnSpacing: Spacing.lg
     rowSpacing: Spacing.sm
 
@@ -36,9 +49,9 @@ GridLayout {
             Layout.fillWidth: true
             Layout.maximumWidth: bar.columns === 1 ? -1 : bar.widestSearch
             placeholderText: "Search items"
-            text: bar.dashboard.searchText
+            text: bar.filters.searchText
             Keys.onDownPressed: bar.listWanted()
-            onTextEdited: bar.dashboard.searchText = text
+            onTextEdited: bar.filters.searchText = text
         }
 
         RowLayout {
@@ -63,7 +76,7 @@ GridLayout {
     }
 
     RowLayout {
-        id: filters
+        id: pickers
 
         Layout.alignment: bar.columns === 1 ? Qt.AlignLeft : Qt.AlignRight
         spacing: Spacing.sm
@@ -75,43 +88,39 @@ GridLayout {
             font.pixelSize: Typography.subheadlineSize
         }
 
-        PopPicker {
-            visible: bar.showFilters
+        FilterPicker {
             label: "Status"
-            options: bar.dashboard.statusFilters
-            selection: bar.dashboard.statusFilter
-            onSelected: (option) => bar.dashboard.statusFilter = option
+            options: bar.filters.statusFilters
+            choice: bar.filters.statusFilter
+            onChosen: (value) => bar.filters.statusFilter = value
         }
 
-        PopPicker {
-            visible: bar.showFilters
+        FilterPicker {
             label: "Authentication"
-            options: bar.dashboard.authFilters
-            selection: bar.dashboard.authFilter
-            onSelected: (option) => bar.dashboard.authFilter = option
+            options: bar.filters.authFilters
+            choice: bar.filters.authFilter
+            onChosen: (value) => bar.filters.authFilter = value
         }
 
-        PopPicker {
-            visible: bar.showFilters
+        FilterPicker {
             label: "Type"
-            options: bar.dashboard.typeFilters
-            selection: bar.dashboard.typeFilter
-            onSelected: (option) => bar.dashboard.typeFilter = option
+            options: bar.filters.typeFilters
+            choice: bar.filters.typeFilter
+            onChosen: (value) => bar.filters.typeFilter = value
         }
 
-        PopPicker {
-            visible: bar.showFilters
+        FilterPicker {
             label: "Sort by"
-            options: bar.dashboard.sortOptions
-            selection: bar.dashboard.sortOption
-            onSelected: (option) => bar.dashboard.sortOption = option
+            options: bar.filters.sortOptions
+            choice: bar.filters.sortOption
+            onChosen: (value) => bar.filters.sortOption = value
         }
 
         SecondaryButton {
-            visible: bar.dashboard.hasActiveFilters
+            visible: bar.filters.hasActiveFilters
             text: "Clear"
             Accessible.description: "Clear all filters"
-            onClicked: bar.dashboard.clearAllFilters()
+            onClicked: bar.filters.clearAllFilters()
         }
     }
 }

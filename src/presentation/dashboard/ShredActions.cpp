@@ -10,8 +10,6 @@
 #include "presentation/dashboard/ItemSelection.h"
 #include "support/Paths.h"
 
-#include <algorithm>
-
 namespace quillhaven {
 
 namespace {
@@ -35,11 +33,9 @@ ShredActions::ShredActions(const DashboardContext &context, QObject *parent) : Q
 
 void ShredActions::onShred(const QString &id)
 {
-    const QList<ProtectedItem> &items = m_context.quillhavenManager.protectedItems();
-    const auto found =
-        std::find_if(items.begin(), items.end(), [&id](const ProtectedItem &item) { return item.id == id; });
-    if (found != items.end() && !m_context.items.isBusy(id)) {
-        ask({*found}, {});
+    const ProtectedItem *item = m_context.quillhavenManager.catalogue().item(id);
+    if (item && !m_context.items.isBusy(id)) {
+        ask({*item}, {});
     }
 }
 
@@ -50,11 +46,8 @@ void ShredActions::performBulkShred()
 
 void ShredActions::handleShredAction(const QString &path)
 {
-    const QList<ProtectedItem> &items = m_context.quillhavenManager.protectedItems();
-    const auto found = std::find_if(items.begin(), items.end(),
-                                    [&path](const ProtectedItem &item) { return item.originalPath == path; });
-    if (found != items.end()) {
-        ask({*found}, {});
+    if (const ProtectedItem *item = m_context.quillhavenManager.catalogue().itemAt(path)) {
+        ask({*item}, {});
     } else {
         ask({}, {path});
     }
@@ -133,16 +126,8 @@ QCoro::Task<> ShredActions::shred(ProgressCallback progressCallback)
 
 QList<ProtectedItem> ShredActions::liveItems() const
 {
-    const QStringList wanted = idsOf(m_protectedItemsToShred);
-    QList<ProtectedItem> items;
-    for (const QString &id : wanted) {
-        for (const ProtectedItem &item : m_context.quillhavenManager.protectedItems()) {
-            if (item.id == id && !m_context.items.isBusy(id)) {
-                items.append(item);
-                break;
-            }
-        }
-    }
+    QList<ProtectedItem> items = m_context.quillhavenManager.catalogue().items(idsOf(m_protectedItemsToShred));
+    items.removeIf([this](const ProtectedItem &item) { return m_context.items.isBusy(item.id); });
     return items;
 }
 

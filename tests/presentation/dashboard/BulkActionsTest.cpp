@@ -106,7 +106,7 @@ TEST_F(Bulk, FilteredSelectionLocksWhatShowsAndForgetsAllIds)
     protect({a, b, c});
     unlockAll();
     selectAll();
-    started().dashboard.setSearchText(QStringLiteral("b"));
+    started().dashboard.filters()->setSearchText(QStringLiteral("b"));
     EXPECT_EQ(selection().selectedCount(), 3);
     EXPECT_EQ(selection().canLockCount(), 1);
     bulk().performBulkLock();
@@ -156,7 +156,7 @@ TEST_F(Bulk, SecondPressDoesNotLockAgain)
     EXPECT_FALSE(isMounted(a));
     EXPECT_EQ(TemporaryHome::read(started().item().originalBackupPath), a.toUtf8())
         << "the data must not be replaced by the placeholder";
-    EXPECT_FALSE(started().dashboard.items()->isBusy(started().item().id));
+    EXPECT_FALSE(started().dashboard.rows().isBusy(started().item().id));
 }
 
 TEST_F(Bulk, ItemThatWasLockedMeanwhileIsNotLockedAgain)
@@ -215,12 +215,12 @@ TEST_F(Bulk, RowsAreBusyWhileTheJobRuns)
     protect({a});
     bool wasBusy = false;
     services.panels.grant = [&](const AccessRequest &request) {
-        wasBusy = started().dashboard.items()->isBusy(started().item().id);
+        wasBusy = started().dashboard.rows().isBusy(started().item().id);
         return std::optional(request.paths);
     };
     unlockAll();
     EXPECT_TRUE(wasBusy);
-    EXPECT_FALSE(started().dashboard.items()->isBusy(started().item().id));
+    EXPECT_FALSE(started().dashboard.rows().isBusy(started().item().id));
 }
 
 TEST_F(Bulk, FailureIsShownAndTheSelectionStays)

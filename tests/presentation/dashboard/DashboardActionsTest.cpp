@@ -251,10 +251,10 @@ TEST_F(DashboardActions, RowIsBusyWhileItsJobWaitsForTheUserAndFreeAfterACancel)
     harness.dashboard.onToggleLock(id);
     DashboardHarness::settle();
     ASSERT_TRUE(harness.passwordDialog.isPresented());
-    EXPECT_TRUE(harness.dashboard.items()->isBusy(id));
+    EXPECT_TRUE(harness.dashboard.rows().isBusy(id));
     harness.passwordInput.cancel();
     DashboardHarness::settle();
-    EXPECT_FALSE(harness.dashboard.items()->isBusy(id));
+    EXPECT_FALSE(harness.dashboard.rows().isBusy(id));
     EXPECT_TRUE(harness.item().isProcessing) << "the record's own mark stays after a cancelled unlock";
     EXPECT_FALSE(harness.dashboard.showingError());
 }
@@ -304,7 +304,7 @@ TEST_F(DashboardActions, WrongItemPasswordReachesTheErrorDialog)
     EXPECT_TRUE(harness.dashboard.showingError());
     EXPECT_EQ(harness.dashboard.errorMessage(),
               QuillhavenError(QuillhavenError::authenticationFailed).errorDescription());
-    EXPECT_FALSE(harness.dashboard.items()->isBusy(harness.item().id));
+    EXPECT_FALSE(harness.dashboard.rows().isBusy(harness.item().id));
 }
 
 TEST_F(DashboardActions, CancelledGateOfARowEndsWithoutAWord)
@@ -320,7 +320,7 @@ TEST_F(DashboardActions, CancelledGateOfARowEndsWithoutAWord)
     DashboardHarness::settle();
     EXPECT_FALSE(harness.item().isMounted);
     EXPECT_FALSE(harness.dashboard.showingError());
-    EXPECT_FALSE(harness.dashboard.items()->isBusy(harness.item().id));
+    EXPECT_FALSE(harness.dashboard.rows().isBusy(harness.item().id));
 }
 
 TEST_F(DashboardActions, RemovalAsksFirstAndGivesTheItemBack)
@@ -347,7 +347,7 @@ TEST_F(DashboardActions, CopiedPathIsToldForTwoSecondsAfterTheFirstCopy)
     harness.protect(path);
     const QString id = harness.item().id;
     const auto isTold = [&] {
-        return harness.dashboard.items()->index(0).data(ProtectedItemsModel::ShowingCopySuccessRole).toBool();
+        return harness.dashboard.items()->index(0, 0).data(ProtectedItemsModel::ShowingCopySuccessRole).toBool();
     };
     harness.dashboard.copyPathToClipboard(id);
     EXPECT_EQ(QGuiApplication::clipboard()->text(), path);

@@ -106,7 +106,10 @@ public:
         settle();
     }
     [[nodiscard]] const ProtectedItem &item(qsizetype index = 0) const { return manager.protectedItems().at(index); }
-    [[nodiscard]] QString shownNames() { return namesOf(dashboard.items()->items()).join(QLatin1Char(' ')); }
+    [[nodiscard]] QString shownNames()
+    {
+        return namesOf(dashboard.items()->filteredAndSortedItems()).join(QLatin1Char(' '));
+    }
 
     int strayAnswers = 0; ///< answers that reached the other question
 

@@ -10,6 +10,8 @@ using namespace quillhaven::testing;
 
 namespace {
 
+using Filters = SearchFilterBarModel;
+
 /// Two locked and two unlocked, two by finger and two by password, one of each a folder.
 QList<ProtectedItem> fourItems()
 {
@@ -36,11 +38,11 @@ protected:
 
 TEST_F(DashboardState, EmptyCatalogueHasNoFiltersAndNoResultsBadge)
 {
-    const DashboardViewModel &dashboard = started().dashboard;
-    EXPECT_FALSE(dashboard.showFilters());
-    EXPECT_FALSE(dashboard.hasNoResults());
-    EXPECT_EQ(dashboard.protectedItemsCount(), 0);
-    EXPECT_FALSE(dashboard.hasActiveFilters());
+    DashboardViewModel &dashboard = started().dashboard;
+    EXPECT_FALSE(dashboard.items()->showFilters());
+    EXPECT_FALSE(dashboard.items()->hasNoResults());
+    EXPECT_EQ(dashboard.statistics()->protectedItemsCount(), 0);
+    EXPECT_FALSE(dashboard.filters()->hasActiveFilters());
 }
 
 TEST_F(DashboardState, ListStartsInTheOrderOfTheNames)
@@ -52,69 +54,77 @@ TEST_F(DashboardState, ListStartsInTheOrderOfTheNames)
 TEST_F(DashboardState, ListFollowsTheChosenOrderAndFilters)
 {
     DashboardViewModel &dashboard = dashboardWithFour();
-    dashboard.setSortOption(QStringLiteral("Status"));
+    dashboard.filters()->setSortOption(Filters::SortOption::status);
     EXPECT_EQ(started().shownNames(), QStringLiteral("delta Alpha Bravo charlie"));
-    dashboard.setTypeFilter(QStringLiteral("Folders"));
+    dashboard.filters()->setTypeFilter(Filters::TypeFilter::folders);
     EXPECT_EQ(started().shownNames(), QStringLiteral("Alpha Bravo"));
-    dashboard.setAuthFilter(QStringLiteral("Touch ID"));
+    dashboard.filters()->setAuthFilter(Filters::AuthFilter::touchID);
     EXPECT_EQ(started().shownNames(), QStringLiteral("Bravo"));
-    dashboard.setStatusFilter(QStringLiteral("Locked"));
+    dashboard.filters()->setStatusFilter(Filters::StatusFilter::locked);
     EXPECT_EQ(started().shownNames(), QString());
-    EXPECT_TRUE(dashboard.hasNoResults());
-    EXPECT_EQ(namesOf(dashboard.filteredAndSortedItems()), QStringList());
+    EXPECT_TRUE(dashboard.items()->hasNoResults());
+    EXPECT_EQ(namesOf(dashboard.items()->filteredAndSortedItems()), QStringList());
 }
 
-TEST_F(DashboardState, LabelOfNoCaseChangesNothing)
+TEST_F(DashboardState, EachGroupIsPublishedOnlyWhenItChanges)
 {
     DashboardViewModel &dashboard = dashboardWithFour();
-    QSignalSpy changes(&dashboard, &DashboardViewModel::stateChanged);
-    dashboard.setStatusFilter(QStringLiteral("Lost"));
-    EXPECT_EQ(dashboard.statusFilter(), QStringLiteral("All"));
-    EXPECT_EQ(changes.size(), 0);
+    QSignalSpy filters(dashboard.filters(), &Filters::filtersChanged);
+    QSignalSpy order(dashboard.filters(), &Filters::sortOptionChanged);
+    QSignalSpy figures(dashboard.statistics(), &DashboardStatisticsModel::changed);
+    dashboard.filters()->setStatusFilter(Filters::StatusFilter::all);
+    dashboard.filters()->setSortOption(Filters::SortOption::name);
+    EXPECT_EQ(filters.size() + order.size() + figures.size(), 0) << "that is what is chosen";
+    dashboard.filters()->setSortOption(Filters::SortOption::status);
+    EXPECT_EQ(order.size(), 1);
+    EXPECT_EQ(filters.size() + figures.size(), 0);
+    dashboard.filters()->setStatusFilter(Filters::StatusFilter::locked);
+    EXPECT_EQ(filters.size(), 1);
+    EXPECT_EQ(figures.size(), 1);
 }
 
 TEST_F(DashboardState, CardsCountEveryItemByItsMethodAndNotByItsState)
 {
-    const DashboardViewModel &dashboard = dashboardWithFour();
-    EXPECT_EQ(dashboard.protectedItemsCount(), 4);
-    EXPECT_EQ(dashboard.currentlyUnlockedCount(), 2);
-    EXPECT_EQ(dashboard.touchIDProtectedCount(), 2);
-    EXPECT_EQ(dashboard.passwordProtectedCount(), 2);
-    EXPECT_EQ(dashboard.statisticsNote(),
+    DashboardViewModel &dashboard = dashboardWithFour();
+    EXPECT_EQ(dashboard.statistics()->protectedItemsCount(), 4);
+    EXPECT_EQ(dashboard.statistics()->currentlyUnlockedCount(), 2);
+    EXPECT_EQ(dashboard.statistics()->touchIDProtectedCount(), 2);
+    EXPECT_EQ(dashboard.statistics()->passwordProtectedCount(), 2);
+    EXPECT_EQ(dashboard.statistics()->statisticsNote(),
               QStringLiteral("Includes both locked and unlocked items currently managed by Quillhaven."));
 }
 
 TEST_F(DashboardState, CardsCountWhatIsShownUnderAFilter)
 {
     DashboardViewModel &dashboard = dashboardWithFour();
-    dashboard.setSearchText(QStringLiteral("A"));
-    dashboard.setStatusFilter(QStringLiteral("Unlocked"));
-    EXPECT_EQ(dashboard.protectedItemsCount(), 2);
-    EXPECT_EQ(dashboard.currentlyUnlockedCount(), 2);
-    EXPECT_EQ(dashboard.touchIDProtectedCount(), 1);
-    EXPECT_EQ(dashboard.passwordProtectedCount(), 1);
-    EXPECT_EQ(dashboard.statisticsNote(), QStringLiteral("Showing filtered results from 4 total items."));
+    dashboard.filters()->setSearchText(QStringLiteral("A"));
+    dashboard.filters()->setStatusFilter(Filters::StatusFilter::unlocked);
+    EXPECT_EQ(dashboard.statistics()->protectedItemsCount(), 2);
+    EXPECT_EQ(dashboard.statistics()->currentlyUnlockedCount(), 2);
+    EXPECT_EQ(dashboard.statistics()->touchIDProtectedCount(), 1);
+    EXPECT_EQ(dashboard.statistics()->passwordProtectedCount(), 1);
+    EXPECT_EQ(dashboard.statistics()->statisticsNote(), QStringLiteral("Showing filtered results from 4 total items."));
 }
 
 TEST_F(DashboardState, ClearingShowsEverythingAgainInTheChosenOrder)
 {
     DashboardViewModel &dashboard = dashboardWithFour();
-    dashboard.setSortOption(QStringLiteral("Status"));
-    dashboard.setSearchText(QStringLiteral("zzz"));
-    EXPECT_EQ(dashboard.getAdaptiveCTAText(), QStringLiteral("Clear Search"));
-    dashboard.clearAllFilters();
-    EXPECT_EQ(dashboard.searchText(), QString());
-    EXPECT_EQ(dashboard.sortOption(), QStringLiteral("Status"));
+    dashboard.filters()->setSortOption(Filters::SortOption::status);
+    dashboard.filters()->setSearchText(QStringLiteral("zzz"));
+    EXPECT_EQ(dashboard.filters()->getAdaptiveCTAText(), QStringLiteral("Clear Search"));
+    dashboard.filters()->clearAllFilters();
+    EXPECT_EQ(dashboard.filters()->searchText(), QString());
+    EXPECT_EQ(dashboard.filters()->sortOption(), Filters::SortOption::status);
     EXPECT_EQ(started().shownNames(), QStringLiteral("delta Alpha Bravo charlie"));
 }
 
 TEST_F(DashboardState, ProtectedItemAppearsInTheListAtOnce)
 {
     DashboardHarness &harness = started();
-    QSignalSpy changes(&harness.dashboard, &DashboardViewModel::stateChanged);
+    QSignalSpy changes(harness.dashboard.items(), &FilteredItemsModel::itemsChanged);
     harness.protect(services.home.write(QStringLiteral("papers/will.pdf")));
     EXPECT_EQ(harness.shownNames(), QStringLiteral("will.pdf"));
-    EXPECT_TRUE(harness.dashboard.showFilters());
+    EXPECT_TRUE(harness.dashboard.items()->showFilters());
     EXPECT_GE(changes.size(), 1);
 }
 

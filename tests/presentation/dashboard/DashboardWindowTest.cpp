@@ -65,13 +65,13 @@ TEST_F(DashboardWindow, CardsAndRowsShowWhatTheCatalogueHolds)
 TEST_F(DashboardWindow, SearchWithoutAHitOffersToClearIt)
 {
     storeThree();
-    started().dashboard.setSearchText(QStringLiteral("zzz"));
+    started().dashboard.filters()->setSearchText(QStringLiteral("zzz"));
     for (const char *text : {"No items found", "No items match your search criteria", "No results", "Clear Search",
                              "Try adjusting filters above or clear all to see your protected files.",
                              "Showing filtered results from 3 total items."}) {
         EXPECT_TRUE(shows(text)) << text;
     }
-    started().dashboard.setSearchText(QStringLiteral("al"));
+    started().dashboard.filters()->setSearchText(QStringLiteral("al"));
     EXPECT_TRUE(shows("Filters Active"));
     EXPECT_TRUE(shows("alpha.txt"));
     EXPECT_FALSE(shows("bravo.png"));
@@ -101,7 +101,7 @@ TEST_F(DashboardWindow, FindKeyGoesToTheSearchField)
     for (const char letter : {'b', 'r', 'a'}) {
         QTest::keyClick(shown().window(), letter);
     }
-    EXPECT_EQ(started().dashboard.searchText(), QStringLiteral("bra"));
+    EXPECT_EQ(started().dashboard.filters()->searchText(), QStringLiteral("bra"));
     EXPECT_FALSE(shows("alpha.txt"));
 }
 
@@ -114,7 +114,7 @@ TEST_F(DashboardWindow, SearchLeadsByDownToWhatItFoundAndIsEmptiedByEscape)
     EXPECT_EQ(focusedRow(), QStringLiteral("bravo.png"));
     press(Qt::Key_F, Qt::ControlModifier);
     press(Qt::Key_Escape);
-    EXPECT_EQ(started().dashboard.searchText(), QString());
+    EXPECT_EQ(started().dashboard.filters()->searchText(), QString());
     EXPECT_TRUE(shows("alpha.txt"));
 }
 
@@ -140,7 +140,7 @@ TEST_F(DashboardWindow, PageKeysMoveByMoreThanOneRow)
 TEST_F(DashboardWindow, FilterOpensAtWhatIsChosen)
 {
     storeThree();
-    started().dashboard.setStatusFilter(QStringLiteral("Locked"));
+    started().dashboard.filters()->setStatusFilter(SearchFilterBarModel::StatusFilter::locked);
     shown();
     const auto isAt = [this](const char *text) {
         const QQuickItem *item = shown().window()->activeFocusItem();
@@ -153,7 +153,7 @@ TEST_F(DashboardWindow, FilterOpensAtWhatIsChosen)
     ASSERT_TRUE(spinUntil([&] { return isAt("Locked"); }, 5000));
     press(Qt::Key_Down);
     press(Qt::Key_Space);
-    EXPECT_EQ(started().dashboard.statusFilter(), QStringLiteral("Unlocked"));
+    EXPECT_EQ(started().dashboard.filters()->statusFilter(), SearchFilterBarModel::StatusFilter::unlocked);
 }
 
 TEST_F(DashboardWindow, NamesOfEveryScriptStartAtTheSameEdge)

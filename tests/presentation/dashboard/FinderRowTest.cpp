@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-#include "presentation/dashboard/FinderRowViewModel.h"
+#include "presentation/dashboard/FinderRowTexts.h"
 
 #include "Items.h"
 

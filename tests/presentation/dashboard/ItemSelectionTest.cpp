@@ -31,8 +31,8 @@ protected:
     QString selectedNames() { return namesOf(selection().getSelectedItems()).join(QLatin1Char(' ')); }
     bool isMarked(const QString &name)
     {
-        ProtectedItemsModel &items = *started().dashboard.items();
-        return items.index(items.rowOf(QStringLiteral("ID-") + name))
+        const FilteredItemsModel &items = *started().dashboard.items();
+        return items.index(items.rowOf(QStringLiteral("ID-") + name), 0)
             .data(ProtectedItemsModel::IsSelectedRole)
             .toBool();
     }
@@ -71,7 +71,7 @@ TEST_F(Selection, SelectAllTakesWhatIsShownInPlaceOfTheWholeSet)
 {
     select({QStringLiteral("a1")});
     EXPECT_EQ(selection().selectAllText(), QStringLiteral("Select All"));
-    started().dashboard.setSearchText(QStringLiteral("b"));
+    started().dashboard.filters()->setSearchText(QStringLiteral("b"));
     selection().toggleSelectAll();
     EXPECT_EQ(selectedNames(), QStringLiteral("b1 b2"));
     EXPECT_EQ(selection().selectedCount(), 2) << "the hidden one is gone";
@@ -81,7 +81,7 @@ TEST_F(Selection, SelectAllTakesWhatIsShownInPlaceOfTheWholeSet)
 TEST_F(Selection, EqualCountsDeselectThoughOtherItemsShow)
 {
     select({QStringLiteral("a1"), QStringLiteral("a2")});
-    started().dashboard.setSearchText(QStringLiteral("b"));
+    started().dashboard.filters()->setSearchText(QStringLiteral("b"));
     EXPECT_EQ(selection().selectAllText(), QStringLiteral("Deselect All"));
     selection().toggleSelectAll();
     EXPECT_EQ(selection().selectedCount(), 0);
@@ -90,7 +90,7 @@ TEST_F(Selection, EqualCountsDeselectThoughOtherItemsShow)
 TEST_F(Selection, MoreSelectedThanShownIsNotEverything)
 {
     select({QStringLiteral("a1"), QStringLiteral("a2"), QStringLiteral("b1")});
-    started().dashboard.setSearchText(QStringLiteral("b"));
+    started().dashboard.filters()->setSearchText(QStringLiteral("b"));
     EXPECT_EQ(selection().selectAllText(), QStringLiteral("Select All"));
     selection().toggleSelectAll();
     EXPECT_EQ(selectedNames(), QStringLiteral("b1 b2"));
@@ -110,10 +110,10 @@ TEST_F(Selection, EachChangeIsTold)
 TEST_F(Selection, HiddenIdsStayAndComeBack)
 {
     select({QStringLiteral("a1"), QStringLiteral("b1")});
-    started().dashboard.setSearchText(QStringLiteral("b"));
-    started().dashboard.setSortOption(QStringLiteral("Status"));
+    started().dashboard.filters()->setSearchText(QStringLiteral("b"));
+    started().dashboard.filters()->setSortOption(SearchFilterBarModel::SortOption::status);
     EXPECT_EQ(selectedNames(), QStringLiteral("b1"));
-    started().dashboard.clearAllFilters();
+    started().dashboard.filters()->clearAllFilters();
     EXPECT_EQ(selectedNames(), QStringLiteral("a1 b1"));
     EXPECT_TRUE(isMarked(QStringLiteral("a1")));
 }
@@ -124,7 +124,7 @@ TEST_F(Selection, CountIncludesHiddenIdsAndTheButtonsNumbersDoNot)
     EXPECT_EQ(selection().canUnlockCount(), 2);
     EXPECT_EQ(selection().canLockCount(), 2);
     QSignalSpy told(&selection(), &ItemSelection::changed);
-    started().dashboard.setSearchText(QStringLiteral("b1"));
+    started().dashboard.filters()->setSearchText(QStringLiteral("b1"));
     EXPECT_GE(told.size(), 1);
     EXPECT_EQ(selection().selectedCount(), 4);
     EXPECT_EQ(selection().canUnlockCount(), 1);

@@ -2,177 +2,157 @@
 
 #include "presentation/dashboard/ProtectedItemsModel.h"
 
-#include "Items.h"
-
-#include <QAbstractItemModelTester>
-#include <QRandomGenerator>
-#include <QSignalSpy>
+#include "ListFixture.h"
+#include "support/RunTask.h"
 
 #include <gtest/gtest.h>
-
-#include <algorithm>
 
 using namespace quillhaven;
 using namespace quillhaven::testing;
 
 namespace {
 
-QList<ProtectedItem> itemsNamed(const char *names)
-{
-    QList<ProtectedItem> items;
-    for (const QString &name : QString::fromUtf8(names).split(QLatin1Char(' '), Qt::SkipEmptyParts)) {
-        items.append(namedItem(name));
-    }
-    return items;
-}
-
-class ProtectedItemsModelTest : public ::testing::Test
+class ProtectedItemsModelTest : public ::testing::Test, protected ListFixture
 {
 protected:
-    ProtectedItemsModel model{QStringLiteral("/home/ada")};
-    QAbstractItemModelTester tester{&model, QAbstractItemModelTester::FailureReportingMode::Warning};
-    QSignalSpy inserted{&model, &QAbstractItemModel::rowsInserted};
-    QSignalSpy removed{&model, &QAbstractItemModel::rowsRemoved};
-    QSignalSpy moved{&model, &QAbstractItemModel::rowsMoved};
-    QSignalSpy changed{&model, &QAbstractItemModel::dataChanged};
-    QSignalSpy reset{&model, &QAbstractItemModel::modelReset};
+    RowChanges changes{rows};
 
-    void show(const char *names)
-    {
-        model.setItems(itemsNamed(names));
-        inserted.clear();
-        removed.clear();
-        moved.clear();
-        changed.clear();
-    }
+    [[nodiscard]] bool isBusy(int row) const { return rows.index(row).data(ProtectedItemsModel::IsBusyRole).toBool(); }
 };
 
 } // namespace
 
-TEST_F(ProtectedItemsModelTest, NewItemIsOneInsertedRow)
+TEST_F(ProtectedItemsModelTest, NewRecordIsOneRowAtTheEnd)
 {
-    show("a c d");
-    model.setItems(itemsNamed("a b c d"));
-    EXPECT_EQ(namesOf(model.items()).join(QLatin1Char(' ')), QStringLiteral("a b c d"));
-    ASSERT_EQ(inserted.size(), 1);
-    EXPECT_EQ(inserted.at(0).at(1).toInt(), 1);
-    EXPECT_EQ(moved.size() + removed.size() + changed.size() + reset.size(), 0);
+    load("b c");
+    changes.clear();
+    catalogue.append(namedItem(QStringLiteral("a")));
+    EXPECT_EQ(rows.items(), catalogue.items());
+    ASSERT_EQ(changes.inserted.size(), 1);
+    EXPECT_EQ(changes.inserted.at(0).at(1).toInt(), 2);
+    EXPECT_EQ(changes.count(), 1);
 }
 
-TEST_F(ProtectedItemsModelTest, SearchThatDropsNeighboursIsOneRemoval)
+TEST_F(ProtectedItemsModelTest, ChangedRecordIsItsRowAlone)
 {
-    show("a b c d");
-    model.setItems(itemsNamed("a d"));
-    ASSERT_EQ(removed.size(), 1);
-    EXPECT_EQ(removed.at(0).at(1).toInt(), 1);
-    EXPECT_EQ(removed.at(0).at(2).toInt(), 2);
-    EXPECT_EQ(moved.size() + inserted.size() + reset.size(), 0);
+    load("a b c");
+    changes.clear();
+    setMounted(QStringLiteral("b"), true);
+    ASSERT_EQ(changes.changed.size(), 1);
+    EXPECT_EQ(changes.changed.at(0).at(0).toModelIndex().row(), 1);
+    EXPECT_EQ(changes.changed.at(0).at(1).toModelIndex().row(), 1);
+    EXPECT_EQ(changes.count(), 1);
+    EXPECT_TRUE(rows.index(1).data(ProtectedItemsModel::IsMountedRole).toBool());
 }
 
-TEST_F(ProtectedItemsModelTest, ItemThatChangesItsPlaceIsOneMoveInEitherDirection)
+TEST_F(ProtectedItemsModelTest, RemovedRecordsTakeTheirRowsAlone)
 {
-    show("a b c d e");
-    model.setItems(itemsNamed("b c d e a"));
-    EXPECT_EQ(moved.size(), 1);
-    model.setItems(itemsNamed("a b c d e"));
-    EXPECT_EQ(moved.size(), 2);
-    EXPECT_EQ(inserted.size() + removed.size() + reset.size(), 0);
+    load("a b c d");
+    changes.clear();
+    catalogue.remove({QStringLiteral("ID-b"), QStringLiteral("ID-d")});
+    EXPECT_EQ(rows.items(), catalogue.items());
+    EXPECT_EQ(changes.removed.size(), 2);
+    EXPECT_EQ(changes.count(), 2);
 }
 
-TEST_F(ProtectedItemsModelTest, ChangedRecordKeepsItsRow)
+TEST_F(ProtectedItemsModelTest, EachChangeIsPublishedOnceItsRowShowsIt)
 {
-    show("a b");
-    QList<ProtectedItem> items = itemsNamed("a b");
-    items[1].isMounted = true;
-    model.setItems(items);
-    ASSERT_EQ(changed.size(), 1);
-    EXPECT_EQ(changed.at(0).at(0).toModelIndex().row(), 1);
-    EXPECT_TRUE(model.index(1).data(ProtectedItemsModel::IsMountedRole).toBool());
+    load("a b");
+    QStringList seen;
+    QObject::connect(&rows, &ProtectedItemsModel::itemsChanged,
+                     [&] { seen.append(namesOf(rows.items()).join(QLatin1Char(' '))); });
+    catalogue.append(namedItem(QStringLiteral("c")));
+    setMounted(QStringLiteral("a"), true);
+    catalogue.remove({QStringLiteral("ID-a")});
+    EXPECT_EQ(seen, QStringList({QStringLiteral("a b c"), QStringLiteral("a b c"), QStringLiteral("b c")}));
 }
 
-TEST_F(ProtectedItemsModelTest, SameListChangesNothing)
+TEST_F(ProtectedItemsModelTest, RepeatedIdOfADamagedCatalogueIsShownAndGoesWithAllItsRows)
 {
-    show("a b");
-    model.setItems(itemsNamed("a b"));
-    EXPECT_EQ(inserted.size() + removed.size() + moved.size() + changed.size() + reset.size(), 0);
+    load("a a b");
+    EXPECT_EQ(rows.items(), catalogue.items());
+    EXPECT_EQ(rows.rowCount(), 3);
+    setMounted(QStringLiteral("a"), true);
+    EXPECT_EQ(rows.items(), catalogue.items());
+    catalogue.remove({QStringLiteral("ID-a")});
+    EXPECT_EQ(namesOf(rows.items()), QStringList(QStringLiteral("b")));
 }
 
-TEST_F(ProtectedItemsModelTest, AnyListFollowsAnyOther)
+TEST_F(ProtectedItemsModelTest, ItemIsBusyWhileAnOperationHoldsItsLease)
 {
-    QRandomGenerator random(20261121);
-    for (int round = 0; round < 300; ++round) {
-        QList<ProtectedItem> items;
-        for (int name = 0; name < 12; ++name) {
-            if (random.bounded(3) > 0) {
-                items.append(namedItem(QString::number(name), random.bounded(2) == 1));
-            }
-        }
-        std::shuffle(items.begin(), items.end(), random);
-        model.setItems(items);
-        ASSERT_EQ(model.items(), items) << "round " << round;
+    load("a b");
+    changes.clear();
+    {
+        const ItemLease lease = runTask(catalogue.lease(QStringLiteral("ID-b")));
+        EXPECT_TRUE(isBusy(1));
+        EXPECT_FALSE(isBusy(0));
+        EXPECT_EQ(rows.index(1).data(ProtectedItemsModel::AccessibleDescriptionRole).toString(),
+                  QStringLiteral("Busy"));
+        ASSERT_EQ(changes.changed.size(), 1);
+        EXPECT_EQ(changes.changed.at(0).at(0).toModelIndex().row(), 1);
     }
-    EXPECT_EQ(reset.size(), 0);
+    EXPECT_FALSE(isBusy(1));
+    EXPECT_EQ(rows.index(1).data(ProtectedItemsModel::AccessibleDescriptionRole).toString(),
+              QStringLiteral("/home/ada/papers/b"));
+    EXPECT_EQ(changes.changed.size(), 2);
 }
 
-TEST_F(ProtectedItemsModelTest, RepeatedIdOfADamagedCatalogueIsShown)
+TEST_F(ProtectedItemsModelTest, BusyMarkStaysWithItsItemWhenRowsAboveGo)
 {
-    show("a b c");
-    const QList<ProtectedItem> items = itemsNamed("a a b");
-    model.setItems(items);
-    EXPECT_EQ(model.items(), items);
+    load("a b");
+    changes.clear();
+    rows.setBusy({QStringLiteral("ID-b")}, true);
+    ASSERT_EQ(changes.changed.size(), 1);
+    EXPECT_EQ(changes.changed.at(0).at(0).toModelIndex().row(), 1);
+    EXPECT_FALSE(isBusy(0));
+    catalogue.remove({QStringLiteral("ID-a")});
+    EXPECT_TRUE(isBusy(0));
+    rows.setBusy({QStringLiteral("ID-b")}, false);
+    EXPECT_FALSE(isBusy(0));
 }
 
-TEST_F(ProtectedItemsModelTest, ThousandRowsTurnedRoundAreReset)
+TEST_F(ProtectedItemsModelTest, OnlyRowsWhoseSelectionChangesArePublished)
 {
-    QList<ProtectedItem> items;
-    for (int name = 0; name < 1000; ++name) {
-        items.append(namedItem(QString::number(name)));
-    }
-    model.setItems(items);
-    std::reverse(items.begin(), items.end());
-    model.setItems(items);
-    EXPECT_EQ(model.items(), items);
-    EXPECT_EQ(reset.size(), 1);
-    EXPECT_EQ(moved.size(), 0);
+    load("a b c");
+    rows.setSelected({QStringLiteral("ID-a"), QStringLiteral("ID-b")});
+    changes.clear();
+    rows.setSelected({QStringLiteral("ID-a"), QStringLiteral("ID-c")});
+    ASSERT_EQ(changes.changed.size(), 1);
+    EXPECT_EQ(changes.changed.at(0).at(0).toModelIndex().row(), 1);
+    EXPECT_EQ(changes.changed.at(0).at(1).toModelIndex().row(), 2);
+    rows.setSelected({QStringLiteral("ID-a"), QStringLiteral("ID-c")});
+    EXPECT_EQ(changes.changed.size(), 1);
+    EXPECT_TRUE(rows.index(2).data(ProtectedItemsModel::IsSelectedRole).toBool());
 }
 
-TEST_F(ProtectedItemsModelTest, BusyMarkStaysWithItsItemAndTellsItsRow)
+TEST_F(ProtectedItemsModelTest, SeveralItemsTurnBusyAtOnceAndTheRowsFromTheFirstToTheLastArePublished)
 {
-    show("a b");
-    model.setBusy({QStringLiteral("ID-b")}, true);
-    ASSERT_EQ(changed.size(), 1);
-    EXPECT_EQ(changed.at(0).at(0).toModelIndex().row(), 1);
-    model.setItems(itemsNamed("b a"));
-    EXPECT_TRUE(model.index(0).data(ProtectedItemsModel::IsBusyRole).toBool());
-    EXPECT_FALSE(model.index(1).data(ProtectedItemsModel::IsBusyRole).toBool());
-    model.setBusy({QStringLiteral("ID-b")}, false);
-    EXPECT_FALSE(model.index(0).data(ProtectedItemsModel::IsBusyRole).toBool());
-}
-
-TEST_F(ProtectedItemsModelTest, SeveralItemsTurnBusyAtOnceAndTheRowsFromTheFirstToTheLastAreTold)
-{
-    show("a b c d");
-    model.setBusy({QStringLiteral("ID-d"), QStringLiteral("ID-b"), QStringLiteral("ID-gone")}, true);
-    ASSERT_EQ(changed.size(), 1);
-    EXPECT_EQ(changed.at(0).at(0).toModelIndex().row(), 1);
-    EXPECT_EQ(changed.at(0).at(1).toModelIndex().row(), 3);
+    load("a b c d");
+    changes.clear();
+    rows.setBusy({QStringLiteral("ID-d"), QStringLiteral("ID-b"), QStringLiteral("ID-gone")}, true);
+    ASSERT_EQ(changes.changed.size(), 1);
+    EXPECT_EQ(changes.changed.at(0).at(0).toModelIndex().row(), 1);
+    EXPECT_EQ(changes.changed.at(0).at(1).toModelIndex().row(), 3);
     QList<bool> marks;
     for (int row = 0; row < 4; ++row) {
-        marks.append(model.index(row).data(ProtectedItemsModel::IsBusyRole).toBool());
+        marks.append(rows.index(row).data(ProtectedItemsModel::IsBusyRole).toBool());
     }
     EXPECT_EQ(marks, QList({false, true, false, true}));
-    model.setBusy({QStringLiteral("ID-gone")}, false);
-    EXPECT_EQ(changed.size(), 1) << "no row shows that";
+    rows.setBusy({QStringLiteral("ID-gone")}, false);
+    EXPECT_EQ(changes.changed.size(), 1) << "no row shows that";
 }
 
-TEST_F(ProtectedItemsModelTest, RowTellsAllThatItShows)
+TEST_F(ProtectedItemsModelTest, RowShowsAllThatItShows)
 {
-    show("notes.txt");
-    const QModelIndex row = model.index(0);
+    load("notes.txt");
+    const QModelIndex row = rows.index(0);
     EXPECT_EQ(row.data(ProtectedItemsModel::ItemIdRole).toString(), QStringLiteral("ID-notes.txt"));
     EXPECT_EQ(row.data(ProtectedItemsModel::OriginalNameRole).toString(), QStringLiteral("notes.txt"));
     EXPECT_EQ(row.data(ProtectedItemsModel::ShortenedPathRole).toString(), QStringLiteral("~/papers"));
     EXPECT_EQ(row.data(ProtectedItemsModel::LeadingIconRole).toString(), QStringLiteral("doc.text.fill"));
+    EXPECT_EQ(row.data(ProtectedItemsModel::StatusTextRole).toString(), QStringLiteral("Locked"));
+    EXPECT_EQ(row.data(ProtectedItemsModel::AccessibleDescriptionRole).toString(),
+              QStringLiteral("/home/ada/papers/notes.txt"));
     EXPECT_EQ(row.data(ProtectedItemsModel::ToggleLockTextRole).toString(), QStringLiteral("Unlock Item"));
     EXPECT_EQ(row.data(ProtectedItemsModel::AccessibleTextRole).toString(), QStringLiteral("notes.txt, locked"));
 }

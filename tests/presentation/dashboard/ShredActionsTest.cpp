@@ -106,9 +106,9 @@ TEST_F(Shredding, SelectionIsShreddedTogether)
     protectFolder(QStringLiteral("album"));
     protectFolder(QStringLiteral("diary"));
     protectFolder(QStringLiteral("kept"));
-    started().dashboard.setSearchText(QStringLiteral("a"));
+    started().dashboard.filters()->setSearchText(QStringLiteral("a"));
     started().dashboard.selection()->selectAll();
-    started().dashboard.clearAllFilters();
+    started().dashboard.filters()->clearAllFilters();
     QStringList told;
     QObject::connect(shredding().progress(), &OperationProgress::changed, shredding().progress(),
                      [&] { told.append(shredding().progress()->message()); });
@@ -123,7 +123,7 @@ TEST_F(Shredding, SelectionIsShreddedTogether)
 TEST_F(Shredding, ItemOfAnotherJobIsNotAskedAbout)
 {
     protectFolder(QStringLiteral("album"));
-    started().dashboard.items()->setBusy({started().item().id}, true);
+    started().dashboard.rows().setBusy({started().item().id}, true);
     shredding().onShred(started().item().id);
     EXPECT_FALSE(shredding().confirmation()->isPresented());
 }
@@ -132,7 +132,7 @@ TEST_F(Shredding, ItemThatAnotherJobTookMeanwhileIsLeftAlone)
 {
     protectFolder(QStringLiteral("album"));
     shredding().onShred(started().item().id);
-    started().dashboard.items()->setBusy({started().item().id}, true);
+    started().dashboard.rows().setBusy({started().item().id}, true);
     confirm();
     ASSERT_EQ(started().manager.protectedItems().size(), 1);
     EXPECT_TRUE(TemporaryHome::exists(started().item().originalBackupPath + QStringLiteral("/one.txt")));
@@ -147,14 +147,14 @@ TEST_F(Shredding, RowIsBusyWhileItsItemIsShredded)
     QStringList idle;
     OperationProgress &progress = *shredding().progress();
     QObject::connect(&progress, &OperationProgress::changed, &progress, [&] {
-        if (!progress.message().isEmpty() && progress.isPresented() && !started().dashboard.items()->isBusy(id)) {
+        if (!progress.message().isEmpty() && progress.isPresented() && !started().dashboard.rows().isBusy(id)) {
             idle.append(progress.message());
         }
     });
     shredding().onShred(id);
     confirm();
     EXPECT_EQ(idle, QStringList());
-    EXPECT_FALSE(started().dashboard.items()->isBusy(id));
+    EXPECT_FALSE(started().dashboard.rows().isBusy(id));
 }
 
 TEST_F(Shredding, ItemThatWasUnlockedMeanwhileIsShreddedAsItStandsNow)
@@ -202,7 +202,7 @@ TEST_F(Shredding, FailureIsShownEmptiesTheListAndKeepsTheSelection)
     EXPECT_TRUE(shredding().protectedItemsToShred().isEmpty());
     EXPECT_EQ(harness.dashboard.selection()->selectedCount(), 1);
     EXPECT_EQ(harness.manager.protectedItems().size(), 1);
-    EXPECT_FALSE(harness.dashboard.items()->isBusy(harness.item().id));
+    EXPECT_FALSE(harness.dashboard.rows().isBusy(harness.item().id));
 }
 
 TEST_F(Shredding, CancelledAuthenticationKeepsTheListAndShowsNothing)

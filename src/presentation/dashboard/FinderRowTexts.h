@@ -6,13 +6,16 @@
 
 namespace quillhaven::finder_row {
 
-/// The symbol of a file, told by its name alone.
+// What a row of the list shows of its item.
+
+/// The symbol of a file, chosen by its name alone.
 [[nodiscard]] QString fileIcon(const QString &originalName);
 /// The symbol in front of the row.
 [[nodiscard]] QString leadingIcon(const ProtectedItem &item);
 /// The folder of an item, with "~" for the home folder, and its middle left out when it has more than 40 characters.
 [[nodiscard]] QString shortenedPath(const QString &originalPath, const QString &homePath);
 
+[[nodiscard]] QString statusText(const ProtectedItem &item);
 /// The button that locks or unlocks.
 [[nodiscard]] QString toggleLockText(const ProtectedItem &item);
 [[nodiscard]] QString toggleLockIcon(const ProtectedItem &item);

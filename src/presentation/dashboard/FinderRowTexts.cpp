@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-#include "presentation/dashboard/FinderRowViewModel.h"
+#include "presentation/dashboard/FinderRowTexts.h"
 
 #include <QStringList>
 #include <QTextBoundaryFinder>
@@ -70,6 +70,11 @@ QString shortenedPath(const QString &originalPath, const QString &homePath)
         return folder;
     }
     return parts.first() + QStringLiteral("/…/") + parts.at(parts.size() - 2) + QLatin1Char('/') + parts.last();
+}
+
+QString statusText(const ProtectedItem &item)
+{
+    return item.isMounted ? QStringLiteral("Unlocked") : QStringLiteral("Locked");
 }
 
 QString toggleLockText(const ProtectedItem &item)

@@ -1,0 +1,45 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+#include "presentation/dashboard/DashboardStatisticsModel.h"
+
+#include "presentation/dashboard/FilteredItemsModel.h"
+#include "presentation/dashboard/ProtectedItemsModel.h"
+#include "presentation/dashboard/SearchFilterBarModel.h"
+
+namespace quillhaven {
+
+DashboardStatisticsModel::DashboardStatisticsModel(const FilteredItemsModel &items, const SearchFilterBarModel &filters,
+                                                   QObject *parent)
+    : QObject(parent), m_items(items), m_filters(filters)
+{
+    connect(&items, &FilteredItemsModel::itemsChanged, this, &DashboardStatisticsModel::count);
+    count();
+}
+
+void DashboardStatisticsModel::count()
+{
+    const QList<ProtectedItem> &all = m_items.rows().items();
+    Figures figures{.total = static_cast<int>(all.size()), .isFiltered = m_filters.hasActiveFilters()};
+    for (const ProtectedItem &item : all) {
+        if (m_filters.passes(item)) {
+            figures.shown += 1;
+            figures.unlocked += item.isMounted ? 1 : 0;
+            figures.withTouchID += item.useTouchID ? 1 : 0;
+        }
+    }
+    if (m_figures != figures) {
+        m_figures = figures;
+        Q_EMIT changed();
+    }
+}
+
+QString DashboardStatisticsModel::statisticsNote() const
+{
+    if (!m_figures.isFiltered) {
+        return QStringLiteral("Includes both locked and unlocked items currently managed by Quillhaven.");
+    }
+    return QStringLiteral("Showing filtered results from ") + QString::number(m_figures.total) +
+           QStringLiteral(" total items.");
+}
+
+} // namespace quillhaven

@@ -1,0 +1,59 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+#pragma once
+
+#include <QObject>
+#include <QtQml/qqmlregistration.h>
+
+namespace quillhaven {
+
+class FilteredItemsModel;
+class SearchFilterBarModel;
+
+/// The figures of the cards. They describe every item, or what is shown while a filter is active. Main thread only.
+class DashboardStatisticsModel : public QObject
+{
+    Q_OBJECT
+    QML_ELEMENT
+    QML_UNCREATABLE("Part of the dashboard")
+    Q_PROPERTY(int protectedItemsCount READ protectedItemsCount NOTIFY changed)
+    Q_PROPERTY(int currentlyUnlockedCount READ currentlyUnlockedCount NOTIFY changed)
+    Q_PROPERTY(int touchIDProtectedCount READ touchIDProtectedCount NOTIFY changed)
+    Q_PROPERTY(int passwordProtectedCount READ passwordProtectedCount NOTIFY changed)
+    Q_PROPERTY(QString statisticsNote READ statisticsNote NOTIFY changed)
+
+public:
+    /// The references must outlive this object.
+    DashboardStatisticsModel(const FilteredItemsModel &items, const SearchFilterBarModel &filters,
+                             QObject *parent = nullptr);
+
+    [[nodiscard]] int protectedItemsCount() const { return m_figures.shown; }
+    [[nodiscard]] int currentlyUnlockedCount() const { return m_figures.unlocked; }
+    [[nodiscard]] int touchIDProtectedCount() const { return m_figures.withTouchID; }
+    [[nodiscard]] int passwordProtectedCount() const { return m_figures.shown - m_figures.withTouchID; }
+    /// Says what the figures count.
+    [[nodiscard]] QString statisticsNote() const;
+
+Q_SIGNALS:
+    void changed();
+
+private:
+    struct Figures
+    {
+        int shown = 0;
+        int unlocked = 0;
+        int withTouchID = 0;
+        int total = 0;
+        bool isFiltered = false;
+
+        bool operator==(const Figures &) const = default;
+    };
+
+    void count();
+
+    const FilteredItemsModel &m_items;
+    const SearchFilterBarModel &m_filters;
+    Figures m_figures;
+};
+
+} // namespace quillhaven

@@ -1,0 +1,206 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+#include "presentation/dashboard/FilteredItemsModel.h"
+
+#include "ListFixture.h"
+
+#include <QLocale>
+#include <QRandomGenerator>
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+
+using namespace quillhaven;
+using namespace quillhaven::testing;
+
+namespace {
+
+using Filters = SearchFilterBarModel;
+
+class FilteredItemsModelTest : public ::testing::Test, protected ListFixture
+{
+protected:
+    RowChanges changes{shown};
+};
+
+std::string sortedIn(const char *language, const char *names)
+{
+    const QLocale before;
+    QLocale::setDefault(QLocale(QString::fromLatin1(language)));
+    ListFixture list;
+    list.load(names);
+    QLocale::setDefault(before);
+    return list.shownNames().toStdString();
+}
+
+} // namespace
+
+TEST_F(FilteredItemsModelTest, NameSortIgnoresCaseAndKeepsTheCatalogueOrderOfEquals)
+{
+    load("beta ALPHA alpha Alpha");
+    EXPECT_EQ(shownNames(), QStringLiteral("ALPHA alpha Alpha beta"));
+    load("beta Alpha alpha ALPHA");
+    EXPECT_EQ(shownNames(), QStringLiteral("Alpha alpha ALPHA beta"));
+    catalogue.append(namedItem(QStringLiteral("aLPHA")));
+    EXPECT_EQ(shownNames(), QStringLiteral("Alpha alpha ALPHA aLPHA beta"));
+}
+
+TEST(FilteredItemsModelLanguage, NameSortFollowsTheUsersLanguageAndIgnoresCaseInIt)
+{
+    EXPECT_EQ(sortedIn("en_US", "zebra \u00c9clair beta Apple \u00e9cole apple"),
+              "Apple apple beta \u00c9clair \u00e9cole zebra");
+    EXPECT_EQ(sortedIn("sv_SE", "\u00f6l Zebra apple"), "apple Zebra \u00f6l");
+    // The capital of the dotless letter, which comes before the dotted one.
+    EXPECT_EQ(sortedIn("tr_TR", "ia Iz"), "Iz ia");
+    EXPECT_EQ(sortedIn("en_US", "Iz ia"), "ia Iz");
+    EXPECT_EQ(sortedIn("C", "b A a B"), "A a b B") << "without a language too";
+}
+
+TEST_F(FilteredItemsModelTest, StatusSortPutsLockedFirstInCatalogueOrderHoweverNamed)
+{
+    filters.setSortOption(Filters::SortOption::status);
+    load("z a m");
+    setMounted(QStringLiteral("a"), true);
+    EXPECT_EQ(shownNames(), QStringLiteral("z m a"));
+    setMounted(QStringLiteral("z"), true);
+    EXPECT_EQ(shownNames(), QStringLiteral("m z a"));
+    setMounted(QStringLiteral("a"), false);
+    EXPECT_EQ(shownNames(), QStringLiteral("a m z"));
+}
+
+TEST_F(FilteredItemsModelTest, NewItemIsOneInsertedRowAtItsPlace)
+{
+    load("a c d");
+    changes.clear();
+    catalogue.append(namedItem(QStringLiteral("b")));
+    EXPECT_EQ(shownNames(), QStringLiteral("a b c d"));
+    ASSERT_EQ(changes.inserted.size(), 1);
+    EXPECT_EQ(changes.inserted.at(0).at(1).toInt(), 1);
+    EXPECT_EQ(changes.count(), 1);
+}
+
+TEST_F(FilteredItemsModelTest, SearchThatDropsNeighboursIsOneRemoval)
+{
+    load("xa b c xd");
+    filters.setSearchText(QStringLiteral("x"));
+    filters.setSearchText({});
+    changes.clear();
+    load("a xb xc d");
+    changes.clear();
+    filters.setTypeFilter(Filters::TypeFilter::files);
+    EXPECT_EQ(changes.count(), 0) << "all of them are files";
+    setMounted(QStringLiteral("xb"), true);
+    setMounted(QStringLiteral("xc"), true);
+    changes.clear();
+    filters.setStatusFilter(Filters::StatusFilter::locked);
+    EXPECT_EQ(shownNames(), QStringLiteral("a d"));
+    ASSERT_EQ(changes.removed.size(), 1);
+    EXPECT_EQ(changes.removed.at(0).at(1).toInt(), 1);
+    EXPECT_EQ(changes.removed.at(0).at(2).toInt(), 2);
+    EXPECT_EQ(changes.count(), 1);
+}
+
+TEST_F(FilteredItemsModelTest, ChangedRecordKeepsItsRowInTheOrderOfTheNames)
+{
+    load("b a");
+    changes.clear();
+    setMounted(QStringLiteral("b"), true);
+    ASSERT_EQ(changes.changed.size(), 1);
+    EXPECT_EQ(changes.changed.at(0).at(0).toModelIndex().row(), 1);
+    EXPECT_EQ(changes.count(), 1);
+    EXPECT_TRUE(shown.index(1, 0).data(ProtectedItemsModel::IsMountedRole).toBool());
+}
+
+TEST_F(FilteredItemsModelTest, ItemThatNoLongerPassesLeavesAndComesBack)
+{
+    load("b a c");
+    filters.setStatusFilter(Filters::StatusFilter::locked);
+    changes.clear();
+    setMounted(QStringLiteral("b"), true);
+    EXPECT_EQ(shownNames(), QStringLiteral("a c"));
+    EXPECT_EQ(changes.removed.size(), 1);
+    setMounted(QStringLiteral("b"), false);
+    EXPECT_EQ(shownNames(), QStringLiteral("a b c"));
+    EXPECT_EQ(changes.inserted.size(), 1);
+    EXPECT_EQ(changes.count(), 2);
+}
+
+TEST_F(FilteredItemsModelTest, ChangeOfOrderIsAnnouncedAroundIt)
+{
+    load("b a");
+    QString before;
+    QString after;
+    QObject::connect(&shown, &FilteredItemsModel::orderAboutToChange, [&] { before = shown.idAt(1); });
+    QObject::connect(&shown, &FilteredItemsModel::orderChanged, [&] { after = shown.idAt(shown.rowOf(before)); });
+    filters.setSortOption(Filters::SortOption::status);
+    EXPECT_EQ(before, QStringLiteral("ID-b"));
+    EXPECT_EQ(after, QStringLiteral("ID-b"));
+    EXPECT_EQ(shown.rowOf(QStringLiteral("ID-b")), 0);
+}
+
+TEST_F(FilteredItemsModelTest, RowsAreFoundByTheirIdsAndOnlyWhileTheyShow)
+{
+    load("b a");
+    EXPECT_EQ(shown.rowOf(QStringLiteral("ID-b")), 1);
+    EXPECT_EQ(shown.idAt(0), QStringLiteral("ID-a"));
+    EXPECT_EQ(shown.idAt(2), QString());
+    EXPECT_EQ(shown.idAt(-1), QString());
+    EXPECT_EQ(shown.rowOf(QStringLiteral("ID-x")), -1);
+    filters.setSearchText(QStringLiteral("a"));
+    EXPECT_EQ(shown.rowOf(QStringLiteral("ID-b")), -1);
+}
+
+TEST_F(FilteredItemsModelTest, EmptyCatalogueIsNotALackOfResults)
+{
+    EXPECT_FALSE(shown.showFilters());
+    EXPECT_FALSE(shown.hasNoResults());
+    load("a");
+    filters.setSearchText(QStringLiteral("zzz"));
+    EXPECT_TRUE(shown.showFilters());
+    EXPECT_TRUE(shown.hasNoResults());
+}
+
+TEST_F(FilteredItemsModelTest, AnyRunOfChangesShowsWhatTheCatalogueHolds)
+{
+    QRandomGenerator random(20261121);
+    const auto expected = [this] {
+        QList<ProtectedItem> items;
+        const bool isByName = filters.sortOption() == Filters::SortOption::name;
+        for (const bool isMounted : {false, true}) {
+            for (const ProtectedItem &item : catalogue.items()) {
+                if (filters.passes(item) && item.isMounted == isMounted) {
+                    items.append(item);
+                }
+            }
+        }
+        if (isByName) {
+            std::ranges::sort(items, {}, &ProtectedItem::originalName);
+        }
+        return items;
+    };
+    for (int step = 0; step < 1000; ++step) {
+        const QString name = QChar(u'a' + random.bounded(12));
+        switch (random.bounded(6)) {
+        case 0:
+            if (!catalogue.item(QStringLiteral("ID-") + name)) {
+                catalogue.append(namedItem(name, random.bounded(2) == 1));
+            }
+            break;
+        case 1:
+            catalogue.remove({QStringLiteral("ID-") + name});
+            break;
+        case 2:
+            filters.setStatusFilter(Filters::StatusFilter(random.bounded(3)));
+            break;
+        case 3:
+            filters.setSortOption(Filters::SortOption(random.bounded(2)));
+            break;
+        default:
+            setMounted(name, random.bounded(2) == 1);
+        }
+        ASSERT_EQ(rows.items(), catalogue.items()) << "step " << step;
+        ASSERT_EQ(shown.filteredAndSortedItems(), expected()) << "step " << step;
+    }
+    EXPECT_EQ(changes.reset.size(), 0);
+}
