@@ -1,7 +1,7 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
 
 # Modules whose files are checked by the test QmlLint; the others join it as they are typed.
-set(QUILLHAVEN_LINTED_MODULES Quillhaven.Design Quillhaven.Controls Quillhaven.Dialogs Quillhaven)
+set(QUILLHAVEN_LINTED_MODULES Quillhaven.Design Quillhaven.Controls Quillhaven.Dialogs Quillhaven Quillhaven.Dashboard)
 
 # One folder for all modules, so that an import of one finds the others.
 set(QT_QML_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/qml)

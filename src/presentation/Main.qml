@@ -11,7 +11,7 @@ import Quillhaven.Design
 ApplicationWindow {
     id: window
 
-    required property QtObject dashboard
+    required property DashboardViewModel dashboard
     required property SheetModels sheets
 
     title: "Quillhaven"

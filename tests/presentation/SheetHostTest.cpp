@@ -67,7 +67,7 @@ protected:
     /// An operation that needs the master password first.
     void askForMasterPassword()
     {
-        started().dashboard.showProtectionDialog(services.home.write(QStringLiteral("papers/will.pdf")));
+        started().dashboard.protecting()->showProtectionDialog(services.home.write(QStringLiteral("papers/will.pdf")));
         DashboardHarness::settle();
         ASSERT_TRUE(started().masterPasswordDialog.isPresented());
     }
@@ -160,7 +160,7 @@ TEST_F(SheetHosts, ProgressStaysInTheMainWindow)
     activate(other());
     OperationProgress &progress = *started().dashboard.bulk()->progress();
     progress.show();
-    started().dashboard.handleFileSelection(services.home.path(QStringLiteral("absent.txt")));
+    started().dashboard.protecting()->handleFileSelection(services.home.path(QStringLiteral("absent.txt")));
     EXPECT_TRUE(eventuallyShowsIn(main, "Bulk Operation"));
     EXPECT_TRUE(eventuallyShowsIn(other(), "File or folder does not exist"));
     EXPECT_FALSE(showsIn(other(), "Bulk Operation"));

@@ -15,7 +15,7 @@ namespace quillhaven {
 BackupActions::BackupActions(const DashboardContext &context, UserDefaults &defaults, QObject *parent)
     : QObject(parent), m_context(context), m_defaults(defaults)
 {
-    settings::enableiCloudBackup.onChange(defaults, this, [this] { Q_EMIT changed(); });
+    settings::enableiCloudBackup.onChange(defaults, this, [this] { Q_EMIT enableiCloudBackupChanged(); });
 }
 
 bool BackupActions::enableiCloudBackup() const
@@ -30,10 +30,15 @@ void BackupActions::setEnableiCloudBackup(bool value)
     }
 }
 
+QString BackupActions::progressText() const
+{
+    return m_isBackingUp ? QStringLiteral("Backing up all items…") : QString();
+}
+
 void BackupActions::refresh()
 {
     m_isAvailable = m_context.quillhavenManager.isiCloudAvailable();
-    Q_EMIT changed();
+    Q_EMIT isAvailableChanged();
 }
 
 void BackupActions::backUpAll()
@@ -57,7 +62,7 @@ QCoro::Task<> BackupActions::runBackup()
 void BackupActions::setIsBackingUp(bool value)
 {
     m_isBackingUp = value;
-    Q_EMIT changed();
+    Q_EMIT isBackingUpChanged();
 }
 
 void BackupActions::showRecoveryDialog()

@@ -7,6 +7,7 @@
 
 #include <QCoroTask>
 #include <QObject>
+#include <QtQml/qqmlregistration.h>
 
 namespace quillhaven {
 
@@ -16,10 +17,12 @@ class UserDefaults;
 class BackupActions : public QObject
 {
     Q_OBJECT
-    Q_PROPERTY(bool isAvailable READ isAvailable NOTIFY changed)
-    Q_PROPERTY(bool enableiCloudBackup READ enableiCloudBackup WRITE setEnableiCloudBackup NOTIFY changed)
-    Q_PROPERTY(bool isBackingUp READ isBackingUp NOTIFY changed)
-    Q_PROPERTY(quillhaven::RecoveryDialogManager *recoveryDialogManager READ recoveryDialogManager CONSTANT)
+    QML_ELEMENT
+    QML_UNCREATABLE("Part of the dashboard")
+    Q_PROPERTY(bool isAvailable READ isAvailable NOTIFY isAvailableChanged)
+    Q_PROPERTY(
+        bool enableiCloudBackup READ enableiCloudBackup WRITE setEnableiCloudBackup NOTIFY enableiCloudBackupChanged)
+    Q_PROPERTY(bool isBackingUp READ isBackingUp NOTIFY isBackingUpChanged)
 
 public:
     BackupActions(const DashboardContext &context, UserDefaults &defaults, QObject *parent = nullptr);
@@ -29,6 +32,8 @@ public:
     [[nodiscard]] bool enableiCloudBackup() const;
     void setEnableiCloudBackup(bool value);
     [[nodiscard]] bool isBackingUp() const { return m_isBackingUp; }
+    /// What runs at present; empty when nothing does.
+    [[nodiscard]] QString progressText() const;
     [[nodiscard]] RecoveryDialogManager *recoveryDialogManager() { return &m_recoveryDialogManager; }
 
     /// Looks for the place of the backups. To be called when something shows the answer, not at every paint.
@@ -39,7 +44,9 @@ public:
     Q_INVOKABLE void showRecoveryDialog();
 
 Q_SIGNALS:
-    void changed();
+    void isAvailableChanged();
+    void enableiCloudBackupChanged();
+    void isBackingUpChanged();
 
 private:
     [[nodiscard]] QCoro::Task<> runBackup();

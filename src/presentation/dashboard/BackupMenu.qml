@@ -1,5 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
+pragma ComponentBehavior: Bound
+
 import QtQuick
 import QtQuick.Controls.Basic
 import Quillhaven.Controls
@@ -9,7 +11,7 @@ import Quillhaven.Design
 PopMenu {
     id: menu
 
-    required property QtObject backup
+    required property BackupActions backup
 
     width: Metrics.wideMenuWidth
 

@@ -79,14 +79,14 @@ void BulkActions::start(const QList<ProtectedItem> &items, Condition isDue, Oper
 {
     Job job{.ids = {}, .isDue = std::move(isDue), .operation = std::move(operation), .busy = {}};
     for (const ProtectedItem &item : items) {
-        if (!m_context.items.isBusy(item.id)) {
+        if (!m_context.rows.isBusy(item.id)) {
             job.ids.append(item.id);
         }
     }
     if (job.ids.isEmpty()) {
         return;
     }
-    job.busy = std::make_shared<BusyItems>(m_context.items, job.ids);
+    job.busy = std::make_shared<BusyItems>(m_context.rows, job.ids);
     startJob([this, job = std::move(job)] { return run(job); });
 }
 

@@ -13,6 +13,7 @@
 
 #include <QCoroTask>
 #include <QObject>
+#include <QtQml/qqmlregistration.h>
 
 #include <functional>
 #include <memory>
@@ -27,8 +28,8 @@ class FilePanels;
 class BulkActions : public QObject
 {
     Q_OBJECT
-    Q_PROPERTY(quillhaven::OperationProgress *progress READ progress CONSTANT)
-    Q_PROPERTY(quillhaven::BulkFilePickerModel *picker READ picker CONSTANT)
+    QML_ELEMENT
+    QML_UNCREATABLE("Part of the dashboard")
 
 public:
     BulkActions(const DashboardContext &context, FilePanels &panels, QObject *parent = nullptr);

@@ -1,5 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
+pragma ComponentBehavior: Bound
+
 import QtQuick
 import QtQuick.Layouts
 import Quillhaven.Controls
@@ -9,8 +11,8 @@ import Quillhaven.Design
 Rectangle {
     id: bar
 
-    required property QtObject dashboard
-    readonly property QtObject selection: dashboard.selection
+    required property DashboardViewModel dashboard
+    readonly property ItemSelection selection: dashboard.selection
     readonly property bool isNarrow: width < Metrics.narrowBar
 
     component Action: SecondaryButton {

@@ -6,6 +6,7 @@ namespace quillhaven {
 
 class ConfirmationDialogManager;
 class DashboardErrors;
+class FilteredItemsModel;
 class ItemSelection;
 class MasterPasswordDialogManager;
 class MasterPasswordManager;
@@ -23,13 +24,14 @@ struct DashboardDialogs
     MasterPasswordDialogManager &masterPassword;
 };
 
-/// What the dashboard's actions work on. Everything outlives them and the jobs that they start.
+/// What the dashboard's actions work on. All of it must outlive them and the jobs that they start.
 struct DashboardContext
 {
     QuillhavenManager &quillhavenManager;
     MasterPasswordManager &masterPasswordManager;
     DashboardDialogs dialogs;
-    ProtectedItemsModel &items;
+    ProtectedItemsModel &rows;
+    const FilteredItemsModel &items;
     ItemSelection &selection;
     DashboardErrors &errors;
 };

@@ -1,5 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
+pragma ComponentBehavior: Bound
+
 import QtQuick
 import QtQuick.Layouts
 import Quillhaven.Controls
@@ -9,7 +11,7 @@ import Quillhaven.Design
 Item {
     id: view
 
-    required property QtObject dashboard
+    required property DashboardViewModel dashboard
     /// Nothing can be dropped under a sheet.
     property bool acceptsDrops: true
     readonly property bool hasRoomForDropArea: height >= Metrics.roomyWindow
@@ -73,7 +75,7 @@ Item {
         onDropped: (drop) => {
             if (drop.hasUrls) {
                 drop.accept(Qt.CopyAction)
-                view.dashboard.onDrop(drop.urls)
+                view.dashboard.protecting.onDrop(drop.urls)
             }
         }
     }

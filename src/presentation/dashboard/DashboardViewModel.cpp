@@ -2,9 +2,10 @@
 
 #include "presentation/dashboard/DashboardViewModel.h"
 
+#include "async/Jobs.h"
+#include "credentials/MasterPasswordDialogManager.h"
 #include "credentials/MasterPasswordManager.h"
 #include "engine/QuillhavenManager.h"
-#include "platform/Clock.h"
 #include "platform/UserDefaults.h"
 
 #include <QCoreApplication>
@@ -15,7 +16,6 @@ DashboardViewModel::DashboardViewModel(const Platform &platform, QuillhavenManag
                                        MasterPasswordManager &masterPasswordManager, const DashboardDialogs &dialogs,
                                        QObject *parent)
     : QObject(parent),
-      m_platform(platform),
       m_quillhavenManager(quillhavenManager),
       m_masterPasswordManager(masterPasswordManager),
       m_dialogs(dialogs),
@@ -24,12 +24,15 @@ DashboardViewModel::DashboardViewModel(const Platform &platform, QuillhavenManag
       m_statistics(m_items, m_filters),
       m_selection(m_items),
       m_bulk(context(), platform.panels),
+      m_protecting(context(), m_bulk, platform.panels),
+      m_itemActions(context(), m_bulk, platform.clock),
       m_shredding(context()),
       m_backup(context(), platform.defaults.standard())
 {
     connect(&masterPasswordManager, &MasterPasswordManager::hasMasterPasswordChanged, this,
             &DashboardViewModel::masterPasswordTextChanged);
-    connect(&m_errors, &DashboardErrors::changed, this, &DashboardViewModel::errorChanged);
+    connect(&m_protecting, &ProtectActions::protectingTextChanged, this, &DashboardViewModel::activityTextChanged);
+    connect(&m_backup, &BackupActions::isBackingUpChanged, this, &DashboardViewModel::activityTextChanged);
 }
 
 DashboardViewModel::~DashboardViewModel() = default;
@@ -39,7 +42,8 @@ DashboardContext DashboardViewModel::context()
     return {.quillhavenManager = m_quillhavenManager,
             .masterPasswordManager = m_masterPasswordManager,
             .dialogs = m_dialogs,
-            .items = m_rows,
+            .rows = m_rows,
+            .items = m_items,
             .selection = m_selection,
             .errors = m_errors};
 }
@@ -56,21 +60,46 @@ QString DashboardViewModel::masterPasswordText() const
                                                        : QStringLiteral("Set Master Password");
 }
 
-QString DashboardViewModel::protectingText() const
+QString DashboardViewModel::activityText() const
 {
-    if (m_protectingNames.isEmpty()) {
-        return {};
-    }
-    if (m_protectingNames.size() == 1) {
-        return QStringLiteral("Protecting “") + m_protectingNames.first() + QStringLiteral("”…");
-    }
-    return QStringLiteral("Protecting ") + QString::number(m_protectingNames.size()) + QStringLiteral(" items…");
+    const QString protecting = m_protecting.protectingText();
+    return protecting.isEmpty() ? m_backup.progressText() : protecting;
 }
 
-std::optional<ProtectedItem> DashboardViewModel::liveItem(const QString &id) const
+void DashboardViewModel::handleFinderAction(const QVariantMap &userInfo)
 {
-    const ProtectedItem *item = m_quillhavenManager.catalogue().item(id);
-    return item ? std::optional(*item) : std::nullopt;
+    const QVariant action = userInfo.value(QStringLiteral("action"));
+    const QVariant path = userInfo.value(QStringLiteral("path"));
+    if (action.metaType() != QMetaType::fromType<QString>() || path.metaType() != QMetaType::fromType<QString>()) {
+        return;
+    }
+    if (action == QStringLiteral("protect")) {
+        m_protecting.showProtectionDialog(path.toString());
+    } else if (action == QStringLiteral("unlock")) {
+        m_itemActions.toggleLockAt(path.toString(), false);
+    } else if (action == QStringLiteral("lock")) {
+        m_itemActions.toggleLockAt(path.toString(), true);
+    } else if (action == QStringLiteral("shred")) {
+        m_shredding.handleShredAction(path.toString());
+    }
+}
+
+void DashboardViewModel::chooseMasterPassword()
+{
+    m_dialogs.masterPassword.show(
+        {.title = masterPasswordText(),
+         .message = QStringLiteral("Enter a strong password (8+ characters with uppercase, lowercase, and numbers):"),
+         .isPasswordSetting = true},
+        [this](const QString &entered) { startJob([this, entered] { return setMasterPassword(entered); }); });
+}
+
+QCoro::Task<> DashboardViewModel::setMasterPassword(QString password)
+{
+    try {
+        co_await m_masterPasswordManager.setMasterPassword(password);
+    } catch (...) {
+        m_errors.report(std::current_exception());
+    }
 }
 
 } // namespace quillhaven

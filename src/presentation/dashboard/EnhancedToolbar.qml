@@ -1,5 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
+pragma ComponentBehavior: Bound
+
 import QtQuick
 import QtQuick.Layouts
 import Quillhaven.Controls
@@ -9,7 +11,7 @@ import Quillhaven.Design
 Rectangle {
     id: toolbar
 
-    required property QtObject dashboard
+    required property DashboardViewModel dashboard
     property string title: "Quillhaven"
     readonly property bool isNarrow: width < Metrics.narrowToolbar
 
@@ -99,7 +101,8 @@ Rectangle {
                 onClicked: {
                     toolbar.dashboard.backup.refresh()
                     backupMenu.active = true
-                    backupMenu.item.open()
+                    const menu = backupMenu.item as BackupMenu
+                    menu.open()
                 }
 
                 Loader {
@@ -133,16 +136,15 @@ Rectangle {
             PrimaryFilledButton {
                 text: "Protect New Item"
                 symbol: "plus"
-                enabled: !toolbar.dashboard.showingFilePicker
+                enabled: !toolbar.dashboard.protecting.showingFilePicker
                 Accessible.description: "Opens file picker to select items to protect"
-                onClicked: toolbar.dashboard.protectNewItem()
+                onClicked: toolbar.dashboard.protecting.protectNewItem()
             }
         }
 
         ProtectingBar {
             Layout.fillWidth: true
-            text: toolbar.dashboard.protectingText !== "" ? toolbar.dashboard.protectingText
-                  : toolbar.dashboard.backup.isBackingUp ? "Backing up all items…" : ""
+            text: toolbar.dashboard.activityText
         }
 
         Rectangle {

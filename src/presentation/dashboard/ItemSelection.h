@@ -6,6 +6,7 @@
 
 #include <QObject>
 #include <QSet>
+#include <QtQml/qqmlregistration.h>
 
 namespace quillhaven {
 
@@ -16,6 +17,8 @@ class FilteredItemsModel;
 class ItemSelection : public QObject
 {
     Q_OBJECT
+    QML_ELEMENT
+    QML_UNCREATABLE("Part of the dashboard")
     Q_PROPERTY(bool isInSelectionMode READ isInSelectionMode NOTIFY changed)
     Q_PROPERTY(int selectedCount READ selectedCount NOTIFY changed)
     Q_PROPERTY(int canUnlockCount READ canUnlockCount NOTIFY changed)

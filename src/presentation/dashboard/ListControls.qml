@@ -1,5 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
+pragma ComponentBehavior: Bound
+
 import QtQuick
 import QtQuick.Layouts
 import Quillhaven.Controls
@@ -9,20 +11,20 @@ import Quillhaven.Design
 RowLayout {
     id: controls
 
-    required property QtObject dashboard
-    readonly property QtObject selection: dashboard.selection
+    required property SearchFilterBarModel filters
+    required property ItemSelection selection
 
     spacing: Spacing.sm
 
     SymbolImage {
-        visible: controls.dashboard.filters.hasActiveFilters
+        visible: controls.filters.hasActiveFilters
         symbol: "line.3.horizontal.decrease.circle.fill"
         size: Metrics.symbolText
         color: Colors.primaryAccent
     }
 
     TextLabel {
-        visible: controls.dashboard.filters.hasActiveFilters
+        visible: controls.filters.hasActiveFilters
         text: "Filters Active"
         color: Colors.textSecondary
         font.pixelSize: Typography.footnoteSize

@@ -1,5 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
+pragma ComponentBehavior: Bound
+
 import QtQuick
 import QtQuick.Layouts
 import QtQuick.Controls.Basic
@@ -10,8 +12,8 @@ import Quillhaven.Design
 Rectangle {
     id: area
 
-    required property QtObject dashboard
-    readonly property QtObject selection: dashboard.selection
+    required property DashboardViewModel dashboard
+    readonly property ItemSelection selection: dashboard.selection
     readonly property bool isEmpty: dashboard.items.count === 0
 
     /// Gives the keyboard to the current row, if there is one.
@@ -68,7 +70,8 @@ Rectangle {
             Layout.leftMargin: Spacing.lg
             Layout.rightMargin: Spacing.lg
             Layout.preferredHeight: Spacing.minTouchTarget
-            dashboard: area.dashboard
+            filters: area.dashboard.filters
+            selection: area.selection
         }
 
         Loader {
@@ -124,7 +127,7 @@ Rectangle {
                                   [Qt.Key_PageUp]: currentIndex - page, [Qt.Key_PageDown]: currentIndex + page }
                 event.accepted = true
                 if (event.key === Qt.Key_Delete)
-                    area.dashboard.onDelete(currentIndex)
+                    area.dashboard.itemActions.onDelete(currentIndex)
                 else if (event.key in targets)
                     currentIndex = Math.max(0, Math.min(count - 1, targets[event.key]))
                 else
@@ -134,10 +137,10 @@ Rectangle {
             delegate: FinderRowView {
                 width: ListView.view.width
                 isInSelectionMode: area.selection.isInSelectionMode
-                onToggleLock: (id) => area.dashboard.onToggleLock(id)
-                onCopyPath: (id) => area.dashboard.copyPathToClipboard(id)
-                onRemove: (id) => area.dashboard.askToRemove(id)
-                onDuplicate: (id) => area.dashboard.duplicateAsEncryptedCopy(id)
+                onToggleLock: (id) => area.dashboard.itemActions.onToggleLock(id)
+                onCopyPath: (id) => area.dashboard.itemActions.copyPathToClipboard(id)
+                onRemove: (id) => area.dashboard.itemActions.askToRemove(id)
+                onDuplicate: (id) => area.dashboard.itemActions.duplicateAsEncryptedCopy(id)
                 onShred: (id) => area.dashboard.shredding.onShred(id)
                 onSelectionToggle: (id) => area.selection.onSelectionToggle(id)
                 onSelectionExtend: (id) => area.selection.extendSelection(id)

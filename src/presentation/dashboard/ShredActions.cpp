@@ -34,7 +34,7 @@ ShredActions::ShredActions(const DashboardContext &context, QObject *parent) : Q
 void ShredActions::onShred(const QString &id)
 {
     const ProtectedItem *item = m_context.quillhavenManager.catalogue().item(id);
-    if (item && !m_context.items.isBusy(id)) {
+    if (item && !m_context.rows.isBusy(id)) {
         ask({*item}, {});
     }
 }
@@ -116,7 +116,7 @@ QCoro::Task<> ShredActions::shred(ProgressCallback progressCallback)
         co_return;
     }
     const QList<ProtectedItem> items = liveItems();
-    const BusyItems busy(m_context.items, idsOf(items));
+    const BusyItems busy(m_context.rows, idsOf(items));
     if (items.size() == 1) {
         co_await manager.shredProtectedItem(items.constFirst(), progressCallback);
     } else if (!items.isEmpty()) {
@@ -127,7 +127,7 @@ QCoro::Task<> ShredActions::shred(ProgressCallback progressCallback)
 QList<ProtectedItem> ShredActions::liveItems() const
 {
     QList<ProtectedItem> items = m_context.quillhavenManager.catalogue().items(idsOf(m_protectedItemsToShred));
-    items.removeIf([this](const ProtectedItem &item) { return m_context.items.isBusy(item.id); });
+    items.removeIf([this](const ProtectedItem &item) { return m_context.rows.isBusy(item.id); });
     return items;
 }
 

@@ -11,6 +11,7 @@
 #include <QCoroTask>
 #include <QObject>
 #include <QStringList>
+#include <QtQml/qqmlregistration.h>
 
 namespace quillhaven {
 
@@ -18,8 +19,8 @@ namespace quillhaven {
 class ShredActions : public QObject
 {
     Q_OBJECT
-    Q_PROPERTY(quillhaven::ShredConfirmationDialogModel *confirmation READ confirmation CONSTANT)
-    Q_PROPERTY(quillhaven::OperationProgress *progress READ progress CONSTANT)
+    QML_ELEMENT
+    QML_UNCREATABLE("Part of the dashboard")
 
 public:
     explicit ShredActions(const DashboardContext &context, QObject *parent = nullptr);

@@ -49,7 +49,7 @@ TEST_F(Backups, AvailabilityIsLookedForOnRequestAlone)
     EXPECT_FALSE(backup().isAvailable());
     cloud.make();
     EXPECT_FALSE(backup().isAvailable());
-    const QSignalSpy told(&backup(), &BackupActions::changed);
+    const QSignalSpy told(&backup(), &BackupActions::isAvailableChanged);
     backup().refresh();
     EXPECT_TRUE(backup().isAvailable());
     EXPECT_EQ(told.size(), 1);
@@ -65,7 +65,7 @@ TEST_F(Backups, SettingIsOffAtFirstAndKept)
 
 TEST_F(Backups, SettingThatIsChangedElsewhereIsTold)
 {
-    const QSignalSpy told(&backup(), &BackupActions::changed);
+    const QSignalSpy told(&backup(), &BackupActions::enableiCloudBackupChanged);
     services.defaults.standard().setBool(QStringLiteral("another"), true);
     EXPECT_EQ(told.size(), 0);
     cloud.setEnabled(true);
@@ -78,7 +78,7 @@ TEST_F(Backups, SecondPressDoesNotBackUpAgain)
     cloud.make();
     protectOne();
     backup().setEnableiCloudBackup(true);
-    const QSignalSpy told(&backup(), &BackupActions::changed);
+    const QSignalSpy told(&backup(), &BackupActions::isBackingUpChanged);
     backup().backUpAll();
     backup().backUpAll();
     DashboardHarness::settle();
@@ -95,8 +95,10 @@ TEST_F(Backups, BackUpAllWritesABackupOfEachItem)
     backup().setEnableiCloudBackup(true);
     backup().backUpAll();
     EXPECT_TRUE(backup().isBackingUp());
+    EXPECT_EQ(started().dashboard.activityText(), QStringLiteral("Backing up all items…"));
     DashboardHarness::settle();
     EXPECT_FALSE(backup().isBackingUp());
+    EXPECT_EQ(started().dashboard.activityText(), QString());
     EXPECT_EQ(cloud.backupNames(), QStringList(started().item().id + QStringLiteral(".backup")));
     EXPECT_EQ(error(), QString());
 }

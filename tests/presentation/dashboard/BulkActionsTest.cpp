@@ -68,7 +68,7 @@ protected:
         for (const QString &path : paths) {
             urls.append(QUrl::fromLocalFile(path));
         }
-        started().dashboard.onDrop(urls);
+        started().dashboard.protecting()->onDrop(urls);
         DashboardHarness::settle();
     }
     QString error() { return started().dashboard.showingError() ? started().dashboard.errorMessage() : QString(); }
@@ -437,8 +437,8 @@ TEST_F(Bulk, ProtectOfNothingShowsNothing)
 
 TEST_F(Bulk, DropOfNothingDoesNothing)
 {
-    started().dashboard.onDrop({});
-    started().dashboard.onDrop({QUrl(QStringLiteral("https://example.org/a.txt"))});
+    started().dashboard.protecting()->onDrop({});
+    started().dashboard.protecting()->onDrop({QUrl(QStringLiteral("https://example.org/a.txt"))});
     DashboardHarness::settle();
     EXPECT_EQ(error(), QString());
     EXPECT_FALSE(started().protectionMethodDialog.isPresented());
@@ -483,7 +483,7 @@ TEST_F(Bulk, DroppedLinkStandsForWhatItPointsTo)
 TEST_F(Bulk, DeleteGestureRemovesEachRowByItself)
 {
     protect({a, b, c});
-    started().dashboard.deleteFilteredItems({0, 2, 7});
+    started().dashboard.itemActions()->deleteFilteredItems({0, 2, 7});
     DashboardHarness::settle();
     EXPECT_EQ(started().shownNames(), QStringLiteral("b.txt"));
     EXPECT_EQ(TemporaryHome::read(paper(c)), c.toUtf8());
@@ -492,7 +492,7 @@ TEST_F(Bulk, DeleteGestureRemovesEachRowByItself)
 TEST_F(Bulk, DuplicateOfALockedItemIsListedAndLogged)
 {
     protect({a});
-    started().dashboard.duplicateAsEncryptedCopy(started().item().id);
+    started().dashboard.itemActions()->duplicateAsEncryptedCopy(started().item().id);
     DashboardHarness::settle();
     EXPECT_EQ(started().shownNames(), QStringLiteral("a Copy.txt a.txt"));
     EXPECT_TRUE(log.contains(QStringLiteral("✅ Successfully duplicated: a.txt")));
@@ -504,7 +504,7 @@ TEST_F(Bulk, DuplicateOfAnUnlockedItemShowsWhy)
 {
     protect({a});
     unlockAll();
-    started().dashboard.duplicateAsEncryptedCopy(started().item().id);
+    started().dashboard.itemActions()->duplicateAsEncryptedCopy(started().item().id);
     DashboardHarness::settle();
     EXPECT_EQ(error(), QuillhavenError(QuillhavenError::itemNotFound).errorDescription());
 }

@@ -26,7 +26,7 @@ protected:
     {
         DashboardHarness &harness = started();
         services.panels.answer = [path](const OpenPanelRequest &) { return path; };
-        harness.dashboard.protectNewItem();
+        harness.dashboard.protecting()->protectNewItem();
         DashboardHarness::settle();
     }
 };
@@ -41,18 +41,18 @@ TEST_F(DashboardActions, PanelOffersFilesAndFoldersAndLeadsToTheMethods)
     EXPECT_TRUE(services.panels.requests.constFirst().canChooseDirectories);
     EXPECT_TRUE(started().protectionMethodDialog.isPresented());
     EXPECT_EQ(started().protectionMethodDialog.title(), QStringLiteral("Protect will.pdf"));
-    EXPECT_FALSE(started().dashboard.showingFilePicker());
+    EXPECT_FALSE(started().dashboard.protecting()->showingFilePicker());
 }
 
 TEST_F(DashboardActions, CancelledPanelShowsNothing)
 {
     services.panels.answer = [](const OpenPanelRequest &) { return std::nullopt; };
-    started().dashboard.protectNewItem();
+    started().dashboard.protecting()->protectNewItem();
     DashboardHarness::settle();
     EXPECT_EQ(services.panels.requests.size(), 1);
     EXPECT_FALSE(started().protectionMethodDialog.isPresented());
     EXPECT_FALSE(started().dashboard.showingError());
-    EXPECT_FALSE(started().dashboard.showingFilePicker());
+    EXPECT_FALSE(started().dashboard.protecting()->showingFilePicker());
 }
 
 TEST_F(DashboardActions, FailingPanelTellsWhy)
@@ -60,20 +60,20 @@ TEST_F(DashboardActions, FailingPanelTellsWhy)
     services.panels.answer = [](const OpenPanelRequest &) -> std::optional<QString> {
         throw FileError(FileError::Kind::NotAFileOrFolder, QStringLiteral("“pipe” is neither a file nor a folder."));
     };
-    started().dashboard.protectNewItem();
+    started().dashboard.protecting()->protectNewItem();
     DashboardHarness::settle();
     EXPECT_TRUE(started().dashboard.showingError());
     EXPECT_EQ(started().dashboard.errorMessage(), QStringLiteral("“pipe” is neither a file nor a folder."));
     EXPECT_EQ(started().dashboard.errorDialogManager()->errorTitle(), QStringLiteral("Error"));
-    EXPECT_FALSE(started().dashboard.showingFilePicker());
+    EXPECT_FALSE(started().dashboard.protecting()->showingFilePicker());
 }
 
 TEST_F(DashboardActions, SecondPressWhileThePanelIsOpenOpensNoSecondOne)
 {
     DashboardHarness &harness = started();
-    harness.dashboard.protectNewItem();
-    EXPECT_TRUE(harness.dashboard.showingFilePicker());
-    harness.dashboard.protectNewItem();
+    harness.dashboard.protecting()->protectNewItem();
+    EXPECT_TRUE(harness.dashboard.protecting()->showingFilePicker());
+    harness.dashboard.protecting()->protectNewItem();
     DashboardHarness::settle();
     EXPECT_EQ(services.panels.requests.size(), 1);
 }
@@ -95,7 +95,7 @@ TEST_F(DashboardActions, ProtectByPasswordFromThePanelToTheRecord)
     EXPECT_EQ(started().passwordDialog.title(), QStringLiteral("Set Protection"));
     EXPECT_EQ(started().passwordDialog.message(), QStringLiteral("Enter a password to protect this item:"));
     EXPECT_TRUE(started().passwordDialog.requiresConfirmation());
-    QSignalSpy named(&started().dashboard, &DashboardViewModel::protectingTextChanged);
+    QSignalSpy named(&started().dashboard, &DashboardViewModel::activityTextChanged);
     started().typePassword(strongPassword);
     ASSERT_EQ(started().manager.protectedItems().size(), 1);
     EXPECT_EQ(started().item().originalPath, path);
@@ -103,7 +103,7 @@ TEST_F(DashboardActions, ProtectByPasswordFromThePanelToTheRecord)
     EXPECT_FALSE(started().dashboard.showingError());
     EXPECT_TRUE(services.credentials.entries.values().contains(strongPassword.toUtf8()));
     EXPECT_EQ(named.size(), 2) << "named while it ran, and no longer";
-    EXPECT_EQ(started().dashboard.protectingText(), QString());
+    EXPECT_EQ(started().dashboard.activityText(), QString());
 }
 
 TEST_F(DashboardActions, WindowNamesWhatIsBeingProtected)
@@ -111,8 +111,8 @@ TEST_F(DashboardActions, WindowNamesWhatIsBeingProtected)
     protectByPanel(writePaper(QStringLiteral("will.pdf")));
     QStringList texts;
     DashboardViewModel &dashboard = started().dashboard;
-    QObject::connect(&dashboard, &DashboardViewModel::protectingTextChanged, &dashboard,
-                     [&] { texts.append(dashboard.protectingText()); });
+    QObject::connect(&dashboard, &DashboardViewModel::activityTextChanged, &dashboard,
+                     [&] { texts.append(dashboard.activityText()); });
     started().chooseTouchID();
     EXPECT_EQ(texts, (QStringList{QStringLiteral("Protecting “will.pdf”…"), QString()}));
 }
@@ -121,10 +121,10 @@ TEST_F(DashboardActions, WindowCountsSeveralThatAreBeingProtected)
 {
     DashboardViewModel &dashboard = started().dashboard;
     QStringList texts;
-    QObject::connect(&dashboard, &DashboardViewModel::protectingTextChanged, &dashboard,
-                     [&] { texts.append(dashboard.protectingText()); });
-    dashboard.showPasswordDialog(writePaper(QStringLiteral("one.pdf")), true);
-    dashboard.showPasswordDialog(writePaper(QStringLiteral("two.pdf")), true);
+    QObject::connect(&dashboard, &DashboardViewModel::activityTextChanged, &dashboard,
+                     [&] { texts.append(dashboard.activityText()); });
+    dashboard.protecting()->showPasswordDialog(writePaper(QStringLiteral("one.pdf")), true);
+    dashboard.protecting()->showPasswordDialog(writePaper(QStringLiteral("two.pdf")), true);
     DashboardHarness::settle();
     EXPECT_TRUE(texts.contains(QStringLiteral("Protecting 2 items…"))) << qUtf8Printable(texts.join(QLatin1Char('|')));
     EXPECT_EQ(texts.constLast(), QString());
@@ -175,7 +175,7 @@ TEST_F(DashboardActions, CancelInThePasswordDialogForcesTheMasterPasswordAgain)
     started().passwordInput.cancel();
     DashboardHarness::settle();
     EXPECT_FALSE(started().masterPassword.isAuthenticated());
-    started().dashboard.showProtectionDialog(path);
+    started().dashboard.protecting()->showProtectionDialog(path);
     DashboardHarness::settle();
     EXPECT_TRUE(started().masterPasswordDialog.isPresented());
     EXPECT_TRUE(services.home.exists(path));
@@ -192,7 +192,7 @@ TEST_F(DashboardActions, EngineErrorReachesTheErrorDialog)
     EXPECT_TRUE(started().dashboard.showingError());
     EXPECT_EQ(started().dashboard.errorMessage(), QuillhavenError(QuillhavenError::itemNotFound).errorDescription());
     EXPECT_EQ(started().dashboard.errorDialogManager()->errorMessage(), started().dashboard.errorMessage());
-    EXPECT_EQ(started().dashboard.protectingText(), QString());
+    EXPECT_EQ(started().dashboard.activityText(), QString());
     started().dashboard.errorDialogManager()->hideError();
     EXPECT_FALSE(started().dashboard.showingError());
 }
@@ -202,7 +202,7 @@ TEST_F(DashboardActions, CancelledAuthenticationIsOnlyLogged)
     services.panels.answer = [](const OpenPanelRequest &) -> std::optional<QString> {
         throw QuillhavenError(QuillhavenError::authenticationCancelled);
     };
-    started().dashboard.protectNewItem();
+    started().dashboard.protecting()->protectNewItem();
     DashboardHarness::settle();
     EXPECT_TRUE(log.contains(QStringLiteral("Authentication cancelled by user")));
     EXPECT_FALSE(started().dashboard.showingError());
@@ -215,7 +215,7 @@ TEST_F(DashboardActions, TroubleshootingOpensTheHintOfTheShownError)
     services.panels.answer = [](const OpenPanelRequest &) -> std::optional<QString> {
         throw QuillhavenError(QuillhavenError::itemNotFound);
     };
-    started().dashboard.protectNewItem();
+    started().dashboard.protecting()->protectNewItem();
     DashboardHarness::settle();
     ErrorDialogManager &error = *started().dashboard.errorDialogManager();
     ASSERT_TRUE(error.showTroubleshooting()) << "a second error replaces the first";
@@ -232,11 +232,11 @@ TEST_F(DashboardActions, ToggleLocksAnUnlockedItemAndUnlocksALockedOne)
     DashboardHarness &harness = started();
     harness.protect(services.home.path(QStringLiteral("papers/album")));
     const QString id = harness.item().id;
-    harness.dashboard.onToggleLock(id);
+    harness.dashboard.itemActions()->onToggleLock(id);
     DashboardHarness::settle();
     EXPECT_TRUE(harness.item().isMounted);
     EXPECT_EQ(TemporaryHome::read(path), QByteArray("content"));
-    harness.dashboard.onToggleLock(id);
+    harness.dashboard.itemActions()->onToggleLock(id);
     DashboardHarness::settle();
     EXPECT_FALSE(harness.item().isMounted);
     EXPECT_FALSE(TemporaryHome::exists(path));
@@ -248,7 +248,7 @@ TEST_F(DashboardActions, RowIsBusyWhileItsJobWaitsForTheUserAndFreeAfterACancel)
     DashboardHarness &harness = started();
     harness.protect(writePaper(QStringLiteral("will.pdf")));
     const QString id = harness.item().id;
-    harness.dashboard.onToggleLock(id);
+    harness.dashboard.itemActions()->onToggleLock(id);
     DashboardHarness::settle();
     ASSERT_TRUE(harness.passwordDialog.isPresented());
     EXPECT_TRUE(harness.dashboard.rows().isBusy(id));
@@ -264,8 +264,8 @@ TEST_F(DashboardActions, DoublePressStartsOneJob)
     DashboardHarness &harness = started();
     const QString path = writePaper(QStringLiteral("album/one.jpg"));
     harness.protect(services.home.path(QStringLiteral("papers/album")));
-    harness.dashboard.onToggleLock(harness.item().id);
-    harness.dashboard.onToggleLock(harness.item().id);
+    harness.dashboard.itemActions()->onToggleLock(harness.item().id);
+    harness.dashboard.itemActions()->onToggleLock(harness.item().id);
     DashboardHarness::settle();
     EXPECT_TRUE(harness.item().isMounted);
     EXPECT_EQ(TemporaryHome::read(path), QByteArray("content"));
@@ -281,7 +281,7 @@ TEST_F(DashboardActions, ItemLockedMeanwhileIsNotLockedASecondTime)
     runTask(harness.manager.unlockItem(harness.item()));
     runTask(harness.masterPassword.setMasterPassword(theMasterPassword));
 
-    harness.dashboard.onToggleLock(harness.item().id);
+    harness.dashboard.itemActions()->onToggleLock(harness.item().id);
     DashboardHarness::settle();
     ASSERT_TRUE(harness.masterPasswordDialog.isPresented());
     // The question still stands when the item is locked from elsewhere, by a session of its own.
@@ -298,7 +298,7 @@ TEST_F(DashboardActions, WrongItemPasswordReachesTheErrorDialog)
 {
     DashboardHarness &harness = started();
     harness.protect(writePaper(QStringLiteral("will.pdf")));
-    harness.dashboard.onToggleLock(harness.item().id);
+    harness.dashboard.itemActions()->onToggleLock(harness.item().id);
     DashboardHarness::settle();
     harness.typePassword(QStringLiteral("wrong"));
     EXPECT_TRUE(harness.dashboard.showingError());
@@ -313,7 +313,7 @@ TEST_F(DashboardActions, CancelledGateOfARowEndsWithoutAWord)
     const QString path = writePaper(QStringLiteral("album/one.jpg"));
     harness.protect(services.home.path(QStringLiteral("papers/album")));
     runTask(harness.masterPassword.setMasterPassword(theMasterPassword));
-    harness.dashboard.onToggleLock(harness.item().id);
+    harness.dashboard.itemActions()->onToggleLock(harness.item().id);
     DashboardHarness::settle();
     ASSERT_TRUE(harness.masterPasswordDialog.isPresented());
     harness.masterPasswordDialog.cancel();
@@ -328,7 +328,7 @@ TEST_F(DashboardActions, RemovalAsksFirstAndGivesTheItemBack)
     DashboardHarness &harness = started();
     const QString path = writePaper(QStringLiteral("will.pdf"));
     harness.protect(path);
-    harness.dashboard.askToRemove(harness.item().id);
+    harness.dashboard.itemActions()->askToRemove(harness.item().id);
     RemoveProtectionDialogManager &dialog = *harness.dashboard.removeProtectionDialogManager();
     ASSERT_TRUE(dialog.isPresented());
     EXPECT_EQ(dialog.itemName(), QStringLiteral("will.pdf"));
@@ -349,16 +349,16 @@ TEST_F(DashboardActions, CopiedPathIsToldForTwoSecondsAfterTheFirstCopy)
     const auto isTold = [&] {
         return harness.dashboard.items()->index(0, 0).data(ProtectedItemsModel::ShowingCopySuccessRole).toBool();
     };
-    harness.dashboard.copyPathToClipboard(id);
+    harness.dashboard.itemActions()->copyPathToClipboard(id);
     EXPECT_EQ(QGuiApplication::clipboard()->text(), path);
     EXPECT_TRUE(isTold());
     services.clock.advance(1500ms);
-    harness.dashboard.copyPathToClipboard(id);
+    harness.dashboard.itemActions()->copyPathToClipboard(id);
     services.clock.advance(499ms);
     EXPECT_TRUE(isTold());
     services.clock.advance(1ms);
     EXPECT_FALSE(isTold()) << "a second copy leaves the first timer running";
-    harness.dashboard.copyPathToClipboard(id);
+    harness.dashboard.itemActions()->copyPathToClipboard(id);
     services.clock.advance(2s);
     EXPECT_FALSE(isTold());
 }

@@ -144,6 +144,12 @@ protected:
         return {};
     }
 
+    /// Changes a record as an operation does.
+    void setMounted(const QString &id, bool value)
+    {
+        started().manager.catalogue().updateUnsaved(id, [value](ProtectedItem &item) { item.isMounted = value; });
+    }
+
     void storeThree()
     {
         QList<ProtectedItem> items{namedItem(QStringLiteral("alpha.txt")), namedItem(QStringLiteral("bravo.png"), true),

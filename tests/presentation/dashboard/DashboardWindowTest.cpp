@@ -4,7 +4,10 @@
 
 #include "DashboardWindowFixture.h"
 
+#include <QElapsedTimer>
 #include <QSignalSpy>
+
+#include <iostream>
 
 using namespace quillhaven;
 using namespace quillhaven::testing;
@@ -198,10 +201,57 @@ TEST_F(DashboardWindow, KeyboardKeepsItsRowWhenTheOneAboveGoesAway)
     EXPECT_EQ(focusedRow(), QStringLiteral("charlie"));
 }
 
+TEST_F(DashboardWindow, KeyboardKeepsItsItemWhenTheOrderChanges)
+{
+    storeThree();
+    shown();
+    ASSERT_TRUE(tabToList());
+    press(Qt::Key_Down);
+    ASSERT_EQ(focusedRow(), QStringLiteral("bravo.png"));
+    started().dashboard.filters()->setSortOption(SearchFilterBarModel::SortOption::status);
+    render();
+    EXPECT_EQ(started().shownNames(), QStringLiteral("alpha.txt charlie bravo.png"));
+    EXPECT_EQ(focusedRow(), QStringLiteral("bravo.png"));
+    press(Qt::Key_Up);
+    EXPECT_EQ(focusedRow(), QStringLiteral("charlie"));
+}
+
+TEST_F(DashboardWindow, KeyboardFollowsItsItemToAnotherPlace)
+{
+    storeThree();
+    started().dashboard.filters()->setSortOption(SearchFilterBarModel::SortOption::status);
+    shown();
+    ASSERT_TRUE(tabToList());
+    ASSERT_EQ(focusedRow(), QStringLiteral("alpha.txt"));
+    setMounted(QStringLiteral("ID-alpha.txt"), true);
+    render();
+    EXPECT_EQ(started().shownNames(), QStringLiteral("charlie alpha.txt bravo.png"));
+    EXPECT_EQ(focusedRow(), QStringLiteral("alpha.txt"));
+    setMounted(QStringLiteral("ID-bravo.png"), false);
+    render();
+    EXPECT_EQ(started().shownNames(), QStringLiteral("bravo.png charlie alpha.txt"));
+    EXPECT_EQ(focusedRow(), QStringLiteral("alpha.txt"));
+}
+
+TEST_F(DashboardWindow, KeyboardKeepsItsItemUnderAFilterThatLetsItPass)
+{
+    storeThree();
+    shown();
+    ASSERT_TRUE(tabToList());
+    press(Qt::Key_End);
+    ASSERT_EQ(focusedRow(), QStringLiteral("charlie"));
+    started().dashboard.filters()->setStatusFilter(SearchFilterBarModel::StatusFilter::locked);
+    render();
+    EXPECT_EQ(focusedRow(), QStringLiteral("charlie"));
+    started().dashboard.filters()->clearAllFilters();
+    render();
+    EXPECT_EQ(focusedRow(), QStringLiteral("charlie"));
+}
+
 TEST_F(DashboardWindow, ErrorShowsItsDialog)
 {
     shown();
-    started().dashboard.handleFileSelection(services.home.path(QStringLiteral("absent.txt")));
+    started().dashboard.protecting()->handleFileSelection(services.home.path(QStringLiteral("absent.txt")));
     EXPECT_TRUE(eventuallyShows("File or folder does not exist"));
     started().dashboard.errorDialogManager()->hideError();
     render();
@@ -217,7 +267,7 @@ TEST_F(DashboardWindow, ProtectingIsNamedUnderTheToolbarWhileItRuns)
         wasNamed = shows("Protecting “will.pdf”…");
         return path;
     };
-    started().dashboard.showPasswordDialog(path, true);
+    started().dashboard.protecting()->showPasswordDialog(path, true);
     DashboardHarness::settle();
     EXPECT_TRUE(wasNamed);
     EXPECT_FALSE(shows("Protecting “will.pdf”…"));

@@ -1,0 +1,171 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+#include "presentation/dashboard/ItemActions.h"
+
+#include "async/Jobs.h"
+#include "credentials/MasterPasswordManager.h"
+#include "engine/QuillhavenManager.h"
+#include "platform/Clock.h"
+#include "presentation/dashboard/BulkActions.h"
+#include "presentation/dashboard/BusyItems.h"
+#include "presentation/dashboard/DashboardErrors.h"
+#include "presentation/dashboard/FilteredItemsModel.h"
+#include "presentation/dashboard/ItemSelection.h"
+#include "support/printLogger.h"
+
+#include <QClipboard>
+#include <QGuiApplication>
+
+namespace quillhaven {
+
+using namespace std::chrono_literals;
+
+namespace {
+
+constexpr auto copySuccessDuration = 2s;
+
+} // namespace
+
+ItemActions::ItemActions(const DashboardContext &context, BulkActions &bulk, Clock &clock, QObject *parent)
+    : QObject(parent), m_context(context), m_bulk(bulk), m_clock(clock)
+{
+}
+
+ItemActions::~ItemActions() = default;
+
+std::optional<ProtectedItem> ItemActions::idleItem(const QString &id) const
+{
+    const ProtectedItem *item = m_context.quillhavenManager.catalogue().item(id);
+    return item && !m_context.rows.isBusy(id) ? std::optional(*item) : std::nullopt;
+}
+
+void ItemActions::onToggleLock(const QString &id)
+{
+    if (const std::optional<ProtectedItem> item = idleItem(id)) {
+        startJob([this, id, wasMounted = item->isMounted] { return toggleLock(id, wasMounted); });
+    }
+}
+
+QCoro::Task<> ItemActions::toggleLock(QString id, bool wasMounted)
+{
+    if (!co_await m_context.masterPasswordManager.requireAuthenticationOrCancel()) {
+        co_return;
+    }
+    // Something else may have locked or unlocked it meanwhile, and locking a locked item destroys its data.
+    const std::optional<ProtectedItem> item = idleItem(id);
+    if (!item || item->isMounted != wasMounted) {
+        co_return;
+    }
+    const BusyItems busy(m_context.rows, {id});
+    try {
+        if (wasMounted) {
+            co_await m_context.quillhavenManager.lockItem(*item);
+        } else {
+            co_await m_context.quillhavenManager.unlockItem(*item);
+        }
+    } catch (...) {
+        m_context.errors.report(std::current_exception());
+    }
+}
+
+void ItemActions::toggleLockAt(const QString &path, bool isMounted)
+{
+    const ProtectedItem *item = m_context.quillhavenManager.catalogue().itemAt(path);
+    if (item && item->isMounted == isMounted) {
+        onToggleLock(item->id);
+    }
+}
+
+void ItemActions::askToRemove(const QString &id)
+{
+    if (const std::optional<ProtectedItem> item = idleItem(id)) {
+        m_removeDialogManager.show(item->originalName, [this, id] { onRemove(id); }, {});
+    }
+}
+
+void ItemActions::onRemove(const QString &id)
+{
+    startJob([this, id] { return remove(id); });
+}
+
+QCoro::Task<> ItemActions::remove(QString id)
+{
+    if (!co_await m_context.masterPasswordManager.requireAuthenticationOrCancel()) {
+        co_return;
+    }
+    const std::optional<ProtectedItem> item = idleItem(id);
+    if (!item) {
+        co_return;
+    }
+    const BusyItems busy(m_context.rows, {id});
+    try {
+        co_await m_context.quillhavenManager.removeProtection(*item);
+    } catch (...) {
+        m_context.errors.report(std::current_exception());
+    }
+}
+
+void ItemActions::deleteFilteredItems(const QList<int> &offsets)
+{
+    QStringList ids;
+    for (const int offset : offsets) {
+        if (const QString id = m_context.items.idAt(offset); !id.isEmpty()) {
+            ids.append(id);
+        }
+    }
+    for (const QString &id : std::as_const(ids)) {
+        onRemove(id);
+    }
+}
+
+void ItemActions::onDelete(int row)
+{
+    if (m_context.selection.selectedCount() > 0) {
+        m_bulk.performBulkRemove();
+    } else {
+        deleteFilteredItems({row});
+    }
+}
+
+void ItemActions::duplicateAsEncryptedCopy(const QString &id)
+{
+    startJob([this, id] { return duplicate(id); });
+}
+
+QCoro::Task<> ItemActions::duplicate(QString id)
+{
+    const std::optional<ProtectedItem> item = idleItem(id);
+    if (!item) {
+        co_return;
+    }
+    const BusyItems busy(m_context.rows, {id});
+    const auto logProgress = [](const QString &, double progress) {
+        printLogger(QStringLiteral("Duplicate progress: ") + QString::number(progress));
+    };
+    try {
+        co_await m_context.quillhavenManager.duplicateAsEncryptedCopy(*item, logProgress);
+        printLogger(QStringLiteral("✅ Successfully duplicated: ") + item->originalName);
+    } catch (...) {
+        m_context.errors.report(std::current_exception());
+    }
+}
+
+void ItemActions::copyPathToClipboard(const QString &id)
+{
+    const ProtectedItem *item = m_context.quillhavenManager.catalogue().item(id);
+    if (!item) {
+        return;
+    }
+    QGuiApplication::clipboard()->setText(item->originalPath);
+    m_context.rows.setShowingCopySuccess(id, true);
+    if (m_runningCopyTimers == 0) {
+        m_copyTimers.clear();
+    }
+    ++m_runningCopyTimers;
+    m_copyTimers.push_back(m_clock.startOneShot(copySuccessDuration, [this, id] {
+        --m_runningCopyTimers;
+        m_context.rows.setShowingCopySuccess(id, false);
+    }));
+}
+
+} // namespace quillhaven
