@@ -28,7 +28,7 @@ TEST_F(DashboardPictures, ThreeItemsWithTheKeyboardOnOne)
     ASSERT_TRUE(tabToList());
     press(Qt::Key_Down);
     started().dashboard.copyPathToClipboard(QStringLiteral("ID-alpha.txt"));
-    started().dashboard.items()->setBusy({QStringLiteral("ID-charlie")}, true);
+    started().dashboard.rows().setBusy({QStringLiteral("ID-charlie")}, true);
     draw(QStringLiteral("three"));
 }
 
@@ -49,9 +49,9 @@ TEST_F(DashboardPictures, TwoHundredItems)
     }
     storeCatalogue(services, items);
     draw(QStringLiteral("many"));
-    started().dashboard.setSearchText(QStringLiteral("12"));
+    started().dashboard.filters()->setSearchText(QStringLiteral("12"));
     draw(QStringLiteral("filtered"));
-    started().dashboard.setSearchText(QStringLiteral("nothing"));
+    started().dashboard.filters()->setSearchText(QStringLiteral("nothing"));
     draw(QStringLiteral("no-results"));
 }
 

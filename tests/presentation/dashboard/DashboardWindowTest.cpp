@@ -273,3 +273,45 @@ TEST_F(DashboardWindow, ProtectingIsNamedUnderTheToolbarWhileItRuns)
     EXPECT_FALSE(shows("Protecting “will.pdf”…"));
     EXPECT_TRUE(shows("will.pdf"));
 }
+
+// Prints what a change costs on the main thread; a figure depends on the machine.
+TEST_F(DashboardWindow, ChangeAmongTenThousandItemsIsShown)
+{
+    using Filters = SearchFilterBarModel;
+    constexpr int count = 10'000;
+    QList<ProtectedItem> items;
+    for (int number = 0; number < count; ++number) {
+        items.append(namedItem(QStringLiteral("%1.pdf").arg(number, 5, 10, QLatin1Char('0')), number % 2 == 1));
+    }
+    storeCatalogue(services, items);
+    shown();
+    Filters &filters = *started().dashboard.filters();
+    QElapsedTimer timer;
+    const auto frame = [&] {
+        timer.start();
+        render();
+        return double(timer.nsecsElapsed()) / 1e6;
+    };
+    const auto measured = [&](const char *what, const auto &change) {
+        render();
+        const double before = frame();
+        timer.start();
+        change();
+        const double handled = double(timer.nsecsElapsed()) / 1e6;
+        std::cout << what << ": " << handled << " ms, its frame " << frame() << " ms, a frame without it " << before
+                  << " ms" << std::endl;
+    };
+    measured("change in the order of the names", [&] { setMounted(items[0].id, true); });
+    EXPECT_TRUE(shows("Unlocked"));
+    measured("mark", [&] { started().dashboard.rows().setBusy({items[1].id}, true); });
+    measured("selection of one", [&] { started().dashboard.selection()->onSelectionToggle(items[1].id); });
+    measured("selection of all", [&] { started().dashboard.selection()->selectAll(); });
+    measured("change with all selected", [&] { setMounted(items[2].id, true); });
+    started().dashboard.selection()->clearSelection();
+    measured("search that keeps every tenth", [&] { filters.setSearchText(QStringLiteral("5.pdf")); });
+    measured("change under a search", [&] { setMounted(items[5].id, true); });
+    measured("end of the search", [&] { filters.clearAllFilters(); });
+    measured("order of the status", [&] { filters.setSortOption(Filters::SortOption::status); });
+    measured("change in the order of the status", [&] { setMounted(items[4].id, true); });
+    EXPECT_EQ(started().dashboard.items()->count(), count);
+}
