@@ -48,7 +48,7 @@ struct ListFixture
 {
     void load(const QList<ProtectedItem> &items)
     {
-        services.defaults.standard().setData(defaults_keys::protectedItems, encodeProtectedItems(items));
+        services.defaults.standard().setData(settings::protectedItems.key, encodeProtectedItems(items));
         catalogue.load();
     }
     /// Records of these names, which are separated by spaces.
