@@ -5,6 +5,7 @@ pragma ComponentBehavior: Bound
 import QtQuick
 import QtQuick.Controls.Basic
 import Quillhaven.Controls
+import Quillhaven.Dashboard
 import Quillhaven.Design
 
 /// The recovery backups: the setting, writing them, and getting the files back.
@@ -35,18 +36,19 @@ PopMenu {
     }
 
     MenuItem {
+        id: note
+
+        text: "iCloud is not available. Please sign in to iCloud and enable iCloud Drive."
         enabled: false
         visible: !menu.backup.isAvailable
         height: visible ? implicitHeight : 0
         leftPadding: Spacing.sm
         rightPadding: Spacing.sm
         Accessible.role: Accessible.StaticText
-        Accessible.name: note.text
+        Accessible.name: text
         background: null
         contentItem: Text {
-            id: note
-
-            text: "iCloud is not available. Please sign in to iCloud and enable iCloud Drive."
+            text: note.text
             font: Typography.settingDescription
             color: Colors.warning
             wrapMode: Text.Wrap

@@ -5,6 +5,7 @@ pragma ComponentBehavior: Bound
 import QtQuick
 import QtQuick.Layouts
 import Quillhaven.Controls
+import Quillhaven.Dashboard
 import Quillhaven.Design
 
 /// What can be done with the selected items.

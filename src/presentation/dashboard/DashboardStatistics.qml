@@ -5,6 +5,7 @@ pragma ComponentBehavior: Bound
 import QtQuick
 import QtQuick.Layouts
 import Quillhaven.Controls
+import Quillhaven.Dashboard
 import Quillhaven.Design
 
 /// The cards, and the line that says what they count.

@@ -4,7 +4,7 @@ pragma ComponentBehavior: Bound
 
 import QtQuick
 import QtQuick.Layouts
-import Quillhaven.Controls
+import Quillhaven.Dashboard
 import Quillhaven.Design
 
 /// The content of the main window.

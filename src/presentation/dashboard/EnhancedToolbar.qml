@@ -5,6 +5,7 @@ pragma ComponentBehavior: Bound
 import QtQuick
 import QtQuick.Layouts
 import Quillhaven.Controls
+import Quillhaven.Dashboard
 import Quillhaven.Design
 
 /// The head of the window: what the program is, and what it starts.
@@ -100,20 +101,14 @@ Rectangle {
                 Accessible.role: Accessible.ButtonMenu
                 onClicked: {
                     toolbar.dashboard.backup.refresh()
-                    backupMenu.active = true
-                    const menu = backupMenu.item as BackupMenu
-                    menu.open()
+                    backupMenu.open()
                 }
 
-                Loader {
+                BackupMenu {
                     id: backupMenu
 
-                    active: false
-                    sourceComponent: BackupMenu {
-                        parent: backupButton
-                        y: backupButton.height + Spacing.xs
-                        backup: toolbar.dashboard.backup
-                    }
+                    y: backupButton.height + Spacing.xs
+                    backup: toolbar.dashboard.backup
                 }
             }
 

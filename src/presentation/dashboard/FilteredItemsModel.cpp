@@ -12,7 +12,7 @@ FilteredItemsModel::FilteredItemsModel(ProtectedItemsModel &rows, const SearchFi
 {
     m_collator.setCaseSensitivity(Qt::CaseInsensitive);
     connect(this, &QAbstractItemModel::layoutAboutToBeChanged, this, &FilteredItemsModel::orderAboutToChange);
-    connect(this, &QAbstractItemModel::layoutChanged, this, &FilteredItemsModel::orderChanged);
+    connect(this, &QAbstractItemModel::layoutChanged, this, &FilteredItemsModel::orderChanged, Qt::QueuedConnection);
     connect(&filters, &SearchFilterBarModel::filtersChanged, this, [this] {
         invalidateFilter();
         Q_EMIT itemsChanged();

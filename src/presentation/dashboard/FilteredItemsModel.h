@@ -45,7 +45,8 @@ public:
 Q_SIGNALS:
     /// After each change of the catalogue, the filters or the order, once the rows show it.
     void itemsChanged();
-    /// Around every change of the order of rows that stay. The view keeps the keyboard's place by the item's id.
+    /// Around every change of the order of rows that stay; the second from the event loop, when the view has followed.
+    /// The view keeps the keyboard's place by the item's id.
     void orderAboutToChange();
     void orderChanged();
 

@@ -6,6 +6,7 @@ import QtQuick
 import QtQuick.Layouts
 import QtQuick.Controls.Basic
 import Quillhaven.Controls
+import Quillhaven.Dashboard
 import Quillhaven.Design
 
 /// The list of the items, or what stands in its place.
@@ -74,11 +75,10 @@ Rectangle {
             selection: area.selection
         }
 
-        Loader {
+        BulkOperationsToolbar {
             Layout.fillWidth: true
-            active: area.selection.selectedCount > 0
-            visible: active
-            sourceComponent: BulkOperationsToolbar { dashboard: area.dashboard }
+            visible: area.selection.selectedCount > 0
+            dashboard: area.dashboard
         }
 
         Rectangle {
@@ -114,7 +114,7 @@ Rectangle {
             Connections {
                 target: area.dashboard.items
                 function onOrderAboutToChange() { list.keptId = list.keptId || area.dashboard.items.idAt(list.currentIndex) }
-                function onOrderChanged() { Qt.callLater(list.keepPlace) }
+                function onOrderChanged() { list.keepPlace() }
             }
 
             ScrollBar.vertical: SlimScrollBar { }

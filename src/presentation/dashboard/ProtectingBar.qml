@@ -5,7 +5,6 @@ pragma ComponentBehavior: Bound
 import QtQuick
 import QtQuick.Layouts
 import QtQuick.Controls.Basic
-import Quillhaven.Controls
 import Quillhaven.Design
 
 /// Says under the toolbar what is being protected; it takes no room while `text` is empty.

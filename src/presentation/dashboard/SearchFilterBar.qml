@@ -5,6 +5,7 @@ pragma ComponentBehavior: Bound
 import QtQuick
 import QtQuick.Layouts
 import Quillhaven.Controls
+import Quillhaven.Dashboard
 import Quillhaven.Design
 
 /// What the list is narrowed by, and its order.
@@ -37,7 +38,7 @@ GridLayout {
     rowSpacing: Spacing.sm
 
     Shortcut {
-        sequences: [StandardKey.Find]
+        sequences: [StandardKey.Find] // qmllint disable unqualified
         onActivated: search.forceActiveFocus(Qt.ShortcutFocusReason)
     }
 

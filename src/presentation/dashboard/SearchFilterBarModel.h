@@ -24,10 +24,10 @@ class SearchFilterBarModel : public QObject
     Q_PROPERTY(bool hasActiveFilters READ hasActiveFilters NOTIFY filtersChanged)
     Q_PROPERTY(QString adaptiveCTAText READ getAdaptiveCTAText NOTIFY filtersChanged)
     // The labels of the cases of each enumeration, in its order
-    Q_PROPERTY(QStringList statusFilters READ statusFilters CONSTANT)
-    Q_PROPERTY(QStringList authFilters READ authFilters CONSTANT)
-    Q_PROPERTY(QStringList typeFilters READ typeFilters CONSTANT)
-    Q_PROPERTY(QStringList sortOptions READ sortOptions CONSTANT)
+    Q_PROPERTY(QList<QString> statusFilters READ statusFilters CONSTANT)
+    Q_PROPERTY(QList<QString> authFilters READ authFilters CONSTANT)
+    Q_PROPERTY(QList<QString> typeFilters READ typeFilters CONSTANT)
+    Q_PROPERTY(QList<QString> sortOptions READ sortOptions CONSTANT)
 
 public:
     enum class StatusFilter { all, locked, unlocked };

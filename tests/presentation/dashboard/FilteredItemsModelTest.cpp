@@ -3,6 +3,7 @@
 #include "presentation/dashboard/FilteredItemsModel.h"
 
 #include "ListFixture.h"
+#include "support/RunTask.h"
 
 #include <QLocale>
 #include <QRandomGenerator>
@@ -130,6 +131,7 @@ TEST_F(FilteredItemsModelTest, ChangeOfOrderIsAnnouncedAroundIt)
     QObject::connect(&shown, &FilteredItemsModel::orderAboutToChange, [&] { before = shown.idAt(1); });
     QObject::connect(&shown, &FilteredItemsModel::orderChanged, [&] { after = shown.idAt(shown.rowOf(before)); });
     filters.setSortOption(Filters::SortOption::status);
+    spinOnce();
     EXPECT_EQ(before, QStringLiteral("ID-b"));
     EXPECT_EQ(after, QStringLiteral("ID-b"));
     EXPECT_EQ(shown.rowOf(QStringLiteral("ID-b")), 0);
