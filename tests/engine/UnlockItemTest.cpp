@@ -47,11 +47,9 @@ TEST_F(UnlockItem, PasswordDialogAsksForTheItemByName)
 {
     startLocked();
     QStringList texts;
-    QObject::connect(&engine.passwordDialog, &PasswordInputDialogManager::changed, &engine.manager, [&] {
-        if (engine.passwordDialog.isPresented()) {
-            texts << engine.passwordDialog.title() << engine.passwordDialog.message();
-            EXPECT_FALSE(engine.passwordDialog.requiresConfirmation());
-        }
+    QObject::connect(&engine.passwordDialog, &PasswordInputDialogManager::asked, &engine.manager, [&] {
+        texts << engine.passwordDialog.title() << engine.passwordDialog.message();
+        EXPECT_FALSE(engine.passwordDialog.requiresConfirmation());
     });
     engine.unlock();
     EXPECT_EQ(texts.mid(0, 2).join(QLatin1Char('|')),

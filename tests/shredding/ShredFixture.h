@@ -99,7 +99,7 @@ protected:
     {
         spinUntil([] { return WorkInFlight::count() == 0; });
         QObject::connect(
-            &dialog, &MasterPasswordDialogManager::changed, &shredder,
+            &dialog, &MasterPasswordDialogManager::asked, &shredder,
             [this] {
                 if (dialog.isPresented() && !dialog.isAuthenticating()) {
                     ++prompts;

@@ -53,10 +53,10 @@ public:
         spinOnce();
         spinUntil([] { return WorkInFlight::count() == 0; });
         QObject::connect(
-            &passwordDialog, &PasswordInputDialogManager::changed, &manager, [this] { answerPasswordDialog(); },
+            &passwordDialog, &PasswordInputDialogManager::asked, &manager, [this] { answerPasswordDialog(); },
             Qt::QueuedConnection);
         QObject::connect(
-            &masterPasswordDialog, &MasterPasswordDialogManager::changed, &manager,
+            &masterPasswordDialog, &MasterPasswordDialogManager::asked, &manager,
             [this] { answerMasterPasswordDialog(); }, Qt::QueuedConnection);
     }
 
