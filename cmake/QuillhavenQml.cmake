@@ -26,6 +26,10 @@ function(quillhaven_qml_library name)
     URI ${ARG_URI} VERSION 1.0 NO_PLUGIN DEPENDENCIES ${ARG_DEPENDENCIES}
     IMPORT_PATH ${QT_QML_OUTPUT_DIRECTORY}
     RESOURCE_PREFIX / QML_FILES ${ARG_QML_FILES})
+  # Our warnings are not for what Qt generates.
+  get_target_property(sources quillhaven_${name} SOURCES)
+  list(FILTER sources INCLUDE REGEX "/qmlcache/")
+  set_source_files_properties(${sources} PROPERTIES COMPILE_OPTIONS -w)
   string(REPLACE "." "_" function "qml_register_types_${ARG_URI}")
   string(LENGTH ${function} length)
   target_link_options(quillhaven_${name} INTERFACE "LINKER:--undefined=_Z${length}${function}v")

@@ -18,11 +18,13 @@ Item {
 
     Component.onCompleted: place.add(Window.window)
 
-    Loader {
-        anchors.fill: parent
-        active: host.place.mainWindow === host.Window.window
+    // Repeaters of one or none: a Loader of Qt 6.4 cannot make a bound component.
+    Repeater {
+        model: host.place.mainWindow === host.Window.window ? 1 : 0
 
-        sourceComponent: Item {
+        Item {
+            anchors.fill: parent
+
             SheetLoader {
                 presented: host.models.bulkProgress.isPresented
                 sourceComponent: BulkProgressView { operation: host.models.bulkProgress }
@@ -34,11 +36,12 @@ Item {
         }
     }
 
-    Loader {
-        anchors.fill: parent
-        active: host.place.window === host.Window.window
+    Repeater {
+        model: host.place.window === host.Window.window ? 1 : 0
 
-        sourceComponent: Item {
+        Item {
+            anchors.fill: parent
+
             SheetLoader {
                 presented: host.models.bulkFilePicker.isPresented
                 sourceComponent: BulkFilePickerView { picker: host.models.bulkFilePicker }

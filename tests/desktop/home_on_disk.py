@@ -62,7 +62,12 @@ class Home:
             return {}
         connection = sqlite3.connect(file, timeout=10)
         try:
-            return dict(connection.execute("SELECT key, value FROM defaults"))
+            values = dict(connection.execute("SELECT key, value FROM defaults"))
+            # An array is kept element by element.
+            for key, in connection.execute("SELECT DISTINCT key FROM elements").fetchall():
+                elements = connection.execute("SELECT value FROM elements WHERE key = ? ORDER BY position", (key,))
+                values[key] = b"[" + b",".join(value for value, in elements) + b"]"
+            return values
         finally:
             connection.close()
 

@@ -20,7 +20,7 @@ public:
     explicit HomePlatform(const QString &home, Credentials credentials = Credentials::Embedded,
                           const SeamHooks &hooks = noHooks())
         : m_services(directoriesBelow(home)),
-          m_realCredentials(makeCredentials(credentials, m_services.directories.configuration)),
+          m_realCredentials(makeCredentials(credentials, m_services)),
           m_countedFiles(m_services.fileManager),
           m_countedDefaults(m_services.defaults, m_counting),
           m_countedCredentials(*m_realCredentials, m_counting),
@@ -46,12 +46,12 @@ private:
         static const SeamHooks none;
         return none;
     }
-    static std::unique_ptr<CredentialStore> makeCredentials(Credentials credentials, const QString &folder)
+    static std::unique_ptr<CredentialStore> makeCredentials(Credentials credentials, FolderPlatform &services)
     {
         if (credentials == Credentials::Embedded) {
-            return std::make_unique<EmbeddedCredentialStore>(folder);
+            return std::make_unique<EmbeddedCredentialStore>(services.directories.configuration, services.random);
         }
-        return std::make_unique<SystemCredentialStore>(folder);
+        return std::make_unique<SystemCredentialStore>(services.directories.configuration, services.random);
     }
 
     FolderPlatform m_services;

@@ -51,14 +51,14 @@ const QString legacyMessage = QStringLiteral("Failed to create encrypted contain
 const QString legacyLine = QStringLiteral("⚠️ Legacy backup format detected - cannot decrypt without original password");
 
 /// Opens every file with a reader of this kind over the real one.
-template <typename Reader>
+template <typename Wrapped>
 class FilesReadBy : public FileManagerDecorator
 {
 public:
     using FileManagerDecorator::FileManagerDecorator;
     [[nodiscard]] std::unique_ptr<FileReader> openForReading(const QString &path) const override
     {
-        return std::make_unique<Reader>(FileManagerDecorator::openForReading(path));
+        return std::make_unique<Wrapped>(FileManagerDecorator::openForReading(path));
     }
 };
 
