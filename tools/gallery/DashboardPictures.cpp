@@ -27,21 +27,21 @@ TEST_F(DashboardPictures, ThreeItemsWithTheKeyboardOnOne)
     shown();
     ASSERT_TRUE(tabToList());
     press(Qt::Key_Down);
-    started().dashboard.copyPathToClipboard(QStringLiteral("ID-alpha.txt"));
+    started().dashboard.itemActions()->copyPathToClipboard(QStringLiteral("ID-alpha.txt"));
     started().dashboard.rows().setBusy({QStringLiteral("ID-charlie")}, true);
     draw(QStringLiteral("three"));
 }
 
-TEST_F(DashboardPictures, TwoHundredItems)
+TEST_F(DashboardPictures, TwoThousandItems)
 {
     const QStringList endings{QStringLiteral("pdf"), QStringLiteral("png"), QStringLiteral("zip"), QString()};
     QList<ProtectedItem> items;
-    for (int number = 0; number < 200; ++number) {
-        ProtectedItem item = namedItem(QStringLiteral("Contract %1").arg(number, 3, 10, QLatin1Char('0')));
+    for (int number = 0; number < 2000; ++number) {
+        ProtectedItem item = namedItem(QStringLiteral("Contract %1").arg(number, 4, 10, QLatin1Char('0')));
         item.isFolder = number % 4 == 3;
         item.originalName += item.isFolder ? QString() : QLatin1Char('.') + endings.at(number % 4);
         if (number == 2) {
-            item.originalName = QStringLiteral("Contract 002 ") + QStringLiteral("with a very long name ").repeated(8);
+            item.originalName = QStringLiteral("Contract 0002 ") + QStringLiteral("with a very long name ").repeated(8);
         }
         item.isMounted = number % 5 == 1;
         item.useTouchID = number % 3 == 0;
@@ -59,7 +59,7 @@ TEST_F(DashboardPictures, ProtectingAndTheMethods)
 {
     storeThree();
     shown();
-    started().dashboard.showProtectionDialog(services.home.write(QStringLiteral("papers/will.pdf")));
+    started().dashboard.protecting()->showProtectionDialog(services.home.write(QStringLiteral("papers/will.pdf")));
     DashboardHarness::settle();
     draw(QStringLiteral("method"));
 }
