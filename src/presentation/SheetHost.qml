@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// A Loader of Qt 6.4 cannot make a bound component, so the ids in its components are unknown to the linter.
-// qmllint disable unqualified
+pragma ComponentBehavior: Bound
 
 import QtQuick
 import Quillhaven

@@ -64,7 +64,7 @@ class Home:
         try:
             values = dict(connection.execute("SELECT key, value FROM defaults"))
             # An array is kept element by element.
-            for key, in connection.execute("SELECT DISTINCT key FROM elements").fetchall():
+            for key, in connection.execute("SELECT key FROM defaults WHERE type = 'array'").fetchall():
                 elements = connection.execute("SELECT value FROM elements WHERE key = ? ORDER BY position", (key,))
                 values[key] = b"[" + b",".join(value for value, in elements) + b"]"
             return values

@@ -157,24 +157,6 @@ TEST_F(SheetWindow, ScreenReaderHearsADialogWithItsTitleAndMessageWhileItShows)
     EXPECT_TRUE(spinUntil([&] { return dialogs().isEmpty(); }, 5000));
 }
 
-TEST(SheetInALoader, IsDestroyedWhileItShowsAndLeavesTheWindowFree)
-{
-    ConfirmationDialogManager question;
-    question.setTitle(QStringLiteral("Reset settings?"));
-    DialogScene scene(QStringLiteral("Loader {\nobjectName: \"loader\"; anchors.fill: parent\n"
-                                     "sourceComponent: Item { SheetLoader {\n"
-                                     "presented: scene.question.isPresented\n"
-                                     "sourceComponent: ConfirmationDialog { manager: scene.question }\n} }\n}"),
-                      {{QStringLiteral("question"), QVariant::fromValue(&question)}});
-    question.setIsPresented(true);
-    ASSERT_TRUE(scene.getsFocus("Confirm"));
-    scene.window()->findChild<QObject *>(QStringLiteral("loader"))->setProperty("active", false);
-    EXPECT_TRUE(scene.getsFocus("Behind"));
-    EXPECT_FALSE(scene.shows("Confirm"));
-    scene.click("Also behind");
-    EXPECT_TRUE(scene.getsFocus("Also behind"));
-}
-
 TEST(SheetWindowWithSecret, EscapeStillCancelsWhenTheControlWithTheKeyboardIsDisabled)
 {
     MasterPasswordDialogManager manager;
