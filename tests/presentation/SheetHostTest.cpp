@@ -92,6 +92,7 @@ TEST_F(SheetHosts, GuardThatAsksWhileTheWindowIsHiddenIsSeen)
     bringForward = [this] { presence.makeKeyAndOrderFront(QStringLiteral("Quillhaven")); };
     storeMasterPassword();
     QQuickWindow &window = *built().window();
+    presence.setMainWindow(&window);
     ASSERT_FALSE(window.isVisible());
     askForMasterPassword();
     ASSERT_TRUE(QTest::qWaitForWindowActive(&window));
@@ -112,6 +113,7 @@ TEST_F(SheetHosts, GuardThatAsksAgainWhileTheWindowWithItsQuestionIsHiddenIsSeen
     bringForward = [this] { presence.makeKeyAndOrderFront(QStringLiteral("Quillhaven")); };
     storeMasterPassword();
     QQuickWindow &window = *shown().window();
+    presence.setMainWindow(&window);
     askForMasterPassword();
     const auto endFirst = started().masterPasswordDialog.onCancel;
     window.hide();

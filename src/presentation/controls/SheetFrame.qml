@@ -67,6 +67,9 @@ T.Dialog {
     }
 
     function appear() {
+        // A sheet whose host has left its window is about to be destroyed.
+        if (!parent.Window.window)
+            return
         opener = parent.Window.activeFocusItem
         openerHadRing = opener?.visualFocus ?? false
         enabled = true

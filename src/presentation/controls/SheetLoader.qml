@@ -9,13 +9,15 @@ Item {
     required property bool presented
     required property Component sourceComponent
     property QtObject sheet: null
+    /// A sheet cannot open before there is a window to open it in.
+    readonly property bool isDue: presented && loader.Window.window !== null
 
     anchors.fill: parent
-    onPresentedChanged: load()
+    onIsDueChanged: load()
     Component.onCompleted: load()
 
     function load() {
-        if (presented && !sheet)
+        if (isDue && !sheet)
             sheet = sourceComponent.createObject(loader)
     }
 }
