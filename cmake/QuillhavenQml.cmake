@@ -1,8 +1,5 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
 
-# Modules whose files are checked by the test QmlLint; the others join it as they are typed.
-set(QUILLHAVEN_LINTED_MODULES Quillhaven.Design Quillhaven.Controls Quillhaven.Dialogs Quillhaven Quillhaven.Dashboard)
-
 # One folder for all modules, so that an import of one finds the others.
 set(QT_QML_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/qml)
 
@@ -34,12 +31,10 @@ function(quillhaven_qml_library name)
   string(LENGTH ${function} length)
   target_link_options(quillhaven_${name} INTERFACE "LINKER:--undefined=_Z${length}${function}v")
 
-  if(ARG_URI IN_LIST QUILLHAVEN_LINTED_MODULES)
-    list(TRANSFORM ARG_QML_FILES PREPEND ${CMAKE_CURRENT_SOURCE_DIR}/)
-    set_property(GLOBAL APPEND PROPERTY QUILLHAVEN_LINTED_FILES ${ARG_QML_FILES})
-    get_target_property(resources quillhaven_${name} _qt_generated_qrc_files)
-    set_property(GLOBAL APPEND PROPERTY QUILLHAVEN_LINTED_RESOURCES ${resources})
-  endif()
+  list(TRANSFORM ARG_QML_FILES PREPEND ${CMAKE_CURRENT_SOURCE_DIR}/)
+  set_property(GLOBAL APPEND PROPERTY QUILLHAVEN_LINTED_FILES ${ARG_QML_FILES})
+  get_target_property(resources quillhaven_${name} _qt_generated_qrc_files)
+  set_property(GLOBAL APPEND PROPERTY QUILLHAVEN_LINTED_RESOURCES ${resources})
 endfunction()
 
 # quillhaven_qml_lint_test(NAME)

@@ -43,16 +43,18 @@ for file in "${qml[@]}"; do
 done
 
 # QML is typed: a property that holds a model names its class. These take what has no one class, such as a value or null.
-untyped='controls/(PrimaryFilledButtonStyle|SheetLoader)|dialogs/BulkFilePickerView|/dashboard/|presentation/Main'
-# What is made from a component sees its surroundings by their ids alone, as the compiler does.
+untyped='controls/(PrimaryFilledButtonStyle|SheetLoader)|dialogs/BulkFilePickerView|dashboard/EnhancedEmptyStateView'
+# What is made from a component sees its surroundings by their ids alone, as the compiler does. A Loader of Qt 6.4 cannot
+# make such a component: there, a Repeater of one or none serves.
 component='(delegate|sourceComponent): |(Component|Repeater|Instantiator) \{|^ *component '
 for file in "${qml[@]}"; do
     [[ $file =~ $untyped ]] || ! grep -nE 'property (QtObject|var|variant) ' "$file" /dev/null ||
         breach "$file: the properties above name a class."
-    [[ $file == */dashboard/* ]] || ! grep -qE "$component" "$file" || grep -q '^pragma ComponentBehavior: Bound' "$file" ||
+    ! grep -qE "$component" "$file" || grep -q '^pragma ComponentBehavior: Bound' "$file" ||
         breach "$file: begins with pragma ComponentBehavior: Bound."
+    ! grep -qE '^ *Loader \{' "$file" || breach "$file: a Loader cannot make a bound component."
     for header in src/*/"$(basename "$file" .qml)".h src/*/*/"$(basename "$file" .qml)".h; do
-        [ ! -f "$header" ] || [[ $header == */dashboard/SearchFilterBar.h ]] ||
+        [ ! -f "$header" ] ||
             breach "$header: a class has another name than a QML file, such as $(basename "$file" .qml)Model."
     done
 done
