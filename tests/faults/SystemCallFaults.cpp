@@ -228,8 +228,6 @@ FAULTY(ssize_t, -1, pwrite64, (int fd, const void *bytes, size_t size, off64_t o
 FAULTY(void *, MAP_FAILED, mmap64, (void *where, size_t size, int access, int flags, int fd, off64_t offset),
        (where, size, access, flags, fd, offset))
 FAULTY(int, -1, memfd_create, (const char *name, unsigned flags), (name, flags))
-FAULTY(void *, MAP_FAILED, mmap, (void *where, size_t size, int access, int flags, int fd, off_t offset),
-       (where, size, access, flags, fd, offset))
 FAULTY(DIR *, nullptr, opendir, (const char *path), (path))
 FAULTY(DIR *, nullptr, fdopendir, (int fd), (fd))
 FAULTY(dirent *, nullptr, readdir, (DIR * folder), (folder))

@@ -152,6 +152,7 @@ public:
     [[nodiscard]] UserDefaults &standard() override { return m_standard; }
     [[nodiscard]] UserDefaults *suite(const QString &name) override
     {
+        const std::shared_ptr<void> kept = m_hooks.scope ? m_hooks.scope() : nullptr;
         UserDefaults *suite = m_next.suite(name);
         if (!suite) {
             return nullptr;
