@@ -148,29 +148,6 @@ TEST_F(FileMovesTest, ADanglingLinkMovesAsALink)
     EXPECT_FALSE(exists(source));
 }
 
-TEST_F(FileMovesTest, APropertyThatTheOtherFileSystemLosesStopsTheMove)
-{
-    ASSERT_EQ(geteuid(), 0U) << "needs root to make a file of another owner in a folder of the user";
-    const QString source = home.write(QStringLiteral("folder/theirs.txt"), "theirs");
-    ASSERT_EQ(chmod(bytesOf(home.path()).constData(), 0777), 0);
-    ASSERT_EQ(chmod(bytesOf(home.path(QStringLiteral("folder"))).constData(), 0777), 0);
-    ASSERT_EQ(chmod(bytesOf(other({})).constData(), 0777), 0);
-    {
-        // A plain user cannot give the copy to the owner of the source, and cp does not report it.
-        const AsPlainUser user;
-        const auto error = errorOf([&] { files.moveItem(source, other(QStringLiteral("theirs.txt"))); });
-        ASSERT_TRUE(error.has_value());
-        EXPECT_EQ(error->kind(), Kind::NotPreserved);
-        EXPECT_TRUE(
-            error->errorDescription().startsWith(QStringLiteral("Could not move \"theirs.txt\" to \"quillhaven-test-")))
-            << qUtf8Printable(error->errorDescription());
-        EXPECT_TRUE(
-            error->errorDescription().endsWith(QStringLiteral("because the owner of the item would be lost there.")));
-    }
-    EXPECT_EQ(read(source), "theirs");
-    EXPECT_FALSE(exists(other(QStringLiteral("theirs.txt"))));
-}
-
 TEST_F(FileMovesTest, AFolderThatCouldNotBeEmptiedIsNotCopiedAtAll)
 {
     const QString inner = home.write(QStringLiteral("folder/locked/file"));

@@ -113,17 +113,6 @@ TEST_F(LinuxFileManagerTest, WritesThroughTheUsersOwnLinks)
     EXPECT_EQ(read(file), "new");
 }
 
-TEST_F(LinuxFileManagerTest, DoesNotFollowALinkOfAnotherUser)
-{
-    ASSERT_EQ(geteuid(), 0U) << "needs root to make a link of another user";
-    const QString file = home.write(QStringLiteral("precious"), "old");
-    const QString link = home.path(QStringLiteral("planted"));
-    ASSERT_TRUE(QFile::link(file, link));
-    ASSERT_EQ(lchown(bytesOf(link).constData(), 65534, 65534), 0);
-    expectKind(Kind::NoPermission, [&] { write(link, "new"); });
-    EXPECT_EQ(read(file), "old");
-}
-
 TEST_F(LinuxFileManagerTest, LinksInACircleAreAnError)
 {
     ASSERT_EQ(symlink("b", bytesOf(home.path(QStringLiteral("a"))).constData()), 0);
