@@ -58,8 +58,8 @@ void chooseRenderer()
 /// The services that start and end with the program, in the order of the launch.
 LaunchSequence launchSequence()
 {
-    const auto startEngine = [] { QuillhavenManager::shared(); };
-    return {.launchContext = LaunchContextManager::shared, .launch = {startEngine}, .termination = {}};
+    const auto setupMenuBar = [] { QuillhavenManager::shared(); };
+    return {.launchContext = LaunchContextManager::shared, .launch = {setupMenuBar}, .termination = {}};
 }
 
 /// Builds the window over the services and runs the event loop, from the launch to the end.

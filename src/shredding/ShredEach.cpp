@@ -11,13 +11,13 @@ QCoro::Task<ShredOutcome> shredEach(QStringList names, ShredCounter counter,
                                     ProgressCallback progressCallback)
 {
     ShredOutcome outcome;
-    outcome.total = names.size();
-    const auto total = static_cast<double>(outcome.total);
-    for (qsizetype index = 0; index < outcome.total; ++index) {
+    outcome.totalItems = names.size();
+    const auto total = static_cast<double>(outcome.totalItems);
+    for (qsizetype index = 0; index < outcome.totalItems; ++index) {
         const QString name = names.at(index);
         const bool countsPosition = counter == ShredCounter::Position;
-        const qsizetype number = (countsPosition ? index : outcome.succeeded) + 1;
-        const QString suffix = QStringLiteral(" (%1/%2)").arg(number).arg(outcome.total);
+        const qsizetype number = (countsPosition ? index : outcome.completedCount) + 1;
+        const QString suffix = QStringLiteral(" (%1/%2)").arg(number).arg(outcome.totalItems);
         const double start = static_cast<double>(index) / total;
         const QString naming = QStringLiteral("Shredding ") + name + QStringLiteral("...");
         progressCallback(countsPosition ? naming + suffix : naming, start);
@@ -26,7 +26,7 @@ QCoro::Task<ShredOutcome> shredEach(QStringList names, ShredCounter counter,
         };
         try {
             co_await shredOne(index, itemProgress);
-            ++outcome.succeeded;
+            ++outcome.completedCount;
         } catch (...) {
             outcome.errorLines.append(name + QStringLiteral(": ") + localizedDescription(std::current_exception()));
         }
@@ -37,11 +37,12 @@ QCoro::Task<ShredOutcome> shredEach(QStringList names, ShredCounter counter,
 void ShredOutcome::report(const ProgressCallback &progressCallback) const
 {
     if (errorLines.isEmpty()) {
-        progressCallback(QStringLiteral("Successfully shredded %1 items").arg(succeeded), 1.0);
+        progressCallback(QStringLiteral("Successfully shredded %1 items").arg(completedCount), 1.0);
         return;
     }
     const QString lines = errorLines.join(QLatin1Char('\n'));
-    progressCallback(QStringLiteral("Completed %1 of %2 items. Errors:\n").arg(succeeded).arg(total) + lines, 1.0);
+    progressCallback(QStringLiteral("Completed %1 of %2 items. Errors:\n").arg(completedCount).arg(totalItems) + lines,
+                     1.0);
     throw QuillhavenError(QuillhavenError::bulkOperationFailed,
                           QStringLiteral("Some items failed to shred:\n") + lines);
 }

@@ -20,8 +20,8 @@ enum class ShredCounter {
 /// The outcome of a run over a list.
 struct ShredOutcome
 {
-    qsizetype total = 0;
-    qsizetype succeeded = 0;
+    qsizetype totalItems = 0;
+    qsizetype completedCount = 0;
     QStringList errorLines; ///< "name: description" for each item that failed
 
     /// Reports the last status. Throws QuillhavenError::bulkOperationFailed with the lines when there are any.
