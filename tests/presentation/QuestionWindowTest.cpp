@@ -101,7 +101,7 @@ TEST_F(WindowOfQuestions, IsTheMainOneBroughtForwardWhenAllAreHidden)
 {
     activate(panel);
     bool wasClosedStill = false;
-    QObject::connect(&main, &QWindow::visibleChanged, &main, [&] { wasClosedStill = !question.isPresented(); });
+    QObject::connect(&main, &QWindow::visibleChanged, &question, [&] { wasClosedStill = !question.isPresented(); });
     ask();
     EXPECT_EQ(timesBroughtForward, 1);
     EXPECT_EQ(place.window(), &main);

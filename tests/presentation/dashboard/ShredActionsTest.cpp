@@ -326,4 +326,5 @@ TEST_F(Shredding, FinderProtectAsksForTheMethod)
     started().dashboard.handleFinderAction(finder("protect", services.home.write(QStringLiteral("papers/a.txt"))));
     DashboardHarness::settle();
     EXPECT_EQ(started().protectionMethodDialog.title(), QStringLiteral("Protect a.txt"));
+    started().cancelMethod();
 }
