@@ -83,17 +83,14 @@ QCoro::Task<> QuillhavenManager::performUnlockOperation(ProtectedItem item, Oper
         operation.endSession();
         co_return;
     }
-    if (m_catalogue.isLeased(item.id)) {
-        // What exists of the item now says nothing: another operation is moving it.
-        co_await operation.lease();
-        operation.releaseLease();
-    }
     // An unlock that another one has overtaken finds no private copy any more, and that is no failure.
     if (meanwhile(item, operation.wasListed()) != Meanwhile::Nothing) {
         operation.endSession();
         co_return;
     }
-    requirePrivateCopy(m_platform.fileManager, item.originalBackupPath);
+    if (!m_catalogue.isLeased(item.id)) { // Else another operation is moving it: what exists now says nothing.
+        requirePrivateCopy(m_platform.fileManager, item.originalBackupPath);
+    }
     QString place;
     try {
         place = co_await requestFileAccess(item.originalPath);

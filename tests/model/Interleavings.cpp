@@ -115,7 +115,9 @@ std::string Interleavings::startOnRecord(Item &item, const ProtectedItem &known,
         add(runs, manager.removeProtection(known));
         return "remove " + name;
     }
-    if (choice == 1 && pick(4) == 0) {
+    const bool mayAsk = !(asks && m_isAsking);
+    if (choice == 1 && pick(4) == 0 && mayAsk) {
+        m_isAsking = m_isAsking || asks; // A locked item is unlocked first.
         item.isShredded = true;
         add(runs, manager.shredProtectedItem(known, quiet));
         return "shred " + name;
