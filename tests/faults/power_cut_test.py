@@ -12,6 +12,7 @@ import json
 import os
 import pathlib
 import random
+import re
 import shutil
 import subprocess
 import sys
@@ -93,6 +94,10 @@ class Restarter:
         self.process.wait()
 
 
+def is_database(file, disk):
+    return any(number == file and re.search(r"\.db(-wal)?$", path) for path, number in disk.entries.items())
+
+
 class PowerCut(unittest.TestCase):
     longMessage = True
 
@@ -110,6 +115,38 @@ class PowerCut(unittest.TestCase):
                 if part not in seen:
                     seen.add(part)
                     yield crash, part
+
+    def is_loss_seen(self, home, operation, flushes):
+        """Whether some state fails once the operation no longer makes these flushes."""
+        before, recorder = home.record(operation)
+        nothing = crash_model.Flush(file=-1)
+        recorder.changes = [
+            nothing if isinstance(each, crash_model.Flush) and flushes(each, recorder.disk) else each
+            for each in recorder.changes
+        ]
+        for crash, part in self.every_state(before, recorder):
+            crash.disk(part).write()
+            try:
+                self.check(home, operation, crash.count, recorder.end)
+            except AssertionError:
+                return True
+        return False
+
+    def try_without(self, flushes):
+        home = Home(is_folder=False, is_across=True)
+        self.addCleanup(home.remove)
+        for step in ("protect", "unlock"):
+            home.run(step)
+        self.assertTrue(self.is_loss_seen(home, "lock", flushes), "the model does not see what is not flushed")
+
+    def test_a_copy_that_is_not_flushed_is_seen(self):
+        self.try_without(lambda flush, disk: flush.file is not None and not is_database(flush.file, disk))
+
+    def test_a_folder_that_is_not_flushed_is_seen(self):
+        self.try_without(lambda flush, disk: flush.folder is not None)
+
+    def test_a_catalogue_that_is_not_flushed_is_seen(self):
+        self.try_without(lambda flush, disk: flush.file is not None and is_database(flush.file, disk))
 
     def drawn(self, states, end):
         """A part of the states from before the operation has returned, and of those from after it."""
