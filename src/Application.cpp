@@ -55,11 +55,12 @@ void chooseRenderer()
     }
 }
 
-/// The services that start and end with the program, in the order of the launch.
+/// The services that start and end with the program.
 LaunchSequence launchSequence()
 {
-    const auto setupMenuBar = [] { QuillhavenManager::shared(); };
-    return {.launchContext = LaunchContextManager::shared, .launch = {setupMenuBar}, .termination = {}};
+    return {.launchContext = LaunchContextManager::shared,
+            .launch = {{LaunchPhase::setupMenuBar, [] { QuillhavenManager::shared(); }}},
+            .termination = {}};
 }
 
 /// Builds the window over the services and runs the event loop, from the launch to the end.

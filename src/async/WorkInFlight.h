@@ -31,7 +31,7 @@ public:
     /// end. As soon as no piece of work is left, the end is decided and `exit` is called from the main event loop. The
     /// first call counts.
     static void close(std::function<void()> exit);
-    /// Whether the end has been asked for. A run over many items asks before each one and stops there.
+    /// Whether the end has been asked for.
     [[nodiscard]] static bool isClosing();
     /// Whether the end is decided: no work starts and no coroutine goes on any more.
     [[nodiscard]] static bool isClosed();

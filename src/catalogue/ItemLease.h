@@ -28,6 +28,7 @@ public:
 
     /// Gives the lease to the operation that has waited longest, if any.
     void release();
+    [[nodiscard]] bool isHeld() const { return m_leases != nullptr; }
 
 private:
     friend class ItemLeases;

@@ -100,8 +100,8 @@ QCoro::Task<bool> MasterPasswordManager::authenticate(QString password)
     if (!self || stored != password) {
         co_return false;
     }
+    startAuthenticationTimer(); // first, since a session without an end must not open
     setIsAuthenticated(true);
-    startAuthenticationTimer();
     co_return true;
 }
 

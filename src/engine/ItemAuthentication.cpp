@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// The check of an item's own secret before it is unlocked. There is one attempt for each call, and no way round a
-// finger by a password: an item has the one or the other.
+// The check of an item's own secret before it is unlocked: one attempt for each call. An item has either a password
+// or a fingerprint; neither replaces the other.
 
 #include "async/Answer.h"
 #include "async/OffMainThread.h"
@@ -21,7 +21,7 @@ QCoro::Task<QString> readSecret(QThreadPool &queue, Read read)
     try {
         const QString secret = co_await offMainThread(queue, std::move(read));
         co_return secret;
-    } catch (const LocalizedError &) {
+    } catch (...) {
         throw QuillhavenError(QuillhavenError::authenticationFailed);
     }
 }
@@ -30,7 +30,7 @@ QCoro::Task<QString> readSecret(QThreadPool &queue, Read read)
 
 QCoro::Task<bool> QuillhavenManager::requestPasswordAuthentication(ProtectedItem item)
 {
-    // Not `ask`: the caller of a question that another one replaces stays suspended, and goes on in no way.
+    // Not `ask`: the caller of a question that another one replaces must stay suspended for good.
     const Answer<std::optional<QString>> answer;
     m_passwordInputDialogManager.show(
         {.title = QStringLiteral("Password Required"),

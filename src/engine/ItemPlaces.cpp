@@ -8,13 +8,26 @@
 
 namespace quillhaven {
 
+namespace {
+
+/// Whether two paths name one entry of one folder, in whatever case of the letters.
+bool areOneEntry(const FileManager &files, const QString &path, const QString &other)
+{
+    return lastPathComponent(path).compare(lastPathComponent(other), Qt::CaseInsensitive) == 0 &&
+           files.identityOfItem(parentDirectory(path), Links::Follow) ==
+               files.identityOfItem(parentDirectory(other), Links::Follow);
+}
+
+} // namespace
+
 bool isPlaceOfAnItem(const FileManager &files, const QList<ProtectedItem> &items, const QString &path)
 {
     const std::optional<FileIdentity> itself = files.identityOfItem(path, Links::Keep);
     const std::optional<FileIdentity> target = files.identityOfItem(path, Links::Follow);
     return std::ranges::any_of(items, [&](const ProtectedItem &item) {
         const std::optional<FileIdentity> known = files.identityOfItem(item.originalPath, Links::Keep);
-        return known && (known == itself || known == target);
+        return known && (known == itself || known == target) &&
+               (!known->hasOtherNames || areOneEntry(files, item.originalPath, path));
     });
 }
 

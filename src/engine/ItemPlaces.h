@@ -14,7 +14,8 @@
 namespace quillhaven {
 
 /// Whether the file or folder at `path` is what a record's original place holds, whatever the two paths are called: a
-/// link, a linked folder above, a bind mount or another case of the letters leads to the same file.
+/// link, a linked folder above, a bind mount or another case of the letters leads to the same file. Another hard link
+/// of the file is an item of its own.
 [[nodiscard]] bool isPlaceOfAnItem(const FileManager &files, const QList<ProtectedItem> &items, const QString &path);
 
 /// The paths in their order, without those that lead to the place of an earlier one.

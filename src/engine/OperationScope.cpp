@@ -39,10 +39,29 @@ OperationScope::~OperationScope()
 
 QCoro::Task<> OperationScope::lease()
 {
+    if (m_lease.isHeld()) {
+        co_return;
+    }
     m_lease = co_await m_engine.m_catalogue.lease(m_itemId);
     if (m_isMarked && m_mark == Mark::Item) {
         m_engine.setItemIsProcessing(m_itemId, true); // The operation before has taken its mark away.
     }
+}
+
+QCoro::Task<bool> OperationScope::leaseInSession()
+{
+    MasterPasswordManager &guard = m_engine.m_masterPasswordManager;
+    const auto asks = [&guard] { return guard.hasMasterPassword() && !guard.isAuthenticated(); };
+    do {
+        if (asks()) {
+            releaseLease();
+        }
+        if (!co_await guard.requireAuthenticationOrCancel()) {
+            co_return false;
+        }
+        co_await lease(); // While it waits, another operation may close the session.
+    } while (asks());
+    co_return true;
 }
 
 void OperationScope::clearMark()

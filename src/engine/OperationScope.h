@@ -38,6 +38,10 @@ public:
     /// Waits until no other operation touches the files of the run's item, and keeps others away until the end of the
     /// run.
     [[nodiscard]] QCoro::Task<> lease();
+    /// Ends with the lease held and the master password's session open, for work that has a guard of its own: it asks
+    /// nothing then. A lease that is held already is given back for as long as the question lasts. False, and no lease,
+    /// when the user cancelled.
+    [[nodiscard]] QCoro::Task<bool> leaseInSession();
     void releaseLease() { m_lease.release(); }
     /// Takes the mark away before the end.
     void clearMark();

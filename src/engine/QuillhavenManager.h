@@ -206,6 +206,10 @@ private:
                                           ProgressCallback progressCallback);
     [[nodiscard]] QCoro::Task<> destroyItem(ProtectedItem item, OperationScope &operation,
                                             ProgressCallback progressCallback);
+    /// Throws QuillhavenError::itemNotFound when another operation has given the item back, or moved it since
+    /// `wasMounted` was asked. Returns whether it is unlocked now.
+    std::optional<bool> requireUnchanged(const ProtectedItem &item, const OperationScope &operation,
+                                         std::optional<bool> wasMounted) const;
 
     // BackUpItems.cpp
     void requireBackupEnabled() const;

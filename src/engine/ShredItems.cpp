@@ -5,6 +5,7 @@
 // destroyed destroyed and the item listed; another shred of it finds what is left.
 
 #include "async/OffMainThread.h"
+#include "catalogue/QuillhavenError.h"
 #include "engine/OperationScope.h"
 #include "engine/QuillhavenManager.h"
 #include "platform/FileManager.h"
@@ -56,26 +57,50 @@ QCoro::Task<> QuillhavenManager::destroyItem(ProtectedItem item, OperationScope 
         co_await unlockItem(item);
         progressCallback(QStringLiteral("Item unlocked, proceeding with shredding..."), 0.2);
     }
+    struct Part
+    {
+        QString path;
+        QString status;
+        double progress;
+        ProgressCallback callback;
+    };
+    const Part parts[] = {
+        {item.originalPath, QStringLiteral("Shredding original file: ") + item.originalName, 0.3,
+         mapped(progressCallback, 0.3, 0.4)},
+        {item.originalBackupPath, QStringLiteral("Shredding backup data..."), 0.7, mapped(progressCallback, 0.7, 0.2)},
+        {item.containerPath, QStringLiteral("Shredding container file..."), 0.9, [](const QString &, double) {}},
+    };
+    std::optional<bool> wasMounted; // once the operations before have ended
+    for (const Part &part : parts) {
+        if (!files.fileExists(part.path)) {
+            continue;
+        }
+        progressCallback(part.status, part.progress);
+        // A cancelled question passes the part over, as the shredder's own guard does.
+        if (co_await operation.leaseInSession()) {
+            wasMounted = requireUnchanged(item, operation, wasMounted);
+            if (files.fileExists(part.path)) {
+                co_await m_secureShredder.shredItem(part.path, part.callback);
+            }
+        }
+    }
     co_await operation.lease();
-    if (meanwhile(item, operation.wasListed()) == Meanwhile::Removed) {
-        co_return; // It has been given back: what is at its place is the user's again.
-    }
-    if (files.fileExists(item.originalPath)) {
-        progressCallback(QStringLiteral("Shredding original file: ") + item.originalName, 0.3);
-        co_await m_secureShredder.shredItem(item.originalPath, mapped(progressCallback, 0.3, 0.4));
-    }
-    if (files.fileExists(item.originalBackupPath)) {
-        progressCallback(QStringLiteral("Shredding backup data..."), 0.7);
-        co_await m_secureShredder.shredItem(item.originalBackupPath, mapped(progressCallback, 0.7, 0.2));
-    }
-    if (files.fileExists(item.containerPath)) {
-        progressCallback(QStringLiteral("Shredding container file..."), 0.9);
-        co_await m_secureShredder.shredItem(item.containerPath, [](const QString &, double) {});
-    }
+    (void)requireUnchanged(item, operation, wasMounted);
     if (!item.isFolder) {
         auto credentials = [keychain = m_keychain, id = item.id] { keychain->removeCredentials(id); };
         co_await offMainThread(m_platform.credentialQueue, std::move(credentials));
     }
+}
+
+std::optional<bool> QuillhavenManager::requireUnchanged(const ProtectedItem &item, const OperationScope &operation,
+                                                        std::optional<bool> wasMounted) const
+{
+    // What a removal or an unlock has given back in the middle of the run is not destroyed unseen.
+    const ProtectedItem *live = m_catalogue.item(item.id);
+    if (live ? wasMounted && *wasMounted != live->isMounted : operation.wasListed()) {
+        throw QuillhavenError(QuillhavenError::itemNotFound);
+    }
+    return live ? std::optional(live->isMounted) : wasMounted;
 }
 
 QCoro::Task<> QuillhavenManager::bulkShredProtectedItems(QList<ProtectedItem> items, ProgressCallback progressCallback)

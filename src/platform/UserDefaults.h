@@ -61,9 +61,9 @@ public:
     /// should be unique; of several equal ones a change replaces the first and removes all. False, and logged, when the
     /// array could not be written.
     [[nodiscard]] virtual bool setArray(const QString &key, const QList<ArrayElement> &elements) = 0;
-    /// Changes some elements of such an array, in one step; of an absent key it makes one. False, with nothing changed,
-    /// when the key holds a value that `setArray` did not store, or when the write failed, which is logged. The stored
-    /// array lacks this change then, and a caller that has the whole puts that right with `setArray`.
+    /// Changes some elements of such an array, in one step. False, with nothing changed, when the key is absent or
+    /// holds a value that `setArray` did not store, or when the write failed, which is logged. The stored array lacks
+    /// this change then, and a caller that has the whole puts that right with `setArray`.
     [[nodiscard]] virtual bool changeArray(const QString &key, const ArrayChange &change) = 0;
 
     /// The typed readers: nothing when the key is absent or holds another type. They throw like `objectForKey`.

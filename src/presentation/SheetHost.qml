@@ -50,42 +50,42 @@ Item {
                 sourceComponent: ShredConfirmationDialog { dialog: host.models.shredConfirmation }
             }
             SheetLoader {
-                presented: host.models.recovery.isPresented
-                sourceComponent: RecoveryDialog { manager: host.models.recovery }
+                presented: host.models.recoveryDialogManager.isPresented
+                sourceComponent: RecoveryDialog { manager: host.models.recoveryDialogManager }
             }
             SheetLoader {
-                presented: host.models.protectionMethod.isPresented
-                sourceComponent: ProtectionMethodDialog { manager: host.models.protectionMethod }
+                presented: host.models.protectionMethodDialogManager.isPresented
+                sourceComponent: ProtectionMethodDialog { manager: host.models.protectionMethodDialogManager }
             }
             SheetLoader {
-                presented: host.models.passwordInput.isPresented
+                presented: host.models.passwordInputDialogManager.isPresented
                 sourceComponent: PasswordInputDialog {
-                    manager: host.models.passwordInput
+                    manager: host.models.passwordInputDialogManager
                     dialog: host.models.passwordInputState
                 }
             }
             SheetLoader {
-                presented: host.models.masterPassword.isPresented
-                sourceComponent: MasterPasswordDialog { manager: host.models.masterPassword }
+                presented: host.models.masterPasswordDialogManager.isPresented
+                sourceComponent: MasterPasswordDialog { manager: host.models.masterPasswordDialogManager }
             }
             SheetLoader {
-                presented: host.models.removeProtection.isPresented
-                sourceComponent: RemoveProtectionDialog { manager: host.models.removeProtection }
+                presented: host.models.removeProtectionDialogManager.isPresented
+                sourceComponent: RemoveProtectionDialog { manager: host.models.removeProtectionDialogManager }
             }
             SheetLoader {
                 presented: host.models.biometrics.isPrompting
                 sourceComponent: TouchIDPrompt { manager: host.models.biometrics }
             }
             SheetLoader {
-                presented: host.models.error.isPresented
+                presented: host.models.errorDialogManager.isPresented
                 sourceComponent: ErrorDialog {
-                    manager: host.models.error
+                    manager: host.models.errorDialogManager
                     onShowTroubleshooting: host.models.showDefaultTroubleshooting()
                 }
             }
             SheetLoader {
-                presented: host.models.confirmation.isPresented
-                sourceComponent: ConfirmationDialog { manager: host.models.confirmation }
+                presented: host.models.confirmationDialogManager.isPresented
+                sourceComponent: ConfirmationDialog { manager: host.models.confirmationDialogManager }
             }
         }
     }

@@ -33,7 +33,7 @@ bool SheetModels::isAnyPresented() const
 
 void SheetModels::showDefaultTroubleshooting()
 {
-    error()->showDefaultTroubleshooting(confirmation());
+    errorDialogManager()->showDefaultTroubleshooting(confirmationDialogManager());
 }
 
 } // namespace quillhaven

@@ -47,14 +47,18 @@ class SheetModels : public QObject
     Q_OBJECT
     QML_ELEMENT
     QML_UNCREATABLE("Made by the program")
-    Q_PROPERTY(quillhaven::ConfirmationDialogManager *confirmation READ confirmation CONSTANT)
-    Q_PROPERTY(quillhaven::ProtectionMethodDialogManager *protectionMethod READ protectionMethod CONSTANT)
-    Q_PROPERTY(quillhaven::PasswordInputDialogManager *passwordInput READ passwordInput CONSTANT)
+    Q_PROPERTY(quillhaven::ConfirmationDialogManager *confirmationDialogManager READ confirmationDialogManager CONSTANT)
+    Q_PROPERTY(quillhaven::ProtectionMethodDialogManager *protectionMethodDialogManager READ
+                   protectionMethodDialogManager CONSTANT)
+    Q_PROPERTY(
+        quillhaven::PasswordInputDialogManager *passwordInputDialogManager READ passwordInputDialogManager CONSTANT)
     Q_PROPERTY(quillhaven::PasswordInputDialogModel *passwordInputState READ passwordInputState CONSTANT)
-    Q_PROPERTY(quillhaven::MasterPasswordDialogManager *masterPassword READ masterPassword CONSTANT)
-    Q_PROPERTY(quillhaven::RemoveProtectionDialogManager *removeProtection READ removeProtection CONSTANT)
-    Q_PROPERTY(quillhaven::RecoveryDialogManager *recovery READ recovery CONSTANT)
-    Q_PROPERTY(quillhaven::ErrorDialogManager *error READ error CONSTANT)
+    Q_PROPERTY(
+        quillhaven::MasterPasswordDialogManager *masterPasswordDialogManager READ masterPasswordDialogManager CONSTANT)
+    Q_PROPERTY(quillhaven::RemoveProtectionDialogManager *removeProtectionDialogManager READ
+                   removeProtectionDialogManager CONSTANT)
+    Q_PROPERTY(quillhaven::RecoveryDialogManager *recoveryDialogManager READ recoveryDialogManager CONSTANT)
+    Q_PROPERTY(quillhaven::ErrorDialogManager *errorDialogManager READ errorDialogManager CONSTANT)
     Q_PROPERTY(quillhaven::BulkFilePickerModel *bulkFilePicker READ bulkFilePicker CONSTANT)
     Q_PROPERTY(quillhaven::OperationProgress *bulkProgress READ bulkProgress CONSTANT)
     Q_PROPERTY(quillhaven::ShredConfirmationDialogModel *shredConfirmation READ shredConfirmation CONSTANT)
@@ -68,14 +72,20 @@ public:
     /// this object outlives the windows.
     SheetModels(const Sheets &sheets, std::function<void()> bringMainWindowForward, QObject *parent = nullptr);
 
-    [[nodiscard]] ConfirmationDialogManager *confirmation() const { return &m_sheets.confirmation; }
-    [[nodiscard]] ProtectionMethodDialogManager *protectionMethod() const { return &m_sheets.protectionMethod; }
-    [[nodiscard]] PasswordInputDialogManager *passwordInput() const { return &m_sheets.passwordInput; }
+    [[nodiscard]] ConfirmationDialogManager *confirmationDialogManager() const { return &m_sheets.confirmation; }
+    [[nodiscard]] ProtectionMethodDialogManager *protectionMethodDialogManager() const
+    {
+        return &m_sheets.protectionMethod;
+    }
+    [[nodiscard]] PasswordInputDialogManager *passwordInputDialogManager() const { return &m_sheets.passwordInput; }
     [[nodiscard]] PasswordInputDialogModel *passwordInputState() const { return &m_sheets.passwordInputState; }
-    [[nodiscard]] MasterPasswordDialogManager *masterPassword() const { return &m_sheets.masterPassword; }
-    [[nodiscard]] RemoveProtectionDialogManager *removeProtection() const { return &m_sheets.removeProtection; }
-    [[nodiscard]] RecoveryDialogManager *recovery() const { return &m_sheets.recovery; }
-    [[nodiscard]] ErrorDialogManager *error() const { return &m_sheets.error; }
+    [[nodiscard]] MasterPasswordDialogManager *masterPasswordDialogManager() const { return &m_sheets.masterPassword; }
+    [[nodiscard]] RemoveProtectionDialogManager *removeProtectionDialogManager() const
+    {
+        return &m_sheets.removeProtection;
+    }
+    [[nodiscard]] RecoveryDialogManager *recoveryDialogManager() const { return &m_sheets.recovery; }
+    [[nodiscard]] ErrorDialogManager *errorDialogManager() const { return &m_sheets.error; }
     [[nodiscard]] BulkFilePickerModel *bulkFilePicker() const { return &m_sheets.bulkFilePicker; }
     [[nodiscard]] OperationProgress *bulkProgress() const { return &m_sheets.bulkProgress; }
     [[nodiscard]] ShredConfirmationDialogModel *shredConfirmation() const { return &m_sheets.shredConfirmation; }

@@ -16,7 +16,7 @@ AppDelegate::AppDelegate(ApplicationPresence &presence, LaunchSequence sequence,
 void AppDelegate::applicationDidFinishLaunching()
 {
     m_launchContext = &m_sequence.launchContext();
-    for (const LaunchStep &step : m_sequence.launch) {
+    for (const auto &[phase, step] : m_sequence.launch) {
         step();
     }
     handleLaunchContextInitialization();
@@ -78,7 +78,7 @@ void AppDelegate::showMainWindow()
 
 void AppDelegate::applicationWillTerminate()
 {
-    for (const LaunchStep &step : m_sequence.termination) {
+    for (const auto &[phase, step] : m_sequence.termination) {
         step();
     }
     m_launchContext = nullptr;

@@ -8,19 +8,25 @@
 #include <QStringList>
 
 #include <functional>
-#include <vector>
+#include <map>
 
 namespace quillhaven {
 
 class ApplicationPresence;
 class LaunchContextManager;
 
-/// What starts and ends with the program.
+/// The services that start with the program, in the order of the launch.
+enum class LaunchPhase { setupMenuBar, autoLockManagers, activateFinderExtension, updateCheck, launchAtLogin };
+
+/// What is given up at the end of the program, in that order, before the launch context.
+enum class TerminationPhase { launchAtLoginServiceManager, cleanupMenuBar };
+
+/// What starts and ends with the program. A phase without a step is passed over.
 struct LaunchSequence
 {
-    std::function<LaunchContextManager &()> launchContext; ///< decides the context, before the first step
-    std::vector<LaunchStep> launch;                        ///< in their order
-    std::vector<LaunchStep> termination;                   ///< in their order, before the context is given up
+    std::function<LaunchContextManager &()> launchContext; ///< decides the context, before the first phase
+    std::map<LaunchPhase, LaunchStep> launch;
+    std::map<TerminationPhase, LaunchStep> termination;
 };
 
 /// The process's life cycle: the order of the launch, the reopening of the window, the termination.

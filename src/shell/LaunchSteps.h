@@ -6,8 +6,7 @@
 
 #include <functional>
 
-// The steps of the launch that do more than to start one service. The list that puts them in order is made where the
-// services are: in Application.cpp.
+// The steps of the launch that do more than start one service. AppDelegate.h says in which order they run.
 
 namespace quillhaven {
 

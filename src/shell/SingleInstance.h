@@ -16,7 +16,8 @@ QT_END_NAMESPACE
 namespace quillhaven {
 
 /// One process of the program at a time: the first one holds a name on the session bus, and a later one passes on what
-/// it was started with and ends. Without a bus a local socket in the user's runtime folder does the same.
+/// it was started with and ends. The first one then brings its window to the front (`AppDelegate::reopen`). Without a
+/// bus a local socket in the user's runtime folder does the same.
 class SingleInstance : public QObject
 {
     Q_OBJECT

@@ -11,8 +11,9 @@
 
 namespace quillhaven {
 
-/// Turns the signals that ask a process to end (SIGTERM, SIGINT, SIGHUP) into a signal of the main loop, so that file
-/// work under way is finished first. One at a time.
+/// Turns the signals that ask a process to end (SIGTERM, SIGINT, SIGHUP) into a signal of the main loop, upon which the
+/// program ends as from its menu (`ApplicationPresence::terminate`): no new work begins, and file work under way is
+/// finished first. One at a time.
 class TerminationSignals : public QObject
 {
     Q_OBJECT

@@ -3,19 +3,15 @@
 #pragma once
 
 #include "platform/Platform.h"
+#include "support/ProgressCallback.h"
 
 #include <QCoroTask>
 #include <QObject>
 #include <QStringList>
 
-#include <functional>
-
 namespace quillhaven {
 
 class MasterPasswordManager;
-
-/// A status text and a progress from 0.0 to 1.0. Called on the main thread.
-using ProgressCallback = std::function<void(const QString &status, double progress)>;
 
 /// Destroys files: overwrites each in place three times, flushing every chunk to the device before the next one, then
 /// renames it to a random name, removes it and flushes the file systems. Nothing is read back, nothing is rolled back

@@ -2,7 +2,7 @@
 
 #pragma once
 
-#include "shredding/QuillhavenShredder.h"
+#include "support/ProgressCallback.h"
 
 #include <QCoroTask>
 #include <QStringList>

@@ -93,6 +93,15 @@ TEST_F(ItemCatalogueTest, ListOfAnOlderProgramIsTakenOverWhole)
     EXPECT_TRUE(shared().contains("\"A\"")) << "the shared list is whole after the first save";
 }
 
+TEST_F(ItemCatalogueTest, SaveAfterTheStoredListHasVanishedWritesTheWholeList)
+{
+    catalogue.append(record(a));
+    catalogue.append(record(b));
+    defaults().standard().removeObject(settings::protectedItems.key);
+    EXPECT_TRUE(catalogue.update(b, [](ProtectedItem &item) { item.isMounted = true; }));
+    EXPECT_EQ(stored(), catalogue.items());
+}
+
 TEST_F(ItemCatalogueTest, SaveAfterAnUndecodableListReplacesIt)
 {
     defaults().standard().setData(settings::protectedItems.key, "[{}]");

@@ -6,6 +6,7 @@
 #include "engine/ItemPlaces.h"
 #include "engine/PlaceholderFile.h"
 #include "support/EngineHarness.h"
+#include "support/Paths.h"
 
 #include <QDir>
 #include <QFile>
@@ -192,6 +193,34 @@ TEST_F(OneRecordForEachFile, HardLinksOfOneFileAreItemsOfTheirOwn)
     engine.remove();
     EXPECT_EQ(TemporaryHome::read(path), "years of work");
     EXPECT_EQ(TemporaryHome::read(other), "years of work");
+}
+
+TEST_F(OneRecordForEachFile, HardLinkOfAnUnlockedItemIsAnItemOfItsOwn)
+{
+    const QString other = services.home.path(QStringLiteral("other.txt"));
+    ASSERT_EQ(::link(path.toUtf8().constData(), other.toUtf8().constData()), 0);
+    EngineHarness engine(services);
+    engine.protect(path);
+    engine.unlock();
+    EXPECT_EQ(engine.manager.protectablePaths({other}), QStringList{other});
+    engine.protect(other);
+    engine.lock();
+    engine.remove();
+    engine.remove();
+    EXPECT_EQ(TemporaryHome::read(path), "years of work");
+    EXPECT_EQ(TemporaryHome::read(other), "years of work");
+}
+
+TEST_F(OneRecordForEachFile, HardLinkedUnlockedItemIsKnownUnderALinkedFolder)
+{
+    ASSERT_EQ(::link(path.toUtf8().constData(), services.home.path(QStringLiteral("other.txt")).toUtf8().constData()),
+              0);
+    const QString linked = services.home.path(QStringLiteral("linked"));
+    ASSERT_TRUE(QFile::link(parentDirectory(path), linked));
+    EngineHarness engine(services);
+    engine.protect(path);
+    engine.unlock();
+    EXPECT_EQ(engine.manager.protectablePaths({linked + QLatin1Char('/') + lastPathComponent(path)}), QStringList());
 }
 
 TEST_F(OneRecordForEachFile, PlaceIsFreeAgainWhenItsRunHasFailed)

@@ -122,11 +122,14 @@ TEST_F(OperationsAtOnce, AShredAfterARemovalLeavesWhatWasGivenBack)
 {
     startUnlocked();
     const Run removal = startRemoval();
-    const Run shred = start(engine.manager.shredProtectedItem(engine.item(), quiet));
+    QStringList statuses;
+    const Run shred = start(engine.manager.shredProtectedItem(
+        engine.item(), [&statuses](const QString &status, double) { statuses.append(status); }));
     removal->wait();
-    shred->wait();
+    EXPECT_EQ(engineErrorOf([&] { shred->wait(); }), QuillhavenError::itemNotFound);
     EXPECT_EQ(engine.count(), 0);
     EXPECT_EQ(TemporaryHome::read(path), "mine");
+    EXPECT_EQ(statuses.last(), QStringLiteral("Shredding failed: The selected file or folder could not be found."));
 }
 
 TEST_F(OperationsAtOnce, AShredDuringALockDestroysTheDataWhereverItIs)
@@ -166,6 +169,36 @@ TEST_F(OperationsAtOnce, AnAbandonedQuestionKeepsNoOtherOperationFromTheItem)
     EXPECT_EQ(TemporaryHome::read(path), "mine");
     engine.passwordDialog.onCancel();
     abandoned->wait();
+}
+
+TEST_F(OperationsAtOnce, AShredThatNobodyAnswersKeepsNoOtherOperationFromTheItem)
+{
+    startUnlocked();
+    engine.openMasterSession();
+    const bool blocked = engine.masterPasswordDialog.blockSignals(true); // nobody answers
+    const Run abandoned = start(engine.manager.shredProtectedItem(engine.item(), quiet));
+    ASSERT_TRUE(spinUntil([&] { return engine.masterPasswordDialog.isPresented(); }));
+    EXPECT_FALSE(engine.manager.catalogue().isLeased(engine.item().id));
+    engine.masterPasswordDialog.blockSignals(blocked);
+    engine.masterPasswordDialog.cancel();
+    abandoned->wait();
+    EXPECT_EQ(engine.count(), 0);
+}
+
+/// What the operation gave back while the shred asked is the user's again.
+TEST_F(OperationsAtOnce, AShredThatAsksStopsWhenTheItemIsGivenBackMeanwhile)
+{
+    startLocked();
+    engine.itemPassword.reset(); // the shred goes on with the item locked
+    engine.openMasterSession();
+    const bool blocked = engine.masterPasswordDialog.blockSignals(true);
+    const Run shred = start(engine.manager.shredProtectedItem(engine.item(), quiet));
+    ASSERT_TRUE(spinUntil([&] { return engine.masterPasswordDialog.isPresented(); })); // before the private copy
+    runTask(engine.manager.removeProtectionWithAccessibleURL(engine.item(), path));
+    engine.masterPasswordDialog.blockSignals(blocked);
+    engine.masterPasswordDialog.authenticate(QStringLiteral("Master12"));
+    EXPECT_EQ(engineErrorOf([&] { shred->wait(); }), QuillhavenError::itemNotFound);
+    EXPECT_EQ(TemporaryHome::read(path), "mine");
 }
 
 /// Random operations started in random groups. QUILLHAVEN_INTERLEAVINGS says how many groups, QUILLHAVEN_SEED which.

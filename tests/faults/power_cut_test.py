@@ -124,7 +124,9 @@ class PowerCut(unittest.TestCase):
             nothing if isinstance(each, crash_model.Flush) and flushes(each, recorder.disk) else each
             for each in recorder.changes
         ]
-        for crash, part in self.every_state(before, recorder):
+        states = list(self.every_state(before, recorder))
+        self.random.shuffle(states)
+        for crash, part in states:
             crash.disk(part).write()
             try:
                 self.check(home, operation, crash.count, recorder.end)

@@ -68,17 +68,20 @@ protected:
             co_return;
         };
     }
-    /// All services that a program can have.
+    /// All services that a program can have, named in another order than that of the launch.
     LaunchSequence sequence(LaunchContextManager &context)
     {
         return {.launchContext = [this, &context]() -> LaunchContextManager & {
                     order.append(QStringLiteral("context"));
                     return context;
                 },
-                .launch = {step("menu bar"), autoLockStep(step("auto-lock"), step("smart auto-lock")),
-                           step("extension"), updateCheckStep(job("update check")),
-                           launchAtLoginStep(job("login synchronisation"))},
-                .termination = {step("clear login manager"), step("clean menu bar")}};
+                .launch = {{LaunchPhase::launchAtLogin, launchAtLoginStep(job("login synchronisation"))},
+                           {LaunchPhase::updateCheck, updateCheckStep(job("update check"))},
+                           {LaunchPhase::activateFinderExtension, step("extension")},
+                           {LaunchPhase::autoLockManagers, autoLockStep(step("auto-lock"), step("smart auto-lock"))},
+                           {LaunchPhase::setupMenuBar, step("menu bar")}},
+                .termination = {{TerminationPhase::cleanupMenuBar, step("clean menu bar")},
+                                {TerminationPhase::launchAtLoginServiceManager, step("clear login manager")}}};
     }
 
     RecordingPresence presence;
@@ -261,7 +264,7 @@ TEST_F(Launch, AServiceThatTheProgramDoesNotHaveLeavesNoLineInTheLog)
 {
     LaunchContextManager context(arguments(), presence);
     AppDelegate delegate(presence, {.launchContext = [&context]() -> LaunchContextManager & { return context; },
-                                    .launch = {step("menu bar")},
+                                    .launch = {{LaunchPhase::setupMenuBar, step("menu bar")}},
                                     .termination = {}});
     delegate.applicationDidFinishLaunching();
     spinOnce();
@@ -305,7 +308,7 @@ TEST_F(Launch, TerminationClearsTheLoginManagerThenTheMenuBarThenTheContext)
     LaunchContextManager context(arguments(), presence);
     LaunchSequence all = sequence(context);
     AppDelegate *running = nullptr;
-    all.termination.back() = [this, &running] {
+    all.termination[TerminationPhase::cleanupMenuBar] = [this, &running] {
         order.append(running->launchContext() ? QStringLiteral("clean menu bar") : QStringLiteral("too late"));
     };
     AppDelegate delegate(presence, all);

@@ -79,7 +79,7 @@ void BulkActions::start(const QList<ProtectedItem> &items, Condition isDue, Oper
 {
     Job job{.ids = {}, .isDue = std::move(isDue), .operation = std::move(operation), .busy = {}};
     for (const ProtectedItem &item : items) {
-        if (!m_context.rows.isBusy(item.id)) {
+        if (!m_context.rows.isMarkedBusy(item.id)) {
             job.ids.append(item.id);
         }
     }

@@ -9,7 +9,7 @@
 #include "presentation/dialogs/BulkFilePickerModel.h"
 #include "presentation/dialogs/OperationProgress.h"
 #include "presentation/dialogs/ProtectionMethodDialogManager.h"
-#include "shredding/QuillhavenShredder.h"
+#include "support/ProgressCallback.h"
 
 #include <QCoroTask>
 #include <QObject>

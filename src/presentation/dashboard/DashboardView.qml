@@ -75,7 +75,7 @@ Item {
         onDropped: (drop) => {
             if (drop.hasUrls) {
                 drop.accept(Qt.CopyAction)
-                view.dashboard.protecting.onDrop(drop.urls)
+                view.dashboard.dropping.onDrop(drop.urls)
             }
         }
     }

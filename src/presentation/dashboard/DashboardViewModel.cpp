@@ -25,6 +25,7 @@ DashboardViewModel::DashboardViewModel(const Platform &platform, QuillhavenManag
       m_selection(m_items),
       m_bulk(context(), platform.panels),
       m_protecting(context(), m_bulk, platform.panels),
+      m_dropping(context(), m_protecting, m_bulk),
       m_itemActions(context(), m_bulk, platform.clock),
       m_shredding(context()),
       m_backup(context(), platform.defaults.standard())

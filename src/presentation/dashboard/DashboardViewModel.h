@@ -8,6 +8,7 @@
 #include "presentation/dashboard/DashboardContext.h"
 #include "presentation/dashboard/DashboardErrors.h"
 #include "presentation/dashboard/DashboardStatisticsModel.h"
+#include "presentation/dashboard/DropActions.h"
 #include "presentation/dashboard/FilteredItemsModel.h"
 #include "presentation/dashboard/ItemActions.h"
 #include "presentation/dashboard/ItemSelection.h"
@@ -41,6 +42,7 @@ class DashboardViewModel : public QObject
     Q_PROPERTY(quillhaven::DashboardStatisticsModel *statistics READ statistics CONSTANT)
     // What it starts
     Q_PROPERTY(quillhaven::ProtectActions *protecting READ protecting CONSTANT)
+    Q_PROPERTY(quillhaven::DropActions *dropping READ dropping CONSTANT)
     Q_PROPERTY(quillhaven::ItemActions *itemActions READ itemActions CONSTANT)
     Q_PROPERTY(quillhaven::BulkActions *bulk READ bulk CONSTANT)
     Q_PROPERTY(quillhaven::ShredActions *shredding READ shredding CONSTANT)
@@ -74,6 +76,7 @@ public:
     }
     [[nodiscard]] ItemSelection *selection() { return &m_selection; }
     [[nodiscard]] ProtectActions *protecting() { return &m_protecting; }
+    [[nodiscard]] DropActions *dropping() { return &m_dropping; }
     [[nodiscard]] ItemActions *itemActions() { return &m_itemActions; }
     [[nodiscard]] BulkActions *bulk() { return &m_bulk; }
     [[nodiscard]] ShredActions *shredding() { return &m_shredding; }
@@ -105,6 +108,7 @@ private:
     ItemSelection m_selection;
     BulkActions m_bulk;
     ProtectActions m_protecting;
+    DropActions m_dropping;
     ItemActions m_itemActions;
     ShredActions m_shredding;
     BackupActions m_backup;

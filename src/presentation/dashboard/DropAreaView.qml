@@ -7,7 +7,7 @@ import QtQuick.Layouts
 import Quillhaven.Controls
 import Quillhaven.Design
 
-/// Says that things can be dropped here.
+/// Says that files can be dropped on the window. DashboardView takes the drop, and DropActions does what it asks for.
 Rectangle {
     id: area
 

@@ -36,7 +36,7 @@ ItemActions::~ItemActions() = default;
 std::optional<ProtectedItem> ItemActions::idleItem(const QString &id) const
 {
     const ProtectedItem *item = m_context.quillhavenManager.catalogue().item(id);
-    return item && !m_context.rows.isBusy(id) ? std::optional(*item) : std::nullopt;
+    return item && !m_context.rows.isMarkedBusy(id) ? std::optional(*item) : std::nullopt;
 }
 
 void ItemActions::onToggleLock(const QString &id)

@@ -12,9 +12,6 @@
 #include "support/Paths.h"
 #include "support/printLogger.h"
 
-#include <QDir>
-#include <QFileInfo>
-
 namespace quillhaven {
 
 /// Names an item under the toolbar for as long as it lives.
@@ -157,31 +154,6 @@ QCoro::Task<> ProtectActions::protect(QString path, QString password, bool useTo
         }
     } catch (...) {
         m_context.errors.report(std::current_exception());
-    }
-}
-
-void ProtectActions::onDrop(const QList<QUrl> &urls)
-{
-    QStringList paths;
-    for (const QUrl &url : urls) {
-        if (url.isLocalFile()) {
-            // As the panel does: a link stands for what it points to.
-            const QFileInfo info(url.toLocalFile());
-            paths.append(info.isSymLink() ? info.symLinkTarget() : QDir::cleanPath(info.absoluteFilePath()));
-        }
-    }
-    if (paths.isEmpty()) {
-        return;
-    }
-    if (paths.size() == 1) {
-        handleFileSelection(paths.constFirst());
-        return;
-    }
-    const QStringList protectable = m_context.quillhavenManager.protectablePaths(paths);
-    if (protectable.isEmpty()) {
-        m_context.errors.showError(QStringLiteral("None of the selected items can be protected"));
-    } else {
-        m_bulk.performBulkProtect(protectable);
     }
 }
 

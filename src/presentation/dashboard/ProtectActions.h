@@ -8,7 +8,6 @@
 
 #include <QCoroTask>
 #include <QObject>
-#include <QUrl>
 #include <QtQml/qqmlregistration.h>
 
 namespace quillhaven {
@@ -16,8 +15,8 @@ namespace quillhaven {
 class BulkActions;
 class FilePanels;
 
-/// The dashboard's ways to protect a file or folder: the panel, a drop, and the questions in between. Each operation is
-/// a job on the main thread. Main thread only.
+/// The dashboard's ways to protect a file or folder: the panel, and the questions that follow a choice or a drop. Each
+/// operation is a job on the main thread. Main thread only.
 class ProtectActions : public QObject
 {
     Q_OBJECT
@@ -39,9 +38,6 @@ public:
     void handleFileSelection(const QString &path);
     void showProtectionDialog(const QString &path);
     void showPasswordDialog(const QString &path, bool useTouchID);
-    /// Files and folders dropped on the window: one is protected as if it were chosen in the panel, of several those
-    /// that can be protected are protected together.
-    Q_INVOKABLE void onDrop(const QList<QUrl> &urls);
 
 Q_SIGNALS:
     void showingFilePickerChanged();

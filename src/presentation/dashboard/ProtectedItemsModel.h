@@ -45,7 +45,10 @@ public:
     /// The row of an item, or -1.
     [[nodiscard]] int rowOf(const QString &id) const;
 
+    /// Some operation is under way for the item, and its row says so.
     [[nodiscard]] bool isBusy(const QString &id) const;
+    /// An action of the window is under way for the item. Other operations on it are waited for.
+    [[nodiscard]] bool isMarkedBusy(const QString &id) const { return m_busy.contains(id); }
     void setBusy(const QSet<QString> &ids, bool value);
     void setShowingCopySuccess(const QString &id, bool value);
     /// Which rows are marked as selected; ids without a row are kept for when they have one.

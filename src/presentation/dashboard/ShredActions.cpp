@@ -34,7 +34,7 @@ ShredActions::ShredActions(const DashboardContext &context, QObject *parent) : Q
 void ShredActions::onShred(const QString &id)
 {
     const ProtectedItem *item = m_context.quillhavenManager.catalogue().item(id);
-    if (item && !m_context.rows.isBusy(id)) {
+    if (item && !m_context.rows.isMarkedBusy(id)) {
         ask({*item}, {});
     }
 }
@@ -127,7 +127,7 @@ QCoro::Task<> ShredActions::shred(ProgressCallback progressCallback)
 QList<ProtectedItem> ShredActions::liveItems() const
 {
     QList<ProtectedItem> items = m_context.quillhavenManager.catalogue().items(idsOf(m_protectedItemsToShred));
-    items.removeIf([this](const ProtectedItem &item) { return m_context.rows.isBusy(item.id); });
+    items.removeIf([this](const ProtectedItem &item) { return m_context.rows.isMarkedBusy(item.id); });
     return items;
 }
 

@@ -6,7 +6,7 @@
 #include "presentation/dashboard/DashboardContext.h"
 #include "presentation/dialogs/OperationProgress.h"
 #include "presentation/dialogs/ShredConfirmationDialogModel.h"
-#include "shredding/QuillhavenShredder.h"
+#include "support/ProgressCallback.h"
 
 #include <QCoroTask>
 #include <QObject>

@@ -10,7 +10,7 @@ import Quillhaven.Design
 import Quillhaven.Dialogs
 
 /// Gathers files and folders to protect at once.
-SheetFrame {
+Sheet {
     id: sheet
 
     required property BulkFilePickerModel picker

@@ -9,7 +9,7 @@ import Quillhaven.Design
 import Quillhaven.Dialogs
 
 /// Shows how far an operation on several items has come. Leaving it does not stop the operation.
-SheetFrame {
+Sheet {
     id: sheet
 
     required property OperationProgress operation

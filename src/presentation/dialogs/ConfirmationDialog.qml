@@ -9,7 +9,7 @@ import Quillhaven.Design
 import Quillhaven.Dialogs
 
 /// A yes-or-no question.
-SheetFrame {
+Sheet {
     id: dialog
 
     required property ConfirmationDialogManager manager

@@ -9,7 +9,7 @@ import Quillhaven.Design
 import Quillhaven.Dialogs
 
 /// One error, with a hint where its words call for one.
-SheetFrame {
+Sheet {
     id: dialog
 
     required property ErrorDialogManager manager

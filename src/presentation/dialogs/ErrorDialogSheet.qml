@@ -9,7 +9,7 @@ import Quillhaven.Design
 import Quillhaven.Dialogs
 
 /// The smaller error dialog of one row, with one hint. The opener shows it by `presented`.
-SheetFrame {
+Sheet {
     id: dialog
 
     property string errorMessage

@@ -9,7 +9,7 @@ import Quillhaven.Design
 import Quillhaven.Dialogs
 
 /// Asks for the master password, or for a new one.
-SheetFrame {
+Sheet {
     id: dialog
 
     required property MasterPasswordDialogManager manager

@@ -9,7 +9,7 @@ import Quillhaven.Design
 import Quillhaven.Dialogs
 
 /// Asks for an item's password, or for a new one twice.
-SheetFrame {
+Sheet {
     id: sheet
 
     required property PasswordInputDialogManager manager

@@ -8,7 +8,7 @@ import Quillhaven.Controls
 import Quillhaven.Dialogs
 
 /// The choice between a password and the fingerprint reader for a new item.
-SheetFrame {
+Sheet {
     id: dialog
 
     required property ProtectionMethodDialogManager manager

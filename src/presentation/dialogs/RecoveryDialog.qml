@@ -9,7 +9,7 @@ import Quillhaven.Design
 import Quillhaven.Dialogs
 
 /// Asks for the master password before all files are recovered.
-SheetFrame {
+Sheet {
     id: dialog
 
     required property RecoveryDialogManager manager

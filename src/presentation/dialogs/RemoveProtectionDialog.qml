@@ -8,7 +8,7 @@ import Quillhaven.Design
 import Quillhaven.Dialogs
 
 /// The question before an item's protection is removed.
-SheetFrame {
+Sheet {
     id: dialog
 
     required property RemoveProtectionDialogManager manager

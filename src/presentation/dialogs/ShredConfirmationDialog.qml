@@ -10,7 +10,7 @@ import Quillhaven.Design
 import Quillhaven.Dialogs
 
 /// The demanding question before items are destroyed for good.
-SheetFrame {
+Sheet {
     id: sheet
 
     required property ShredConfirmationDialogModel dialog

@@ -9,7 +9,7 @@ import Quillhaven.Design
 import Quillhaven.Dialogs
 
 /// Shows while items are destroyed. It can be left only where the opener knows how to cancel.
-SheetFrame {
+Sheet {
     id: sheet
 
     required property OperationProgress operation

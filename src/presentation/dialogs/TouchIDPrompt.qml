@@ -9,7 +9,7 @@ import Quillhaven.Design
 import Quillhaven.Dialogs
 
 /// Shows while the fingerprint reader waits for a finger.
-SheetFrame {
+Sheet {
     id: prompt
 
     required property BiometricAuthenticator manager

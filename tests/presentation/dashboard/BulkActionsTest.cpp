@@ -68,7 +68,7 @@ protected:
         for (const QString &path : paths) {
             urls.append(QUrl::fromLocalFile(path));
         }
-        started().dashboard.protecting()->onDrop(urls);
+        started().dashboard.dropping()->onDrop(urls);
         DashboardHarness::settle();
     }
     QString error() { return started().dashboard.showingError() ? started().dashboard.errorMessage() : QString(); }
@@ -437,8 +437,8 @@ TEST_F(Bulk, ProtectOfNothingShowsNothing)
 
 TEST_F(Bulk, DropOfNothingDoesNothing)
 {
-    started().dashboard.protecting()->onDrop({});
-    started().dashboard.protecting()->onDrop({QUrl(QStringLiteral("https://example.org/a.txt"))});
+    started().dashboard.dropping()->onDrop({});
+    started().dashboard.dropping()->onDrop({QUrl(QStringLiteral("https://example.org/a.txt"))});
     DashboardHarness::settle();
     EXPECT_EQ(error(), QString());
     EXPECT_FALSE(started().protectionMethodDialog.isPresented());

@@ -10,6 +10,8 @@
 
 #include <fcntl.h>
 
+#include <algorithm>
+
 namespace quillhaven {
 
 void discardAbandonedDuplicates(const QByteArray &folder) noexcept
@@ -29,7 +31,8 @@ void discardAbandonedDuplicates(const QByteArray &folder) noexcept
 void CleanedFolders::clean(const QByteArray &folder)
 {
     const size_t hash = qHash(folder);
-    if (m_hashes.at(hash % m_hashes.size()).exchange(hash) != hash) {
+    if (std::ranges::none_of(m_hashes, [hash](const auto &known) { return known == hash; })) {
+        m_hashes.at(m_next++ % m_hashes.size()) = hash;
         discardAbandonedDuplicates(folder);
     }
 }

@@ -14,15 +14,16 @@ namespace quillhaven {
 void discardAbandonedDuplicates(const QByteArray &folder) noexcept;
 
 /// Remembers the folders of the last moves, in which a running process leaves nothing: a run over many items of one
-/// folder lists it once. Any thread may call it. Two folders may share a slot, and then both are looked at more often.
+/// folder lists it once. Any thread may call it.
 class CleanedFolders
 {
 public:
-    /// Discards what was abandoned in the folder, unless it was asked for lately.
+    /// Discards what was abandoned in the folder, unless it was asked for recently.
     void clean(const QByteArray &folder);
 
 private:
     std::array<std::atomic<size_t>, 64> m_hashes{};
+    std::atomic<size_t> m_next = 0; ///< the slot of the next folder
 };
 
 } // namespace quillhaven

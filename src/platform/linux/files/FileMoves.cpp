@@ -2,11 +2,11 @@
 
 #include "platform/linux/files/FileMoves.h"
 
-#include "platform/linux/files/CrossDeviceCopy.h"
 #include "platform/linux/files/FilePaths.h"
 #include "platform/linux/files/FolderEntries.h"
 #include "platform/linux/files/HiddenNames.h"
 #include "platform/linux/files/RemoveTree.h"
+#include "platform/linux/files/StagedCopy.h"
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -156,7 +156,7 @@ void FileMoves::moveAcross(const QByteArray &source, const QByteArray &target, c
     }
     requireRemovable(source);
     cleanFoldersOf(source, target);
-    CrossDeviceCopy copy(source, target, names);
+    StagedCopy copy(source, target, names);
     if (const int error = renameWithoutReplacing(copy.path(), target)) {
         names.fail(error);
     }
@@ -175,7 +175,7 @@ void FileMoves::replaceAcross(const QByteArray &original, const struct stat &old
 {
     requireRemovable(replacement);
     cleanFoldersOf(replacement, original);
-    CrossDeviceCopy copy(replacement, original, names);
+    StagedCopy copy(replacement, original, names);
     if (const int error = swapIn(original, old, copy.path(), statusOf(copy.path(), names))) {
         names.fail(error);
     }
@@ -208,7 +208,7 @@ void FileMoves::copy(const QByteArray &source, const QByteArray &target, const M
         names.fail(EEXIST);
     }
     cleanFoldersOf(source, target);
-    CrossDeviceCopy copy(source, target, names);
+    StagedCopy copy(source, target, names);
     if (const int error = renameWithoutReplacing(copy.path(), target)) {
         names.fail(error);
     }

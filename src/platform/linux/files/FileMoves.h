@@ -9,7 +9,8 @@ struct stat;
 
 namespace quillhaven {
 
-/// The moves of a file manager. Any thread may call them.
+/// The moves of a file manager. To another file system the item is copied, the copy compared and flushed, and only then
+/// the source removed. Any thread may call them.
 class FileMoves
 {
 public:

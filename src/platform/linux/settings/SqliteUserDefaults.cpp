@@ -180,8 +180,7 @@ bool SqliteUserDefaults::changeArray(const QString &key, const ArrayChange &chan
         if (!m_values.read(key, stored)) {
             return false;
         }
-        isOtherValue = stored && !isArray(stored);
-        isChanged = !stored;
+        isOtherValue = !isArray(stored);
         return !isOtherValue && m_arrays.change(key, change, isChanged) && (!isChanged || m_values.store(row));
     });
     if (!isDone && !isOtherValue) {

@@ -84,13 +84,13 @@ TEST_F(SettingsArraysTest, RemovedElementsAreTakenOutBeforeOthersArePut)
     EXPECT_EQ(stored(), R"(["b",1])");
 }
 
-TEST_F(SettingsArraysTest, AChangeOfAnAbsentKeyMakesTheArray)
+TEST_F(SettingsArraysTest, AChangeOfAnAbsentKeyIsRefused)
 {
     {
         SqliteUserDefaultsProvider provider(directory());
-        EXPECT_TRUE(provider.standard().changeArray(key, {.put = {element(key, "1")}, .removed = {}}));
+        EXPECT_FALSE(provider.standard().changeArray(key, {.put = {element(key, "1")}, .removed = {}}));
     }
-    EXPECT_EQ(stored(), "[1]");
+    EXPECT_EQ(stored(), "absent");
 }
 
 TEST_F(SettingsArraysTest, AChangeOfAnotherValueIsRefusedAndSetArrayReplacesIt)
@@ -118,7 +118,7 @@ TEST_F(SettingsArraysTest, RemovingTheKeyRemovesAllElements)
     const auto provider = withThreeElements();
     provider->standard().removeObject(key);
     EXPECT_EQ(stored(), "absent");
-    EXPECT_TRUE(provider->standard().changeArray(key, {.put = {element(QStringLiteral("b"), "1")}, .removed = {}}));
+    EXPECT_TRUE(provider->standard().setArray(key, {element(QStringLiteral("b"), "1")}));
     EXPECT_EQ(stored(), "[1]");
 }
 

@@ -9,7 +9,8 @@ import QtQuick.Layouts
 import QtQuick.Templates as T
 
 /// The one sheet under every dialog: overlay, panel, symbol, title, message, a body and a row of buttons. It takes all
-/// input while it shows, keeps the keyboard inside, and gives it back afterwards.
+/// input while it shows, keeps the keyboard inside, and gives it back afterwards. Escape and Return are the dialog's to
+/// use. Of several sheets the one that appeared last is on top and has the keyboard, and gives it to the next below.
 T.Dialog {
     id: sheet
 

@@ -8,18 +8,18 @@
 
 namespace quillhaven {
 
-/// A copy of a file or folder on another file system, under a hidden name beside its future place. It is removed with
-/// this object unless it was put in that place.
-class CrossDeviceCopy
+/// A compared copy of a file or folder, mostly on another file system, under a hidden name beside its future place. It
+/// is removed with this object unless it was put in that place.
+class StagedCopy
 {
 public:
     /// Copies with the system's `cp`, holes and all, compares everything, and brings it to the device. Throws
     /// `NotPreserved` when the other file system keeps less than the source has, `Other` when the source was changed
     /// meanwhile. The source is untouched in every case.
-    CrossDeviceCopy(const QByteArray &source, const QByteArray &target, const MoveNames &names);
-    ~CrossDeviceCopy();
-    CrossDeviceCopy(const CrossDeviceCopy &) = delete;
-    CrossDeviceCopy &operator=(const CrossDeviceCopy &) = delete;
+    StagedCopy(const QByteArray &source, const QByteArray &target, const MoveNames &names);
+    ~StagedCopy();
+    StagedCopy(const StagedCopy &) = delete;
+    StagedCopy &operator=(const StagedCopy &) = delete;
 
     [[nodiscard]] const QByteArray &path() const { return m_path; }
     /// The copy is in its place now.

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-#include "platform/linux/files/CrossDeviceCopy.h"
+#include "platform/linux/files/StagedCopy.h"
 
 #include "platform/linux/files/FilePaths.h"
 #include "platform/linux/files/HiddenNames.h"
@@ -87,7 +87,7 @@ void syncCopy(const QByteArray &path, const MoveNames &names)
 
 } // namespace
 
-CrossDeviceCopy::CrossDeviceCopy(const QByteArray &source, const QByteArray &target, const MoveNames &names)
+StagedCopy::StagedCopy(const QByteArray &source, const QByteArray &target, const MoveNames &names)
     : m_path(hiddenNameForDuplicate(target))
 {
     try {
@@ -105,14 +105,14 @@ CrossDeviceCopy::CrossDeviceCopy(const QByteArray &source, const QByteArray &tar
     }
 }
 
-CrossDeviceCopy::~CrossDeviceCopy()
+StagedCopy::~StagedCopy()
 {
     if (!m_isKept) {
         discardTree(m_path);
     }
 }
 
-void CrossDeviceCopy::runCopy(const QByteArray &source, const MoveNames &names) const
+void StagedCopy::runCopy(const QByteArray &source, const MoveNames &names) const
 {
     const ScopedFd messages(memfd_create("cp-messages", MFD_CLOEXEC));
     if (!messages.isOpen()) {
