@@ -20,8 +20,8 @@ class MainWindow : public QObject
     Q_OBJECT
 
 public:
-    /// Builds the window, hidden, as the main one among those that show sheets. The references outlive this object.
-    /// Ends the program with a message when the window cannot be built, which only a broken build can cause.
+    /// Creates the window, hidden, as the main one of the windows that show sheets. The references must outlive this
+    /// object. Aborts the program with a message if the window cannot be created, which only a broken build can cause.
     MainWindow(QQmlEngine &engine, DashboardViewModel &dashboard, SheetModels &sheets, QObject *parent = nullptr);
     ~MainWindow() override;
 
@@ -33,11 +33,10 @@ public:
     bool eventFilter(QObject *watched, QEvent *event) override;
 
 Q_SIGNALS:
-    /// The window came to the screen; again after each hiding.
+    /// The window was shown: for the first time, or again after it was hidden.
     void contentAppeared();
-    /// The user asked to close the window. It stays on the screen: the receiver decides what follows. The window
-    /// refuses every close event, those of `QCoreApplication::quit` included; `QCoreApplication::exit` ends the
-    /// program.
+    /// The user asked to close the window. It stays open: the receiver decides what to do. The window refuses every
+    /// close event, including those sent by `QCoreApplication::quit`; use `QCoreApplication::exit` to end the program.
     void closeRequested();
 
 private:

@@ -66,7 +66,7 @@ void QuestionWindow::place(size_t question)
     for (size_t other = 0; other < m_questions.size(); ++other) {
         isAnotherOpen = isAnotherOpen || (other != question && m_questions[other]());
     }
-    // It joins the one that is open, over which it lies.
+    // While another question is open, this one is shown on top of it, in the same window.
     if (!isAnotherOpen || !isOnScreen(m_window)) {
         moveOn();
     }

@@ -16,31 +16,31 @@ namespace quillhaven {
 class BiometricAuthenticator;
 class DialogModel;
 
-/// Decides which of the program's windows shows a question: the active one, else one that is on the screen. When none
-/// is, the main window is brought forward, so that no question is asked unseen.
+/// Decides which of the program's windows shows a question: the active one, else any that is on the screen. If there is
+/// none, the main window is brought forward, so that the user sees every question.
 ///
-/// A question stays where it appeared while that window is on the screen; from another window than the main one that
-/// is hidden it moves on. A main window that the user hides keeps it.
+/// A question stays in its window while that window is on the screen. If the window is hidden, the question moves to
+/// another one, unless it is in the main window: then it stays there.
 class QuestionWindow : public QObject
 {
     Q_OBJECT
     QML_ELEMENT
-    QML_UNCREATABLE("Made by the program")
+    QML_UNCREATABLE("Created in C++")
     Q_PROPERTY(QWindow *window READ window NOTIFY windowChanged)
     Q_PROPERTY(QWindow *mainWindow READ mainWindow NOTIFY mainWindowChanged)
 
 public:
-    /// `bringMainWindowForward` shows the main window, whatever has hidden it.
+    /// `bringMainWindowForward` shows the main window, for whatever reason it is hidden.
     explicit QuestionWindow(std::function<void()> bringMainWindowForward, QObject *parent = nullptr);
 
-    /// Where questions show; the main window before the first one. Null while there is no window.
+    /// The window that shows the questions; the main window until the first question. Null while there is no window.
     [[nodiscard]] QWindow *window() const { return m_window; }
     /// The first window that was added.
     [[nodiscard]] QWindow *mainWindow() const { return m_windows.value(0); }
 
     /// Lets a window show questions, for as long as it lives.
     Q_INVOKABLE void add(QWindow *window);
-    /// Finds a window for each question of this dialog. The reference outlives this object.
+    /// Finds a window for each question of this dialog. The reference must outlive this object.
     void follow(const DialogModel &dialog);
     /// The same for the prompt of the fingerprint reader.
     void follow(const BiometricAuthenticator &biometrics);
@@ -52,7 +52,7 @@ Q_SIGNALS:
 private:
     using IsOpen = std::function<bool()>;
 
-    /// Finds the window for a question that is put now.
+    /// Finds the window for a question that is being asked.
     void place(size_t question);
     void leaveHidden(const QWindow *window);
     void moveOn();

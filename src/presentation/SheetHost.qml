@@ -7,8 +7,8 @@ import Quillhaven
 import Quillhaven.Controls
 import Quillhaven.Dialogs
 
-/// The sheets of a window, over its content. A question shows in one of the windows; what an operation does, in the
-/// main one.
+/// The sheets of a window, over its content. Questions are shown in one of the windows, the progress of operations in
+/// the main window.
 Item {
     id: host
 
@@ -17,7 +17,7 @@ Item {
 
     Component.onCompleted: place.add(Window.window)
 
-    // Repeaters of one or none: a Loader of Qt 6.4 cannot make a bound component.
+    // Repeaters with one item or none, because the Loader of Qt 6.4 cannot create a bound component.
     Repeater {
         model: host.place.mainWindow === host.Window.window ? 1 : 0
 

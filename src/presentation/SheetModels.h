@@ -46,7 +46,7 @@ class SheetModels : public QObject
 {
     Q_OBJECT
     QML_ELEMENT
-    QML_UNCREATABLE("Made by the program")
+    QML_UNCREATABLE("Created in C++")
     Q_PROPERTY(quillhaven::ConfirmationDialogManager *confirmationDialogManager READ confirmationDialogManager CONSTANT)
     Q_PROPERTY(quillhaven::ProtectionMethodDialogManager *protectionMethodDialogManager READ
                    protectionMethodDialogManager CONSTANT)
@@ -68,8 +68,8 @@ class SheetModels : public QObject
     Q_PROPERTY(bool isAnyPresented READ isAnyPresented NOTIFY isAnyPresentedChanged)
 
 public:
-    /// `bringMainWindowForward` shows the main window, whatever has hidden it. The references outlive this object, and
-    /// this object outlives the windows.
+    /// `bringMainWindowForward` shows the main window, for whatever reason it is hidden. The references must outlive
+    /// this object, and this object must outlive the windows.
     SheetModels(const Sheets &sheets, std::function<void()> bringMainWindowForward, QObject *parent = nullptr);
 
     [[nodiscard]] ConfirmationDialogManager *confirmationDialogManager() const { return &m_sheets.confirmation; }
@@ -92,10 +92,10 @@ public:
     [[nodiscard]] OperationProgress *shredProgress() const { return &m_sheets.shredProgress; }
     [[nodiscard]] BiometricAuthenticator *biometrics() const { return &m_sheets.biometrics; }
     [[nodiscard]] QuestionWindow *questionWindow() { return &m_questionWindow; }
-    /// Whether a sheet shows in some window.
+    /// Whether any window shows a sheet.
     [[nodiscard]] bool isAnyPresented() const;
 
-    /// The hint of the shown error, as a question of its own.
+    /// Shows the hint of the current error in a dialog of its own.
     Q_INVOKABLE void showDefaultTroubleshooting();
 
 Q_SIGNALS:

@@ -10,7 +10,7 @@ namespace quillhaven {
 
 std::unique_ptr<QQmlEngine> makeWindowEngine()
 {
-    // The style counts for the whole process, and Qt takes it only before the first control.
+    // The style applies to the whole process, and must be set before the first control is created.
     static const bool isStyleChosen = [] {
         QQuickStyle::setStyle(QStringLiteral("Basic"));
         return true;

@@ -8,8 +8,8 @@
 
 namespace quillhaven {
 
-/// Makes the one QML engine that all windows of the program share, with the program's style, colours and symbols. It
-/// must outlive the windows. Needs the application object.
+/// Creates the QML engine that all windows of the program share, with the program's style, colours and symbols. It must
+/// outlive the windows. The application object must exist.
 [[nodiscard]] std::unique_ptr<QQmlEngine> makeWindowEngine();
 
 } // namespace quillhaven

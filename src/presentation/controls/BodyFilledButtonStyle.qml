@@ -3,7 +3,7 @@
 import QtQuick
 import Quillhaven.Design
 
-/// A button as a panel on the window's ground.
+/// A button that looks like a panel on the window's background.
 FilledButton {
     fill: Colors.bgPanel
 }

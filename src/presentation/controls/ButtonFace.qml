@@ -4,7 +4,7 @@ import QtQuick
 import QtQuick.Controls.Basic
 import Quillhaven.Design
 
-/// What a button shows, in its middle: a symbol or a busy indicator, a text, a second symbol.
+/// The centred content of a button: a symbol or a busy indicator, a text, and a second symbol.
 Item {
     id: face
 

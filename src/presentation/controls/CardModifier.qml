@@ -3,7 +3,7 @@
 import QtQuick
 import Quillhaven.Design
 
-/// The ground of a card.
+/// The background of a card.
 SectionModifier {
     radius: DesignSystem.cornerRadiusMedium
 }

@@ -5,15 +5,15 @@ import QtQuick.Controls.Basic
 import QtQuick.Layouts
 import Quillhaven.Design
 
-/// A box to tick, with what it says beside it. It never ticks itself: `toggleRequested` says that the user wants it the
-/// other way round, and the owner of `ticked` decides.
+/// A check box with a text. It never changes its own state: `toggleRequested` reports that the user wants to change it,
+/// and the owner of `ticked` decides.
 CheckBox {
     id: box
 
     property bool ticked: false
     property bool isRound: false
     property int boxSize: Metrics.checkBoxSize
-    /// What is read out; the text, unless the box stands alone.
+    /// The accessible name: the text, unless the box has none.
     property string label: text
     readonly property string symbol: isRound ? (ticked ? "checkmark.circle.fill" : "circle")
                                              : (ticked ? "checkmark.square.fill" : "square")

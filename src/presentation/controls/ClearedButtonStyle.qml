@@ -3,7 +3,7 @@
 import QtQuick
 import Quillhaven.Design
 
-/// A button without a ground of its own until the pointer is over it.
+/// A button that has no background until the pointer is over it.
 FilledButton {
     fill: Colors.clear
     foreground: Colors.textSecondary

@@ -3,7 +3,7 @@
 import QtQuick
 import Quillhaven.Design
 
-/// A button in a fill of the caller's choice, with a faint outline.
+/// A button with a fill chosen by the caller and a faint outline.
 FilledButton {
     outline: Colors.borderSubtle
 }

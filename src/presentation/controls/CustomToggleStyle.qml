@@ -8,7 +8,7 @@ import Quillhaven.Design
 Switch {
     id: settingSwitch
 
-    /// Between the edge and the knob.
+    /// The gap between the edge and the knob.
     readonly property int gap: 3
 
     implicitHeight: DesignSystem.toggleSize

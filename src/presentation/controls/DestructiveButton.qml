@@ -3,7 +3,7 @@
 import QtQuick
 import Quillhaven.Design
 
-/// The button of an action that cannot be taken back.
+/// The button of an action that cannot be undone.
 FilledButton {
     fill: Colors.destructive
 }

@@ -4,12 +4,12 @@ import QtQuick
 import QtQuick.Controls.Basic
 import Quillhaven.Design
 
-/// The one shape under every button: a fill or a gradient, a corner radius, a brighter fill under the pointer.
+/// The base of all buttons: a fill or a gradient, a corner radius, a brighter fill under the pointer.
 Button {
     id: button
 
     property string symbol
-    /// After the text, such as the arrow of a button that opens a list.
+    /// Shown after the text, such as the arrow of a button that opens a list.
     property string trailingSymbol
     property bool busy: false
     property color fill: Colors.cta
@@ -19,9 +19,9 @@ Button {
     property int cornerRadius: DesignSystem.cornerRadiusMedium
     property real hoverBrightness: DesignSystem.hoverBrightness
     property string helpText
-    /// Where there is no room, the symbol stands alone; the text stays the name.
+    /// False to save room: only the symbol is shown then; the text remains the accessible name.
     property bool showsText: true
-    /// What is drawn of the text, where a symbol stands for a part of it.
+    /// The part of the text that is drawn, if a symbol replaces the rest.
     property string shownText: text
 
     implicitHeight: DesignSystem.buttonHeight

@@ -3,7 +3,7 @@
 import QtQuick
 import Quillhaven.Design
 
-/// The ring around the control that has the keyboard.
+/// The ring around the control that has the keyboard focus.
 Rectangle {
     property bool shown: false
 

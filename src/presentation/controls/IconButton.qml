@@ -3,7 +3,7 @@
 import QtQuick
 import Quillhaven.Design
 
-/// A button that shows a symbol alone; its help text is its name.
+/// A button that shows only a symbol; its help text is its accessible name.
 FilledButton {
     id: button
 

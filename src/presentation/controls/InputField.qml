@@ -4,7 +4,7 @@ import QtQuick
 import QtQuick.Controls.Basic
 import Quillhaven.Design
 
-/// One line that can be typed.
+/// A single-line text field.
 TextField {
     id: field
 

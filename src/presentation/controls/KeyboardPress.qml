@@ -2,7 +2,7 @@
 
 import QtQuick
 
-/// Presses a control by Return, by Enter and by the accessibility bus, as the pointer and the space bar do.
+/// Presses a control on Return, Enter or an action from the accessibility bus, as the pointer and the space bar do.
 QtObject {
     id: press
 

@@ -3,7 +3,7 @@
 import QtQuick
 import Quillhaven.Design
 
-/// A state as a word on a pale ground of its colour.
+/// A state, as a word on a pale background in the state's colour.
 Rectangle {
     id: badge
 

@@ -4,17 +4,18 @@ import QtQuick
 import QtQuick.Layouts
 import Quillhaven.Design
 
-/// A secret that is typed, hidden until it is asked for. The wrapper speaks for it on the accessibility bus, which
-/// never gets the text itself, shown or hidden.
+/// A password field whose text is hidden until the user asks to see it. The wrapper represents it on the accessibility
+/// bus, which never receives the text, whether it is visible or hidden.
 FocusScope {
     id: scope
 
     property string label
     property string prompt
-    // Not "text": Qt reads that name of the wrapper for the accessibility bus.
+    // Not "text": Qt would put a property of that name on the accessibility bus.
     property alias secret: input.text
     property bool revealed: false
-    /// What is typed into; the scope alone would give the keyboard to whichever of its two controls had it last.
+    /// The field itself. Focus it and not the scope, which would pass the focus to the one of its two controls that had
+    /// it last.
     property alias inputItem: input
 
     signal accepted
@@ -54,7 +55,7 @@ FocusScope {
                 echoMode: scope.revealed ? TextInput.Normal : TextInput.Password
                 inputMethodHints: Qt.ImhSensitiveData | Qt.ImhNoPredictiveText | Qt.ImhNoAutoUppercase
                 Accessible.ignored: true
-                // Taken here, so that it does not reach the sheet as a second press.
+                // Handled here, so that the sheet does not handle the key a second time.
                 Keys.onReturnPressed: scope.accepted()
                 Keys.onEnterPressed: scope.accepted()
                 onTextEdited: scope.edited()

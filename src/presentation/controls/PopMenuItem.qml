@@ -4,12 +4,12 @@ import QtQuick
 import QtQuick.Controls.Basic
 import Quillhaven.Design
 
-/// One action of a menu; with `checkable`, a setting that it turns over.
+/// An action of a menu; with `checkable`, a setting that it toggles.
 MenuItem {
     id: entry
 
     property string symbol
-    /// Where it does not show, its place stays empty.
+    /// If false, the symbol's place stays empty.
     property bool showsSymbol: true
 
     signal chosen

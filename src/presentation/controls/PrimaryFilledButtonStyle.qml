@@ -2,7 +2,7 @@
 
 import QtQuick
 
-/// A filled button that takes a gradient in place of its fill, when there is one.
+/// A filled button that shows a gradient instead of its fill, if it has one.
 FilledButton {
     id: style
 

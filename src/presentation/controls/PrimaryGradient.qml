@@ -10,7 +10,8 @@ Shape {
 
     property real radius: 0
 
-    // The layer smooths the edge. The software renderer does that by itself, and loses a layer at any scale but one.
+    // The layer smooths the edge. The software renderer does so without one, and does not draw a layer at any scale
+    // other than 1.
     layer.enabled: GraphicsInfo.api !== GraphicsInfo.Software
     layer.samples: 4
 

@@ -4,7 +4,7 @@ import QtQuick
 import QtQuick.Controls.Basic
 import Quillhaven.Design
 
-/// How much of an operation is done, from 0 to 1.
+/// Shows how much of an operation is done, from 0 to 1.
 ProgressBar {
     id: line
 

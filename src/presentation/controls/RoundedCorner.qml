@@ -4,7 +4,7 @@ import QtQuick
 import QtQuick.Shapes
 import Quillhaven.Design
 
-/// A filled rectangle of which only the corners of a set of RectCorner are rounded.
+/// A filled rectangle with only the given corners rounded, a set of RectCorner.
 Shape {
     id: shape
 

@@ -3,7 +3,7 @@
 import QtQuick
 import Quillhaven.Design
 
-/// A search text with a prompt and a button that empties it.
+/// A search field with a prompt and a button that clears it.
 InputField {
     id: field
 

@@ -3,7 +3,7 @@
 import QtQuick
 import Quillhaven.Design
 
-/// The ground of a section.
+/// The background of a section.
 Rectangle {
     property color backgroundColor: Colors.cardBackground
 

@@ -4,7 +4,7 @@ import QtQuick
 import QtQuick.Layouts
 import Quillhaven.Design
 
-/// One setting: its name, what it does, its control, and a warning where there is one.
+/// A setting: its name, what it does, its control, and a warning if there is one.
 Item {
     id: row
 

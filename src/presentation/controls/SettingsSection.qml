@@ -5,7 +5,7 @@ import QtQuick.Controls.Basic
 import QtQuick.Layouts
 import Quillhaven.Design
 
-/// A heading and its settings; one that is collapsible opens and closes by its heading.
+/// A heading and its settings. A collapsible section is opened and closed by its heading.
 SectionModifier {
     id: section
 

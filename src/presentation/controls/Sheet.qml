@@ -8,9 +8,10 @@ import QtQuick.Controls.Basic
 import QtQuick.Layouts
 import QtQuick.Templates as T
 
-/// The one sheet under every dialog: overlay, panel, symbol, title, message, a body and a row of buttons. It takes all
-/// input while it shows, keeps the keyboard inside, and gives it back afterwards. Escape and Return are the dialog's to
-/// use. Of several sheets the one that appeared last is on top and has the keyboard, and gives it to the next below.
+/// The base of all dialogs: overlay, panel, symbol, title, message, a body and a row of buttons. It receives all input
+/// while it is shown, keeps the keyboard focus inside, and returns it afterwards. Escape and Return
+/// are handled by the dialog. Of several sheets the last one shown is on top and has the focus; when it closes, the focus
+/// returns to the one below.
 T.Dialog {
     id: sheet
 
@@ -18,33 +19,33 @@ T.Dialog {
     property string message
     property string symbol
     property color symbolColor: Colors.primaryAccent
-    /// The symbol grows into its place when the sheet appears, over 0.6 seconds.
+    /// The symbol grows to its full size when the sheet appears, over 0.6 seconds.
     property bool symbolSpringsIn: false
-    /// The symbol's circle beats for as long as the sheet shows.
+    /// The symbol pulses while the sheet is shown.
     property bool symbolPulses: false
     property int symbolCircle: Metrics.sheetSymbolCircle
     readonly property size room: parent ? Qt.size(parent.width, parent.height) : Qt.size(0, 0)
-    /// There is little room: what is not words takes less of it.
+    /// The window is low: everything but the text takes less room.
     readonly property bool isCompact: room.height < Metrics.compactSheet
     property int minimumSheetWidth: Metrics.sheetMinimumWidth
     property int maximumSheetWidth: Metrics.sheetMaximumWidth
-    /// The item that gets the keyboard when the sheet appears; without it, the first control.
+    /// The item that gets the keyboard focus when the sheet appears; null for the first control.
     property Item initialFocusItem: null
     default property alias body: bodyColumn.data
     property alias buttons: buttonRow.data
 
-    /// Return, where no button and no field has used it.
+    /// Return was pressed, and no button or field has handled it.
     signal returnPressed
     signal escapePressed
 
-    /// What had the keyboard before the sheet.
+    /// The item that had the keyboard focus before the sheet was shown.
     property Item opener: null
-    /// Whether the opener showed that it had the keyboard; it shows it again afterwards.
+    /// Whether the opener showed a focus ring, which it then shows again afterwards.
     property bool openerHadRing: false
-    /// Not the dialog's own scale, by which Qt 6.4 moves the dialog out of its place.
+    /// Used instead of the dialog's own scale, with which Qt 6.4 displaces the dialog.
     property real panelScale: 0.96
 
-    // Whole numbers, or the text blurs.
+    // Whole numbers, since text is blurred at fractional positions.
     x: Math.floor((room.width - width) / 2)
     y: Math.floor((room.height - height) / 2)
     implicitWidth: Math.max(minimumSheetWidth,
@@ -61,20 +62,20 @@ T.Dialog {
     opacity: 0
 
     Component.onCompleted: {
-        // A handler would also run while the sheet is made, when it has no window yet.
+        // Connected here, since a signal handler would also run while the sheet is created, before it has a window.
         presentedChanged.connect(() => presented ? appear() : disappear())
         if (presented)
             appear()
     }
 
     function appear() {
-        // A sheet whose host has left its window is about to be destroyed.
+        // Without a window, the sheet's host was removed from it and the sheet is about to be destroyed.
         if (!parent.Window.window)
             return
         opener = parent.Window.activeFocusItem
         openerHadRing = opener?.visualFocus ?? false
         enabled = true
-        // A control that still has the focus from the last time would get the keyboard without a ring.
+        // A control that still has the focus in the scope from the last time would show no focus ring.
         content.focus = false
         open()
         const first = initialFocusItem ?? content.nextItemInFocusChain()
@@ -82,7 +83,7 @@ T.Dialog {
     }
 
     function disappear() {
-        // The dialog itself gives the keyboard back only after its transition, and without the ring.
+        // The dialog itself returns the focus only after its transition, and without a focus ring.
         if (contentItem.parent.focus && opener?.visible && opener.enabled)
             opener.forceActiveFocus(openerHadRing ? Qt.TabFocusReason : Qt.OtherFocusReason)
         close()
@@ -111,7 +112,7 @@ T.Dialog {
         scale: sheet.panelScale
 
         Repeater {
-            // A soft shadow from a few outlines, each in the token's colour.
+            // A soft shadow, drawn as a few nested rectangles in the token's colour.
             model: DesignSystem.shadowModal.radius / 4
 
             Rectangle {
@@ -135,7 +136,7 @@ T.Dialog {
         }
     }
 
-    // A scope, so that the keys still come here when the control that has the keyboard is disabled.
+    // A scope, so that keys are still received here when the control that has the focus is disabled.
     FocusScope {
         id: content
 
@@ -221,7 +222,8 @@ T.Dialog {
         }
     }
 
-    // Qt 6.4 has no Accessible for a dialog, and takes no name from its title once there is a description.
+    // In Qt 6.4 a dialog has no Accessible attached property, and its title is not its accessible name if it has a
+    // description.
     Binding {
         target: sheet.contentItem.parent.Accessible
         property: "name"

@@ -2,7 +2,8 @@
 
 import QtQuick
 
-/// Makes a sheet when it is first presented, and keeps it: the window's start does not pay for sheets nobody opens.
+/// Creates a sheet when it is first presented, and keeps it, so that sheets which are never opened cost no time at
+/// start.
 Item {
     id: loader
 

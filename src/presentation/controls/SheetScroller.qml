@@ -4,7 +4,7 @@ import QtQuick
 import Quillhaven.Design
 import QtQuick.Layouts
 
-/// The part of a sheet that scrolls where there is little room: a column that follows the keyboard.
+/// The part of a sheet that scrolls if the window is low: a column that keeps the focused control in view.
 Flickable {
     id: scroller
 
@@ -26,7 +26,7 @@ Flickable {
         contentY = Math.max(0, Math.min(contentHeight - height, position))
     }
 
-    /// Brings an item of the column into view.
+    /// Scrolls an item of the column into view.
     function reveal(item) {
         let ancestor = item
         while (ancestor && ancestor !== column)

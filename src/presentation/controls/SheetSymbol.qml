@@ -9,11 +9,11 @@ Rectangle {
 
     property string symbol
     property color symbolColor: Colors.primaryAccent
-    /// The sheet shows.
+    /// Whether the sheet is shown.
     property bool showing: false
-    /// Grows into its place when the sheet appears, over 0.6 seconds.
+    /// Grows to its full size when the sheet appears, over 0.6 seconds.
     property bool springsIn: false
-    /// Beats for as long as the sheet shows.
+    /// Pulses while the sheet is shown.
     property bool pulses: false
 
     implicitHeight: implicitWidth

@@ -4,12 +4,12 @@ import QtQuick
 import QtQuick.Controls.Basic
 import Quillhaven.Design
 
-/// A vertical scroll bar that shows for as long as something is out of sight.
+/// A vertical scroll bar that is shown while part of the content is out of view.
 ScrollBar {
     id: bar
 
     policy: size < 1 ? ScrollBar.AlwaysOn : ScrollBar.AlwaysOff
-    // Also among many items it can be taken hold of.
+    // Large enough to be dragged even if there are many items.
     minimumSize: Math.min(1, Spacing.xl / Math.max(1, height))
 
     contentItem: Rectangle {

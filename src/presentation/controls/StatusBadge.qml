@@ -3,7 +3,7 @@
 import QtQuick
 import Quillhaven.Design
 
-/// A small label that says in which state something is.
+/// A small label that names the state of something.
 Rectangle {
     id: badge
 

@@ -3,7 +3,7 @@
 import QtQuick
 import Quillhaven.Design
 
-/// A symbol and a word that say in which state something is.
+/// A symbol and a word that show the state of something.
 Row {
     id: indicator
 

@@ -18,7 +18,7 @@ Item {
     readonly property string colorCode: hexByte(color.a) + hexByte(color.r) + hexByte(color.g) + hexByte(color.b)
 
     readonly property real scaleFactor: Screen.devicePixelRatio
-    /// Drawn in whole pixels of the screen, also where the scale factor is a fraction.
+    /// The size in pixels of the screen, always a whole number even if the scale factor is not.
     readonly property int devicePixels: Math.round(size * scaleFactor)
 
     implicitWidth: size

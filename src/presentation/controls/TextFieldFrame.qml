@@ -3,7 +3,7 @@
 import QtQuick
 import Quillhaven.Design
 
-/// The box around a text that can be typed.
+/// The frame around a text field.
 Rectangle {
     property bool focused: false
     property bool hovered: false

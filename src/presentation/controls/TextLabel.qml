@@ -3,7 +3,7 @@
 import QtQuick
 import Quillhaven.Design
 
-/// A text that is read out as it is drawn.
+/// A text that screen readers read out as it is drawn.
 Text {
     textFormat: Text.PlainText
     color: Colors.textPrimary

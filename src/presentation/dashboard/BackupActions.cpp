@@ -81,7 +81,7 @@ QCoro::Task<> BackupActions::runRecovery(QString masterPassword)
         showRecovered(paths.size());
     } catch (...) {
         closeRecoveryDialog();
-        // A declined folder is reported too: nothing was recovered.
+        // If the user declined to choose a folder, this reports that nothing was recovered.
         m_context.errors.showError(localizedDescription(std::current_exception()));
     }
 }

@@ -13,7 +13,8 @@ namespace quillhaven {
 
 class UserDefaults;
 
-/// Recovery backups from the window: the setting, writing them all, and getting the files back. Main thread only.
+/// The window's operations on recovery backups: the setting, backing up all items, and recovering them. Main thread
+/// only.
 class BackupActions : public QObject
 {
     Q_OBJECT
@@ -27,18 +28,18 @@ class BackupActions : public QObject
 public:
     BackupActions(const DashboardContext &context, UserDefaults &defaults, QObject *parent = nullptr);
 
-    /// Whether there is a place for backups, as it was at the latest `refresh`.
+    /// Whether a folder for backups was available at the latest `refresh`.
     [[nodiscard]] bool isAvailable() const { return m_isAvailable; }
     [[nodiscard]] bool enableiCloudBackup() const;
     void setEnableiCloudBackup(bool value);
     [[nodiscard]] bool isBackingUp() const { return m_isBackingUp; }
-    /// What runs at present; empty when nothing does.
+    /// What is currently running; empty if nothing is.
     [[nodiscard]] QString progressText() const;
     [[nodiscard]] RecoveryDialogManager *recoveryDialogManager() { return &m_recoveryDialogManager; }
 
-    /// Looks for the place of the backups. To be called when something shows the answer, not at every paint.
+    /// Looks for the folder of the backups. Call it when something that shows the result appears, not at every repaint.
     Q_INVOKABLE void refresh();
-    /// "Back Up All Now". Ignored while it runs.
+    /// "Back Up All Now". Ignored while a backup is running.
     Q_INVOKABLE void backUpAll();
     /// "Recover All Files".
     Q_INVOKABLE void showRecoveryDialog();

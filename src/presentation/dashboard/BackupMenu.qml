@@ -8,7 +8,7 @@ import Quillhaven.Controls
 import Quillhaven.Dashboard
 import Quillhaven.Design
 
-/// The recovery backups: the setting, writing them, and getting the files back.
+/// The menu of the recovery backups: the setting, backing up, and recovering files.
 PopMenu {
     id: menu
 

@@ -95,7 +95,7 @@ QCoro::Task<> BulkActions::run(Job job)
     std::exception_ptr failure;
     try {
         const ShownOperation shown(m_progress);
-        // The engine's own check finds the session open then.
+        // This opens the session, so the engine's own check does not ask again.
         if (co_await m_context.masterPasswordManager.requireAuthenticationOrCancel()) {
             const QList<ProtectedItem> due = liveItems(job);
             if (!due.isEmpty()) {
@@ -132,10 +132,10 @@ void BulkActions::performBulkProtect(const QStringList &paths)
         return;
     }
     const auto choice = m_context.dialogs.protectionMethod.ask(QStringLiteral("Protect ") + itemCount(paths.size()));
-    startJob([this, paths, choice] { return goOnWithMethod(paths, choice); });
+    startJob([this, paths, choice] { return continueWithMethod(paths, choice); });
 }
 
-QCoro::Task<> BulkActions::goOnWithMethod(QStringList paths, Answer<ProtectionMethodDialogManager::Choice> choice)
+QCoro::Task<> BulkActions::continueWithMethod(QStringList paths, Answer<ProtectionMethodDialogManager::Choice> choice)
 {
     using Choice = ProtectionMethodDialogManager::Choice;
     switch (co_await choice) {

@@ -23,8 +23,8 @@ namespace quillhaven {
 class BusyItems;
 class FilePanels;
 
-/// What the dashboard does with several items at once, and the sheets for it. Each operation is a job on the main
-/// thread that shows its progress until it ends. Main thread only.
+/// The dashboard's operations on several items at once, and their sheets. Each operation is a job on the main thread
+/// that shows its progress until it ends. Main thread only.
 class BulkActions : public QObject
 {
     Q_OBJECT
@@ -37,12 +37,13 @@ public:
     [[nodiscard]] OperationProgress *progress() { return &m_progress; }
     [[nodiscard]] BulkFilePickerModel *picker() { return &m_picker; }
 
-    /// The selected items that are locked, or unlocked. Without any of them nothing happens, and the selection stays.
+    /// Unlocks the selected items that are locked, or locks those that are unlocked. If there are none, nothing happens
+    /// and the selection is kept.
     Q_INVOKABLE void performBulkUnlock();
     Q_INVOKABLE void performBulkLock();
     /// Asks, then removes the protection of the selected items.
     Q_INVOKABLE void performBulkRemove();
-    /// "Bulk Protect": opens the sheet that gathers the items.
+    /// "Bulk Protect": opens the sheet in which the user chooses the items.
     Q_INVOKABLE void showBulkFilePicker();
     /// Asks how to protect the items.
     void performBulkProtect(const QStringList &paths);
@@ -54,16 +55,17 @@ private:
     struct Job
     {
         QStringList ids;
-        Condition isDue = {}; ///< asked again after the master password, of the records as they are then
+        Condition isDue = {}; ///< checked after the master password was entered, on the current records
         Operation operation = {};
         std::shared_ptr<BusyItems> busy = {};
     };
 
     void start(const QList<ProtectedItem> &items, Condition isDue, Operation operation);
     [[nodiscard]] QCoro::Task<> run(Job job);
-    // What follows each question.
+    // The coroutines that continue after each question.
     [[nodiscard]] QCoro::Task<> removeOnceConfirmed(QList<ProtectedItem> items, Answer<DialogEnd> answer);
-    [[nodiscard]] QCoro::Task<> goOnWithMethod(QStringList paths, Answer<ProtectionMethodDialogManager::Choice> choice);
+    [[nodiscard]] QCoro::Task<> continueWithMethod(QStringList paths,
+                                                   Answer<ProtectionMethodDialogManager::Choice> choice);
     [[nodiscard]] QCoro::Task<> protectOnceConfirmed(QStringList paths, Answer<DialogEnd> answer);
     [[nodiscard]] QCoro::Task<> protectByPassword(QStringList paths, Answer<PasswordInputDialogManager::Reply> reply);
 

@@ -8,7 +8,7 @@ import Quillhaven.Controls
 import Quillhaven.Dashboard
 import Quillhaven.Design
 
-/// What can be done with the selected items.
+/// The operations on the selected items.
 Rectangle {
     id: bar
 

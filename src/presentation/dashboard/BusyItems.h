@@ -6,7 +6,7 @@
 
 namespace quillhaven {
 
-/// Marks the rows of some items busy for as long as it lives, so that no second job of the window begins for one.
+/// Marks the rows of some items as busy during its lifetime, so that the window starts no second job for any of them.
 class BusyItems
 {
 public:

@@ -15,7 +15,7 @@ class ProtectedItemsModel;
 class ProtectionMethodDialogManager;
 class QuillhavenManager;
 
-/// The questions that the dashboard asks through the program's shared dialogs.
+/// The program's shared dialogs, through which the dashboard asks questions.
 struct DashboardDialogs
 {
     ConfirmationDialogManager &confirmation;
@@ -24,7 +24,7 @@ struct DashboardDialogs
     MasterPasswordDialogManager &masterPassword;
 };
 
-/// What the dashboard's actions work on. All of it must outlive them and the jobs that they start.
+/// What the dashboard's actions work on. All of it must outlive the actions and the jobs that they start.
 struct DashboardContext
 {
     QuillhavenManager &quillhavenManager;

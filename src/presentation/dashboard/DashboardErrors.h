@@ -10,7 +10,7 @@
 
 namespace quillhaven {
 
-/// The one route of every failure of the main window to the user.
+/// Reports every failure in the main window to the user.
 class DashboardErrors : public QObject
 {
     Q_OBJECT
@@ -18,12 +18,12 @@ class DashboardErrors : public QObject
 public:
     explicit DashboardErrors(QObject *parent = nullptr);
 
-    /// Shows the failure's sentence; a cancelled authentication is only logged.
+    /// Shows the description of the failure; a cancelled authentication is only logged.
     void report(const std::exception_ptr &failure);
     void showError(const QString &message);
 
     [[nodiscard]] bool showingError() const { return m_dialog.isPresented(); }
-    /// The latest sentence, also after its dialog has closed.
+    /// The latest message, even after its dialog was closed.
     [[nodiscard]] QString errorMessage() const { return m_errorMessage; }
     [[nodiscard]] ErrorDialogManager &dialog() { return m_dialog; }
 

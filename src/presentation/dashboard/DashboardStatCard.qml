@@ -7,7 +7,7 @@ import QtQuick.Layouts
 import Quillhaven.Controls
 import Quillhaven.Design
 
-/// One figure about the list.
+/// A card with one figure about the list.
 Rectangle {
     id: card
 

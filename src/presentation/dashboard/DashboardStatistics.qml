@@ -8,7 +8,7 @@ import Quillhaven.Controls
 import Quillhaven.Dashboard
 import Quillhaven.Design
 
-/// The cards, and the line that says what they count.
+/// The statistics cards, and the line that says what they count.
 ColumnLayout {
     id: statistics
 

@@ -10,7 +10,8 @@ namespace quillhaven {
 class FilteredItemsModel;
 class SearchFilterBarModel;
 
-/// The figures of the cards. They describe every item, or what is shown while a filter is active. Main thread only.
+/// The figures on the statistics cards. They count all items, or the shown ones while a filter is active. Main thread
+/// only.
 class DashboardStatisticsModel : public QObject
 {
     Q_OBJECT

@@ -12,7 +12,7 @@ Item {
     id: view
 
     required property DashboardViewModel dashboard
-    /// Nothing can be dropped under a sheet.
+    /// False while a sheet covers the window: nothing can be dropped then.
     property bool acceptsDrops: true
     readonly property bool hasRoomForDropArea: height >= Metrics.roomyWindow
 
@@ -45,7 +45,7 @@ Item {
                 Layout.fillWidth: true
                 Layout.fillHeight: false
                 isCompact: view.height < Metrics.compactWindow
-                // Where there is little room, the list needs it for what is selected.
+                // In a low window the list needs the room for the toolbar of the selected items.
                 visible: !isCompact || view.dashboard.selection.selectedCount === 0
                 model: view.dashboard.statistics
             }

@@ -24,23 +24,23 @@
 
 namespace quillhaven {
 
-/// The state and the operations of the main window's content. It owns no item: the list is the engine's. Main thread
+/// The state and the operations of the main window's content. It owns no items: the engine owns the list. Main thread
 /// only.
 class DashboardViewModel : public QObject
 {
     Q_OBJECT
     QML_ELEMENT
-    QML_UNCREATABLE("Made by the program")
+    QML_UNCREATABLE("Created in C++")
     // The toolbar
     Q_PROPERTY(QString versionText READ versionText CONSTANT)
     Q_PROPERTY(QString masterPasswordText READ masterPasswordText NOTIFY masterPasswordTextChanged)
     Q_PROPERTY(QString activityText READ activityText NOTIFY activityTextChanged)
-    // The list, what it is narrowed by, what is selected, and the cards
+    // The list, its filters, the selection, and the statistics cards
     Q_PROPERTY(quillhaven::FilteredItemsModel *items READ items CONSTANT)
     Q_PROPERTY(quillhaven::SearchFilterBarModel *filters READ filters CONSTANT)
     Q_PROPERTY(quillhaven::ItemSelection *selection READ selection CONSTANT)
     Q_PROPERTY(quillhaven::DashboardStatisticsModel *statistics READ statistics CONSTANT)
-    // What it starts
+    // The operations
     Q_PROPERTY(quillhaven::ProtectActions *protecting READ protecting CONSTANT)
     Q_PROPERTY(quillhaven::DropActions *dropping READ dropping CONSTANT)
     Q_PROPERTY(quillhaven::ItemActions *itemActions READ itemActions CONSTANT)
@@ -55,10 +55,10 @@ public:
                        QObject *parent = nullptr);
     ~DashboardViewModel() override;
 
-    /// "v" and the application's version, "v1.0" when that is not known.
+    /// "v" and the application's version, or "v1.0" if it is not known.
     [[nodiscard]] QString versionText() const;
     [[nodiscard]] QString masterPasswordText() const;
-    /// What runs at present beside the list: a protection, or else a backup; empty when nothing does.
+    /// Describes what is currently running: a protection, or else a backup. Empty if nothing is.
     [[nodiscard]] QString activityText() const;
 
     [[nodiscard]] bool showingError() const { return m_errors.showingError(); }
@@ -82,10 +82,10 @@ public:
     [[nodiscard]] ShredActions *shredding() { return &m_shredding; }
     [[nodiscard]] BackupActions *backup() { return &m_backup; }
 
-    /// What the file manager's menu asks for: "protect", "unlock", "lock" or "shred" under "action", for what exists at
-    /// "path". Anything else does nothing, and so does locking what is locked.
+    /// Handles a request from the file manager's menu: "action" is "protect", "unlock", "lock" or "shred", "path" the
+    /// file. Any other request is ignored, and so is a request to lock an item that is locked.
     void handleFinderAction(const QVariantMap &userInfo);
-    /// Lets the user choose a master password, the first one or another one.
+    /// Lets the user set or change the master password.
     Q_INVOKABLE void chooseMasterPassword();
 
 Q_SIGNALS:

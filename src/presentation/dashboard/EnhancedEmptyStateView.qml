@@ -7,7 +7,7 @@ import QtQuick.Layouts
 import Quillhaven.Controls
 import Quillhaven.Design
 
-/// What is shown in place of a list without rows.
+/// Shown instead of the list when it has no rows.
 ColumnLayout {
     id: view
 
@@ -15,7 +15,7 @@ ColumnLayout {
         "Start protecting your sensitive files and folders by clicking the 'Protect New Item' button above or by dragging them here."
     ]
     property bool isCompact: false
-    /// Below the text.
+    /// Shown below the text.
     default property alias actions: actionRow.data
 
     spacing: isCompact ? Spacing.xs : Spacing.sm

@@ -8,7 +8,7 @@ import Quillhaven.Controls
 import Quillhaven.Dashboard
 import Quillhaven.Design
 
-/// The head of the window: what the program is, and what it starts.
+/// The toolbar at the top of the window: the program's name and version, and its main actions.
 Rectangle {
     id: toolbar
 

@@ -13,8 +13,8 @@ namespace quillhaven {
 class ProtectedItemsModel;
 class SearchFilterBarModel;
 
-/// The rows that the dashboard's list shows: those that pass the filters, in the chosen order. Rows that compare the
-/// same keep the order of the catalogue. Main thread only.
+/// The rows that the dashboard's list shows: those that pass the filters, in the chosen order. Rows that compare equal
+/// keep the order of the catalogue. Main thread only.
 class FilteredItemsModel : public QSortFilterProxyModel
 {
     Q_OBJECT
@@ -32,21 +32,21 @@ public:
     [[nodiscard]] int count() const { return rowCount(); }
     [[nodiscard]] bool showFilters() const;
     [[nodiscard]] bool hasNoResults() const { return showFilters() && count() == 0; }
-    /// The rows before filters and order.
+    /// The rows before filtering and sorting.
     [[nodiscard]] ProtectedItemsModel &rows() const { return m_rows; }
 
     [[nodiscard]] const ProtectedItem &itemAt(int row) const;
     [[nodiscard]] QList<ProtectedItem> filteredAndSortedItems() const;
-    /// The id of a row's item; empty without such a row.
+    /// The id of a row's item; empty if there is no such row.
     [[nodiscard]] Q_INVOKABLE QString idAt(int row) const;
     /// The row of an item, or -1.
     [[nodiscard]] Q_INVOKABLE int rowOf(const QString &id) const;
 
 Q_SIGNALS:
-    /// After each change of the catalogue, the filters or the order, once the rows show it.
+    /// Emitted after each change of the catalogue, the filters or the order, when the rows are up to date.
     void itemsChanged();
-    /// Around every change of the order of rows that stay; the second from the event loop, when the view has followed.
-    /// The view keeps the keyboard's place by the item's id.
+    /// Emitted before and after the remaining rows change their order; the second from the event loop, when the view is
+    /// up to date. The view uses them to keep the same item current.
     void orderAboutToChange();
     void orderChanged();
 

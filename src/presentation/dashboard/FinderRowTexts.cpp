@@ -12,14 +12,14 @@ namespace quillhaven::finder_row {
 
 namespace {
 
-constexpr int longestWholePath = 40; // in characters
+constexpr int maxPathLength = 40; // in characters
 
 bool containsAnyOf(const QString &text, std::initializer_list<QLatin1String> parts)
 {
     return std::any_of(parts.begin(), parts.end(), [&text](QLatin1String part) { return text.contains(part); });
 }
 
-/// User-perceived characters: an accented letter counts once, however it is encoded.
+/// The number of user-perceived characters: an accented letter counts as one, whatever its encoding.
 qsizetype characterCount(const QString &text)
 {
     QTextBoundaryFinder finder(QTextBoundaryFinder::Grapheme, text);
@@ -62,7 +62,7 @@ QString shortenedPath(const QString &originalPath, const QString &homePath)
         path.replace(homePath, QStringLiteral("~"));
     }
     const QString folder = folderOf(path);
-    if (characterCount(folder) <= longestWholePath) {
+    if (characterCount(folder) <= maxPathLength) {
         return folder;
     }
     const QStringList parts = folder.split(QLatin1Char('/'));

@@ -8,7 +8,7 @@ import QtQuick.Controls.Basic
 import Quillhaven.Controls
 import Quillhaven.Design
 
-/// One protected item and what can be done with it.
+/// A row with a protected item and its actions.
 FocusScope {
     id: row
 
@@ -37,7 +37,7 @@ FocusScope {
     signal duplicate(string id)
     signal shred(string id)
     signal selectionToggle(string id)
-    /// Selects or deselects from outside the selection mode, too.
+    /// Selects or deselects the row, even outside the selection mode.
     signal selectionExtend(string id)
 
     function toggle() {
@@ -56,7 +56,7 @@ FocusScope {
     Accessible.selectable: isInSelectionMode
     Accessible.selected: isSelected
 
-    // The buttons take the keyboard; the row itself has it only while they are disabled.
+    // The buttons get the keyboard focus; the row itself has it only while they are disabled.
     Keys.onReturnPressed: toggle()
     Keys.onEnterPressed: toggle()
 

@@ -51,7 +51,7 @@ QCoro::Task<> ItemActions::toggleLock(QString id, bool wasMounted)
     if (!co_await m_context.masterPasswordManager.requireAuthenticationOrCancel()) {
         co_return;
     }
-    // Something else may have locked or unlocked it meanwhile, and locking a locked item destroys its data.
+    // Another operation may have locked or unlocked the item meanwhile; the user's request is then out of date.
     const std::optional<ProtectedItem> item = idleItem(id);
     if (!item || item->isMounted != wasMounted) {
         co_return;

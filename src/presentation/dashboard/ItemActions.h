@@ -20,9 +20,9 @@ class Clock;
 class RunningTimer;
 struct ProtectedItem;
 
-/// What the dashboard does with one protected item. Each operation is a job on the main thread that passes the master
-/// password's guard first; its failure reaches the user through `DashboardErrors`. One that touches the item's files
-/// is ignored while the item is busy. Main thread only.
+/// The dashboard's operations on one protected item. Each is a job on the main thread that passes the master password's
+/// guard first, and reports a failure through `DashboardErrors`. An operation that touches the item's files is ignored
+/// while the item is busy. Main thread only.
 class ItemActions : public QObject
 {
     Q_OBJECT
@@ -30,7 +30,7 @@ class ItemActions : public QObject
     QML_UNCREATABLE("Part of the dashboard")
 
 public:
-    /// What the context refers to, the bulk actions and the clock must outlive this object and its jobs.
+    /// The objects that the context refers to, the bulk actions and the clock must outlive this object and its jobs.
     ItemActions(const DashboardContext &context, BulkActions &bulk, Clock &clock, QObject *parent = nullptr);
     ~ItemActions() override;
 
@@ -38,12 +38,12 @@ public:
 
     /// Locks an unlocked item and unlocks a locked one.
     Q_INVOKABLE void onToggleLock(const QString &id);
-    /// The same for the item of this original path when it is in that state. Without one, nothing happens.
+    /// Does the same for the item with this original path if it is in that state. Otherwise nothing happens.
     void toggleLockAt(const QString &path, bool isMounted);
     /// Asks, then removes the item's protection.
     Q_INVOKABLE void askToRemove(const QString &id);
     void onRemove(const QString &id);
-    /// The list's delete gesture: removes the protection of the rows, without a question.
+    /// The list's delete gesture: removes the protection of the rows without asking.
     void deleteFilteredItems(const QList<int> &offsets);
     /// The delete key on a row: asks about the selected items, or else removes the protection of the row's item.
     Q_INVOKABLE void onDelete(int row);
@@ -51,7 +51,7 @@ public:
     Q_INVOKABLE void duplicateAsEncryptedCopy(const QString &id);
 
 private:
-    /// The record as it is now, unless the item is busy.
+    /// The current record, unless the item is busy.
     [[nodiscard]] std::optional<ProtectedItem> idleItem(const QString &id) const;
     [[nodiscard]] QCoro::Task<> toggleLock(QString id, bool wasMounted);
     [[nodiscard]] QCoro::Task<> remove(QString id);
@@ -61,7 +61,7 @@ private:
     BulkActions &m_bulk;
     Clock &m_clock;
     RemoveProtectionDialogManager m_removeDialogManager;
-    std::vector<std::unique_ptr<RunningTimer>> m_copyTimers; ///< spent ones stay until none runs
+    std::vector<std::unique_ptr<RunningTimer>> m_copyTimers; ///< expired ones are kept until none is running
     size_t m_runningCopyTimers = 0;
 };
 

@@ -12,8 +12,8 @@ namespace quillhaven {
 
 class FilteredItemsModel;
 
-/// Which items the user has picked. The set of ids is not tied to what the list shows at the moment: an id that a
-/// filter hides stays in it, counts, and is left out of what is done with the selection.
+/// The items that the user has selected. An item that a filter hides stays selected and is counted, but operations on
+/// the selection leave it out.
 class ItemSelection : public QObject
 {
     Q_OBJECT
@@ -27,16 +27,16 @@ class ItemSelection : public QObject
     Q_PROPERTY(QString selectAllText READ selectAllText NOTIFY changed)
 
 public:
-    /// `items` is what the list shows, in its order. It must outlive this object.
+    /// `items` are the rows of the list, in its order. They must outlive this object.
     explicit ItemSelection(const FilteredItemsModel &items, QObject *parent = nullptr);
 
     [[nodiscard]] bool isInSelectionMode() const { return m_isInSelectionMode; }
     [[nodiscard]] const QSet<QString> &selectedItems() const { return m_selectedItems; }
-    /// Hidden ids included.
+    /// Includes hidden items.
     [[nodiscard]] int selectedCount() const { return static_cast<int>(m_selectedItems.size()); }
     /// The selected items that the list shows, in its order.
     [[nodiscard]] QList<ProtectedItem> getSelectedItems() const;
-    /// The same, the locked ones or the unlocked ones alone.
+    /// The same, but only the unlocked or only the locked ones.
     [[nodiscard]] QList<ProtectedItem> getSelectedItems(bool isMounted) const;
     [[nodiscard]] int canUnlockCount() const { return m_canUnlockCount; }
     [[nodiscard]] int canLockCount() const { return m_canLockCount; }
@@ -44,26 +44,26 @@ public:
     [[nodiscard]] QString modeText() const;
     [[nodiscard]] QString selectAllText() const;
 
-    /// "Select" and "Done": leaving the mode empties the selection.
+    /// "Select" and "Done": leaving the mode clears the selection.
     Q_INVOKABLE void toggleSelectionMode();
-    /// "Select All" and "Deselect All": decided by the counts alone.
+    /// "Select All" and "Deselect All": which one it is depends only on the counts.
     Q_INVOKABLE void toggleSelectAll();
     Q_INVOKABLE void onSelectionToggle(const QString &id);
-    /// The same outside the mode too, which it enters.
+    /// The same, but enters the selection mode first if necessary.
     Q_INVOKABLE void extendSelection(const QString &id);
-    /// Enters the mode with everything selected that the list shows.
+    /// Enters the selection mode and selects all items that the list shows.
     Q_INVOKABLE void selectAll();
     Q_INVOKABLE void clearSelection();
 
 Q_SIGNALS:
-    /// The selection, the mode, or what the list shows of the selection.
+    /// The selection changed, or the mode, or which selected items the list shows.
     void changed();
 
 private:
     void setSelectedItems(const QSet<QString> &ids);
     [[nodiscard]] bool isEverythingSelected() const;
     [[nodiscard]] QSet<QString> shownIds() const;
-    /// Counts what can be done with the selection, and publishes.
+    /// Updates the counts and emits `changed`.
     void update();
 
     const FilteredItemsModel &m_items;

@@ -8,7 +8,7 @@ import Quillhaven.Controls
 import Quillhaven.Dashboard
 import Quillhaven.Design
 
-/// The row over the list: what narrows it, and how its items are selected.
+/// The row above the list: the filters, and the selection mode.
 RowLayout {
     id: controls
 

@@ -14,7 +14,7 @@
 
 namespace quillhaven {
 
-/// Names an item under the toolbar for as long as it lives.
+/// Shows an item's name under the toolbar during its lifetime.
 class ProtectActions::ProtectingName
 {
 public:

@@ -25,16 +25,16 @@ class ProtectActions : public QObject
     Q_PROPERTY(bool showingFilePicker READ showingFilePicker NOTIFY showingFilePickerChanged)
 
 public:
-    /// What the context refers to, the bulk actions and the panels must outlive this object and its jobs.
+    /// The objects that the context refers to, the bulk actions and the panels must outlive this object and its jobs.
     ProtectActions(const DashboardContext &context, BulkActions &bulk, FilePanels &panels, QObject *parent = nullptr);
 
     [[nodiscard]] bool showingFilePicker() const { return m_showingFilePicker; }
-    /// Names what is being protected at present; empty when nothing is.
+    /// Names what is currently being protected; empty if nothing is.
     [[nodiscard]] QString protectingText() const;
 
     /// "Protect New Item": lets the user choose, then asks how to protect it. Ignored while the panel is open.
     Q_INVOKABLE void protectNewItem();
-    /// Asks how to protect the item, or says why it cannot be protected.
+    /// Asks how to protect the item, or reports why it cannot be protected.
     void handleFileSelection(const QString &path);
     void showProtectionDialog(const QString &path);
     void showPasswordDialog(const QString &path, bool useTouchID);
@@ -55,7 +55,7 @@ private:
     BulkActions &m_bulk;
     FilePanels &m_panels;
     bool m_showingFilePicker = false;
-    QStringList m_protectingNames; ///< in the order in which their jobs began
+    QStringList m_protectingNames; ///< in the order in which their jobs started
 };
 
 } // namespace quillhaven

@@ -9,7 +9,7 @@ import Quillhaven.Controls
 import Quillhaven.Dashboard
 import Quillhaven.Design
 
-/// The list of the items, or what stands in its place.
+/// The list of the items, or a text if it is empty.
 Rectangle {
     id: area
 
@@ -17,9 +17,9 @@ Rectangle {
     readonly property ItemSelection selection: dashboard.selection
     readonly property bool isEmpty: dashboard.items.count === 0
 
-    /// Gives the keyboard to the current row, if there is one.
+    /// Gives the keyboard focus to the current row, if there is one.
     function takeFocus() {
-        list.forceLayout() // a search may have changed the rows a moment ago
+        list.forceLayout() // a search may just have changed the rows
         list.currentItem?.forceActiveFocus(Qt.TabFocusReason)
     }
 
@@ -103,7 +103,7 @@ Rectangle {
 
             property string keptId
 
-            // A change of the order leaves the keyboard on the same item.
+            // After a change of the order, the same item is the current one.
             function keepPlace() {
                 if (keptId === "")
                     return
@@ -119,7 +119,7 @@ Rectangle {
 
             ScrollBar.vertical: SlimScrollBar { }
 
-            // The keyboard's place follows the current row, also when the row before it went away.
+            // The keyboard focus follows the current row, even when the focused row was removed.
             onCurrentItemChanged: if (activeFocus && currentItem) currentItem.forceActiveFocus(Qt.OtherFocusReason)
             Keys.onPressed: (event) => {
                 const page = Math.max(1, Math.floor(height / (currentItem?.height ?? height)) - 1)

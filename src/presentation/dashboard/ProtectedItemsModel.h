@@ -11,8 +11,8 @@ namespace quillhaven {
 
 class ItemCatalogue;
 
-/// A row for each record of the catalogue, in its order, and what the window marks a row with. A change of one record
-/// is a change of one row. Main thread only.
+/// Has a row for each record of the catalogue, in its order, with the window's marks for it. A change of one record
+/// changes one row. Main thread only.
 class ProtectedItemsModel : public QAbstractListModel
 {
     Q_OBJECT
@@ -29,8 +29,8 @@ public:
         ToggleLockIconRole,
         AccessibleTextRole,
         AccessibleDescriptionRole,
-        IsBusyRole,             ///< a job of this window runs for the item, or an operation of the engine touches it
-        ShowingCopySuccessRole, ///< its path was copied just now
+        IsBusyRole,             ///< a job of this window or an operation of the engine works on the item
+        ShowingCopySuccessRole, ///< its path has just been copied
         IsSelectedRole,
     };
 
@@ -51,11 +51,11 @@ public:
     [[nodiscard]] bool isMarkedBusy(const QString &id) const { return m_busy.contains(id); }
     void setBusy(const QSet<QString> &ids, bool value);
     void setShowingCopySuccess(const QString &id, bool value);
-    /// Which rows are marked as selected; ids without a row are kept for when they have one.
+    /// Sets which rows are marked as selected. Ids without a row are kept, in case they get one.
     void setSelected(const QSet<QString> &ids);
 
 Q_SIGNALS:
-    /// After each change of the catalogue, once the rows show it.
+    /// Emitted after each change of the catalogue, when the rows are up to date.
     void itemsChanged();
 
 private:
@@ -64,12 +64,12 @@ private:
     void removeItem(const QString &id);
     void reload();
     void setFlag(QSet<QString> &flagged, const QSet<QString> &ids, bool value, const QList<int> &roles);
-    /// Publishes the rows from the first of the items to the last.
+    /// Emits `dataChanged` for the rows from the first of the items to the last.
     void publish(const QSet<QString> &ids, const QList<int> &roles);
 
     const ItemCatalogue &m_catalogue;
     QString m_homePath;
-    QList<ProtectedItem> m_items; ///< its own copy: the catalogue says what has changed, not what is about to
+    QList<ProtectedItem> m_items; ///< a copy, since the catalogue signals changes only after making them
     QSet<QString> m_busy;
     QSet<QString> m_copied;
     QSet<QString> m_selected;

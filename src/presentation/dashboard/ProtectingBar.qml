@@ -7,7 +7,7 @@ import QtQuick.Layouts
 import QtQuick.Controls.Basic
 import Quillhaven.Design
 
-/// Says under the toolbar what is being protected; it takes no room while `text` is empty.
+/// Shows under the toolbar what is being protected. It takes no room while `text` is empty.
 Rectangle {
     id: bar
 

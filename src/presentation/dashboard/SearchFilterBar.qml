@@ -8,19 +8,19 @@ import Quillhaven.Controls
 import Quillhaven.Dashboard
 import Quillhaven.Design
 
-/// What the list is narrowed by, and its order.
+/// The list's search field, its filters and its order.
 GridLayout {
     id: bar
 
     required property SearchFilterBarModel filters
     required property bool showFilters
     required property bool hasNoResults
-    readonly property real widestSearch: Metrics.searchWidth
+    readonly property real maximumSearchWidth: Metrics.searchWidth
 
-    /// The keyboard goes on from the search to what it found.
+    /// The user wants to move the focus from the search field to the results.
     signal listWanted
 
-    /// Chooses a case of an enumeration by its label.
+    /// A picker for the values of an enumeration, by their labels.
     component FilterPicker: PopPicker {
         id: picker
 
@@ -33,7 +33,7 @@ GridLayout {
         onSelected: (option) => picker.chosen(options.indexOf(option))
     }
 
-    columns: width < widestSearch + pickers.implicitWidth + badge.implicitWidth + 2 * Spacing.xl ? 1 : 2
+    columns: width < maximumSearchWidth + pickers.implicitWidth + badge.implicitWidth + 2 * Spacing.xl ? 1 : 2
     columnSpacing: Spacing.lg
     rowSpacing: Spacing.sm
 
@@ -50,7 +50,7 @@ GridLayout {
             id: search
 
             Layout.fillWidth: true
-            Layout.maximumWidth: bar.columns === 1 ? -1 : bar.widestSearch
+            Layout.maximumWidth: bar.columns === 1 ? -1 : bar.maximumSearchWidth
             placeholderText: "Search items"
             text: bar.filters.searchText
             Keys.onDownPressed: bar.listWanted()

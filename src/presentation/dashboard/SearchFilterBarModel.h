@@ -10,7 +10,7 @@ namespace quillhaven {
 
 struct ProtectedItem;
 
-/// What the search and filter bar narrows the list by, and the order of what is left. Main thread only.
+/// The search text, the filters and the order that the search and filter bar sets. Main thread only.
 class SearchFilterBarModel : public QObject
 {
     Q_OBJECT
@@ -23,7 +23,7 @@ class SearchFilterBarModel : public QObject
     Q_PROPERTY(SortOption sortOption READ sortOption WRITE setSortOption NOTIFY sortOptionChanged)
     Q_PROPERTY(bool hasActiveFilters READ hasActiveFilters NOTIFY filtersChanged)
     Q_PROPERTY(QString adaptiveCTAText READ getAdaptiveCTAText NOTIFY filtersChanged)
-    // The labels of the cases of each enumeration, in its order
+    // The labels of the values of each enumeration, in the order of the values
     Q_PROPERTY(QList<QString> statusFilters READ statusFilters CONSTANT)
     Q_PROPERTY(QList<QString> authFilters READ authFilters CONSTANT)
     Q_PROPERTY(QList<QString> typeFilters READ typeFilters CONSTANT)
@@ -41,7 +41,7 @@ public:
 
     explicit SearchFilterBarModel(QObject *parent = nullptr);
 
-    /// As typed: a lone space is a search.
+    /// Exactly as typed: even a single space is a search text.
     [[nodiscard]] QString searchText() const { return m_filters.searchText; }
     [[nodiscard]] StatusFilter statusFilter() const { return m_filters.status; }
     [[nodiscard]] AuthFilter authFilter() const { return m_filters.auth; }
@@ -53,11 +53,11 @@ public:
     void setTypeFilter(TypeFilter value);
     void setSortOption(SortOption value);
 
-    /// Whether anything narrows the list; the order does not count.
+    /// Whether a search text or a filter is set.
     [[nodiscard]] bool hasActiveFilters() const { return m_filters != Filters(); }
-    /// The label of the button that lifts what narrows the list.
+    /// The label of the button that clears the search text and the filters.
     [[nodiscard]] QString getAdaptiveCTAText() const;
-    /// Lifts what narrows the list; the order stays.
+    /// Clears the search text and the filters, but not the order.
     Q_INVOKABLE void clearAllFilters();
     [[nodiscard]] bool passes(const ProtectedItem &item) const;
 

@@ -93,7 +93,7 @@ QCoro::Task<> ShredActions::run()
     } catch (...) {
         failure = std::current_exception();
     }
-    // What another question has put there meanwhile waits for its own answer.
+    // If they differ, another question has replaced them meanwhile and still waits for its answer.
     const bool isUnchanged = m_itemsToShred == paths && m_protectedItemsToShred == items;
     if (!isCancelled && isUnchanged) {
         forgetAll();

@@ -15,7 +15,7 @@
 
 namespace quillhaven {
 
-/// The dashboard's way to the destruction of items: what waits for it, the question, and the job. Main thread only.
+/// Shreds items for the dashboard: the items to be shredded, the confirmation, and the job. Main thread only.
 class ShredActions : public QObject
 {
     Q_OBJECT
@@ -27,16 +27,16 @@ public:
 
     [[nodiscard]] ShredConfirmationDialogModel *confirmation() { return &m_confirmation; }
     [[nodiscard]] OperationProgress *progress() { return &m_progress; }
-    /// Paths outside the catalogue. They wait in vain while protected items wait too.
+    /// Paths outside the catalogue. They are not shredded if there are also protected items to shred.
     [[nodiscard]] QStringList itemsToShred() const { return m_itemsToShred; }
     [[nodiscard]] QList<ProtectedItem> protectedItemsToShred() const { return m_protectedItemsToShred; }
 
-    /// Each asks before anything is destroyed. Ignored for an item that a job of this window works on.
+    /// Both ask before anything is destroyed. Ignored for an item that a job of this window is working on.
     Q_INVOKABLE void onShred(const QString &id);
     Q_INVOKABLE void performBulkShred();
-    /// An item of the catalogue by its original path, else whatever stands at the path.
+    /// Shreds the item of the catalogue with this original path, or else the file or folder at the path.
     void handleShredAction(const QString &path);
-    /// Destroys what waits.
+    /// Destroys the items that were confirmed.
     void performShredOperation();
 
 private:
@@ -44,7 +44,7 @@ private:
     void forgetAll();
     [[nodiscard]] QCoro::Task<> run();
     [[nodiscard]] QCoro::Task<> shred(ProgressCallback progressCallback);
-    /// The waiting items as the catalogue has them now.
+    /// The current records of the protected items to shred.
     [[nodiscard]] QList<ProtectedItem> liveItems() const;
 
     DashboardContext m_context;

@@ -13,28 +13,28 @@ namespace quillhaven {
 
 class FilePanels;
 
-/// The model of the sheet that gathers items to protect at once. The list only ever holds items that can be protected,
-/// each once, in the order in which they were chosen.
+/// The model of the sheet in which the user chooses items to protect in one run. The list contains only items that can
+/// be protected, each once, in the order in which they were chosen.
 class BulkFilePickerModel : public quillhaven::DialogModel
 {
     Q_OBJECT
     QML_ELEMENT
-    QML_UNCREATABLE("Made by the program")
+    QML_UNCREATABLE("Created in C++")
     Q_PROPERTY(bool showingFilePicker READ showingFilePicker NOTIFY showingFilePickerChanged)
     Q_PROPERTY(QVariantList entries READ entries NOTIFY entriesChanged)
     Q_PROPERTY(int count READ count NOTIFY entriesChanged)
     Q_PROPERTY(bool canProtect READ canProtect NOTIFY entriesChanged)
 
 public:
-    /// Those of the paths that can be protected, in their order, each file once.
+    /// Returns those of the paths that can be protected, in their order, each file once.
     using ProtectablePaths = std::function<QStringList(const QStringList &paths)>;
 
     BulkFilePickerModel(FilePanels &panels, ProtectablePaths protectablePaths, QObject *parent = nullptr);
 
-    /// The open panel is up.
+    /// Whether the open panel is shown.
     [[nodiscard]] bool showingFilePicker() const { return m_showingFilePicker; }
     [[nodiscard]] QStringList selectedURLs() const { return m_selectedURLs; }
-    /// The same for a view: each has a `path`, a `name` and `isFolder`.
+    /// The same for a view: each entry has a `path`, a `name` and `isFolder`.
     [[nodiscard]] QVariantList entries() const;
     [[nodiscard]] int count() const { return static_cast<int>(m_selectedURLs.size()); }
     [[nodiscard]] bool canProtect() const { return !m_selectedURLs.isEmpty(); }
@@ -43,12 +43,12 @@ public:
     void show();
     /// "Select Files & Folders": lets the user choose. Ignored while the panel is open.
     Q_INVOKABLE void selectFiles();
-    /// Adds what can be protected and is not listed yet; the rest is left out without a message.
+    /// Adds the paths that can be protected and are not listed yet; the others are ignored without a message.
     void handleFileSelection(const QStringList &paths);
     Q_INVOKABLE void remove(const QString &path);
     Q_INVOKABLE void clearAll();
     Q_INVOKABLE void cancel();
-    /// Closes, then hands the list over. Nothing while it is empty.
+    /// Closes the sheet, then passes the list to `onFilesSelected`. Does nothing if the list is empty.
     Q_INVOKABLE void protect();
 
     std::function<void(const QStringList &paths)> onFilesSelected;

@@ -9,7 +9,7 @@ import Quillhaven.Controls
 import Quillhaven.Design
 import Quillhaven.Dialogs
 
-/// Gathers files and folders to protect at once.
+/// Lets the user choose files and folders to protect in one run.
 Sheet {
     id: sheet
 

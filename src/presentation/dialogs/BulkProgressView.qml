@@ -8,7 +8,7 @@ import Quillhaven.Controls
 import Quillhaven.Design
 import Quillhaven.Dialogs
 
-/// Shows how far an operation on several items has come. Leaving it does not stop the operation.
+/// Shows the progress of an operation on several items. Closing it does not stop the operation.
 Sheet {
     id: sheet
 

@@ -14,7 +14,7 @@ class ConfirmationDialogManager : public quillhaven::TitledDialogModel
 {
     Q_OBJECT
     QML_ELEMENT
-    QML_UNCREATABLE("Made by the program")
+    QML_UNCREATABLE("Created in C++")
     Q_PROPERTY(QString confirmTitle READ confirmTitle NOTIFY buttonsChanged)
     Q_PROPERTY(QString cancelTitle READ cancelTitle NOTIFY buttonsChanged)
     Q_PROPERTY(bool isDestructive READ isDestructive NOTIFY buttonsChanged)
@@ -33,7 +33,7 @@ public:
 
     explicit ConfirmationDialogManager(QObject *parent = nullptr) : TitledDialogModel(parent) {}
 
-    /// Defined by the program alone.
+    /// Defined in the program only.
     static ConfirmationDialogManager &shared();
 
     [[nodiscard]] QString confirmTitle() const { return m_confirmTitle; }
@@ -46,13 +46,13 @@ public:
     void setIsDestructive(bool value);
     void setShowCancelButton(bool value);
 
-    /// Fills every field from the question and presents the dialog. Without actions it is a statement.
+    /// Sets every field from the question and presents the dialog. Without actions the dialog is only a message.
     void show(const Question &question, std::function<void()> confirmAction = {},
               std::function<void()> cancelAction = {});
-    /// The same for a coroutine, which awaits how the question ended.
+    /// The same for a coroutine, which awaits the outcome.
     [[nodiscard]] Answer<DialogEnd> ask(const Question &question);
 
-    /// The buttons: close the dialog first, then call the stored action, if there is one.
+    /// The buttons. Both close the dialog first, then call the stored action, if there is one.
     Q_INVOKABLE void confirm();
     Q_INVOKABLE void cancel();
 

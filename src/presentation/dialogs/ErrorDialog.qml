@@ -8,7 +8,7 @@ import Quillhaven.Controls
 import Quillhaven.Design
 import Quillhaven.Dialogs
 
-/// One error, with a hint where its words call for one.
+/// An error message, with a hint if there is one for its text.
 Sheet {
     id: dialog
 

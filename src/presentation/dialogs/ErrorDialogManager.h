@@ -11,7 +11,7 @@ namespace quillhaven {
 
 class ConfirmationDialogManager;
 
-/// The model of the error dialog: one sentence, and a hint found by the words of the sentence alone.
+/// The model of the error dialog: a message, and a hint that is found by the words of the message.
 class ErrorDialogManager : public quillhaven::DialogModel
 {
     Q_OBJECT
@@ -35,15 +35,16 @@ public:
     [[nodiscard]] bool showTroubleshooting() const { return m_troubleshooting.isFound; }
     [[nodiscard]] QString troubleshootingMessage() const { return m_troubleshooting.hint; }
 
-    /// Stores the sentence, the title and the hint that its words call for, then presents the dialog.
+    /// Stores the message, the title and the hint for the message, then presents the dialog.
     void showErrorWithAutoTroubleshooting(const QString &message, const QString &title);
-    /// Closes the dialog and empties its fields.
+    /// Closes the dialog and clears its fields.
     Q_INVOKABLE void hideError();
-    /// The hint of the first row of words that the sentence holds one of. The order of the rows counts.
+    /// The hint of the first row of the table that has one of its words in the message. The order of the rows matters.
     [[nodiscard]] static TroubleshootingInfo detectTroubleshootingInfo(const QString &message);
-    /// The shorter rule of a row's own error sheet: the hint of the first row for two of its words, else nothing.
+    /// The rule for the error sheet of a single row: the hint of the table's first row for two of its words, else
+    /// nothing.
     [[nodiscard]] Q_INVOKABLE static QString permissionHint(const QString &message);
-    /// Puts the hint into a confirmation dialog and presents that. Its second button stays blank.
+    /// Presents the hint in a confirmation dialog. The dialog's second button has no text.
     void showDefaultTroubleshooting(ConfirmationDialogManager *confirmation) const;
 
 Q_SIGNALS:

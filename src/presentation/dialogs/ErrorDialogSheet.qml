@@ -8,7 +8,7 @@ import Quillhaven.Controls
 import Quillhaven.Design
 import Quillhaven.Dialogs
 
-/// The smaller error dialog of one row, with one hint. The opener shows it by `presented`.
+/// The smaller error dialog for a single row, with one hint. Its owner shows it by setting `presented`.
 Sheet {
     id: dialog
 

@@ -7,7 +7,7 @@ import QtQuick.Layouts
 import Quillhaven.Controls
 import Quillhaven.Design
 
-/// One short statement with a symbol in front.
+/// A short statement after a symbol.
 RowLayout {
     id: row
 

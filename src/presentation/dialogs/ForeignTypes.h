@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// The models below this library, by the names that the dialogs' QML has for them.
+// Registers the models of the libraries below this one under the names that the dialogs' QML uses.
 
 #pragma once
 
@@ -18,7 +18,7 @@ struct ForeignDialogModel
     Q_GADGET
     QML_FOREIGN(quillhaven::DialogModel)
     QML_NAMED_ELEMENT(DialogModel)
-    QML_UNCREATABLE("Made by the program")
+    QML_UNCREATABLE("Created in C++")
 };
 
 struct ForeignTitledDialogModel
@@ -26,7 +26,7 @@ struct ForeignTitledDialogModel
     Q_GADGET
     QML_FOREIGN(quillhaven::TitledDialogModel)
     QML_NAMED_ELEMENT(TitledDialogModel)
-    QML_UNCREATABLE("Made by the program")
+    QML_UNCREATABLE("Created in C++")
 };
 
 struct ForeignMasterPasswordDialogManager
@@ -34,7 +34,7 @@ struct ForeignMasterPasswordDialogManager
     Q_GADGET
     QML_FOREIGN(quillhaven::MasterPasswordDialogManager)
     QML_NAMED_ELEMENT(MasterPasswordDialogManager)
-    QML_UNCREATABLE("Made by the program")
+    QML_UNCREATABLE("Created in C++")
 };
 
 struct ForeignPasswordInputDialogManager
@@ -42,7 +42,7 @@ struct ForeignPasswordInputDialogManager
     Q_GADGET
     QML_FOREIGN(quillhaven::PasswordInputDialogManager)
     QML_NAMED_ELEMENT(PasswordInputDialogManager)
-    QML_UNCREATABLE("Made by the program")
+    QML_UNCREATABLE("Created in C++")
 };
 
 struct ForeignPasswordInputDialogModel
@@ -50,7 +50,7 @@ struct ForeignPasswordInputDialogModel
     Q_GADGET
     QML_FOREIGN(quillhaven::PasswordInputDialogModel)
     QML_NAMED_ELEMENT(PasswordInputDialogModel)
-    QML_UNCREATABLE("Made by the program")
+    QML_UNCREATABLE("Created in C++")
 };
 
 struct ForeignBiometricAuthenticator
@@ -58,7 +58,7 @@ struct ForeignBiometricAuthenticator
     Q_GADGET
     QML_FOREIGN(quillhaven::BiometricAuthenticator)
     QML_NAMED_ELEMENT(BiometricAuthenticator)
-    QML_UNCREATABLE("Made by the program")
+    QML_UNCREATABLE("Created in C++")
 };
 
 } // namespace quillhaven

@@ -7,10 +7,10 @@ import QtQuick.Layouts
 import Quillhaven.Controls
 import Quillhaven.Design
 
-/// What is wrong with what was typed.
+/// Says what is wrong with the input.
 TextLabel {
     Layout.fillWidth: true
-    Layout.preferredWidth: 1 // it wraps, and leaves the width of the sheet to the fields
+    Layout.preferredWidth: 1 // the text wraps, so that only the fields determine the width of the sheet
     visible: text !== ""
     font: Typography.settingDescription
     color: Colors.error

@@ -10,12 +10,12 @@
 
 namespace quillhaven {
 
-/// The model of a progress sheet: what a long operation does at present, and how much of it is done.
+/// The model of a progress sheet: what a long operation is doing, and how much of it is done.
 class OperationProgress : public QObject
 {
     Q_OBJECT
     QML_ELEMENT
-    QML_UNCREATABLE("Made by the program")
+    QML_UNCREATABLE("Created in C++")
     Q_PROPERTY(bool isPresented READ isPresented NOTIFY changed)
     Q_PROPERTY(QString message READ message NOTIFY changed)
     Q_PROPERTY(double progress READ progress NOTIFY changed)
@@ -28,16 +28,16 @@ public:
     [[nodiscard]] QString message() const { return m_message; }
     /// From 0 to 1.
     [[nodiscard]] double progress() const { return m_progress; }
-    /// The same in percent, cut and not rounded.
+    /// The same in percent, rounded down.
     [[nodiscard]] int percent() const;
 
-    /// Presents the sheet for an operation that begins, whose number among all that have begun it returns.
+    /// Presents the sheet for an operation that is starting. Returns the number of the operation.
     int show();
-    /// Whether no other operation has begun since that one.
+    /// Whether no other operation has started after this one.
     [[nodiscard]] bool isLatest(int operation) const { return operation == m_latest; }
-    /// Closes the sheet; the operation runs on. A later report does not present it again.
+    /// Closes the sheet; the operation continues. A later report does not present it again.
     Q_INVOKABLE void hide();
-    /// Takes what the operation reports. A fraction that is no number counts as nothing done.
+    /// Shows what the operation reports. A NaN is shown as 0.
     void report(const QString &message, double progress);
 
 Q_SIGNALS:
@@ -50,8 +50,8 @@ private:
     int m_latest = 0;
 };
 
-/// An operation that the sheet shows while this lives. Closed by the user, the sheet may be another operation's by the
-/// end of this one: then neither its reports nor its end touch it.
+/// Shows an operation in the sheet during its lifetime. If the sheet shows a later operation meanwhile, neither the
+/// reports of this one nor its end change the sheet.
 class ShownOperation
 {
 public:
@@ -65,7 +65,7 @@ public:
     ShownOperation(const ShownOperation &) = delete;
     ShownOperation &operator=(const ShownOperation &) = delete;
 
-    /// Takes what the operation reports.
+    /// Receives what the operation reports.
     [[nodiscard]] std::function<void(const QString &message, double progress)> callback() const
     {
         return [&progress = m_progress, number = m_number](const QString &message, double fraction) {

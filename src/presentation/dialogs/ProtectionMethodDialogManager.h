@@ -14,7 +14,7 @@ class ProtectionMethodDialogManager : public quillhaven::DialogModel
 {
     Q_OBJECT
     QML_ELEMENT
-    QML_UNCREATABLE("Made by the program")
+    QML_UNCREATABLE("Created in C++")
     Q_PROPERTY(QString title READ title WRITE setTitle NOTIFY titleChanged)
 
 public:
@@ -22,16 +22,16 @@ public:
 
     explicit ProtectionMethodDialogManager(QObject *parent = nullptr) : DialogModel(parent) {}
 
-    /// Defined by the program alone.
+    /// Defined in the program only.
     static ProtectionMethodDialogManager &shared();
 
     [[nodiscard]] QString title() const { return m_title; }
     void setTitle(const QString &value);
 
-    /// Presents the dialog under this title; a coroutine awaits what was chosen.
+    /// Presents the dialog with this title; a coroutine awaits the choice.
     [[nodiscard]] Answer<Choice> ask(const QString &title);
 
-    /// The two cards and the cancel button: close the dialog first, then call the stored action, if there is one.
+    /// The two cards and the cancel button. They close the dialog first, then call the stored action, if there is one.
     Q_INVOKABLE void choosePasswordProtection();
     Q_INVOKABLE void chooseTouchIDProtection();
     Q_INVOKABLE void cancel();

@@ -10,12 +10,12 @@
 namespace quillhaven {
 
 /// The model of the dialog that asks for the master password before all files are recovered from their backups. It
-/// stays on the screen while the recovery runs; the code that runs it closes the dialog.
+/// remains open during the recovery; the code that runs the recovery closes it.
 class RecoveryDialogManager : public quillhaven::DialogModel
 {
     Q_OBJECT
     QML_ELEMENT
-    QML_UNCREATABLE("Made by the program")
+    QML_UNCREATABLE("Created in C++")
     Q_PROPERTY(bool isRecovering READ isRecovering WRITE setIsRecovering NOTIFY isRecoveringChanged)
     Q_PROPERTY(QString recoverTitle READ recoverTitle NOTIFY isRecoveringChanged)
 
@@ -27,10 +27,10 @@ public:
     [[nodiscard]] QString recoverTitle() const;
     void setIsRecovering(bool value);
 
-    /// Stores the two, then presents the dialog, at rest.
+    /// Stores the actions, then presents the dialog, with `isRecovering` false.
     void show(std::function<void(const QString &masterPassword)> recoverAction, std::function<void()> cancelAction);
 
-    /// The buttons. An empty password and a press while it recovers do nothing.
+    /// The buttons. `recover` does nothing for an empty password or during a recovery.
     Q_INVOKABLE void recover(const QString &masterPassword);
     Q_INVOKABLE void cancel();
 

@@ -14,24 +14,24 @@ class RemoveProtectionDialogManager : public quillhaven::DialogModel
 {
     Q_OBJECT
     QML_ELEMENT
-    QML_UNCREATABLE("Made by the program")
+    QML_UNCREATABLE("Created in C++")
     Q_PROPERTY(QString itemName READ itemName NOTIFY itemNameChanged)
     Q_PROPERTY(QString message READ message NOTIFY itemNameChanged)
 
 public:
     explicit RemoveProtectionDialogManager(QObject *parent = nullptr) : DialogModel(parent) {}
 
-    /// Defined by the program alone.
+    /// Defined in the program only.
     static RemoveProtectionDialogManager &shared();
 
     [[nodiscard]] QString itemName() const { return m_itemName; }
-    /// What removing the protection of this item does.
+    /// Explains what removing the protection of the item does.
     [[nodiscard]] QString message() const;
 
-    /// Stores the three, then presents the dialog.
+    /// Stores the name and the actions, then presents the dialog.
     void show(const QString &itemName, std::function<void()> removeAction, std::function<void()> cancelAction);
 
-    /// The buttons: close the dialog first, then call the stored action, if there is one.
+    /// The buttons. Both close the dialog first, then call the stored action, if there is one.
     Q_INVOKABLE void remove();
     Q_INVOKABLE void cancel();
 

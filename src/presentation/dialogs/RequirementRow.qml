@@ -7,7 +7,7 @@ import QtQuick.Layouts
 import Quillhaven.Controls
 import Quillhaven.Design
 
-/// One requirement of a new password, and whether it is met.
+/// A requirement for a new password, and whether it is met.
 RowLayout {
     id: row
 

@@ -6,7 +6,7 @@ import QtQuick.Layouts
 import Quillhaven.Controls
 import Quillhaven.Design
 
-/// The two buttons at the foot of a sheet, of the same width: "Cancel", and the one that acts.
+/// The two buttons at the bottom of a sheet, with the same width: "Cancel", and the one that acts.
 RowLayout {
     id: row
 

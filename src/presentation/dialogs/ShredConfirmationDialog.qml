@@ -9,7 +9,7 @@ import Quillhaven.Controls
 import Quillhaven.Design
 import Quillhaven.Dialogs
 
-/// The demanding question before items are destroyed for good.
+/// The confirmation before items are permanently destroyed.
 Sheet {
     id: sheet
 

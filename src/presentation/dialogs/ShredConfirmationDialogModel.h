@@ -9,12 +9,12 @@
 
 namespace quillhaven {
 
-/// The model of the demanding question before items are destroyed: a box to tick and a phrase to type.
+/// The model of the confirmation before items are destroyed: a box to tick and a phrase to type.
 class ShredConfirmationDialogModel : public quillhaven::DialogModel
 {
     Q_OBJECT
     QML_ELEMENT
-    QML_UNCREATABLE("Made by the program")
+    QML_UNCREATABLE("Created in C++")
     Q_PROPERTY(QStringList itemNames READ itemNames NOTIFY changed)
     Q_PROPERTY(QString confirmationText READ confirmationText WRITE setConfirmationText NOTIFY changed)
     Q_PROPERTY(bool hasReadWarning READ hasReadWarning WRITE setHasReadWarning NOTIFY changed)
@@ -26,16 +26,17 @@ public:
     [[nodiscard]] QStringList itemNames() const { return m_itemNames; }
     [[nodiscard]] QString confirmationText() const { return m_confirmationText; }
     [[nodiscard]] bool hasReadWarning() const { return m_hasReadWarning; }
-    /// The box is ticked, and the phrase is typed in any case of letters; nothing is trimmed.
+    /// Whether the box is ticked and the phrase was typed, in upper or lower case. Spaces are not trimmed.
     [[nodiscard]] bool isConfirmEnabled() const;
 
     void setConfirmationText(const QString &value);
     void setHasReadWarning(bool value);
 
-    /// Asks about these, with an empty field and the box unticked.
+    /// Asks about these items, with an empty field and the box unticked.
     void show(const QStringList &itemNames);
 
-    /// The buttons: close the dialog first, then call the stored action. Nothing is confirmed while that is disabled.
+    /// The buttons. Both close the dialog first, then call the stored action. `confirm` does nothing while it is
+    /// disabled.
     Q_INVOKABLE void confirm();
     Q_INVOKABLE void cancel();
 

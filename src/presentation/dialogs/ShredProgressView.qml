@@ -8,7 +8,7 @@ import Quillhaven.Controls
 import Quillhaven.Design
 import Quillhaven.Dialogs
 
-/// Shows while items are destroyed. It can be left only where the opener knows how to cancel.
+/// Shown while items are destroyed. It can be closed only if its owner can cancel the operation.
 Sheet {
     id: sheet
 

@@ -8,7 +8,7 @@ import Quillhaven.Controls
 import Quillhaven.Design
 import Quillhaven.Dialogs
 
-/// Shows while the fingerprint reader waits for a finger.
+/// Shown while the fingerprint reader waits for a finger.
 Sheet {
     id: prompt
 

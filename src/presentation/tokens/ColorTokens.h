@@ -15,7 +15,7 @@ namespace quillhaven {
 /// A colour with another opacity, from 0.0 to 1.0.
 [[nodiscard]] QColor withOpacity(const QColor &color, float opacity);
 
-/// Two colours along a line within the unit square of what is painted.
+/// A gradient of two colours along a line in the unit square of the painted area.
 class ColorGradient
 {
     Q_GADGET
@@ -34,8 +34,8 @@ public:
     bool operator==(const ColorGradient &) const = default;
 };
 
-/// The values of every colour, in the dark scheme. Another scheme is the same list with other values in front: what is
-/// derived from them follows, such as in `ColorTokens{.bgBody = white}`.
+/// The values of all colours, by default those of the dark scheme. Another scheme sets other values for the first ones,
+/// such as `ColorTokens{.bgBody = white}`; the colours derived from them follow.
 struct ColorTokens
 {
     // Fixed values
@@ -116,7 +116,7 @@ struct ColorTokens
     QColor panelHover = bgPanel.lighter(112);
     QColor clear = QColor(Qt::transparent);
 
-    // From top leading to bottom trailing, and along the two axes
+    // From the top leading to the bottom trailing corner, and along the two axes
     ColorGradient primaryGradient{primary, primaryAccent, {0, 0}, {1, 1}};
     ColorGradient primaryGradientHorizontal{primary, primaryAccent, {0, 0}, {1, 0}};
     ColorGradient primaryGradientVertical{primary, primaryAccent, {0, 0}, {0, 1}};

@@ -9,7 +9,7 @@
 
 namespace quillhaven {
 
-/// Every colour that a screen uses, by its meaning. Each follows the scheme that is set, and says so by `changed`.
+/// All colours that the screens use, by their meaning. They follow the current scheme; `changed` reports a change.
 class Colors : public QObject
 {
     Q_OBJECT

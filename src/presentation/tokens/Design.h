@@ -10,7 +10,7 @@ QT_END_NAMESPACE
 
 namespace quillhaven {
 
-/// Makes the program's QML modules and the symbols known to an engine. Call it before loading anything.
+/// Registers the program's QML modules and the symbols with an engine. Call it before loading any QML.
 void installDesign(QQmlEngine &engine);
 
 } // namespace quillhaven

@@ -24,7 +24,7 @@ public:
     bool operator==(const ShadowToken &) const = default;
 };
 
-/// Radii, shadows, durations and sizes. In QML each stands under its group's name and its own, such as
+/// Radii, shadows, durations and sizes. In QML the name of each is its group's name and its own, such as
 /// `DesignSystem.cornerRadiusMedium`.
 class DesignSystem : public QObject
 {

@@ -110,14 +110,14 @@ public:
     // The main window
     static constexpr int windowWidth = 1200;
     static constexpr int windowHeight = 900;
-    static constexpr int windowMinimumHeight = 560; ///< its least width is `narrowBar`
+    static constexpr int windowMinimumHeight = 560; ///< the minimum width is `narrowBar`
 
     // Sheets and their lists
     static constexpr int sheetMinimumWidth = 400;
     static constexpr int sheetMaximumWidth = 500;
     static constexpr int smallSheetMinimumWidth = 350;
     static constexpr int warningSheetMinimumWidth = 450;
-    static constexpr int sheetBodyWidth = 336;   ///< at least, of a body without words
+    static constexpr int sheetBodyWidth = 336;   ///< at least, of a body without text
     static constexpr int sheetFieldWidth = 360;  ///< at least
     static constexpr int sheetButtonWidth = 120; ///< at least, of a button that is not stretched
     static constexpr int sheetSymbolCircle = 64;
@@ -127,22 +127,22 @@ public:
     static constexpr int nameListHeight = 108; ///< at most
     static constexpr int compactNameListHeight = 52;
 
-    // Where a screen has less than this, it is arranged for little room. Heights:
-    static constexpr int compactList = 260;   ///< of the list, for what it says while it is empty
+    // A screen with less room than this uses its compact layout. Heights:
+    static constexpr int compactList = 260;   ///< of the list, for its text while it is empty
     static constexpr int compactSheet = 640;  ///< of the window, for its sheets
     static constexpr int compactWindow = 720; ///< of the window, for its cards
     static constexpr int roomyWindow = 820;   ///< of the window, for the drop area
     // Widths of the window:
-    static constexpr int narrowBar = 760; ///< for the actions on selected items; also the least width
+    static constexpr int narrowBar = 760; ///< for the actions on selected items; also the minimum width
     static constexpr int narrowToolbar = 1000;
 
     // Opacities
     static constexpr double disabledOpacity = 0.45;
-    static constexpr double tintOpacity = 0.16; ///< of the ground below a symbol
+    static constexpr double tintOpacity = 0.16; ///< of the circle behind a symbol
     static constexpr double badgeOpacity = 0.18;
 
     // Milliseconds
-    static constexpr int springDuration = 600; ///< of a symbol that grows into its place
+    static constexpr int springDuration = 600; ///< of a symbol that grows to its full size
     static constexpr int toolTipDelay = 600;
 };
 

@@ -5,7 +5,7 @@
 #include <QObject>
 #include <QtQml/qqmlregistration.h>
 
-// The cases that a control is given from QML, which sees only those that begin with a capital: `StatusType.Enabled`.
+// The enumerations of the controls. Their values begin with a capital, since QML sees no others: `StatusType.Enabled`.
 namespace quillhaven {
 
 /// The state that a status component shows.
@@ -37,7 +37,7 @@ enum Case : quint8 { Primary, Secondary, Destructive, Cleared };
 Q_ENUM_NS(Case)
 } // namespace ButtonStyleType
 
-/// A set of corners: its cases are added with `|`.
+/// A set of corners: its values are combined with `|`.
 namespace RectCorner {
 Q_NAMESPACE
 QML_ELEMENT

@@ -85,7 +85,8 @@ QString symbolPath(const QString &symbol)
 
 namespace {
 
-/// Cuts what is white in a drawing out of it: the mark within a filled shape, which one colour alone would hide.
+/// Makes the white parts of a drawing transparent: a white mark in a filled shape would vanish when all of it gets one
+/// colour.
 void cutOutWhite(QImage &image)
 {
     constexpr int keptUpTo = 128;
@@ -124,7 +125,7 @@ QPixmap SymbolImageProvider::requestPixmap(const QString &id, QSize *size, const
     renderer.render(&drawing, QRectF(QPointF(0, 0), pixels));
     drawing.end();
     cutOutWhite(image);
-    // The theme's drawings have colours of their own; only their shapes are wanted.
+    // The theme's drawings have their own colours; only the shapes are used.
     QPixmap pixmap = QPixmap::fromImage(image);
     QPainter tinting(&pixmap);
     tinting.setCompositionMode(QPainter::CompositionMode_SourceIn);

@@ -13,7 +13,7 @@ namespace quillhaven {
 /// The table from the names of symbols to the files of the Breeze icon theme, relative to the theme's folder.
 [[nodiscard]] const QHash<QString, QString> &symbolFiles();
 
-/// The path of a symbol's file, or nothing when the name is unknown or the theme lacks it.
+/// The path of a symbol's file; empty if the name is unknown or the theme does not have the file.
 [[nodiscard]] QString symbolPath(const QString &symbol);
 
 /// Draws symbols in one colour for `image://symbols/NAME/AARRGGBB`, at the size that the image asks for.

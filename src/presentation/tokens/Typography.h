@@ -40,8 +40,8 @@ class Typography : public QObject
 public:
     using QObject::QObject;
 
-    /// The shape of the letters. `standard` is the family of this class; `rounded` too where the desktop has no round
-    /// one.
+    /// The shape of the letters. `standard` is the family of this class, and so is `rounded` if the desktop has no
+    /// rounded one.
     enum class Design : quint8 { standard, rounded, serif, monospaced };
 
     static constexpr int largeTitleSize = 28;
@@ -69,9 +69,9 @@ public:
     static inline const QString displayFont = QStringLiteral("SF Pro Display");
     static inline const QString textFont = QStringLiteral("SF Pro Text");
 
-    /// The family that is really used: the text family, else Inter, else the desktop's own.
+    /// The family that is used: the text family, or else Inter, or else the desktop's default.
     [[nodiscard]] static QString family();
-    /// A system font of that size in device-independent pixels.
+    /// A system font of the given size in device-independent pixels.
     [[nodiscard]] static QFont scaledFont(int size, QFont::Weight weight = regular, Design design = Design::standard);
 
     [[nodiscard]] static QFont modalTitle() { return scaledFont(title2Size, semibold); }
