@@ -9,14 +9,14 @@
 
 namespace quillhaven {
 
-/// How a question ended. One whose actions another caller replaced ends without an answer: its caller then stops, and
-/// must not do what a cancel does.
+/// How a question ended. `Replaced` means that another caller asked a question before this one was answered: the caller
+/// of this one then stops, and must not do what it does for `Cancelled`.
 enum class DialogEnd { Confirmed, Cancelled, Replaced };
 
-/// The model of a dialog: one pending question at a time, whose texts and actions the next caller replaces. Main thread
-/// only.
+/// The model of a dialog. It holds one pending question at a time; the next caller replaces its texts and actions. Main
+/// thread only.
 ///
-/// A class derived from this one names its base with the namespace: the generator of the QML types knows no other name.
+/// A derived class must name this base class with its namespace, or the generator of the QML types does not find it.
 class DialogModel : public QObject
 {
     Q_OBJECT
@@ -30,11 +30,11 @@ public:
 
 Q_SIGNALS:
     void isPresentedChanged();
-    /// A question is put, and the dialog is about to show it. Also for one that replaces another in the open dialog.
+    /// A question was asked, and the dialog is about to show it. Also emitted when it replaces one in the open dialog.
     void asked();
 
 protected:
-    /// Stores a value, and reports it with `changed` when it is another one.
+    /// Stores a value, and emits `changed` if it is different.
     template <typename Value, typename Model>
     void assign(Value &field, const std::type_identity_t<Value> &value, void (Model::*changed)())
     {
@@ -44,8 +44,8 @@ protected:
         }
     }
 
-    /// Closes the dialog, then calls the action if there is one. Of the stored action a copy is called, so that it may
-    /// put the next question into this dialog without destroying itself.
+    /// Closes the dialog, then calls the action if there is one. The action is a copy of the stored one, so that it can
+    /// ask the next question in this dialog without destroying itself.
     template <typename... Parameters, typename... Arguments>
     void closeThen(std::function<void(Parameters...)> action, const Arguments &...arguments)
     {

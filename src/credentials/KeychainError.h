@@ -7,13 +7,13 @@
 
 namespace quillhaven {
 
-/// A failure of the credential store, with the store's own status.
+/// A failure of the credential store, with the store's status.
 class KeychainError : public LocalizedError
 {
 public:
     enum Case { saveFailed, retrieveFailed, deleteFailed, invalidData };
 
-    /// `status` belongs to the first three cases.
+    /// `status` is used by the first three cases only.
     explicit KeychainError(Case errorCase, CredentialStatus status = 0);
 
     [[nodiscard]] Case errorCase() const { return m_case; }

@@ -9,31 +9,32 @@
 
 namespace quillhaven {
 
-/// The accounts and values of the program's secrets in the credential store. Every call goes to the store, blocks
-/// until it answers and throws a KeychainError when it fails: call it from `Platform::credentialQueue`.
+/// Reads and writes the program's secrets in the credential store. Every call goes to the store, blocks until it
+/// answers and throws a KeychainError if it fails: call it from `Platform::credentialQueue`.
 ///
-/// The secrets lie in the store as they were typed; whoever may read the user's unlocked keyring may read them.
+/// The secrets are in the store as they were typed; any program that can read the user's unlocked keyring can read
+/// them.
 class KeychainManager
 {
 public:
-    /// The references outlive this object.
+    /// The references must outlive this object.
     KeychainManager(CredentialStore &store, RandomSource &random, const QString &serviceName);
 
     /// Stores or replaces the password of an item.
     void storePassword(const QString &password, const QString &id);
     [[nodiscard]] QString retrievePassword(const QString &id);
 
-    /// Makes a fresh marker key and stores or replaces it. The key opens nothing: that it can be read after a
-    /// successful finger check is all that it means.
+    /// Creates a new marker key and stores or replaces it. The key opens nothing: it only has to be readable after a
+    /// successful fingerprint check.
     void storeTouchIDKey(const QString &id);
     [[nodiscard]] QString retrieveTouchIDKey(const QString &id);
 
     void storeMasterPassword(const QString &password);
     [[nodiscard]] QString retrieveMasterPassword();
-    /// No error when there is none.
+    /// Does nothing if there is none.
     void removeMasterPassword();
 
-    /// Deletes the password and the marker key of an item, of which either may be absent.
+    /// Deletes the password and the marker key of an item. Either may be missing.
     void removeCredentials(const QString &id);
 
 private:
@@ -45,7 +46,7 @@ private:
     QString m_serviceName;
 };
 
-/// The service under which every secret of the program is kept.
+/// The service name under which all secrets of the program are stored.
 inline const QString keychainServiceName = QStringLiteral("com.tarnwick.quillhaven");
 
 } // namespace quillhaven

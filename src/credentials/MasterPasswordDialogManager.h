@@ -20,12 +20,12 @@ class MasterPasswordDialogManager : public quillhaven::TitledDialogModel
 public:
     explicit MasterPasswordDialogManager(QObject *parent = nullptr);
 
-    /// Defined by the program alone.
+    /// Defined in the program only.
     static MasterPasswordDialogManager &shared();
 
     [[nodiscard]] bool showingError() const { return m_showingError; }
     [[nodiscard]] QString errorMessage() const { return m_errorMessage; }
-    /// The error while it shows, else nothing.
+    /// The error message while it is shown, else empty.
     [[nodiscard]] QString shownError() const { return m_showingError ? m_errorMessage : QString(); }
     [[nodiscard]] bool isAuthenticating() const { return m_isAuthenticating; }
     [[nodiscard]] bool isPasswordSetting() const { return m_isPasswordSetting; }
@@ -43,15 +43,16 @@ public:
         QString message;
         bool isPasswordSetting = false; ///< a new password is being chosen
     };
-    /// Fills every field from the question, without an error and at rest, and presents the dialog. The actions may be
-    /// called any number of times; in password-setting mode the dialog closes after the first.
+    /// Sets every field from the question, resets the error and `isAuthenticating`, and presents the dialog. The
+    /// actions may be called any number of times; in password-setting mode the dialog closes after the first.
     void show(const Question &question, std::function<void(const QString &entered)> authenticateAction,
               std::function<void()> cancelAction = {});
 
-    /// Hands the entered password to `onAuthenticate`. Ignored while a check runs.
+    /// Passes the entered password to `onAuthenticate`. Ignored while a check is running.
     Q_INVOKABLE void authenticate(const QString &password);
-    /// The dialog's action button and return key: nothing for an empty password or while a check runs; else clears the
-    /// shown error and authenticates. True when the entered text was used, so that the field is to be emptied.
+    /// The dialog's action button and return key. Does nothing for an empty password or while a check is running;
+    /// otherwise clears the shown error and authenticates. Returns true if it used the password: the field is then to
+    /// be cleared.
     Q_INVOKABLE bool handleAuthenticate(const QString &password);
     /// The dialog's cancel button and escape key.
     Q_INVOKABLE void cancel();
@@ -63,7 +64,7 @@ public:
 
 Q_SIGNALS:
     void errorChanged();
-    /// The kind of the question, or whether a check runs.
+    /// `isPasswordSetting` or `isAuthenticating` changed.
     void modeChanged();
 
 private:

@@ -6,7 +6,7 @@
 
 namespace quillhaven {
 
-/// A refusal of the master password's rules.
+/// A violation of the rules for the master password.
 class MasterPasswordError : public LocalizedError
 {
 public:

@@ -39,7 +39,7 @@ MasterPasswordManager::~MasterPasswordManager() = default;
 
 QCoro::Task<> MasterPasswordManager::readAtStart(QPointer<MasterPasswordManager> self)
 {
-    // Whatever fails here reads as no master password: every guard of the program waits for the end of this.
+    // Any failure means that there is no master password: all guards of the program wait for the end of this read.
     bool exists = false;
     try {
         auto read = [keychain = self->m_keychain] { (void)keychain->retrieveMasterPassword(); };
@@ -157,7 +157,7 @@ QCoro::Task<> MasterPasswordManager::checkEntered(QPointer<MasterPasswordManager
     }
     MasterPasswordDialogManager &dialog = self->m_dialogManager;
     const auto current = self->m_showing;
-    // While the store answered, the dialog may have been cancelled; its caller has gone on without the session then.
+    // The dialog may have been cancelled before the store answered; its caller has then continued without a session.
     if (showing->isOver || current->isOver || !dialog.isPresented()) {
         if (error.isEmpty()) {
             self->endSession();
@@ -170,7 +170,7 @@ QCoro::Task<> MasterPasswordManager::checkEntered(QPointer<MasterPasswordManager
         }
         co_return;
     }
-    // A later caller may have taken the dialog over meanwhile: the session is open for it as well.
+    // A later caller may have taken over the dialog meanwhile: the session is open for that caller too.
     dialog.setIsPresented(false);
     for (const auto &answered : {showing, current}) {
         answered->isOver = true;

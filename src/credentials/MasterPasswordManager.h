@@ -23,9 +23,9 @@ namespace quillhaven {
 class MasterPasswordDialogManager;
 struct Platform;
 
-/// The optional password in front of every privileged operation, and the session that a right answer opens: at most
-/// 300 seconds, and no longer than the next guarded operation that succeeds. Main thread only; the credential store is
-/// asked on its own queue, so that a slow one never blocks the window.
+/// The optional password that guards every privileged operation, and the session that it opens. The session ends after
+/// 300 seconds, or earlier when a guarded operation has succeeded. Main thread only; the credential store is accessed
+/// on its own queue, so that a slow one never blocks the window.
 class MasterPasswordManager : public QObject
 {
     Q_OBJECT
@@ -33,34 +33,35 @@ class MasterPasswordManager : public QObject
     Q_PROPERTY(bool hasMasterPassword READ hasMasterPassword NOTIFY hasMasterPasswordChanged)
 
 public:
-    /// Starts to ask the store whether a master password exists; until it has answered, guards wait for it. The
-    /// references outlive this object.
+    /// Starts to ask the store whether a master password exists; the guards wait for its answer. The references must
+    /// outlive this object.
     MasterPasswordManager(const Platform &platform, MasterPasswordDialogManager &dialogManager,
                           QObject *parent = nullptr);
     ~MasterPasswordManager() override;
 
-    /// Defined by the program alone.
+    /// Defined in the program only.
     static MasterPasswordManager &shared();
 
-    /// A session is open.
+    /// Whether a session is open.
     [[nodiscard]] bool isAuthenticated() const { return m_isAuthenticated; }
-    /// An entry exists in the store. False until the store has answered at start, and when it failed to.
+    /// Whether an entry exists in the store. False until the store has answered at start, and if it could not be read.
     [[nodiscard]] bool hasMasterPassword() const { return m_hasMasterPassword; }
 
-    /// Stores a new master password or replaces the old one. Throws a MasterPasswordError for an empty or weak one, or
-    /// the store's KeychainError; nothing has changed then.
+    /// Stores a new master password or replaces the old one. Throws a MasterPasswordError if it is empty or weak, or
+    /// the store's KeychainError; nothing is changed then.
     [[nodiscard]] QCoro::Task<> setMasterPassword(QString password);
-    /// Removes it and closes the session. Throws the store's KeychainError.
+    /// Removes the master password and closes the session. Throws the store's KeychainError.
     [[nodiscard]] QCoro::Task<> removeMasterPassword();
-    /// True when the password was right and a session is open, false when it was wrong. Throws
+    /// Returns true if the password is correct, and opens a session; false if it is wrong. Throws
     /// MasterPasswordError::noMasterPassword or the store's KeychainError.
     [[nodiscard]] QCoro::Task<bool> authenticate(QString password);
-    /// The guard: true to go on, false when the user cancelled and the operation is to stop silently. Never throws.
+    /// The guard: true if the operation may continue, false if the user cancelled and it must stop silently. Never
+    /// throws.
     [[nodiscard]] QCoro::Task<bool> requireAuthenticationOrCancel();
 
-    /// Closes the session and its timer, as every guarded operation does when it has succeeded.
+    /// Ends the session and its timer. Every guarded operation calls it when it has succeeded.
     void endSession();
-    /// Whether the session's timer has not been cleared; a fired one stays until the next start or end.
+    /// Whether there is a timer of the session. One that has fired is kept until the next session starts or ends.
     [[nodiscard]] bool hasAuthenticationTimer() const { return m_authenticationTimer != nullptr; }
 
 Q_SIGNALS:
@@ -68,14 +69,14 @@ Q_SIGNALS:
     void hasMasterPasswordChanged();
 
 private:
-    /// One caller's turn at the dialog.
+    /// The dialog as shown for one caller.
     struct Showing
     {
         Answer<bool> answer;
-        bool isOver = false; ///< answered or cancelled; a turn that another one replaced is not
+        bool isOver = false; ///< answered or cancelled; stays false if another caller's replaced it
     };
 
-    // Static: what they belong to may be gone before the store answers.
+    // Static, since this object may be destroyed before the store answers.
     [[nodiscard]] static QCoro::Task<> readAtStart(QPointer<MasterPasswordManager> self);
     [[nodiscard]] static QCoro::Task<> checkEntered(QPointer<MasterPasswordManager> self, QString entered,
                                                     std::shared_ptr<Showing> showing);
@@ -94,7 +95,7 @@ private:
     bool m_hasMasterPassword = false;
     bool m_hasReadAtStart = false;
     std::vector<Answer<bool>> m_waitingForStart;
-    std::shared_ptr<Showing> m_showing; ///< the latest turn
+    std::shared_ptr<Showing> m_showing; ///< the latest one
     std::unique_ptr<RunningTimer> m_authenticationTimer;
 };
 

@@ -16,10 +16,10 @@ class PasswordInputDialogManager : public quillhaven::TitledDialogModel
 public:
     explicit PasswordInputDialogManager(QObject *parent = nullptr) : TitledDialogModel(parent) {}
 
-    /// Defined by the program alone.
+    /// Defined in the program only.
     static PasswordInputDialogManager &shared();
 
-    /// A new password is being chosen: a second field shows, and the rules apply.
+    /// Whether a new password is being chosen: a second field is shown, and the rules apply.
     [[nodiscard]] bool requiresConfirmation() const { return m_requiresConfirmation; }
     void setRequiresConfirmation(bool value);
 
@@ -32,15 +32,15 @@ public:
     struct Reply
     {
         DialogEnd end = DialogEnd::Replaced;
-        QString password = {}; ///< what was accepted when confirmed, else empty
+        QString password = {}; ///< the accepted password if confirmed, else empty
     };
-    /// Fills every field from the question and presents the dialog.
+    /// Sets every field from the question and presents the dialog.
     void show(const Question &question, std::function<void(const QString &password)> confirmAction,
               std::function<void()> cancelAction);
     /// The same for a coroutine, which awaits the reply.
     [[nodiscard]] Answer<Reply> ask(const Question &question);
 
-    /// Close the dialog, then call the stored action if there is one.
+    /// Both close the dialog, then call the stored action if there is one.
     void confirm(const QString &password) { closeThen(onConfirm, password); }
     void cancel() { closeThen(onCancel); }
 

@@ -142,7 +142,7 @@ void PasswordInputDialogModel::confirm()
     if (m_manager.requiresConfirmation() && !isAcceptable()) {
         return;
     }
-    const QString password = m_password; // the closing clears the field
+    const QString password = m_password; // closing the dialog clears the field
     m_manager.confirm(password);
 }
 

@@ -10,7 +10,7 @@ namespace quillhaven {
 
 class UserDefaults;
 
-/// The transient state of one showing of the password dialog, and the validation behind its confirm button.
+/// The state of the password dialog while it is open, and the validation for its confirm button.
 class PasswordInputDialogModel : public QObject
 {
     Q_OBJECT
@@ -29,7 +29,7 @@ class PasswordInputDialogModel : public QObject
     Q_PROPERTY(QString confirmTitle READ confirmTitle NOTIFY changed)
 
 public:
-    /// The references outlive this object. Its fields are cleared each time the manager's dialog opens or closes.
+    /// The references must outlive this object. The fields are cleared each time the dialog opens or closes.
     PasswordInputDialogModel(PasswordInputDialogManager &manager, const UserDefaults &defaults,
                              QObject *parent = nullptr);
 
@@ -37,22 +37,22 @@ public:
     [[nodiscard]] QString confirmPassword() const { return m_confirmPassword; }
     [[nodiscard]] bool showPasswordMismatch() const { return m_showPasswordMismatch; }
     [[nodiscard]] bool showPasswordStrengthError() const { return m_showPasswordStrengthError; }
-    /// The sentences for the two while they show, else nothing.
+    /// The error messages while they are shown, else empty.
     [[nodiscard]] QString mismatchText() const;
     [[nodiscard]] QString strengthErrorText() const;
     [[nodiscard]] bool showPassword() const { return m_showPassword; }
     [[nodiscard]] bool showConfirmPassword() const { return m_showConfirmPassword; }
-    /// The list of requirements shows: a new password is being chosen under the rule, is not empty and not strong.
+    /// Whether the list of requirements is shown: if a new password must be strong, and is neither empty nor strong.
     [[nodiscard]] bool showsRequirements() const;
     [[nodiscard]] bool hasMinimumLength() const;
     [[nodiscard]] bool hasUppercase() const;
     [[nodiscard]] bool hasLowercase() const;
     [[nodiscard]] bool hasDigit() const;
-    /// The confirm button is enabled: no field that must be filled is empty.
+    /// Whether the confirm button is enabled: no required field is empty.
     [[nodiscard]] bool canConfirm() const;
     /// "Protect" for a new password, "Unlock" for an existing one.
     [[nodiscard]] QString confirmTitle() const;
-    /// Tests the password and logs each requirement, the password included.
+    /// Tests the password, and logs it with the result for each requirement.
     [[nodiscard]] bool isStrongPassword() const;
 
     void setPassword(const QString &value);
@@ -72,7 +72,7 @@ private:
     [[nodiscard]] bool enforceStrongPasswords() const;
     template <typename Value>
     void assign(Value &field, const Value &value);
-    /// Tests a new password, and shows what is wrong with it.
+    /// Tests a new password, and shows an error if it is not acceptable.
     [[nodiscard]] bool isAcceptable();
     void showErrors(bool mismatch, bool strength);
     void clear();

@@ -6,8 +6,8 @@
 
 namespace quillhaven {
 
-/// Which of the four requirements a new password meets. Characters are user-perceived ones (grapheme clusters,
-/// Unicode UAX #29); the classes are the full Unicode ones.
+/// Which of the four requirements a new password meets. A character is a user-perceived one (grapheme cluster, Unicode
+/// UAX #29), and its class is the Unicode one.
 struct PasswordStrength
 {
     bool hasMinimumLength = false; ///< at least 8 characters

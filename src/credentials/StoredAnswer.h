@@ -9,15 +9,15 @@
 
 namespace quillhaven {
 
-/// The answer that a dialog's stored actions give: each of them holds a copy of this. Once all of them are gone, since
-/// another question has taken their place, nobody can answer any more, and the answer is `replaced`.
+/// The answer that a dialog's stored actions give: each of them holds a copy of this. When all copies are destroyed
+/// without an answer, because another question has replaced the actions, the answer is `replaced`.
 template <typename T>
 class StoredAnswer
 {
 public:
     explicit StoredAnswer(T replaced) : m_state(std::make_shared<State>(std::move(replaced))) {}
 
-    /// What the asking coroutine awaits. It keeps no action alive.
+    /// The answer for the asking coroutine to await. It does not keep the actions alive.
     [[nodiscard]] Answer<T> answer() const { return m_state->answer; }
     void give(T value) const { m_state->answer.give(std::move(value)); }
 
