@@ -1,19 +1,19 @@
 #!/usr/bin/python3
 # SPDX-License-Identifier: GPL-3.0-or-later
-"""Opens a container or a recovery backup of Quillhaven with its password, without Quillhaven.
+"""Decrypts a container or a recovery backup of Quillhaven with its password, without Quillhaven.
 
     open_quillhaven_file.py letter.txt.secured letter.txt
     open_quillhaven_file.py 3F2504E0.backup - | less
     open_quillhaven_file.py --unpack 3F2504E0.backup Recovered
 
-A container (NAME.secured) is opened by the item's own password, which is empty for a file protected with Touch ID; a
-backup (ID.backup) by the master password of the day when it was written. The password is asked for on the terminal, or
-read with --password-file. No output is made before the whole file has been found authentic.
+A container (NAME.secured) is opened with the item's own password, which is empty for a file protected with Touch ID; a
+backup (ID.backup) with the master password that was set when it was written. The password is asked for on the terminal,
+or read with --password-file. Nothing is written before the whole file has been found authentic.
 
 Needs Python 3.8 or later and its package "cryptography". The formats are described in formats.md.
 
-Exit status: 0 when all is written; 1 when the result cannot be written or unpacked; 2 for a wrong call; 3 when the file
-cannot be read, or is none of ours, or only a piece of one; 4 when the password is wrong or a byte has been changed.
+Exit status: 0 if everything was written; 1 if the result cannot be written or unpacked; 2 for wrong arguments; 3 if the
+file cannot be read, is not one of Quillhaven's, or is truncated; 4 if the password is wrong or a byte has been changed.
 """
 
 import argparse
@@ -41,7 +41,7 @@ class Failure(Exception):
 
 
 class SealedFile:
-    """The parts of a file of ours. `metadata` is None for a container."""
+    """The parts of a container or a recovery backup. `metadata` is None for a container."""
 
     def __init__(self, stream):
         self.stream = stream
@@ -60,7 +60,7 @@ class SealedFile:
         elif magic[:7] == b"FOLDER:":
             stream.seek(7)
             place = stream.read().decode(errors="replace")
-            raise Failure(NOT_OURS, f"A folder's container holds no data. The folder itself is in {place!r}.")
+            raise Failure(NOT_OURS, f"A folder's container contains no data. The folder itself is at {place!r}.")
         else:
             raise Failure(NOT_OURS, "This is neither a container nor a recovery backup.")
         self.nonce = stream.read(NONCE)
@@ -72,7 +72,7 @@ class SealedFile:
         self.tag = stream.read(TAG)
 
     def decrypt(self, password, write):
-        """Hands the plaintext to `write` piece by piece. Only a normal return says that the pieces are authentic."""
+        """Passes the plaintext to `write` in pieces. They are authentic only if this returns normally."""
         key = HKDF(hashes.SHA256(), length=32, salt=self.salt, info=b"").derive(password)
         decryptor = Cipher(algorithms.AES(key), modes.GCM(self.nonce, self.tag)).decryptor()
         self.stream.seek(self.start)
@@ -80,7 +80,7 @@ class SealedFile:
         while left > 0:
             piece = self.stream.read(min(CHUNK, left))
             if not piece:
-                raise Failure(NOT_OURS, "The file became shorter while it was read.")
+                raise Failure(NOT_OURS, "The file was truncated while it was being read.")
             left -= len(piece)
             write(decryptor.update(piece))
         try:
@@ -90,7 +90,7 @@ class SealedFile:
 
 
 def plain_path(name):
-    """The parts of a path that stays below the folder it is unpacked into."""
+    """Returns the parts of a path, and fails if it is not inside the folder into which the archive is unpacked."""
     parts = [part for part in name.split("/") if part not in ("", ".")]
     if name.startswith("/") or not parts or ".." in parts:
         raise Failure(NOT_WRITTEN, f"The archive has a path that leads out of its folder: {name!r}. Nothing is unpacked.")
@@ -107,7 +107,7 @@ def restore_attributes(path, member):
 
 
 def unpack(archive, folder):
-    """Unpacks into a new folder. Links are made last, so that nothing is ever written through one."""
+    """Unpacks into a new folder. Links are created last, so that nothing is ever written through one."""
     members = archive.getmembers()
     places = {member: os.path.join(folder, *plain_path(member.name)) for member in members}
     originals = {member: plain_path(member.linkname) for member in members if member.islnk()}
@@ -119,7 +119,7 @@ def unpack(archive, folder):
                 shutil.copyfileobj(archive.extractfile(member), file, CHUNK)
             restore_attributes(place, member)
         elif not (member.isdir() or member.issym() or member.islnk()):
-            leave_out("is no file, folder or link", member.name)
+            leave_out("is not a file, folder or link", member.name)
     for member, original in originals.items():
         os.link(os.path.join(folder, *original), places[member], follow_symlinks=False)
     links = {member.name: place for member, place in places.items() if member.issym()}
@@ -137,7 +137,7 @@ def unpack(archive, folder):
 
 def write_unpacked(sealed, password, folder):
     if os.path.lexists(folder):
-        raise Failure(NOT_WRITTEN, f"{folder!r} stands already. Name a new folder.")
+        raise Failure(NOT_WRITTEN, f"{folder!r} already exists. Name a new folder.")
     with tempfile.TemporaryFile(dir=os.path.dirname(os.path.abspath(folder))) as plain:
         sealed.decrypt(password, plain.write)
         plain.seek(0)
@@ -145,7 +145,7 @@ def write_unpacked(sealed, password, folder):
             with tarfile.open(fileobj=plain, mode="r:") as archive:
                 unpack(archive, folder)
         except (tarfile.TarError, ValueError, OverflowError):
-            raise Failure(NOT_WRITTEN, "What the file holds is no folder's archive.") from None
+            raise Failure(NOT_WRITTEN, "The file does not contain a folder's archive.") from None
 
 
 def write_plain(sealed, password, output):
@@ -174,9 +174,9 @@ def main():
     words = argparse.ArgumentParser(description=__doc__, formatter_class=argparse.RawDescriptionHelpFormatter)
     words.add_argument("file", help="the container or the backup")
     words.add_argument("output", help='a new file to write, "-" for standard output, or with --unpack a new folder')
-    words.add_argument("--unpack", action="store_true", help="unpack the archive that a folder's backup holds")
+    words.add_argument("--unpack", action="store_true", help="unpack the archive in a folder's backup")
     words.add_argument("--password-file", metavar="PATH",
-                       help='read the password there, without a line end; "-" is standard input')
+                       help='read the password from this file; a line end is removed; "-" is standard input')
     call = words.parse_args()
     try:
         stream = open(call.file, "rb")

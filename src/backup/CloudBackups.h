@@ -10,8 +10,8 @@ namespace quillhaven {
 class CloudStorage;
 class FileManager;
 
-/// The folder of the recovery backups, which a tool of the user's keeps in step with other machines:
-/// `<container>/Documents/QuillhavenBackups/<item's id>.backup`. It is looked for again at each call. Main thread only.
+/// The folder of the recovery backups, which the user's own tool synchronizes with other machines:
+/// `<container>/Documents/QuillhavenBackups/<item's id>.backup`. Each call looks for it again. Main thread only.
 class CloudBackups
 {
 public:
@@ -20,15 +20,15 @@ public:
 
     /// Whether there is a container; logs what was found.
     [[nodiscard]] bool isiCloudAvailable() const;
-    /// The folder, which is made when it is missing. Throws QuillhavenError::accessDenied without a container, or
-    /// FileError.
+    /// The folder, which is created if it does not exist. Throws QuillhavenError::accessDenied if there is no
+    /// container, or FileError.
     [[nodiscard]] QString getiCloudBackupDirectory() const;
-    /// Where the backup of an item goes. Throws as the function above.
+    /// The path of the backup of an item. Throws like the function above.
     [[nodiscard]] QString backupPath(const QString &itemId) const;
     /// The id of the item whose backup the file is.
     [[nodiscard]] static QString itemId(const QString &backupPath);
-    /// Every backup there is. Throws QuillhavenError::iCloudNotAvailable without a container,
-    /// QuillhavenError::itemNotFound when there is none, or FileError.
+    /// All existing backups. Throws QuillhavenError::iCloudNotAvailable if there is no container,
+    /// QuillhavenError::itemNotFound if there is no backup, or FileError.
     [[nodiscard]] QStringList backupPaths() const;
 
 private:

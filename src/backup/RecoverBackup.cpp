@@ -23,7 +23,7 @@ std::optional<FileBuffer> readBackup(const FileManager &files, const QString &pa
     }
 }
 
-/// Writes what the backup holds; false when it could not be opened or written.
+/// Writes the contents of the backup; false if it could not be decrypted or written.
 bool writeDecrypted(FileManager &files, FileBuffer backup, const QString &masterPassword, const QString &output)
 {
     try {
@@ -32,7 +32,7 @@ bool writeDecrypted(FileManager &files, FileBuffer backup, const QString &master
         return true;
     } catch (const FileError &error) {
         if (error.kind() == FileError::Kind::NoSpace && files.fileExists(output)) {
-            files.removeItem(output); // a piece of a file that nobody may take for the whole
+            files.removeItem(output); // a truncated file could be mistaken for the whole
         }
         return false;
     } catch (const LocalizedError &) {

@@ -11,7 +11,7 @@ namespace quillhaven {
 
 namespace {
 
-/// Whether a name means a file in the chosen folder and not for a way out of it.
+/// Whether a name can only mean a file in the chosen folder, and nothing outside it.
 bool isFileName(const QString &name)
 {
     return !name.isEmpty() && name != QStringLiteral(".") && name != QStringLiteral("..") &&
@@ -39,7 +39,7 @@ std::optional<QString> nameInMetadata(std::span<const std::byte> backup)
         return std::nullopt;
     }
     if (!isFileName(pieces.at(1))) {
-        printLogger(QStringLiteral("⚠️ The filename in the metadata is not one: ") + pieces.at(1));
+        printLogger(QStringLiteral("⚠️ The metadata does not contain a valid filename: ") + pieces.at(1));
         return std::nullopt;
     }
     printLogger(QStringLiteral("✅ Using original filename from metadata: ") + pieces.at(1));

@@ -9,8 +9,8 @@
 
 namespace quillhaven {
 
-/// The name of the file in a backup's own metadata, which is in clear and which anybody may have changed. Nothing
-/// when there is none, or none that names a file in a folder.
+/// The file name in a backup's metadata, which is neither encrypted nor authenticated. Nothing if there is none or if
+/// it is not the name of a file in a folder.
 [[nodiscard]] std::optional<QString> nameInMetadata(std::span<const std::byte> backup);
 
 } // namespace quillhaven

@@ -13,7 +13,7 @@ namespace quillhaven {
 
 namespace {
 
-/// A folder that is gone at the end of the scope; an error of that removal is dropped.
+/// A folder that is removed at the end of the scope; an error of the removal is ignored.
 class WorkDirectory
 {
 public:
@@ -39,7 +39,7 @@ private:
             m_fileManager.removeItem(m_path);
             return true;
         } catch (const LocalizedError &) {
-            return false; // The error is dropped: the archive is in memory, or has failed already.
+            return false; // The error is ignored: the archive is in memory, or could not be made.
         }
     }
 
@@ -62,8 +62,8 @@ void runTar(const QString &archivePath, const QString &folder)
     constexpr int noTimeout = -1;
     const QFileInfo info(QDir::cleanPath(folder));
     QProcess tar;
-    // Neither the user's own options nor anything waiting to be typed belongs to the archive. In records of 64 KiB it
-    // is written three times as fast as in the usual ones of 10 KiB.
+    // The user's own options and standard input must not affect the archive. With records of 64 KiB it is written three
+    // times as fast as with the default of 10 KiB.
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
     environment.insert(QStringLiteral("TAR_OPTIONS"), QStringLiteral("--blocking-factor=128"));
     tar.setProcessEnvironment(environment);

@@ -9,9 +9,9 @@
 
 namespace quillhaven {
 
-/// Makes a POSIX tar archive of a folder with the system's tar, in a work directory below the temporary one that is
+/// Creates a POSIX tar archive of a folder with the system's tar, in a work directory below the temporary one that is
 /// removed afterwards. The archive has one top-level entry, the folder's own name. Reads it into memory as
-/// `readWholeFile` does. Blocks. Throws QuillhavenError::encryptionFailed with tar's own words, or FileError.
+/// `readWholeFile` does. Blocks. Throws QuillhavenError::encryptionFailed with tar's error message, or FileError.
 [[nodiscard]] FileBuffer createFolderArchive(FileManager &fileManager, RandomSource &random,
                                              const UserDirectories &directories, const QString &folder, size_t headroom,
                                              size_t tailroom, ReadListener &listener);

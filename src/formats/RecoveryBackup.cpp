@@ -90,7 +90,7 @@ OwnedBytes decryptLegacyBackup(FileBuffer file)
 
 OwnedBytes decryptBackup(FileBuffer file, const QString &masterPassword)
 {
-    // A file that is nothing but a magic is no backup.
+    // A file that contains only a magic is not a backup.
     const std::span<const std::byte> bytes = file.bytes();
     if (bytes.size() > recovery_backup::magicSize && recovery_backup::hasMagic(bytes)) {
         return decryptRecoveryBackup(std::move(file), masterPassword);

@@ -9,8 +9,8 @@
 
 namespace quillhaven {
 
-/// The recovery backup: an encrypted copy that the master password alone opens. docs/formats.md has the layout; the
-/// fields before the nonce are in clear and are not authenticated.
+/// The recovery backup: an encrypted copy that can be opened with only the master password. docs/formats.md describes
+/// the layout; the fields before the nonce are neither encrypted nor authenticated.
 ///
 /// | Offset | Size | Field |
 /// |---|---|---|
@@ -30,13 +30,13 @@ inline constexpr size_t lengthOffset = magicSize + saltSize;
 inline constexpr size_t metadataOffset = lengthOffset + sizeof(uint32_t);
 
 [[nodiscard]] bool hasMagic(std::span<const std::byte> file);
-/// The metadata's text; nothing when its length points past the end of the file or it is not valid UTF-8. `file` has at
+/// The metadata's text; nothing if its length points past the end of the file or it is not valid UTF-8. `file` has at
 /// least 45 bytes.
 [[nodiscard]] std::optional<QString> metadata(std::span<const std::byte> file);
 
 } // namespace recovery_backup
 
-/// Bytes within the memory that holds them.
+/// Bytes and the buffer that they are in.
 struct OwnedBytes
 {
     FileBuffer memory;
@@ -48,14 +48,14 @@ void createRecoveryBackup(FileManager &fileManager, RandomSource &random, const 
                           const QString &source, const QString &backupPath, const QString &masterPassword,
                           const ProtectedItem &item);
 
-/// Opens the bytes of a recovery backup in place. Throws QuillhavenError::encryptionFailed for a broken layout and
-/// CipherError for a wrong password or changed bytes.
+/// Decrypts a recovery backup in place. Throws QuillhavenError::encryptionFailed if the layout is invalid, and
+/// CipherError if the password is wrong or bytes were changed.
 [[nodiscard]] OwnedBytes decryptRecoveryBackup(FileBuffer file, const QString &masterPassword);
 
-/// The bytes of a container, which its own password alone could open, unchanged: ciphertext, and a log line says so.
+/// Returns the bytes of a container unchanged, as ciphertext, since only its own password could open it. Logs that.
 [[nodiscard]] OwnedBytes decryptLegacyBackup(FileBuffer file);
 
-/// What a file of any kind holds: opened when it is a recovery backup, as it is otherwise.
+/// The contents of a file of any kind: decrypted if it is a recovery backup, unchanged otherwise.
 [[nodiscard]] OwnedBytes decryptBackup(FileBuffer file, const QString &masterPassword);
 
 /// Reads the file and does the same.

@@ -47,7 +47,7 @@ private:
     std::atomic<size_t> m_count = 0;
 };
 
-/// Seals what is being read, on a thread of its own, so that what is sealed can be written meanwhile.
+/// Seals bytes on its own thread while they are being read, so that sealed ones can be written meanwhile.
 class Sealing final : public ReadListener
 {
 public:
@@ -66,7 +66,7 @@ public:
         std::ranges::copy(m_header, buffer.begin());
         const std::span<std::byte> box = buffer.subspan(m_header.size());
         if (!m_random.fill(box.first(sealed_box::nonceSize))) {
-            throw CipherError(CipherError::libraryFailure); // A nonce that repeats would give the key away.
+            throw CipherError(CipherError::libraryFailure); // A nonce used twice would reveal the contents.
         }
         m_arrived.set(0);
         m_final.set(0);
@@ -75,7 +75,8 @@ public:
     void arrived(size_t count) override { m_arrived.set(count); }
     void abandoned() override { end(); }
 
-    /// Blocks until more than `done` bytes of the result are final; how many are. Throws what the sealing threw.
+    /// Blocks until more than `done` bytes of the result are final, and returns how many are. Rethrows the exception of
+    /// the sealing thread.
     [[nodiscard]] size_t finalBytes(size_t done) const
     {
         const size_t count = m_final.above(done);
@@ -119,14 +120,14 @@ private:
     SymmetricKey m_key;
     Counter m_arrived;
     Counter m_final;
-    std::exception_ptr m_error; ///< set before `m_final` ends
+    std::exception_ptr m_error; ///< set before `m_final` is set to `ended`
     std::thread m_thread;
 };
 
-/// Writes each byte of `output` once it is final, and gives the memory back of those that are written.
+/// Writes the bytes of `output` as they become final, and releases the memory of those that are written.
 void writeWhileSealing(FileManager &fileManager, const QString &path, FileBuffer &output, const Sealing &sealing)
 {
-    constexpr size_t maxWrite = size_t(8) << 20; // so that memory is given back all the time
+    constexpr size_t maxWrite = size_t(8) << 20; // bytes; small, so that memory is released continuously
     const std::unique_ptr<FileWriter> file = fileManager.openForWriting(path);
     for (size_t done = 0; done < output.size();) {
         output.release(done);
@@ -142,7 +143,7 @@ void writeWhileSealing(FileManager &fileManager, const QString &path, FileBuffer
 QByteArray generateRandomData(RandomSource &random, qsizetype count)
 {
     QByteArray data(count, '\0');
-    // A failing generator is not reported; the bytes then stay zero.
+    // A failure of the generator is not reported; the bytes are then zero.
     random.fill(std::as_writable_bytes(std::span(data.data(), static_cast<size_t>(data.size()))));
     return data;
 }
@@ -150,7 +151,7 @@ QByteArray generateRandomData(RandomSource &random, qsizetype count)
 void writeSealedFile(FileManager &fileManager, RandomSource &random, const UserDirectories &directories,
                      const QString &source, const QString &path, const QByteArray &header, const SymmetricKey &key)
 {
-    FileBuffer output; // outlives the sealing, which works in it
+    FileBuffer output; // must outlive the sealing, which works in it
     Sealing sealing(random, header, key);
     output = fileManager.isDirectory(source) ? createFolderArchive(fileManager, random, directories, source,
                                                                    sealing.headroom(), sealed_box::tagSize, sealing)

@@ -9,7 +9,7 @@
 
 namespace quillhaven {
 
-/// The container: an encrypted snapshot of a file, as it was when it was protected. docs/formats.md has the layout.
+/// The container: an encrypted snapshot of a file at the time it was protected. docs/formats.md describes the layout.
 ///
 /// | Offset | Size | Field |
 /// |---|---|---|
@@ -25,7 +25,7 @@ inline constexpr size_t magicSize = sizeof magic - 1;
 inline constexpr size_t saltSize = 32;
 inline constexpr size_t boxOffset = magicSize + saltSize;
 
-/// The text that a folder's container has in place of encrypted bytes.
+/// The text that a folder's container has instead of encrypted bytes.
 [[nodiscard]] QByteArray folderMarker(const QString &backupPath);
 
 } // namespace secured_container

@@ -316,8 +316,8 @@ TEST_F(Recovery, NamesThatAreNoFileNamesFallBackToTheId)
         EXPECT_EQ(inFolder(), QStringList(id));
         EXPECT_EQ(TemporaryHome::read(inFolder(id)), "the bytes");
         const QStringList lines{foundLine(QStringLiteral("abc:") + name),
-                                QStringLiteral("⚠️ The filename in the metadata is not one: ") + name, unknownLine(id),
-                                recoveredLine(id)};
+                                QStringLiteral("⚠️ The metadata does not contain a valid filename: ") + name,
+                                unknownLine(id), recoveredLine(id)};
         EXPECT_EQ(log.lines(), lines);
         ASSERT_TRUE(QFile::remove(inFolder(id)));
     }

@@ -231,7 +231,7 @@ TEST_F(OpenQuillhavenFileTest, AFileThatIsNoArchiveIsNotUnpacked)
         createBackup(home.write(QStringLiteral("plain"), plain));
         const ReaderRun run = unpack();
         EXPECT_EQ(run.exitCode, 1);
-        EXPECT_TRUE(run.errors.contains("no folder's archive")) << run.errors.constData();
+        EXPECT_TRUE(run.errors.contains("does not contain a folder's archive")) << run.errors.constData();
         EXPECT_FALSE(TemporaryHome::exists(folder));
     }
 }
