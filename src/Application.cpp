@@ -39,15 +39,15 @@ namespace quillhaven {
 
 namespace {
 
-/// A memory image of this process would hold passwords.
+/// Because a memory image of this process would contain passwords.
 void forbidCoreDumps()
 {
     const rlimit none{0, 0};
     ::setrlimit(RLIMIT_CORE, &none);
 }
 
-/// A window of text and rectangles: drawn without a graphics driver it starts in half the time and memory. A renderer
-/// that is named in the environment is used instead.
+/// Chooses the software renderer: the window consists of text and rectangles, and without a graphics driver it starts
+/// in half the time and memory. A renderer that the environment names takes precedence.
 void chooseRenderer()
 {
     if (qEnvironmentVariableIsEmpty("QT_QUICK_BACKEND") && qEnvironmentVariableIsEmpty("QSG_RHI_BACKEND")) {
@@ -63,7 +63,7 @@ LaunchSequence launchSequence()
             .termination = {}};
 }
 
-/// Builds the window over the services and runs the event loop, from the launch to the end.
+/// Creates the window and runs the event loop, from the launch to the termination.
 int runWindow(const Platform &platform, SingleInstance &instance, QtApplicationPresence &presence)
 {
     installPlatform(platform, presence, QCoreApplication::arguments());
@@ -89,7 +89,7 @@ int runWindow(const Platform &platform, SingleInstance &instance, QtApplicationP
                         .shredConfirmation = *dashboard.shredding()->confirmation(),
                         .shredProgress = *dashboard.shredding()->progress(),
                         .biometrics = platform.biometrics};
-    // A reopening, since a window that a start at login merely shows is hidden again at once.
+    // Handled as a reopening: after a start at login, a window that is merely shown would be hidden again immediately.
     SheetModels sheetModels(sheets, [&delegate] { delegate.applicationShouldHandleReopen(false); });
     const std::unique_ptr<QQmlEngine> engine = makeWindowEngine();
     MainWindow window(*engine, dashboard, sheetModels);
@@ -105,7 +105,7 @@ int runWindow(const Platform &platform, SingleInstance &instance, QtApplicationP
     QObject::connect(&instance, &SingleInstance::activationRequested, &delegate, &AppDelegate::reopen);
     QObject::connect(&instance, &SingleInstance::openRequested, &delegate, &AppDelegate::openUrls);
     const auto terminate = [&presence] { presence.terminate(); };
-    // Until there is a tray, a closed window would leave no way back in.
+    // Without a tray icon, there would be no way to open the window again.
     QObject::connect(&window, &MainWindow::closeRequested, &window, terminate);
     const TerminationSignals signals;
     QObject::connect(&signals, &TerminationSignals::terminationRequested, &window, terminate);

@@ -4,8 +4,8 @@
 
 namespace quillhaven {
 
-/// Builds the platform, the services and the window, runs the event loop, and ends them in order. The exit code of the
-/// process. Call it once, from `main`.
+/// Creates the platform, the services and the window, runs the event loop, and destroys them in order. Returns the exit
+/// code of the process. Call it once, from `main`.
 int runApplication(int argc, char **argv);
 
 } // namespace quillhaven

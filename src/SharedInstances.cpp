@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// Every `shared()` is defined here and only the program links this file, so that a library or a test that reaches for
-// a global does not link.
+// Every `shared()` is defined here, and only the program links this file, so that a library or test which uses a global
+// does not link.
 
 #include "SharedInstances.h"
 
@@ -45,20 +45,20 @@ const Foundation &foundation()
     return *installed();
 }
 
-/// The functions that delete the instances, in the order in which these were built.
+/// The functions that delete the instances, in the order in which the instances were created.
 std::vector<std::function<void()>> &removals()
 {
     static std::vector<std::function<void()>> all;
     return all;
 }
 
-/// The one instance of a class, built at first use.
+/// The shared instance of a class, created at first use.
 template <typename Instance, typename... Arguments>
 Instance &sharedInstance(Arguments &&...arguments)
 {
     static std::unique_ptr<Instance> instance;
     if (!instance) {
-        static_cast<void>(foundation()); // none is built outside the time between installation and shutdown
+        static_cast<void>(foundation()); // ends the process unless called between installation and shutdown
         instance = std::make_unique<Instance>(std::forward<Arguments>(arguments)...);
         removals().push_back([] { instance.reset(); });
     }

@@ -10,11 +10,11 @@ namespace quillhaven {
 
 class ApplicationPresence;
 
-/// Sets what the shared instances are built from. To be called once, before the first use of any `shared()`, which ends
-/// the process otherwise; the references must outlive `shutDownSharedInstances`.
+/// Sets what the shared instances are created from. Call it once, before the first use of any `shared()`, which would
+/// otherwise end the process. The references must outlive `shutDownSharedInstances`.
 void installPlatform(const Platform &platform, ApplicationPresence &presence, const QStringList &arguments);
 
-/// Deletes the shared instances that were built, in reverse order, while the application object still exists.
+/// Deletes the created shared instances in reverse order. Call it while the application object still exists.
 void shutDownSharedInstances();
 
 } // namespace quillhaven

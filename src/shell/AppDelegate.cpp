@@ -63,7 +63,7 @@ void AppDelegate::reopen()
 
 void AppDelegate::openUrls(const QStringList & /*urls*/)
 {
-    // No URL has a meaning of its own yet.
+    // The program does not handle any URLs yet.
     reopen();
 }
 

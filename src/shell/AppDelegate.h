@@ -29,7 +29,7 @@ struct LaunchSequence
     std::map<TerminationPhase, LaunchStep> termination;
 };
 
-/// The process's life cycle: the order of the launch, the reopening of the window, the termination.
+/// The life cycle of the process: the launch, the reopening of the window, and the termination.
 class AppDelegate : public QObject
 {
     Q_OBJECT
@@ -38,18 +38,18 @@ public:
     /// The reference must outlive this object.
     AppDelegate(ApplicationPresence &presence, LaunchSequence sequence, QObject *parent = nullptr);
 
-    /// Runs the launch, strictly in order. The jobs that its steps start run only after it has returned.
+    /// Runs the steps of the launch in order. The jobs that they start run only after it has returned.
     void applicationDidFinishLaunching();
     void applicationWillTerminate();
-    /// The user asked for the program again while it runs. True: it is handled.
+    /// The user started the program again while it is running. Returns true: the request is handled.
     bool applicationShouldHandleReopen(bool hasVisibleWindows);
 
-    /// A second start: brings the window back, or to the front.
+    /// The program was started a second time: shows the window, or brings it to the front.
     void reopen();
-    /// A second start with something to open.
+    /// The program was started a second time, with something to open.
     void openUrls(const QStringList &urls);
 
-    /// Empty before the launch and after the termination.
+    /// Null before the launch and after the termination.
     [[nodiscard]] LaunchContextManager *launchContext() const { return m_launchContext; }
 
 private:
@@ -62,7 +62,7 @@ private:
     LaunchContextManager *m_launchContext = nullptr;
 };
 
-/// The title of the main window, by which it is found again.
+/// The title of the main window, by which the window is found.
 inline const QString mainWindowTitle = QStringLiteral("Quillhaven");
 
 } // namespace quillhaven

@@ -11,26 +11,26 @@ namespace quillhaven {
 
 class ApplicationPresence;
 
-/// How the process came to be started.
+/// How the process was started.
 enum class LaunchContext { userActivation, loginItem, systemRestart, unknown };
 
-/// All cases, in order.
+/// All values, in order.
 inline constexpr std::array allLaunchContexts{LaunchContext::userActivation, LaunchContext::loginItem,
                                               LaunchContext::systemRestart, LaunchContext::unknown};
 
-/// The machine form of a context, such as "loginItem".
+/// The machine-readable form of a context, such as "loginItem".
 [[nodiscard]] QString description(LaunchContext context);
 
-/// Distinguishes a start by the user from one at login, and decides from that whether a window appears.
+/// Distinguishes a start by the user from one at login, and decides accordingly whether the window is shown.
 class LaunchContextManager : public QObject
 {
     Q_OBJECT
 
 public:
-    /// `arguments` are those of the process, its own name first. The reference must outlive this object.
+    /// `arguments` are those of the process, starting with its name. The reference must outlive this object.
     LaunchContextManager(const QStringList &arguments, ApplicationPresence &presence, QObject *parent = nullptr);
 
-    /// Defined by the program alone.
+    /// Defined in the program only.
     static LaunchContextManager &shared();
 
     [[nodiscard]] LaunchContext currentContext() const { return m_currentContext; }
@@ -42,9 +42,9 @@ public:
     void showMainWindow();
     /// Marks the window as unwanted and hides the application.
     void hideMainWindow();
-    /// Sets another context and decides again.
+    /// Sets the context and decides again.
     void updateContext(LaunchContext context);
-    /// The readable form, such as "Login Item".
+    /// The context in readable form, such as "Login Item".
     [[nodiscard]] QString contextDescription() const;
 
 Q_SIGNALS:

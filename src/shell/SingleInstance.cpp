@@ -99,9 +99,9 @@ SingleInstance::Role SingleInstance::claimOnBus(const QStringList &urls)
     new ApplicationAdaptor(this);
     bus.interface()->setTimeout(answerTimeoutMs);
     QString reason;
-    // The second round is for a holder that has just ended without accepting what it was handed.
+    // The second round is for the case that the first instance has just ended without handling the call.
     for (int round = 0; round < 2; ++round) {
-        // The object before the name, so that a caller that finds the name finds the object too.
+        // The object is registered before the name, so that a caller which finds the name also finds the object.
         bus.registerObject(objectPath, this, QDBusConnection::ExportAdaptors);
         const auto reply = bus.interface()->registerService(busName, QDBusConnectionInterface::DontQueueService,
                                                             QDBusConnectionInterface::DontAllowReplacement);
@@ -127,7 +127,7 @@ SingleInstance::Role SingleInstance::claimOnBus(const QStringList &urls)
 SingleInstance::Role SingleInstance::claimBySocket(const QStringList &urls)
 {
     const QString path = m_socketDirectory + QStringLiteral("/quillhaven.socket");
-    // The kernel releases the lock when its holder ends, however it ends, so a socket without a lock is stale.
+    // The kernel releases the lock when its holder ends for any reason, so a socket whose lock is free is stale.
     QElapsedTimer waiting;
     waiting.start();
     while (!takeLock(path + QStringLiteral(".lock"))) {
@@ -144,7 +144,7 @@ SingleInstance::Role SingleInstance::claimBySocket(const QStringList &urls)
                         socket.errorString());
             return Role::Secondary;
         }
-        // The holder of the lock may only be about to listen.
+        // The holder of the lock may not be listening yet.
         QThread::msleep(retryIntervalMs);
     }
     QLocalServer::removeServer(path);
@@ -162,7 +162,7 @@ bool SingleInstance::takeLock(const QString &path)
     QDir().mkpath(m_socketDirectory);
     ScopedFd file(::open(QFile::encodeName(path).constData(), O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW, 0600));
     if (!file.isOpen()) {
-        // Two processes would overwrite each other's records, so without an answer none may start.
+        // Two processes would overwrite each other's records, so the program must not start without the lock.
         throw FileError::fromErrno(errno, FileError::Action::Write, path);
     }
     if (::flock(file.get(), LOCK_EX | LOCK_NB) != 0) {

@@ -15,9 +15,9 @@ QT_END_NAMESPACE
 
 namespace quillhaven {
 
-/// One process of the program at a time: the first one holds a name on the session bus, and a later one passes on what
-/// it was started with and ends. The first one then brings its window to the front (`AppDelegate::reopen`). Without a
-/// bus a local socket in the user's runtime folder does the same.
+/// Ensures that only one process of the program runs. The first one owns a name on the session bus; a later one passes
+/// its arguments to it and exits, and the first one brings its window to the front (`AppDelegate::reopen`). Without a
+/// session bus, a local socket in the user's runtime folder is used instead.
 class SingleInstance : public QObject
 {
     Q_OBJECT
@@ -25,13 +25,13 @@ class SingleInstance : public QObject
 public:
     enum class Role { Primary, Secondary };
 
-    /// `socketDirectory` is a folder of the user's own, for sessions without a bus.
+    /// `socketDirectory` is a private folder of the user, for sessions without a bus.
     explicit SingleInstance(const QString &socketDirectory, QObject *parent = nullptr);
     ~SingleInstance() override;
 
-    /// Takes the name, or hands the arguments that are URLs to the process that holds it. Ask once, at the start. Waits
-    /// two seconds at most for a process that does not answer. Throws a FileError when there is neither a bus nor a
-    /// folder to write to.
+    /// Acquires the name, or passes the arguments that are URLs to the process that owns it. Call it once, at the
+    /// start. Waits at most two seconds for a process that does not answer. Throws a FileError if there is neither a
+    /// bus nor a writable folder.
     [[nodiscard]] Role claim(const QStringList &arguments);
 
     static inline const QString busName = QStringLiteral("com.tarnwick.quillhaven");
@@ -51,7 +51,7 @@ private:
     void receive(const QByteArray &message);
 
     QString m_socketDirectory;
-    // Held by the primary for as long as it runs.
+    // Held by the primary instance while it is running.
     ScopedFd m_lock;
     std::unique_ptr<QLocalServer> m_server;
 };

@@ -11,15 +11,15 @@
 
 namespace quillhaven {
 
-/// Turns the signals that ask a process to end (SIGTERM, SIGINT, SIGHUP) into a signal of the main loop, upon which the
-/// program ends as from its menu (`ApplicationPresence::terminate`): no new work begins, and file work under way is
-/// finished first. One at a time.
+/// Turns the signals that ask a process to end (SIGTERM, SIGINT, SIGHUP) into a Qt signal in the event loop. The program
+/// then ends as on any request (`ApplicationPresence::terminate`): no new work begins, and file operations in progress
+/// are finished first. There may be only one object at a time.
 class TerminationSignals : public QObject
 {
     Q_OBJECT
 
 public:
-    /// Blocks the signals for this thread and every one that it starts. Call it before the first of them: a thread that
+    /// Blocks the signals for this thread and every thread that it starts. Call it before starting any: a thread that
     /// does not block the signals would receive them.
     static void block();
 
@@ -31,7 +31,7 @@ Q_SIGNALS:
 
 private:
     ScopedFd m_fd;
-    std::unique_ptr<QSocketNotifier> m_notifier; ///< ends before the descriptor that it watches
+    std::unique_ptr<QSocketNotifier> m_notifier; ///< destroyed before the descriptor that it watches
 };
 
 } // namespace quillhaven

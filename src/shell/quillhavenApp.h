@@ -13,17 +13,17 @@ class Clock;
 class LaunchContextManager;
 class RunningTimer;
 
-/// What the main window's content does each time it appears. Main thread only.
+/// Handles each appearance of the main window's content. Main thread only.
 class quillhavenApp
 {
 public:
-    /// `checkForPendingActions` is run at each appearance, each time the application becomes active, and once a second
-    /// from an appearance on; it may be empty. The references must outlive this object.
+    /// `checkForPendingActions` is called at each appearance, each time the application becomes active, and once a
+    /// second after an appearance; it may be empty. The references must outlive this object.
     quillhavenApp(LaunchContextManager &launchContext, ApplicationPresence &presence, Clock &clock,
                   std::function<void()> checkForPendingActions);
     ~quillhavenApp();
 
-    /// The content of the main window appeared. Every further appearance adds one more one-second timer.
+    /// The content of the main window appeared. Every appearance starts another one-second timer.
     void contentAppeared();
     /// The application came to the foreground.
     void applicationDidBecomeActive();

@@ -55,7 +55,7 @@ void secureDelete(FileManager &files, RandomSource &random, const QString &path)
     const QString renamed = pathInDirectory(parentDirectory(path), random.uuidString());
     files.renameItem(path, renamed);
     files.removeItem(renamed);
-    files.sync(); // brings the new name and its removal to the device too
+    files.sync(); // writes the renaming and the removal to the device too
 }
 
 } // namespace quillhaven

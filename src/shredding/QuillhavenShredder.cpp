@@ -21,7 +21,7 @@ QCoro::Task<> QuillhavenShredder::shredItem(QString path, ProgressCallback progr
     if (!co_await m_masterPasswordManager.requireAuthenticationOrCancel()) {
         co_return;
     }
-    co_await afterPosted(); // The end of an earlier run must not clear what this one sets.
+    co_await afterPosted(); // The end of an earlier run must not clear the state that this run sets.
     begin();
     try {
         co_await shredFileOrDirectory(path, progressCallback);

@@ -15,7 +15,7 @@ class MasterPasswordManager;
 
 /// Destroys files: overwrites each in place three times, flushing every chunk to the device before the next one, then
 /// renames it to a random name, removes it and flushes the file systems. Nothing is read back, nothing is rolled back
-/// and nothing can be cancelled. Two shreds may run at once; nothing excludes that.
+/// and nothing can be cancelled. Several shreds may run at the same time.
 ///
 /// Main thread only; the file work runs off it.
 class QuillhavenShredder : public QObject
@@ -30,17 +30,17 @@ public:
     QuillhavenShredder(const Platform &platform, MasterPasswordManager &masterPasswordManager,
                        QObject *parent = nullptr);
 
-    /// Defined by the program alone.
+    /// Defined in the program only.
     static QuillhavenShredder &shared();
 
     [[nodiscard]] bool isShredding() const { return m_isShredding; }
-    /// 0 except within a run; the running progress goes to the callback alone.
+    /// 0 except during a run. The detailed progress is only reported to the callback.
     [[nodiscard]] double shredProgress() const { return m_shredProgress; }
-    /// The current step in words.
+    /// A text that describes the current step.
     [[nodiscard]] QString currentOperation() const { return m_currentOperation; }
 
-    /// Destroys one file, or a folder with all it holds. Ends without an error and without having touched anything when
-    /// the master password's guard is cancelled. Throws QuillhavenError::itemNotFound or a FileError, also for a link.
+    /// Destroys one file, or a folder with all its contents. If the master password's guard is cancelled, it returns
+    /// without an error and changes nothing. Throws QuillhavenError::itemNotFound or a FileError, also for a link.
     [[nodiscard]] QCoro::Task<> shredItem(QString path, ProgressCallback progressCallback);
 
     // BulkShred.cpp
@@ -61,9 +61,9 @@ private:
 
     [[nodiscard]] QCoro::Task<> shredFileOrDirectory(QString path, ProgressCallback progressCallback);
     void begin();
-    /// Posts the end of a run to the main loop, without waiting for it.
+    /// Posts the end of a run to the event loop, without waiting for it.
     void finishLater();
-    /// The status while one pass over a file runs.
+    /// The status text during a pass over a file.
     [[nodiscard]] static QString passText(int pass, const QString &fileName);
     /// Makes `operation` the current one and reports it to the callback.
     void report(const ProgressCallback &progressCallback, const QString &operation, double progress);

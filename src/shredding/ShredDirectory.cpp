@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// Every regular file of the folder is listed before the first one is touched, so that what cannot be read fails with
-// the folder whole. A failure at a file leaves those before it destroyed and those after it whole.
+// All regular files of the folder are listed before the first one is touched, so that a part that cannot be read is
+// reported while the folder is still intact. If a file fails, those before it are destroyed and those after it intact.
 
 #include "async/MainThread.h"
 #include "async/OffMainThread.h"
@@ -28,14 +28,15 @@ QCoro::Task<> QuillhavenShredder::shredDirectory(QString path, ProgressCallback 
     report(progressCallback, QStringLiteral("Found %1 files to shred").arg(files.size()), 0.1);
     int64_t processedSize = 0;
     for (const FileEntry &file : files) {
-        // Not a number when every file is empty; the receiver copes with that.
+        // NaN if all files are empty; the receiver handles that.
         const double progress = static_cast<double>(processedSize) / static_cast<double>(totalSize) * 0.8 + 0.1;
         const std::function reportPass = [this, progressCallback, fileName = lastPathComponent(file.path),
                                           progress](int pass) {
             report(progressCallback, passText(pass, fileName), progress);
         };
         const auto passBegins = onMainThread(reportPass);
-        // A file is one piece of work: with many small ones the way to a worker and back would cost more than the work.
+        // One task for a whole file: with many small files, going to a worker for each pass would cost more than the
+        // work itself.
         auto shredOne = [&fileManager, &random, file, passBegins] {
             for (int pass = 1; pass <= overwritingPasses; ++pass) {
                 passBegins(pass);

@@ -11,9 +11,9 @@
 
 namespace quillhaven {
 
-/// What the counter " (n/total)" after the statuses of a list counts.
+/// What the counter " (n/total)" at the end of the status texts counts.
 enum class ShredCounter {
-    Succeeded, ///< the items that succeeded so far and this one; the status that names the item has no counter
+    Succeeded, ///< the items that have succeeded and this one; the status that names the item has no counter
     Position,  ///< the items of the list up to this one
 };
 
@@ -24,12 +24,12 @@ struct ShredOutcome
     qsizetype completedCount = 0;
     QStringList errorLines; ///< "name: description" for each item that failed
 
-    /// Reports the last status. Throws QuillhavenError::bulkOperationFailed with the lines when there are any.
+    /// Reports the last status. Throws QuillhavenError::bulkOperationFailed with the lines if there are any.
     void report(const ProgressCallback &progressCallback) const;
 };
 
 /// Calls `shredOne` for each name in turn, with its index and a callback that maps the item's progress to its share of
-/// the list and adds the counter to its statuses. An item that fails does not end the run.
+/// the list and appends the counter to its status texts. An item that fails does not end the run.
 [[nodiscard]] QCoro::Task<ShredOutcome>
 shredEach(QStringList names, ShredCounter counter,
           std::function<QCoro::Task<>(qsizetype index, ProgressCallback itemProgress)> shredOne,

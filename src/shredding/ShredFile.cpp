@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// The size is taken once, so what another program appends meanwhile is not overwritten. A failure leaves the file
-// partly overwritten under its own name, or, when only the removal failed, overwritten under the random one.
+// The size is read once, so data that another program appends meanwhile is not overwritten. After a failure the file is
+// partly overwritten under its own name or, if only the removal failed, completely overwritten under the random name.
 
 #include "async/MainThread.h"
 #include "async/OffMainThread.h"

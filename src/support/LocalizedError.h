@@ -9,11 +9,11 @@
 
 namespace quillhaven {
 
-/// An error whose description is a sentence for the user. Caught by reference, thrown by value.
+/// An error whose description is a sentence for the user. Throw it by value and catch it by reference.
 class LocalizedError : public std::exception
 {
 public:
-    /// The sentence that a dialog shows.
+    /// The sentence to show to the user.
     [[nodiscard]] virtual QString errorDescription() const { return m_description; }
     [[nodiscard]] const char *what() const noexcept override { return m_utf8.c_str(); }
 
@@ -27,7 +27,7 @@ private:
     std::string m_utf8;
 };
 
-/// The sentence for any exception: `errorDescription()` of ours, `what()` of the others.
+/// The description of any exception: `errorDescription()` of a LocalizedError, `what()` of any other.
 [[nodiscard]] QString localizedDescription(const std::exception &error);
 
 /// The same for a captured exception, whatever its type.

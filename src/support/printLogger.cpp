@@ -11,7 +11,8 @@ namespace {
 
 using Sink = std::function<void(const QString &)>;
 
-/// Read and replaced by std::atomic_load and std::atomic_store alone. Never destroyed: a worker may log until the end.
+/// Access it only with std::atomic_load and std::atomic_store. Never destroyed, since a worker thread may log until the
+/// process ends.
 std::shared_ptr<const Sink> &logSink()
 {
     static auto &sink = *new std::shared_ptr<const Sink>;

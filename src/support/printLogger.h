@@ -9,19 +9,19 @@
 
 namespace quillhaven {
 
-/// Joins the printed forms with the separator and writes them to standard output, flushed. Any thread may call it.
+/// Writes the items, joined with the separator, to standard output and flushes it. Thread-safe.
 void printLogger(const QStringList &items, const QString &separator = QStringLiteral(" "),
                  const QString &terminator = QStringLiteral("\n"));
 
-/// One line of one item.
+/// Writes one item as a line.
 void printLogger(const QString &line);
 
-/// "true" or "false", as a Boolean is printed in the log.
+/// "true" or "false", the form of a Boolean in the log.
 [[nodiscard]] QString printed(bool value);
 
-/// Sets what receives every printed text, terminator included, in place of standard output; an empty function restores
-/// it. Any thread may call the sink, and one that is logging meanwhile may call it once more after it was replaced, so
-/// it must own all it uses.
+/// Sets the function that receives every printed text, including the terminator, instead of standard output; an empty
+/// function restores standard output. Any thread may call the sink, and a thread that is just logging may call it once
+/// more after it was replaced, so it must own all that it uses.
 void setLogSink(std::function<void(const QString &)> sink);
 
 } // namespace quillhaven
