@@ -1,15 +1,15 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// One operation of the engine over real files in a folder, with the user's answers given at once. Prints one line:
+// Runs one operation of the engine on real files in a folder; all questions are answered immediately. Prints one line:
 // the seconds of the operation alone, the peak of resident memory in KiB and the seconds of processor time.
 //
 // engine_bench HOME protect PATH       protects the item
 // engine_bench HOME cycle PATH         protects, then measures an unlock and a lock; prints two lines
-// engine_bench HOME catalogue COUNT    saves a catalogue of so many records 50 times; prints the seconds of one save
+// engine_bench HOME catalogue COUNT    saves a catalogue of COUNT records 50 times; prints the seconds of one save
 // engine_bench HOME backup PATH        protects the item, then measures its recovery backup
 // engine_bench HOME recover PATH       protects every item of a folder, backs them up, then measures the recovery
-// engine_bench HOME shred PATH         shreds a file or folder that is no item
-// engine_bench HOME bulk COUNT         unlocks and locks so many items in two bulk runs; prints two lines
+// engine_bench HOME shred PATH         shreds a file or folder that is not an item
+// engine_bench HOME bulk COUNT         unlocks and locks COUNT items in two bulk runs; prints two lines
 
 #include "catalogue/CatalogueJson.h"
 #include "credentials/KeychainManager.h"
@@ -69,7 +69,7 @@ void fillCatalogue(FolderPlatform &services, int count)
         item.originalName = QStringLiteral("a document of some length %1.pdf").arg(i);
         item.originalPath = QStringLiteral("/home/somebody/Documents/project/%1").arg(item.originalName);
         item.containerPath = QStringLiteral("/home/somebody/Documents/%1.secured").arg(item.originalName);
-        // A path that exists keeps the record through the clean-up of the start.
+        // An existing path, since the clean-up at start removes records without a private copy.
         item.originalBackupPath = services.directories.documents;
         items.append(item);
     }
@@ -80,7 +80,7 @@ const auto quiet = [](const QString &, double) {};
 const QString itemPassword = QStringLiteral("Abcdefg1");
 const QString masterPassword = QStringLiteral("Masterkey9");
 
-/// As many locked items as told, with their private copies and credentials.
+/// Creates `count` locked items with their private copies and credentials.
 void fillWithItems(FolderPlatform &services, int count)
 {
     KeychainManager keychain(services.credentials, services.random, keychainServiceName);
@@ -98,7 +98,7 @@ void fillWithItems(FolderPlatform &services, int count)
         item.originalBackupPath = store + QLatin1Char('/') + item.id + QStringLiteral("_original");
         QFile copy(item.originalBackupPath);
         if (!copy.open(QIODevice::WriteOnly) || copy.write(QByteArray(4096, 'x')) < 0) {
-            std::fprintf(stderr, "no room\n");
+            std::fprintf(stderr, "Could not write a private copy.\n");
         }
         keychain.storePassword(itemPassword, item.id);
         items.append(item);

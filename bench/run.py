@@ -4,8 +4,8 @@
 
 bench/run.py [--gib 1] [--rounds 5] [protect] [move] [catalogue] [backup] [recover] [shred] [bulk] [start]
 
-Each tool works on the same bytes on the same file system, in turns, so that a noisy machine disturbs all of them alike.
-The figures printed are medians; a ratio is the median of the per-round ratios.
+The tools run in turns on the same bytes and the same file system, so that other load on the machine affects all of them
+alike. The printed figures are medians; a ratio is the median of the per-round ratios.
 """
 import argparse
 import os
@@ -34,15 +34,15 @@ for offset in range(0, len(memory), mmap.PAGESIZE):
 
 
 def touched(tool, *args, **kwargs):
-    """Runs a tool once most of the free memory has been touched: a virtual machine gets a page from its host only at the
-    first touch, at up to 2 s for 1 GiB, and gives it back within seconds, which would count against whichever tool comes
-    to it first. In a process of its own, whose peak is not ours."""
+    """Runs a tool after touching most of the free memory. A virtual machine gets a page from its host only at the first
+    access, which takes up to 2 s for 1 GiB, and returns it within seconds; that would slow down the first tool only. The
+    memory is touched in a separate process, so that it does not raise the peak of this one."""
     subprocess.run([sys.executable, '-c', TOUCH_MEMORY], check=True)
     return tool(*args, **kwargs)
 
 
 def timed(command, **kwargs):
-    """Seconds, peak resident KiB and processor seconds of a command."""
+    """Returns the seconds, peak resident KiB and processor seconds of a command."""
     start = time.perf_counter()
     process = subprocess.Popen(command, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL, **kwargs)
     _, status, usage = os.wait4(process.pid, 0)
@@ -53,7 +53,7 @@ def timed(command, **kwargs):
 
 
 def engine(home, mode, subject):
-    """The lines of engine_bench: name -> (seconds, peak KiB, processor seconds)."""
+    """Returns the lines of engine_bench: name -> (seconds, peak KiB, processor seconds)."""
     out = subprocess.run([BENCH, home, mode, str(subject)], check=True, capture_output=True, text=True).stdout
     return {name: (float(seconds), int(peak), float(processor))
             for name, seconds, peak, processor in map(str.split, out.splitlines())}
@@ -153,7 +153,7 @@ def bench_start(work, rounds):
 
 
 def with_item(work, make, mode):
-    """One mode of engine_bench on a fresh home and a fresh item."""
+    """Runs one mode of engine_bench with a new home and a new item."""
     home = tempfile.mkdtemp(dir=work)
     item = make(os.path.join(home, 'item'))
     os.sync()
@@ -163,7 +163,7 @@ def with_item(work, make, mode):
 
 
 def files_in(count, size):
-    """Makes a folder of so many files of random bytes."""
+    """Returns a function that creates a folder of `count` files of random bytes."""
     def make(path):
         os.mkdir(path)
         chunk = os.urandom(1 << 20)
@@ -176,7 +176,7 @@ def files_in(count, size):
 
 
 def pipeline(work, command):
-    """A shell command that writes to $OUT."""
+    """Runs a shell command that writes to $OUT."""
     out = os.path.join(work, 'out')
     result = timed(['bash', '-o', 'pipefail', '-c', command], env=dict(os.environ, OUT=out))
     os.remove(out)
@@ -184,7 +184,7 @@ def pipeline(work, command):
 
 
 def keys(work):
-    """A gpg command for a password, and an age recipient."""
+    """Returns a gpg command with a password, and an age recipient."""
     gnupg = tempfile.mkdtemp(dir=work)
     os.chmod(gnupg, 0o700)
     gpg = ('gpg --homedir %s --batch --yes --pinentry-mode loopback --passphrase %s' % (gnupg, PASSWORD))
@@ -230,7 +230,7 @@ def bench_recover(work, gib, rounds):
 
 
 def plain_shred(path):
-    """Three passes in the plainest form: write and fsync for each chunk of 64 KiB."""
+    """Shreds in the simplest way: three passes, with a write and an fsync for each chunk of 64 KiB."""
     paths = [os.path.join(path, name) for name in sorted(os.listdir(path))] if os.path.isdir(path) else [path]
     for each in paths:
         size = os.path.getsize(each)
@@ -310,7 +310,7 @@ def main():
         if 'start' in args.what:
             bench_start(work, args.rounds)
     finally:
-        shutil.rmtree(work, ignore_errors=True)  # an agent of gpg that ends removes its sockets meanwhile
+        shutil.rmtree(work, ignore_errors=True)  # a gpg agent that is ending removes its sockets meanwhile
 
 
 if __name__ == '__main__':

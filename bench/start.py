@@ -1,10 +1,11 @@
 #!/usr/bin/python3
 # SPDX-License-Identifier: GPL-3.0-or-later
-"""Start of the program to its first window on the screen, and resident memory then, beside keepassxc.
+"""Measures the time from the start of the program to its first window, and its resident memory then, compared with
+keepassxc.
 
-bench/start.py PROGRAM WORK ROUNDS: run under a virtual display and a session bus of its own (bench/run.py does that).
-Each program starts in a home of its own; the clock stops when a visible window of its name is mapped and drawn, asked
-for in the same way for both.
+bench/start.py PROGRAM WORK ROUNDS: run it under its own virtual display and session bus, as bench/run.py does. Each
+program starts in its own home; the clock stops when a visible window with its title is mapped and drawn. Both programs
+are checked in the same way.
 """
 import os
 import re
@@ -32,7 +33,7 @@ def windows_below(window):
 
 
 def is_drawn(window, title):
-    """Whether a visible window of this title shows more than a colour or two: one all over means nothing drawn yet."""
+    """Whether a visible window with this title has more than three colours; an undrawn window has only one."""
     if not re.search(title, window.get_wm_name() or '') or window.get_attributes().map_state != X.IsViewable:
         return False
     size = window.get_geometry()
@@ -46,7 +47,7 @@ def is_drawn(window, title):
 
 
 def start(command, title, home):
-    """Seconds to a drawn window, and resident KiB then."""
+    """Returns the seconds until a window was drawn, and the resident KiB then."""
     env = dict(os.environ, HOME=home, XDG_CONFIG_HOME=home + '/.config', XDG_DATA_HOME=home + '/.local/share',
                XDG_CACHE_HOME=home + '/.cache')
     screen = display.Display()
@@ -58,7 +59,7 @@ def start(command, title, home):
             if any(is_drawn(window, title) for window in windows_below(root)):
                 break
         except (error.BadWindow, error.BadDrawable, error.BadMatch):
-            pass  # a window that went away meanwhile
+            pass  # a window was destroyed meanwhile
         if process.poll() is not None or time.perf_counter() - begin > 60:
             sys.exit('no window of %s' % command[0])
         time.sleep(0.005)
@@ -75,7 +76,7 @@ def start(command, title, home):
 
 
 def fill_catalogue(home, count):
-    """A catalogue of so many records whose files stand."""
+    """Returns a catalogue of `count` records, and creates their private copies."""
     import json
     folder = os.path.join(home, '.config', 'quillhaven')
     os.makedirs(folder, mode=0o700)
@@ -94,7 +95,7 @@ def fill_catalogue(home, count):
 
 
 def store_catalogue(program, home, json_bytes):
-    """Has the program make its database, then puts the list into it."""
+    """Lets the program create its database, then stores the list in it."""
     start([program], '^Quillhaven$', home)
     database = os.path.join(home, '.config', 'quillhaven', 'com.tarnwick.quillhaven.db')
     with sqlite3.connect(database) as connection:

@@ -1,6 +1,6 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
 
-# What every target of ours shares: warnings, Qt's strict string macros, hardening, and an include root for each library.
+# What all targets share: warnings, Qt's strict string macros, hardening, and an include root for each library.
 set(QUILLHAVEN_SANITIZE "" CACHE STRING "Value for -fsanitize=, such as address,undefined or thread")
 option(QUILLHAVEN_WERROR "Treat compiler warnings as errors" OFF)
 
@@ -12,22 +12,22 @@ target_compile_options(quillhaven_options INTERFACE
 target_compile_definitions(quillhaven_options INTERFACE
   QT_NO_KEYWORDS QT_NO_CAST_FROM_ASCII QT_NO_CAST_TO_ASCII QT_NO_CAST_FROM_BYTEARRAY QT_NO_URL_CAST_FROM_STRING
   QT_NO_NARROWING_CONVERSIONS_IN_CONNECT QT_DISABLE_DEPRECATED_BEFORE=0x060400)
-# A packager's own level of fortification wins; two definitions of one macro would be an error.
+# A packager's level of fortification takes precedence; a second definition of the macro would be an error.
 if(NOT "${CMAKE_CXX_FLAGS}" MATCHES "_FORTIFY_SOURCE")
   target_compile_definitions(quillhaven_options INTERFACE "$<$<CONFIG:Release,RelWithDebInfo>:_FORTIFY_SOURCE=2>")
 endif()
 target_link_options(quillhaven_options INTERFACE -fuse-ld=lld -Wl,-z,relro,-z,now)
 if(QUILLHAVEN_SANITIZE)
-  # The null check misreads the null QPrivateSignal reference of Qt's own connect.
+  # The null check reports false errors for the null QPrivateSignal reference in Qt's connect.
   target_compile_options(quillhaven_options INTERFACE -fsanitize=${QUILLHAVEN_SANITIZE} -fno-sanitize=null
     -fno-sanitize-recover=undefined)
   target_link_options(quillhaven_options INTERFACE -fsanitize=${QUILLHAVEN_SANITIZE})
 endif()
 
-# quillhaven_library(NAME SOURCES... [LINKS targets...]): one subsystem, one static library over the folder of its CMakeLists.txt.
+# quillhaven_library(NAME SOURCES... [LINKS targets...]): a subsystem as a static library, in the folder of its CMakeLists.txt.
 #
-# A header is included by its path below src. Each library has an include root of its own with links to its headers alone,
-# so that an include of a library that is not linked does not compile.
+# A header is included by its path below src. Each library has its own include root, with links to its own headers only, so
+# that including a header of a library that is not linked does not compile.
 function(quillhaven_library name)
   cmake_parse_arguments(ARG "" "" "SOURCES;LINKS" ${ARGN})
   add_library(quillhaven_${name} STATIC ${ARG_SOURCES})
@@ -41,7 +41,7 @@ function(quillhaven_library name)
   endforeach()
   target_include_directories(quillhaven_${name} PUBLIC ${root})
   target_link_libraries(quillhaven_${name} PUBLIC ${ARG_LINKS} PRIVATE quillhaven_options)
-  # The fuzzers are led by which lines of these an input reaches.
+  # The fuzzers are guided by the coverage of these libraries.
   if(QUILLHAVEN_FUZZ AND name MATCHES "^(catalogue|formats|cipher|backup|platform_linux_.*|engine)$")
     target_compile_options(quillhaven_${name} PRIVATE -fsanitize=fuzzer-no-link)
   endif()

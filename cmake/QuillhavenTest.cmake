@@ -2,10 +2,10 @@
 
 # quillhaven_test(NAME LABEL label SOURCES... [LINKS targets...] [RUNNER command...] [TIMEOUT seconds])
 #
-# One GoogleTest program, registered as one CTest test. Labels: unit, component (a real service on a private bus),
-# fault, kill, model, window. RUNNER is put in front of the program, such as a script that starts the service. A sanitized build
-# puts QUILLHAVEN_TEST_PREFIX in front of names and labels, so that one run of ctest can hold several builds.
-set(QUILLHAVEN_TEST_PREFIX "" CACHE STRING "Put in front of every test's name and label, such as asan-")
+# A GoogleTest program, registered as one CTest test. Labels: unit, component (a real service on a private bus), fault, kill,
+# model, window. RUNNER is a command that runs the program, such as a script that starts the service. A sanitized build
+# prefixes names and labels with QUILLHAVEN_TEST_PREFIX, so that one run of ctest can include several builds.
+set(QUILLHAVEN_TEST_PREFIX "" CACHE STRING "Prefix of every test's name and label, such as asan-")
 
 function(quillhaven_test name)
   cmake_parse_arguments(ARG "" "LABEL;TIMEOUT" "SOURCES;LINKS;RUNNER" ${ARGN})
@@ -23,8 +23,8 @@ function(quillhaven_test name)
   endif()
 endfunction()
 
-# quillhaven_ignore_leaks(TEST): for a program with a window. Libraries of the desktop that it loads leave memory behind at its
-# end, and are unloaded by then, so that no suppression can name them. Everything else that a sanitizer finds still counts.
+# quillhaven_ignore_leaks(TEST): for a program with a window. The desktop libraries that it loads leak memory, and are already
+# unloaded at its end, so that no suppression can name them. All other findings of the sanitizer still fail the test.
 function(quillhaven_ignore_leaks test)
   set_property(TEST ${test} APPEND PROPERTY ENVIRONMENT_MODIFICATION "ASAN_OPTIONS=string_append::detect_leaks=0")
 endfunction()

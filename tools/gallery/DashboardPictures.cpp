@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// The main window in its states.
+// Pictures of the main window in its states.
 
 #include "Picture.h"
 #include "presentation/dashboard/DashboardWindowFixture.h"

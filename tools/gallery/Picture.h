@@ -11,24 +11,24 @@
 
 namespace quillhaven::testing {
 
-/// Saves what the window shows, once its animations have ended, in the folder that QUILLHAVEN_GALLERY names.
+/// Saves a picture of the window, after its animations have ended, in the folder that QUILLHAVEN_GALLERY names.
 inline void draw(QQuickWindow &window, const QString &name)
 {
     const QDir folder(qEnvironmentVariable("QUILLHAVEN_GALLERY", QStringLiteral("gallery")));
     ASSERT_TRUE(folder.mkpath(QStringLiteral(".")));
-    constexpr int framesOfTheLongestAnimation = 40;
+    constexpr int maxAnimationFrames = 40;
     int frames = 0;
     const QMetaObject::Connection counting =
         QObject::connect(&window, &QQuickWindow::frameSwapped, &window, [&frames] { ++frames; });
     ASSERT_TRUE(spinUntil([&] {
         window.update();
-        return frames > framesOfTheLongestAnimation;
+        return frames > maxAnimationFrames;
     }));
     QObject::disconnect(counting);
     ASSERT_TRUE(window.grabWindow().save(folder.filePath(name + QStringLiteral(".png"))));
 }
 
-/// A picture of the usual size of the window, and one of the smallest.
+/// Saves one picture at the usual size of the window, and one at the smallest.
 inline void drawInBothSizes(QQuickWindow &window, const QString &name)
 {
     for (const QSize &size : {QSize(1200, 900), QSize(760, 560)}) {

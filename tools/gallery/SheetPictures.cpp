@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// Each sheet, over a window with two buttons.
+// Pictures of each sheet, over a window with two buttons.
 
 #include "Picture.h"
 #include "presentation/dialogs/DialogScene.h"
