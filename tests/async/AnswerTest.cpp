@@ -13,7 +13,7 @@
 namespace quillhaven::testing {
 namespace {
 
-// Long enough to be on the heap, so that a value that was moved from would be empty.
+// Long enough to be on the heap, so that a moved-from value would be empty.
 const QString value = QStringLiteral("a value that is longer than any buffer inside a string");
 
 QCoro::Task<QString> waitFor(Answer<QString> answer)
@@ -33,7 +33,7 @@ QCoro::Task<> noteAfterPosted(std::vector<int> *order, int number)
     order->push_back(number);
 }
 
-TEST(Answer, SuspendsUntilItIsGivenAndGoesOnFromTheLoop)
+TEST(Answer, SuspendsUntilItIsGivenAndContinuesFromTheEventLoop)
 {
     const Answer<QString> answer;
     const RunningTask<QString> waiting(waitFor(answer));
@@ -43,7 +43,7 @@ TEST(Answer, SuspendsUntilItIsGivenAndGoesOnFromTheLoop)
     EXPECT_EQ(waiting.wait(), value);
 }
 
-TEST(Answer, GivenBeforehandDoesNotSuspend)
+TEST(Answer, DoesNotSuspendIfItWasGivenBefore)
 {
     const Answer<QString> answer;
     answer.give(value);
@@ -52,7 +52,7 @@ TEST(Answer, GivenBeforehandDoesNotSuspend)
     EXPECT_EQ(waiting.wait(), value);
 }
 
-TEST(Answer, EveryAwaiterGetsTheValueInTheOrderOfTheirWaiting)
+TEST(Answer, AllAwaitersGetTheValueInTheOrderInWhichTheyWait)
 {
     const Answer<int> answer;
     std::vector<int> order;
@@ -64,7 +64,7 @@ TEST(Answer, EveryAwaiterGetsTheValueInTheOrderOfTheirWaiting)
     EXPECT_EQ(order, (std::vector{1, 2, 3}));
 }
 
-TEST(Answer, AValueIsStillThereForALaterAwaiter)
+TEST(Answer, ALaterAwaiterGetsTheValueToo)
 {
     const Answer<QString> answer;
     const RunningTask<QString> first(waitFor(answer));
@@ -75,7 +75,7 @@ TEST(Answer, AValueIsStillThereForALaterAwaiter)
     EXPECT_EQ(runTask(waitFor(answer)), value);
 }
 
-TEST(Answer, OnlyTheFirstGiveCounts)
+TEST(Answer, OnlyTheFirstGivenValueIsUsed)
 {
     const Answer<QString> answer;
     EXPECT_TRUE(answer.give(value));
@@ -83,7 +83,7 @@ TEST(Answer, OnlyTheFirstGiveCounts)
     EXPECT_EQ(runTask(waitFor(answer)), value);
 }
 
-TEST(AfterPosted, ContinuesAfterWhatWasPostedBeforeItAndBeforeWhatIsPostedLater)
+TEST(AfterPosted, ContinuesAfterEarlierPostedEventsAndBeforeLaterOnes)
 {
     std::vector<int> order;
     const auto post = [&order](int number) {

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// What still runs once the end of the process has been asked for. A process of its own for each case.
+// What still runs after the process was asked to end. Each case has its own process.
 
 #include <QProcess>
 
@@ -22,27 +22,27 @@ QString outputOf(const char *scenario)
 
 const QString refusedJob = QStringLiteral("⚠️ A job was not started, because the program is ending|ended");
 
-TEST(EndOfWork, AJobPostedAfterTheEndWasAskedForDoesNotStart)
+TEST(EndOfWork, AJobPostedAfterTheRequestToEndDoesNotStart)
 {
     EXPECT_EQ(outputOf("job posted after the end was asked for"), refusedJob);
 }
 
-TEST(EndOfWork, AJobThatHasNotStartedWhenTheEndIsAskedForDoesNotStart)
+TEST(EndOfWork, AJobThatHasNotStartedAtTheRequestToEndDoesNotStart)
 {
     EXPECT_EQ(outputOf("job posted just before the end was asked for"), refusedJob);
 }
 
-TEST(EndOfWork, AnOperationUnderWayRunsToItsRecord)
+TEST(EndOfWork, ARunningOperationIsCompleted)
 {
     EXPECT_EQ(outputOf("operation under way"), QStringLiteral("moved while closing|recorded|ended"));
 }
 
-TEST(EndOfWork, AnAnswerThatComesWhileTheExitIsQueuedResumesNothing)
+TEST(EndOfWork, AnAnswerGivenWhileTheExitIsQueuedResumesNothing)
 {
     EXPECT_EQ(outputOf("question answered while the exit is queued"), QStringLiteral("ended"));
 }
 
-TEST(EndOfWork, WorkAfterTheEndWasDecidedDoesNotStart)
+TEST(EndOfWork, WorkRequestedAfterTheExitDoesNotStart)
 {
     EXPECT_EQ(outputOf("work asked for after the end was decided"), QStringLiteral("ended"));
 }

@@ -32,7 +32,7 @@ QCoro::Task<> sayInAJob()
     co_return;
 }
 
-/// An operation of several steps; the end is asked for during the first one.
+/// An operation with several steps. The program is asked to end during the first one.
 QCoro::Task<> moveThenRecord()
 {
     QSemaphore isClosing;
@@ -98,7 +98,7 @@ const std::map<QString, std::function<void()>> scenarios{
 } // namespace
 } // namespace quillhaven
 
-// EndingProgram SCENARIO: ends as the program does, in the circumstances that are named, and prints what still ran.
+// EndingProgram SCENARIO: ends like the program in the given scenario, and prints what still ran.
 int main(int argc, char **argv)
 {
     const QCoreApplication application(argc, argv);

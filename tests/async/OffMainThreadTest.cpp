@@ -19,7 +19,7 @@ QCoro::Task<std::invoke_result_t<Work>> inScope(Work work)
     co_return co_await offMainThread(std::move(work));
 }
 
-TEST(OffMainThread, RunsOnAnotherThreadWhileTheLoopKeepsTicking)
+TEST(OffMainThread, RunsOnAnotherThreadWhileTheEventLoopIsRunning)
 {
     EventLoopChecker loop;
     const QThread *main = QThread::currentThread();
@@ -40,14 +40,14 @@ TEST(OffMainThread, ContinuesOnTheMainThread)
     EXPECT_EQ(runTask(whereItContinues()), QThread::currentThread());
 }
 
-TEST(OffMainThread, ThrowsWhatTheWorkThrew)
+TEST(OffMainThread, RethrowsTheExceptionOfTheWork)
 {
     const RunningTask<int> work(inScope([]() -> int { throw std::runtime_error("no disk"); }));
     EXPECT_THROW(work.wait(), std::runtime_error);
     EXPECT_EQ(WorkInFlight::count(), 0);
 }
 
-TEST(OffMainThread, ContinuesAfterWhatTheWorkPosted)
+TEST(OffMainThread, ContinuesAfterTheEventsThatTheWorkPosted)
 {
     bool isDelivered = false;
     const auto wasDeliveredFirst = [&isDelivered]() -> QCoro::Task<bool> {
@@ -61,7 +61,7 @@ TEST(OffMainThread, ContinuesAfterWhatTheWorkPosted)
     EXPECT_TRUE(runTask(wasDeliveredFirst()));
 }
 
-TEST(OffMainThread, LetsGoOfWhatTheWorkHeldBeforeItContinues)
+TEST(OffMainThread, DestroysTheWorkBeforeItContinues)
 {
     auto held = std::make_shared<int>(0);
     const std::weak_ptr<int> watched = held;
@@ -72,13 +72,14 @@ TEST(OffMainThread, LetsGoOfWhatTheWorkHeldBeforeItContinues)
     EXPECT_FALSE(runTask(isHeldAfterwards(std::move(held))));
 }
 
-TEST(OffMainThread, ALoopThatRunsInsideAContinuationDeliversOtherResults)
+TEST(OffMainThread, ANestedLoopInAContinuationDeliversOtherResults)
 {
     bool isInnerDone = false;
     const auto outer = [&isInnerDone]() -> QCoro::Task<bool> {
         co_await offMainThread([] {});
         co_return spinUntil([&isInnerDone] {
-            QCoreApplication::sendPostedEvents(); // Qt's loop leaves what was queued before it until the next post
+            // A nested loop delivers events that were queued before it only after the next post.
+            QCoreApplication::sendPostedEvents();
             return isInnerDone;
         });
     };

@@ -22,7 +22,7 @@ class Backup : public ::testing::Test
 {
 protected:
     QString backupPath(qsizetype index = 0) const { return cloud.backup(engine->item(index).id); }
-    /// The engine with these files under protection, locked, a cloud folder and the setting on afterwards.
+    /// Starts the engine, protects files with these names, then creates the cloud folder and enables backups.
     void start(const QStringList &names)
     {
         services.credentials.entries.insert(QStringLiteral("master_password"), "Master12");
@@ -70,7 +70,7 @@ TEST_F(Backup, LockedFileIsWrittenUnderItsIdAndOpensWithTheMasterPassword)
     const QByteArray metadata = (engine->item().id + QStringLiteral(":a.txt")).toUtf8();
     EXPECT_EQ(TemporaryHome::read(backupPath()).mid(44, metadata.size()), metadata);
     EXPECT_EQ(log.lines(), QStringList(createdLine(QStringLiteral("a.txt"))));
-    EXPECT_EQ(engine->masterPrompts, 0) << "the stored master password is all it takes";
+    EXPECT_EQ(engine->masterPrompts, 0) << "only the stored master password is needed";
 }
 
 TEST_F(Backup, FolderIsWrittenAsItsArchive)
@@ -100,7 +100,7 @@ TEST_F(Backup, SecondBackupReplacesTheFirst)
     EXPECT_EQ(opened(backupPath()), "a");
 }
 
-TEST_F(Backup, SettingOffFailsWhateverTheCatalogueHolds)
+TEST_F(Backup, DisabledSettingFailsWhateverTheCatalogueContains)
 {
     start({QStringLiteral("a.txt")});
     cloud.setEnabled(false);
@@ -130,7 +130,7 @@ TEST_F(Backup, UnknownIdIsNotFound)
               QuillhavenError::itemNotFound);
 }
 
-TEST_F(Backup, NoMasterPasswordIsTheStoresError)
+TEST_F(Backup, MissingMasterPasswordThrowsTheErrorOfTheStore)
 {
     start({QStringLiteral("a.txt")});
     services.credentials.entries.remove(QStringLiteral("master_password"));
@@ -143,7 +143,7 @@ TEST_F(Backup, NoMasterPasswordIsTheStoresError)
     EXPECT_FALSE(TemporaryHome::exists(cloud.backups()));
 }
 
-TEST_F(Backup, NoContainerIsToldWithTheWayToGetOne)
+TEST_F(Backup, MissingContainerIsReportedWithAHint)
 {
     start({QStringLiteral("a.txt")});
     ASSERT_TRUE(QDir().rmdir(cloud.path()));
@@ -153,7 +153,7 @@ TEST_F(Backup, NoContainerIsToldWithTheWayToGetOne)
     EXPECT_FALSE(TemporaryHome::exists(cloud.path()));
 }
 
-TEST_F(Backup, ContainerThatVanishedIsNotMadeAgain)
+TEST_F(Backup, RemovedContainerIsNotCreatedAgain)
 {
     start({QStringLiteral("a.txt")});
     backUp();
@@ -162,7 +162,7 @@ TEST_F(Backup, ContainerThatVanishedIsNotMadeAgain)
     EXPECT_FALSE(TemporaryHome::exists(cloud.path()));
 }
 
-TEST_F(Backup, LinkToAFolderIsAContainerAndALinkToNothingIsNone)
+TEST_F(Backup, LinkToAFolderIsAContainerButADanglingLinkIsNot)
 {
     start({QStringLiteral("a.txt")});
     ASSERT_TRUE(QDir().rmdir(cloud.path()));
@@ -174,21 +174,22 @@ TEST_F(Backup, LinkToAFolderIsAContainerAndALinkToNothingIsNone)
                                                          engine->item().id + QStringLiteral(".backup"))));
 }
 
-TEST_F(Backup, FileInTheWayOfTheDirectoryPassesItsErrorOn)
+TEST_F(Backup, FileAtThePlaceOfTheFolderIsReported)
 {
     start({QStringLiteral("a.txt")});
     services.home.write(QStringLiteral(".local/share/cloud/iCloud~com~tarnwick~quillhaven/Documents"), "mine");
     EXPECT_THROW(backUp(), FileError);
 }
 
-TEST_F(Backup, UnlockedItemIsNotFoundAndStopsTheRunThere)
+TEST_F(Backup, UnlockedItemIsNotFoundAndStopsTheRun)
 {
     start({QStringLiteral("a.txt"), QStringLiteral("b.txt"), QStringLiteral("c.txt")});
     engine->unlock(1);
     log.clear();
     EXPECT_EQ(engineErrorOf([this] { backUpAll(); }), QuillhavenError::itemNotFound);
     EXPECT_EQ(log.lines(), QStringList(createdLine(QStringLiteral("a.txt"))));
-    EXPECT_EQ(cloud.backupNames(), QStringList(engine->item(0).id + QStringLiteral(".backup"))) << "those made stay";
+    EXPECT_EQ(cloud.backupNames(), QStringList(engine->item(0).id + QStringLiteral(".backup")))
+        << "the backups that were written remain";
 }
 
 TEST_F(Backup, AllItemsAreWrittenInTheirOrder)
@@ -201,7 +202,7 @@ TEST_F(Backup, AllItemsAreWrittenInTheirOrder)
     EXPECT_EQ(opened(backupPath(1)), "b.txt");
 }
 
-TEST_F(Backup, ItemThatLeavesTheListWhileItIsWrittenDoesNotDisturbTheOthers)
+TEST_F(Backup, ItemRemovedWhileItIsWrittenDoesNotAffectTheOthers)
 {
     start({QStringLiteral("a.txt"), QStringLiteral("b.txt"), QStringLiteral("c.txt")});
     const QStringList others{backupPath(1), backupPath(2)};
@@ -216,7 +217,7 @@ TEST_F(Backup, ItemThatLeavesTheListWhileItIsWrittenDoesNotDisturbTheOthers)
     EXPECT_EQ(log.lines().last(), allLine);
 }
 
-TEST_F(Backup, WindowDoesNotWaitForABackup)
+TEST_F(Backup, BackupDoesNotBlockTheWindow)
 {
     start({QStringLiteral("a.txt")});
     QSemaphore calls;
@@ -227,17 +228,17 @@ TEST_F(Backup, WindowDoesNotWaitForABackup)
         }
     };
     backUp();
-    EXPECT_EQ(calls.available(), 2) << "one read and one write";
+    EXPECT_EQ(calls.available(), 2) << "a read and a write";
 }
 
-TEST_F(Backup, EmptyCatalogueSucceedsWithItsLine)
+TEST_F(Backup, EmptyCatalogueSucceedsAndIsLogged)
 {
     start({});
     backUpAll();
     EXPECT_EQ(log.lines(), QStringList(allLine));
 }
 
-TEST_F(Backup, ProtectingWritesABackupWhenTheSettingIsOn)
+TEST_F(Backup, ProtectingWritesABackupIfTheSettingIsEnabled)
 {
     start({});
     engine->protect(services.home.write(QStringLiteral("Desktop/new.txt"), "new"));
@@ -259,7 +260,7 @@ TEST_F(Backup, BulkProtectionWritesOneForEachItem)
     EXPECT_EQ(opened(backupPath(1)), "b");
 }
 
-TEST_F(Backup, ProtectingWithTheSettingOffAsksForNoCloud)
+TEST_F(Backup, ProtectingWithTheSettingDisabledDoesNotLookForTheCloud)
 {
     start({});
     cloud.setEnabled(false);
@@ -268,7 +269,7 @@ TEST_F(Backup, ProtectingWithTheSettingOffAsksForNoCloud)
     EXPECT_EQ(log.lines().filter(QStringLiteral("iCloud")), QStringList());
 }
 
-TEST_F(Backup, ProtectingWithoutAContainerWritesNoneAndSaysWhy)
+TEST_F(Backup, ProtectingWithoutAContainerWritesNoBackupAndLogsTheReason)
 {
     start({});
     ASSERT_TRUE(QDir().rmdir(cloud.path()));
@@ -284,7 +285,7 @@ TEST_F(Backup, ProtectingWithoutAContainerWritesNoneAndSaysWhy)
                                          QStringLiteral("🌩️ DEBUG: 4. Container identifier is incorrect")}));
 }
 
-TEST_F(Backup, FailingBackupIsOnlyLoggedAndTheProtectionStands)
+TEST_F(Backup, FailedBackupIsOnlyLoggedAndTheItemIsProtected)
 {
     start({});
     hooks.before = [](const char *call, const QString &path) {
@@ -296,14 +297,14 @@ TEST_F(Backup, FailingBackupIsOnlyLoggedAndTheProtectionStands)
     engine->protect(path);
     ASSERT_EQ(engine->count(), 1);
     EXPECT_EQ(TemporaryHome::read(path), placeholderText.toUtf8());
-    EXPECT_FALSE(engine->masterPassword.isAuthenticated()) << "a protection that succeeded";
+    EXPECT_FALSE(engine->masterPassword.isAuthenticated()) << "the protection succeeded";
     const QString failure = FileError::fromErrno(EACCES, FileError::Action::Write, backupPath()).errorDescription();
     EXPECT_EQ(log.lines().last(), QStringLiteral("⚠️ Failed to backup to iCloud: ") + failure);
     EXPECT_FALSE(log.contains(createdLine(QStringLiteral("new.txt"))));
     EXPECT_EQ(EngineHarness(services).count(), 1);
 }
 
-TEST_F(Backup, ProtectingWithoutAMasterPasswordLogsTheStoresError)
+TEST_F(Backup, ProtectingWithoutAMasterPasswordLogsTheErrorOfTheStore)
 {
     start({});
     services.credentials.entries.clear();
@@ -314,7 +315,7 @@ TEST_F(Backup, ProtectingWithoutAMasterPasswordLogsTheStoresError)
               QStringLiteral("⚠️ Failed to backup to iCloud: Failed to retrieve from keychain: -25300"));
 }
 
-TEST_F(Backup, LockUnlockAndRemovalLeaveTheBackupAsItIs)
+TEST_F(Backup, LockUnlockAndRemovalDoNotChangeTheBackup)
 {
     start({QStringLiteral("a.txt")});
     backUp();
@@ -327,7 +328,7 @@ TEST_F(Backup, LockUnlockAndRemovalLeaveTheBackupAsItIs)
     EXPECT_EQ(cloud.backupNames().size(), 1);
 }
 
-TEST_F(Backup, ShreddingTheItemLeavesItsBackup)
+TEST_F(Backup, ShreddingTheItemKeepsItsBackup)
 {
     start({QStringLiteral("a.txt")});
     backUp();
@@ -337,7 +338,7 @@ TEST_F(Backup, ShreddingTheItemLeavesItsBackup)
     EXPECT_EQ(opened(path), "a.txt");
 }
 
-TEST_F(Backup, NewMasterPasswordCountsFromTheNextBackupOn)
+TEST_F(Backup, NewMasterPasswordIsUsedFromTheNextBackup)
 {
     start({QStringLiteral("a.txt")});
     backUp();
@@ -357,5 +358,5 @@ TEST_F(Backup, AvailabilityFollowsTheFolder)
     EXPECT_FALSE(engine->manager.isiCloudAvailable());
     QFile file(cloud.path());
     ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-    EXPECT_FALSE(engine->manager.isiCloudAvailable()) << "a file is no folder";
+    EXPECT_FALSE(engine->manager.isiCloudAvailable()) << "a file is not a folder";
 }

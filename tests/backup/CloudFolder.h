@@ -10,7 +10,7 @@
 
 namespace quillhaven::testing {
 
-/// The folder that the user's sync tool looks after, in a temporary home.
+/// The folder that the user's sync tool synchronizes, in a temporary home.
 class CloudFolder
 {
 public:
@@ -29,15 +29,15 @@ public:
     {
         return QDir(backups()).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot);
     }
-    /// Makes the folder.
+    /// Creates the folder.
     void make() const { QDir().mkpath(path()); }
-    /// Puts a file in the place of a backup.
+    /// Writes a file at the path of a backup.
     void writeBackup(const QString &id, const QByteArray &bytes) const
     {
         QDir().mkpath(backups());
         m_services.home.write(QDir(m_services.home.path()).relativeFilePath(backup(id)), bytes);
     }
-    /// Switches backups on or off in the settings.
+    /// Enables or disables backups in the settings.
     void setEnabled(bool isEnabled) const
     {
         settings::enableiCloudBackup.write(m_services.defaults.standard(), isEnabled);

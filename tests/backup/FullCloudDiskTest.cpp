@@ -10,7 +10,7 @@ using namespace quillhaven::testing;
 
 namespace {
 
-/// Backups and recovery on a file system with too little room.
+/// Backups and recovery on a file system without enough space.
 class FullCloudDisk : public ::testing::Test
 {
 protected:
@@ -54,12 +54,12 @@ protected:
     const QByteArray big = QByteArray(1024 * 1024, 'x');
     LogCapture log;
     std::optional<EngineHarness> engine;
-    std::optional<Mount> disk; // goes before the home
+    std::optional<Mount> disk; // unmounted before the home is removed
 };
 
 } // namespace
 
-TEST_F(FullCloudDisk, BackupFailsAndStopsTheRunAndTheItemIsAsItWas)
+TEST_F(FullCloudDisk, BackupFailsAndStopsTheRunAndTheItemIsUnchanged)
 {
     protect(QStringLiteral("small.txt"), "small");
     protect(QStringLiteral("big.bin"), big);
@@ -74,7 +74,7 @@ TEST_F(FullCloudDisk, BackupFailsAndStopsTheRunAndTheItemIsAsItWas)
     EXPECT_EQ(TemporaryHome::read(engine->item(1).originalBackupPath), big);
 }
 
-TEST_F(FullCloudDisk, ProtectingStandsAndTheBackupsFailureIsLogged)
+TEST_F(FullCloudDisk, ItemIsProtectedAndTheFailedBackupIsLogged)
 {
     cloud.setEnabled(true);
     mountSmallDisk(cloud.path());
@@ -87,7 +87,7 @@ TEST_F(FullCloudDisk, ProtectingStandsAndTheBackupsFailureIsLogged)
     EXPECT_EQ(TemporaryHome::read(engine->item().originalBackupPath), big);
 }
 
-TEST_F(FullCloudDisk, PieceOfABackupComesBackAsARawCopy)
+TEST_F(FullCloudDisk, TruncatedBackupIsRecoveredAsARawCopy)
 {
     cloud.setEnabled(true);
     mountSmallDisk(cloud.path());
@@ -101,7 +101,7 @@ TEST_F(FullCloudDisk, PieceOfABackupComesBackAsARawCopy)
     EXPECT_TRUE(log.contains(QStringLiteral("⚠️ Decryption failed for big.bin, copying raw backup file")));
 }
 
-TEST_F(FullCloudDisk, RecoveryStopsAndLeavesNoPieceOfAFile)
+TEST_F(FullCloudDisk, RecoveryStopsAndLeavesNoPartialFile)
 {
     cloud.setEnabled(true);
     protect(QStringLiteral("big.bin"), big);
@@ -111,7 +111,7 @@ TEST_F(FullCloudDisk, RecoveryStopsAndLeavesNoPieceOfAFile)
     EXPECT_TRUE(log.contains(QStringLiteral("⚠️ Decryption failed for big.bin, copying raw backup file")));
 }
 
-TEST_F(FullCloudDisk, RecoveryWithoutRoomForANameStopsWithoutSpaceToo)
+TEST_F(FullCloudDisk, RecoveryWithoutSpaceForAFileNameStopsToo)
 {
     cloud.setEnabled(true);
     protect(QStringLiteral("small.txt"), "small");

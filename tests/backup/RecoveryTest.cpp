@@ -64,7 +64,7 @@ protected:
     {
         return QDir(folder).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot, QDir::Name);
     }
-    /// Writes a backup whose clear part is this metadata.
+    /// Writes a backup with this metadata.
     void writeBackup(const QString &fileId, const QString &metadata, const QByteArray &plaintext = "the bytes",
                      const QString &password = QStringLiteral("Master12"))
     {
@@ -76,7 +76,7 @@ protected:
         createRecoveryBackup(services.fileManager, services.random, services.home.directories(), source,
                              cloud.backup(fileId), password, item);
     }
-    /// Puts a record of this id and name into the stored catalogue.
+    /// Stores a record with this id and name in the catalogue.
     void writeRecord(const QString &itemId, const QString &name)
     {
         ProtectedItem item;
@@ -85,7 +85,7 @@ protected:
         item.originalPath = services.home.write(QStringLiteral("Desktop/") + name);
         services.defaults.standard().setData(settings::protectedItems.key, encodeProtectedItems({item}));
     }
-    /// Recovers with a fresh engine, whose log alone is kept.
+    /// Recovers with a new engine, and keeps only the log of the recovery.
     QStringList recover(const QString &password = QStringLiteral("Master12"))
     {
         engine.emplace(services, files);
@@ -96,7 +96,7 @@ protected:
     {
         return engineErrorOf([&] { recover(password); }, text);
     }
-    /// Recovers one backup of these bytes under `id`, which comes out as it stands under `name`.
+    /// Expects that a backup of these bytes under `id` is recovered unchanged as `name`.
     void expectRawCopy(const QByteArray &bytes, const QString &name, const QStringList &lines)
     {
         cloud.writeBackup(id, bytes);
@@ -118,7 +118,7 @@ protected:
 
 } // namespace
 
-TEST_F(Recovery, BackupsOfAnotherMachineComeBackAsPlainFiles)
+TEST_F(Recovery, BackupsOfAnotherMachineAreRecoveredAsPlainFiles)
 {
     {
         EngineHarness first(services);
@@ -136,7 +136,7 @@ TEST_F(Recovery, BackupsOfAnotherMachineComeBackAsPlainFiles)
     EXPECT_EQ(TemporaryHome::read(paths.at(0)), "a");
     EXPECT_EQ(TemporaryHome::read(paths.at(1)), "b");
     EXPECT_EQ(cloud.backupNames(), before);
-    EXPECT_EQ(engine->count(), 0) << "the catalogue is not touched";
+    EXPECT_EQ(engine->count(), 0) << "the catalogue is unchanged";
     EXPECT_EQ(engine->masterPrompts, 0) << "the entered password is the only check";
     EXPECT_FALSE(engine->manager.isProcessing());
 }
@@ -151,7 +151,7 @@ TEST_F(Recovery, NameComesFromTheMetadata)
     EXPECT_EQ(log.lines(), lines);
 }
 
-TEST_F(Recovery, FolderIsAskedForInAModalPanel)
+TEST_F(Recovery, FolderIsChosenInAModalPanel)
 {
     writeBackup(id, QStringLiteral("abc:report.pdf"));
     recover();
@@ -166,7 +166,7 @@ TEST_F(Recovery, FolderIsAskedForInAModalPanel)
     EXPECT_EQ(request.prompt, QStringLiteral("Recover Files"));
 }
 
-TEST_F(Recovery, NoContainerIsToldFirst)
+TEST_F(Recovery, MissingContainerIsReportedFirst)
 {
     services.credentials.entries.clear();
     QString text;
@@ -174,14 +174,14 @@ TEST_F(Recovery, NoContainerIsToldFirst)
     EXPECT_EQ(text, QStringLiteral("iCloud is not available. Please sign in to iCloud and enable iCloud Drive."));
 }
 
-TEST_F(Recovery, MissingDirectoryPassesItsErrorOnAndIsNotMade)
+TEST_F(Recovery, MissingFolderIsReportedAndNotCreated)
 {
     cloud.make();
     EXPECT_THROW(recover(), FileError);
     EXPECT_FALSE(TemporaryHome::exists(cloud.backups()));
 }
 
-TEST_F(Recovery, NoBackupIsNotFoundBeforeThePasswordIsLookedAt)
+TEST_F(Recovery, MissingBackupsAreReportedBeforeThePasswordIsChecked)
 {
     QDir().mkpath(cloud.backups());
     QString text;
@@ -202,7 +202,7 @@ TEST_F(Recovery, OtherExtensionsAreIgnored)
     EXPECT_EQ(recover(), QStringList(inFolder(QStringLiteral("report.pdf"))));
 }
 
-TEST_F(Recovery, WrongMasterPasswordIsRefusedBeforeThePanel)
+TEST_F(Recovery, WrongMasterPasswordIsRejectedBeforeThePanel)
 {
     writeBackup(id, QStringLiteral("abc:report.pdf"));
     for (const char *wrong : {"Master13", "master12", "Master12 ", "Master1", ""}) {
@@ -214,7 +214,7 @@ TEST_F(Recovery, WrongMasterPasswordIsRefusedBeforeThePanel)
     EXPECT_EQ(inFolder(), QStringList());
 }
 
-TEST_F(Recovery, NoStoredMasterPasswordIsTheStoresError)
+TEST_F(Recovery, MissingMasterPasswordThrowsTheErrorOfTheStore)
 {
     writeBackup(id, QStringLiteral("abc:report.pdf"));
     services.credentials.entries.clear();
@@ -237,7 +237,7 @@ TEST_F(Recovery, CancelledPanelIsACancelledAuthentication)
     EXPECT_EQ(log.lines(), QStringList());
 }
 
-TEST_F(Recovery, FolderComesBackAsItsArchiveUnderItsName)
+TEST_F(Recovery, FolderIsRecoveredAsItsArchiveUnderItsName)
 {
     const QString source = services.home.path(QStringLiteral("Desktop/Letters"));
     services.home.write(QStringLiteral("Desktop/Letters/a.txt"), "The letter");
@@ -253,7 +253,7 @@ TEST_F(Recovery, FolderComesBackAsItsArchiveUnderItsName)
     EXPECT_EQ(archive.mid(257, 5), "ustar");
 }
 
-TEST_F(Recovery, ExistingFileOfTheNameIsReplaced)
+TEST_F(Recovery, ExistingFileWithTheNameIsReplaced)
 {
     writeBackup(id, QStringLiteral("abc:report.pdf"));
     services.home.write(QStringLiteral("Recovered/report.pdf"), QByteArray(5000, 'x'));
@@ -261,7 +261,7 @@ TEST_F(Recovery, ExistingFileOfTheNameIsReplaced)
     EXPECT_EQ(TemporaryHome::read(inFolder(QStringLiteral("report.pdf"))), "the bytes");
 }
 
-TEST_F(Recovery, TwoBackupsOfOneNameCountTwiceAndTheLaterReplacesTheEarlier)
+TEST_F(Recovery, TwoBackupsWithOneNameCountTwiceAndTheLaterReplacesTheEarlier)
 {
     writeBackup(QStringLiteral("first"), QStringLiteral("first:report.pdf"), "first");
     writeBackup(QStringLiteral("second"), QStringLiteral("second:report.pdf"), "second");
@@ -271,7 +271,7 @@ TEST_F(Recovery, TwoBackupsOfOneNameCountTwiceAndTheLaterReplacesTheEarlier)
     EXPECT_EQ(TemporaryHome::read(path), last.chopped(7).toUtf8());
 }
 
-TEST_F(Recovery, NameWithAColonIsCutThere)
+TEST_F(Recovery, NameIsTruncatedAtAColon)
 {
     writeBackup(id, QStringLiteral("abc:minutes 10:30:00.txt"));
     EXPECT_EQ(recover(), QStringList(inFolder(QStringLiteral("minutes 10"))));
@@ -279,7 +279,7 @@ TEST_F(Recovery, NameWithAColonIsCutThere)
     EXPECT_TRUE(log.contains(usingLine(QStringLiteral("minutes 10"))));
 }
 
-TEST_F(Recovery, NameCountsWithoutAnIdInFrontOfItsColonToo)
+TEST_F(Recovery, NameIsUsedEvenIfTheIdIsEmpty)
 {
     writeBackup(id, QStringLiteral(":report.pdf"));
     EXPECT_EQ(recover(), QStringList(inFolder(QStringLiteral("report.pdf"))));
@@ -301,7 +301,7 @@ TEST_F(Recovery, NameThatIsTheIdIsLookedUpInTheCatalogue)
     EXPECT_EQ(log.lines(), lines);
 }
 
-TEST_F(Recovery, NamesThatAreNoFileNamesFallBackToTheId)
+TEST_F(Recovery, InvalidFileNamesAreReplacedByTheId)
 {
     const QStringList names{QStringLiteral(".."),
                             QStringLiteral("."),
@@ -323,7 +323,7 @@ TEST_F(Recovery, NamesThatAreNoFileNamesFallBackToTheId)
     }
 }
 
-TEST_F(Recovery, NameThatIsNoFileNameIsLookedUpInTheCatalogue)
+TEST_F(Recovery, InvalidFileNameIsLookedUpInTheCatalogue)
 {
     writeRecord(id, QStringLiteral("mine.txt"));
     writeBackup(id, QStringLiteral("abc:.."));
@@ -331,7 +331,7 @@ TEST_F(Recovery, NameThatIsNoFileNameIsLookedUpInTheCatalogue)
     EXPECT_TRUE(log.contains(catalogueLine(QStringLiteral("mine.txt"))));
 }
 
-TEST_F(Recovery, ContainerWhoseIdIsInTheCatalogueComesOutUnderItsNameStillEncrypted)
+TEST_F(Recovery, ContainerWithAnIdInTheCatalogueIsRecoveredUnderItsNameStillEncrypted)
 {
     writeRecord(id, QStringLiteral("mine.txt"));
     QDir().mkpath(cloud.backups());
@@ -348,7 +348,7 @@ TEST_F(Recovery, ContainerWhoseIdIsInTheCatalogueComesOutUnderItsNameStillEncryp
     EXPECT_EQ(log.lines(), lines);
 }
 
-TEST_F(Recovery, FileWithoutHeaderUnknownToTheCatalogueComesOutUnderItsId)
+TEST_F(Recovery, FileWithoutHeaderOrRecordIsRecoveredUnderItsId)
 {
     cloud.writeBackup(id, QByteArray(100, 'x'));
     EXPECT_EQ(recover(), QStringList(inFolder(id)));
@@ -356,7 +356,7 @@ TEST_F(Recovery, FileWithoutHeaderUnknownToTheCatalogueComesOutUnderItsId)
     EXPECT_EQ(log.lines(), QStringList({headerLine, unknownLine(id), recoveredLine(id)}));
 }
 
-TEST_F(Recovery, IdOfTwentyCharactersIsNeverLookedUpAndOneOfTwentyOneIs)
+TEST_F(Recovery, IdOfTwentyCharactersIsNotLookedUpButOneOfTwentyOneIs)
 {
     const QString twenty(20, QLatin1Char('i'));
     writeRecord(twenty, QStringLiteral("mine.txt"));
@@ -371,7 +371,7 @@ TEST_F(Recovery, IdOfTwentyCharactersIsNeverLookedUpAndOneOfTwentyOneIs)
     EXPECT_EQ(recover(), QStringList(inFolder(QStringLiteral("mine.txt"))));
 }
 
-TEST_F(Recovery, FileOfZerosComesOutAsItIs)
+TEST_F(Recovery, FileOfZerosIsRecoveredUnchanged)
 {
     cloud.writeBackup(id, QByteArray(100'000, '\0'));
     EXPECT_EQ(recover(), QStringList(inFolder(id)));
@@ -379,7 +379,7 @@ TEST_F(Recovery, FileOfZerosComesOutAsItIs)
     EXPECT_EQ(log.lines(), QStringList({headerLine, unknownLine(id), recoveredLine(id)}));
 }
 
-TEST_F(Recovery, EmptyFileComesOutEmptyWithoutALineAboutItsHeader)
+TEST_F(Recovery, EmptyFileIsRecoveredWithoutALineAboutItsHeader)
 {
     cloud.writeBackup(id, {});
     EXPECT_EQ(recover(), QStringList(inFolder(id)));
@@ -387,12 +387,12 @@ TEST_F(Recovery, EmptyFileComesOutEmptyWithoutALineAboutItsHeader)
     EXPECT_EQ(log.lines(), QStringList({unknownLine(id), recoveredLine(id)}));
 }
 
-TEST_F(Recovery, FortyFourBytesHaveNoHeaderAndNoLineSaysSo)
+TEST_F(Recovery, FortyFourBytesAreRecoveredWithoutALineAboutTheirHeader)
 {
     expectRawCopy("RECOVERY" + QByteArray(36, '\0'), id, {unknownLine(id)});
 }
 
-TEST_F(Recovery, FortyFiveBytesAreLookedAtForAHeaderAndForMetadata)
+TEST_F(Recovery, FortyFiveBytesAreCheckedForAHeaderAndForMetadata)
 {
     expectRawCopy("RECOVERY" + QByteArray(32, 's') + QByteArray("\x01\0\0\0", 4) + "x", id,
                   {foundLine(QStringLiteral("x")), unknownLine(id)});
@@ -402,26 +402,26 @@ TEST_F(Recovery, FortyFiveBytesAreLookedAtForAHeaderAndForMetadata)
     EXPECT_EQ(log.lines(), QStringList({headerLine, unknownLine(id), recoveredLine(id)}));
 }
 
-TEST_F(Recovery, LengthPastTheEndGivesNoNameAndARawCopy)
+TEST_F(Recovery, MetadataPastTheEndGivesNoNameAndARawCopy)
 {
     expectRawCopy("RECOVERY" + QByteArray(32, 's') + QByteArray(4, '\xff') + "abc:a.txt" + QByteArray(60, 'x'), id,
                   {unknownLine(id)});
 }
 
-TEST_F(Recovery, MetadataThatIsNoTextGivesNoName)
+TEST_F(Recovery, MetadataThatIsNotTextGivesNoName)
 {
     expectRawCopy("RECOVERY" + QByteArray(32, 's') + QByteArray("\x05\0\0\0", 4) + "\xff\xfe:ab" + QByteArray(60, 'x'),
                   id, {unknownLine(id)});
 }
 
-TEST_F(Recovery, TruncatedBackupIsCopiedRawUnderItsName)
+TEST_F(Recovery, TruncatedBackupIsCopiedUnchangedUnderItsName)
 {
     writeBackup(id, QStringLiteral("abc:report.pdf"), QByteArray(1000, 'x'));
     expectRawCopy(TemporaryHome::read(cloud.backup(id)).left(500), QStringLiteral("report.pdf"),
                   {foundLine(QStringLiteral("abc:report.pdf")), usingLine(QStringLiteral("report.pdf"))});
 }
 
-TEST_F(Recovery, BackupUnderAnEarlierMasterPasswordIsCopiedRawAndTheOthersFollow)
+TEST_F(Recovery, BackupWithAnEarlierMasterPasswordIsCopiedUnchangedAndTheRunContinues)
 {
     writeBackup(QStringLiteral("old"), QStringLiteral("old:old.txt"), "old", QStringLiteral("Earlier1"));
     writeBackup(QStringLiteral("new"), QStringLiteral("new:new.txt"), "new");
@@ -436,7 +436,7 @@ TEST_F(Recovery, BackupUnderAnEarlierMasterPasswordIsCopiedRawAndTheOthersFollow
     EXPECT_TRUE(log.contains(rawLine(QStringLiteral("old.txt"))));
 }
 
-TEST_F(Recovery, UnreadableBackupIsToldAndCopiedUnderTheCataloguesName)
+TEST_F(Recovery, UnreadableBackupIsReportedAndCopiedUnderTheNameInTheCatalogue)
 {
     writeRecord(id, QStringLiteral("mine.txt"));
     writeBackup(id, QStringLiteral("abc:report.pdf"));
@@ -450,7 +450,7 @@ TEST_F(Recovery, UnreadableBackupIsToldAndCopiedUnderTheCataloguesName)
     EXPECT_EQ(TemporaryHome::read(inFolder(QStringLiteral("mine.txt"))), TemporaryHome::read(path));
 }
 
-TEST_F(Recovery, DirectoryCalledBackupIsCopiedAsItIs)
+TEST_F(Recovery, FolderNamedLikeABackupIsCopiedUnchanged)
 {
     QDir().mkpath(cloud.backup(QStringLiteral("x")));
     services.home.write(QDir(services.home.path()).relativeFilePath(cloud.backup(QStringLiteral("x"))) +
@@ -463,7 +463,7 @@ TEST_F(Recovery, DirectoryCalledBackupIsCopiedAsItIs)
     EXPECT_EQ(log.lines().last(), rawLine(QStringLiteral("x")));
 }
 
-TEST_F(Recovery, PipeCalledBackupIsCopiedAsItIsAndNobodyWaitsForIt)
+TEST_F(Recovery, PipeNamedLikeABackupIsCopiedWithoutBeingOpened)
 {
     QDir().mkpath(cloud.backups());
     ASSERT_EQ(::mkfifo(QFile::encodeName(cloud.backup(QStringLiteral("x"))).constData(), 0600), 0);
@@ -474,7 +474,7 @@ TEST_F(Recovery, PipeCalledBackupIsCopiedAsItIsAndNobodyWaitsForIt)
     EXPECT_TRUE(S_ISFIFO(status.st_mode));
 }
 
-TEST_F(Recovery, RawCopyOntoAnExistingFileStopsTheRecoveryAndWhatWasWrittenStays)
+TEST_F(Recovery, RawCopyOverAnExistingFileStopsTheRecoveryAndKeepsTheWrittenFiles)
 {
     writeBackup(QStringLiteral("good"), QStringLiteral("good:good.txt"), "good");
     writeBackup(QStringLiteral("bad"), QStringLiteral("bad:taken.txt"), "bad", QStringLiteral("Earlier1"));
@@ -491,7 +491,7 @@ TEST_F(Recovery, RawCopyOntoAnExistingFileStopsTheRecoveryAndWhatWasWrittenStays
     EXPECT_EQ(TemporaryHome::exists(inFolder(QStringLiteral("good.txt"))), isGoodFirst);
 }
 
-TEST_F(Recovery, TwoRawCopiesOfOneNameStopAtTheSecond)
+TEST_F(Recovery, TwoRawCopiesWithOneNameStopAtTheSecond)
 {
     writeBackup(QStringLiteral("one"), QStringLiteral("one:same.txt"), "one", QStringLiteral("Earlier1"));
     writeBackup(QStringLiteral("two"), QStringLiteral("two:same.txt"), "two", QStringLiteral("Earlier1"));
@@ -501,7 +501,7 @@ TEST_F(Recovery, TwoRawCopiesOfOneNameStopAtTheSecond)
               TemporaryHome::read(cloud.backups() + QLatin1Char('/') + first));
 }
 
-TEST_F(Recovery, FolderInTheWayOfAFileStopsTheRecoveryAndStays)
+TEST_F(Recovery, FolderAtThePlaceOfAFileStopsTheRecoveryAndIsKept)
 {
     writeBackup(id, QStringLiteral("abc:report.pdf"));
     services.home.write(QStringLiteral("Recovered/report.pdf/mine.txt"), "mine");
@@ -510,7 +510,7 @@ TEST_F(Recovery, FolderInTheWayOfAFileStopsTheRecoveryAndStays)
     EXPECT_EQ(TemporaryHome::read(inFolder(QStringLiteral("report.pdf/mine.txt"))), "mine");
 }
 
-TEST_F(Recovery, LongestAndStrangestNamesComeBack)
+TEST_F(Recovery, LongAndUnusualNamesAreRecovered)
 {
     const QStringList names{QString(255, QLatin1Char('n')), QStringLiteral(" blank "),    QStringLiteral("-rf"),
                             QStringLiteral("line\nbreak"),  QStringLiteral("😀 é ü"),     QStringLiteral(".hidden"),

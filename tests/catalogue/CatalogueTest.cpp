@@ -42,7 +42,7 @@ protected:
 
 } // namespace
 
-TEST_F(Catalogue, RecordsComeBackAsTheyWereWritten)
+TEST_F(Catalogue, RecordsAreReadAsTheyWereWritten)
 {
     ProtectedItem first = sampleItem(QStringLiteral("A"), QStringLiteral("/a \"b\"\n\u202e😀"), QStringLiteral("/p"));
     first.isFolder = true;
@@ -55,7 +55,7 @@ TEST_F(Catalogue, RecordsComeBackAsTheyWereWritten)
     EXPECT_EQ(decodeProtectedItems(encodeProtectedItems(items)), items);
 }
 
-TEST_F(Catalogue, EveryFieldIsAKeyOfItsOwnNameAndAnAbsentMountedPathIsLeftOut)
+TEST_F(Catalogue, EveryFieldIsStoredUnderItsNameAndAMissingMountedPathIsOmitted)
 {
     const ProtectedItem item = sampleItem(QStringLiteral("A"), QStringLiteral("/a"), QStringLiteral("/p"));
     const QJsonObject object = QJsonDocument::fromJson(encodeProtectedItems({item})).array().at(0).toObject();
@@ -66,7 +66,7 @@ TEST_F(Catalogue, EveryFieldIsAKeyOfItsOwnNameAndAnAbsentMountedPathIsLeftOut)
                              "originalPath useTouchID"));
 }
 
-TEST_F(Catalogue, ListInWhichOneRecordLacksAFieldLoadsAsAnEmptyList)
+TEST_F(Catalogue, ListWithARecordThatLacksAFieldIsLoadedAsAnEmptyList)
 {
     const QString there = services.home.write(QStringLiteral("there.txt"));
     const QList<ProtectedItem> items{sampleItem(QStringLiteral("A"), there, QStringLiteral("/p")),
@@ -81,10 +81,10 @@ TEST_F(Catalogue, ListInWhichOneRecordLacksAFieldLoadsAsAnEmptyList)
     const EngineHarness engine(services);
     EXPECT_EQ(engine.count(), 0);
     EXPECT_TRUE(log.contains(QStringLiteral("DEBUG: Failed to decode protected items from UserDefaults")));
-    EXPECT_EQ(storedJson(), json) << "the stored bytes stay until the next save";
+    EXPECT_EQ(storedJson(), json) << "the stored bytes are kept until the next save";
 }
 
-TEST_F(Catalogue, MistypedFieldFailsTheWholeList)
+TEST_F(Catalogue, FieldOfAnotherTypeMakesTheWholeListUnreadable)
 {
     const ProtectedItem item = sampleItem(QStringLiteral("A"), QStringLiteral("/a"), QStringLiteral("/p"));
     QByteArray json = encodeProtectedItems({item});
@@ -95,7 +95,7 @@ TEST_F(Catalogue, MistypedFieldFailsTheWholeList)
     EXPECT_FALSE(decodeProtectedItems("[").has_value());
 }
 
-TEST_F(Catalogue, RecordsThatLackOnlyTheMountedPathLoadWithoutOne)
+TEST_F(Catalogue, RecordsWithoutAMountedPathAreLoaded)
 {
     const QString there = services.home.write(QStringLiteral("there.txt"));
     storeJson(encodeProtectedItems({sampleItem(QStringLiteral("A"), there, QStringLiteral("/p"))}));
@@ -105,7 +105,7 @@ TEST_F(Catalogue, RecordsThatLackOnlyTheMountedPathLoadWithoutOne)
     EXPECT_TRUE(log.contains(QStringLiteral("DEBUG: Loaded 1 protected items from UserDefaults")));
 }
 
-TEST_F(Catalogue, NoStoredListKeepsTheListEmpty)
+TEST_F(Catalogue, WithoutAStoredListTheListIsEmpty)
 {
     const EngineHarness engine(services);
     EXPECT_EQ(engine.count(), 0);
@@ -121,7 +121,7 @@ TEST_F(Catalogue, LockedItemWhosePlaceholderIsDeletedIsKept)
     EXPECT_EQ(engine.count(), 1);
 }
 
-TEST_F(Catalogue, ItemWithNeitherPathDisappearsAndTheCatalogueIsSaved)
+TEST_F(Catalogue, ItemWithoutEitherFileIsRemovedAndTheCatalogueIsSaved)
 {
     const QString there = services.home.write(QStringLiteral("there.txt"));
     ProtectedItem gone = sampleItem(QStringLiteral("A"), QStringLiteral("/gone"), QStringLiteral("/gone too"));
@@ -134,10 +134,10 @@ TEST_F(Catalogue, ItemWithNeitherPathDisappearsAndTheCatalogueIsSaved)
     EXPECT_EQ(engine.item(), kept);
     EXPECT_TRUE(log.contains(QStringLiteral("🧹 Cleaning up 1 missing files")));
     EXPECT_EQ(decodeProtectedItems(storedJson()), QList<ProtectedItem>{kept});
-    EXPECT_TRUE(TemporaryHome::exists(gone.containerPath)) << "the container stays, without an owner";
+    EXPECT_TRUE(TemporaryHome::exists(gone.containerPath)) << "the container is kept, without an owner";
 }
 
-TEST_F(Catalogue, UnlockedItemWhoseFileIsDeletedDisappearsAtTheNextStart)
+TEST_F(Catalogue, UnlockedItemWhoseFileIsDeletedIsRemovedAtTheNextStart)
 {
     const QString path = services.home.write(QStringLiteral("Desktop/a.txt"));
     {
@@ -159,7 +159,7 @@ TEST_F(Catalogue, ListThatCannotBeReadIsReplacedByTheNextSave)
     EXPECT_EQ(decodeProtectedItems(storedJson()), engine.manager.protectedItems());
 }
 
-TEST_F(Catalogue, WithoutTheSharedStoreTheOwnOneIsWrittenAllTheSame)
+TEST_F(Catalogue, WithoutTheSharedStoreTheOtherOneIsStillWritten)
 {
     ASSERT_TRUE(QDir(services.directories.configuration).mkdir(settings::sharedSuite + QStringLiteral(".db")));
     ASSERT_EQ(services.defaults.suite(settings::sharedSuite), nullptr);
@@ -170,7 +170,7 @@ TEST_F(Catalogue, WithoutTheSharedStoreTheOwnOneIsWrittenAllTheSame)
     EXPECT_EQ(log.lines().join(QLatin1Char('|')), QString());
 }
 
-TEST_F(Catalogue, NothingMissingMeansNoSaveAndNoLine)
+TEST_F(Catalogue, WithoutMissingFilesTheListIsNotSaved)
 {
     const QString there = services.home.write(QStringLiteral("there.txt"));
     const QByteArray json = " " + encodeProtectedItems({sampleItem(QStringLiteral("A"), there, QStringLiteral("/p"))});
@@ -199,7 +199,7 @@ TEST_F(Catalogue, SharedStoreHoldsExactlyFiveKeysAndNoPrivatePaths)
     EXPECT_FALSE(sharedJson().contains("_original"));
 }
 
-TEST_F(Catalogue, BusyMarkComesBackAsItWasStored)
+TEST_F(Catalogue, BusyFlagIsReadAsItWasStored)
 {
     const QString there = services.home.write(QStringLiteral("there.txt"));
     ProtectedItem item = sampleItem(QStringLiteral("A"), there, QStringLiteral("/p"));
@@ -209,12 +209,12 @@ TEST_F(Catalogue, BusyMarkComesBackAsItWasStored)
     EXPECT_TRUE(engine.item().isProcessing);
 }
 
-TEST_F(Catalogue, TextThatIsNoUnicodeIsNotSavedOverWhatStands)
+TEST_F(Catalogue, InvalidUnicodeIsNotEncoded)
 {
     EXPECT_TRUE(encodeProtectedItems({sampleItem(QString(QChar(0xd800)), {}, {})}).isEmpty());
 }
 
-TEST(QuillhavenErrorTexts, EveryCaseHasItsSentence)
+TEST(QuillhavenErrorTexts, EveryCaseHasItsText)
 {
     const auto text = [](QuillhavenError::Case errorCase) {
         return QuillhavenError(errorCase, QStringLiteral("x")).errorDescription();

@@ -83,14 +83,14 @@ TEST_F(ItemCatalogueTest, UnsavedChangeIsWrittenByTheNextSave)
     EXPECT_TRUE(stored().at(0).isProcessing);
 }
 
-TEST_F(ItemCatalogueTest, ListOfAnOlderProgramIsTakenOverWhole)
+TEST_F(ItemCatalogueTest, ListOfAnOlderProgramIsLoadedCompletely)
 {
     defaults().standard().setData(settings::protectedItems.key, encodeProtectedItems({record(a), record(b)}));
     EXPECT_EQ(catalogue.load(), ItemCatalogue::Loaded::Items);
     catalogue.update(b, [](ProtectedItem &item) { item.isMounted = true; });
     EXPECT_EQ(stored(), catalogue.items());
     EXPECT_EQ(stored().size(), 2);
-    EXPECT_TRUE(shared().contains("\"A\"")) << "the shared list is whole after the first save";
+    EXPECT_TRUE(shared().contains("\"A\"")) << "the first save writes the whole shared list";
 }
 
 TEST_F(ItemCatalogueTest, SaveAfterTheStoredListHasVanishedWritesTheWholeList)
@@ -110,7 +110,7 @@ TEST_F(ItemCatalogueTest, SaveAfterAnUndecodableListReplacesIt)
     EXPECT_EQ(stored(), QList<ProtectedItem>{record(a)});
 }
 
-TEST_F(ItemCatalogueTest, RecordThatCannotBeEncodedLeavesBothStoresAsTheyAre)
+TEST_F(ItemCatalogueTest, RecordThatCannotBeEncodedChangesNeitherStore)
 {
     catalogue.append(record(a));
     const QByteArray before = shared();
@@ -122,7 +122,7 @@ TEST_F(ItemCatalogueTest, RecordThatCannotBeEncodedLeavesBothStoresAsTheyAre)
     EXPECT_EQ(stored(), catalogue.items());
 }
 
-TEST_F(ItemCatalogueTest, RecordIsFoundByIdAndByPlace)
+TEST_F(ItemCatalogueTest, RecordIsFoundByIdAndByPath)
 {
     catalogue.append(record(a));
     EXPECT_EQ(catalogue.item(a)->id, a);
@@ -130,7 +130,7 @@ TEST_F(ItemCatalogueTest, RecordIsFoundByIdAndByPlace)
     EXPECT_EQ(catalogue.itemAt(QStringLiteral("/home/u/B.txt")), nullptr);
 }
 
-TEST_F(ItemCatalogueTest, LeasesAreGivenInTheOrderOfAsking)
+TEST_F(ItemCatalogueTest, LeasesAreGrantedInTheOrderOfTheRequests)
 {
     QStringList order;
     const auto use = [&](QString name) -> QCoro::Task<> {
@@ -143,7 +143,7 @@ TEST_F(ItemCatalogueTest, LeasesAreGivenInTheOrderOfAsking)
     const RunningTask<void> other([](ItemCatalogue &of, QString id) -> QCoro::Task<> {
         const ItemLease lease = co_await of.lease(id);
     }(catalogue, b));
-    EXPECT_TRUE(other.isFinished()) << "another item is free";
+    EXPECT_TRUE(other.isFinished()) << "another item has its own lease";
     spinOnce();
     EXPECT_TRUE(order.isEmpty());
     first.reset();

@@ -18,12 +18,12 @@ QByteArray keyFor(const QString &password, const QByteArray &salt)
 
 TEST(KeyDerivation, GivesTheFirst32BytesOfTheThirdTestCaseOfRfc5869)
 {
-    // The one case with an empty info whose input is text in UTF-8: 22 bytes 0x0b, no salt.
+    // The only case with an empty info whose input is valid UTF-8: 22 bytes 0x0b, no salt.
     EXPECT_EQ(keyFor(QString(22, QChar(0x0b)), {}), "8da4e775a563c18f715f802a063c5a31b8a11f5c5ee1879ec3454e5f3c738d2d");
 }
 
-// Keys worked out by Python's cryptography package.
-TEST(KeyDerivation, GivesTheKeyOfAnotherImplementation)
+// Keys computed with Python's cryptography package.
+TEST(KeyDerivation, GivesTheSameKeyAsAnotherImplementation)
 {
     EXPECT_EQ(keyFor(QStringLiteral("Secret123"), countingSalt),
               "9c6704a406b09ff6a688873ca28ad2b36013f52c12562a1fc186067015bd7824");
@@ -35,7 +35,7 @@ TEST(KeyDerivation, UsesTheUtf8BytesOfANonAsciiPassword)
               "a3acb35cda83af3d3b7c32ab6e51541cbb48ffe2aa8d11efdf17efa550668517");
 }
 
-TEST(KeyDerivation, TheEmptyPasswordIsNoError)
+TEST(KeyDerivation, TheEmptyPasswordIsValid)
 {
     constexpr auto key = "1d7e0d6f1d9da2d68dabed53b5f88345f3fd01cb75411fbe5aa4293bd8f430d6";
     EXPECT_EQ(keyFor(QStringLiteral(""), countingSalt), key);
@@ -50,7 +50,7 @@ TEST(KeyDerivation, TwoSpellingsThatLookAlikeGiveDifferentKeys)
     EXPECT_NE(keyFor(composed, countingSalt), keyFor(decomposed, countingSalt));
 }
 
-TEST(KeyDerivation, AnotherSaltGivesAnotherKey)
+TEST(KeyDerivation, ADifferentSaltGivesADifferentKey)
 {
     QByteArray other = countingSalt;
     other[31] = 0x20;

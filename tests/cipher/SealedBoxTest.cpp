@@ -41,7 +41,7 @@ const SymmetricKey someKey = keyOf("feffe9928665731c6d6a8f9467308308feffe9928665
 const QByteArray someNonce = fromHex("cafebabefacedbaddecaf888");
 
 // The published AES-256 test cases of Galois/Counter Mode, numbers 13 to 16.
-TEST(SealedBox, SealsNothingToTheTagAlone)
+TEST(SealedBox, SealsNothingToATagOnly)
 {
     EXPECT_EQ(sealed({}, QByteArray(12, '\0'), {}), QByteArray(12, '\0') + fromHex("530f8afbc74536b9a963b4f1c4cb738b"));
 }
@@ -66,7 +66,7 @@ class SealedBoxOfSize : public ::testing::TestWithParam<int>
 {
 };
 
-TEST_P(SealedBoxOfSize, OpensToWhatWasSealed)
+TEST_P(SealedBoxOfSize, OpensToTheSealedBytes)
 {
     QByteArray plaintext(GetParam(), '\0');
     for (qsizetype i = 0; i < plaintext.size(); ++i) {
@@ -85,7 +85,7 @@ constexpr int mebibyte = 1024 * 1024;
 INSTANTIATE_TEST_SUITE_P(Sizes, SealedBoxOfSize,
                          ::testing::Values(0, 1, 15, 16, 17, mebibyte - 1, mebibyte, mebibyte + 1, 3 * mebibyte + 5));
 
-TEST(SealedBox, AuthenticatesAssociatedDataThatIsNoPartOfTheBox)
+TEST(SealedBox, AuthenticatesAssociatedDataThatIsNotPartOfTheBox)
 {
     const QByteArray plaintext = fromHex("d9313225f88406e5a55909c5aff5269a86a7a9531534f7da2e4c303d8a318a72"
                                          "1c3c0c95956809532fcf0e2449a6b525b16aedf5aa0de657ba637b39");
@@ -99,7 +99,7 @@ TEST(SealedBox, AuthenticatesAssociatedDataThatIsNoPartOfTheBox)
     EXPECT_EQ(hexOf(sealed_box::openInPlace(someKey, writable(box), bytesOf(associatedData))), plaintext.toHex());
 }
 
-TEST(SealedBox, OneChangedBitAnywhereDoesNotOpen)
+TEST(SealedBox, ABoxWithAChangedBitDoesNotOpen)
 {
     const QByteArray box = sealed(someKey, someNonce, "The plaintext");
     for (qsizetype i = 0; i < box.size(); ++i) {
@@ -109,7 +109,7 @@ TEST(SealedBox, OneChangedBitAnywhereDoesNotOpen)
     }
 }
 
-TEST(SealedBox, AnotherKeyDoesNotOpen)
+TEST(SealedBox, ADifferentKeyDoesNotOpen)
 {
     EXPECT_EQ(failureOfOpening({}, sealed(someKey, someNonce, "The plaintext")), CipherError::authenticationFailure);
 }
@@ -122,7 +122,7 @@ TEST(SealedBox, AShortenedBoxDoesNotOpen)
     }
 }
 
-TEST(SealedBox, RoomForLessThanNonceAndTagIsRefused)
+TEST(SealedBox, RoomForLessThanNonceAndTagIsRejected)
 {
     QByteArray box(sealed_box::overhead - 1, '\0');
     EXPECT_THROW(sealed_box::sealInPlace(someKey, writable(box)), CipherError);

@@ -11,9 +11,10 @@
 
 namespace quillhaven::testing {
 
-/// What every clock keeps to. Instantiate it with a type that has a `Clock &clock()`; a `void pass(milliseconds)` that
-/// lets this time pass with the event loop running, or a little more; and a `void passBusy(milliseconds)` that lets it
-/// pass at once, as for a blocked loop or a machine asleep, and then runs the loop.
+/// The tests that every clock must pass. Instantiate it with a type that has a `Clock &clock()`; a
+/// `void pass(milliseconds)` that lets at least this time pass with the event loop running; and a
+/// `void passBusy(milliseconds)` that lets it pass in one step, as if the loop was blocked or the machine asleep, and
+/// then runs the loop.
 template <typename Fixture>
 class ClockContract : public ::testing::Test
 {
@@ -30,7 +31,7 @@ private:
 
 TYPED_TEST_SUITE_P(ClockContract);
 
-TYPED_TEST_P(ClockContract, UptimeGrowsByWhatPasses)
+TYPED_TEST_P(ClockContract, UptimeGrowsByTheElapsedTime)
 {
     const auto first = this->clock().uptime();
     EXPECT_GE(this->clock().uptime(), first);
@@ -39,7 +40,7 @@ TYPED_TEST_P(ClockContract, UptimeGrowsByWhatPasses)
     EXPECT_TRUE(this->clock().now().isValid());
 }
 
-TYPED_TEST_P(ClockContract, AOneShotFiresOnceAndNotBeforeItsDelay)
+TYPED_TEST_P(ClockContract, AOneShotTimerFiresOnceAndNotBeforeItsDelay)
 {
     const auto start = this->clock().uptime();
     std::vector<std::chrono::nanoseconds> firings;
@@ -50,7 +51,7 @@ TYPED_TEST_P(ClockContract, AOneShotFiresOnceAndNotBeforeItsDelay)
     EXPECT_GE(firings.front(), std::chrono::milliseconds(10));
 }
 
-TYPED_TEST_P(ClockContract, ADelayOfZeroOrLessFiresFromTheLoop)
+TYPED_TEST_P(ClockContract, ADelayOfZeroOrLessFiresFromTheEventLoop)
 {
     int fired = 0;
     const auto zero = this->clock().startOneShot(std::chrono::milliseconds(0), [&] { ++fired; });
@@ -60,7 +61,7 @@ TYPED_TEST_P(ClockContract, ADelayOfZeroOrLessFiresFromTheLoop)
     EXPECT_EQ(fired, 2);
 }
 
-TYPED_TEST_P(ClockContract, TimersFireInTheOrderInWhichTheyFallDue)
+TYPED_TEST_P(ClockContract, TimersFireInTheOrderOfTheirDueTimes)
 {
     std::string order;
     const auto late = this->clock().startOneShot(std::chrono::milliseconds(30), [&] { order += "c"; });
@@ -84,7 +85,7 @@ TYPED_TEST_P(ClockContract, ARepeatingTimerNeverFiresBeforeItsMultiples)
     }
 }
 
-TYPED_TEST_P(ClockContract, AnIntervalOfZeroOrLessCountsAsOneMillisecond)
+TYPED_TEST_P(ClockContract, AnIntervalOfZeroOrLessMeansOneMillisecond)
 {
     const auto start = this->clock().uptime();
     int fired = 0;
@@ -95,7 +96,7 @@ TYPED_TEST_P(ClockContract, AnIntervalOfZeroOrLessCountsAsOneMillisecond)
     EXPECT_LE(std::chrono::milliseconds(fired), 2 * (this->clock().uptime() - start));
 }
 
-TYPED_TEST_P(ClockContract, MomentsThatPassAtOnceCountOnceAndTheNextOneKeepsItsPlace)
+TYPED_TEST_P(ClockContract, MissedTimeoutsFireOnceAndTheNextOneIsOnTime)
 {
     const auto start = this->clock().uptime();
     std::vector<std::chrono::nanoseconds> firings;
@@ -123,7 +124,7 @@ TYPED_TEST_P(ClockContract, ADestroyedTimerDoesNotFire)
     EXPECT_FALSE(hasFired);
 }
 
-TYPED_TEST_P(ClockContract, ATimerThatAnEarlierOneDestroysDoesNotFireEvenWhenBothAreDue)
+TYPED_TEST_P(ClockContract, ATimerThatAnEarlierOneDestroysDoesNotFireEvenIfBothAreDue)
 {
     bool hasFired = false;
     std::unique_ptr<RunningTimer> victim;
@@ -140,7 +141,7 @@ TYPED_TEST_P(ClockContract, ATimerMayBeDestroyedByItsOwnAction)
     std::string after;
     timer = this->clock().startRepeating(std::chrono::milliseconds(1), [&, text = std::string(100, 'x')] {
         timer.reset();
-        after = text; // What the action holds must still be there.
+        after = text; // The captures of the action must still exist.
     });
     this->pass(10);
     EXPECT_EQ(after, std::string(100, 'x'));
@@ -158,11 +159,11 @@ TYPED_TEST_P(ClockContract, AnActionMayStartATimer)
     EXPECT_TRUE(hasFired);
 }
 
-REGISTER_TYPED_TEST_SUITE_P(ClockContract, UptimeGrowsByWhatPasses, AOneShotFiresOnceAndNotBeforeItsDelay,
-                            ADelayOfZeroOrLessFiresFromTheLoop, TimersFireInTheOrderInWhichTheyFallDue,
-                            ARepeatingTimerNeverFiresBeforeItsMultiples, AnIntervalOfZeroOrLessCountsAsOneMillisecond,
-                            MomentsThatPassAtOnceCountOnceAndTheNextOneKeepsItsPlace, ADestroyedTimerDoesNotFire,
-                            ATimerThatAnEarlierOneDestroysDoesNotFireEvenWhenBothAreDue,
+REGISTER_TYPED_TEST_SUITE_P(ClockContract, UptimeGrowsByTheElapsedTime, AOneShotTimerFiresOnceAndNotBeforeItsDelay,
+                            ADelayOfZeroOrLessFiresFromTheEventLoop, TimersFireInTheOrderOfTheirDueTimes,
+                            ARepeatingTimerNeverFiresBeforeItsMultiples, AnIntervalOfZeroOrLessMeansOneMillisecond,
+                            MissedTimeoutsFireOnceAndTheNextOneIsOnTime, ADestroyedTimerDoesNotFire,
+                            ATimerThatAnEarlierOneDestroysDoesNotFireEvenIfBothAreDue,
                             ATimerMayBeDestroyedByItsOwnAction, AnActionMayStartATimer);
 
 } // namespace quillhaven::testing

@@ -10,8 +10,8 @@
 
 namespace quillhaven::testing {
 
-/// What every credential store answers. Instantiate it with a type that has a `CredentialStore &store()` and, once
-/// built, holds none of the accounts used here; each test builds one.
+/// The tests that every credential store must pass. Instantiate it with a type that has a `CredentialStore &store()`
+/// and that, when constructed, contains none of the accounts used here; each test constructs one.
 template <typename Fixture>
 class CredentialStoreContract : public ::testing::Test
 {
@@ -50,7 +50,7 @@ TYPED_TEST_P(CredentialStoreContract, ASecondAddOfAnAccountIsADuplicateAndKeepsT
     EXPECT_EQ(this->match().value, QByteArray("first"));
 }
 
-TYPED_TEST_P(CredentialStoreContract, AnUpdateReplacesTheValueAndTheEntryStaysSingle)
+TYPED_TEST_P(CredentialStoreContract, AnUpdateReplacesTheValueAndThereIsStillOneEntry)
 {
     EXPECT_EQ(this->add("first"), credentialSuccess);
     EXPECT_EQ(this->update("second"), credentialSuccess);
@@ -59,14 +59,14 @@ TYPED_TEST_P(CredentialStoreContract, AnUpdateReplacesTheValueAndTheEntryStaysSi
     EXPECT_EQ(this->match().status, credentialItemNotFound);
 }
 
-TYPED_TEST_P(CredentialStoreContract, WhatIsNotThereIsNotFoundByLookupUpdateAndRemove)
+TYPED_TEST_P(CredentialStoreContract, AMissingEntryIsNotFoundByLookupUpdateAndRemove)
 {
     const auto match = this->match();
     EXPECT_EQ(match.status, credentialItemNotFound);
     EXPECT_FALSE(match.value.has_value());
     EXPECT_EQ(this->update("value"), credentialItemNotFound);
     EXPECT_EQ(this->remove(), credentialItemNotFound);
-    EXPECT_EQ(this->match().status, credentialItemNotFound) << "the update made an entry";
+    EXPECT_EQ(this->match().status, credentialItemNotFound) << "the update created an entry";
 }
 
 TYPED_TEST_P(CredentialStoreContract, ARemovedEntryCanBeAddedAgain)
@@ -78,7 +78,7 @@ TYPED_TEST_P(CredentialStoreContract, ARemovedEntryCanBeAddedAgain)
     EXPECT_EQ(this->match().value, QByteArray("second"));
 }
 
-TYPED_TEST_P(CredentialStoreContract, BytesThatAreNoTextAreKeptAsTheyAre)
+TYPED_TEST_P(CredentialStoreContract, BytesThatAreNotTextAreStoredUnchanged)
 {
     const QByteArray bytes("\xff\x00\xc3\x28 \n\x00", 7);
     EXPECT_EQ(this->add(bytes), credentialSuccess);
@@ -98,7 +98,7 @@ TYPED_TEST_P(CredentialStoreContract, AnEmptyValueIsAValue)
     EXPECT_EQ(this->add("another"), credentialDuplicateItem);
 }
 
-TYPED_TEST_P(CredentialStoreContract, AccountsAreEntriesOfTheirOwn)
+TYPED_TEST_P(CredentialStoreContract, EachAccountHasItsOwnEntry)
 {
     const QString markerAccount = this->m_account + QStringLiteral("_touchid");
     EXPECT_EQ(this->add("password"), credentialSuccess);
@@ -124,9 +124,9 @@ TYPED_TEST_P(CredentialStoreContract, AccountsInAnyScriptAndOfAnyLengthAreKeptAp
 
 REGISTER_TYPED_TEST_SUITE_P(CredentialStoreContract, AnAddedEntryIsFound,
                             ASecondAddOfAnAccountIsADuplicateAndKeepsTheFirstValue,
-                            AnUpdateReplacesTheValueAndTheEntryStaysSingle,
-                            WhatIsNotThereIsNotFoundByLookupUpdateAndRemove, ARemovedEntryCanBeAddedAgain,
-                            BytesThatAreNoTextAreKeptAsTheyAre, AnEmptyValueIsAValue, AccountsAreEntriesOfTheirOwn,
+                            AnUpdateReplacesTheValueAndThereIsStillOneEntry,
+                            AMissingEntryIsNotFoundByLookupUpdateAndRemove, ARemovedEntryCanBeAddedAgain,
+                            BytesThatAreNotTextAreStoredUnchanged, AnEmptyValueIsAValue, EachAccountHasItsOwnEntry,
                             AccountsInAnyScriptAndOfAnyLengthAreKeptApart);
 
 } // namespace quillhaven::testing

@@ -11,7 +11,7 @@
 
 namespace quillhaven::testing {
 
-/// A store whose lookups wait, on the credential queue, until the test lets them through: a keyring that is slow.
+/// A store whose lookups wait, on the credential queue, until the test lets them continue, like a slow keyring.
 class GatedCredentialStore : public CredentialStore
 {
 public:
@@ -46,8 +46,8 @@ public:
     void letOneThrough() { m_gate.release(); }
 
     std::atomic<bool> isClosed = false;
-    std::atomic<int> lookups = 0; ///< begun, the waiting one included
-    std::exception_ptr failure;   ///< what a lookup throws; set while none runs
+    std::atomic<int> lookups = 0; ///< started, including the waiting one
+    std::exception_ptr failure;   ///< what a lookup throws; set it only while none is running
 
 private:
     CredentialStore &m_next;

@@ -17,7 +17,7 @@ using namespace quillhaven::testing;
 
 namespace {
 
-/// A map that notes every call and may answer single ones with another status.
+/// A map that records every call and can answer particular calls with another status.
 class NotedStore : public InMemoryCredentialStore
 {
 public:
@@ -82,7 +82,7 @@ protected:
 
 } // namespace
 
-TEST(KeychainError, SaysWhatFailedWithTheStatusInDecimal)
+TEST(KeychainError, NamesTheFailureAndTheStatusInDecimal)
 {
     const auto text = [](KeychainError::Case errorCase, CredentialStatus status) {
         return KeychainError(errorCase, status).errorDescription();
@@ -96,7 +96,7 @@ TEST(KeychainError, SaysWhatFailedWithTheStatusInDecimal)
                   KeychainError::deleteFailed < KeychainError::invalidData);
 }
 
-TEST_F(Keychain, EachSecretLiesUnderItsAccountAsItsPlainUtf8)
+TEST_F(Keychain, EachSecretIsStoredUnderItsAccountAsPlainUtf8)
 {
     m_keychain.storePassword(QStringLiteral("Pässwort 鍵"), m_id);
     m_keychain.storeMasterPassword(QStringLiteral("Mäster1x"));
@@ -112,7 +112,7 @@ TEST_F(Keychain, ANewEntryIsAddedWithoutAnUpdate)
     EXPECT_EQ(m_store.calls, QStringList{QStringLiteral("add ") + m_id});
 }
 
-TEST_F(Keychain, StoringAPasswordAgainReplacesItInPlaceAndStaysSingle)
+TEST_F(Keychain, StoringAPasswordAgainReplacesItInPlace)
 {
     m_keychain.storePassword(QStringLiteral("first"), m_id);
     m_store.calls.clear();
@@ -141,7 +141,7 @@ TEST_F(Keychain, AFailedAddIsASaveErrorWithoutAnUpdate)
     EXPECT_EQ(m_store.calls, QStringList{QStringLiteral("add master_password")});
 }
 
-TEST_F(Keychain, ATouchIDKeyIsAFreshUpperCaseUuidUnderItsOwnAccount)
+TEST_F(Keychain, ATouchIDKeyIsANewUpperCaseUuidUnderItsOwnAccount)
 {
     m_keychain.storeTouchIDKey(m_id);
     EXPECT_EQ(m_store.entries.keys(), QStringList{m_markerAccount});
@@ -160,7 +160,7 @@ TEST_F(Keychain, StoringTheTouchIDKeyTwiceLeavesOneEntryWithTheSecondUuid)
     EXPECT_NE(m_keychain.retrieveTouchIDKey(m_id), first);
 }
 
-TEST_F(Keychain, AnUnknownIdFailsToBeRetrievedWithTheStatusInTheText)
+TEST_F(Keychain, RetrievingAnUnknownIdFailsWithTheStatusInTheText)
 {
     const auto error =
         errorOf(KeychainError::retrieveFailed, [this] { (void)m_keychain.retrievePassword(QStringLiteral("none")); });
@@ -169,7 +169,7 @@ TEST_F(Keychain, AnUnknownIdFailsToBeRetrievedWithTheStatusInTheText)
     errorOf(KeychainError::retrieveFailed, [this] { (void)m_keychain.retrieveMasterPassword(); });
 }
 
-TEST_F(Keychain, BytesThatAreNotUtf8AreInvalidDataAndNoRetrieveError)
+TEST_F(Keychain, BytesThatAreNotUtf8AreInvalidDataAndNotARetrieveError)
 {
     const QList<QByteArray> broken{QByteArray("\xff\xfe"), QByteArray("abc\xc3"), QByteArray("\xc0\xaf"),
                                    QByteArray("\xed\xa0\x80"), QByteArray("a\x80z")};
@@ -186,7 +186,7 @@ TEST_F(Keychain, ASuccessWithoutBytesIsInvalidData)
     errorOf(KeychainError::invalidData, [this] { (void)m_keychain.retrieveMasterPassword(); });
 }
 
-TEST_F(Keychain, EveryTextComesBackAsItWasStored)
+TEST_F(Keychain, EveryTextIsReadAsItWasStored)
 {
     const QStringList texts{QString(),
                             QStringLiteral("a\nb\tc "),
@@ -216,7 +216,7 @@ TEST_F(Keychain, AFailureToRemoveTheMasterPasswordIsADeleteError)
     EXPECT_EQ(error.first, QStringLiteral("Failed to delete from keychain: -25291"));
 }
 
-TEST_F(Keychain, RemovingTheCredentialsOfAnItemWithoutAnyLogsBothAsGone)
+TEST_F(Keychain, RemovingTheCredentialsOfAnItemWithoutAnyLogsBothAsRemoved)
 {
     LogCapture log;
     m_keychain.removeCredentials(m_id);
@@ -266,7 +266,7 @@ TEST_F(Keychain, APasswordThatCannotBeDeletedLeavesTheTouchIDKeyUntouched)
                            }));
 }
 
-TEST_F(Keychain, ATouchIDKeyThatCannotBeDeletedIsADeleteErrorAfterThePasswordIsGone)
+TEST_F(Keychain, ATouchIDKeyThatCannotBeDeletedIsADeleteErrorAfterThePasswordIsRemoved)
 {
     LogCapture log;
     m_keychain.storePassword(QStringLiteral("first"), m_id);

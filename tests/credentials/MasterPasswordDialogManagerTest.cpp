@@ -41,7 +41,7 @@ TEST(MasterPasswordDialogManager, StartsClosedWithItsTexts)
     EXPECT_FALSE(dialog.onCancel);
 }
 
-TEST_F(MasterPasswordDialog, AuthenticatingHandsOverThePasswordOnceAndLeavesTheDialogOpen)
+TEST_F(MasterPasswordDialog, AuthenticatingPassesThePasswordOnceAndLeavesTheDialogOpen)
 {
     m_dialog.authenticate(QStringLiteral("first"));
     EXPECT_TRUE(m_dialog.isAuthenticating());
@@ -77,7 +77,7 @@ TEST_F(MasterPasswordDialog, WithoutAnActionNothingIsCalled)
     EXPECT_TRUE(m_dialog.isPresented());
 }
 
-TEST_F(MasterPasswordDialog, AnErrorShowsAndEnablesTheButtonAgain)
+TEST_F(MasterPasswordDialog, AnErrorIsShownAndEnablesTheButtonAgain)
 {
     m_dialog.authenticate(QStringLiteral("first"));
     m_dialog.showError(QStringLiteral("wrong"));
@@ -92,7 +92,7 @@ TEST_F(MasterPasswordDialog, ReturnOnAnEmptyFieldDoesNothing)
     m_dialog.showError(QStringLiteral("wrong"));
     EXPECT_FALSE(m_dialog.handleAuthenticate({}));
     EXPECT_TRUE(m_entered.isEmpty());
-    EXPECT_TRUE(m_dialog.showingError()) << "the shown error stays";
+    EXPECT_TRUE(m_dialog.showingError()) << "the error is still shown";
 }
 
 TEST_F(MasterPasswordDialog, TheButtonClearsTheErrorThenAuthenticates)
@@ -139,7 +139,7 @@ TEST_F(MasterPasswordDialog, AnActionMayReplaceItself)
     EXPECT_EQ(m_entered, QStringList{QStringLiteral("first")});
 }
 
-TEST_F(MasterPasswordDialog, TheButtonSaysWhatItDoes)
+TEST_F(MasterPasswordDialog, TheButtonIsLabelledWithItsAction)
 {
     EXPECT_EQ(m_dialog.actionTitle(), QStringLiteral("Authenticate"));
     m_dialog.setIsAuthenticating(true);
@@ -148,7 +148,7 @@ TEST_F(MasterPasswordDialog, TheButtonSaysWhatItDoes)
     EXPECT_EQ(m_dialog.actionTitle(), QStringLiteral("Set Password"));
 }
 
-TEST_F(MasterPasswordDialog, AQuestionIsFilledWithoutWhatTheLastOneLeft)
+TEST_F(MasterPasswordDialog, AQuestionStartsWithoutTheStateOfTheLastOne)
 {
     m_dialog.setIsPasswordSetting(true);
     m_dialog.showError(QStringLiteral("wrong"));
@@ -163,10 +163,10 @@ TEST_F(MasterPasswordDialog, AQuestionIsFilledWithoutWhatTheLastOneLeft)
     EXPECT_FALSE(m_dialog.isAuthenticating());
     EXPECT_FALSE(m_dialog.isPasswordSetting());
     m_dialog.cancel();
-    EXPECT_EQ(m_cancels, 0) << "the last question's action is gone";
+    EXPECT_EQ(m_cancels, 0) << "the action of the last question was dropped";
 }
 
-TEST_F(MasterPasswordDialog, AnErrorShowsOnlyWhileItIsSaidTo)
+TEST_F(MasterPasswordDialog, AnErrorIsShownOnlyWhileTheFlagIsSet)
 {
     m_dialog.showError(QStringLiteral("wrong"));
     EXPECT_EQ(m_dialog.shownError(), QStringLiteral("wrong"));
@@ -174,7 +174,7 @@ TEST_F(MasterPasswordDialog, AnErrorShowsOnlyWhileItIsSaidTo)
     EXPECT_EQ(m_dialog.shownError(), QString());
 }
 
-TEST_F(MasterPasswordDialog, ReportsAChangeAndNotTheSameValue)
+TEST_F(MasterPasswordDialog, ReportsOnlyChanges)
 {
     int changes = 0;
     QObject::connect(&m_dialog, &MasterPasswordDialogManager::textChanged, [&] { ++changes; });

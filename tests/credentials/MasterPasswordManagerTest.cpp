@@ -34,7 +34,7 @@ protected:
         settle();
     }
 
-    /// A run of the program on what the store holds.
+    /// Starts the program with the current contents of the store.
     void start()
     {
         beginStart();
@@ -51,7 +51,7 @@ protected:
         start();
     }
 
-    /// Lets everything that is under way come to its end.
+    /// Waits until everything that is in progress has ended.
     static void settle()
     {
         spinOnce();
@@ -70,7 +70,7 @@ protected:
         m_dialog.authenticate(password);
         settle();
     }
-    /// Enters a password that the store has begun to look at and is not done with.
+    /// Enters a password, and returns while the store is still looking it up.
     void enterAndHold(const QString &password)
     {
         m_store.isClosed = true;
@@ -116,7 +116,7 @@ TEST(MasterPasswordError, HasItsTextForEachCase)
     EXPECT_EQ(text(MasterPasswordError::authenticationCancelled), QStringLiteral("Authentication was cancelled"));
 }
 
-TEST_F(MasterPassword, WithNoneSetAGuardPassesWithoutADialogAndOpensNoSession)
+TEST_F(MasterPassword, WithoutAMasterPasswordAGuardPassesWithoutADialogAndOpensNoSession)
 {
     EXPECT_FALSE(m_manager->hasMasterPassword());
     EXPECT_TRUE(runTask(m_manager->requireAuthenticationOrCancel()));
@@ -124,7 +124,7 @@ TEST_F(MasterPassword, WithNoneSetAGuardPassesWithoutADialogAndOpensNoSession)
     EXPECT_FALSE(m_manager->isAuthenticated());
 }
 
-TEST_F(MasterPassword, AnEntryInTheStoreAtStartIsSeenAndKeptNowhere)
+TEST_F(MasterPassword, AnEntryInTheStoreIsFoundAtStartAndNotKept)
 {
     startWithMasterPassword();
     EXPECT_TRUE(m_manager->hasMasterPassword());
@@ -132,7 +132,7 @@ TEST_F(MasterPassword, AnEntryInTheStoreAtStartIsSeenAndKeptNowhere)
     EXPECT_FALSE(m_manager->hasAuthenticationTimer());
 }
 
-TEST_F(MasterPassword, AStoreThatRefusesToReadAtStartLetsEveryGuardThrough)
+TEST_F(MasterPassword, AStoreThatCannotBeReadAtStartLetsEveryGuardPass)
 {
     m_services.credentials.entries[masterAccount] = masterPassword.toUtf8();
     for (const CredentialStatus status : {credentialInteractionNotAllowed, credentialNotAvailable,
@@ -145,7 +145,7 @@ TEST_F(MasterPassword, AStoreThatRefusesToReadAtStartLetsEveryGuardThrough)
     }
 }
 
-TEST_F(MasterPassword, AStoreThatThrowsAtStartLetsEveryGuardThrough)
+TEST_F(MasterPassword, AStoreThatThrowsAtStartLetsEveryGuardPass)
 {
     m_store.failure = std::make_exception_ptr(std::bad_alloc());
     m_store.isClosed = true;
@@ -159,7 +159,7 @@ TEST_F(MasterPassword, AStoreThatThrowsAtStartLetsEveryGuardThrough)
     EXPECT_FALSE(m_dialog.isPresented());
 }
 
-TEST_F(MasterPassword, AStoreThatThrowsDuringACheckShowsWhyAndEnablesTheButtonAgain)
+TEST_F(MasterPassword, AStoreThatThrowsDuringACheckShowsTheErrorAndEnablesTheButtonAgain)
 {
     startWithMasterPassword();
     const auto task = guard();
@@ -173,7 +173,7 @@ TEST_F(MasterPassword, AStoreThatThrowsDuringACheckShowsWhyAndEnablesTheButtonAg
     EXPECT_TRUE(task.wait());
 }
 
-TEST_F(MasterPassword, AnEntryThatIsNoTextAtStartReadsAsNone)
+TEST_F(MasterPassword, AnEntryThatIsNotTextAtStartMeansNoMasterPassword)
 {
     m_services.credentials.entries[masterAccount] = "\xff\xfe";
     start();
@@ -188,7 +188,7 @@ TEST_F(MasterPassword, AGuardWaitsForTheAnswerAtStartAndThenAsks)
     const auto task = guard();
     ASSERT_TRUE(spinUntil([this] { return m_store.lookups > 1; }));
     spinOnce();
-    EXPECT_FALSE(task.isFinished()) << "let through before the store had answered";
+    EXPECT_FALSE(task.isFinished()) << "the guard passed before the store had answered";
     EXPECT_FALSE(m_dialog.isPresented());
 
     letThrough();
@@ -198,7 +198,7 @@ TEST_F(MasterPassword, AGuardWaitsForTheAnswerAtStartAndThenAsks)
     EXPECT_TRUE(task.wait());
 }
 
-TEST_F(MasterPassword, GuardsThatWaitForTheAnswerAtStartAllPassWhenThereIsNone)
+TEST_F(MasterPassword, GuardsThatWaitForTheAnswerAtStartAllPassIfThereIsNoMasterPassword)
 {
     m_store.isClosed = true;
     beginStart();
@@ -210,7 +210,7 @@ TEST_F(MasterPassword, GuardsThatWaitForTheAnswerAtStartAllPassWhenThereIsNone)
     EXPECT_TRUE(second.wait());
 }
 
-TEST_F(MasterPassword, AStrongOneIsStoredAndOpensNoSession)
+TEST_F(MasterPassword, AStrongPasswordIsStoredAndOpensNoSession)
 {
     EXPECT_EQ(settingErrorOf(m_manager->setMasterPassword(masterPassword)), std::nullopt);
     EXPECT_EQ(m_services.credentials.entries.value(masterAccount), masterPassword.toUtf8());
@@ -218,7 +218,7 @@ TEST_F(MasterPassword, AStrongOneIsStoredAndOpensNoSession)
     EXPECT_FALSE(m_manager->isAuthenticated());
 }
 
-TEST_F(MasterPassword, AnEmptyOneFailsAsEmptyAndAWeakOneAsWeakWithNothingStored)
+TEST_F(MasterPassword, AnEmptyPasswordFailsAsEmptyAndAWeakOneAsWeakAndNothingIsStored)
 {
     EXPECT_EQ(settingErrorOf(m_manager->setMasterPassword({})), MasterPasswordError::emptyPassword);
     for (const QString &weak :
@@ -229,13 +229,13 @@ TEST_F(MasterPassword, AnEmptyOneFailsAsEmptyAndAWeakOneAsWeakWithNothingStored)
     EXPECT_FALSE(m_manager->hasMasterPassword());
 }
 
-TEST_F(MasterPassword, TheRuleHoldsWithStrongItemPasswordsSwitchedOff)
+TEST_F(MasterPassword, ItMustBeStrongEvenIfItemPasswordsNeedNotBe)
 {
     m_services.defaults.standard().setBool(QStringLiteral("enforceStrongPasswords"), false);
     EXPECT_EQ(settingErrorOf(m_manager->setMasterPassword(QStringLiteral("abc"))), MasterPasswordError::weakPassword);
 }
 
-TEST_F(MasterPassword, ANewOneReplacesTheOldAndLeavesAnOpenSessionOpen)
+TEST_F(MasterPassword, ANewPasswordReplacesTheOldOneAndLeavesAnOpenSessionOpen)
 {
     startWithMasterPassword();
     ASSERT_TRUE(runTask(m_manager->authenticate(masterPassword)));
@@ -274,7 +274,7 @@ TEST_F(MasterPassword, AFailureToRemovePropagatesAndChangesNothing)
     EXPECT_TRUE(m_manager->hasAuthenticationTimer());
 }
 
-TEST_F(MasterPassword, AuthenticatingWithoutOneFails)
+TEST_F(MasterPassword, AuthenticatingWithoutAMasterPasswordFails)
 {
     EXPECT_EQ(settingErrorOf([](MasterPasswordManager &manager) -> QCoro::Task<> {
                   (void)co_await manager.authenticate(masterPassword);
@@ -282,7 +282,7 @@ TEST_F(MasterPassword, AuthenticatingWithoutOneFails)
               MasterPasswordError::noMasterPassword);
 }
 
-TEST_F(MasterPassword, AWrongOneIsFalseAndLeavesAnOpenSessionAsItIs)
+TEST_F(MasterPassword, AWrongPasswordReturnsFalseAndDoesNotChangeAnOpenSession)
 {
     startWithMasterPassword();
     EXPECT_FALSE(runTask(m_manager->authenticate(wrongPassword)));
@@ -294,7 +294,7 @@ TEST_F(MasterPassword, AWrongOneIsFalseAndLeavesAnOpenSessionAsItIs)
     EXPECT_TRUE(m_manager->hasAuthenticationTimer());
 }
 
-TEST_F(MasterPassword, TheSessionEndsAfter300SecondsAndTheSpentTimerStays)
+TEST_F(MasterPassword, TheSessionEndsAfter300SecondsAndTheFiredTimerIsKept)
 {
     startWithMasterPassword();
     ASSERT_TRUE(runTask(m_manager->authenticate(masterPassword)));
@@ -319,7 +319,7 @@ TEST_F(MasterPassword, UsingTheSessionDoesNotExtendIt)
     EXPECT_FALSE(m_manager->isAuthenticated());
 }
 
-TEST_F(MasterPassword, AuthenticatingAgainStartsTheTimeAnewWithOneTimer)
+TEST_F(MasterPassword, AuthenticatingAgainRestartsTheSingleTimer)
 {
     startWithMasterPassword();
     ASSERT_TRUE(runTask(m_manager->authenticate(masterPassword)));
@@ -332,7 +332,7 @@ TEST_F(MasterPassword, AuthenticatingAgainStartsTheTimeAnewWithOneTimer)
     EXPECT_FALSE(m_manager->isAuthenticated());
 }
 
-TEST_F(MasterPassword, EndingTheSessionClearsItsTimerSoThatTheNextGuardAsksAtOnce)
+TEST_F(MasterPassword, EndingTheSessionClearsItsTimerAndTheNextGuardAsks)
 {
     startWithMasterPassword();
     const auto first = guard();
@@ -349,7 +349,7 @@ TEST_F(MasterPassword, EndingTheSessionClearsItsTimerSoThatTheNextGuardAsksAtOnc
     EXPECT_FALSE(second.wait());
 }
 
-TEST_F(MasterPassword, TheDialogIsFilledAndOpenedInItsOrder)
+TEST_F(MasterPassword, TheDialogIsFilledAndOpenedInOrder)
 {
     startWithMasterPassword();
     m_dialog.setTitle(QStringLiteral("old"));
@@ -389,7 +389,7 @@ TEST_F(MasterPassword, TheDialogIsFilledAndOpenedInItsOrder)
     EXPECT_FALSE(task.wait());
 }
 
-TEST_F(MasterPassword, TheRightAnswerClosesTheDialogAndTheFlagStaysUntilTheNextShowing)
+TEST_F(MasterPassword, TheRightPasswordClosesTheDialogAndTheFlagIsKeptUntilItIsShownAgain)
 {
     startWithMasterPassword();
     const auto first = guard();
@@ -406,7 +406,7 @@ TEST_F(MasterPassword, TheRightAnswerClosesTheDialogAndTheFlagStaysUntilTheNextS
     EXPECT_TRUE(second.wait());
 }
 
-TEST_F(MasterPassword, AWrongAnswerShowsItsTextAndLeavesTheDialogOpenAndEnabledAnyNumberOfTimes)
+TEST_F(MasterPassword, AWrongPasswordShowsAnErrorAndLeavesTheDialogOpenAndEnabledEachTime)
 {
     startWithMasterPassword();
     const auto task = guard();
@@ -422,7 +422,7 @@ TEST_F(MasterPassword, AWrongAnswerShowsItsTextAndLeavesTheDialogOpenAndEnabledA
     EXPECT_TRUE(task.wait());
 }
 
-TEST_F(MasterPassword, AStoreFailureShowsItsTextAndKeepsTheOperationWaiting)
+TEST_F(MasterPassword, AFailureOfTheStoreIsShownAndTheOperationKeepsWaiting)
 {
     startWithMasterPassword();
     const auto task = guard();
@@ -437,7 +437,7 @@ TEST_F(MasterPassword, AStoreFailureShowsItsTextAndKeepsTheOperationWaiting)
     EXPECT_TRUE(task.wait());
 }
 
-TEST_F(MasterPassword, RemovedWhileTheDialogIsOpenTheAnswerSaysThatNoneIsSet)
+TEST_F(MasterPassword, IfItIsRemovedWhileTheDialogIsOpenTheDialogShowsThatNoneIsSet)
 {
     startWithMasterPassword();
     const auto task = guard();
@@ -449,7 +449,7 @@ TEST_F(MasterPassword, RemovedWhileTheDialogIsOpenTheAnswerSaysThatNoneIsSet)
     EXPECT_FALSE(task.wait());
 }
 
-TEST_F(MasterPassword, CancellingClosesTheDialogAndTheSessionAndTheGuardIsFalse)
+TEST_F(MasterPassword, CancellingClosesTheDialogAndTheSessionAndTheGuardReturnsFalse)
 {
     startWithMasterPassword();
     const auto task = guard();
@@ -483,14 +483,14 @@ TEST_F(MasterPassword, ASecondCompletionIsIgnored)
     EXPECT_TRUE(m_manager->isAuthenticated());
 }
 
-TEST_F(MasterPassword, ASecondOperationTakesTheDialogOverAndTheFirstStaysSuspended)
+TEST_F(MasterPassword, ASecondOperationTakesOverTheDialogAndTheFirstRemainsSuspended)
 {
     startWithMasterPassword();
     const auto first = guard();
     const auto endFirst = m_dialog.onCancel;
     enter(wrongPassword);
     const auto second = guard();
-    EXPECT_FALSE(m_dialog.showingError()) << "the second showing starts clean";
+    EXPECT_FALSE(m_dialog.showingError()) << "the second question starts without an error";
     enter(masterPassword);
     EXPECT_TRUE(second.wait());
     EXPECT_FALSE(first.isFinished());
@@ -510,7 +510,7 @@ TEST_F(MasterPassword, ADoubleSubmitAsksTheStoreOnce)
     EXPECT_EQ(m_store.lookups, before + 1);
 }
 
-TEST_F(MasterPassword, CancelledWhileTheStoreAnswersTheRightPasswordOpensNoSession)
+TEST_F(MasterPassword, IfCancelledDuringTheCheckTheRightPasswordOpensNoSession)
 {
     startWithMasterPassword();
     const auto task = guard();
@@ -538,7 +538,7 @@ TEST_F(MasterPassword, ALateAnswerToACancelledDialogDoesNotCloseTheNextOne)
     EXPECT_TRUE(second.wait());
 }
 
-TEST_F(MasterPassword, TheRightPasswordOpensTheSessionForAnOperationThatCameWhileTheStoreAnswered)
+TEST_F(MasterPassword, TheRightPasswordOpensTheSessionForAnOperationThatStartedDuringTheCheck)
 {
     startWithMasterPassword();
     const auto first = guard();
@@ -551,7 +551,7 @@ TEST_F(MasterPassword, TheRightPasswordOpensTheSessionForAnOperationThatCameWhil
     EXPECT_TRUE(m_manager->isAuthenticated());
 }
 
-TEST_F(MasterPassword, ALateWrongAnswerIsNotShownToTheOperationThatTookTheDialogOver)
+TEST_F(MasterPassword, ALateErrorIsNotShownToTheOperationThatTookOverTheDialog)
 {
     startWithMasterPassword();
     const auto first = guard();
@@ -568,7 +568,7 @@ TEST_F(MasterPassword, ALateWrongAnswerIsNotShownToTheOperationThatTookTheDialog
     EXPECT_FALSE(first.wait());
 }
 
-TEST_F(MasterPassword, GoneBeforeTheStoreAnswersNothingIsTouched)
+TEST_F(MasterPassword, AManagerDestroyedBeforeTheStoreAnswersChangesNothing)
 {
     startWithMasterPassword();
     const auto task = guard();

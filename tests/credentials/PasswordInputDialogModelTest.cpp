@@ -76,7 +76,7 @@ TEST(PasswordInputDialogManager, StartsClosedAndEmpty)
     EXPECT_FALSE(manager.onCancel);
 }
 
-TEST(PasswordInputDialogManager, ReportsAChangeAndNotTheSameValue)
+TEST(PasswordInputDialogManager, ReportsOnlyChanges)
 {
     PasswordInputDialogManager manager;
     int changes = 0;
@@ -86,7 +86,7 @@ TEST(PasswordInputDialogManager, ReportsAChangeAndNotTheSameValue)
     EXPECT_EQ(changes, 1);
 }
 
-TEST(PasswordInputDialogManager, AQuestionNamesItsFieldsAndTheOthersAreAtTheirDefaults)
+TEST(PasswordInputDialogManager, AQuestionSetsItsFieldsAndTheOthersHaveTheirDefaults)
 {
     PasswordInputDialogManager manager;
     manager.setRequiresConfirmation(true);
@@ -99,7 +99,7 @@ TEST(PasswordInputDialogManager, AQuestionNamesItsFieldsAndTheOthersAreAtTheirDe
     manager.cancel();
 }
 
-TEST(PasswordInputDialogManager, AskedItRepliesWithThePasswordOrTheCancel)
+TEST(PasswordInputDialogManager, AskReturnsThePasswordOrTheCancellation)
 {
     PasswordInputDialogManager manager;
     const RunningTask<PasswordInputDialogManager::Reply> first(replyOf(manager.ask({})));
@@ -114,7 +114,7 @@ TEST(PasswordInputDialogManager, AskedItRepliesWithThePasswordOrTheCancel)
     EXPECT_EQ(cancelled.password, QString());
 }
 
-TEST(PasswordInputDialogManager, AQuestionThatAnotherOneReplacesEndsWithoutAnAnswer)
+TEST(PasswordInputDialogManager, AReplacedQuestionEndsWithoutAnAnswer)
 {
     PasswordInputDialogManager manager;
     const RunningTask<PasswordInputDialogManager::Reply> first(replyOf(manager.ask({})));
@@ -145,7 +145,7 @@ TEST_F(PasswordDialog, EachOpeningStartsWithClearedFields)
     EXPECT_FALSE(m_dialog.showPasswordStrengthError());
 }
 
-TEST_F(PasswordDialog, AnotherTextInTheOpenDialogKeepsWhatIsTyped)
+TEST_F(PasswordDialog, ChangingTheTextOfTheOpenDialogKeepsTheInput)
 {
     present(false);
     m_dialog.setPassword(QStringLiteral("typed"));
@@ -153,7 +153,7 @@ TEST_F(PasswordDialog, AnotherTextInTheOpenDialogKeepsWhatIsTyped)
     EXPECT_EQ(m_dialog.password(), QStringLiteral("typed"));
 }
 
-TEST_F(PasswordDialog, AnAnsweredDialogHoldsNoPasswordAndSaysSo)
+TEST_F(PasswordDialog, AnAnsweredDialogContainsNoPasswordAndReportsThat)
 {
     present(false);
     m_dialog.setPassword(strong);
@@ -163,7 +163,7 @@ TEST_F(PasswordDialog, AnAnsweredDialogHoldsNoPasswordAndSaysSo)
     EXPECT_TRUE(lastSeen.isEmpty());
 }
 
-TEST_F(PasswordDialog, TheStrengthRuleIsTheOneOfTheDialog)
+TEST_F(PasswordDialog, TheStrengthRuleIsThatOfTheDialog)
 {
     EXPECT_TRUE(isStrong(strong));
     EXPECT_TRUE(isStrong(QStringLiteral("Ábcdefg1")));
@@ -173,7 +173,7 @@ TEST_F(PasswordDialog, TheStrengthRuleIsTheOneOfTheDialog)
     }
 }
 
-TEST_F(PasswordDialog, TestingTheStrengthLogsTheVerdictAndEachRequirement)
+TEST_F(PasswordDialog, TestingTheStrengthLogsTheResultAndEachRequirement)
 {
     EXPECT_FALSE(isStrong(QStringLiteral("abcdefgh")));
     EXPECT_EQ(m_log.lines(), (QStringList{
@@ -185,7 +185,7 @@ TEST_F(PasswordDialog, TestingTheStrengthLogsTheVerdictAndEachRequirement)
                              }));
 }
 
-TEST_F(PasswordDialog, AStrongPasswordTypedTwiceIsPassedOnOnceAfterTheDialogClosed)
+TEST_F(PasswordDialog, AStrongPasswordTypedTwiceIsPassedOnceAfterTheDialogWasClosed)
 {
     askForNew(strong, strong);
     m_dialog.confirm();
@@ -229,7 +229,7 @@ TEST_F(PasswordDialog, AWeakPasswordTypedTwiceShowsTheStrengthErrorAndClearsTheM
     EXPECT_TRUE(m_confirmed.isEmpty());
 }
 
-TEST_F(PasswordDialog, TheFullLogOfAWeakAttemptStandsInItsOrder)
+TEST_F(PasswordDialog, AWeakAttemptIsLoggedInOrder)
 {
     askForNew(QStringLiteral("weak"), QStringLiteral("weak"));
     m_dialog.confirm();
@@ -247,7 +247,7 @@ TEST_F(PasswordDialog, TheFullLogOfAWeakAttemptStandsInItsOrder)
                                            << QStringLiteral("🔍 DEBUG: Showing password strength error"));
 }
 
-TEST_F(PasswordDialog, WithTheRuleOffASingleLetterTypedTwiceIsAccepted)
+TEST_F(PasswordDialog, WithoutTheRuleASingleLetterTypedTwiceIsAccepted)
 {
     enforceStrongPasswords(false);
     askForNew(QStringLiteral("a"), QStringLiteral("a"));
@@ -256,7 +256,7 @@ TEST_F(PasswordDialog, WithTheRuleOffASingleLetterTypedTwiceIsAccepted)
     EXPECT_FALSE(m_dialog.showPasswordStrengthError());
 }
 
-TEST_F(PasswordDialog, AnExistingPasswordOfOneLetterIsPassedOnUnvalidated)
+TEST_F(PasswordDialog, AnExistingPasswordOfOneLetterIsPassedWithoutValidation)
 {
     present(false);
     m_dialog.setPassword(QStringLiteral("a"));
@@ -266,7 +266,7 @@ TEST_F(PasswordDialog, AnExistingPasswordOfOneLetterIsPassedOnUnvalidated)
     EXPECT_FALSE(m_log.contains(QStringLiteral("🔍 DEBUG: Password validation passed, proceeding")));
 }
 
-TEST_F(PasswordDialog, TheConfirmButtonNeedsEveryFieldThatShows)
+TEST_F(PasswordDialog, TheConfirmButtonNeedsEveryShownField)
 {
     present(true);
     EXPECT_EQ(m_dialog.confirmTitle(), QStringLiteral("Protect"));
@@ -295,10 +295,10 @@ TEST_F(PasswordDialog, ReturnWithADisabledButtonDoesNothing)
     EXPECT_TRUE(m_log.lines().isEmpty());
 }
 
-TEST_F(PasswordDialog, TheRequirementsShowOnlyForANewWeakPasswordUnderTheRule)
+TEST_F(PasswordDialog, TheRequirementsAreShownOnlyForANewWeakPasswordThatMustBeStrong)
 {
     present(true);
-    EXPECT_FALSE(m_dialog.showsRequirements()) << "nothing typed";
+    EXPECT_FALSE(m_dialog.showsRequirements()) << "nothing was typed";
     m_dialog.setPassword(QStringLiteral("abcD"));
     EXPECT_TRUE(m_dialog.showsRequirements());
     EXPECT_FALSE(m_dialog.hasMinimumLength());
@@ -306,10 +306,10 @@ TEST_F(PasswordDialog, TheRequirementsShowOnlyForANewWeakPasswordUnderTheRule)
     EXPECT_TRUE(m_dialog.hasLowercase());
     EXPECT_FALSE(m_dialog.hasDigit());
     m_dialog.setPassword(strong);
-    EXPECT_FALSE(m_dialog.showsRequirements()) << "strong";
+    EXPECT_FALSE(m_dialog.showsRequirements()) << "the password is strong";
     m_dialog.setPassword(QStringLiteral("abcD"));
     m_manager.setRequiresConfirmation(false);
-    EXPECT_FALSE(m_dialog.showsRequirements()) << "an existing password";
+    EXPECT_FALSE(m_dialog.showsRequirements()) << "it is an existing password";
     m_manager.setRequiresConfirmation(true);
     enforceStrongPasswords(false);
     EXPECT_FALSE(m_dialog.showsRequirements()) << "the rule is off";

@@ -25,7 +25,7 @@ TEST(PasswordStrength, EightCharactersOfAllThreeClassesAreStrong)
     EXPECT_TRUE(isStrong(QStringLiteral("Abcdefg1")));
 }
 
-TEST(PasswordStrength, AMissingClassOrASeventhCharacterTooFewIsNot)
+TEST(PasswordStrength, AMissingClassOrOnlySevenCharactersAreNotStrong)
 {
     for (const QString &weak : {QStringLiteral("abcdefg1"), QStringLiteral("ABCDEFG1"), QStringLiteral("Abcdefgh"),
                                 QStringLiteral("Abc1"), QStringLiteral("Abcdef1"), QString()}) {
@@ -33,12 +33,13 @@ TEST(PasswordStrength, AMissingClassOrASeventhCharacterTooFewIsNot)
     }
 }
 
-TEST(PasswordStrength, TheClassesAreUnicode)
+TEST(PasswordStrength, CharacterClassesAreThoseOfUnicode)
 {
     EXPECT_TRUE(isStrong(QStringLiteral("Ábcdefg1")));
     EXPECT_TRUE(isStrong(QStringLiteral("ΑΒΓδεζη٣"))); // Greek letters, an Arabic-Indic digit
     EXPECT_TRUE(isStrong(QStringLiteral("Привет५५"))); // Cyrillic letters, Devanagari digits
-    EXPECT_FALSE(isStrong(QStringLiteral("abcdefg½"))) << "a fraction is no decimal digit, and nothing is upper case";
+    EXPECT_FALSE(isStrong(QStringLiteral("abcdefg½")))
+        << "a fraction is not a decimal digit, and there is no upper-case letter";
     EXPECT_FALSE(PasswordStrength::of(QStringLiteral("½²Ⅳ")).hasDigit);
 }
 
@@ -49,7 +50,7 @@ TEST(PasswordStrength, ATitleCaseLetterCountsAsUpperCaseAndNotAsLower)
     EXPECT_FALSE(strength.hasLowercase);
 }
 
-TEST(PasswordStrength, LettersOutsideTheBasicPlaneAreSeenWhole)
+TEST(PasswordStrength, LettersOutsideTheBasicPlaneAreRecognized)
 {
     const PasswordStrength strength = PasswordStrength::of(QStringLiteral("𐐀𐐨𝟙")); // Deseret, a double-struck digit
     EXPECT_TRUE(strength.hasUppercase);
@@ -57,14 +58,14 @@ TEST(PasswordStrength, LettersOutsideTheBasicPlaneAreSeenWhole)
     EXPECT_TRUE(strength.hasDigit);
 }
 
-TEST(PasswordStrength, LettersWithoutCaseAreNeither)
+TEST(PasswordStrength, LettersWithoutCaseAreNeitherUpperNorLowerCase)
 {
     const PasswordStrength strength = PasswordStrength::of(QStringLiteral("漢字ªʰא"));
     EXPECT_FALSE(strength.hasUppercase);
     EXPECT_FALSE(strength.hasLowercase);
 }
 
-TEST(PasswordStrength, CharactersAreCountedAsAPersonSeesThem)
+TEST(PasswordStrength, UserPerceivedCharactersAreCounted)
 {
     EXPECT_TRUE(isLongEnough(QStringLiteral("12345678")));
     EXPECT_FALSE(isLongEnough(QStringLiteral("1234567")));
@@ -77,7 +78,7 @@ TEST(PasswordStrength, CharactersAreCountedAsAPersonSeesThem)
         << "three families";
 }
 
-TEST(PasswordStrength, ThereIsNoUpperBound)
+TEST(PasswordStrength, ThereIsNoMaximumLength)
 {
     EXPECT_TRUE(isStrong(QString(100'000, QChar(u'a')) + QStringLiteral("B2")));
 }
