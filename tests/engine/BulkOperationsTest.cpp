@@ -28,7 +28,7 @@ protected:
         }
         return paths;
     }
-    /// The engine with these files under protection, locked, and no master session open.
+    /// Starts the engine and protects files with these names; they are locked, and no master session is open.
     void start(const QStringList &names)
     {
         engine.emplace(services, files);
@@ -46,7 +46,7 @@ protected:
         }
         settle();
     }
-    /// Forgets what the preparation did.
+    /// Resets the counts and logs of the preparation.
     void settle()
     {
         engine->masterPrompts = 0;
@@ -56,7 +56,7 @@ protected:
         progress.emplace(engine->manager);
         log.clear();
     }
-    /// Lets the user tick these, in this order.
+    /// Lets the user grant access to these paths, in this order.
     void grantOnly(const QStringList &paths)
     {
         services.panels.grant = [paths](const AccessRequest &) { return std::optional(paths); };
@@ -70,13 +70,13 @@ protected:
     QList<ProtectedItem> items() { return engine->manager.protectedItems(); }
     ProgressCallback callback() { return progress->callback(); }
 
-    /// Runs it to its end and until the flag, which the end of one run would take from the next, is reset.
+    /// Runs the task and waits until the flag is reset, which would otherwise affect the next run.
     void run(QCoro::Task<> task)
     {
         runTask(std::move(task));
         expectFlagIsReset();
     }
-    /// Runs what is to fail with items' errors, and returns the text that the user reads.
+    /// Runs a task that fails with errors of items, and returns the text for the user.
     QString failureOf(QCoro::Task<> task)
     {
         QString text;
@@ -90,7 +90,7 @@ protected:
     }
     void expectSucceeded()
     {
-        EXPECT_EQ(engine->masterPrompts, 1) << "one check stands for the whole run";
+        EXPECT_EQ(engine->masterPrompts, 1) << "one check for the whole run";
         EXPECT_FALSE(engine->masterPassword.isAuthenticated());
         EXPECT_FALSE(engine->masterPassword.hasAuthenticationTimer());
     }
@@ -123,7 +123,7 @@ TEST_F(BulkOperations, EmptyListLocksNothingReportsZeroOfZeroAndClosesTheSession
     expectSucceeded();
 }
 
-TEST_F(BulkOperations, EmptyListIsAskedAboutAllTheSameWhereAccessIsNeeded)
+TEST_F(BulkOperations, EmptyListStillShowsThePanelIfAccessIsNeeded)
 {
     start({});
     run(manager().bulkUnlockItems({}, callback()));
@@ -134,7 +134,7 @@ TEST_F(BulkOperations, EmptyListIsAskedAboutAllTheSameWhereAccessIsNeeded)
     expectSucceeded();
 }
 
-TEST_F(BulkOperations, ProtectingTellsEachItemAndItsShare)
+TEST_F(BulkOperations, ProtectingReportsEachItemAndItsShare)
 {
     start({});
     const QStringList paths = writeFiles(three);
@@ -153,10 +153,10 @@ TEST_F(BulkOperations, ProtectingTellsEachItemAndItsShare)
         EXPECT_EQ(services.credentials.entries.value(item.id), "Abcdefg1");
     }
     expectSucceeded();
-    EXPECT_EQ(EngineHarness(services).count(), 3) << "each item was saved";
+    EXPECT_EQ(EngineHarness(services).count(), 3) << "each item is saved";
 }
 
-TEST_F(BulkOperations, ThreePathsOfWhichTwoAreGrantedAreTwoOfTwoInTheOrderAsked)
+TEST_F(BulkOperations, TwoGrantedPathsOfThreeAreTwoOfTwoInTheRequestedOrder)
 {
     start({});
     const QStringList paths = writeFiles(three);
@@ -180,11 +180,11 @@ TEST_F(BulkOperations, NothingGrantedIsZeroOfZero)
     expectSucceeded();
 }
 
-TEST_F(BulkOperations, OnePanelAsksForAllAndNoOtherFollows)
+TEST_F(BulkOperations, OnePanelAsksForAllItems)
 {
     startUnlocked(three);
     run(manager().bulkLockItems(items(), callback()));
-    EXPECT_TRUE(services.panels.accessRequests.isEmpty()) << "locking asks for nothing";
+    EXPECT_TRUE(services.panels.accessRequests.isEmpty()) << "locking needs no panel";
     run(manager().bulkUnlockItems(items(), callback()));
     run(manager().bulkRemoveProtection(items(), callback()));
     const QStringList paths{a, b, c};
@@ -206,10 +206,10 @@ TEST_F(BulkOperations, ProtectingWithTouchIDAppliesToAll)
         EXPECT_TRUE(item.useTouchID);
         EXPECT_FALSE(services.credentials.entries.contains(item.id));
     }
-    EXPECT_EQ(services.credentials.entries.size(), 1 + 3) << "a key for each beside the master password";
+    EXPECT_EQ(services.credentials.entries.size(), 1 + 3) << "a key for each item and the master password";
 }
 
-TEST_F(BulkOperations, UnlockingTellsEachItemAndAsksEachPassword)
+TEST_F(BulkOperations, UnlockingReportsEachItemAndAsksForEachPassword)
 {
     start(three);
     run(manager().bulkUnlockItems(items(), callback()));
@@ -228,7 +228,7 @@ TEST_F(BulkOperations, UnlockingTellsEachItemAndAsksEachPassword)
     expectSucceeded();
 }
 
-TEST_F(BulkOperations, ItemWhosePasswordDialogIsCancelledStaysLockedAndCountsAsASuccess)
+TEST_F(BulkOperations, ItemWhosePasswordDialogIsCancelledRemainsLockedAndCountsAsASuccess)
 {
     start(three);
     engine->itemPassword.reset();
@@ -242,7 +242,7 @@ TEST_F(BulkOperations, ItemWhosePasswordDialogIsCancelledStaysLockedAndCountsAsA
     expectSucceeded();
 }
 
-TEST_F(BulkOperations, RefusedSecretAndMissingCopyAreLinesInTheOrderOfTheRun)
+TEST_F(BulkOperations, WrongPasswordAndMissingCopyAreReportedInTheOrderOfTheRun)
 {
     start(three);
     services.credentials.entries.insert(engine->item(0).id, "Another1");
@@ -252,11 +252,11 @@ TEST_F(BulkOperations, RefusedSecretAndMissingCopyAreLinesInTheOrderOfTheRun)
                              "a.txt: Authentication failed. Please try again.\n"
                              "b.txt: The selected file or folder could not be found."));
     EXPECT_EQ(progress->lines.last(), QStringLiteral("1 Completed 1 of 3 items"));
-    EXPECT_TRUE(engine->item(2).isMounted) << "a failing item never stops the run";
+    EXPECT_TRUE(engine->item(2).isMounted) << "an item that fails does not stop the run";
     expectSessionIsLeftOpen();
 }
 
-TEST_F(BulkOperations, ItemsThatAreNotGrantedAreLinesWhenUnlocking)
+TEST_F(BulkOperations, ItemsWithoutGrantedAccessAreReportedWhenUnlocking)
 {
     start(three);
     grantOnly({b});
@@ -268,11 +268,11 @@ TEST_F(BulkOperations, ItemsThatAreNotGrantedAreLinesWhenUnlocking)
                       QStringLiteral("0.1 Unlocking a.txt..."), QStringLiteral("0.4 Unlocking b.txt..."),
                       QStringLiteral("0.7 Unlocking c.txt..."), QStringLiteral("1 Completed 1 of 3 items")};
     EXPECT_EQ(progress->lines, lines);
-    EXPECT_EQ(engine->passwordPrompts, 1) << "nobody is asked for what will not be touched";
+    EXPECT_EQ(engine->passwordPrompts, 1) << "no password is asked for items that are not granted";
     EXPECT_TRUE(engine->item(1).isMounted);
 }
 
-TEST_F(BulkOperations, LockingTellsEachItemAndItsShare)
+TEST_F(BulkOperations, LockingReportsEachItemAndItsShare)
 {
     startUnlocked(three);
     run(manager().bulkLockItems(items(), callback()));
@@ -287,7 +287,7 @@ TEST_F(BulkOperations, LockingTellsEachItemAndItsShare)
     expectSucceeded();
 }
 
-TEST_F(BulkOperations, FailedLockShowsBothHeadingsAndTheLinesAndTheOthersAreLocked)
+TEST_F(BulkOperations, FailedLockIsReportedWithBothHeadingsAndTheOthersAreLocked)
 {
     startUnlocked(three);
     hooks.before = failing("moveItem", EIO, {a, c});
@@ -305,7 +305,7 @@ TEST_F(BulkOperations, FailedLockShowsBothHeadingsAndTheLinesAndTheOthersAreLock
     expectSessionIsLeftOpen();
 }
 
-TEST_F(BulkOperations, ItemThatRunsOutOfMemoryIsALineLikeAnyOther)
+TEST_F(BulkOperations, ItemThatRunsOutOfMemoryIsReportedLikeAnyOtherFailure)
 {
     startUnlocked(three);
     hooks.before = withoutMemory("moveItem", b);
@@ -317,7 +317,7 @@ TEST_F(BulkOperations, ItemThatRunsOutOfMemoryIsALineLikeAnyOther)
     EXPECT_FALSE(engine->item(2).isMounted);
 }
 
-TEST_F(BulkOperations, PanelWithoutMemoryFailsTheRunAndLeavesNothingBusy)
+TEST_F(BulkOperations, PanelThatRunsOutOfMemoryFailsTheRunAndLeavesNothingBusy)
 {
     start(three);
     services.panels.grant = [](const AccessRequest &) -> std::optional<QStringList> { throw std::bad_alloc(); };
@@ -327,7 +327,7 @@ TEST_F(BulkOperations, PanelWithoutMemoryFailsTheRunAndLeavesNothingBusy)
     EXPECT_FALSE(engine->item(0).isMounted);
 }
 
-TEST_F(BulkOperations, SessionThatAFailedRunLeftOpenServesTheNextRun)
+TEST_F(BulkOperations, SessionThatAFailedRunLeftOpenIsUsedByTheNextRun)
 {
     startUnlocked(three);
     hooks.before = failing("moveItem", EIO, {a});
@@ -337,7 +337,7 @@ TEST_F(BulkOperations, SessionThatAFailedRunLeftOpenServesTheNextRun)
     expectSucceeded();
 }
 
-TEST_F(BulkOperations, RemovingTellsEachItemAndGivesThemBack)
+TEST_F(BulkOperations, RemovingReportsEachItemAndRestoresThem)
 {
     start(three);
     run(manager().bulkRemoveProtection(items(), callback()));
@@ -383,7 +383,7 @@ TEST_F(BulkOperations, FailedProtectionHasItsOwnHeadingAndNamesTheFile)
     expectSessionIsLeftOpen();
 }
 
-TEST_F(BulkOperations, FoldersAndFilesGoTogetherAndOnlyFilesAskForAPassword)
+TEST_F(BulkOperations, FoldersAndFilesCanBeMixedAndOnlyFilesNeedAPassword)
 {
     start({});
     services.home.write(QStringLiteral("Desktop/folder/inner.txt"), "inner");
@@ -395,7 +395,7 @@ TEST_F(BulkOperations, FoldersAndFilesGoTogetherAndOnlyFilesAskForAPassword)
     EXPECT_EQ(TemporaryHome::read(a), "a.txt");
 }
 
-TEST_F(BulkOperations, NoItemStartsBeforeTheOneBeforeHasEnded)
+TEST_F(BulkOperations, EachItemStartsAfterThePreviousOneHasEnded)
 {
     startUnlocked(three);
     HeldCall move(hooks, "moveItem", a);
@@ -410,7 +410,7 @@ TEST_F(BulkOperations, NoItemStartsBeforeTheOneBeforeHasEnded)
     EXPECT_EQ(progress->lines.last(), QStringLiteral("1 Completed 3 of 3 items"));
 }
 
-TEST_F(BulkOperations, DismissedPanelEndsTheRunWithoutAWordAndLeavesTheSessionOpen)
+TEST_F(BulkOperations, DismissedPanelEndsTheRunWithoutAMessageAndLeavesTheSessionOpen)
 {
     start({});
     dismissPanel();
@@ -442,7 +442,7 @@ TEST_F(BulkOperations, DismissedPanelRemovesNothing)
     expectSessionIsLeftOpen();
 }
 
-TEST_F(BulkOperations, CancelledMasterPromptEndsEachRunBeforeItsFirstWord)
+TEST_F(BulkOperations, CancelledMasterPromptEndsEachRunBeforeItsFirstReport)
 {
     startUnlocked(three);
     run(manager().bulkLockItems({engine->item(0)}, callback()));
@@ -462,7 +462,7 @@ TEST_F(BulkOperations, CancelledMasterPromptEndsEachRunBeforeItsFirstWord)
     EXPECT_TRUE(engine->item(1).isMounted);
 }
 
-TEST_F(BulkOperations, RunWithoutAMasterPasswordAsksForNone)
+TEST_F(BulkOperations, RunWithoutAMasterPasswordDoesNotAskForOne)
 {
     services.credentials.entries.clear();
     start(three);
@@ -471,7 +471,7 @@ TEST_F(BulkOperations, RunWithoutAMasterPasswordAsksForNone)
     EXPECT_EQ(progress->lines.last(), QStringLiteral("1 Completed 3 of 3 items"));
 }
 
-TEST_F(BulkOperations, FlagStaysSetUntilTheRunHasReturned)
+TEST_F(BulkOperations, FlagRemainsSetUntilTheRunHasReturned)
 {
     start(three);
     bool wasSetAtTheEnd = false;

@@ -29,7 +29,7 @@ TEST_F(BulkShredItems, EmptyListReportsSuccess)
     EXPECT_FALSE(engine().manager.isProcessing());
 }
 
-TEST_F(BulkShredItems, EveryStatusOfAnItemCarriesItsPositionAndItsShareOfTheProgress)
+TEST_F(BulkShredItems, EveryStatusOfAnItemHasItsPositionAndItsShareOfTheProgress)
 {
     const ProtectedItem first = unlockedFile(QStringLiteral("a.txt"), {});
     const ProtectedItem second = unlockedFile(QStringLiteral("b.txt"), {});
@@ -61,7 +61,7 @@ TEST_F(BulkShredItems, EveryStatusOfAnItemCarriesItsPositionAndItsShareOfTheProg
     expectGone(second);
 }
 
-TEST_F(BulkShredItems, BackupOfTheSecondOfTwoShowsAtEightyFivePercent)
+TEST_F(BulkShredItems, BackupOfTheSecondOfTwoIsReportedAtEightyFivePercent)
 {
     const ProtectedItem first = unlockedFile(QStringLiteral("a.txt"));
     const ProtectedItem second = lockedFile(QStringLiteral("b.txt"));
@@ -93,7 +93,7 @@ TEST_F(BulkShredItems, FailedItemIsRecordedAndTheNextKeepsItsOwnPosition)
     EXPECT_FALSE(engine().manager.isProcessing());
 }
 
-TEST_F(BulkShredItems, AllFailingCountsNoneAndListsEach)
+TEST_F(BulkShredItems, IfAllItemsFailNoneIsCountedAndEachIsListed)
 {
     setMasterPassword();
     const ProtectedItem first = unlockedFile(QStringLiteral("a.txt"));
@@ -108,11 +108,11 @@ TEST_F(BulkShredItems, AllFailingCountsNoneAndListsEach)
                                    "a.txt: You don't have permission to overwrite \"a.txt\".\n"
                                    "b.txt: You don't have permission to overwrite \"b.txt\"."));
     EXPECT_TRUE(report.last().startsWith(QStringLiteral("Completed 0 of 2 items. Errors:\na.txt: ")));
-    EXPECT_TRUE(engine().masterPassword.isAuthenticated()) << "the session stays as it was";
+    EXPECT_TRUE(engine().masterPassword.isAuthenticated()) << "the session is unchanged";
     EXPECT_EQ(engine().count(), 2);
 }
 
-TEST_F(BulkShredItems, ItemThatRunsOutOfMemoryIsALineLikeAnyOther)
+TEST_F(BulkShredItems, ItemThatRunsOutOfMemoryIsReportedLikeAnyOtherFailure)
 {
     const ProtectedItem first = unlockedFile(QStringLiteral("a.txt"));
     const ProtectedItem second = unlockedFile(QStringLiteral("b.txt"));
@@ -132,7 +132,7 @@ TEST_F(BulkShredItems, EngineIsBusyDuringEachItem)
     becomeIdle();
     bulkShred({first, second});
     for (qsizetype i = 0; i < report.size(); ++i) {
-        if (!report.at(i).contains(QStringLiteral("..."))) { // the flag drops between two items
+        if (!report.at(i).contains(QStringLiteral("..."))) { // the flag is reset between two items
             EXPECT_TRUE(flags.at(i) || i == report.size() - 1) << qUtf8Printable(report.at(i));
         }
     }
@@ -140,7 +140,7 @@ TEST_F(BulkShredItems, EngineIsBusyDuringEachItem)
     EXPECT_FALSE(engine().manager.isProcessing());
 }
 
-TEST_F(BulkShredItems, PathsAreShreddedAndTheCatalogueIsLeftAlone)
+TEST_F(BulkShredItems, PathsAreShreddedAndTheCatalogueIsUnchanged)
 {
     const ProtectedItem item = unlockedFile();
     const QString plain = services.home.write(QStringLiteral("Desktop/plain"), {});

@@ -24,7 +24,7 @@ protected:
     {
         return QDir(desktop({})).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot, QDir::Name);
     }
-    /// The engine with a file of this name under protection, locked.
+    /// Starts the engine and protects a file with this name; it is locked.
     void start(const QString &name, bool useTouchID = false)
     {
         engine.emplace(services, files);
@@ -44,7 +44,7 @@ protected:
     {
         EXPECT_TRUE(spinUntil([this] { return !engine->manager.isProcessing(); }));
     }
-    /// The names that `count` duplicates of one item get.
+    /// Returns the names of `count` duplicates of one item.
     QStringList namesOfDuplicates(const QString &name, int count)
     {
         start(name);
@@ -71,7 +71,7 @@ protected:
 
 } // namespace
 
-TEST_F(DuplicateItem, LockedFileBecomesASecondItemWithNothingAtItsPlace)
+TEST_F(DuplicateItem, DuplicateOfALockedFileIsAnItemWithoutAFileAtItsPlace)
 {
     start(QStringLiteral("report.txt"));
     duplicate();
@@ -94,11 +94,11 @@ TEST_F(DuplicateItem, LockedFileBecomesASecondItemWithNothingAtItsPlace)
     EXPECT_EQ(EngineHarness(services).count(), 2);
 }
 
-TEST_F(DuplicateItem, UnlockedDuplicateStandsAtItsPlace)
+TEST_F(DuplicateItem, UnlockedDuplicateIsAtItsPlace)
 {
     start(QStringLiteral("report.txt"));
     duplicate();
-    // The panel of the unlock confirms what stands there.
+    // The panel of the unlock confirms the path of the duplicate.
     services.panels.answer = [this](const OpenPanelRequest &) { return desktop(QStringLiteral("report Copy.txt")); };
     engine->unlock(1);
     EXPECT_EQ(TemporaryHome::read(desktop(QStringLiteral("report Copy.txt"))), "the bytes");
@@ -117,7 +117,7 @@ TEST_F(DuplicateItem, TakenNamesCountFromTwo)
 
 TEST_F(DuplicateItem, ReportBecomesReportCopyThenTwoThenThree)
 {
-    // Nothing stands at a duplicate's place until it is unlocked: its record alone holds the name.
+    // There is no file at a duplicate's place until it is unlocked: only its record uses the name.
     const QStringList expected{QStringLiteral("report Copy.txt"), QStringLiteral("report Copy 2.txt"),
                                QStringLiteral("report Copy 3.txt")};
     EXPECT_EQ(namesOfDuplicates(QStringLiteral("report.txt"), 3), expected);
@@ -129,14 +129,14 @@ TEST_F(DuplicateItem, NameWithoutADotHasNoExtension)
     EXPECT_EQ(namesOfDuplicates(QStringLiteral("notes"), 2), expected);
 }
 
-TEST_F(DuplicateItem, NameWithALeadingDotBeginsWithABlank)
+TEST_F(DuplicateItem, NameWithALeadingDotBeginsWithASpace)
 {
     start(QStringLiteral(".profile"));
     duplicate();
     EXPECT_EQ(engine->item(1).originalName, QStringLiteral(" Copy.profile"));
 }
 
-TEST_F(DuplicateItem, OnlyTheLastExtensionIsOne)
+TEST_F(DuplicateItem, OnlyTheLastExtensionIsKeptAtTheEnd)
 {
     start(QStringLiteral("archive.tar.gz"));
     duplicate();
@@ -150,12 +150,12 @@ TEST_F(DuplicateItem, DotAtTheEndIsDropped)
     EXPECT_EQ(engine->item(1).originalName, QStringLiteral("notes Copy"));
 }
 
-TEST_F(DuplicateItem, FolderThatCannotBeLookedIntoFailsAndIsNotTakenForAFullOne)
+TEST_F(DuplicateItem, UnreadableFolderFailsInsteadOfMakingEveryNameLookTaken)
 {
     start(QStringLiteral("report.txt"));
     QString text;
     try {
-        const AsPlainUser user; // to whom every name there seems to be taken
+        const AsPlainUser user; // who cannot read whether a name there is taken
         duplicate();
     } catch (const FileError &error) {
         text = error.errorDescription();
@@ -166,7 +166,7 @@ TEST_F(DuplicateItem, FolderThatCannotBeLookedIntoFailsAndIsNotTakenForAFullOne)
     expectFlagIsReset();
 }
 
-TEST_F(DuplicateItem, WindowDoesNotWaitForTheCopyOrTheRemoval)
+TEST_F(DuplicateItem, CopyAndRemovalDoNotBlockTheWindow)
 {
     start(QStringLiteral("report.txt"));
     QStringList onTheMainThread;
@@ -202,7 +202,7 @@ TEST_F(DuplicateItem, UnlockedItemCannotBeDuplicated)
     EXPECT_EQ(onDesktop(), QStringList(QStringLiteral("report.txt")));
 }
 
-TEST_F(DuplicateItem, FolderFailsWithTheStoresErrorAndLeavesThePlainCopy)
+TEST_F(DuplicateItem, FolderFailsWithTheErrorOfTheStoreAndLeavesThePlainCopy)
 {
     start(QStringLiteral("report.txt"));
     services.home.write(QStringLiteral("Desktop/folder/inner.txt"), "inner");
@@ -219,18 +219,18 @@ TEST_F(DuplicateItem, FolderFailsWithTheStoresErrorAndLeavesThePlainCopy)
     expectFlagIsReset();
 }
 
-TEST_F(DuplicateItem, TouchIDItemGivesATouchIDItem)
+TEST_F(DuplicateItem, DuplicateOfATouchIDItemIsATouchIDItem)
 {
     start(QStringLiteral("report.txt"), true);
     duplicate();
     ASSERT_EQ(engine->count(), 2);
     EXPECT_TRUE(engine->item(1).useTouchID);
-    EXPECT_FALSE(services.credentials.entries.contains(engine->item(1).id)) << "it has no password";
-    EXPECT_EQ(services.credentials.entries.size(), 2) << "a key of its own";
-    EXPECT_EQ(services.biometrics.reasons, QStringList()) << "nobody is asked for a finger";
+    EXPECT_FALSE(services.credentials.entries.contains(engine->item(1).id)) << "the duplicate has no password";
+    EXPECT_EQ(services.credentials.entries.size(), 2) << "the duplicate has its own key";
+    EXPECT_EQ(services.biometrics.reasons, QStringList()) << "no fingerprint is requested";
 }
 
-TEST_F(DuplicateItem, FailedCopyPassesItsErrorOn)
+TEST_F(DuplicateItem, FailedCopyIsReported)
 {
     start(QStringLiteral("report.txt"));
     hooks.before = failing("copyItem", ENOSPC);
@@ -251,7 +251,7 @@ TEST_F(DuplicateItem, DeclinedPanelFailsAndLeavesThePlainCopy)
     expectFlagIsReset();
 }
 
-TEST_F(DuplicateItem, PlaceholderThatStaysFailsAndKeepsTheNewItem)
+TEST_F(DuplicateItem, PlaceholderThatCannotBeRemovedFailsAndKeepsTheNewItem)
 {
     start(QStringLiteral("report.txt"));
     hooks.before = failing("removeItem", EACCES);
@@ -263,7 +263,7 @@ TEST_F(DuplicateItem, PlaceholderThatStaysFailsAndKeepsTheNewItem)
     expectFlagIsReset();
 }
 
-TEST_F(DuplicateItem, OnePromptServesTheCopyAndItsProtectionAndTheSessionEnds)
+TEST_F(DuplicateItem, OnePromptIsEnoughForTheCopyAndItsProtectionAndTheSessionEnds)
 {
     services.credentials.entries.insert(QStringLiteral("master_password"), "Master12");
     start(QStringLiteral("report.txt"));
@@ -282,7 +282,7 @@ TEST_F(DuplicateItem, FailureLeavesTheSessionOpen)
     EXPECT_TRUE(engine->masterPassword.isAuthenticated());
 }
 
-TEST_F(DuplicateItem, CancelledMasterPromptEndsBeforeTheFirstWord)
+TEST_F(DuplicateItem, CancelledMasterPromptEndsBeforeTheFirstReport)
 {
     services.credentials.entries.insert(QStringLiteral("master_password"), "Master12");
     start(QStringLiteral("report.txt"));

@@ -14,7 +14,7 @@ using LockItem = ProtectedFileTest;
 
 } // namespace
 
-TEST_F(LockItem, DataGoesBackToTheSameNameInPrivateStorageAndThePlaceholderStands)
+TEST_F(LockItem, DataIsMovedToItsNameInPrivateStorageAndThePlaceholderIsWritten)
 {
     startUnlocked();
     QFile file(path);
@@ -32,7 +32,7 @@ TEST_F(LockItem, DataGoesBackToTheSameNameInPrivateStorageAndThePlaceholderStand
     EXPECT_EQ(engine.storedItems(), QList<ProtectedItem>{item});
     EXPECT_EQ(TemporaryHome::read(item.originalBackupPath), "edited");
     EXPECT_EQ(TemporaryHome::read(path), placeholderText.toUtf8());
-    EXPECT_EQ(TemporaryHome::read(item.containerPath), container) << "the container stays as it was";
+    EXPECT_EQ(TemporaryHome::read(item.containerPath), container) << "the container is unchanged";
     EXPECT_EQ(log.lines().join(QLatin1Char('\n')),
               QStringLiteral("Locking item: a.txt, isFolder: false\n"
                              "Original path exists: %1\n"
@@ -45,7 +45,7 @@ TEST_F(LockItem, DataGoesBackToTheSameNameInPrivateStorageAndThePlaceholderStand
                   .arg(path, item.originalBackupPath));
 }
 
-TEST_F(LockItem, FolderTakesTheSamePathAndTheLogSaysFolder)
+TEST_F(LockItem, FolderIsLockedInTheSameWayAndLoggedAsAFolder)
 {
     services.home.write(QStringLiteral("Desktop/folder/deep/inner.txt"), "inner");
     engine.protect(services.home.path(QStringLiteral("Desktop/folder")));
@@ -54,7 +54,7 @@ TEST_F(LockItem, FolderTakesTheSamePathAndTheLogSaysFolder)
     engine.lock();
     EXPECT_TRUE(log.contains(QStringLiteral("🔄 Starting move operation for folder: folder")));
     EXPECT_EQ(TemporaryHome::read(engine.item().originalBackupPath + QStringLiteral("/deep/inner.txt")), "inner");
-    EXPECT_EQ(engine.passwordPrompts, 0) << "a folder has no secret of its own";
+    EXPECT_EQ(engine.passwordPrompts, 0) << "a folder has no password of its own";
 }
 
 TEST_F(LockItem, DeletedOriginalStillLocksAndWritesThePlaceholder)
@@ -68,7 +68,7 @@ TEST_F(LockItem, DeletedOriginalStillLocksAndWritesThePlaceholder)
     EXPECT_EQ(engineErrorOf([&] { engine.unlock(); }), QuillhavenError::itemNotFound);
 }
 
-TEST_F(LockItem, ExistingCopyAtTheTargetGivesWay)
+TEST_F(LockItem, ExistingCopyAtTheTargetIsReplaced)
 {
     startUnlocked("new");
     QFile stale(engine.item().originalBackupPath);
@@ -80,9 +80,9 @@ TEST_F(LockItem, ExistingCopyAtTheTargetGivesWay)
     EXPECT_EQ(TemporaryHome::read(engine.item().originalBackupPath), "new");
 }
 
-TEST_F(LockItem, APlaceholderIsNotTakenForTheItemWhileThePrivateCopyExists)
+TEST_F(LockItem, APlaceholderIsNotMistakenForTheItemWhileThePrivateCopyExists)
 {
-    // So it stands when the program ended between the placeholder and the record.
+    // The state if the program ended after it wrote the placeholder and before it saved the record.
     startLocked();
     engine.lock();
     EXPECT_EQ(TemporaryHome::read(engine.item().originalBackupPath), "mine");
@@ -94,7 +94,7 @@ TEST_F(LockItem, APlaceholderIsNotTakenForTheItemWhileThePrivateCopyExists)
     EXPECT_EQ(TemporaryHome::read(path), placeholderText.toUtf8());
 }
 
-TEST_F(LockItem, FailedMoveLeavesTheItemUnlockedInItsPlace)
+TEST_F(LockItem, FailedMoveLeavesTheItemUnlockedAtItsPlace)
 {
     startUnlocked();
     hooks.before = failing("moveItem", EIO);
@@ -110,7 +110,7 @@ TEST_F(LockItem, FailedMoveLeavesTheItemUnlockedInItsPlace)
         log.contains(QStringLiteral("❌ Error in lockItem (timeout or other), setting isProcessing = false for item")));
 }
 
-TEST_F(LockItem, UnwrittenPlaceholderLeavesTheDataInStorageAndALaterLockMakesItGood)
+TEST_F(LockItem, FailedPlaceholderLeavesTheDataInStorageAndALaterLockWritesIt)
 {
     startUnlocked();
     hooks.before = failing("writeFile", ENOSPC);
@@ -127,7 +127,7 @@ TEST_F(LockItem, UnwrittenPlaceholderLeavesTheDataInStorageAndALaterLockMakesItG
     EXPECT_EQ(TemporaryHome::read(path), "mine");
 }
 
-TEST_F(LockItem, MoveOverThirtySecondsLocksAndSavesAndStillReportsTheTimeout)
+TEST_F(LockItem, MoveThatTakesOverThirtySecondsLocksAndSavesButReportsTheTimeout)
 {
     startUnlocked();
     HeldCall move(hooks, "moveItem");
@@ -144,12 +144,12 @@ TEST_F(LockItem, MoveOverThirtySecondsLocksAndSavesAndStillReportsTheTimeout)
     EXPECT_EQ(text, QStringLiteral("Lock operation timed out after 30 seconds"));
     EXPECT_FALSE(engine.item().isMounted);
     EXPECT_FALSE(engine.item().isProcessing);
-    EXPECT_EQ(engine.storedItems(), engine.manager.protectedItems()) << "saved as well";
+    EXPECT_EQ(engine.storedItems(), engine.manager.protectedItems()) << "the stored list is up to date too";
     EXPECT_EQ(TemporaryHome::read(engine.item().originalBackupPath), "mine");
     EXPECT_EQ(TemporaryHome::read(path), placeholderText.toUtf8());
 }
 
-TEST_F(LockItem, LockThatEndsInTimeLeavesNoTimerBehind)
+TEST_F(LockItem, LockThatEndsInTimeLeavesNoTimer)
 {
     startUnlocked();
     HeldCall move(hooks, "moveItem");
@@ -178,11 +178,11 @@ TEST_F(LockItem, SuccessEndsTheMasterSession)
     startUnlocked();
     EXPECT_EQ(engine.masterPrompts, 2);
     engine.lock();
-    EXPECT_EQ(engine.masterPrompts, 3) << "each operation asks anew";
+    EXPECT_EQ(engine.masterPrompts, 3) << "each operation asks again";
     EXPECT_FALSE(engine.masterPassword.isAuthenticated());
 }
 
-TEST_F(LockItem, RecordThatIsGoneIsLockedOnDiskAllTheSame)
+TEST_F(LockItem, ItemWithoutARecordIsStillLockedOnDisk)
 {
     startUnlocked();
     const ProtectedItem snapshot = engine.item();
@@ -194,7 +194,7 @@ TEST_F(LockItem, RecordThatIsGoneIsLockedOnDiskAllTheSame)
     EXPECT_TRUE(log.contains(QStringLiteral("✅ Set isProcessing = false for item")));
 }
 
-TEST_F(LockItem, TargetIsTheCurrentStorageWhateverDirectoryTheRecordNames)
+TEST_F(LockItem, TargetIsTheCurrentStorageEvenIfTheRecordNamesAnotherFolder)
 {
     startUnlocked();
     ProtectedItem snapshot = engine.item();
@@ -214,7 +214,7 @@ TEST_F(LockItem, FailureLeavesTheMasterSessionOpen)
     EXPECT_TRUE(engine.masterPassword.hasAuthenticationTimer());
 }
 
-TEST_F(LockItem, BulkCorePassesAMoveErrorOnAsReportedAndMarksNothing)
+TEST_F(LockItem, BulkCoreRethrowsAMoveErrorAndDoesNotMarkTheItem)
 {
     startUnlocked();
     hooks.before = failing("moveItem", EIO);
@@ -223,7 +223,7 @@ TEST_F(LockItem, BulkCorePassesAMoveErrorOnAsReportedAndMarksNothing)
     EXPECT_EQ(TemporaryHome::read(path), "mine");
 }
 
-TEST_F(LockItem, BulkCoreLeavesTheBusyMarkAsItIs)
+TEST_F(LockItem, BulkCoreDoesNotChangeTheBusyFlag)
 {
     startUnlocked();
     QList<ProtectedItem> items = engine.storedItems();

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// A file has one record at most, whatever path leads to it, and a placeholder of ours has none: two records of one
-// place would destroy the data when both are given back.
+// A file has at most one record, whichever path leads to it, and a placeholder has none: two records for one place
+// would destroy the data when the protection of both is removed.
 
 #include "engine/ItemPlaces.h"
 #include "engine/PlaceholderFile.h"
@@ -35,8 +35,8 @@ protected:
         return QDir(services.home.path(QStringLiteral(".local/share/quillhaven")))
             .entryList(QDir::AllEntries | QDir::NoDotAndDotDot);
     }
-    /// The engine's core refuses the path, and neither record nor private copy is made.
-    void expectRefused(EngineHarness &engine, const QString &refused)
+    /// Expects that the engine rejects the path, and creates neither a record nor a private copy.
+    void expectRejected(EngineHarness &engine, const QString &refused)
     {
         const qsizetype count = engine.count();
         const QStringList stored = storedNames();
@@ -53,32 +53,32 @@ protected:
 
 } // namespace
 
-TEST_F(OneRecordForEachFile, PathThroughALinkedFolderIsRefused)
+TEST_F(OneRecordForEachFile, PathThroughALinkedFolderIsRejected)
 {
     const QString other =
         link(QStringLiteral("link"), services.home.path(QStringLiteral("work/real"))) + QStringLiteral("/thesis.txt");
     EngineHarness engine(services);
     engine.protect(path);
     EXPECT_EQ(engine.manager.canProtectItem(other).errorMessage, alreadyProtected);
-    expectRefused(engine, other);
+    expectRejected(engine, other);
     engine.unlock();
     EXPECT_EQ(engine.manager.canProtectItem(other).errorMessage, alreadyProtected);
-    expectRefused(engine, other);
+    expectRejected(engine, other);
     engine.remove();
     EXPECT_EQ(TemporaryHome::read(path), "years of work");
 }
 
-TEST_F(OneRecordForEachFile, LinkToAnUnlockedItemIsRefused)
+TEST_F(OneRecordForEachFile, LinkToAnUnlockedItemIsRejected)
 {
     const QString other = link(QStringLiteral("latest.txt"), path);
     EngineHarness engine(services);
     engine.protect(path);
     engine.unlock();
     EXPECT_EQ(engine.manager.canProtectItem(other).errorMessage, alreadyProtected);
-    expectRefused(engine, other);
+    expectRejected(engine, other);
 }
 
-TEST_F(OneRecordForEachFile, TargetOfAProtectedLinkHasARecordOfItsOwn)
+TEST_F(OneRecordForEachFile, TargetOfAProtectedLinkHasItsOwnRecord)
 {
     const QString other = link(QStringLiteral("latest.txt"), path);
     EngineHarness engine(services);
@@ -89,31 +89,31 @@ TEST_F(OneRecordForEachFile, TargetOfAProtectedLinkHasARecordOfItsOwn)
     EXPECT_EQ(engine.count(), 2);
 }
 
-TEST_F(OneRecordForEachFile, AnotherSpellingOfThePathIsRefused)
+TEST_F(OneRecordForEachFile, AnotherSpellingOfThePathIsRejected)
 {
     EngineHarness engine(services);
     engine.protect(path);
     engine.unlock();
-    expectRefused(engine, services.home.path(QStringLiteral("work/real/../real/thesis.txt")));
+    expectRejected(engine, services.home.path(QStringLiteral("work/real/../real/thesis.txt")));
 }
 
-TEST_F(OneRecordForEachFile, FolderThroughALinkIsRefused)
+TEST_F(OneRecordForEachFile, FolderThroughALinkIsRejected)
 {
     EngineHarness engine(services);
     engine.protect(services.home.path(QStringLiteral("work/real")));
     engine.unlock();
-    expectRefused(engine,
-                  link(QStringLiteral("link"), services.home.path(QStringLiteral("work"))) + QStringLiteral("/real"));
+    expectRejected(engine,
+                   link(QStringLiteral("link"), services.home.path(QStringLiteral("work"))) + QStringLiteral("/real"));
 }
 
-TEST_F(OneRecordForEachFile, PlaceholderIsRefusedWithARecordAndWithout)
+TEST_F(OneRecordForEachFile, PlaceholderIsRejectedWithOrWithoutARecord)
 {
     const QString lost = services.home.write(QStringLiteral("lost.txt"), placeholderText.toUtf8());
     EngineHarness engine(services);
     EXPECT_EQ(engine.manager.canProtectItem(lost).errorMessage, alreadyProtected);
-    expectRefused(engine, lost);
+    expectRejected(engine, lost);
     engine.protect(path);
-    expectRefused(engine, path);
+    expectRejected(engine, path);
     EXPECT_EQ(TemporaryHome::read(path), placeholderText.toUtf8());
 }
 
@@ -125,28 +125,28 @@ TEST_F(OneRecordForEachFile, FileThatOnlyBeginsLikeAPlaceholderIsProtected)
     EXPECT_EQ(engine.count(), 2);
 }
 
-TEST_F(OneRecordForEachFile, WhatWasSavedOverAPlaceholderIsRefused)
+TEST_F(OneRecordForEachFile, FileSavedOverAPlaceholderIsRejected)
 {
     EngineHarness engine(services);
     engine.protect(path);
     services.home.write(QStringLiteral("work/real/thesis.txt"), "three new hours");
-    expectRefused(engine, path);
+    expectRejected(engine, path);
     EXPECT_EQ(TemporaryHome::read(path), "three new hours");
 }
 
-TEST_F(OneRecordForEachFile, SecondTryWhileTheFirstWaitsForItsCredentialIsRefused)
+TEST_F(OneRecordForEachFile, SecondAttemptWhileTheFirstStoresItsCredentialIsRejected)
 {
     EngineHarness engine(services);
     RunningTask first(engine.manager.protectItem(path, QStringLiteral("Abcdefg1"), false));
-    // The move, the placeholder and the container are the work of one thread; the credential follows.
+    // One thread does the move, the placeholder and the container; the credential is stored afterwards.
     ASSERT_TRUE(spinUntil([this] { return QFileInfo(path).size() == placeholderText.toUtf8().size(); }));
     EXPECT_EQ(engine.manager.canProtectItem(path).errorMessage, alreadyProtected);
-    expectRefused(engine, path);
+    expectRejected(engine, path);
     first.wait();
     EXPECT_EQ(engine.count(), 1);
 }
 
-TEST_F(OneRecordForEachFile, TwoRunsAtOnceMakeOneRecord)
+TEST_F(OneRecordForEachFile, TwoSimultaneousRunsCreateOneRecord)
 {
     const QString other =
         link(QStringLiteral("link"), services.home.path(QStringLiteral("work/real"))) + QStringLiteral("/thesis.txt");
@@ -168,7 +168,7 @@ TEST_F(OneRecordForEachFile, TwoRunsAtOnceMakeOneRecord)
     EXPECT_EQ(TemporaryHome::read(path), "years of work");
 }
 
-TEST_F(OneRecordForEachFile, BulkListDropsWhatItNamesTwice)
+TEST_F(OneRecordForEachFile, BulkRunProtectsAFileThatIsListedTwiceOnce)
 {
     const QString other =
         link(QStringLiteral("link"), services.home.path(QStringLiteral("work/real"))) + QStringLiteral("/thesis.txt");
@@ -181,7 +181,7 @@ TEST_F(OneRecordForEachFile, BulkListDropsWhatItNamesTwice)
     EXPECT_EQ(TemporaryHome::read(path), "years of work");
 }
 
-TEST_F(OneRecordForEachFile, HardLinksOfOneFileAreItemsOfTheirOwn)
+TEST_F(OneRecordForEachFile, HardLinksOfOneFileAreSeparateItems)
 {
     const QString other = services.home.path(QStringLiteral("other.txt"));
     ASSERT_EQ(::link(path.toUtf8().constData(), other.toUtf8().constData()), 0);
@@ -223,7 +223,7 @@ TEST_F(OneRecordForEachFile, HardLinkedUnlockedItemIsKnownUnderALinkedFolder)
     EXPECT_EQ(engine.manager.protectablePaths({linked + QLatin1Char('/') + lastPathComponent(path)}), QStringList());
 }
 
-TEST_F(OneRecordForEachFile, PlaceIsFreeAgainWhenItsRunHasFailed)
+TEST_F(OneRecordForEachFile, PlaceIsFreeAgainAfterItsRunHasFailed)
 {
     PlacesInProtection places;
     const FileManager &files = services.platform().fileManager;

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// Operations on one item that run at once: one after the other touches its files, and nothing is lost whichever comes
-// first.
+// Several operations on one item at the same time: they touch its files one after the other, and no data is lost in any
+// order.
 
 #include "engine/PlaceholderFile.h"
 #include "engine/ProtectedFileFixture.h"
@@ -28,7 +28,7 @@ protected:
     Run startUnlock() { return start(engine.manager.unlockItem(engine.item())); }
     Run startRemoval() { return start(engine.manager.removeProtection(engine.item())); }
 
-    /// What the item's place or its private copy holds, of which exactly one is the data.
+    /// Returns the contents of the item's place or of its private copy; exactly one of them must be the data.
     [[nodiscard]] QByteArray data() const
     {
         const QByteArray placed = TemporaryHome::exists(path) ? TemporaryHome::read(path) : QByteArray();
@@ -70,7 +70,7 @@ TEST_F(OperationsAtOnce, ALockAndABulkLockKeepTheOnlyCopy)
     EXPECT_FALSE(engine.item().isMounted);
 }
 
-TEST_F(OperationsAtOnce, TwoUnlocksBringTheDataBackOnce)
+TEST_F(OperationsAtOnce, TwoUnlocksRestoreTheDataOnce)
 {
     // A folder has no password, so that the two do not compete for the one dialog.
     services.home.write(QStringLiteral("Desktop/a.txt/inner.txt"), "mine");
@@ -84,7 +84,7 @@ TEST_F(OperationsAtOnce, TwoUnlocksBringTheDataBackOnce)
     EXPECT_FALSE(engine.item().isProcessing);
 }
 
-TEST_F(OperationsAtOnce, ARemovalDuringALockGivesTheDataBack)
+TEST_F(OperationsAtOnce, ARemovalDuringALockRestoresTheData)
 {
     startUnlocked();
     const Run lock = startLock();
@@ -107,7 +107,7 @@ TEST_F(OperationsAtOnce, ALockDuringARemovalLeavesTheDataAtItsPlace)
     EXPECT_EQ(TemporaryHome::read(path), "mine");
 }
 
-TEST_F(OperationsAtOnce, TwoRemovalsGiveTheDataBackOnce)
+TEST_F(OperationsAtOnce, TwoRemovalsRestoreTheDataOnce)
 {
     startLocked();
     const Run first = startRemoval();
@@ -118,7 +118,7 @@ TEST_F(OperationsAtOnce, TwoRemovalsGiveTheDataBackOnce)
     EXPECT_EQ(TemporaryHome::read(path), "mine");
 }
 
-TEST_F(OperationsAtOnce, AShredAfterARemovalLeavesWhatWasGivenBack)
+TEST_F(OperationsAtOnce, AShredAfterARemovalDoesNotTouchTheRestoredData)
 {
     startUnlocked();
     const Run removal = startRemoval();
@@ -144,7 +144,7 @@ TEST_F(OperationsAtOnce, AShredDuringALockDestroysTheDataWhereverItIs)
     EXPECT_TRUE(QDir(services.home.path(QStringLiteral(".local/share/quillhaven"))).isEmpty());
 }
 
-TEST_F(OperationsAtOnce, ADuplicateIsMadeOfWholeDataBesideAnUnlock)
+TEST_F(OperationsAtOnce, ADuplicateDuringAnUnlockIsMadeOfTheWholeData)
 {
     startLocked();
     const Run duplicate = start(engine.manager.duplicateAsEncryptedCopy(engine.item(), quiet));
@@ -156,10 +156,10 @@ TEST_F(OperationsAtOnce, ADuplicateIsMadeOfWholeDataBesideAnUnlock)
     EXPECT_EQ(TemporaryHome::read(engine.item(1).originalBackupPath), "mine");
 }
 
-TEST_F(OperationsAtOnce, AnAbandonedQuestionKeepsNoOtherOperationFromTheItem)
+TEST_F(OperationsAtOnce, AnAbandonedQuestionDoesNotBlockOtherOperationsOnTheItem)
 {
     startLocked();
-    engine.itemPassword.reset(); // nobody answers
+    engine.itemPassword.reset(); // the question is not answered
     const bool blocked = engine.passwordDialog.blockSignals(true);
     const Run abandoned = startUnlock();
     spinOnce();
@@ -201,7 +201,8 @@ TEST_F(OperationsAtOnce, AShredThatAsksStopsWhenTheItemIsGivenBackMeanwhile)
     EXPECT_EQ(TemporaryHome::read(path), "mine");
 }
 
-/// Random operations started in random groups. QUILLHAVEN_INTERLEAVINGS says how many groups, QUILLHAVEN_SEED which.
+/// Random operations, started in random groups. QUILLHAVEN_INTERLEAVINGS sets the number of groups, QUILLHAVEN_SEED the
+/// seed.
 TEST_F(OperationsAtOnce, NothingIsLostInManyInterleavings)
 {
     const int rounds = qEnvironmentVariableIntValue("QUILLHAVEN_INTERLEAVINGS") > 0
@@ -249,7 +250,7 @@ TEST_F(OperationsAtOnce, NothingIsLostInManyInterleavings)
                 break;
             }
             if (random() % 3 == 0) {
-                spinOnce(); // so that some of them are half way
+                spinOnce(); // so that some of them are partly done
             }
             if (engine.count() == 0) {
                 break;
@@ -259,7 +260,7 @@ TEST_F(OperationsAtOnce, NothingIsLostInManyInterleavings)
             try {
                 run->wait();
             } catch (const LocalizedError &) {
-                // dropped: an operation that comes too late may say so
+                // ignored: an operation that comes too late may fail
             }
         }
         const bool isPlaced = TemporaryHome::exists(path + QStringLiteral("/inner.txt"));

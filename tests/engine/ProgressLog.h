@@ -12,7 +12,7 @@
 
 namespace quillhaven::testing {
 
-/// What an operation told of its progress, a line such as "0.3 Creating duplicate..." for each call.
+/// Records the progress that an operation reports, with a line such as "0.3 Creating duplicate..." for each call.
 class ProgressLog
 {
 public:

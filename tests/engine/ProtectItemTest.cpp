@@ -39,7 +39,7 @@ protected:
     LogCapture log;
 };
 
-/// Gives the first identifiers from a list.
+/// Returns the first identifiers from a list.
 class FixedRandom : public OpenSslRandomSource
 {
 public:
@@ -74,7 +74,7 @@ TEST_F(ProtectItem, FileMovesToPrivateStorageAndLeavesPlaceholderContainerCreden
     EXPECT_TRUE(log.contains(QStringLiteral("File access granted for: ") + path));
 }
 
-TEST_F(ProtectItem, EmptyFileGivesAContainerOfSeventyBytes)
+TEST_F(ProtectItem, EmptyFileHasAContainerOfSeventyBytes)
 {
     EngineHarness engine(services);
     engine.protect(services.home.write(QStringLiteral("Desktop/empty"), ""));
@@ -98,7 +98,7 @@ TEST_F(ProtectItem, FolderGetsAMarkerAndNoCredential)
     EXPECT_FALSE(services.panels.requests.first().canChooseFiles);
 }
 
-TEST_F(ProtectItem, FolderWithTouchIDStoresNothingAndTheRecordSaysTouchID)
+TEST_F(ProtectItem, FolderWithTouchIDStoresNoKeyAndTheRecordSaysTouchID)
 {
     services.home.write(QStringLiteral("Desktop/folder/inner.txt"));
     EngineHarness engine(services);
@@ -115,7 +115,7 @@ TEST_F(ProtectItem, TouchIDFileStoresAMarkerKey)
     EXPECT_EQ(services.credentials.entries.first().size(), 36);
 }
 
-TEST_F(ProtectItem, TouchIDFileWithTheSettingOffStoresTheGivenPassword)
+TEST_F(ProtectItem, TouchIDFileWithTheSettingDisabledStoresTheGivenPassword)
 {
     services.defaults.standard().setBool(QStringLiteral("enableTouchID"), false);
     EngineHarness engine(services);
@@ -135,7 +135,7 @@ TEST_F(ProtectItem, ForbiddenCharactersOfTheNameBecomeUnderscoresInTheContainerN
     EXPECT_EQ(engine.item(1).containerPath, services.home.path(QStringLiteral("Documents/______x.secured")));
 }
 
-TEST_F(ProtectItem, SecondFileOfTheSameNameWritesOverTheFirstContainer)
+TEST_F(ProtectItem, SecondFileWithTheSameNameOverwritesTheFirstContainer)
 {
     EngineHarness engine(services);
     engine.protect(services.home.write(QStringLiteral("a/report.pdf"), "first"));
@@ -168,7 +168,7 @@ TEST_F(ProtectItem, TakenNameInPrivateStorageGetsACounter)
     EXPECT_EQ(TemporaryHome::read(storage(base)), "other");
 }
 
-TEST_F(ProtectItem, UnwritablePlaceholderLeavesTheItemInStorageTheContainerWrittenAndNoRecord)
+TEST_F(ProtectItem, UnwritablePlaceholderLeavesTheItemInStorageWithAContainerAndNoRecord)
 {
     const QString path = services.home.write(QStringLiteral("Desktop/a.txt"), "mine");
     SeamHooks hooks;
@@ -196,7 +196,7 @@ TEST_F(ProtectItem, FailingCredentialStoreLeavesThePlaceholderAndNoRecord)
     EXPECT_EQ(TemporaryHome::read(storage(storedNames().first())), "mine");
 }
 
-TEST_F(ProtectItem, AnotherFilePickedInThePanelNamesTheAskedItemAndMovesNothing)
+TEST_F(ProtectItem, ChoosingAnotherFileInThePanelFailsWithTheNameOfTheItemAndMovesNothing)
 {
     const QString path = services.home.write(QStringLiteral("Desktop/a.txt"), "mine");
     const QString other = services.home.write(QStringLiteral("Desktop/b.txt"));
@@ -242,7 +242,7 @@ TEST_F(ProtectItem, MissingItemFailsBeforeThePanel)
     EXPECT_TRUE(services.panels.requests.isEmpty());
 }
 
-TEST_F(ProtectItem, CancelledMasterPromptEndsWithoutErrorAndWithoutALine)
+TEST_F(ProtectItem, CancelledMasterPromptEndsWithoutAnErrorOrALogLine)
 {
     const QString path = services.home.write(QStringLiteral("Desktop/a.txt"), "mine");
     services.credentials.entries.insert(QStringLiteral("master_password"), "Master12");
@@ -291,7 +291,7 @@ TEST_F(ProtectItem, ProtectedItemSurvivesARestartWithItsPassword)
     EXPECT_EQ(TemporaryHome::read(path), "mine");
 }
 
-TEST_F(ProtectItem, FifoIsRefusedAndStaysWhereItIs)
+TEST_F(ProtectItem, FifoIsRejectedAndNotMoved)
 {
     const QString path = services.home.path(QStringLiteral("Desktop/pipe"));
     ASSERT_EQ(::mkfifo(QFile::encodeName(path).constData(), 0600), 0);
@@ -301,7 +301,7 @@ TEST_F(ProtectItem, FifoIsRefusedAndStaysWhereItIs)
     EXPECT_TRUE(storedNames().isEmpty());
 }
 
-TEST_F(ProtectItem, SaysWhyAnItemCannotBeProtected)
+TEST_F(ProtectItem, ReportsWhyAnItemCannotBeProtected)
 {
     const QString link = services.home.path(QStringLiteral("Desktop/link"));
     services.home.write(QStringLiteral("Desktop/a.txt"));
@@ -316,7 +316,7 @@ TEST_F(ProtectItem, SaysWhyAnItemCannotBeProtected)
               QStringLiteral("Could not protect \"pipe\" because it is neither a file nor a folder."));
 }
 
-TEST_F(ProtectItem, UnusualNamesMakeTheWholeWay)
+TEST_F(ProtectItem, ItemsWithUnusualNamesCanBeProtectedAndUnlocked)
 {
     const QStringList names{QStringLiteral("with space"),     QStringLiteral("quo\"te's"),
                             QStringLiteral("line\nbreak"),    QStringLiteral("-leading"),
@@ -338,7 +338,7 @@ TEST_F(ProtectItem, UnusualNamesMakeTheWholeWay)
     EXPECT_TRUE(services.credentials.entries.isEmpty());
 }
 
-TEST_F(ProtectItem, CanProtectTellsTheFirstReasonAgainst)
+TEST_F(ProtectItem, CanProtectReturnsTheFirstReasonAgainst)
 {
     const QString path = services.home.write(QStringLiteral("Desktop/a.txt"));
     EngineHarness engine(services);
@@ -350,7 +350,7 @@ TEST_F(ProtectItem, CanProtectTellsTheFirstReasonAgainst)
     EXPECT_EQ(engine.manager.canProtectItem(path).errorMessage, QStringLiteral("Item is already protected"));
 }
 
-TEST_F(ProtectItem, RecordOfTheSameNameDeeperUnderTheParentCountsAsProtected)
+TEST_F(ProtectItem, RecordWithTheSameNameFurtherBelowTheFolderCountsAsProtected)
 {
     EngineHarness engine(services);
     engine.protect(services.home.write(QStringLiteral("Desktop/deep/a.txt")));
@@ -358,7 +358,7 @@ TEST_F(ProtectItem, RecordOfTheSameNameDeeperUnderTheParentCountsAsProtected)
     EXPECT_EQ(engine.manager.canProtectItem(above).errorMessage, QStringLiteral("Item is already protected"));
 }
 
-TEST_F(ProtectItem, UnwritablePlacesAreToldByName)
+TEST_F(ProtectItem, UnwritableFoldersAreReportedByName)
 {
     class Unwritable : public FileManagerDecorator
     {
@@ -378,7 +378,7 @@ TEST_F(ProtectItem, UnwritablePlacesAreToldByName)
               QStringLiteral("Cannot write to Documents folder. Please check app permissions."));
 }
 
-TEST_F(ProtectItem, NameTooLongForItsContainerIsRefusedAndNothingMoves)
+TEST_F(ProtectItem, NameTooLongForItsContainerIsRejectedAndNothingIsMoved)
 {
     const QString path = services.home.write(QStringLiteral("Desktop/") + QString(248, QLatin1Char('n')), "mine");
     EngineHarness engine(services);
@@ -387,9 +387,9 @@ TEST_F(ProtectItem, NameTooLongForItsContainerIsRefusedAndNothingMoves)
     EXPECT_TRUE(storedNames().isEmpty());
 }
 
-TEST_F(ProtectItem, PathThatTheCatalogueCannotHoldIsRefusedAndNothingMoves)
+TEST_F(ProtectItem, PathThatTheCatalogueCannotStoreIsRejectedAndNothingIsMoved)
 {
-    // The name is the byte ff, which is no UTF-8.
+    // The name is the byte ff, which is not UTF-8.
     const QByteArray plain = QFile::encodeName(services.home.write(QStringLiteral("Desktop/a.txt"), "mine"));
     const QByteArray renamed = plain.left(plain.lastIndexOf('/') + 1) + '\xff';
     ASSERT_EQ(::rename(plain.constData(), renamed.constData()), 0);
@@ -400,9 +400,9 @@ TEST_F(ProtectItem, PathThatTheCatalogueCannotHoldIsRefusedAndNothingMoves)
     EXPECT_THROW(engine.protect(path), FileError);
     EXPECT_TRUE(services.fileManager.fileExists(path));
     EXPECT_TRUE(storedNames().isEmpty());
-    services.fileManager.removeItem(path); // the home's own removal does not know such names
+    services.fileManager.removeItem(path); // the home cannot remove such a name itself
     services.panels.answer = {};
     engine.protect(services.home.write(QStringLiteral("Desktop/b.txt")));
     const EngineHarness restarted(services);
-    EXPECT_EQ(restarted.count(), 1) << "later items are still saved";
+    EXPECT_EQ(restarted.count(), 1) << "later items can still be saved";
 }

@@ -10,7 +10,7 @@
 
 namespace quillhaven::testing {
 
-/// An engine with one protected file, whose calls to the files pass the hooks.
+/// An engine with one protected file, whose file operations pass through the hooks.
 class ProtectedFileTest : public ::testing::Test
 {
 protected:
@@ -27,7 +27,7 @@ protected:
         engine.unlock();
         services.panels.requests.clear();
     }
-    /// A master password that the user knows, and no session.
+    /// Sets a master password that the user knows, without opening a session.
     void setMasterPassword()
     {
         runTask(engine.masterPassword.setMasterPassword(QStringLiteral("Master12")));

@@ -12,7 +12,7 @@ namespace {
 class RemoveProtection : public ProtectedFileTest
 {
 protected:
-    /// What a removal logs, without the lines of the credential store.
+    /// The log lines of a removal, without those of the credential store.
     QStringList linesOfRemoval()
     {
         log.clear();
@@ -25,7 +25,7 @@ protected:
 
 } // namespace
 
-TEST_F(RemoveProtection, LockedFileTakesThePlaceOfItsPlaceholderAndEverythingElseGoes)
+TEST_F(RemoveProtection, LockedFileReplacesItsPlaceholderAndEverythingElseIsRemoved)
 {
     startLocked();
     const ProtectedItem item = engine.item();
@@ -51,7 +51,7 @@ TEST_F(RemoveProtection, LockedFileTakesThePlaceOfItsPlaceholderAndEverythingEls
     EXPECT_TRUE(log.contains(QStringLiteral("✅ Successfully removed keychain credentials")));
 }
 
-TEST_F(RemoveProtection, UnlockedFileStaysUntouchedWithoutAPanel)
+TEST_F(RemoveProtection, UnlockedFileIsNotTouchedAndNeedsNoPanel)
 {
     startUnlocked();
     const ProtectedItem item = engine.item();
@@ -65,7 +65,7 @@ TEST_F(RemoveProtection, UnlockedFileStaysUntouchedWithoutAPanel)
         log.contains(QStringLiteral("🎉 Protection successfully removed - file is already at original location!")));
 }
 
-TEST_F(RemoveProtection, LockedFolderTakesThePlaceOfThePlaceholderAndNoCredentialIsTouched)
+TEST_F(RemoveProtection, LockedFolderReplacesItsPlaceholderAndNoCredentialIsTouched)
 {
     services.home.write(QStringLiteral("Desktop/folder/inner.txt"), "inner");
     engine.protect(services.home.path(QStringLiteral("Desktop/folder")));
@@ -76,14 +76,14 @@ TEST_F(RemoveProtection, LockedFolderTakesThePlaceOfThePlaceholderAndNoCredentia
     EXPECT_EQ(engine.count(), 0);
 }
 
-TEST_F(RemoveProtection, UnlockedFileThatIsGoneCanOnlyBeDeclined)
+TEST_F(RemoveProtection, MissingUnlockedFileCannotBeConfirmedInThePanel)
 {
     startUnlocked();
     ASSERT_TRUE(QFile::remove(path));
     EXPECT_NO_THROW(engine.remove());
     EXPECT_EQ(engine.count(), 1);
     const EngineHarness restarted(services);
-    EXPECT_EQ(restarted.count(), 0) << "neither path exists any more";
+    EXPECT_EQ(restarted.count(), 0) << "neither file exists any more";
 }
 
 TEST_F(RemoveProtection, DeclinedPanelChangesNothing)
@@ -108,7 +108,7 @@ TEST_F(RemoveProtection, WrongItemInThePanelChangesNothing)
     EXPECT_EQ(TemporaryHome::read(other), "other");
 }
 
-TEST_F(RemoveProtection, LinesOfALockedRemovalStandInTheirOrder)
+TEST_F(RemoveProtection, RemovalOfALockedFileIsLoggedInOrder)
 {
     startLocked();
     const ProtectedItem item = engine.item();
@@ -140,7 +140,7 @@ TEST_F(RemoveProtection, LinesOfALockedRemovalStandInTheirOrder)
                        item.id));
 }
 
-TEST_F(RemoveProtection, LinesOfAnUnlockedRemovalStandInTheirOrder)
+TEST_F(RemoveProtection, RemovalOfAnUnlockedFileIsLoggedInOrder)
 {
     startUnlocked();
     const ProtectedItem item = engine.item();
@@ -156,7 +156,7 @@ TEST_F(RemoveProtection, LinesOfAnUnlockedRemovalStandInTheirOrder)
                   .arg(path, item.id));
 }
 
-TEST_F(RemoveProtection, LockedFileMovesToItsPlaceWhenNothingStandsThere)
+TEST_F(RemoveProtection, LockedFileMovesToItsPlaceIfNoFileIsThere)
 {
     startLocked();
     ASSERT_TRUE(QFile::remove(path));
@@ -199,7 +199,7 @@ TEST_F(RemoveProtection, MissingPrivateCopyFailsAndKeepsPlaceholderAndRecord)
     EXPECT_FALSE(engine.manager.isProcessing());
 }
 
-TEST_F(RemoveProtection, PlaceholderThatCannotBeReplacedSaysTheFileMayBeInUse)
+TEST_F(RemoveProtection, PlaceholderThatCannotBeReplacedIsReportedAsInUse)
 {
     startLocked();
     hooks.before = failing("replaceItemAt", EBUSY);
@@ -213,7 +213,7 @@ TEST_F(RemoveProtection, PlaceholderThatCannotBeReplacedSaysTheFileMayBeInUse)
     EXPECT_EQ(engine.count(), 1);
 }
 
-TEST_F(RemoveProtection, ContainerThatCannotBeRemovedIsLoggedAndStays)
+TEST_F(RemoveProtection, ContainerThatCannotBeRemovedIsLoggedAndKept)
 {
     startLocked();
     const QString container = engine.item().containerPath;
@@ -225,7 +225,7 @@ TEST_F(RemoveProtection, ContainerThatCannotBeRemovedIsLoggedAndStays)
     EXPECT_TRUE(log.lines().filter(QStringLiteral("⚠️ Could not remove container file: ")).size() == 1);
 }
 
-TEST_F(RemoveProtection, CredentialsThatCannotBeRemovedAreLoggedAndStay)
+TEST_F(RemoveProtection, CredentialsThatCannotBeRemovedAreLoggedAndKept)
 {
     startLocked();
     services.credentials.failWith = credentialInteractionNotAllowed;
@@ -236,7 +236,7 @@ TEST_F(RemoveProtection, CredentialsThatCannotBeRemovedAreLoggedAndStay)
         QStringLiteral("⚠️ Could not remove keychain credentials: Failed to delete from keychain: -25308")));
 }
 
-TEST_F(RemoveProtection, SharedContainerGoesWithTheFirstItemAndTheSecondSucceeds)
+TEST_F(RemoveProtection, SharedContainerIsRemovedWithTheFirstItemAndTheSecondSucceeds)
 {
     engine.protect(services.home.write(QStringLiteral("a/report.pdf"), "first"));
     engine.protect(services.home.write(QStringLiteral("b/report.pdf"), "second"));
@@ -258,14 +258,14 @@ TEST_F(RemoveProtection, CancelledMasterPromptIsLoggedAndChangesNothing)
     EXPECT_EQ(TemporaryHome::read(path), placeholderText.toUtf8());
 }
 
-TEST_F(RemoveProtection, NoItemPasswordIsAsked)
+TEST_F(RemoveProtection, NoItemPasswordIsAskedFor)
 {
     startLocked();
     engine.remove();
     EXPECT_EQ(engine.passwordPrompts, 0);
 }
 
-TEST_F(RemoveProtection, BulkCoreGivesALockedItemBackSilently)
+TEST_F(RemoveProtection, BulkCoreRestoresALockedItemSilently)
 {
     startLocked();
     const ProtectedItem item = engine.item();
@@ -281,7 +281,7 @@ TEST_F(RemoveProtection, BulkCoreGivesALockedItemBackSilently)
     EXPECT_TRUE(log.lines().filter(QStringLiteral("DEBUG")).isEmpty());
 }
 
-TEST_F(RemoveProtection, BulkCorePassesOnAReplacementErrorAsReported)
+TEST_F(RemoveProtection, BulkCoreRethrowsAReplacementError)
 {
     startLocked();
     hooks.before = failing("replaceItemAt", EBUSY);
@@ -297,7 +297,7 @@ TEST_F(RemoveProtection, BulkCoreWithoutAPrivateCopyFails)
               QuillhavenError::itemNotFound);
 }
 
-TEST_F(RemoveProtection, BulkCoreLeavesAnUnlockedItemInItsPlace)
+TEST_F(RemoveProtection, BulkCoreLeavesAnUnlockedItemAtItsPlace)
 {
     startUnlocked();
     const ProtectedItem item = engine.item();
@@ -308,7 +308,7 @@ TEST_F(RemoveProtection, BulkCoreLeavesAnUnlockedItemInItsPlace)
     EXPECT_TRUE(services.credentials.entries.isEmpty());
 }
 
-TEST_F(RemoveProtection, FlagIsSetWhileThePanelWaits)
+TEST_F(RemoveProtection, FlagIsSetWhileThePanelIsOpen)
 {
     startLocked();
     EngineHarness restarted(services);

@@ -12,17 +12,17 @@
 
 namespace quillhaven::testing {
 
-/// An engine over real files, whose calls can be made to fail, and a list of what a shred reports.
+/// An engine with real files, whose operations can be made to fail, and a record of what a shred reports.
 class ShredItemsTest : public ::testing::Test
 {
 protected:
-    /// A master password of the user, who types it at every prompt.
+    /// Sets a master password, which the user types at every prompt.
     void setMasterPassword()
     {
         services.credentials.entries.insert(QStringLiteral("master_password"), "Master12");
         masterPasswordEntry = QStringLiteral("Master12");
     }
-    /// The engine is made with the first use, so that a test can set the stage.
+    /// The engine is created at its first use, so that a test can prepare its files before.
     EngineHarness &engine()
     {
         if (!m_engine) {
@@ -32,7 +32,7 @@ protected:
         return *m_engine;
     }
 
-    /// Protects a new file or folder; what the engine lists for it.
+    /// Protects a new file or folder, and returns its record.
     ProtectedItem lockedFile(const QString &name = QStringLiteral("a.txt"), const QByteArray &bytes = "secret")
     {
         engine().protect(services.home.write(QStringLiteral("Desktop/") + name, bytes));
@@ -66,7 +66,7 @@ protected:
         services.panels.requests.clear();
     }
 
-    /// A protection leaves the engine marked as busy; this is an operation that ends it.
+    /// Ends the busy state in which protecting an item leaves the engine.
     void becomeIdle()
     {
         shredPaths({});
@@ -100,7 +100,7 @@ protected:
             }
         };
     }
-    /// The report without the shredder's own steps.
+    /// The reported lines without those of the shredder's own steps.
     [[nodiscard]] QString stages() const
     {
         static const QRegularExpression own(QStringLiteral("^(Analyzing|Pass|Removing|File|Directory|Found)"));
@@ -126,7 +126,7 @@ protected:
     }
     static bool exists(const QString &path) { return TemporaryHome::exists(path); }
     static QByteArray read(const QString &path) { return TemporaryHome::read(path); }
-    /// Nothing of the item is left on the disk, in the store, in the list and after a restart.
+    /// Expects that nothing of the item is left on the disk, in the store and in the list, also after a restart.
     void expectGone(const ProtectedItem &item)
     {
         EXPECT_FALSE(exists(item.originalPath));
@@ -152,7 +152,7 @@ protected:
     std::optional<QString> masterPasswordEntry;
 
     QStringList report; ///< "status @ progress" with four digits
-    QList<bool> flags;  ///< whether the engine was busy at each of them
+    QList<bool> flags;  ///< whether the engine was busy at each report
     std::function<void(const QString &status)> onReport;
 
 private:

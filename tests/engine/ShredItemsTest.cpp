@@ -13,7 +13,7 @@ const QString notFound = QStringLiteral("The selected file or folder could not b
 
 } // namespace
 
-TEST_F(ShredItems, UnlockedFileGoesWithContainerCredentialAndRecordWithoutAnUnlock)
+TEST_F(ShredItems, UnlockedFileIsDestroyedWithContainerCredentialAndRecordWithoutAnUnlock)
 {
     const ProtectedItem item = unlockedFile();
     shred(item);
@@ -72,7 +72,7 @@ TEST_F(ShredItems, ContainerAndContentAreOverwrittenAndNotMerelyRemoved)
     EXPECT_EQ(overwritten.count(item.containerPath), 3);
 }
 
-TEST_F(ShredItems, ItemOfWhichNothingIsLeftLosesCredentialAndRecordWithoutAShredStep)
+TEST_F(ShredItems, ItemWithoutFilesLosesCredentialAndRecordWithoutAShredStep)
 {
     const ProtectedItem item = unlockedFile();
     ASSERT_TRUE(QFile::remove(item.originalPath));
@@ -82,7 +82,7 @@ TEST_F(ShredItems, ItemOfWhichNothingIsLeftLosesCredentialAndRecordWithoutAShred
     expectGone(item);
 }
 
-TEST_F(ShredItems, LockedItemWhoseDataIsGoneFailsAtItsUnlock)
+TEST_F(ShredItems, LockedItemWithoutDataFailsAtItsUnlock)
 {
     const ProtectedItem item = lockedFile();
     ASSERT_TRUE(QFile::remove(item.originalBackupPath));
@@ -108,7 +108,7 @@ TEST_F(ShredItems, WrongPasswordDestroysNothing)
     EXPECT_FALSE(engine().manager.isProcessing());
 }
 
-TEST_F(ShredItems, CancelledPasswordDialogIsNoGate)
+TEST_F(ShredItems, CancelledPasswordDialogDoesNotPreventTheShred)
 {
     const ProtectedItem item = lockedFile();
     engine().itemPassword.reset();
@@ -127,7 +127,7 @@ TEST_F(ShredItems, CancelledPasswordDialogIsNoGate)
     expectGone(item);
 }
 
-TEST_F(ShredItems, DeclinedFilePanelIsNoGate)
+TEST_F(ShredItems, DeclinedFilePanelDoesNotPreventTheShred)
 {
     const ProtectedItem item = lockedFile();
     services.panels.answer = [](const OpenPanelRequest &) { return std::nullopt; };
@@ -136,7 +136,7 @@ TEST_F(ShredItems, DeclinedFilePanelIsNoGate)
     expectGone(item);
 }
 
-TEST_F(ShredItems, FolderIsShreddedFileByFileWithItsMarkerAndAsksTheStoreNothing)
+TEST_F(ShredItems, FolderIsShreddedFileByFileWithItsMarkerAndWithoutTheCredentialStore)
 {
     const ProtectedItem item = unlockedFolder();
     ASSERT_TRUE(item.isFolder);
@@ -176,7 +176,7 @@ TEST_F(ShredItems, LockedFolderThatIsNotUnlockedIsDestroyedInStorage)
     expectGone(item);
 }
 
-TEST_F(ShredItems, TheCopyThatIsPassedInDecidesAndNotTheCatalogue)
+TEST_F(ShredItems, ThePassedRecordDecidesAndNotTheCatalogue)
 {
     ProtectedItem item = lockedFile();
     item.isMounted = true;
@@ -187,7 +187,7 @@ TEST_F(ShredItems, TheCopyThatIsPassedInDecidesAndNotTheCatalogue)
     expectGone(item);
 }
 
-TEST_F(ShredItems, LinkAtThePlaceIsRefusedAndItsTargetStays)
+TEST_F(ShredItems, LinkAtThePlaceIsRejectedAndItsTargetIsKept)
 {
     const ProtectedItem item = unlockedFile();
     const QString outside = services.home.write(QStringLiteral("Documents/outside"), "kept");
@@ -199,7 +199,7 @@ TEST_F(ShredItems, LinkAtThePlaceIsRefusedAndItsTargetStays)
     EXPECT_EQ(engine().count(), 1);
 }
 
-TEST_F(ShredItems, FailureAtTheOriginalKeepsTheRestAndAFurtherShredEndsIt)
+TEST_F(ShredItems, FailureAtTheOriginalKeepsTheRestAndAnotherShredCompletesIt)
 {
     const ProtectedItem item = unlockedFile();
     hooks.before = failing("openForOverwriting", EACCES, {item.originalPath});
@@ -234,7 +234,7 @@ TEST_F(ShredItems, FailureAtTheBackupLeavesTheOriginalDestroyedAndTheItemListed)
     hooks.before = {};
     report.clear();
     shred(item);
-    EXPECT_FALSE(lines().contains(QStringLiteral("Shredding original"))) << "only what is left";
+    EXPECT_FALSE(lines().contains(QStringLiteral("Shredding original"))) << "only what is left is shredded";
     expectGone(item);
 }
 
@@ -257,7 +257,7 @@ TEST_F(ShredItems, FailureAtTheContainerIsReportedOnceAndKeepsCredentialAndRecor
     expectGone(item);
 }
 
-TEST_F(ShredItems, CredentialThatCannotBeRemovedKeepsTheItemListedWithAllDataGone)
+TEST_F(ShredItems, CredentialThatCannotBeRemovedKeepsTheItemListedWithoutItsData)
 {
     const ProtectedItem item = unlockedFile();
     onReport = [this](const QString &status) {
@@ -281,7 +281,7 @@ TEST_F(ShredItems, CredentialThatCannotBeRemovedKeepsTheItemListedWithAllDataGon
     expectGone(item);
 }
 
-TEST_F(ShredItems, LastReportFindsTheItemOffTheListAndOffTheDisk)
+TEST_F(ShredItems, ItemIsOffTheListAndTheDiskAtTheLastReport)
 {
     const ProtectedItem item = unlockedFile();
     int looks = 0;
@@ -296,7 +296,7 @@ TEST_F(ShredItems, LastReportFindsTheItemOffTheListAndOffTheDisk)
     EXPECT_EQ(looks, 1);
 }
 
-TEST_F(ShredItems, EngineIsBusyDuringTheShredAndFreeAfterIt)
+TEST_F(ShredItems, EngineIsBusyOnlyDuringTheShred)
 {
     const ProtectedItem item = unlockedFile();
     becomeIdle();

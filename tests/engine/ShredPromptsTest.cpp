@@ -12,11 +12,11 @@ class ShredPrompts : public ShredItemsTest
 protected:
     ShredPrompts() { setMasterPassword(); }
 
-    /// The user cancels the prompt that follows this status, and types the password at the next one again.
+    /// The user cancels the prompt after this status, and types the password again at the following one.
     void cancelAfter(const QString &beginning)
     {
         onReport = [this, beginning](const QString &status) {
-            // A status of the shredder itself comes after its prompt.
+            // The shredder's own statuses are reported after its prompt.
             if (status.startsWith(QStringLiteral("Shredding "))) {
                 const bool isCancelled = status.startsWith(beginning);
                 engine().masterPasswordEntry = isCancelled ? std::nullopt : std::optional(QStringLiteral("Master12"));
@@ -50,7 +50,7 @@ TEST_F(ShredPrompts, UnlockedItemAsksForTheOperationAndForTheContainer)
     expectGone(item);
 }
 
-TEST_F(ShredPrompts, LockedItemAsksOnceMore)
+TEST_F(ShredPrompts, LockedItemAsksAgainForItsUnlock)
 {
     const ProtectedItem item = lockedFile();
     shred(item);
@@ -60,7 +60,7 @@ TEST_F(ShredPrompts, LockedItemAsksOnceMore)
     expectGone(item);
 }
 
-TEST_F(ShredPrompts, ItemOfWhichNothingIsLeftAsksOnceAndClosesTheSession)
+TEST_F(ShredPrompts, ItemWithoutFilesAsksOnceAndClosesTheSession)
 {
     const ProtectedItem item = unlockedFile();
     ASSERT_TRUE(QFile::remove(item.originalPath));
@@ -71,7 +71,7 @@ TEST_F(ShredPrompts, ItemOfWhichNothingIsLeftAsksOnceAndClosesTheSession)
     EXPECT_FALSE(engine().masterPassword.hasAuthenticationTimer());
 }
 
-TEST_F(ShredPrompts, ItemWithABackupAsksForThatStageToo)
+TEST_F(ShredPrompts, ItemWithABackupAsksForItToo)
 {
     const ProtectedItem item = lockedFile();
     engine().itemPassword.reset();
@@ -93,11 +93,11 @@ TEST_F(ShredPrompts, CancelledPromptForTheContainerLeavesItOnDiskAndTheItemOffTh
     expectUnlisted(item);
 }
 
-TEST_F(ShredPrompts, CancelledPromptForTheOriginalLeavesItAndTheOtherStagesRun)
+TEST_F(ShredPrompts, CancelledPromptForTheOriginalKeepsItAndTheOtherStepsRun)
 {
     const ProtectedItem item = lockedFile();
     cancelAfter(QStringLiteral("Shredding original"));
-    // The prompt for the container comes after its status, which sets the answer right again.
+    // The prompt for the container comes after its status, which restores the answer.
     shred(item);
     EXPECT_EQ(stages(), QStringLiteral("Unlocking item before shredding... @ 0.1000\n"
                                        "Item unlocked, proceeding with shredding... @ 0.2000\n"
@@ -109,7 +109,7 @@ TEST_F(ShredPrompts, CancelledPromptForTheOriginalLeavesItAndTheOtherStagesRun)
     expectUnlisted(item);
 }
 
-TEST_F(ShredPrompts, CancelledPromptForTheBackupLeavesItAndTheContainerGoes)
+TEST_F(ShredPrompts, CancelledPromptForTheBackupKeepsItAndTheContainerIsDestroyed)
 {
     const ProtectedItem item = lockedFile();
     engine().itemPassword.reset();
@@ -121,12 +121,12 @@ TEST_F(ShredPrompts, CancelledPromptForTheBackupLeavesItAndTheContainerGoes)
     expectUnlisted(item);
 }
 
-TEST_F(ShredPrompts, AllStagesCancelledLeavesEverythingButTheRecord)
+TEST_F(ShredPrompts, CancellingAllStepsKeepsEverythingButTheRecord)
 {
     const ProtectedItem item = unlockedFile();
     onReport = [this](const QString &) {
         engine().masterPasswordEntry.reset();
-        engine().masterPassword.endSession(); // as when its time is up
+        engine().masterPassword.endSession(); // as when it expires
     };
     shred(item);
     EXPECT_EQ(lines(), QStringLiteral("Shredding original file: a.txt @ 0.3000\n"
@@ -137,7 +137,7 @@ TEST_F(ShredPrompts, AllStagesCancelledLeavesEverythingButTheRecord)
     expectUnlisted(item);
 }
 
-TEST_F(ShredPrompts, FailureLeavesTheSessionAsItWas)
+TEST_F(ShredPrompts, FailureDoesNotChangeTheSession)
 {
     const ProtectedItem item = unlockedFile();
     hooks.before = failing("openForOverwriting", EACCES, {item.originalPath});

@@ -48,7 +48,7 @@ protected:
 
 } // namespace
 
-TEST_F(StorageLocations, FirstStartMakesTheStorageDirectoryAndNothingElse)
+TEST_F(StorageLocations, FirstStartCreatesTheStorageFolderAndNothingElse)
 {
     const EngineHarness engine(services);
     EXPECT_TRUE(QDir(newPlace()).exists());
@@ -57,7 +57,7 @@ TEST_F(StorageLocations, FirstStartMakesTheStorageDirectoryAndNothingElse)
     EXPECT_TRUE(log.lines().filter(QStringLiteral("igrat")).isEmpty());
 }
 
-TEST_F(StorageLocations, OldEntriesMoveBeforeTheirRecordsAreLookedAt)
+TEST_F(StorageLocations, OldEntriesAreMovedBeforeTheirRecordsAreChecked)
 {
     services.home.write(QStringLiteral("tmp/quillhaven/A_original"), "mine");
     storeItem(QStringLiteral("/gone"), oldPlace(QStringLiteral("A_original")));
@@ -77,7 +77,7 @@ TEST_F(StorageLocations, OldEntriesMoveBeforeTheirRecordsAreLookedAt)
                   .arg(newPlace(QStringLiteral("A_original"))));
 }
 
-TEST_F(StorageLocations, EntryWhoseNameIsTakenStaysAndItsRecordMovesAllTheSame)
+TEST_F(StorageLocations, EntryWithATakenNameIsNotMovedButItsRecordIsUpdated)
 {
     services.home.write(QStringLiteral("tmp/quillhaven/A_original"), "old");
     services.home.write(QStringLiteral(".local/share/quillhaven/A_original"), "new");
@@ -90,11 +90,11 @@ TEST_F(StorageLocations, EntryWhoseNameIsTakenStaysAndItsRecordMovesAllTheSame)
     }
     log.clear();
     const EngineHarness later(services);
-    EXPECT_TRUE(log.lines().filter(QStringLiteral("igrat")).isEmpty()) << "a later start says nothing of it";
+    EXPECT_TRUE(log.lines().filter(QStringLiteral("igrat")).isEmpty()) << "a later start logs nothing about it";
     EXPECT_TRUE(TemporaryHome::exists(oldPlace(QStringLiteral("A_original"))));
 }
 
-TEST_F(StorageLocations, RecordInTheNewPlaceIsUntouchedAndNotSaved)
+TEST_F(StorageLocations, RecordWithTheNewPathIsUnchangedAndNotSaved)
 {
     const QString backup = services.home.write(QStringLiteral(".local/share/quillhaven/A_original"));
     storeItem(QStringLiteral("/gone"), backup);
@@ -116,7 +116,7 @@ TEST_F(StorageLocations, PathIsSavedBeforeMissingFilesAreCleanedUp)
               lines.indexOf(QStringLiteral("🧹 Cleaning up 1 missing files")));
 }
 
-TEST_F(StorageLocations, UnlockedItemKeepsABackupPathInTheNewPlaceThoughNothingStandsThere)
+TEST_F(StorageLocations, UnlockedItemGetsABackupPathInTheNewFolderWithoutAFileThere)
 {
     const QString original = services.home.write(QStringLiteral("Desktop/a.txt"));
     storeItem(original, oldPlace(QStringLiteral("A_original")), true);
@@ -126,15 +126,15 @@ TEST_F(StorageLocations, UnlockedItemKeepsABackupPathInTheNewPlaceThoughNothingS
     EXPECT_FALSE(TemporaryHome::exists(engine.item().originalBackupPath));
 }
 
-TEST_F(StorageLocations, FailureToListTheOldPlaceIsOneWarningAndTheStartGoesOn)
+TEST_F(StorageLocations, FailureToListTheOldFolderIsOneWarningAndTheStartContinues)
 {
-    services.home.write(QStringLiteral("tmp/quillhaven"), "a file stands where the folder should");
+    services.home.write(QStringLiteral("tmp/quillhaven"), "a file instead of the folder");
     const EngineHarness engine(services);
     EXPECT_EQ(log.lines().filter(QStringLiteral("Migration warning: ")).size(), 1);
     EXPECT_TRUE(log.contains(QStringLiteral("DEBUG: No data found in UserDefaults, keeping empty array")));
 }
 
-TEST_F(StorageLocations, FailedMoveEndsTheMigrationWithOneWarningAndTheNextStartGoesOn)
+TEST_F(StorageLocations, FailedMoveEndsTheMigrationWithOneWarningAndTheNextStartContinuesIt)
 {
     const QStringList names{QStringLiteral("A_original"), QStringLiteral("B_original"), QStringLiteral("C_original")};
     for (const QString &name : names) {
@@ -160,7 +160,7 @@ TEST_F(StorageLocations, FailedMoveEndsTheMigrationWithOneWarningAndTheNextStart
     EXPECT_FALSE(QDir(oldPlace()).exists());
 }
 
-TEST_F(StorageLocations, StorageDirectoryThatCannotBeMadeIsNoWordAtTheStartAndTheErrorOfTheNextProtection)
+TEST_F(StorageLocations, StorageFolderThatCannotBeCreatedIsOnlyReportedWhenAnItemIsProtected)
 {
     hooks.before = failing("createDirectory", EROFS);
     EngineHarness engine(services, files);

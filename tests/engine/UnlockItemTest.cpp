@@ -14,7 +14,7 @@ using UnlockItem = ProtectedFileTest;
 
 } // namespace
 
-TEST_F(UnlockItem, RightPasswordBringsTheDataBackToItsPlace)
+TEST_F(UnlockItem, RightPasswordRestoresTheDataToItsPlace)
 {
     startLocked();
     const QByteArray container = TemporaryHome::read(engine.item().containerPath);
@@ -56,7 +56,7 @@ TEST_F(UnlockItem, PasswordDialogAsksForTheItemByName)
               QStringLiteral("Password Required|Enter the password for 'a.txt':"));
 }
 
-TEST_F(UnlockItem, WrongPasswordFailsAndStaysLocked)
+TEST_F(UnlockItem, WrongPasswordFailsAndTheItemRemainsLocked)
 {
     startLocked();
     engine.itemPassword = QStringLiteral("Abcdefg2");
@@ -65,17 +65,17 @@ TEST_F(UnlockItem, WrongPasswordFailsAndStaysLocked)
     EXPECT_FALSE(engine.item().isProcessing);
     EXPECT_EQ(TemporaryHome::read(path), placeholderText.toUtf8());
     EXPECT_TRUE(services.panels.requests.isEmpty());
-    EXPECT_EQ(engine.passwordPrompts, 1) << "one attempt for each call";
+    EXPECT_EQ(engine.passwordPrompts, 1) << "one attempt per call";
 }
 
-TEST_F(UnlockItem, MissingCredentialReadsAsAWrongPassword)
+TEST_F(UnlockItem, MissingCredentialFailsLikeAWrongPassword)
 {
     startLocked();
     services.credentials.entries.clear();
     EXPECT_EQ(engineErrorOf([&] { engine.unlock(); }), QuillhavenError::authenticationFailed);
 }
 
-TEST_F(UnlockItem, CancelledPasswordDialogEndsQuietlyLeavesTheRecordBusyAndEndsTheSession)
+TEST_F(UnlockItem, CancelledPasswordDialogEndsSilentlyWithTheRecordBusyAndEndsTheSession)
 {
     setMasterPassword();
     startLocked();
@@ -87,7 +87,7 @@ TEST_F(UnlockItem, CancelledPasswordDialogEndsQuietlyLeavesTheRecordBusyAndEndsT
     EXPECT_FALSE(engine.masterPassword.isAuthenticated());
 }
 
-TEST_F(UnlockItem, DeclinedPanelEndsQuietlyLeavesTheRecordBusyAndTheSessionOpen)
+TEST_F(UnlockItem, DeclinedPanelEndsSilentlyWithTheRecordBusyAndTheSessionOpen)
 {
     setMasterPassword();
     startLocked();
@@ -98,7 +98,7 @@ TEST_F(UnlockItem, DeclinedPanelEndsQuietlyLeavesTheRecordBusyAndTheSessionOpen)
     EXPECT_EQ(TemporaryHome::read(path), placeholderText.toUtf8());
 }
 
-TEST_F(UnlockItem, WrongItemInThePanelIsDroppedWithoutAWord)
+TEST_F(UnlockItem, WrongItemInThePanelIsIgnoredWithoutAMessage)
 {
     startLocked();
     const QString other = services.home.write(QStringLiteral("Desktop/b.txt"));
@@ -126,7 +126,7 @@ TEST_F(UnlockItem, MachineWithoutAReaderFailsBeforeAnyPrompt)
     EXPECT_FALSE(engine.item().isProcessing);
 }
 
-TEST_F(UnlockItem, RefusedOrCancelledFingerFailsAuthentication)
+TEST_F(UnlockItem, RejectedOrCancelledFingerprintFailsAuthentication)
 {
     startLockedWithTouchID();
     services.biometrics.matches = false;
@@ -134,14 +134,14 @@ TEST_F(UnlockItem, RefusedOrCancelledFingerFailsAuthentication)
     EXPECT_FALSE(engine.item().isMounted);
 }
 
-TEST_F(UnlockItem, MatchingFingerWithTheMarkerKeyGoneFailsAuthentication)
+TEST_F(UnlockItem, MatchingFingerWithoutTheMarkerKeyFailsAuthentication)
 {
     startLockedWithTouchID();
     services.credentials.entries.clear();
     EXPECT_EQ(engineErrorOf([&] { engine.unlock(); }), QuillhavenError::authenticationFailed);
 }
 
-TEST_F(UnlockItem, TouchIDItemProtectedWithTheSettingOffPassesWithAnEmptyPassword)
+TEST_F(UnlockItem, TouchIDItemProtectedWithTheSettingDisabledUnlocksWithAnEmptyPassword)
 {
     services.defaults.standard().setBool(QStringLiteral("enableTouchID"), false);
     startLockedWithTouchID();
@@ -151,7 +151,7 @@ TEST_F(UnlockItem, TouchIDItemProtectedWithTheSettingOffPassesWithAnEmptyPasswor
     EXPECT_TRUE(services.biometrics.reasons.isEmpty());
 }
 
-TEST_F(UnlockItem, TouchIDItemProtectedWithTheSettingOnFailsUntilItIsOnAgain)
+TEST_F(UnlockItem, TouchIDItemProtectedWithTheSettingEnabledFailsUntilItIsEnabledAgain)
 {
     startLockedWithTouchID();
     services.defaults.standard().setBool(QStringLiteral("enableTouchID"), false);
@@ -191,7 +191,7 @@ TEST_F(UnlockItem, FolderAsksForTheMasterPasswordAndThenShowsThePanel)
     EXPECT_FALSE(engine.masterPassword.isAuthenticated());
 }
 
-TEST_F(UnlockItem, VanishedPrivateCopyFailsBeforeThePanelAndThePlaceholderStays)
+TEST_F(UnlockItem, MissingPrivateCopyFailsBeforeThePanelAndThePlaceholderIsKept)
 {
     startLocked();
     ASSERT_TRUE(QFile::remove(engine.item().originalBackupPath));
@@ -204,7 +204,7 @@ TEST_F(UnlockItem, VanishedPrivateCopyFailsBeforeThePanelAndThePlaceholderStays)
     EXPECT_TRUE(log.contains(QStringLiteral("📍 DEBUG: Backup directory contents: [\"other\"]")));
 }
 
-TEST_F(UnlockItem, VanishedStorageDirectoryIsLogged)
+TEST_F(UnlockItem, MissingStorageFolderIsLogged)
 {
     startLocked();
     const QString storage = services.home.path(QStringLiteral(".local/share/quillhaven"));
@@ -213,7 +213,7 @@ TEST_F(UnlockItem, VanishedStorageDirectoryIsLogged)
     EXPECT_TRUE(log.contains(QStringLiteral("📍 DEBUG: Backup directory does not exist: ") + storage));
 }
 
-TEST_F(UnlockItem, DeletedPlaceholderCanOnlyBeDeclinedAndEndsQuietly)
+TEST_F(UnlockItem, DeletedPlaceholderCannotBeConfirmedAndTheUnlockEndsSilently)
 {
     startLocked();
     ASSERT_TRUE(QFile::remove(path));
@@ -253,7 +253,7 @@ TEST_F(UnlockItem, CancelledMasterPromptChangesNothing)
     EXPECT_FALSE(engine.item().isProcessing);
 }
 
-TEST_F(UnlockItem, ManyCyclesBringTheSameNameBackAndLeaveTheContainerAsItIs)
+TEST_F(UnlockItem, ManyCyclesKeepTheNameAndTheContainer)
 {
     startLocked();
     const QString storage = engine.item().originalBackupPath;
@@ -308,11 +308,11 @@ TEST_F(UnlockItem, BulkCoreWithACancelledPasswordChangesNoFlag)
     EXPECT_FALSE(engine.item().isProcessing);
 }
 
-TEST_F(UnlockItem, UnlockThatAnotherOneHasOvertakenEndsWellAndLeavesTheData)
+TEST_F(UnlockItem, UnlockThatAnotherOneHasOvertakenSucceedsAndKeepsTheData)
 {
     startLocked();
     services.panels.answer = [&](const OpenPanelRequest &) {
-        // A bulk unlock passes while the panel of the single one is open.
+        // A bulk unlock completes while the panel of the other one is open.
         runTask(engine.manager.unlockItemWithAccessibleURL(engine.item(), path));
         return std::optional(path);
     };
