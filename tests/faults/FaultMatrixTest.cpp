@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// Each file operation of protect, lock, unlock and remove fails in turn, for each reason a disk gives. Whatever fails,
-// the item's bytes stand somewhere, the error names a file and the reason, and the state is the promised one.
+// Each file operation of protect, lock, unlock and remove fails in turn, with each error that a disk reports. After any
+// failure the item's bytes exist somewhere, the error names a file and the reason, and the state is the documented one.
 
 #include "engine/PlaceholderFile.h"
 #include "faults/SmallDisk.h"
@@ -27,7 +27,7 @@ struct Reason
 class FaultMatrix : public ::testing::TestWithParam<Reason>
 {
 protected:
-    /// Fails the n-th change of a file from now on, counted from 1.
+    /// Makes the n-th change of a file from now on fail, counted from 1.
     void failChange(int n)
     {
         remaining = n;
@@ -40,7 +40,7 @@ protected:
     }
     void failNothing() { hooks.before = nullptr; }
 
-    /// The sentence of the error that the call throws, or nothing when it throws none.
+    /// Returns the description of the error that the call throws, or nothing if it throws none.
     template <typename Call>
     static QString errorOf(Call call)
     {
@@ -52,7 +52,7 @@ protected:
         return {};
     }
 
-    [[nodiscard]] QString standsAt(const QString &path) const
+    [[nodiscard]] QString contentsOf(const QString &path) const
     {
         if (!TemporaryHome::exists(path)) {
             return QStringLiteral("nothing");
@@ -70,10 +70,10 @@ protected:
         const QString record = subject.count() == 0       ? QStringLiteral("none")
                                : subject.item().isMounted ? QStringLiteral("unlocked")
                                                           : QStringLiteral("locked");
-        EXPECT_LE(stored.size(), 1) << "something was left behind in private storage";
+        EXPECT_LE(stored.size(), 1) << "something was left in private storage";
         return QStringLiteral("%1, %2, %3")
-            .arg(standsAt(itemPath),
-                 stored.isEmpty() ? QStringLiteral("nothing") : standsAt(storage.filePath(stored.first())), record);
+            .arg(contentsOf(itemPath),
+                 stored.isEmpty() ? QStringLiteral("nothing") : contentsOf(storage.filePath(stored.first())), record);
     }
 
     TestPlatform services;
@@ -86,11 +86,11 @@ protected:
     QString failedCall;
 };
 
-/// A file that one of the user's places has no room for.
+/// A file for which one of the user's folders has no space.
 class FullDisk : public ::testing::Test
 {
 protected:
-    /// Protects the file, expects that there is no space, and returns what the user reads.
+    /// Protects the file, expects that there is no space, and returns the error message.
     QString protectWithoutSpace(EngineHarness &engine)
     {
         try {
@@ -113,7 +113,7 @@ protected:
 
 TEST_P(FaultMatrix, ProtectFailsInTurn)
 {
-    // The move, the reading for the container, the container, the placeholder.
+    // The move, reading the file for the container, the container, the placeholder.
     const QStringList states{QStringLiteral("data, nothing, none"), QStringLiteral("nothing, data, none"),
                              QStringLiteral("nothing, data, none"), QStringLiteral("nothing, data, none")};
     for (int n = 1; n <= states.size(); ++n) {
@@ -124,14 +124,14 @@ TEST_P(FaultMatrix, ProtectFailsInTurn)
         failChange(n);
         const QString sentence = errorOf([&] { ownEngine.protect(ownPath); });
         failNothing();
-        EXPECT_TRUE(sentence.contains(QLatin1Char('"'))) << "names no file: " << sentence.toStdString();
+        EXPECT_TRUE(sentence.contains(QLatin1Char('"'))) << "does not name a file: " << sentence.toStdString();
         EXPECT_EQ(ownEngine.count(), 0);
         const QDir storage(own.home.path(QStringLiteral(".local/share/quillhaven")));
         const QStringList stored = storage.entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot);
         const QString state =
             QStringLiteral("%1, %2, none")
-                .arg(standsAt(ownPath),
-                     stored.isEmpty() ? QStringLiteral("nothing") : standsAt(storage.filePath(stored.first())));
+                .arg(contentsOf(ownPath),
+                     stored.isEmpty() ? QStringLiteral("nothing") : contentsOf(storage.filePath(stored.first())));
         EXPECT_EQ(state, states.at(n - 1)) << "failed at " << failedCall.toStdString();
     }
 }
@@ -185,7 +185,7 @@ TEST_P(FaultMatrix, RemovalFailsInTurn)
     EXPECT_EQ(state(engine), QStringLiteral("placeholder, data, locked"));
 
     failChange(2);
-    EXPECT_EQ(errorOf([&] { engine.remove(); }), QString()) << "a container that stays is only logged";
+    EXPECT_EQ(errorOf([&] { engine.remove(); }), QString()) << "a container that cannot be removed is only logged";
     EXPECT_EQ(failedCall, QStringLiteral("removeItem"));
     EXPECT_EQ(state(engine), QStringLiteral("data, nothing, none"));
 }
@@ -195,7 +195,7 @@ INSTANTIATE_TEST_SUITE_P(Reasons, FaultMatrix,
                                            Reason{"InputOutput", EIO}),
                          [](const auto &info) { return info.param.name; });
 
-TEST_F(FullDisk, DocumentsWithoutRoomForTheContainerLeavesTheDataInStorageAndSaysWhy)
+TEST_F(FullDisk, DocumentsWithoutSpaceForTheContainerLeavesTheDataInStorageAndReportsIt)
 {
     const SmallDisk documents(services.home.path(QStringLiteral("Documents")), "256k");
     ASSERT_TRUE(documents.isMounted()) << "this test needs the right to mount a tmpfs: run it as root";
@@ -209,7 +209,7 @@ TEST_F(FullDisk, DocumentsWithoutRoomForTheContainerLeavesTheDataInStorageAndSay
     EXPECT_EQ(TemporaryHome::read(storage.filePath(stored.first())), bytes);
 }
 
-TEST_F(FullDisk, StorageWithoutRoomForTheItemLeavesItWhereItIs)
+TEST_F(FullDisk, StorageWithoutSpaceForTheItemLeavesItAtItsPlace)
 {
     const SmallDisk storage(services.home.path(QStringLiteral(".local/share/quillhaven")), "256k");
     ASSERT_TRUE(storage.isMounted()) << "this test needs the right to mount a tmpfs: run it as root";

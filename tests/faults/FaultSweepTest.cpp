@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// Every system call that an operation makes to work on files, settings and credentials fails in turn, for every reason.
-// Whatever fails, the item's bytes exist somewhere unless they were to be destroyed, nothing temporary stays, the error
-// names what it was about, and the operation can be done again. A run tries a part of the cases: see support/Sample.h.
+// Every system call that an operation makes for files, settings and credentials fails in turn, with each error. After
+// any failure the item's bytes exist somewhere unless they were to be destroyed, no temporary file remains, the error
+// names the file, and the operation can be repeated. A run tries only some of the cases: see support/Sample.h.
 
 #include "faults/HomePlatform.h"
 #include "faults/SmallDisk.h"
@@ -21,7 +21,7 @@ namespace {
 
 constexpr std::array reasons{EIO, ENOSPC, EACCES, EXDEV, EINTR};
 
-/// One home with one item, on which an operation runs once with a fault.
+/// A home with one item, on which an operation runs once with a fault.
 class Scene
 {
 public:
@@ -40,7 +40,7 @@ public:
 
     [[nodiscard]] OperationScene scene() const { return {*m_engine, m_home.path()}; }
 
-    /// The sentence of the error, or nothing.
+    /// Performs the operation. Returns the error message, or nothing.
     [[nodiscard]] QString attempt() const
     {
         try {
@@ -75,8 +75,8 @@ private:
     std::unique_ptr<EngineHarness> m_engine;
 };
 
-/// Some sentences carry no name: a look at a file that failed, and an answer of the credential store.
-bool saysWhatItIsAbout(const QString &sentence)
+/// Some messages name no file: those of a failed check of a file, and those of the credential store.
+bool namesTheProblem(const QString &sentence)
 {
     return sentence.contains(QLatin1Char('"')) || sentence.contains(QStringLiteral("item")) ||
            sentence.startsWith(QStringLiteral("The selected file or folder could not be found.")) ||
@@ -109,23 +109,23 @@ protected:
         const std::string where = system_call_faults::failedCall() + std::string(", call ") + std::to_string(n) + ", " +
                                   strerrorname_np(reason) + ": " + sentence.toStdString();
         if (!scene.operation.destroysData) {
-            EXPECT_GE(scene.wholeCopies(), 1) << "the data is gone after " << where;
+            EXPECT_GE(scene.wholeCopies(), 1) << "the data was lost after " << where;
         }
-        EXPECT_EQ(scene.leftovers().join(QLatin1Char(' ')).toStdString(), "") << "left behind after " << where;
+        EXPECT_EQ(scene.leftovers().join(QLatin1Char(' ')).toStdString(), "") << "files remain after " << where;
         if (!sentence.isEmpty()) {
-            EXPECT_TRUE(saysWhatItIsAbout(sentence)) << where;
+            EXPECT_TRUE(namesTheProblem(sentence)) << where;
         }
-        doAgain(scene, where);
+        repeat(scene, where);
     }
 
-    static void doAgain(const Scene &scene, const std::string &where)
+    static void repeat(const Scene &scene, const std::string &where)
     {
         if (scene.operation.isDone(scene.scene())) {
             return;
         }
         const QString again = scene.attempt();
         const bool isTakenCopy = scene.operation.name == QStringLiteral("recover") && !again.isEmpty();
-        EXPECT_TRUE(again.isEmpty() || isTakenCopy) << "once more after " << where << ": " << again.toStdString();
+        EXPECT_TRUE(again.isEmpty() || isTakenCopy) << "second attempt after " << where << ": " << again.toStdString();
         if (scene.operation.destroysData) {
             EXPECT_EQ(scene.wholeCopies(), 0) << where;
         } else {
@@ -136,7 +136,7 @@ protected:
 
 } // namespace
 
-TEST_P(FaultSweep, EveryCallFailsForEveryReason)
+TEST_P(FaultSweep, EveryCallFailsWithEveryError)
 {
     const int calls = callsOfACleanRun();
     ASSERT_GT(calls, 0);
@@ -156,7 +156,7 @@ TEST_P(FaultSweep, EveryCallFailsForEveryReason)
 INSTANTIATE_TEST_SUITE_P(Operations, FaultSweep, ::testing::ValuesIn(everyOperationCase()),
                          [](const auto &info) { return info.param.name(); });
 
-/// What the code that works on files imports from the C library, as the linker sees it.
+/// The symbols that the file code imports from the C library, according to the linker.
 static QStringList importsOfTheFileCode()
 {
     QProcess nm;
@@ -172,20 +172,20 @@ static QStringList importsOfTheFileCode()
     return names;
 }
 
-TEST(FaultSweepCoverage, EveryCallOfTheFileCodeCanFailInTheSweepOrCannotMatter)
+TEST(FaultSweepCoverage, EveryCallOfTheFileCodeCanFailInTheSweepOrIsHarmless)
 {
     const QStringList harmless{
-        // They cannot fail, or nothing depends on it.
+        // They cannot fail, or a failure has no effect.
         QStringLiteral("closedir"), QStringLiteral("fts_close"), QStringLiteral("geteuid"), QStringLiteral("getpid"),
         QStringLiteral("kill"), QStringLiteral("madvise"), QStringLiteral("munmap"), QStringLiteral("posix_fadvise"),
         QStringLiteral("posix_spawn_file_actions_adddup2"), QStringLiteral("posix_spawn_file_actions_addfchdir_np"),
         QStringLiteral("posix_spawn_file_actions_addopen"), QStringLiteral("posix_spawn_file_actions_destroy"),
         QStringLiteral("posix_spawn_file_actions_init"), QStringLiteral("sync"),
-        // Not part of an operation: the start corrects the mode of a folder.
+        // Not part of an operation: the start of the engine corrects the mode of a folder.
         QStringLiteral("fchmod"),
-        // The memory of a buffer, which the engine asks for before it reads.
+        // The memory of a buffer, which the engine allocates before it reads.
         QStringLiteral("mmap"),
-        // No system calls.
+        // These are not system calls.
         QStringLiteral("memchr"), QStringLiteral("memcmp"), QStringLiteral("memcpy"), QStringLiteral("memmove"),
         QStringLiteral("memset"), QStringLiteral("strcmp"), QStringLiteral("strerrordesc_np"),
         QStringLiteral("strlen")};
@@ -206,8 +206,8 @@ TEST(FaultSweepCoverage, EveryCallThatCanFailIsMadeByAnOperation)
         EXPECT_EQ(scene.attempt().toStdString(), "") << each.name();
         system_call_faults::disarm();
     }
-    // What only a fallback calls, on file systems and kernels that lack the usual call; and what SQLite calls when it
-    // opens a domain, which is the start's work.
+    // Called only by fallbacks for file systems and kernels without the usual call, and by SQLite when it opens a
+    // domain, which happens at the start of the engine.
     const QStringList fallbacks{QStringLiteral("fdatasync"), QStringLiteral("link"), QStringLiteral("pwrite"),
                                 QStringLiteral("rename")};
     QStringList expected = system_call_faults::coveredCalls();

@@ -10,8 +10,8 @@
 
 namespace quillhaven::testing {
 
-/// A FolderPlatform over a home that stays, with a real credential store and a user who allows everything. Every change
-/// passes the hooks. System calls count while the file manager works and while a store changes.
+/// A FolderPlatform for an existing home, with a real credential store and a user who allows everything. Every change
+/// passes through the hooks. System calls are counted while the file manager works and while a store changes.
 class HomePlatform
 {
 public:

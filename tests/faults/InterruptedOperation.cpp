@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// Runs one operation of the engine over a home folder that is prepared for it, and may die by SIGKILL on the way.
+// Runs one operation of the engine on a prepared home folder, and can kill itself with SIGKILL meanwhile.
 //
-//   interrupted_operation HOME OPERATION change N   after its n-th change, with the credential store of the session
-//   interrupted_operation HOME OPERATION call N     in place of its n-th file system call
+//   interrupted_operation HOME OPERATION change N   kills itself after its n-th change; uses the session's credentials
+//   interrupted_operation HOME OPERATION call N     kills itself instead of its n-th file system call
 //
-// With N = 0 it runs to its end and prints each change, one name a line, or the number of calls.
+// With N = 0 it runs to the end and prints each change, one per line, or the number of calls.
 
 #include "faults/HomePlatform.h"
 #include "support/printLogger.h"
@@ -20,7 +20,7 @@ using namespace quillhaven::testing;
 
 namespace {
 
-/// The end of this program after its n-th change.
+/// Ends this program after its n-th change.
 class EndAfterChange
 {
 public:
@@ -50,7 +50,7 @@ private:
     std::atomic<int> m_changes = 0;
 };
 
-/// Shows a moment to a tracer of the system calls.
+/// Marks this point for a program that traces the system calls.
 void mark(const char *moment)
 {
     (void)::access(moment, F_OK);

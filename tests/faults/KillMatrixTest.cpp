@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// A process that runs an operation is killed after each of its changes; what stands on disk, in the keyring and in the
-// catalogue is compared with what the operation promises for that point, and a second start goes on from there.
+// A process that runs an operation is killed after each of its changes. The disk, the keyring and the catalogue are
+// then compared with the documented state for that point, and a second start continues from there.
 
 #include "engine/PlaceholderFile.h"
 #include "faults/HomePlatform.h"
@@ -18,7 +18,7 @@ namespace {
 
 enum class Kind { file, folder };
 
-/// A home of its own with one file or folder, and the process that works on it.
+/// A temporary home with one file or folder, and the process that works on it.
 class Scene
 {
 public:
@@ -33,7 +33,7 @@ public:
 
     [[nodiscard]] QString place() const { return home.path(QStringLiteral("Desktop/item")); }
 
-    /// The changes of a run to the end, in order.
+    /// Returns the changes of a complete run, in order.
     QStringList runToEnd(const char *operation) const
     {
         QProcess process;
@@ -58,8 +58,8 @@ public:
         return process.waitForFinished(60'000);
     }
 
-    /// What stands at a path: "nothing", "placeholder", "data" or other bytes.
-    [[nodiscard]] QString standsAt(const QString &path) const
+    /// What is at a path: "nothing", "placeholder", "data" or other bytes.
+    [[nodiscard]] QString contentsOf(const QString &path) const
     {
         if (!TemporaryHome::exists(path)) {
             return QStringLiteral("nothing");
@@ -75,17 +75,17 @@ public:
         return bytes == "mine" ? QStringLiteral("data") : QStringLiteral("other");
     }
 
-    [[nodiscard]] QString standsInStorage() const
+    [[nodiscard]] QString contentsOfStorage() const
     {
         const QDir storage(home.path(QStringLiteral(".local/share/quillhaven")));
         const QStringList names = storage.entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot);
         if (names.isEmpty()) {
             return QStringLiteral("nothing");
         }
-        return names.size() == 1 ? standsAt(storage.filePath(names.first())) : names.join(QLatin1Char('+'));
+        return names.size() == 1 ? contentsOf(storage.filePath(names.first())) : names.join(QLatin1Char('+'));
     }
 
-    /// The id under which something lies in private storage; empty when nothing does.
+    /// The id of the item in private storage; empty if there is none.
     [[nodiscard]] QString idInStorage() const
     {
         const QDir storage(home.path(QStringLiteral(".local/share/quillhaven")));
@@ -99,7 +99,7 @@ public:
                                                                                           : QStringLiteral("nothing");
     }
 
-    /// A second start over the same home, with what the record says and whether a credential is stored.
+    /// A second start with the same home: what the record says, and whether a credential is stored.
     struct SecondStart
     {
         explicit SecondStart(const Scene &scene)
@@ -127,7 +127,8 @@ public:
 
     [[nodiscard]] QString state(const SecondStart &second) const
     {
-        return QStringLiteral("%1, %2, %3, %4").arg(standsAt(place()), standsInStorage(), container(), second.record());
+        return QStringLiteral("%1, %2, %3, %4")
+            .arg(contentsOf(place()), contentsOfStorage(), container(), second.record());
     }
 
 private:
@@ -143,7 +144,7 @@ protected:
 
 } // namespace
 
-TEST_P(KillMatrix, ProtectStoppedAfterEachChangeLeavesWhatItPromises)
+TEST_P(KillMatrix, ProtectKilledAfterEachChangeLeavesTheDocumentedState)
 {
     const QStringList fileStates{
         QStringLiteral("nothing, data, nothing, none"),         QStringLiteral("nothing, data, container, none"),
@@ -165,7 +166,7 @@ TEST_P(KillMatrix, ProtectStoppedAfterEachChangeLeavesWhatItPromises)
             << "killed after change " << change;
         if (second.engine.count() == 1) {
             second.engine.unlock();
-            EXPECT_EQ(scene.standsAt(scene.place()), QStringLiteral("data"));
+            EXPECT_EQ(scene.contentsOf(scene.place()), QStringLiteral("data"));
             second.engine.remove();
         }
     }
@@ -173,7 +174,7 @@ TEST_P(KillMatrix, ProtectStoppedAfterEachChangeLeavesWhatItPromises)
     EXPECT_EQ(scene.runToEnd("protect"), calls);
 }
 
-TEST_P(KillMatrix, LockStoppedAfterEachChangeLeavesWhatItPromises)
+TEST_P(KillMatrix, LockKilledAfterEachChangeLeavesTheDocumentedState)
 {
     const QStringList states{
         QStringLiteral("nothing, data, container, unlocked"), QStringLiteral("placeholder, data, container, unlocked"),
@@ -189,7 +190,8 @@ TEST_P(KillMatrix, LockStoppedAfterEachChangeLeavesWhatItPromises)
             second.engine.lock(); // finds no original, skips the move and writes the placeholder
         }
         if (change == 2) {
-            // The record says unlocked beside a private copy: unlocking finds that copy and puts it in its place.
+            // The record says unlocked although there is a private copy: unlocking finds the copy and moves it to its
+            // place.
             second.engine.unlock();
             second.engine.lock();
         }
@@ -203,7 +205,7 @@ TEST_P(KillMatrix, LockStoppedAfterEachChangeLeavesWhatItPromises)
     EXPECT_EQ(scene.runToEnd("lock").join(QLatin1Char(' ')), QStringLiteral("moveItem writeFile changeArray setArray"));
 }
 
-TEST_P(KillMatrix, UnlockStoppedAfterEachChangeLeavesWhatItPromises)
+TEST_P(KillMatrix, UnlockKilledAfterEachChangeLeavesTheDocumentedState)
 {
     const QStringList states{
         QStringLiteral("nothing, data, container, locked"), QStringLiteral("data, nothing, container, locked"),
@@ -216,7 +218,7 @@ TEST_P(KillMatrix, UnlockStoppedAfterEachChangeLeavesWhatItPromises)
         EXPECT_EQ(scene.state(second), states.at(change - 1)) << "killed after change " << change;
         if (change == 2) {
             EXPECT_EQ(engineErrorOf([&] { second.engine.unlock(); }), QuillhavenError::itemNotFound);
-            second.engine.lock(); // the real data counts as the original
+            second.engine.lock(); // the data is treated as the original
             EXPECT_EQ(scene.state(second), QStringLiteral("placeholder, data, container, locked"));
         }
     }
@@ -226,7 +228,7 @@ TEST_P(KillMatrix, UnlockStoppedAfterEachChangeLeavesWhatItPromises)
               QStringLiteral("removeItem moveItem changeArray setArray"));
 }
 
-TEST_P(KillMatrix, RemovalStoppedAfterEachChangeLeavesWhatItPromises)
+TEST_P(KillMatrix, RemovalKilledAfterEachChangeLeavesTheDocumentedState)
 {
     QStringList states{
         QStringLiteral("data, nothing, container, locked"), QStringLiteral("data, nothing, nothing, locked"),
@@ -245,7 +247,7 @@ TEST_P(KillMatrix, RemovalStoppedAfterEachChangeLeavesWhatItPromises)
         EXPECT_EQ(scene.state(second), states.at(change - 1)) << "killed after change " << change;
         if (second.engine.count() == 1) {
             EXPECT_EQ(engineErrorOf([&] { second.engine.remove(); }), QuillhavenError::itemNotFound);
-            EXPECT_EQ(scene.standsAt(scene.place()), QStringLiteral("data"));
+            EXPECT_EQ(scene.contentsOf(scene.place()), QStringLiteral("data"));
         }
     }
     const Scene scene(GetParam());

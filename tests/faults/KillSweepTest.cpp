@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// The process that runs an operation dies in place of each of its system calls in turn. After a restart the item's
-// bytes exist somewhere unless they were to be destroyed, and the operation goes on from where it was. A run tries a
-// part of the calls: see support/Sample.h.
+// The process that runs an operation is killed instead of each of its system calls in turn. After a restart the item's
+// bytes exist somewhere unless they were to be destroyed, and the operation can be continued. A run tries only some of
+// the calls: see support/Sample.h.
 
 #include "faults/HomePlatform.h"
 #include "faults/SmallDisk.h"
@@ -34,7 +34,7 @@ public:
         withEngine([this](const OperationScene &scene) { operation().prepare(scene); });
     }
 
-    /// One start of the program.
+    /// Starts the program once.
     template <typename Work>
     void withEngine(Work work) const
     {
@@ -44,7 +44,7 @@ public:
         work(OperationScene{engine, home.path()});
     }
 
-    /// Has another process run the operation; false when it died at the call.
+    /// Runs the operation in another process; returns false if it was killed at the call.
     bool run(int killAt, QByteArray *output = nullptr) const
     {
         QProcess process;
@@ -82,8 +82,8 @@ private:
 class KillSweep : public ::testing::TestWithParam<Case>
 {
 protected:
-    /// Whether the operation is done now.
-    static bool goOn(const Operation &operation, const OperationScene &scene)
+    /// Continues the operation. Returns whether it is done.
+    static bool continueOperation(const Operation &operation, const OperationScene &scene)
     {
         if (operation.isDone(scene)) {
             return true;
@@ -92,14 +92,15 @@ protected:
             operation.perform(scene);
             return true;
         } catch (const QuillhavenError &) {
-            // The move was done, and only the record does not know of it: the data is where it belongs.
+            // The move was completed but not recorded: the data is where it belongs.
             EXPECT_NE(operation.name, QStringLiteral("lock"));
             EXPECT_NE(operation.name, QStringLiteral("bulkLock"));
             return false;
         }
     }
 
-    /// Whether the process died at the call; a run may have a few calls fewer than another, as pieces come in.
+    /// Whether the process was killed at the call. Runs may differ by a few calls, since data arrives in varying
+    /// pieces.
     static bool killAt(const Case &subject, int n)
     {
         const Scene scene(subject);
@@ -107,30 +108,31 @@ protected:
         if (scene.run(n)) {
             return false;
         }
-        goOnAfterKill(subject, n, scene);
+        continueAfterKill(subject, n, scene);
         return true;
     }
 
-    static void goOnAfterKill(const Case &subject, int n, const Scene &scene)
+    static void continueAfterKill(const Case &subject, int n, const Scene &scene)
     {
         const std::string where = subject.operation.toStdString() + ", killed at call " + std::to_string(n);
         if (!scene.operation().destroysData) {
-            ASSERT_GE(scene.wholeCopies(), 1) << "the data is gone: " << where;
+            ASSERT_GE(scene.wholeCopies(), 1) << "the data was lost: " << where;
         }
         bool isDone = false;
-        scene.withEngine([&](const OperationScene &restarted) { isDone = goOn(scene.operation(), restarted); });
+        scene.withEngine(
+            [&](const OperationScene &restarted) { isDone = continueOperation(scene.operation(), restarted); });
         ASSERT_EQ(scene.abandonedInStorage().join(QLatin1Char(' ')).toStdString(), "") << where;
         if (!scene.operation().destroysData) {
-            ASSERT_GE(scene.wholeCopies(), 1) << "the data is gone after going on: " << where;
+            ASSERT_GE(scene.wholeCopies(), 1) << "the data was lost after continuing: " << where;
         } else if (isDone && !subject.isAcross) {
-            ASSERT_EQ(scene.wholeCopies(), 0) << "not destroyed after going on: " << where;
+            ASSERT_EQ(scene.wholeCopies(), 0) << "not destroyed after continuing: " << where;
         }
     }
 };
 
 } // namespace
 
-TEST_P(KillSweep, EveryCallIsTheLast)
+TEST_P(KillSweep, NoKillAtAnyCallLosesData)
 {
     int calls = 0;
     {

@@ -35,7 +35,7 @@ bool isUnlocked(const Scene &scene)
     return scene.engine.count() > 0 && scene.engine.item().isMounted;
 }
 
-/// A protection that stopped after its move has no record to go on from.
+/// A protection that was killed after its move has no record from which it could be continued.
 bool isMovedAway(const Scene &scene)
 {
     return scene.engine.count() > 0 || !TemporaryHome::exists(scene.place()) ||
@@ -137,7 +137,7 @@ std::optional<QString> OperationScene::answer(const QString &home, const OpenPan
 
 const QByteArray &itemBytes()
 {
-    static const QByteArray bytes = QByteArray("these are the bytes that nobody may lose").leftJustified(8192, '.');
+    static const QByteArray bytes = QByteArray("these are the bytes that must not be lost").leftJustified(8192, '.');
     return bytes;
 }
 
@@ -154,7 +154,7 @@ void makeItem(const QString &home, bool isFolder)
     }
     write(isFolder ? place + QStringLiteral("/inner.txt") : place, itemBytes());
     write(home + QStringLiteral("/Documents/item.secured"), "an older container");
-    // An access list: the owner, user 0, the group, the mask and all others. See <linux/posix_acl_xattr.h>.
+    // An access list: the owner, user 0, the group, the mask and others. See <linux/posix_acl_xattr.h>.
     const QByteArray list = QByteArray::fromHex("02000000"
                                                 "01000600ffffffff"
                                                 "0200040000000000"

@@ -11,7 +11,7 @@
 
 namespace quillhaven::testing {
 
-/// One item below a home, and the engine that works on it.
+/// An item in a home, and the engine that works on it.
 struct OperationScene
 {
     EngineHarness &engine;
@@ -19,16 +19,16 @@ struct OperationScene
 
     [[nodiscard]] QString place() const { return home + QStringLiteral("/Desktop/item"); }
     [[nodiscard]] QString recoveryFolder() const { return home + QStringLiteral("/Recovered"); }
-    /// The user's answer to a panel: what was asked for, and the folder for what is recovered.
+    /// The user's answer to a panel: the requested item, or the folder for recovered files.
     [[nodiscard]] static std::optional<QString> answer(const QString &home, const OpenPanelRequest &request);
 };
 
-/// The data of the item: whole blocks, as a disk has them.
+/// The data of the item: a whole number of disk blocks.
 [[nodiscard]] const QByteArray &itemBytes();
-/// Makes the item of a scene: a file, or a folder with the bytes in one of its files, with whatever the system keeps of
-/// items besides their bytes. An older container of its name exists already.
+/// Creates the item of a scene: a file, or a folder with the bytes in one of its files, with extended attributes and an
+/// access list. A container with its name exists already.
 void makeItem(const QString &home, bool isFolder);
-/// How many files below a folder hold the bytes.
+/// The number of files below a folder that contain the bytes.
 [[nodiscard]] int wholeCopiesBelow(const QString &folder);
 
 inline const QString operationMasterPassword = QStringLiteral("Masterkey9");
@@ -37,18 +37,18 @@ inline const QString operationMasterPassword = QStringLiteral("Masterkey9");
 struct Operation
 {
     QString name;
-    /// Brings about what the operation needs.
+    /// Creates the state that the operation needs.
     std::function<void(const OperationScene &)> prepare;
-    /// Throws what the engine throws.
+    /// Throws the engine's exceptions.
     std::function<void(const OperationScene &)> perform;
-    /// Whether nothing is left to be done. What a stopped run cannot be continued from counts as done.
+    /// Whether nothing remains to be done. Also true if an interrupted run cannot be continued.
     std::function<bool(const OperationScene &)> isDone;
     bool destroysData = false;
-    bool worksOnFolders = true; ///< a folder has no password that its duplicate could take over
+    bool worksOnFolders = true; ///< a folder has no password to copy to its duplicate
 };
 
 [[nodiscard]] const std::vector<Operation> &allOperations();
-/// Throws for a name that no operation has.
+/// Throws if no operation has this name.
 [[nodiscard]] const Operation &operationNamed(const QString &name);
 
 /// An operation on a file or on a folder, with private storage on the same file system or on another one.
@@ -66,7 +66,7 @@ inline void PrintTo(const OperationCase &subject, std::ostream *out)
     *out << subject.name();
 }
 
-/// Every operation on everything that it works on.
+/// All operations on all kinds of items that they support.
 [[nodiscard]] std::vector<OperationCase> everyOperationCase();
 
 } // namespace quillhaven::testing

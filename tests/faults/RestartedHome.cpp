@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// Starts the engine over homes as a power cut may have left them. Each line of the input is the path of a home; each
-// line of the output is what the start found there and what became of the item once its protection was removed, as
-// JSON:
+// Starts the engine with homes as a power cut may have left them. Each line of the input is the path of a home. Each
+// line of the output is JSON: the records that the start found, and the error when the protection of the item was
+// removed:
 // {"records": [{"isMounted": true, "originalPath": "...", "originalBackupPath": "..."}], "error": "..."}.
 
 #include "faults/HomePlatform.h"

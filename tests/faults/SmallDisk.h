@@ -10,7 +10,7 @@
 
 namespace quillhaven::testing {
 
-/// A small file system of its own, mounted over a folder; needs the right to mount.
+/// A small file system, mounted at a folder. Needs the right to mount.
 class SmallDisk
 {
 public:

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// The definitions at the end precede those of the C library: the program's own code and its shared libraries are linked
-// to them.
+// The definitions at the end take precedence over those of the C library: the program's own code and its shared
+// libraries are linked to them.
 
 #include "faults/SystemCallFaults.h"
 
@@ -30,7 +30,7 @@ namespace {
 
 std::atomic<int> calls = 0;
 std::atomic<int> target = 0;
-std::atomic<int> error = 0; ///< 0 ends the process
+std::atomic<int> error = 0; ///< 0 to end the process
 std::atomic<bool> isArmed = false;
 std::atomic<const char *> failed = "";
 thread_local int depth = 0;
@@ -68,7 +68,7 @@ public:
     [[nodiscard]] const char *name() const { return m_name; }
     [[nodiscard]] bool isSeen() const { return m_isSeen; }
 
-    /// Whether this call is the one to fail; errno is set then.
+    /// Whether this call must fail; if so, errno is set.
     bool failsNow()
     {
         if (depth == 0 || !isArmed) {
@@ -170,7 +170,7 @@ void FaultyFileManager::around(const FileCall & /*call*/, const std::function<vo
 using quillhaven::testing::Hooked;
 using quillhaven::testing::real;
 
-// A call that fails by `failure` with errno set.
+// A call that fails by returning `failure`, with errno set.
 #define FAULTY(result, failure, name, parameters, arguments)                                                           \
     static Hooked hooked_##name(#name);                                                                                \
     extern "C" result name parameters                                                                                  \
@@ -217,7 +217,8 @@ FAULTY(ssize_t, -1, readlinkat, (int folder, const char *path, char *text, size_
 FAULTY(ssize_t, -1, llistxattr, (const char *path, char *list, size_t size), (path, list, size))
 FAULTY(ssize_t, -1, lgetxattr, (const char *path, const char *name, void *value, size_t size),
        (path, name, value, size))
-// What SQLite and Qt are linked to. Not fcntl64, by which SQLite locks: a lock that cannot be given back is waited for.
+// These are used by SQLite and Qt. Not fcntl64, with which SQLite locks: it would wait for a lock that it cannot
+// release.
 FAULTY(int, -1, access, (const char *path, int mode), (path, mode))
 FAULTY(int, -1, stat64, (const char *path, struct stat64 *status), (path, status))
 FAULTY(int, -1, lstat64, (const char *path, struct stat64 *status), (path, status))
@@ -233,11 +234,11 @@ FAULTY(DIR *, nullptr, fdopendir, (int fd), (fd))
 FAULTY(dirent *, nullptr, readdir, (DIR * folder), (folder))
 FAULTY(FTS *, nullptr, fts_open, (char *const *paths, int options, int (*order)(const FTSENT **, const FTSENT **)),
        (paths, options, order))
-// A walk that was never begun is not freed as a whole by fts_close.
+// fts_close would not free all of a walk whose first read failed before it started.
 FAULTY_AT_END(FTSENT *, nullptr, fts_read, (FTS * walk), (walk))
-// The kernel closes the file whatever it reports.
+// The kernel closes the file even if it reports an error.
 FAULTY_AT_END(int, -1, close, (int fd), (fd))
-// Reports its error by what it returns.
+// Returns its error instead of setting errno.
 FAULTY(int, errno, posix_spawn,
        (pid_t * child, const char *path, const posix_spawn_file_actions_t *actions, const posix_spawnattr_t *attributes,
         char *const arguments[], char *const environment[]),
@@ -262,8 +263,7 @@ extern "C" pid_t waitpid(pid_t child, int *status, int options)
     return -1;
 }
 
-// A call whose last argument is there for some of its uses alone; each of its types is as wide as a pointer or
-// narrower.
+// A call whose last argument is optional; each of its types is as wide as a pointer or narrower.
 #define FAULTY_WITH_MORE(name, parameters, last, arguments)                                                            \
     static Hooked hooked_##name(#name);                                                                                \
     extern "C" int name parameters                                                                                     \

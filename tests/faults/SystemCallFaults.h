@@ -10,31 +10,31 @@
 
 namespace quillhaven::testing {
 
-/// What happens to the system calls that the program itself makes while it works on files: the n-th one, counted from 1
-/// over all threads, fails or ends the process in its place. Only calls within a scope count.
+/// Faults for the system calls that the program itself makes while it works on files: the n-th one, counted from 1 over
+/// all threads, fails, or the process is killed instead. Only calls within a scope are counted.
 namespace system_call_faults {
 
 void countOnly();
 void failCall(int n, int errorNumber);
-/// Ends the process by SIGKILL in place of the n-th call.
+/// Kills the process with SIGKILL instead of the n-th call.
 void killAtCall(int n);
 void disarm();
-/// The calls since one of the above.
+/// The number of calls since one of the above.
 [[nodiscard]] int callCount();
 /// The name of the call that failed.
 [[nodiscard]] const char *failedCall();
 
-/// The calls of this thread count until the scope is gone.
+/// The calls of this thread are counted until the scope is destroyed.
 [[nodiscard]] std::shared_ptr<void> scope();
 
 /// The calls that can be made to fail.
 [[nodiscard]] QStringList coveredCalls();
-/// Those of them that were counted since the process began.
+/// Those of them that were counted since the process started.
 [[nodiscard]] QStringList seenCalls();
 
 } // namespace system_call_faults
 
-/// The real file operations, within which system calls count.
+/// The real file operations, whose system calls are counted.
 class FaultyFileManager : public FileManagerDecorator
 {
 public:

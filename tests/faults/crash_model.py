@@ -1,14 +1,15 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
-"""What a power cut may leave of the file system calls of a program.
+"""Models what a power cut may leave of the file system calls of a program.
 
-`record` runs a program under strace and returns its changes in order: of names (made, renamed, removed) and of bytes
-(written, cut off), and what was flushed to the device. `Disk` is a plain model of the files below a folder. `Crash`
-builds what a disk may hold when the power fails after some of the changes:
+`record` runs a program under strace and returns its changes in order: changes of names (created, renamed, removed) and of
+bytes (written, truncated), and what was flushed to the device. `Disk` is a simple model of the files below some folders.
+`Crash` constructs what a disk may contain if the power fails after some of the changes:
 
-- what was flushed is there: bytes by fsync of their file, names by fsync of a folder that they are in, both by a flush of
-  the whole file system;
-- of everything else any part may be there, bytes of a file also in half. A rename is one step, and a name is there only
-  with the earlier changes of the same names, as a journal and POSIX have it. A name may be there without its bytes.
+- Everything that was flushed is on the disk: bytes by fsync of their file, names by fsync of a folder that contains them,
+  both by a flush of the whole file system.
+- Of everything else, any part may be on the disk, also half of the bytes of a write. A rename is atomic, and a change of a
+  name is on the disk only with the earlier changes of the same names, as with a journal and as POSIX requires. A name may
+  be on the disk without its bytes.
 """
 
 import dataclasses
@@ -22,7 +23,7 @@ CALLS = (
     "linkat,symlink,symlinkat,unlink,unlinkat,rmdir,mkdir,mkdirat,fsync,fdatasync,sync_file_range,syncfs,sync,"
     "copy_file_range,sendfile,splice,ioctl,access"
 )
-START = "/the operation begins here"  # the program asks for access to them
+START = "/the operation begins here"  # the program calls access() with these paths as markers
 END = "/the operation ends here"
 
 
@@ -32,7 +33,7 @@ def unhexed(text):
 
 @dataclasses.dataclass(frozen=True)
 class Call:
-    """One line of strace: what was called, and what it returned."""
+    """One line of strace: the call, its arguments and its result."""
 
     name: str
     arguments: str
@@ -43,7 +44,7 @@ class Call:
         return [unhexed(each) for each in re.findall(r'"((?:\\x[0-9a-f]{2})*)"', self.arguments)]
 
     def descriptors(self):
-        """The paths of the open files among the arguments, that of the current folder included."""
+        """The paths of the open files among the arguments, including that of the current folder."""
         found = re.findall(r"(?:\b\d+|AT_FDCWD)<((?:\\x[0-9a-f]{2})*)>", self.arguments)
         return [os.fsdecode(unhexed(each)) for each in found]
 
@@ -52,7 +53,7 @@ class Call:
         return [int(each) for each in re.findall(r"(?<![\w.])\d+(?!\w)", bare)]
 
     def paths(self):
-        """The path arguments, each beside the folder that it is relative to, where it has one."""
+        """The path arguments, joined with the folders that they are relative to, if any."""
         folders = self.descriptors()
         names = [os.fsdecode(each) for each in self.strings()]
         if not folders:
@@ -87,15 +88,15 @@ def parsed(lines):
             yield Call(whole.group(1), whole.group(2), int(whole.group(3)), os.fsdecode(unhexed(whole.group(4) or "")))
 
 
-# Changes. Files are numbered: a number is what an inode is.
+# Changes. Files have numbers, which correspond to inodes.
 
 
 @dataclasses.dataclass(frozen=True)
 class Names:
-    """Entries that appear and disappear in one step: {path: file or None}, and the folders that hold them."""
+    """Names that appear and disappear in one step: {path: file or None}, and the folders that contain them."""
 
     entries: tuple
-    made: int | None = None  # a file or folder that begins with this change
+    made: int | None = None  # a file or folder that this change creates
     is_folder: bool = False
 
     def paths(self):
@@ -117,7 +118,7 @@ class Bytes:
 
 @dataclasses.dataclass(frozen=True)
 class Flush:
-    """What reached the device: the bytes of a file, the entries of a folder, or all below `volume`."""
+    """What was flushed to the device: the bytes of a file, the entries of a folder, or everything below `volume`."""
 
     file: int | None = None
     folder: str | None = None
@@ -125,7 +126,7 @@ class Flush:
 
 
 def clear(folder):
-    """Empties a folder, but for what is mounted there."""
+    """Empties a folder, except for mount points."""
     for each in os.scandir(folder):
         if not each.is_dir(follow_symlinks=False):
             os.unlink(each.path)
@@ -136,7 +137,7 @@ def clear(folder):
 
 
 class Disk:
-    """Files below some folders: paths to numbers, and what each number holds (None for a folder)."""
+    """The files below some folders: paths to numbers, and the contents of each number (None for a folder)."""
 
     def __init__(self, roots):
         self.roots = list(roots)
@@ -155,7 +156,7 @@ class Disk:
         return any(path == root or path.startswith(root + "/") for root in self.roots)
 
     def read(self):
-        """Takes over what is there."""
+        """Reads the current files into the model."""
         known = {}
         for root in self.roots:
             for folder, folders, files in os.walk(root):
@@ -198,19 +199,19 @@ class Disk:
             self.entries.pop(path, None)
             if number is not None:
                 self.entries[path] = number
-                if self.content.get(number) is None:  # a folder that moved takes along what is in it
+                if self.content.get(number) is None:  # the contents of a folder move with it
                     for rest, inner in below.items():
                         self.entries[path + rest] = inner
 
     def write(self):
-        """Makes the folders of this disk hold what it holds, and nothing else."""
+        """Writes the contents of this model to the folders, and removes everything else."""
         for root in self.roots:
             clear(root)
         written = {}
         for path in sorted(self.entries):
             number = self.entries[path]
             if not os.path.isdir(os.path.dirname(path)):
-                continue  # in a folder that is not there
+                continue  # its folder does not exist
             if number in self.links:
                 os.symlink(self.links[number], path)
             elif self.content[number] is None:
@@ -223,7 +224,7 @@ class Disk:
                     file.write(self.content[number])
 
     def state(self):
-        """A value that two disks with the same content have in common."""
+        """A value that is equal for two disks with the same contents."""
         return frozenset(
             (path, None if self.content[number] is None else bytes(self.content[number]), self.links.get(number))
             for path, number in self.entries.items()
@@ -231,15 +232,15 @@ class Disk:
 
 
 class Recorder:
-    """Turns calls into changes of a disk, which follows them."""
+    """Converts calls into changes, and applies them to a disk."""
 
     def __init__(self, disk, volumes):
         self.disk = disk
         self.volumes = sorted(volumes, key=len, reverse=True)  # the deepest first
         self.position = {}  # of the next sequential write to a file
-        self.unnamed = {}  # files that have no name yet, by what they are called while they are open
+        self.unnamed = {}  # files without a name, by the name that strace shows for them
         self.changes = []
-        self.start = self.end = None  # how many changes there were at START and at END
+        self.start = self.end = None  # the number of changes at START and at END
 
     def volume(self, path):
         return next(each for each in self.volumes if path == each or path.startswith(each + "/"))
@@ -378,7 +379,7 @@ class Recorder:
             self.end = len(self.changes)
 
     def on_fallocate(self, call):
-        pass  # what it makes room for is not read before it is written
+        pass  # the allocated space is not read before it is written
 
     # Flushes
 
@@ -400,7 +401,7 @@ class Recorder:
 
 
 class Crash:
-    """The disks that may be left when the power fails after the first `count` changes."""
+    """The possible states of the disk if the power fails after the first `count` changes."""
 
     def __init__(self, before, changes, count, volume_of):
         self.before = before
@@ -426,7 +427,7 @@ class Crash:
         return isinstance(change, Names) and flush.folder in change.folders()
 
     def volumes_of(self, number, index, volume_of):
-        """Where a file has its names, as far as is known."""
+        """The volumes on which a file has names, as far as is known."""
         named = [path for path, file in self.before.entries.items() if file == number]
         for change in self.changes[: index + 1]:
             if isinstance(change, Names):
@@ -434,7 +435,7 @@ class Crash:
         return {volume_of(path) for path in named}
 
     def with_needed(self, chosen):
-        """With the earlier changes that those need: of the same names, and the making of what they name."""
+        """Adds the earlier changes that these depend on: those of the same names, and the creation of the named files."""
         chosen = set(chosen)
         for i in sorted(chosen, reverse=True):
             self.add_needed(i, chosen)
@@ -456,11 +457,11 @@ class Crash:
                 self.add_needed(j, chosen)
 
     def part(self, chosen, halves=frozenset()):
-        """What reaches the disk when these do: all that does, and what of it in half."""
+        """What is on the disk if these changes are: all changes, and those of which only half is."""
         return frozenset(self.with_needed(self.flushed | set(chosen))), frozenset(halves)
 
     def parts(self, random, samples):
-        """Nothing more, everything, each change alone and each left out, all up to each, and some at random."""
+        """No further change, all changes, each change alone, all but each change, all up to each change, and random sets."""
         pending = self.pending
         yield self.part(())
         yield self.part(pending)
@@ -474,7 +475,7 @@ class Crash:
             yield self.part(chosen, halves)
 
     def disk(self, part):
-        """The disk that a part leaves."""
+        """The disk with the changes of a part."""
         chosen, halves = part
         disk = self.before.copy()
         for i in sorted(chosen):

@@ -1,11 +1,10 @@
 #!/usr/bin/python3
 # SPDX-License-Identifier: GPL-3.0-or-later
-"""The power fails at each change that an operation makes on disk, and of what was not flushed any part is lost. At every
-start after that the item's bytes are whole where they can be found: at the original place or in private storage. And
-removing its protection then gives the item back.
+"""The power fails at each change that an operation makes on the disk, and any part of what was not flushed is lost. After
+that, at every start, the item's bytes are complete at the original place or in private storage, and removing its
+protection restores the item.
 
-A run tries a part of the states: TEST_SHARE says how many of a hundred (10 when it is not set), and TEST_SEED draws the
-same ones again.
+A run tries only some of the states: TEST_SHARE sets the percentage (by default 10), and TEST_SEED repeats a run.
 """
 
 import json
@@ -25,12 +24,12 @@ OPERATION = os.environ["INTERRUPTED_OPERATION"]
 RESTART = os.environ["RESTARTED_HOME"]
 SEED = int(os.environ.get("TEST_SEED") or random.SystemRandom().randrange(1 << 31))
 SHARE = int(os.environ.get("TEST_SHARE") or 10)
-MINE = b"these are the bytes that nobody may lose" * 300
+MINE = b"these are the bytes that must not be lost" * 300
 PLACEHOLDER = b"This file is protected by Quillhaven. Use the app to unlock it."
 
 
 class Home:
-    """A home folder with one item, and private storage on the same file system or on one of its own."""
+    """A home folder with one item, and private storage on the same file system or on a separate one."""
 
     def __init__(self, is_folder, is_across):
         self.path = tempfile.mkdtemp(prefix="power-cut-")
@@ -60,7 +59,7 @@ class Home:
         return disk.read()
 
     def record(self, operation):
-        """The disk before the operation, and what has followed its changes."""
+        """Returns the disk before the operation, and a recorder with its changes."""
         before = self.disk()
         recorder = crash_model.Recorder(before.copy(), self.volumes)
         calls = crash_model.record([OPERATION, self.path, operation, "call", "0"], self.path + ".log")
@@ -78,7 +77,7 @@ class Home:
 
 
 class Restarter:
-    """A program that starts the engine over one home after the other."""
+    """A program that starts the engine with one home after another."""
 
     def __init__(self):
         self.process = subprocess.Popen([RESTART], stdin=subprocess.PIPE, stdout=subprocess.PIPE, text=True)
@@ -107,7 +106,7 @@ class PowerCut(unittest.TestCase):
         self.addCleanup(self.restarter.end)
 
     def every_state(self, before, recorder):
-        """(crash, what reached the disk) without repetition."""
+        """Yields (crash, what is on the disk) without duplicates."""
         seen = set()
         for count in range(recorder.start, len(recorder.changes) + 1):
             crash = crash_model.Crash(before, recorder.changes, count, recorder.volume)
@@ -151,30 +150,30 @@ class PowerCut(unittest.TestCase):
         self.try_without(lambda flush, disk: flush.file is not None and is_database(flush.file, disk))
 
     def drawn(self, states, end):
-        """A part of the states from before the operation has returned, and of those from after it."""
+        """Returns a sample of the states from before the operation returned, and of those from after it."""
         before = [each for each in states if each[0].count < end]
         after = [each for each in states if each[0].count >= end]
         return [each for part in (before, after) for each in self.random.sample(part, -(-len(part) * SHARE // 100))]
 
     def check(self, home, operation, count, end):
         where = f"{operation}, after change {count} ({end} until it returns), seed {SEED}"
-        self.assertTrue(home.whole_places(), "the data is gone: " + where)
+        self.assertTrue(home.whole_places(), "the data was lost: " + where)
         found = self.restarter.restart(home.path)
         records = found["records"]
         self.assertTrue(home.whole_places(), "the start lost the data: " + where)
         if operation in ("lock", "unlock"):
-            self.assertEqual(len(records), 1, "the record is gone: " + where)
+            self.assertEqual(len(records), 1, "the record was lost: " + where)
         if records:
-            # Removing the protection has given the data back, or says that it was at its place already.
-            self.assertTrue(home.is_whole(home.place), f"not given back ({found['error']}): {where}")
+            # Removing the protection has restored the data, or reports that it was already at its place.
+            self.assertTrue(home.is_whole(home.place), f"not restored ({found['error']}): {where}")
         if count >= end:
             self.check_returned(operation, records, where)
 
     def check_returned(self, operation, records, where):
-        """The operation had returned: what it promises is on the device."""
+        """After the operation has returned, its effect must be on the device."""
         states = [each["isMounted"] for each in records]
         expected = {"protect": [False], "lock": [False], "unlock": [True], "remove": []}[operation]
-        self.assertEqual(states, expected, "the catalogue does not know of the operation: " + where)
+        self.assertEqual(states, expected, "the catalogue does not contain the operation: " + where)
 
     def try_operation(self, operation, preparation, is_folder, is_across):
         home = Home(is_folder, is_across)
@@ -183,7 +182,7 @@ class PowerCut(unittest.TestCase):
                 home.run(step)
             before, recorder = home.record(operation)
             unknown = recorder.disk.state() ^ home.disk().state()
-            self.assertEqual({path for path, _, _ in unknown}, set(), "the model has not followed every change")
+            self.assertEqual({path for path, _, _ in unknown}, set(), "the model did not follow every change")
             states = list(self.every_state(before, recorder))
             drawn = self.drawn(states, recorder.end)
             for crash, part in drawn:

@@ -33,7 +33,7 @@ public:
     }
 };
 
-/// Refuses the first removals.
+/// Rejects the first removals.
 class UnremovableFolders : public FileManagerDecorator
 {
 public:
@@ -57,14 +57,14 @@ private:
     qsizetype m_times;
 };
 
-/// A limit of this process and of those it starts, for as long as it lives.
+/// Sets a limit for this process and its child processes during its lifetime.
 class Limit
 {
 public:
-    Limit(__rlimit_resource resource, rlim_t most) : m_resource(resource)
+    Limit(__rlimit_resource resource, rlim_t maximum) : m_resource(resource)
     {
         EXPECT_EQ(getrlimit(resource, &m_before), 0);
-        const rlimit lower{most, m_before.rlim_max};
+        const rlimit lower{maximum, m_before.rlim_max};
         EXPECT_EQ(setrlimit(resource, &lower), 0);
     }
     ~Limit() { EXPECT_EQ(setrlimit(m_resource, &m_before), 0); }
@@ -79,7 +79,7 @@ private:
 class FolderArchiveTest : public ::testing::Test
 {
 protected:
-    // What the temporary directory holds is gone on every path.
+    // The temporary directory must be empty after every test.
     ~FolderArchiveTest() override
     {
         EXPECT_EQ(QDir(home.directories().temporary).entryList(QDir::AllEntries | QDir::NoDotAndDotDot), QStringList());
@@ -91,7 +91,7 @@ protected:
         const auto bytes = buffer.bytes();
         return {reinterpret_cast<const char *>(bytes.data()), static_cast<qsizetype>(bytes.size())};
     }
-    /// What the system's tar says about an archive, or makes of it.
+    /// Runs the system's tar with an archive as input, and returns its output.
     QByteArray tar(const QByteArray &archive, const QStringList &arguments) const
     {
         QProcess process;
@@ -124,7 +124,7 @@ protected:
     OpenSslRandomSource random;
 };
 
-TEST_F(FolderArchiveTest, TheFoldersOwnNameIsTheOneTopLevelEntry)
+TEST_F(FolderArchiveTest, TheNameOfTheFolderIsTheOnlyTopLevelEntry)
 {
     home.write(QStringLiteral("Documents/Letters/a.txt"));
     const QByteArray archive = archiveOf(home.path(QStringLiteral("Documents/Letters")));
@@ -140,7 +140,7 @@ TEST_F(FolderArchiveTest, BeginsWithAPlainTarHeaderForTheFolder)
     EXPECT_EQ(archive.size() % 512, 0);
 }
 
-TEST_F(FolderArchiveTest, UnpacksToTheFolderAsItWas)
+TEST_F(FolderArchiveTest, UnpacksToTheSameFolder)
 {
     home.write(QStringLiteral("Documents/F\u00f6lder/inner/b c.txt"), "the bytes");
     home.write(QStringLiteral("Documents/F\u00f6lder/.hidden"), {});
@@ -158,7 +158,7 @@ TEST_F(FolderArchiveTest, UnpacksToTheFolderAsItWas)
     EXPECT_TRUE(QFileInfo(copy + QStringLiteral("link")).isSymLink());
 }
 
-TEST_F(FolderArchiveTest, AnEmptyFolderIsOneEntry)
+TEST_F(FolderArchiveTest, AnEmptyFolderHasOneEntry)
 {
     QDir().mkpath(home.path(QStringLiteral("Documents/Nothing")));
     EXPECT_EQ(namesIn(archiveOf(home.path(QStringLiteral("Documents/Nothing")))), "Nothing/\n");
@@ -192,7 +192,7 @@ TEST_F(FolderArchiveTest, RunsOnAThreadWithoutAnEventLoop)
     EXPECT_EQ(namesIn(archive), "Letters/\nLetters/a.txt\n");
 }
 
-TEST_F(FolderArchiveTest, TarsOwnWordsReachTheMessage)
+TEST_F(FolderArchiveTest, TheMessageContainsTheOutputOfTar)
 {
     qputenv("LC_ALL", "C");
     const QString message = failureFor(home.path(QStringLiteral("Documents/Missing")));
@@ -204,22 +204,22 @@ TEST_F(FolderArchiveTest, TarsOwnWordsReachTheMessage)
         << qUtf8Printable(message);
 }
 
-TEST_F(FolderArchiveTest, TarThatEndsWithoutAWordIsAnUnknownError)
+TEST_F(FolderArchiveTest, TarThatFailsWithoutOutputIsAnUnknownError)
 {
     home.write(QStringLiteral("Documents/Letters/a.txt"));
-    const Limit noBytes(RLIMIT_FSIZE, 0); // its first write ends it
+    const Limit noBytes(RLIMIT_FSIZE, 0); // its first write kills it
     EXPECT_EQ(failureFor(home.path(QStringLiteral("Documents/Letters"))),
               QStringLiteral("Failed to create encrypted container: Failed to create folder archive: Unknown error"));
 }
 
-TEST_F(FolderArchiveTest, TarThatCannotBeStartedIsItsOwnError)
+TEST_F(FolderArchiveTest, TarThatCannotBeStartedIsReported)
 {
     home.write(QStringLiteral("Documents/Letters/a.txt"));
     ASSERT_EQ(chmod(QFile::encodeName(home.path()).constData(), 0755), 0);
     ASSERT_EQ(chmod(QFile::encodeName(home.directories().temporary).constData(), 0777), 0);
     QString text;
     try {
-        const AsPlainUser user; // root may have any number of processes
+        const AsPlainUser user; // the limit does not apply to root
         const Limit noProcess(RLIMIT_NPROC, 0);
         archiveOf(home.path(QStringLiteral("Documents/Letters")));
     } catch (const FileError &error) {
@@ -228,7 +228,7 @@ TEST_F(FolderArchiveTest, TarThatCannotBeStartedIsItsOwnError)
     EXPECT_TRUE(text.startsWith(QStringLiteral("Could not start \"tar\": "))) << qUtf8Printable(text);
 }
 
-TEST_F(FolderArchiveTest, AWorkDirectoryThatCannotBeRemovedIsNoFailure)
+TEST_F(FolderArchiveTest, AWorkDirectoryThatCannotBeRemovedIsIgnored)
 {
     home.write(QStringLiteral("Documents/Letters/a.txt"));
     UnremovableFolders unremovable(files);
@@ -239,7 +239,7 @@ TEST_F(FolderArchiveTest, AWorkDirectoryThatCannotBeRemovedIsNoFailure)
     files.removeItem(unremovable.refused.first());
 }
 
-TEST_F(FolderArchiveTest, AWorkDirectoryThatIsNotRemovedAtOnceIsRemovedAtTheSecondTry)
+TEST_F(FolderArchiveTest, RemovingTheWorkDirectoryIsTriedTwice)
 {
     home.write(QStringLiteral("Documents/Letters/a.txt"));
     UnremovableFolders slow(files, 1);
@@ -257,7 +257,7 @@ TEST_F(FolderArchiveTest, ANameThatBeginsWithAHyphenIsTarsLastArgumentAndReadAsA
     EXPECT_TRUE(message.contains(QStringLiteral("tar: invalid option -- 'e'"))) << qUtf8Printable(message);
 }
 
-TEST_F(FolderArchiveTest, TheUsersOwnTarOptionsDoNotCount)
+TEST_F(FolderArchiveTest, TheTarOptionsOfTheUserAreIgnored)
 {
     home.write(QStringLiteral("Documents/Letters/a.txt"));
     qputenv("TAR_OPTIONS", "--exclude=a.txt");
@@ -275,7 +275,7 @@ TEST_F(FolderArchiveTest, AnArchiveThatCannotBeReadLeavesNoWorkDirectory)
                  FileError);
 }
 
-TEST_F(FolderArchiveTest, AWorkDirectoryThatCannotBeMadeIsPassedOn)
+TEST_F(FolderArchiveTest, AWorkDirectoryThatCannotBeCreatedIsReported)
 {
     home.write(QStringLiteral("Documents/Letters/a.txt"));
     UserDirectories directories = home.directories();

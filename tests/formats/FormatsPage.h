@@ -8,7 +8,7 @@
 
 namespace quillhaven::testing {
 
-/// The bytes of the hex block that follows a bold word in the worked examples of `docs/formats.md`.
+/// The bytes of the hex block after a bold word in the worked examples of `docs/formats.md`.
 inline QByteArray exampleInPage(const QString &pagePath, const QString &word)
 {
     const QString page = QString::fromUtf8(TemporaryHome::read(pagePath));

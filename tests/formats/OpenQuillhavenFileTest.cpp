@@ -18,7 +18,7 @@
 namespace quillhaven::testing {
 namespace {
 
-/// The reader in `docs`, as a user runs it over files that the program wrote.
+/// Runs the reader in `docs`, as a user would, on files that the program has written.
 class OpenQuillhavenFileTest : public ::testing::Test
 {
 protected:
@@ -36,7 +36,7 @@ protected:
                                  .mountedPath = {}};
         createRecoveryBackup(files, random, home.directories(), source, backup, QString::fromUtf8(password), item);
     }
-    /// A backup whose plaintext is the archive that a Python expression, given `tar` and `entry`, has filled.
+    /// Creates a backup whose plaintext is an archive. The Python statements fill it, using `tar` and `entry`.
     void createBackupOfArchive(const QString &statements)
     {
         const QString archive = home.path(QStringLiteral("hostile.tar"));
@@ -60,12 +60,12 @@ tar.close()
     }
     ReaderRun unpack() const { return runReader({QStringLiteral("--unpack"), backup, folder}, password); }
     QString inFolder(const QString &name) const { return folder + QLatin1Char('/') + name; }
-    /// What exists beside the files that the test made: nothing may add to it.
+    /// The names in the home: the reader must not add to them.
     QStringList namesInHome() const
     {
         return QDir(home.path()).entryList(QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot);
     }
-    void expectRefused()
+    void expectRejected()
     {
         const QStringList before = namesInHome();
         const ReaderRun run = unpack();
@@ -84,7 +84,7 @@ tar.close()
     const QByteArray password = "Secret123";
 };
 
-TEST_F(OpenQuillhavenFileTest, AFilesContainerOpensIntoANewFileForItsOwnerAlone)
+TEST_F(OpenQuillhavenFileTest, AFilesContainerOpensIntoANewFileThatOnlyItsOwnerCanRead)
 {
     createContainer(home.write(QStringLiteral("plain"), "The letter"), QString::fromUtf8(password));
     const ReaderRun run = runReader({container, output}, password);
@@ -109,7 +109,7 @@ TEST_F(OpenQuillhavenFileTest, ATouchIDContainerOpensWithTheEmptyPassword)
     EXPECT_EQ(runReader({container, QStringLiteral("-")}, {}).output, "The letter");
 }
 
-TEST_F(OpenQuillhavenFileTest, ThePasswordFilesOneLineEndIsNoPartOfThePassword)
+TEST_F(OpenQuillhavenFileTest, OneLineEndInThePasswordFileIsNotPartOfThePassword)
 {
     createContainer(home.write(QStringLiteral("plain"), "The letter"), QStringLiteral(" with blanks "));
     EXPECT_EQ(runReader({container, QStringLiteral("-")}, " with blanks \n").output, "The letter");
@@ -141,7 +141,7 @@ TEST_F(OpenQuillhavenFileTest, ThePasswordIsAskedForOnTheTerminalWithoutAnEcho)
     EXPECT_EQ(TemporaryHome::read(output), "The letter");
 }
 
-TEST_F(OpenQuillhavenFileTest, AFoldersBackupUnpacksAsItWas)
+TEST_F(OpenQuillhavenFileTest, AFoldersBackupUnpacksToTheSameFolder)
 {
     home.write(QStringLiteral("Letters/inner/b c.txt"), "the bytes");
     QFile::setPermissions(home.path(QStringLiteral("Letters/inner/b c.txt")), QFile::ReadOwner | QFile::ExeOwner);
@@ -168,7 +168,7 @@ TEST_F(OpenQuillhavenFileTest, AFoldersBackupUnpacksAsItWas)
     EXPECT_FALSE(QFileInfo(copy + QStringLiteral("empty")).permissions().testFlag(QFile::WriteOwner));
 }
 
-TEST_F(OpenQuillhavenFileTest, AWrongPasswordEndsWithItsOwnStatusAndWritesNothing)
+TEST_F(OpenQuillhavenFileTest, AWrongPasswordHasItsOwnExitStatusAndWritesNothing)
 {
     createBackup(home.write(QStringLiteral("plain"), "The letter"));
     const QStringList before = namesInHome();
@@ -180,7 +180,7 @@ TEST_F(OpenQuillhavenFileTest, AWrongPasswordEndsWithItsOwnStatusAndWritesNothin
     EXPECT_EQ(namesInHome(), before);
 }
 
-TEST_F(OpenQuillhavenFileTest, NoPieceOfAFileOpens)
+TEST_F(OpenQuillhavenFileTest, NoTruncatedFileOpens)
 {
     createContainer(home.write(QStringLiteral("plain"), "The letter"), QString::fromUtf8(password));
     createBackup(home.path(QStringLiteral("plain")));
@@ -225,7 +225,7 @@ TEST_F(OpenQuillhavenFileTest, AnExistingFileIsNotOverwritten)
     EXPECT_EQ(QDir(folder).entryList(QDir::AllEntries | QDir::NoDotAndDotDot), QStringList(QStringLiteral("mine.txt")));
 }
 
-TEST_F(OpenQuillhavenFileTest, AFileThatIsNoArchiveIsNotUnpacked)
+TEST_F(OpenQuillhavenFileTest, AFileThatIsNotAnArchiveIsNotUnpacked)
 {
     for (const QByteArray &plain : {QByteArray(), QByteArray("The letter"), QByteArray(3000, 'x')}) {
         createBackup(home.write(QStringLiteral("plain"), plain));
@@ -236,25 +236,25 @@ TEST_F(OpenQuillhavenFileTest, AFileThatIsNoArchiveIsNotUnpacked)
     }
 }
 
-TEST_F(OpenQuillhavenFileTest, APathThatClimbsOutIsRefusedBeforeAnythingIsUnpacked)
+TEST_F(OpenQuillhavenFileTest, APathOutOfTheFolderIsRejectedBeforeAnythingIsUnpacked)
 {
     createBackupOfArchive(QStringLiteral("entry('item/good.txt'); entry('item/../../climbed.txt')"));
-    expectRefused();
+    expectRejected();
 }
 
-TEST_F(OpenQuillhavenFileTest, AnAbsolutePathIsRefused)
+TEST_F(OpenQuillhavenFileTest, AnAbsolutePathIsRejected)
 {
     createBackupOfArchive(QStringLiteral("entry('%1')").arg(home.path(QStringLiteral("absolute.txt"))));
-    expectRefused();
+    expectRejected();
 }
 
-TEST_F(OpenQuillhavenFileTest, AHardLinkToAFileOutsideIsRefused)
+TEST_F(OpenQuillhavenFileTest, AHardLinkToAFileOutsideIsRejected)
 {
     createBackupOfArchive(QStringLiteral("entry('item/hard', tarfile.LNKTYPE, '../ID.backup')"));
-    expectRefused();
+    expectRejected();
 }
 
-TEST_F(OpenQuillhavenFileTest, NothingIsWrittenThroughALinkOfTheArchive)
+TEST_F(OpenQuillhavenFileTest, NothingIsWrittenThroughALinkInTheArchive)
 {
     QDir().mkpath(home.path(QStringLiteral("outside")));
     createBackupOfArchive(QStringLiteral("entry('item/way', tarfile.SYMTYPE, '../../outside'); entry('item/way/in')"));
@@ -262,7 +262,7 @@ TEST_F(OpenQuillhavenFileTest, NothingIsWrittenThroughALinkOfTheArchive)
     EXPECT_TRUE(QDir(home.path(QStringLiteral("outside"))).isEmpty());
 }
 
-TEST_F(OpenQuillhavenFileTest, LinksThatLeadOutAreLeftOutAndReported)
+TEST_F(OpenQuillhavenFileTest, LinksThatLeadOutAreSkippedAndReported)
 {
     createBackupOfArchive(QStringLiteral("entry('item/data.txt')\n"
                                          "entry('item/in', tarfile.SYMTYPE, 'data.txt')\n"
@@ -279,7 +279,7 @@ TEST_F(OpenQuillhavenFileTest, LinksThatLeadOutAreLeftOutAndReported)
     EXPECT_EQ(run.errors.count("Left out, since it leads out of the folder"), 3) << run.errors.constData();
 }
 
-TEST_F(OpenQuillhavenFileTest, PipesAndDevicesAreLeftOutAndNoBitBesideTheModeIsSet)
+TEST_F(OpenQuillhavenFileTest, PipesAndDevicesAreSkippedAndNoBitsBesidesTheModeAreSet)
 {
     createBackupOfArchive(QStringLiteral("entry('item/pipe', tarfile.FIFOTYPE)\n"
                                          "entry('item/device', tarfile.CHRTYPE)\n"

@@ -50,7 +50,7 @@ const QString metadataMessage =
 const QString legacyMessage = QStringLiteral("Failed to create encrypted container: Invalid legacy backup format");
 const QString legacyLine = QStringLiteral("⚠️ Legacy backup format detected - cannot decrypt without original password");
 
-/// Opens every file with a reader of this kind over the real one.
+/// Wraps the reader of every file in one of this type.
 template <typename Wrapped>
 class FilesReadBy : public FileManagerDecorator
 {
@@ -62,7 +62,7 @@ public:
     }
 };
 
-/// Hands over all the bytes and fails after them.
+/// Returns all the bytes, and fails after them.
 class FailingReader : public FileReader
 {
 public:
@@ -78,7 +78,7 @@ private:
     std::unique_ptr<FileReader> m_next;
 };
 
-/// A file that has grown by the second look at its size.
+/// A file that has grown when its size is read for the second time.
 class GrowingFileReader : public FileReader
 {
 public:
@@ -104,19 +104,19 @@ protected:
     {
         createRecoveryBackup(files, from, home.directories(), source, backup, password, item);
     }
-    /// The bytes of a backup of a file that holds `plaintext`.
+    /// Returns the bytes of a backup of a file with this plaintext.
     QByteArray backupOf(const QByteArray &plaintext)
     {
         create(home.write(QStringLiteral("plain"), plaintext), random);
         return TemporaryHome::read(backup);
     }
-    /// What a file of these bytes is read as.
+    /// Returns the contents of a file with these bytes.
     QByteArray opened(const QByteArray &bytes, const QString &withPassword) const
     {
         return copyOf(decryptBackup(bufferOf(bytes), withPassword).bytes);
     }
     QByteArray opened(const QByteArray &bytes) const { return opened(bytes, password); }
-    /// The sentence of our own error that reading these bytes ends with; empty when it is another error or none.
+    /// Returns the message of the QuillhavenError for these bytes; empty if there is another error or none.
     QString messageFor(const QByteArray &bytes) const
     {
         try {
@@ -133,7 +133,7 @@ protected:
     {
         try {
             static_cast<void>(opened(bytes, withPassword));
-            ADD_FAILURE() << "it opened";
+            ADD_FAILURE() << "the backup opened";
         } catch (const CipherError &error) {
             EXPECT_EQ(error.errorCase(), CipherError::authenticationFailure);
         }
@@ -186,7 +186,7 @@ TEST_F(RecoveryBackupTest, EveryFieldIsAtItsOffset)
     EXPECT_EQ(hexOf(sealed_box::openInPlace(key, writable(bytes).subspan(44 + 47))), plaintext.toHex());
 }
 
-TEST_F(RecoveryBackupTest, ThePageOfTheFormatHasOurBytes)
+TEST_F(RecoveryBackupTest, TheExampleInTheDocumentationMatches)
 {
     CountingRandom counting;
     create(home.write(QStringLiteral("plain"), "Dear Ann,\n"), counting);
@@ -220,7 +220,7 @@ TEST_F(RecoveryBackupTest, TheLengthOfTheMetadataCountsItsUtf8Bytes)
     EXPECT_EQ(opened(bytes), "x");
 }
 
-TEST_F(RecoveryBackupTest, SaltAndNonceAreFreshForEachBackup)
+TEST_F(RecoveryBackupTest, SaltAndNonceAreNewForEachBackup)
 {
     const QByteArray first = backupOf("The letter");
     const QByteArray second = backupOf("The letter");
@@ -229,7 +229,7 @@ TEST_F(RecoveryBackupTest, SaltAndNonceAreFreshForEachBackup)
     EXPECT_NE(first.mid(56 + 47, 10), second.mid(56 + 47, 10));
 }
 
-TEST_F(RecoveryBackupTest, AGeneratorThatFailsForTheSaltLeavesItZeroWithNoReport)
+TEST_F(RecoveryBackupTest, IfTheGeneratorFailsForTheSaltItIsZeroWithoutAnError)
 {
     FailingOnceRandom failingForTheSalt;
     create(home.write(QStringLiteral("plain"), "The letter"), failingForTheSalt);
@@ -239,14 +239,14 @@ TEST_F(RecoveryBackupTest, AGeneratorThatFailsForTheSaltLeavesItZeroWithNoReport
     EXPECT_EQ(opened(bytes), "The letter");
 }
 
-TEST_F(RecoveryBackupTest, NothingIsSealedUnderANonceThatTheGeneratorFailedToMake)
+TEST_F(RecoveryBackupTest, NothingIsSealedIfTheGeneratorFailsForTheNonce)
 {
     FailingRandom failing;
     EXPECT_THROW(create(home.write(QStringLiteral("plain"), "The letter"), failing), CipherError);
     EXPECT_FALSE(TemporaryHome::exists(backup));
 }
 
-TEST_F(RecoveryBackupTest, AFolderIsItsArchiveThatBeginsWithATarHeaderForItsOwnName)
+TEST_F(RecoveryBackupTest, AFolderIsBackedUpAsATarArchiveWithItsName)
 {
     home.write(QStringLiteral("Letters/a.txt"), "The letter");
     create(home.path(QStringLiteral("Letters")), random);
@@ -254,11 +254,11 @@ TEST_F(RecoveryBackupTest, AFolderIsItsArchiveThatBeginsWithATarHeaderForItsOwnN
     EXPECT_EQ(archive.left(10), QByteArray("Letters/\0\0", 10));
     EXPECT_EQ(archive.mid(257, 5), "ustar");
     EXPECT_TRUE(archive.contains("The letter"));
-    EXPECT_EQ(archive.size() % 512, 0) << "whole to its last block";
+    EXPECT_EQ(archive.size() % 512, 0) << "the last block is complete";
     EXPECT_EQ(QDir(home.directories().temporary).entryList(QDir::AllEntries | QDir::NoDotAndDotDot), QStringList());
 }
 
-TEST_F(RecoveryBackupTest, AFolderThatBeginsWithAHyphenIsTarsLastArgumentAndTarsWordsComeWithBothPrefixes)
+TEST_F(RecoveryBackupTest, AFolderNameWithALeadingHyphenIsReadAsATarOptionAndReported)
 {
     home.write(QStringLiteral("-name/a.txt"));
     qputenv("LC_ALL", "C");
@@ -282,7 +282,7 @@ TEST_F(RecoveryBackupTest, ASecondBackupReplacesALongerOne)
     EXPECT_EQ(opened(backupOf("short")), "short");
 }
 
-TEST_F(RecoveryBackupTest, ASourceThatCannotBeReadThrowsAndLeavesTheFormerBackup)
+TEST_F(RecoveryBackupTest, ASourceThatCannotBeReadThrowsAndKeepsTheFormerBackup)
 {
     home.write(QStringLiteral("item.backup"), "former");
     EXPECT_THROW(create(home.path(QStringLiteral("missing")), random), FileError);
@@ -297,10 +297,10 @@ TEST_F(RecoveryBackupTest, SealingEndsBeforeTheMemoryOfAFailedReadIsFreed)
     EXPECT_FALSE(TemporaryHome::exists(backup));
 }
 
-TEST_F(RecoveryBackupTest, AFileThatGrowsWhileItIsReadIsSealedWhole)
+TEST_F(RecoveryBackupTest, AFileThatGrowsWhileItIsReadIsSealedCompletely)
 {
     FilesReadBy<GrowingFileReader> growing(files);
-    // Whether reading or sealing is faster must not matter.
+    // The result must not depend on whether reading or sealing is faster.
     for (const qsizetype size : {0, 10, 10, 10, 10, 10, 10, 10, 10, 10, 65536, 20'000'000}) {
         const QByteArray plaintext(size, 'x');
         createRecoveryBackup(growing, random, home.directories(), home.write(QStringLiteral("plain"), plaintext),
@@ -317,12 +317,12 @@ TEST_F(RecoveryBackupTest, ABackupThatCannotBeWrittenThrows)
                  FileError);
 }
 
-TEST_F(RecoveryBackupTest, AWrongPasswordIsTheCiphersErrorAndNoneOfOurs)
+TEST_F(RecoveryBackupTest, AWrongPasswordIsACipherError)
 {
     expectNotAuthentic(backupOf("The letter"), QStringLiteral("Secret124"));
 }
 
-TEST_F(RecoveryBackupTest, AnOldBackupOpensWithThePasswordOfItsDayOnly)
+TEST_F(RecoveryBackupTest, AnOldBackupOpensOnlyWithThePasswordOfItsTime)
 {
     const QByteArray old = backupOf("The letter");
     const QString newPassword = QStringLiteral("Changed456");
@@ -353,7 +353,7 @@ TEST_F(RecoveryBackupTest, ChangedMetadataOpensSinceTheTagDoesNotCoverIt)
     EXPECT_EQ(opened(bytes), "The letter");
 }
 
-TEST_F(RecoveryBackupTest, NoPieceOfABackupOpens)
+TEST_F(RecoveryBackupTest, NoTruncatedBackupOpens)
 {
     const QByteArray bytes = backupOf("The letter");
     for (qsizetype size = 9; size < bytes.size(); ++size) {
@@ -368,35 +368,35 @@ TEST_F(RecoveryBackupTest, NoPieceOfABackupOpens)
     }
 }
 
-TEST_F(RecoveryBackupTest, FortyFourBytesAreNoBackup)
+TEST_F(RecoveryBackupTest, FortyFourBytesAreNotABackup)
 {
     EXPECT_EQ(messageFor("RECOVERY" + QByteArray(36, '\0')), formatMessage);
 }
 
-TEST_F(RecoveryBackupTest, FortyFiveBytesWithMetadataToTheLastAreRefused)
+TEST_F(RecoveryBackupTest, FortyFiveBytesThatEndWithMetadataAreRejected)
 {
     EXPECT_EQ(messageFor("RECOVERY" + QByteArray(32, '\0') + littleEndian(1) + 'x'), metadataMessage);
 }
 
-TEST_F(RecoveryBackupTest, OneByteAfterTheMetadataIsNoBox)
+TEST_F(RecoveryBackupTest, OneByteAfterTheMetadataIsNotABox)
 {
     expectNotAuthentic("RECOVERY" + QByteArray(32, '\0') + littleEndian(0) + 'x', password);
     expectNotAuthentic("RECOVERY" + QByteArray(32, '\0') + littleEndian(1) + "xy", password);
 }
 
-TEST_F(RecoveryBackupTest, TheLargestLengthIsRefusedWithoutAnOverflow)
+TEST_F(RecoveryBackupTest, TheLargestLengthIsRejectedWithoutAnOverflow)
 {
     EXPECT_EQ(messageFor("RECOVERY" + QByteArray(32, '\0') + littleEndian(0xFFFFFFFF) + QByteArray(100, 'x')),
               metadataMessage);
 }
 
-TEST_F(RecoveryBackupTest, NothingButTheMagicComesBackAsItIs)
+TEST_F(RecoveryBackupTest, AFileOfOnlyTheMagicIsReturnedUnchanged)
 {
     expectUnchanged("RECOVERY");
     EXPECT_EQ(messageFor("RECOVERYx"), formatMessage);
 }
 
-TEST_F(RecoveryBackupTest, AContainerComesBackUnchangedWithOneLine)
+TEST_F(RecoveryBackupTest, AContainerIsReturnedUnchangedWithALogLine)
 {
     const QByteArray container = "QUILLHAVEN" + QByteArray(33, '\x81');
     ASSERT_EQ(container.size(), 43);
@@ -404,19 +404,19 @@ TEST_F(RecoveryBackupTest, AContainerComesBackUnchangedWithOneLine)
     EXPECT_EQ(log.lines(), QStringList(legacyLine));
 }
 
-TEST_F(RecoveryBackupTest, FortyTwoBytesOfAContainerAreRefused)
+TEST_F(RecoveryBackupTest, FortyTwoBytesOfAContainerAreRejected)
 {
     EXPECT_EQ(messageFor("QUILLHAVEN" + QByteArray(32, '\x81')), legacyMessage);
     EXPECT_EQ(messageFor("QUILLHAVENx"), legacyMessage);
     EXPECT_EQ(log.lines(), QStringList());
 }
 
-TEST_F(RecoveryBackupTest, NothingButTheContainersMagicComesBackAsItIs)
+TEST_F(RecoveryBackupTest, AFileOfOnlyTheContainersMagicIsReturnedUnchanged)
 {
     expectUnchanged("QUILLHAVEN");
 }
 
-TEST_F(RecoveryBackupTest, OtherBytesComeBackAsTheyAre)
+TEST_F(RecoveryBackupTest, OtherBytesAreReturnedUnchanged)
 {
     expectUnchanged({});
     expectUnchanged("x");
@@ -443,7 +443,7 @@ TEST_F(RecoveryBackupTest, MetadataPastTheEndOrOfBadUtf8IsNone)
     EXPECT_EQ(metadataIn(head + littleEndian(4) + "a:b"), std::nullopt);
     EXPECT_EQ(metadataIn(head + littleEndian(0xFFFFFFFF) + "a:b"), std::nullopt);
     EXPECT_EQ(metadataIn(head + littleEndian(2) + "\xc3\x28"), std::nullopt);
-    EXPECT_EQ(metadataIn(head + littleEndian(1) + "\xc3\xa4"), std::nullopt) << "cut within a character";
+    EXPECT_EQ(metadataIn(head + littleEndian(1) + "\xc3\xa4"), std::nullopt) << "truncated within a character";
     EXPECT_EQ(metadataIn(head + littleEndian(0) + "x"), QString());
     EXPECT_EQ(metadataIn(head + littleEndian(6) +
                          "\xef\xbb\xbf"

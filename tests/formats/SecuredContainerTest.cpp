@@ -19,7 +19,7 @@
 namespace quillhaven::testing {
 namespace {
 
-/// A figure of this process's memory in kB, such as "VmHWM", the most it has had.
+/// A value of this process's memory statistics in kB, such as "VmHWM", the peak resident size.
 qint64 memory(const QByteArray &name)
 {
     QFile status(QStringLiteral("/proc/self/status"));
@@ -31,10 +31,10 @@ qint64 memory(const QByteArray &name)
             return line.mid(name.size() + 1).simplified().split(' ').first().toLongLong();
         }
     }
-    throw std::runtime_error("/proc/self/status does not tell it");
+    throw std::runtime_error("/proc/self/status does not contain it");
 }
 
-/// Python's own packages on one side, our writer on the other.
+/// Files written by the program are read with Python's packages.
 class SecuredContainerTest : public ::testing::Test
 {
 protected:
@@ -43,7 +43,7 @@ protected:
         createEncryptedContainer(files, random, home.directories(), source, container, withPassword,
                                  QStringLiteral("not used"));
     }
-    /// Opens the container into a new file `opened`; the reader's exit status.
+    /// Decrypts the container into a new file `opened`, and returns the reader's exit status.
     int open(const QString &withPassword) const
     {
         QFile::remove(opened);
@@ -97,7 +97,7 @@ TEST_F(SecuredContainerTest, TheEmptyPasswordOfATouchIDFileOpensWithTheSaltInThe
     expectRoundTrip("The letter", QStringLiteral(""));
 }
 
-TEST_F(SecuredContainerTest, AHundredMebibytesOpenAndNeedLittleMoreMemoryThanTheirSize)
+TEST_F(SecuredContainerTest, AHundredMebibytesNeedLittleMoreMemoryThanTheirSize)
 {
     constexpr qint64 size = 100 * 1024 * 1024;
     const QByteArray block = randomBytes(1024 * 1024);
@@ -110,15 +110,15 @@ TEST_F(SecuredContainerTest, AHundredMebibytesOpenAndNeedLittleMoreMemoryThanThe
     }
     file.close();
 
-    QFile most(QStringLiteral("/proc/self/clear_refs"));
-    ASSERT_TRUE(most.open(QIODevice::WriteOnly));
-    ASSERT_EQ(most.write("5"), 1); // the peak is counted from here
-    most.close();
+    QFile clearRefs(QStringLiteral("/proc/self/clear_refs"));
+    ASSERT_TRUE(clearRefs.open(QIODevice::WriteOnly));
+    ASSERT_EQ(clearRefs.write("5"), 1); // resets the peak
+    clearRefs.close();
     const qint64 before = memory("VmRSS");
     write(file.fileName(), password);
     const qint64 growth = (memory("VmHWM") - before) * 1024;
-    EXPECT_GE(growth, size / 2);     // else the figure says nothing
-#if !__has_feature(thread_sanitizer) // its shadow of the file's bytes counts too
+    EXPECT_GE(growth, size / 2);     // otherwise the measurement is wrong
+#if !__has_feature(thread_sanitizer) // its shadow memory is included
     EXPECT_LE(growth, size + size / 5);
 #endif
 
@@ -138,7 +138,7 @@ TEST_F(SecuredContainerTest, AnotherPasswordDoesNotOpen)
     EXPECT_EQ(open({}), readerNotOpened);
 }
 
-TEST_F(SecuredContainerTest, TheTwoSpellingsOfAPasswordDoNotOpenEachOther)
+TEST_F(SecuredContainerTest, ADifferentUnicodeFormOfThePasswordDoesNotOpen)
 {
     const QString composed = QStringLiteral("Caf\u00e91234");
     const QString decomposed = composed.normalized(QString::NormalizationForm_D);
@@ -165,7 +165,7 @@ TEST_F(SecuredContainerTest, TheSameContentTwiceDiffersInSaltNonceCiphertextAndT
     EXPECT_NE(first.mid(1054), second.mid(1054));
 }
 
-TEST_F(SecuredContainerTest, OurOwnCipherOpensFromByte42ToTheEnd)
+TEST_F(SecuredContainerTest, TheProgramsCipherOpensFromByte42ToTheEnd)
 {
     write(home.write(QStringLiteral("plain"), "The letter"), password);
     QByteArray bytes = TemporaryHome::read(container);
@@ -174,7 +174,7 @@ TEST_F(SecuredContainerTest, OurOwnCipherOpensFromByte42ToTheEnd)
     EXPECT_EQ(hexOf(sealed_box::openInPlace(key, writable(bytes).subspan(42))), QByteArray("The letter").toHex());
 }
 
-TEST_F(SecuredContainerTest, AGeneratorThatFailsForTheSaltLeavesItZeroWithNoReport)
+TEST_F(SecuredContainerTest, IfTheGeneratorFailsForTheSaltItIsZeroWithoutAnError)
 {
     FailingRandom failing;
     EXPECT_EQ(generateRandomData(failing, 32), QByteArray(32, '\0'));
@@ -187,7 +187,7 @@ TEST_F(SecuredContainerTest, AGeneratorThatFailsForTheSaltLeavesItZeroWithNoRepo
     EXPECT_EQ(TemporaryHome::read(opened), "The letter");
 }
 
-TEST_F(SecuredContainerTest, NothingIsSealedUnderANonceThatTheGeneratorFailedToMake)
+TEST_F(SecuredContainerTest, NothingIsSealedIfTheGeneratorFailsForTheNonce)
 {
     FailingRandom failing;
     const QString plain = home.write(QStringLiteral("plain"), "The letter");
@@ -196,7 +196,7 @@ TEST_F(SecuredContainerTest, NothingIsSealedUnderANonceThatTheGeneratorFailedToM
     EXPECT_FALSE(TemporaryHome::exists(container));
 }
 
-TEST_F(SecuredContainerTest, RandomDataHasTheAskedLength)
+TEST_F(SecuredContainerTest, RandomDataHasTheRequestedLength)
 {
     EXPECT_EQ(generateRandomData(random, 0), QByteArray());
     const QByteArray data = generateRandomData(random, 32);
@@ -211,7 +211,7 @@ TEST_F(SecuredContainerTest, AnExistingLongerContainerIsOverwritten)
     expectRoundTrip("The letter", password);
 }
 
-TEST_F(SecuredContainerTest, ASourceThatCannotBeReadThrowsAndLeavesTheFormerContainer)
+TEST_F(SecuredContainerTest, ASourceThatCannotBeReadThrowsAndKeepsTheFormerContainer)
 {
     home.write(QStringLiteral("Documents/letter.txt.secured"), "former");
     EXPECT_THROW(write(home.path(QStringLiteral("missing")), password), FileError);
@@ -243,7 +243,7 @@ TEST_F(SecuredContainerTest, AFoldersMarkerIsThePathOfItsDataWithoutALineEnd)
               "FOLDER:/home/ann/.local/share/quillhaven/\xc3\xa4_original");
 }
 
-TEST_F(SecuredContainerTest, ThePageOfTheFormatHasOurBytes)
+TEST_F(SecuredContainerTest, TheExampleInTheDocumentationMatches)
 {
     CountingRandom counting;
     const QString plain = home.write(QStringLiteral("plain"), "Dear Ann,\n");

@@ -9,11 +9,11 @@
 
 namespace quillhaven::testing {
 
-/// What `docs/open_quillhaven_file.py`, which shares no code with the program, said about a file.
+/// The result of `docs/open_quillhaven_file.py`, which shares no code with the program, for a file.
 struct ReaderRun
 {
     int exitCode = -1;
-    QByteArray output; ///< standard output: the plaintext when that was where it was to go
+    QByteArray output; ///< standard output, which may be the plaintext
     QByteArray errors;
 };
 
@@ -33,9 +33,9 @@ inline ReaderRun runReader(const QStringList &arguments, const QByteArray &passw
             .errors = python.readAllStandardError()};
 }
 
-/// The status with which the reader ends when the password is wrong or a byte was changed.
+/// The reader's exit status if the password is wrong or a byte was changed.
 inline constexpr int readerNotOpened = 4;
-/// The same for a file that is none of ours, or a piece of one.
+/// The reader's exit status for a file that is not one of Quillhaven's, or is truncated.
 inline constexpr int readerNotOurs = 3;
 
 } // namespace quillhaven::testing

@@ -64,13 +64,13 @@ std::string Interleavings::round()
     for (unsigned left = 2 + pick(5); left > 0; --left) {
         names += " " + start(m_items.at(pick(static_cast<unsigned>(m_items.size()))), runs);
         for (unsigned spins = pick(4); spins > 0; --spins) {
-            spinOnce(); // so that some of the operations are on their way
+            spinOnce(); // so that some of the operations are in progress
         }
     }
     for (const Run &run : runs) {
         try {
             run->wait();
-        } catch (const LocalizedError &) { // NOLINT(bugprone-empty-catch): one that comes too late may say so
+        } catch (const LocalizedError &) { // NOLINT(bugprone-empty-catch): an operation that comes too late may fail
         }
     }
     m_operations += static_cast<int>(runs.size());
@@ -122,7 +122,7 @@ std::string Interleavings::startOnRecord(Item &item, const ProtectedItem &known,
         add(runs, manager.shredProtectedItem(known, quiet));
         return "shred " + name;
     }
-    // A second question would take the place of the first in the one dialog, for good.
+    // A second question would replace the first in the dialog and suspend its operation forever.
     if (choice < 6 && !(asks && std::exchange(m_isAsking, m_isAsking || asks))) {
         add(runs, manager.unlockItem(known));
         return "unlock " + name;
@@ -146,7 +146,7 @@ void Interleavings::checkItem(const Item &item) const
     const ProtectedItem *known = record(item);
     const bool isThere = TemporaryHome::exists(place(item));
     if (!known && !isThere) {
-        ASSERT_TRUE(item.isShredded) << name << " is gone";
+        ASSERT_TRUE(item.isShredded) << name << " was lost";
         return;
     }
     checkData(item, known);
@@ -189,11 +189,11 @@ void Interleavings::checkStrays() const
     ASSERT_EQ(namesIn(QStringLiteral("tmp")), QStringList());
     for (const QString &name : namesIn(QStringLiteral("Desktop"))) {
         const auto isOurs = [&name](const Item &item) { return item.name == name; };
-        ASSERT_TRUE(std::ranges::any_of(m_items, isOurs)) << name.toStdString() << " was left behind";
+        ASSERT_TRUE(std::ranges::any_of(m_items, isOurs)) << name.toStdString() << " was not removed";
     }
     for (const QString &account : m_services.credentials.entries.keys()) {
         const auto isOf = [&account](const QString &id) { return account.contains(id); };
-        ASSERT_TRUE(std::ranges::any_of(ids, isOf)) << account.toStdString() << " is a credential of no item";
+        ASSERT_TRUE(std::ranges::any_of(ids, isOf)) << account.toStdString() << " is a credential without an item";
     }
 }
 

@@ -10,18 +10,18 @@
 
 namespace quillhaven::testing {
 
-/// A few items on which random operations run side by side, and what must be true once they have ended: whichever came
-/// first, the data of each item is whole in one place, and record, placeholder, container and credential fit to it.
+/// A few items on which random operations run concurrently, and checks of the state after they have ended: in any
+/// order, the data of each item is complete in one place, and its record, placeholder, container and credential match.
 class Interleavings
 {
 public:
     Interleavings(TestPlatform &services, unsigned seed);
 
-    /// Starts some operations at once and waits for them. Their names, for a message.
+    /// Starts some operations at the same time and waits for them. Returns their names, for a message.
     std::string round();
     /// Compares the disk, the credentials and the catalogue with each other.
     void check() const;
-    /// The operations of all rounds.
+    /// The number of operations in all rounds.
     [[nodiscard]] int operations() const { return m_operations; }
 
 private:
@@ -31,7 +31,7 @@ private:
         QByteArray bytes;
         bool isFolder = false;
         bool usesTouchID = false;
-        bool isShredded = false; ///< a shred of it has been started since it was made
+        bool isShredded = false; ///< it may have been shredded since it was created
         [[nodiscard]] QString data(const QString &place) const
         {
             return isFolder ? place + QStringLiteral("/inner.txt") : place;
@@ -44,7 +44,7 @@ private:
     [[nodiscard]] unsigned pick(unsigned bound) { return m_random() % bound; }
 
     void make(Item &item);
-    /// Starts one operation that the item's state allows; its name.
+    /// Starts an operation that the item's state allows, and returns its name.
     std::string start(Item &item, std::vector<Run> &runs);
     std::string startOnRecord(Item &item, const ProtectedItem &known, std::vector<Run> &runs);
     void add(std::vector<Run> &runs, QCoro::Task<> task);

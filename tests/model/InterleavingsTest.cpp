@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// Operations that run side by side, on the same and on different items, in rounds: see Interleavings. A failure prints
-// the seed and the last round. TEST_SHARE and TEST_SEED say how many rounds and which: see support/Sample.h.
+// Operations that run concurrently, on the same and on different items, in rounds: see Interleavings. A failure prints
+// the seed and the last round. TEST_SHARE sets the number of rounds and TEST_SEED the seed: see support/Sample.h.
 
 #include "model/Interleavings.h"
 #include "support/Sample.h"
@@ -9,7 +9,7 @@
 using namespace quillhaven;
 using namespace quillhaven::testing;
 
-TEST(Interleavings, LoseNothingWhicheverOperationComesFirst)
+TEST(Interleavings, LoseNoDataInAnyOrder)
 {
     const int rounds = static_cast<int>(Sample::share()) * 200;
     LogCapture log;

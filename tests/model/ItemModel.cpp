@@ -12,7 +12,7 @@ namespace quillhaven::testing {
 namespace {
 
 const auto quiet = [](const QString &, double) {};
-constexpr unsigned mostItems = 16;
+constexpr unsigned maxItems = 16;
 
 } // namespace
 
@@ -81,24 +81,24 @@ bool ItemModel::isTaken(const QString &path) const
                                [&path](const Item &other) { return other.state != State::Gone && other.path == path; });
 }
 
-std::string ItemModel::createAnew(Item &item)
+std::string ItemModel::recreate(Item &item)
 {
     if (isTaken(item.path)) {
-        return "nothing"; // A duplicate has its place.
+        return "nothing"; // A duplicate uses its path.
     }
     item.state = State::Plain;
     item.id.clear();
-    item.bytes = "anew " + QByteArray::number(++m_edits);
+    item.bytes = "again " + QByteArray::number(++m_edits);
     const QString relative = QDir(m_services.home.path()).relativeFilePath(item.path);
     m_services.home.write(item.dataIn(relative), *item.bytes);
-    return "create anew";
+    return "create again";
 }
 
 std::string ItemModel::tryStep()
 {
     Item &item = m_items.at(pick(static_cast<unsigned>(m_items.size())));
     if (item.state == State::Gone) {
-        return createAnew(item);
+        return recreate(item);
     }
     switch (pick(20)) {
     case 0:
@@ -178,7 +178,7 @@ std::string ItemModel::unlock(Item &item)
         return "unlock what is gone";
     }
     EXPECT_FALSE(error.has_value()) << error.value_or(QString()).toStdString();
-    // The user confirms what stands at the place; without a placeholder there is nothing to confirm.
+    // The user confirms the file at the place; without a placeholder there is nothing to confirm.
     if (item.hasPlaceholder) {
         item.state = State::Unlocked;
     }
@@ -233,7 +233,7 @@ std::string ItemModel::remove(Item &item)
 
 std::string ItemModel::duplicate(Item &item)
 {
-    if (item.state != State::Locked || item.isFolder || m_items.size() >= mostItems) {
+    if (item.state != State::Locked || item.isFolder || m_items.size() >= maxItems) {
         return "nothing";
     }
     const std::optional<QString> error =
@@ -276,7 +276,7 @@ std::string ItemModel::editOutside(Item &item)
     } else if (item.state != State::Locked || !item.hasPlaceholder) {
         return "nothing";
     }
-    // At a locked item's place stands a placeholder, whatever is written into it.
+    // At the place of a locked item there is a placeholder file, whatever its contents.
     const bool isFolderData = item.isFolder && item.state != State::Locked;
     QFile file(isFolderData ? item.dataIn(item.path) : item.path);
     EXPECT_TRUE(file.open(QIODevice::WriteOnly | QIODevice::Truncate));
@@ -319,7 +319,7 @@ std::string ItemModel::bulkUnlock()
     for (Item &item : m_items) {
         if (item.state == State::Locked && item.bytes && pick(2) == 0) {
             records.append(*record(item));
-            item.state = State::Unlocked; // Its panel names paths, whatever stands there.
+            item.state = State::Unlocked; // Its panel lists paths, even without files there.
         }
     }
     expectSuccess([&] { runTask(m_engine->manager.bulkUnlockItems(records, quiet)); });
@@ -330,7 +330,7 @@ std::string ItemModel::restart()
 {
     start();
     for (Item &item : m_items) {
-        // The start forgets what stands neither at its place nor in private storage.
+        // The start drops items whose data is neither at their place nor in private storage.
         const bool isNowhere = !item.bytes && !(item.state == State::Locked && item.hasPlaceholder);
         if (isNowhere && (item.state == State::Locked || item.state == State::Unlocked)) {
             item.state = State::Gone;
@@ -347,10 +347,10 @@ void ItemModel::check() const
         const bool isManaged = item.state == State::Locked || item.state == State::Unlocked;
         if (isManaged) {
             ++records;
-            ASSERT_NE(known, nullptr) << "the record is gone: " << item.path.toStdString();
+            ASSERT_NE(known, nullptr) << "the record was lost: " << item.path.toStdString();
             ASSERT_EQ(known->isMounted, item.state == State::Unlocked) << item.path.toStdString();
         } else if (!item.id.isEmpty()) {
-            ASSERT_EQ(known, nullptr) << "the record is still there: " << item.path.toStdString();
+            ASSERT_EQ(known, nullptr) << "the record was not removed: " << item.path.toStdString();
         }
         if (item.state == State::Gone) {
             ASSERT_TRUE(isTaken(item.path) || !TemporaryHome::exists(item.path) || !item.bytes)

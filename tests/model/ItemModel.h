@@ -10,16 +10,16 @@
 
 namespace quillhaven::testing {
 
-/// What should be true of a few files and folders while a user, other programs and restarts work on them, beside the
-/// real engine. Every step picks one item and one action, does it to both, and compares all items.
+/// A simple model of a few files and folders while a user, other programs and restarts work on them. Every step
+/// performs one random action on the model and with the real engine, and compares all items.
 class ItemModel
 {
 public:
     ItemModel(TestPlatform &services, unsigned seed);
 
-    /// One random action; its name for a message.
+    /// Performs one random action, and returns its name for a message.
     std::string step();
-    /// Compares every item with what stands on disk and in the catalogue.
+    /// Compares every item with the disk and the catalogue.
     void check() const;
 
 private:
@@ -30,9 +30,9 @@ private:
         QString path;
         bool isFolder = false;
         State state = State::Plain;
-        QString id;                      ///< of the record, when there is one
-        std::optional<QByteArray> bytes; ///< the data; nothing when its owner deleted it
-        bool hasPlaceholder = false;     ///< while locked: whether anything stands at the place
+        QString id;                      ///< of the record, if there is one
+        std::optional<QByteArray> bytes; ///< the data; nothing if its owner deleted it
+        bool hasPlaceholder = false;     ///< while locked: whether there is a file at the place
         [[nodiscard]] QString dataIn(const QString &place) const
         {
             return isFolder ? place + QStringLiteral("/inner.txt") : place;
@@ -40,14 +40,14 @@ private:
     };
 
     void start();
-    /// One random choice; "nothing" when the item is in no state for it.
+    /// Tries a random action; returns "nothing" if the item's state does not allow it.
     std::string tryStep();
-    std::string createAnew(Item &item);
-    /// Whether an item that is not gone has this place.
+    std::string recreate(Item &item);
+    /// Whether an existing item uses this path.
     [[nodiscard]] bool isTaken(const QString &path) const;
     [[nodiscard]] unsigned pick(unsigned bound) { return m_random() % bound; }
     [[nodiscard]] const ProtectedItem *record(const Item &item) const;
-    /// The error's case that the call throws, or nothing.
+    /// Returns the case of the error that the call throws, or nothing.
     template <typename Call>
     std::optional<QString> errorOf(Call call);
     template <typename Call>

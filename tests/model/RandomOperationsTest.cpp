@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// Random sequences of what users, other programs and restarts do to a few items, against a plain model of what should
-// then stand where. A failure prints its seed and the steps that led to it.
+// Random sequences of actions of users, other programs and restarts on a few items, compared with a simple model of the
+// expected files. A failure prints its seed and the steps that led to it.
 
 #include "model/ItemModel.h"
 #include "support/printLogger.h"
@@ -13,7 +13,7 @@ class RandomOperations : public ::testing::TestWithParam<unsigned>
 {
 };
 
-TEST_P(RandomOperations, LeaveEveryItemWhereTheModelHasIt)
+TEST_P(RandomOperations, LeaveEveryItemInTheStateOfTheModel)
 {
     constexpr int steps = 600;
     const LogCapture log;
