@@ -49,7 +49,7 @@ TEST(FileError, EachErrorNumberHasItsKind)
     }
 }
 
-TEST(FileError, AMoveNamesTheItemAndTheFolder)
+TEST(FileError, AMoveErrorNamesTheItemAndTheFolder)
 {
     const QString target = QStringLiteral("/data/quillhaven/1_original");
     EXPECT_EQ(sentence(EACCES, Action::Move, target), "You don't have permission to move \"a.txt\" to \"quillhaven\".");
@@ -78,14 +78,14 @@ TEST(FileError, EachActionReadsAsASentence)
               "Could not read \"a.txt\" because a name in its path is not valid or too long.");
 }
 
-TEST(FileError, ANameThatLooksLikeAPlaceholderStaysAsItIs)
+TEST(FileError, ANameThatLooksLikeAPlaceholderIsNotReplaced)
 {
     const QString path = QStringLiteral("/tmp/100%1 \"q\" %2");
     EXPECT_EQ(FileError::fromErrno(EIO, Action::Read, path).errorDescription().toStdString(),
               "Could not read \"100%1 \"q\" %2\": Input/output error.");
 }
 
-TEST(FileError, ALinkIsDeclinedInFavourOfWhatItLeadsTo)
+TEST(FileError, TheErrorForALinkPointsToItsTarget)
 {
     const QString path = QStringLiteral("/home/me/link");
     EXPECT_EQ(FileError::of(Kind::OnlyALink, Action::Overwrite, path).errorDescription().toStdString(),

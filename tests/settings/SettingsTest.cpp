@@ -37,7 +37,7 @@ public:
     [[nodiscard]] bool changeArray(const QString &, const ArrayChange &) override { return false; }
 };
 
-TEST_F(SettingsTest, TheStoredNamesStay)
+TEST_F(SettingsTest, TheStoredNamesDoNotChange)
 {
     const std::vector<std::pair<QLatin1String, const char *>> names{
         {settings::autoLockMinutes.key, "autoLockMinutes"},
@@ -64,7 +64,7 @@ TEST_F(SettingsTest, TheStoredNamesStay)
     }
 }
 
-TEST_F(SettingsTest, AnAbsentKeyReadsAsItsDefault)
+TEST_F(SettingsTest, AMissingKeyIsReadAsItsDefault)
 {
     EXPECT_EQ(settings::autoLockMinutes.read(m_defaults), 5);
     EXPECT_FALSE(settings::isAutoLockEnabled.read(m_defaults));
@@ -91,7 +91,7 @@ TEST_F(SettingsTest, LockOnSleepHasADefaultForEachOfItsReaders)
     EXPECT_FALSE(settings::lockOnSleepInViewModel.read(m_defaults));
 }
 
-TEST_F(SettingsTest, AValueOfAnotherTypeReadsAsTheDefault)
+TEST_F(SettingsTest, AValueOfAnotherTypeIsReadAsTheDefault)
 {
     m_defaults.setString(settings::autoLockMinutes.key, QStringLiteral("30"));
     m_defaults.setInteger(settings::enableTouchID.key, 0);
@@ -122,7 +122,7 @@ TEST_F(SettingsTest, AWrittenValueIsReadByTheNextStart)
     EXPECT_EQ(settings::pendingAction.read(next.standard()), action);
 }
 
-TEST_F(SettingsTest, AChangeIsReportedForItsOwnKeyWhileTheReceiverLives)
+TEST_F(SettingsTest, AChangeIsReportedForItsKeyWhileTheReceiverExists)
 {
     QList<bool> seen;
     auto receiver = std::make_unique<QObject>();

@@ -21,7 +21,7 @@ namespace quillhaven::testing {
 
 namespace {
 
-TEST(OpenSslRandomSource, FillsTheWholeBufferAnewEachTime)
+TEST(OpenSslRandomSource, FillsTheWholeBufferWithNewBytesEachTime)
 {
     OpenSslRandomSource random;
     std::array<std::byte, 64> first{};
@@ -33,7 +33,7 @@ TEST(OpenSslRandomSource, FillsTheWholeBufferAnewEachTime)
     EXPECT_TRUE(random.fill({}));
 }
 
-TEST(OpenSslRandomSource, AnIdentifierIsAnUpperCaseRandomUuid)
+TEST(OpenSslRandomSource, AnIdentifierIsARandomUuidInUpperCase)
 {
     OpenSslRandomSource random;
     const QString id = random.uuidString();
@@ -43,7 +43,7 @@ TEST(OpenSslRandomSource, AnIdentifierIsAnUpperCaseRandomUuid)
     EXPECT_NE(id, random.uuidString());
 }
 
-/// An environment of its own, put back afterwards.
+/// Sets environment variables, which are restored afterwards.
 class XdgDirectoriesTest : public ::testing::Test
 {
 protected:
@@ -76,7 +76,7 @@ private:
     std::map<QByteArray, QByteArray> m_before;
 };
 
-TEST_F(XdgDirectoriesTest, FollowsTheEnvironmentAndMakesDocumentsAndTheTemporaryDirectory)
+TEST_F(XdgDirectoriesTest, FollowsTheEnvironmentAndCreatesDocumentsAndTheTemporaryDirectory)
 {
     home.write(QStringLiteral("config/user-dirs.dirs"), "XDG_DOCUMENTS_DIR=\"$HOME/Meine Dokumente\"\n");
     const UserDirectories found = xdgDirectories();
@@ -92,7 +92,7 @@ TEST_F(XdgDirectoriesTest, FollowsTheEnvironmentAndMakesDocumentsAndTheTemporary
     EXPECT_EQ(xdgDirectories(), found);
 }
 
-TEST_F(XdgDirectoriesTest, ATemporaryDirectoryThatOthersMayEnterIsClosed)
+TEST_F(XdgDirectoriesTest, ATemporaryDirectoryThatOthersCanEnterIsMadePrivate)
 {
     ASSERT_EQ(mkdir(temporary().constData(), 0755), 0);
     (void)xdgDirectories();
@@ -101,7 +101,7 @@ TEST_F(XdgDirectoriesTest, ATemporaryDirectoryThatOthersMayEnterIsClosed)
     EXPECT_EQ(status.st_mode & 07777, 0700);
 }
 
-TEST_F(XdgDirectoriesTest, ALinkOrAFileInPlaceOfTheTemporaryDirectoryIsRefused)
+TEST_F(XdgDirectoriesTest, ALinkOrAFileInsteadOfTheTemporaryDirectoryIsRejected)
 {
     ASSERT_EQ(symlink(QFile::encodeName(home.path()).constData(), temporary().constData()), 0);
     EXPECT_THROW((void)xdgDirectories(), FileError);

@@ -36,13 +36,13 @@ protected:
     QRasterWindow other;
 };
 
-TEST_F(ApplicationPresenceOfQt, WithoutAShownWindowNoneIsVisible)
+TEST_F(ApplicationPresenceOfQt, WithoutAShownWindowNoWindowIsVisible)
 {
     main.create();
     EXPECT_FALSE(presence.hasVisibleWindows());
 }
 
-TEST_F(ApplicationPresenceOfQt, HideTakesTheMainWindowFromTheScreenAndLeavesOthers)
+TEST_F(ApplicationPresenceOfQt, HideHidesOnlyTheMainWindow)
 {
     show(main);
     show(other);
@@ -86,7 +86,7 @@ TEST_F(ApplicationPresenceOfQt, WithoutAMainWindowNothingHappens)
     EXPECT_TRUE(other.isVisible());
 }
 
-TEST_F(ApplicationPresenceOfQt, TheWindowOfTheTitleComesToTheFrontWithTheKeyboard)
+TEST_F(ApplicationPresenceOfQt, TheWindowWithTheTitleIsBroughtForwardAndActivated)
 {
     show(main);
     show(other);
@@ -110,7 +110,7 @@ TEST_F(ApplicationPresenceOfQt, AnUnknownTitleShowsNothing)
     EXPECT_FALSE(main.isVisible());
 }
 
-TEST_F(ApplicationPresenceOfQt, AMinimisedWindowIsNotVisibleAndComesBack)
+TEST_F(ApplicationPresenceOfQt, AMinimisedWindowIsNotVisibleAndCanBeRestored)
 {
     show(main);
     main.showMinimized();
@@ -120,14 +120,14 @@ TEST_F(ApplicationPresenceOfQt, AMinimisedWindowIsNotVisibleAndComesBack)
     EXPECT_TRUE(presence.hasVisibleWindows());
 }
 
-TEST_F(ApplicationPresenceOfQt, ActivateGivesAVisibleWindowTheKeyboard)
+TEST_F(ApplicationPresenceOfQt, ActivateGivesTheKeyboardFocusToAVisibleWindow)
 {
     show(main);
     presence.activate();
     EXPECT_TRUE(spinUntil([&] { return QGuiApplication::focusWindow() == &main; }));
 }
 
-TEST_F(ApplicationPresenceOfQt, ActivateLeavesHiddenWindowsHidden)
+TEST_F(ApplicationPresenceOfQt, ActivateDoesNotShowHiddenWindows)
 {
     show(main);
     presence.hide();
@@ -135,7 +135,7 @@ TEST_F(ApplicationPresenceOfQt, ActivateLeavesHiddenWindowsHidden)
     EXPECT_FALSE(presence.hasVisibleWindows());
 }
 
-TEST_F(ApplicationPresenceOfQt, APanelThatWasHiddenComesBackWithItsWindow)
+TEST_F(ApplicationPresenceOfQt, AHiddenPanelIsShownAgainWithItsWindow)
 {
     const QString file = home.write(QStringLiteral("work/letter.txt"));
     show(main);
@@ -153,7 +153,7 @@ TEST_F(ApplicationPresenceOfQt, APanelThatWasHiddenComesBackWithItsWindow)
     EXPECT_EQ(chosen(opened), file);
 }
 
-TEST_F(ApplicationPresenceOfQt, ThePolicyIsKept)
+TEST_F(ApplicationPresenceOfQt, ThePolicyIsStored)
 {
     EXPECT_EQ(presence.activationPolicy(), ApplicationPresence::ActivationPolicy::Regular);
     presence.setActivationPolicy(ApplicationPresence::ActivationPolicy::Accessory);

@@ -4,7 +4,7 @@
 
 #include <QApplication>
 
-/// Panels and windows need an application with a display; tests close windows, and the application goes on.
+/// Panels and windows need an application with a display. The application continues when a test closes its windows.
 int main(int argc, char **argv)
 {
     QApplication::setQuitOnLastWindowClosed(false);

@@ -41,7 +41,7 @@ protected:
     QString folder;
 };
 
-TEST_F(OpenPanel, ATypedFileNameIsChosenByReturn)
+TEST_F(OpenPanel, ATypedFileNameIsChosenWithReturn)
 {
     const auto opened = open(request(true, false));
     type(QStringLiteral("letter.txt"));
@@ -49,7 +49,7 @@ TEST_F(OpenPanel, ATypedFileNameIsChosenByReturn)
     EXPECT_EQ(chosen(opened), file);
 }
 
-TEST_F(OpenPanel, AClickedFileIsChosenByTheButton)
+TEST_F(OpenPanel, AClickedFileIsChosenWithTheButton)
 {
     const auto opened = open(request(true, true));
     EXPECT_FALSE(confirmButton()->isEnabled());
@@ -67,7 +67,7 @@ TEST_F(OpenPanel, ADoubleClickedFileIsChosen)
     EXPECT_EQ(chosen(opened), file);
 }
 
-TEST_F(OpenPanel, ATypedFolderIsChosenWhereFoldersMayBe)
+TEST_F(OpenPanel, ATypedFolderIsChosenIfFoldersAreAllowed)
 {
     for (const QString &typed : {folder, folder + QLatin1Char('/'), QStringLiteral("papers")}) {
         const auto opened = open(request(true, true));
@@ -77,7 +77,7 @@ TEST_F(OpenPanel, ATypedFolderIsChosenWhereFoldersMayBe)
     }
 }
 
-TEST_F(OpenPanel, AClickedFolderIsChosenByTheButtonWhereFoldersMayBe)
+TEST_F(OpenPanel, AClickedFolderIsChosenWithTheButtonIfFoldersAreAllowed)
 {
     const auto opened = open(request(true, true));
     click(QStringLiteral("papers"));
@@ -86,7 +86,7 @@ TEST_F(OpenPanel, AClickedFolderIsChosenByTheButtonWhereFoldersMayBe)
     EXPECT_EQ(chosen(opened), folder);
 }
 
-TEST_F(OpenPanel, AClickedFolderIsChosenByReturnWhereFoldersMayBe)
+TEST_F(OpenPanel, AClickedFolderIsChosenWithReturnIfFoldersAreAllowed)
 {
     const auto opened = open(request(true, true));
     click(QStringLiteral("papers"));
@@ -94,7 +94,7 @@ TEST_F(OpenPanel, AClickedFolderIsChosenByReturnWhereFoldersMayBe)
     EXPECT_EQ(chosen(opened), folder);
 }
 
-TEST_F(OpenPanel, ADoubleClickGoesIntoAFolderAndItsFileCanBeChosen)
+TEST_F(OpenPanel, ADoubleClickOpensAFolderAndItsFileCanBeChosen)
 {
     for (const bool files : {true, false}) {
         const auto opened = open(request(files, true));
@@ -113,7 +113,7 @@ TEST_F(OpenPanel, ADoubleClickGoesIntoAFolderAndItsFileCanBeChosen)
     }
 }
 
-TEST_F(OpenPanel, AltDownGoesIntoTheSelectedFolder)
+TEST_F(OpenPanel, AltDownOpensTheSelectedFolder)
 {
     const auto opened = open(request(true, true));
     click(QStringLiteral("papers"));
@@ -122,7 +122,7 @@ TEST_F(OpenPanel, AltDownGoesIntoTheSelectedFolder)
     EXPECT_EQ(panel->directory().absolutePath(), folder);
 }
 
-TEST_F(OpenPanel, AFolderPanelGivesAFolderAndNoFile)
+TEST_F(OpenPanel, AFolderPanelReturnsAFolderAndNotAFile)
 {
     const auto opened = open(request(false, true));
     click(QStringLiteral("letter.txt"));
@@ -134,7 +134,7 @@ TEST_F(OpenPanel, AFolderPanelGivesAFolderAndNoFile)
     EXPECT_EQ(chosen(opened), folder);
 }
 
-TEST_F(OpenPanel, AFolderPanelRefusesATypedFile)
+TEST_F(OpenPanel, AFolderPanelRejectsATypedFile)
 {
     const auto opened = open(request(false, true));
     type(QStringLiteral("letter.txt"));
@@ -144,7 +144,7 @@ TEST_F(OpenPanel, AFolderPanelRefusesATypedFile)
     EXPECT_TRUE(panel->isVisible());
 }
 
-TEST_F(OpenPanel, AFilePanelGoesIntoAFolderInsteadOfChoosingIt)
+TEST_F(OpenPanel, AFilePanelOpensAFolderInsteadOfChoosingIt)
 {
     const auto opened = open(request(true, false));
     type(QStringLiteral("papers"));
@@ -156,7 +156,7 @@ TEST_F(OpenPanel, AFilePanelGoesIntoAFolderInsteadOfChoosingIt)
     EXPECT_EQ(chosen(opened), inner);
 }
 
-TEST_F(OpenPanel, ANameOfNothingKeepsThePanelOpenAndSaysSo)
+TEST_F(OpenPanel, AMissingNameIsReportedAndThePanelStaysOpen)
 {
     const auto opened = open(request(true, true));
     type(QStringLiteral("absent"));
@@ -201,7 +201,7 @@ TEST_F(OpenPanel, ThePreselectedItemIsTheSelectedRow)
     EXPECT_EQ(chosen(opened), file);
 }
 
-TEST_F(OpenPanel, AnotherItemThanThePreselectedOneCanBeChosen)
+TEST_F(OpenPanel, AnItemOtherThanThePreselectedOneCanBeChosen)
 {
     const QString other = home.write(QStringLiteral("work/other.txt"));
     const auto clicked = open(request(true, false, QStringLiteral("letter.txt")));
@@ -223,7 +223,7 @@ TEST_F(OpenPanel, APreselectedHiddenItemIsListed)
     EXPECT_EQ(chosen(opened), hidden);
 }
 
-TEST_F(OpenPanel, HiddenItemsAreOtherwiseLeftOutButCanBeTyped)
+TEST_F(OpenPanel, HiddenItemsAreOtherwiseNotListedButCanBeTyped)
 {
     const QString hidden = home.write(QStringLiteral("work/.hidden"));
     const auto opened = open(request(true, true));
@@ -236,7 +236,7 @@ TEST_F(OpenPanel, HiddenItemsAreOtherwiseLeftOutButCanBeTyped)
     EXPECT_EQ(chosen(opened), hidden);
 }
 
-TEST_F(OpenPanel, APreselectedItemThatIsGoneIsNotConfirmed)
+TEST_F(OpenPanel, AMissingPreselectedItemIsNotConfirmed)
 {
     const auto opened = open(request(true, false, QStringLiteral("gone.txt")));
     key(Qt::Key_Return);
@@ -312,7 +312,7 @@ TEST_F(OpenPanel, TheMessageAndThePromptAreReadable)
     EXPECT_GE(names.count(QStringLiteral("Please grant access to the selected item")), 1);
 }
 
-TEST_F(OpenPanel, WithoutAMessageTheTitleTellsWhatToChoose)
+TEST_F(OpenPanel, WithoutAMessageTheTitleSaysWhatToChoose)
 {
     OpenPanelRequest bare;
     bare.canChooseDirectories = true;
@@ -322,7 +322,7 @@ TEST_F(OpenPanel, WithoutAMessageTheTitleTellsWhatToChoose)
     EXPECT_EQ(confirmButton()->text().remove(QLatin1Char('&')), QStringLiteral("Open"));
 }
 
-TEST_F(OpenPanel, APanelStillOpenAtTheEndOfTheProgramDoesNoHarm)
+TEST_F(OpenPanel, AProgramCanEndWhileAPanelIsOpen)
 {
     QProcess program;
     program.start(QStringLiteral(PANEL_ENDER), {home.path()});
@@ -339,7 +339,7 @@ struct Name
     QString name;
 };
 
-/// Names that a file dialog may take for something else than a name.
+/// Names that a file dialog could mistake for something else.
 class OpenPanelName : public OpenPanel, public ::testing::WithParamInterface<Name>
 {
 };
@@ -384,7 +384,7 @@ TEST_P(OpenPanelName, AClickedItemIsChosenExactly)
 {
     const QString asked = home.write(QStringLiteral("work/") + GetParam().name);
     OpenPanelRequest any = request(true, true);
-    // What is hidden is listed with a hidden preselected item only.
+    // Hidden files are only listed if the preselected item is hidden.
     any.preselected = QStringLiteral(".other");
     const auto opened = open(any);
     click(GetParam().name);
@@ -392,7 +392,7 @@ TEST_P(OpenPanelName, AClickedItemIsChosenExactly)
     EXPECT_EQ(chosen(opened), asked);
 }
 
-TEST_P(OpenPanelName, ATypedNameIsTakenAsItStands)
+TEST_P(OpenPanelName, ATypedNameIsUsedUnchanged)
 {
     const QString &typed = GetParam().name;
     const bool canBeTyped =

@@ -21,7 +21,7 @@
 
 namespace quillhaven::testing {
 
-/// A real panel over real folders, driven by keys and clicks as they come from the window system.
+/// A real panel with real folders, driven by key presses and clicks like those of the window system.
 class PanelFixture : public ::testing::Test
 {
 protected:
@@ -37,7 +37,7 @@ protected:
                 .preselected = preselected};
     }
 
-    /// Opens the panel and waits until it has the keyboard.
+    /// Opens the panel and waits until it has the keyboard focus.
     [[nodiscard]] Opened open(const OpenPanelRequest &asked)
     {
         Opened opened(panels.open(asked));
@@ -59,7 +59,7 @@ protected:
         QTest::keyClick(panel->windowHandle(), key, modifiers);
     }
 
-    /// Replaces the name that stands in the field by another, key by key.
+    /// Replaces the name in the field, key by key.
     void type(const QString &text) const
     {
         QTest::keyClick(panel->windowHandle(), Qt::Key_A, Qt::ControlModifier);
@@ -89,7 +89,7 @@ protected:
         return nullptr;
     }
 
-    /// The row of a name in the folder on view, once it is listed.
+    /// The row of a name in the current folder, when it is listed.
     [[nodiscard]] QModelIndex row(const QString &named) const
     {
         QModelIndex found;
@@ -119,7 +119,7 @@ protected:
     }
     void clickConfirm() const { QTest::mouseClick(confirmButton(), Qt::LeftButton); }
 
-    /// What the panel gave; nothing when it is still open.
+    /// The result of the panel; nothing if it is still open.
     [[nodiscard]] static QString chosen(const Opened &opened)
     {
         if (!spinUntil([&] { return opened.isFinished(); }, 10'000)) {

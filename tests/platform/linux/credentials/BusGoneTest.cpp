@@ -16,7 +16,7 @@
 using namespace quillhaven;
 using namespace quillhaven::testing;
 
-TEST(BusGone, TheProgramOutlivesItsSessionBusAndKeepsItsChosenStore)
+TEST(BusGone, TheProgramSurvivesItsSessionBusAndKeepsItsStore)
 {
     QProcess bus;
     bus.start(QStringLiteral("dbus-daemon"),

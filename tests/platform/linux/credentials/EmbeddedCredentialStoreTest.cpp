@@ -48,7 +48,7 @@ mode_t modeOf(const QString &path)
 class EmbeddedStore : public ::testing::Test
 {
 protected:
-    /// Another run of the program on the same folder.
+    /// Opens the store in the same folder again, as another run of the program does.
     void restart() { m_store.emplace(m_home.directories().configuration, m_random); }
     void SetUp() override { restart(); }
 
@@ -58,7 +58,7 @@ protected:
     }
     CredentialStore::Match match(const QString &account) { return m_store->copyMatching(m_service, account); }
 
-    /// Every byte of the folder's files, the write-ahead log included.
+    /// All bytes of the files in the folder, including the write-ahead log.
     QByteArray everythingOnDisk()
     {
         QByteArray bytes;
@@ -92,8 +92,8 @@ protected:
         ASSERT_EQ(file.write(bytes), bytes.size());
     }
 
-    /// No value is read or overwritten, and each is readable again once the right key is back.
-    void expectRefusedUntilTheKeyIsBack(const QByteArray &rightKey)
+    /// Expects that no value is read or overwritten, and that each is readable again after the right key was restored.
+    void expectErrorsUntilTheKeyIsRestored(const QByteArray &rightKey)
     {
         const bool hasKey = QFile::exists(m_keyPath);
         const QByteArray key = hasKey ? TemporaryHome::read(m_keyPath) : QByteArray();
@@ -138,7 +138,7 @@ INSTANTIATE_TYPED_TEST_SUITE_P(Map, CredentialStoreContract, FreshMap);
 INSTANTIATE_TYPED_TEST_SUITE_P(Embedded, CredentialStoreContract, FreshEmbeddedStore);
 } // namespace quillhaven::testing
 
-TEST_F(EmbeddedStore, AFailedReadIsNotAnAbsentEntryAndMakesNoNewKey)
+TEST_F(EmbeddedStore, AFailedReadIsNotAMissingEntryAndCreatesNoNewKey)
 {
     const QByteArray key = addTwo();
     onOpenDatabase("ALTER TABLE defaults RENAME TO elsewhere");
@@ -159,13 +159,13 @@ TEST_F(EmbeddedStore, EntriesSurviveARestart)
     EXPECT_EQ(match(m_second).value, QByteArray("two"));
 }
 
-TEST_F(EmbeddedStore, ALookupInAFreshFolderMakesNoKey)
+TEST_F(EmbeddedStore, ALookupInANewFolderCreatesNoKey)
 {
     EXPECT_EQ(match(m_first).status, credentialItemNotFound);
     EXPECT_FALSE(QFile::exists(m_keyPath));
 }
 
-TEST_F(EmbeddedStore, EntriesOfAnotherServiceAreNotOurs)
+TEST_F(EmbeddedStore, EntriesOfAnotherServiceAreIgnored)
 {
     EXPECT_EQ(m_store->add(QStringLiteral("com.tarnwick.other"), m_first, "theirs"), credentialSuccess);
     EXPECT_EQ(match(m_first).status, credentialItemNotFound);
@@ -173,7 +173,7 @@ TEST_F(EmbeddedStore, EntriesOfAnotherServiceAreNotOurs)
     EXPECT_EQ(m_store->copyMatching(QStringLiteral("com.tarnwick.other"), m_first).value, QByteArray("theirs"));
 }
 
-TEST_F(EmbeddedStore, AllItsFilesAreTheOwnersAlone)
+TEST_F(EmbeddedStore, OnlyTheOwnerCanAccessItsFiles)
 {
     const mode_t before = umask(0);
     addTwo();
@@ -204,38 +204,38 @@ TEST_F(EmbeddedStore, TheSameValueIsSealedDifferentlyEachTime)
     onDatabase("CREATE TABLE two (ok CHECK (ok = 2)); INSERT INTO two SELECT count(*) FROM seen");
 }
 
-TEST_F(EmbeddedStore, WithTheKeyLostItRefusesAndOverwritesNothing)
+TEST_F(EmbeddedStore, IfTheKeyIsLostItFailsAndOverwritesNothing)
 {
     const QByteArray key = addTwo();
     m_store.reset();
     ASSERT_TRUE(QFile::remove(m_keyPath));
-    expectRefusedUntilTheKeyIsBack(key);
+    expectErrorsUntilTheKeyIsRestored(key);
 }
 
-TEST_F(EmbeddedStore, WithTheKeyCutShortItRefusesAndOverwritesNothing)
+TEST_F(EmbeddedStore, IfTheKeyIsTooShortItFailsAndOverwritesNothing)
 {
     const QByteArray key = addTwo();
     writeKey(key.left(31));
-    expectRefusedUntilTheKeyIsBack(key);
+    expectErrorsUntilTheKeyIsRestored(key);
 }
 
-TEST_F(EmbeddedStore, WithTheKeyTooLongItRefusesAndOverwritesNothing)
+TEST_F(EmbeddedStore, IfTheKeyIsTooLongItFailsAndOverwritesNothing)
 {
     const QByteArray key = addTwo();
     writeKey(key + 'x');
-    expectRefusedUntilTheKeyIsBack(key);
+    expectErrorsUntilTheKeyIsRestored(key);
 }
 
-TEST_F(EmbeddedStore, WithOneBitOfTheKeyFlippedItRefusesAndOverwritesNothing)
+TEST_F(EmbeddedStore, IfOneBitOfTheKeyIsFlippedItFailsAndOverwritesNothing)
 {
     const QByteArray key = addTwo();
     QByteArray damaged = key;
     damaged[7] = static_cast<char>(damaged[7] ^ 0x10);
     writeKey(damaged);
-    expectRefusedUntilTheKeyIsBack(key);
+    expectErrorsUntilTheKeyIsRestored(key);
 }
 
-TEST_F(EmbeddedStore, EntriesOfALostKeyCanBeRemovedAndTheStoreStartsAfresh)
+TEST_F(EmbeddedStore, EntriesWithALostKeyCanBeRemovedAndTheStoreUsesANewKey)
 {
     addTwo();
     m_store.reset();
@@ -258,14 +258,14 @@ TEST_F(EmbeddedStore, AChangedByteOfAValueIsNotOpened)
     EXPECT_EQ(match(m_second).value, QByteArray("two"));
 }
 
-TEST_F(EmbeddedStore, AValueCutShortIsNotOpened)
+TEST_F(EmbeddedStore, ATruncatedValueIsNotOpened)
 {
     addTwo();
     onDatabase("UPDATE defaults SET value = substr(value, 1, 20) WHERE key LIKE '%first'");
     EXPECT_EQ(match(m_first).status, credentialDecodeFailed);
 }
 
-TEST_F(EmbeddedStore, ADamagedValueCanBeReplacedWhenTheKeyIsGood)
+TEST_F(EmbeddedStore, ADamagedValueCanBeReplacedIfTheKeyIsValid)
 {
     addTwo();
     onDatabase("UPDATE defaults SET value = x'00' WHERE key LIKE '%first'");
@@ -282,7 +282,7 @@ TEST_F(EmbeddedStore, AValueMovedToAnotherAccountIsNotOpened)
     EXPECT_EQ(match(m_second).value, QByteArray("two"));
 }
 
-TEST_F(EmbeddedStore, AFileThatIsNoDatabaseIsReportedAndLeftAsItIs)
+TEST_F(EmbeddedStore, AFileThatIsNotADatabaseIsReportedAndNotChanged)
 {
     m_store.reset();
     const QByteArray rubbish(5000, 'r');
@@ -295,7 +295,7 @@ TEST_F(EmbeddedStore, AFileThatIsNoDatabaseIsReportedAndLeftAsItIs)
     EXPECT_EQ(TemporaryHome::read(m_databasePath), rubbish);
 }
 
-TEST_F(EmbeddedStore, AFolderThatIsMissingIsMade)
+TEST_F(EmbeddedStore, AMissingFolderIsCreated)
 {
     const QString folder = m_home.path(QStringLiteral("not/there/yet"));
     OpenSslRandomSource random;
@@ -304,7 +304,7 @@ TEST_F(EmbeddedStore, AFolderThatIsMissingIsMade)
     EXPECT_EQ(store.copyMatching(m_service, m_first).value, QByteArray("one"));
 }
 
-TEST_F(EmbeddedStore, NothingIsSealedUnderAKeyOrANonceThatTheGeneratorFailedToMake)
+TEST_F(EmbeddedStore, NothingIsSealedIfTheGeneratorFailsForTheKeyOrTheNonce)
 {
     FailingRandom failing;
     {

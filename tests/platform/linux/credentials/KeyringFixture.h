@@ -19,14 +19,14 @@ namespace quillhaven::testing {
 
 inline const QString secretsBusName = QStringLiteral("org.freedesktop.secrets");
 
-/// The names on the session bus, asked by a connection of the test's own.
+/// The names on the session bus, on a connection that only the test uses.
 [[nodiscard]] inline QDBusConnectionInterface &sessionBusNames()
 {
     return *QDBusConnection::sessionBus().interface();
 }
 
-/// The attributes of the program's entries, as any other program of the user would name them; without an account, those
-/// of all.
+/// The attributes of the program's entries, as another program would search for them; without an account, those of all
+/// entries.
 class EntryAttributes
 {
 public:
@@ -57,7 +57,7 @@ private:
     GHashTable *m_table;
 };
 
-/// The object paths of the entries in the keyring, by another client than the store under test.
+/// The object paths of the entries in the keyring, through a client other than the store under test.
 [[nodiscard]] inline QStringList entryPaths(const QString &account = {})
 {
     const EntryAttributes attributes(account);
@@ -71,7 +71,7 @@ private:
     return paths;
 }
 
-/// Removes what an earlier test left in the keyring, which outlives the single test.
+/// Removes the entries of earlier tests from the keyring, which several tests share.
 inline void removeAllEntries()
 {
     const EntryAttributes attributes;

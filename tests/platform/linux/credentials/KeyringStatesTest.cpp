@@ -15,7 +15,7 @@ namespace {
 
 const QString rightPassword = QStringLiteral("test-password");
 
-/// The session's keyring, which each test starts afresh on the entries that are there.
+/// The session's keyring, which is restarted without entries for each test.
 class KeyringState : public ::testing::Test
 {
 protected:
@@ -26,7 +26,7 @@ protected:
     }
     void TearDown() override { endKeyring(); }
 
-    /// With another password than the one it was made with, the keyring is there and locked.
+    /// Started with another password than it was created with, the keyring is available but locked.
     void restartKeyring(const QString &password)
     {
         endKeyring();
@@ -77,7 +77,7 @@ protected:
 
 } // namespace
 
-TEST_F(KeyringState, LockedWhileRunningRefusesAllFourCallsForAnEntryAndForNone)
+TEST_F(KeyringState, AKeyringLockedWhileRunningRejectsAllCallsForExistingAndMissingEntries)
 {
     ASSERT_EQ(m_store.add(m_service, m_account, "secret"), credentialSuccess);
     lockDefaultCollection();
@@ -89,7 +89,7 @@ TEST_F(KeyringState, LockedWhileRunningRefusesAllFourCallsForAnEntryAndForNone)
     EXPECT_EQ(m_store.copyMatching(m_service, m_absent).status, credentialItemNotFound);
 }
 
-TEST_F(KeyringState, LockedSinceItsStartRefusesAllFourCallsForAnEntryAndForNone)
+TEST_F(KeyringState, AKeyringLockedSinceItsStartRejectsAllCallsForExistingAndMissingEntries)
 {
     ASSERT_EQ(m_store.add(m_service, m_account, "secret"), credentialSuccess);
     restartKeyring(QStringLiteral("another password"));
@@ -100,7 +100,7 @@ TEST_F(KeyringState, LockedSinceItsStartRefusesAllFourCallsForAnEntryAndForNone)
     EXPECT_EQ(m_store.copyMatching(m_service, m_account).value, QByteArray("secret"));
 }
 
-TEST_F(KeyringState, LockedIsStillTheChosenStore)
+TEST_F(KeyringState, ALockedKeyringIsStillChosenAsTheStore)
 {
     restartKeyring(QStringLiteral("another password"));
     const TemporaryHome home;
@@ -111,7 +111,7 @@ TEST_F(KeyringState, LockedIsStillTheChosenStore)
     EXPECT_EQ(chosen.displayName(), QStringLiteral("Secret Service"));
 }
 
-TEST_F(KeyringState, RestartedWhileTheProgramRunsIsReadAgain)
+TEST_F(KeyringState, AKeyringRestartedWhileTheProgramIsRunningCanBeRead)
 {
     ASSERT_EQ(m_store.add(m_service, m_account, "secret"), credentialSuccess);
     restartKeyring(rightPassword);

@@ -11,7 +11,7 @@
 using namespace quillhaven;
 using namespace quillhaven::testing;
 
-TEST(KeyringWithoutCollection, HasAStatusOfItsOwnInAllFourCallsAndPromptsForNothing)
+TEST(KeyringWithoutCollection, AllCallsReturnTheirOwnStatusAndShowNoPrompt)
 {
     const TemporaryHome home;
     LogCapture log;

@@ -16,7 +16,7 @@ using namespace quillhaven::testing;
 
 namespace {
 
-/// A session whose bus, if it has one, can start no keyring.
+/// A session whose bus, if it has one, cannot start a keyring.
 class NoKeyring : public ::testing::Test
 {
 protected:
@@ -53,28 +53,28 @@ protected:
 
 } // namespace
 
-// The tests without a bus come first: a connection, once made, stays for the life of the process.
+// The tests without a bus come first, since a connection exists until the process ends.
 
-TEST_F(NoKeyring, WithoutASessionBusTheEmbeddedStoreIsUsedAndTheLogSaysSo)
+TEST_F(NoKeyring, WithoutASessionBusTheEmbeddedStoreIsUsedAndLogged)
 {
     qunsetenv("DBUS_SESSION_BUS_ADDRESS");
     qputenv("XDG_RUNTIME_DIR", QFile::encodeName(m_home.path(QStringLiteral("tmp"))));
     expectTheEmbeddedStore();
 }
 
-TEST_F(NoKeyring, WithABusThatIsGoneTheEmbeddedStoreIsUsedAndTheLogSaysSo)
+TEST_F(NoKeyring, WithABusThatHasEndedTheEmbeddedStoreIsUsedAndLogged)
 {
     qputenv("DBUS_SESSION_BUS_ADDRESS", "unix:path=" + QFile::encodeName(m_home.path(QStringLiteral("gone"))));
     expectTheEmbeddedStore();
 }
 
-TEST_F(NoKeyring, OnABusWithoutAKeyringTheEmbeddedStoreIsUsedAndTheLogSaysSo)
+TEST_F(NoKeyring, OnABusWithoutAKeyringTheEmbeddedStoreIsUsedAndLogged)
 {
     ASSERT_FALSE(m_busAddress.isEmpty());
     expectTheEmbeddedStore();
 }
 
-TEST_F(NoKeyring, TheKeyringsOwnStoreSaysThatNothingAnswers)
+TEST_F(NoKeyring, TheKeyringStoreReportsThatNoKeyringIsAvailable)
 {
     SecretServiceCredentialStore store;
     EXPECT_EQ(store.copyMatching(m_service, m_account).status, credentialNotAvailable);

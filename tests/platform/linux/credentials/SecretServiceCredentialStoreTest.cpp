@@ -18,7 +18,7 @@ using namespace quillhaven::testing;
 
 namespace {
 
-/// The real keyring without entries of ours.
+/// The real keyring without entries of the program.
 class EmptyKeyring
 {
 public:
@@ -57,7 +57,7 @@ TEST_F(Keyring, AnotherProgramFindsTheEntryByServiceAndAccount)
     EXPECT_EQ(entryPaths(m_account).size(), 1);
 }
 
-TEST_F(Keyring, AReplacedPasswordStaysTheSameSingleEntry)
+TEST_F(Keyring, AReplacedPasswordRemainsTheSameEntry)
 {
     m_keychain.storePassword(QStringLiteral("first"), m_account);
     const QStringList before = entryPaths(m_account);
@@ -67,7 +67,7 @@ TEST_F(Keyring, AReplacedPasswordStaysTheSameSingleEntry)
     EXPECT_EQ(m_keychain.retrievePassword(m_account), QStringLiteral("second"));
 }
 
-TEST_F(Keyring, AnEntryThatLiesInAnotherCollectionIsReplacedWhereItLies)
+TEST_F(Keyring, AnEntryInAnotherCollectionIsReplacedThere)
 {
     const EntryAttributes attributes(m_account);
     SecretValue *value = secret_value_new("first", 5, "text/plain");
@@ -81,7 +81,7 @@ TEST_F(Keyring, AnEntryThatLiesInAnotherCollectionIsReplacedWhereItLies)
     EXPECT_EQ(m_keychain.retrievePassword(m_account), QStringLiteral("second"));
 }
 
-TEST_F(Keyring, EntriesOfAnotherServiceAreNotOurs)
+TEST_F(Keyring, EntriesOfAnotherServiceAreIgnored)
 {
     const QString other = QStringLiteral("com.tarnwick.other");
     EXPECT_EQ(store().add(other, m_account, "theirs"), credentialSuccess);
@@ -113,7 +113,7 @@ TEST_F(Keyring, CallsWorkFromAnotherThread)
     EXPECT_EQ(found.result().value, QByteArray("secret"));
 }
 
-TEST_F(Keyring, IsChosenWhenItAnswersAndTheLogSaysSoOnce)
+TEST_F(Keyring, IsChosenIfItAnswersAndThatIsLoggedOnce)
 {
     const TemporaryHome home;
     LogCapture log;
@@ -126,5 +126,5 @@ TEST_F(Keyring, IsChosenWhenItAnswersAndTheLogSaysSoOnce)
     EXPECT_EQ(log.lines(),
               QStringList{QStringLiteral("🔑 Credentials are kept in the desktop's keyring (Secret Service)")});
     EXPECT_EQ(entryPaths(m_account).size(), 1);
-    EXPECT_TRUE(QDir(home.directories().configuration).isEmpty()) << "the embedded store was touched";
+    EXPECT_TRUE(QDir(home.directories().configuration).isEmpty()) << "the embedded store was used";
 }

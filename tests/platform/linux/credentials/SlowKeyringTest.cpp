@@ -22,9 +22,9 @@ using namespace quillhaven::testing;
 namespace {
 
 const QString masterPassword = QStringLiteral("Abcdefg1");
-constexpr int enoughTicks = 50;
+constexpr int minTicks = 50;
 
-/// A program beside a keyring that holds every answer back until the test asks for them.
+/// A program with a keyring that holds every answer back until the test requests it.
 class SlowKeyring : public ::testing::Test
 {
 protected:
@@ -49,13 +49,13 @@ protected:
         EXPECT_TRUE(m_keyring.waitForFinished());
     }
 
-    /// The timer goes on while the keyring holds an answer: the main loop is not blocked by it.
+    /// Expects that a timer continues while the keyring holds an answer, so that the event loop is not blocked.
     void expectTheLoopTicksWhileHeld()
     {
         ASSERT_TRUE(spinUntil([] { return held() > 0; })) << "the store did not ask the keyring";
         const int before = m_ticks;
-        EXPECT_TRUE(spinUntil([&] { return m_ticks >= before + enoughTicks; }));
-        EXPECT_GT(held(), 0) << "the keyring answered by itself";
+        EXPECT_TRUE(spinUntil([&] { return m_ticks >= before + minTicks; }));
+        EXPECT_GT(held(), 0) << "the keyring answered without a request";
     }
 
     static int held() { return ask(QStringLiteral("Held")).arguments().value(0).toInt(); }
@@ -85,11 +85,11 @@ private:
 
 } // namespace
 
-TEST_F(SlowKeyring, BlocksNeitherTheWindowNorLetsAGuardThrough)
+TEST_F(SlowKeyring, DoesNotBlockTheWindowAndGuardsWaitForIt)
 {
     const RunningTask<bool> guard(m_manager->requireAuthenticationOrCancel());
     expectTheLoopTicksWhileHeld();
-    EXPECT_FALSE(guard.isFinished()) << "let through before the keyring had answered";
+    EXPECT_FALSE(guard.isFinished()) << "the guard passed before the keyring had answered";
     EXPECT_FALSE(m_dialog.isPresented());
 
     release();

@@ -1,10 +1,10 @@
 #!/usr/bin/python3
 # SPDX-License-Identifier: GPL-3.0-or-later
-"""A keyring that answers on request, for a client that must not wait with its window.
+"""A keyring that answers only on request, to test that its client does not block.
 
-Takes org.freedesktop.secrets on the session bus with one unlocked collection and one entry, the master password given
-as the last argument. Every search is held until Release is called on com.tarnwick.HeldKeyring; Held counts the held
-ones. With --answer-at-once in front nothing is held.
+Acquires org.freedesktop.secrets on the session bus, with one unlocked collection and one entry: the master password, which
+is the last argument. Every search is held until Release is called on com.tarnwick.HeldKeyring; Held returns the number of
+held searches. With --answer-at-once as the first argument no search is held.
 """
 import sys
 

@@ -1,7 +1,7 @@
 #!/bin/bash
 # SPDX-License-Identifier: GPL-3.0-or-later
-# with-private-bus.sh CONFIGURATION COMMAND...: runs the command on a session bus and in a home of its own; the bus reads
-# the configuration file, or the system's for "default".
+# with-private-bus.sh CONFIGURATION COMMAND...: runs the command with its own session bus and home; the bus reads the
+# configuration file, or the system's for "default".
 set -u
 export PATH=/usr/bin:/bin:/usr/sbin:/sbin
 configuration=$1

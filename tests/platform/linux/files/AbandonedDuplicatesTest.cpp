@@ -13,7 +13,7 @@ namespace {
 class AbandonedDuplicatesTest : public FileTest
 {
 protected:
-    /// A name for a duplicate of `path`, made by a process that has ended since.
+    /// A name for a duplicate of `path`, created by a process that has ended.
     static QString nameOfEndedProcess(const QString &path)
     {
         std::array<int, 2> ends{};
@@ -49,7 +49,7 @@ TEST_F(AbandonedDuplicatesTest, AMoveToAnotherFileSystemRemovesCopiesOfAnEndedPr
     EXPECT_EQ(read(other(QStringLiteral("b.txt"))), "mine");
 }
 
-TEST_F(AbandonedDuplicatesTest, FolderOfAnEndedProcessIsRemovedWithAllThatItHolds)
+TEST_F(AbandonedDuplicatesTest, FolderOfAnEndedProcessIsRemovedWithItsContents)
 {
     const QString left = nameOfEndedProcess(home.path(QStringLiteral("item")));
     files.createDirectory(left + QStringLiteral("/deep"));
@@ -58,7 +58,7 @@ TEST_F(AbandonedDuplicatesTest, FolderOfAnEndedProcessIsRemovedWithAllThatItHold
     EXPECT_FALSE(exists(left));
 }
 
-TEST_F(AbandonedDuplicatesTest, LinkIsRemovedAndWhatItPointsToStays)
+TEST_F(AbandonedDuplicatesTest, LinkIsRemovedAndItsTargetIsKept)
 {
     const QString kept = home.write(QStringLiteral("kept/a.txt"), "mine");
     const QString left = nameOfEndedProcess(home.path(QStringLiteral("item")));
@@ -68,7 +68,7 @@ TEST_F(AbandonedDuplicatesTest, LinkIsRemovedAndWhatItPointsToStays)
     EXPECT_EQ(read(kept), "mine");
 }
 
-TEST_F(AbandonedDuplicatesTest, CopyOfARunningProcessStays)
+TEST_F(AbandonedDuplicatesTest, CopyOfARunningProcessIsKept)
 {
     const QString copy = QFile::decodeName(hiddenNameForDuplicate(bytesOf(home.path(QStringLiteral("item")))));
     write(copy, "half");
@@ -77,7 +77,7 @@ TEST_F(AbandonedDuplicatesTest, CopyOfARunningProcessStays)
     ASSERT_TRUE(QFile::remove(copy));
 }
 
-TEST_F(AbandonedDuplicatesTest, CopyOfAnotherMachineOnASharedVolumeStays)
+TEST_F(AbandonedDuplicatesTest, CopyOfAnotherMachineOnASharedVolumeIsKept)
 {
     QString foreign = nameOfEndedProcess(home.path(QStringLiteral("item")));
     const qsizetype machine = foreign.lastIndexOf(QLatin1Char('/')) + QStringLiteral("/.quillhaven-discard-").size();
@@ -88,19 +88,19 @@ TEST_F(AbandonedDuplicatesTest, CopyOfAnotherMachineOnASharedVolumeStays)
     ASSERT_TRUE(QFile::remove(foreign));
 }
 
-TEST_F(AbandonedDuplicatesTest, NameWithoutAProcessStays)
+TEST_F(AbandonedDuplicatesTest, NameWithoutAProcessIsKept)
 {
     const QString ended = nameOfEndedProcess(home.path(QStringLiteral("item")));
-    const QString nobodys = ended.left(QStringLiteral("/.quillhaven-discard-0123456789abcdef-").size() +
-                                       ended.lastIndexOf(QLatin1Char('/'))) +
-                            QStringLiteral("my notes");
-    write(nobodys, "mine");
+    const QString unrelated = ended.left(QStringLiteral("/.quillhaven-discard-0123456789abcdef-").size() +
+                                         ended.lastIndexOf(QLatin1Char('/'))) +
+                              QStringLiteral("my notes");
+    write(unrelated, "mine");
     files.discardAbandonedItems(home.path());
-    EXPECT_EQ(read(nobodys), "mine");
-    ASSERT_TRUE(QFile::remove(nobodys));
+    EXPECT_EQ(read(unrelated), "mine");
+    ASSERT_TRUE(QFile::remove(unrelated));
 }
 
-TEST_F(AbandonedDuplicatesTest, OriginalUnderAHiddenNameStaysWhateverProcessMadeIt)
+TEST_F(AbandonedDuplicatesTest, OriginalWithAHiddenNameIsKeptForAnyProcess)
 {
     const QString original = QFile::decodeName(hiddenNameForOriginal(bytesOf(home.path(QStringLiteral("item")))));
     write(original, "the only one");
@@ -119,10 +119,10 @@ TEST_F(AbandonedDuplicatesTest, EachFileManagerListsAFolderOnceForManyMoves)
     EXPECT_TRUE(exists(late)) << "the folder was listed again";
     LinuxFileManager second;
     second.moveItem(home.write(QStringLiteral("c.txt")), other(QStringLiteral("c.txt")));
-    EXPECT_FALSE(exists(late)) << "another manager's moves count";
+    EXPECT_FALSE(exists(late)) << "another manager lists it for its own moves";
 }
 
-TEST_F(AbandonedDuplicatesTest, MissingFolderIsNoFailure)
+TEST_F(AbandonedDuplicatesTest, MissingFolderIsIgnored)
 {
     files.discardAbandonedItems(home.path(QStringLiteral("missing")));
     EXPECT_FALSE(exists(home.path(QStringLiteral("missing"))));

@@ -11,7 +11,7 @@ namespace quillhaven::testing {
 
 namespace {
 
-/// Trees far deeper than this process may have files open, mostly in memory: a disk is slow to make them.
+/// Trees much deeper than the number of files that this process can open. Mostly in memory, since a disk is slow.
 class DeepTreesTest : public FileTest
 {
 protected:
@@ -30,7 +30,7 @@ protected:
         FileTest::TearDown();
     }
 
-    /// A chain of folders with a file in the last one.
+    /// Creates a chain of folders with a file in the last one.
     static void makeTree(const QString &path, const QByteArray &content = "deep", int depth = levels)
     {
         ASSERT_EQ(mkdir(bytesOf(path).constData(), 0700), 0);
@@ -59,10 +59,10 @@ TEST_F(DeepTreesTest, ATreeMovesToAnotherFileSystem)
     files.moveItem(source, other(QStringLiteral("t")));
     EXPECT_FALSE(exists(source));
     EXPECT_EQ(read(deepestFile(other(QStringLiteral("t")))), "deep");
-    files.removeItem(other(QStringLiteral("t"))); // QTemporaryDir does not remove so deep a tree
+    files.removeItem(other(QStringLiteral("t"))); // QTemporaryDir cannot remove such a deep tree
 }
 
-TEST_F(DeepTreesTest, ADifferenceAtTheDeepestPlaceIsFound)
+TEST_F(DeepTreesTest, ADifferenceAtTheDeepestLevelIsFound)
 {
     const QString tree = other(QStringLiteral("t"));
     const QString copy = other(QStringLiteral("c"));
@@ -75,7 +75,7 @@ TEST_F(DeepTreesTest, ADifferenceAtTheDeepestPlaceIsFound)
     files.removeItem(copy);
 }
 
-TEST_F(DeepTreesTest, AChangeAtTheDeepestPlaceChangesTheStateOfTheTree)
+TEST_F(DeepTreesTest, AChangeAtTheDeepestLevelChangesTheStateOfTheTree)
 {
     const QString tree = other(QStringLiteral("t"));
     makeTree(tree);
@@ -97,7 +97,7 @@ TEST_F(DeepTreesTest, TheFilesOfATreeAreListedToBeOverwritten)
     files.removeItem(tree);
 }
 
-TEST_F(DeepTreesTest, ATreeThatNoPathReachesToItsEndIsRemoved)
+TEST_F(DeepTreesTest, ATreeDeeperThanAnyPathIsRemoved)
 {
     const QString tree = other(QStringLiteral("t"));
     makeTree(tree, "deep", 10'000);

@@ -17,7 +17,7 @@ protected:
     {
         return home.write(QStringLiteral("folder/") + name, bytes);
     }
-    /// "path below the folder: size" of all that is listed.
+    /// "path below the folder: size" for each listed file.
     [[nodiscard]] QStringList listed() const
     {
         QStringList lines;
@@ -31,7 +31,7 @@ protected:
     const QString folder = home.path(QStringLiteral("folder"));
 };
 
-TEST_F(RegularFilesTest, ListsEveryFileAtAnyDepthHiddenOnesTooInTheOrderOfTheNames)
+TEST_F(RegularFilesTest, ListsEveryFileAtAnyDepthInTheOrderOfTheNames)
 {
     for (const char *name : {"b", "a/z", "a/.hidden/x", "c/deep/er", ".first", "B", "a-"}) {
         inFolder(QLatin1String(name), QByteArray(name));
@@ -48,7 +48,7 @@ TEST_F(RegularFilesTest, ListsEveryFileAtAnyDepthHiddenOnesTooInTheOrderOfTheNam
                                                                "empty.txt: 0"));
 }
 
-TEST_F(RegularFilesTest, ATrailingSlashChangesNothing)
+TEST_F(RegularFilesTest, ATrailingSlashMakesNoDifference)
 {
     inFolder(QStringLiteral("a"));
     EXPECT_EQ(files.regularFilesBelow(folder + QStringLiteral("//")), files.regularFilesBelow(folder));
@@ -66,7 +66,7 @@ TEST_F(RegularFilesTest, LinksFifosAndSocketsAreNeitherListedNorFollowed)
     EXPECT_EQ(listed(), QStringList({QStringLiteral("a: 7")}));
 }
 
-TEST_F(RegularFilesTest, SizesBeyondFourGibibytesAreWhole)
+TEST_F(RegularFilesTest, SizesBeyondFourGibibytesAreCorrect)
 {
     const QString big = inFolder(QStringLiteral("big"), {});
     constexpr off_t size = (off_t{5} << 30) + 1;
@@ -75,7 +75,7 @@ TEST_F(RegularFilesTest, SizesBeyondFourGibibytesAreWhole)
     EXPECT_EQ(files.sizeOfItem(big), size);
 }
 
-TEST_F(RegularFilesTest, ANameThatIsNotUtf8LeadsBackToItsFile)
+TEST_F(RegularFilesTest, AListedNameThatIsNotUtf8CanBeOpened)
 {
     files.createDirectory(folder);
     const QByteArray inner = bytesOf(folder) + "/sub\xC3";
@@ -95,7 +95,7 @@ TEST_F(RegularFilesTest, ANameThatIsNotUtf8LeadsBackToItsFile)
     const QString moved = folder + QStringLiteral("/moved");
     files.moveItem(path, moved);
     EXPECT_EQ(read(moved), "5678");
-    files.removeItem(folder); // QTemporaryDir leaves names that are not UTF-8
+    files.removeItem(folder); // QTemporaryDir does not remove names that are not UTF-8
 }
 
 TEST_F(RegularFilesTest, AMissingFolderALinkToOneAndAFileAreErrors)
@@ -127,7 +127,7 @@ TEST_F(RegularFilesTest, AFolderInsideThatCannotBeListedIsAnErrorAndTheFolderIts
     ASSERT_EQ(chmod(closed.constData(), 0755), 0);
 }
 
-TEST_F(RegularFilesTest, ATreeDeeperThanAPathMayBeIsAnErrorAndNotHalfListed)
+TEST_F(RegularFilesTest, ATreeDeeperThanAnyPathIsAnErrorAndNotPartlyListed)
 {
     files.createDirectory(folder);
     const QByteArray name(250, 'd');
@@ -147,7 +147,7 @@ TEST_F(RegularFilesTest, ATreeDeeperThanAPathMayBeIsAnErrorAndNotHalfListed)
     files.removeItem(folder);
 }
 
-TEST_F(RegularFilesTest, TheSizeOfALinkIsItsOwnAndWhatIsMissingHasNone)
+TEST_F(RegularFilesTest, TheSizeOfALinkIsItsOwnAndAMissingFileHasNone)
 {
     const QString file = inFolder(QStringLiteral("a"), "1234567");
     ASSERT_EQ(symlink("a", bytesOf(folder + QStringLiteral("/link")).constData()), 0);

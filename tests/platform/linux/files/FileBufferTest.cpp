@@ -39,12 +39,12 @@ TEST(FileBuffer, ReleasedBytesAreLostAndAllLaterOnesKept)
               static_cast<std::ptrdiff_t>(4 * mebibyte + 5));
     buffer.release(mebibyte);
     buffer.release(buffer.size());
-    EXPECT_EQ(buffer.bytes()[buffer.size() - 1], std::byte{7}) << "a piece of a huge page stays";
+    EXPECT_EQ(buffer.bytes()[buffer.size() - 1], std::byte{7}) << "a partial huge page is kept";
     FileBuffer empty;
     empty.release(0);
 }
 
-TEST(FileBuffer, FitsSaysNoToMoreThanThereIs)
+TEST(FileBuffer, FitsIsFalseForMoreThanTheAvailableMemory)
 {
     EXPECT_TRUE(FileBuffer::fits(0));
     EXPECT_TRUE(FileBuffer::fits(4096));

@@ -24,7 +24,7 @@
 
 namespace quillhaven::testing {
 
-/// A home on the disk, a folder on a second file system, and short words for what a test does with files.
+/// A home on the disk, a folder on a second file system, and helpers for tests of files.
 class FileTest : public ::testing::Test
 {
 protected:
@@ -33,9 +33,9 @@ protected:
     void SetUp() override
     {
         ASSERT_TRUE(m_other.isValid());
-        ASSERT_NE(status(home.path()).st_dev, status(m_other.path()).st_dev) << "/dev/shm is no second file system";
+        ASSERT_NE(status(home.path()).st_dev, status(m_other.path()).st_dev) << "/dev/shm is not a second file system";
     }
-    /// No hidden name of a move is left in either place.
+    /// No hidden name of a move may remain in either folder.
     void TearDown() override
     {
         EXPECT_EQ(hiddenNames(home.path()), QStringList());
@@ -56,7 +56,7 @@ protected:
         }
         return result;
     }
-    /// Anything, a dangling link included.
+    /// True for any kind of file, including a dangling link.
     static bool exists(const QString &path)
     {
         struct stat result{};
@@ -89,21 +89,21 @@ protected:
     }
     static QByteArray read(const QString &path) { return TemporaryHome::read(path); }
 
-    /// A file of 64 MiB in the home that is a hole but for its start.
+    /// A file of 64 MiB in the home that consists of a hole except for its start.
     [[nodiscard]] QString sparseFile() const
     {
         QString path = home.write(QStringLiteral("sparse"), "start");
         EXPECT_EQ(truncate(bytesOf(path).constData(), sparseSize), 0);
         return path;
     }
-    /// Expects the size of such a file here, and its hole.
+    /// Expects that the path is such a file, with its size and its hole.
     static void expectSparse(const QString &path)
     {
         EXPECT_EQ(status(path).st_size, sparseSize);
         EXPECT_LT(status(path).st_blocks * 512, sparseSize / 16);
     }
 
-    /// The error of the call, if it failed with one.
+    /// The error of the call, if it failed.
     template <typename Call>
     static std::optional<FileError> errorOf(Call call)
     {
@@ -131,7 +131,7 @@ private:
     QTemporaryDir m_other{QStringLiteral("/dev/shm/quillhaven-test-XXXXXX")};
 };
 
-/// A plain user for as long as it lives; file permissions do not bite for root.
+/// Acts as a normal user during its lifetime, since file permissions do not apply to root.
 class AsPlainUser
 {
 public:
@@ -139,7 +139,7 @@ public:
     {
         if (geteuid() == 0) {
             constexpr uid_t nobody = 65534;
-            m_isChanged = setresuid(nobody, nobody, 0) == 0; // a program it starts runs as the real user
+            m_isChanged = setresuid(nobody, nobody, 0) == 0; // child processes run as the real user
             EXPECT_TRUE(m_isChanged);
         }
     }
@@ -156,7 +156,7 @@ private:
     bool m_isChanged = false;
 };
 
-/// A mount of one test, gone afterwards. Needs root: a test that cannot mount fails.
+/// A mount during its lifetime. Needs root: a test that cannot mount fails.
 class Mount
 {
 public:

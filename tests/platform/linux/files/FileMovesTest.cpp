@@ -75,7 +75,7 @@ TEST_F(FileMovesTest, AMissingSourceOrFolderOrAFolderIntoItselfFails)
     EXPECT_TRUE(exists(source));
 }
 
-TEST_F(FileMovesTest, AFileThatAnotherProcessHoldsOpenMoves)
+TEST_F(FileMovesTest, AFileThatAnotherProcessHasOpenMoves)
 {
     const QString source = home.write(QStringLiteral("held"), "held");
     QProcess holder;
@@ -88,7 +88,7 @@ TEST_F(FileMovesTest, AFileThatAnotherProcessHoldsOpenMoves)
     EXPECT_TRUE(holder.waitForFinished());
 }
 
-TEST_F(FileMovesTest, ATreeKeepsEverythingOnAnotherFileSystem)
+TEST_F(FileMovesTest, ATreeKeepsAllPropertiesOnAnotherFileSystem)
 {
     const QString source = home.path(QStringLiteral("tree"));
     const QString tool = home.write(QStringLiteral("tree/sub/tool"), "run");
@@ -132,7 +132,7 @@ TEST_F(FileMovesTest, ATreeKeepsEverythingOnAnotherFileSystem)
     EXPECT_TRUE(files.isDirectory(target + QStringLiteral("/empty")));
 }
 
-TEST_F(FileMovesTest, ASparseFileStaysSparse)
+TEST_F(FileMovesTest, AMovedSparseFileIsSparse)
 {
     const QString target = other(QStringLiteral("sparse"));
     files.moveItem(sparseFile(), target);
@@ -148,7 +148,7 @@ TEST_F(FileMovesTest, ADanglingLinkMovesAsALink)
     EXPECT_FALSE(exists(source));
 }
 
-TEST_F(FileMovesTest, AFolderThatCouldNotBeEmptiedIsNotCopiedAtAll)
+TEST_F(FileMovesTest, AFolderThatCannotBeEmptiedIsNotCopied)
 {
     const QString inner = home.write(QStringLiteral("folder/locked/file"));
     ASSERT_EQ(chmod(bytesOf(home.path()).constData(), 0777), 0);
@@ -165,12 +165,12 @@ TEST_F(FileMovesTest, AFolderThatCouldNotBeEmptiedIsNotCopiedAtAll)
     ASSERT_EQ(chmod(bytesOf(home.path(QStringLiteral("folder/locked"))).constData(), 0755), 0);
 }
 
-/// Every pairing of a file and a folder, on one file system and across two.
+/// All combinations of a file and a folder, on one file system and across two.
 class ReplaceTest : public FileTest, public ::testing::WithParamInterface<std::tuple<bool, bool, bool>>
 {
 };
 
-TEST_P(ReplaceTest, TheReplacementIsInThePlaceAndNowhereElse)
+TEST_P(ReplaceTest, TheReplacementIsOnlyAtTheReplacedPath)
 {
     const auto [isOldFolder, isNewFolder, isAcross] = GetParam();
     const QString original = home.path(QStringLiteral("b \"quoted\""));
@@ -195,7 +195,7 @@ TEST_P(ReplaceTest, TheReplacementIsInThePlaceAndNowhereElse)
 INSTANTIATE_TEST_SUITE_P(Pairings, ReplaceTest,
                          ::testing::Combine(::testing::Bool(), ::testing::Bool(), ::testing::Bool()));
 
-TEST_F(FileMovesTest, ReplacingWhatIsMissingOrByWhatIsMissingChangesNothing)
+TEST_F(FileMovesTest, ReplacingAMissingItemOrByAMissingItemChangesNothing)
 {
     const QString file = home.write(QStringLiteral("file"), "whole");
     expectKind(Kind::NoSuchFile, [&] { files.replaceItemAt(file, home.path(QStringLiteral("no"))); });
@@ -204,7 +204,7 @@ TEST_F(FileMovesTest, ReplacingWhatIsMissingOrByWhatIsMissingChangesNothing)
     EXPECT_EQ(read(file), "whole");
 }
 
-TEST_F(FileMovesTest, ReplacingByASecondNameOfTheSameFileLeavesOneName)
+TEST_F(FileMovesTest, ReplacingByAHardLinkOfTheSameFileLeavesOneName)
 {
     const QString file = home.write(QStringLiteral("file"), "whole");
     const QString second = home.path(QStringLiteral("second"));
@@ -214,7 +214,7 @@ TEST_F(FileMovesTest, ReplacingByASecondNameOfTheSameFileLeavesOneName)
     EXPECT_FALSE(exists(second));
 }
 
-TEST_F(FileMovesTest, AFolderThatMayNotBeEmptiedIsNotReplaced)
+TEST_F(FileMovesTest, AFolderThatCannotBeEmptiedIsNotReplaced)
 {
     const QString inner = home.write(QStringLiteral("old/locked/file"));
     const QString fresh = home.write(QStringLiteral("new"), "new");

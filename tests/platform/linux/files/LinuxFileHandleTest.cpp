@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// The calls that reach the kernel are defined here in place of the C library's own, so that a test sees which writes
-// are flushed, and meets file systems that this machine has not got.
+// This file defines the functions that call the kernel instead of the C library, so that a test sees which writes are
+// flushed, and can simulate file systems that this machine does not have.
 
 #include "FileFixture.h"
 
@@ -27,15 +27,15 @@ struct Call
     bool isFlushed;
 };
 
-/// What the kernel was asked while a test looks, and what is answered in its place.
+/// Records the calls to the kernel during a test, and changes their results.
 struct Kernel
 {
     QList<Call> calls;
-    /// An error number, or 0 for the true answer.
+    /// Returns an error number, or 0 for the real result.
     std::function<int(const Call &)> fails;
-    size_t mostAtOnce = SIZE_MAX;
+    size_t maxWrite = SIZE_MAX;
     bool writesNothing = false;
-    /// Runs once, after the next look at a path.
+    /// Runs once, after the next check of a path.
     std::function<void()> afterLook;
 };
 Kernel *kernel = nullptr;
@@ -45,7 +45,7 @@ std::optional<int> failureOf(const char *name, int fd, size_t size, bool isFlush
     if (kernel == nullptr) {
         return std::nullopt;
     }
-    EXPECT_TRUE((fcntl(fd, F_GETFD) & FD_CLOEXEC) != 0) << "a program that is started meanwhile would get the file";
+    EXPECT_TRUE((fcntl(fd, F_GETFD) & FD_CLOEXEC) != 0) << "a program started meanwhile would inherit the file";
     const Call call{name, size, (fcntl(fd, F_GETFL) & O_DIRECT) != 0, isFlushed};
     kernel->calls.append(call);
     const int error = kernel->fails ? kernel->fails(call) : 0;
@@ -56,7 +56,7 @@ ssize_t writeAt(int fd, const void *bytes, size_t size, off_t offset, int flags)
 {
     iovec piece{const_cast<void *>(bytes), size};
     if (kernel != nullptr) {
-        piece.iov_len = kernel->writesNothing ? 0 : std::min(size, kernel->mostAtOnce);
+        piece.iov_len = kernel->writesNothing ? 0 : std::min(size, kernel->maxWrite);
     }
     constexpr int bitsOfHalf = 32;
     const auto position = static_cast<unsigned long>(offset);
@@ -130,7 +130,7 @@ QByteArray patterned(qsizetype size, char first)
     return bytes;
 }
 
-/// On the disk and in memory.
+/// On the disk, and in memory.
 class OverwritingTest : public FileTest, public ::testing::WithParamInterface<bool>
 {
 protected:
@@ -151,7 +151,7 @@ protected:
         handle->synchronizeFile();
         handle->closeFile();
     }
-    /// Each write reached the device before the next one began.
+    /// Expects that each write reached the device before the next one started.
     void expectEachWriteFlushed() const
     {
         bool isFlushed = true;
@@ -174,7 +174,7 @@ protected:
     Kernel m_kernel;
 };
 
-TEST_P(OverwritingTest, BytesOfAnyLengthGoToAnyOffsetAndNothingElseChanges)
+TEST_P(OverwritingTest, BytesOfAnyLengthAreWrittenAtAnyOffsetAndNothingElseChanges)
 {
     constexpr qsizetype size = 300'000;
     const QByteArray before = patterned(size, 1);
@@ -208,7 +208,7 @@ TEST_P(OverwritingTest, WritesFollowOneAnotherAndASeekMovesTheNext)
     EXPECT_TRUE(read(path) == QByteArray(65536, 'a') + QByteArray(10, 'b') + QByteArray(4096, 'c') + rest + 'd');
 }
 
-TEST_P(OverwritingTest, MemoryNeedsNoAlignment)
+TEST_P(OverwritingTest, TheBytesNeedNoAlignment)
 {
     const QByteArray bytes = patterned(65537, 3);
     const QString path = file(QByteArray(65536, 'x'));
@@ -217,14 +217,14 @@ TEST_P(OverwritingTest, MemoryNeedsNoAlignment)
     EXPECT_TRUE(read(path) == bytes.mid(1));
 }
 
-TEST_P(OverwritingTest, WhatAnotherProgramReadsAndMapsIsTheNewContent)
+TEST_P(OverwritingTest, OtherProgramsReadAndMapTheNewContents)
 {
     const QString path = file(QByteArray(65537, 'x'));
     QFile reader(path);
     ASSERT_TRUE(reader.open(QIODevice::ReadOnly | QIODevice::Unbuffered));
     const uchar *mapped = reader.map(0, reader.size());
     ASSERT_NE(mapped, nullptr);
-    EXPECT_EQ(reader.readAll(), QByteArray(65537, 'x')); // the pages are in the cache now
+    EXPECT_EQ(reader.readAll(), QByteArray(65537, 'x')); // the pages are now in the cache
     overwrite(path, 0, QByteArray(65537, 'y'));
     reader.seek(0);
     EXPECT_TRUE(reader.readAll() == QByteArray(65537, 'y'));
@@ -239,7 +239,7 @@ TEST_P(OverwritingTest, WritingPastTheEndMakesTheFileLonger)
     EXPECT_TRUE(read(path) == QByteArray(70'000, 'y'));
 }
 
-TEST_P(OverwritingTest, OwnerModeAndOtherNamesStay)
+TEST_P(OverwritingTest, OwnerModeAndOtherNamesAreKept)
 {
     const QString path = file("12345");
     const QString twin = path + QStringLiteral("-twin");
@@ -252,7 +252,7 @@ TEST_P(OverwritingTest, OwnerModeAndOtherNamesStay)
     EXPECT_EQ(attribute(path, "user.note"), "mine");
 }
 
-TEST_P(OverwritingTest, NoWriteIsLongerThanAChunkAndTheTailGoesThroughTheCache)
+TEST_P(OverwritingTest, NoWriteIsLongerThanAChunkAndTheTailIsWrittenThroughTheCache)
 {
     const QString path = file(QByteArray(140'000, 'x'));
     overwrite(path, 0, QByteArray(140'000, 'y'));
@@ -262,7 +262,7 @@ TEST_P(OverwritingTest, NoWriteIsLongerThanAChunkAndTheTailGoesThroughTheCache)
     EXPECT_EQ(calls.at(1).size, 65536U);
     EXPECT_EQ(calls.at(2).size, 140'000U - 131'072U);
     EXPECT_FALSE(calls.at(2).isDirect);
-    EXPECT_EQ(count("fdatasync"), 0) << "what was flushed is flushed once more";
+    EXPECT_EQ(count("fdatasync"), 0) << "flushed data is flushed again";
     expectEachWriteFlushed();
 }
 
@@ -274,15 +274,15 @@ TEST_P(OverwritingTest, WithoutFlushingWritesEachWriteIsFollowedByAFlush)
         const QString path = file(QByteArray(140'000, 'x'));
         overwrite(path, 0, QByteArray(140'000, 'y'));
         EXPECT_TRUE(read(path) == QByteArray(140'000, 'y'));
-        EXPECT_EQ(count("pwritev2"), 1) << "it is asked once";
+        EXPECT_EQ(count("pwritev2"), 1) << "it is tried once";
         EXPECT_EQ(count("pwrite"), 3);
-        EXPECT_EQ(count("fdatasync"), 3) << "and none at the end";
+        EXPECT_EQ(count("fdatasync"), 3) << "no flush at the end";
         m_kernel.calls.removeFirst();
         expectEachWriteFlushed();
     }
 }
 
-TEST_P(OverwritingTest, ADeviceOfLargerBlocksIsWrittenThroughTheCache)
+TEST_P(OverwritingTest, ADeviceWithLargerBlocksIsWrittenThroughTheCache)
 {
     m_kernel.fails = [](const Call &call) { return call.isDirect && call.size > 0 ? EINVAL : 0; };
     const QString path = file(QByteArray(140'000, 'x'));
@@ -291,13 +291,13 @@ TEST_P(OverwritingTest, ADeviceOfLargerBlocksIsWrittenThroughTheCache)
     EXPECT_LE(std::ranges::count_if(m_kernel.calls, [](const Call &call) { return call.isDirect; }), 1);
 }
 
-TEST_P(OverwritingTest, ShortAndInterruptedWritesGoOnWhereTheyEnded)
+TEST_P(OverwritingTest, ShortAndInterruptedWritesAreContinued)
 {
-    m_kernel.mostAtOnce = 4097;
+    m_kernel.maxWrite = 4097;
     m_kernel.fails = [interruptions = 0](const Call &) mutable { return ++interruptions % 3 == 0 ? EINTR : 0; };
     const QByteArray bytes = patterned(140'000, 7);
     const QString path = file(QByteArray(150'000, 'x'));
-    // A direct write that ends within a block is no state of any file system.
+    // The file systems do not support a direct write that ends within a block.
     const std::unique_ptr<FileHandle> handle = files.openForOverwriting(path);
     handle->seek(1);
     handle->writeThrough(bytesIn(bytes));
@@ -306,9 +306,9 @@ TEST_P(OverwritingTest, ShortAndInterruptedWritesGoOnWhereTheyEnded)
     EXPECT_TRUE(read(path) == "x" + bytes + QByteArray(150'000 - 140'000 - 1, 'x'));
 }
 
-TEST_P(OverwritingTest, AShortDirectWriteContinuesWhereItEnded)
+TEST_P(OverwritingTest, AShortDirectWriteIsContinued)
 {
-    m_kernel.mostAtOnce = 8192;
+    m_kernel.maxWrite = 8192;
     const QByteArray bytes = patterned(131'072, 7);
     const QString path = file(QByteArray(131'072, 'x'));
     overwrite(path, 0, bytes);
@@ -340,7 +340,7 @@ TEST_P(OverwritingTest, AWriteOfZeroBytesIsAnInputOutputError)
 {
     const QString path = file(QByteArray(10, 'x'));
     m_kernel.writesNothing = true;
-    // An errno that an earlier call left is not the reason.
+    // The errno of an earlier call is not the reason.
     const auto error = errorOf([&] {
         EXPECT_EQ(access("absent", F_OK), -1);
         overwrite(path, 0, QByteArray(10, 'y'));
@@ -349,7 +349,7 @@ TEST_P(OverwritingTest, AWriteOfZeroBytesIsAnInputOutputError)
     EXPECT_EQ(error->errorDescription(), QStringLiteral("Could not overwrite \"file\": Input/output error."));
 }
 
-TEST_P(OverwritingTest, AnInterruptedFlushIsTriedAgain)
+TEST_P(OverwritingTest, AnInterruptedFlushIsRepeated)
 {
     m_kernel.fails = [flushes = 0](const Call &call) mutable {
         const bool isFlush = std::strcmp(call.name, "fdatasync") == 0;
@@ -361,7 +361,7 @@ TEST_P(OverwritingTest, AnInterruptedFlushIsTriedAgain)
     EXPECT_EQ(count("fdatasync"), 4);
 }
 
-TEST_P(OverwritingTest, LinksAndWhatIsNoFileAreRefusedUntouched)
+TEST_P(OverwritingTest, LinksAndSpecialFilesAreRejectedUntouched)
 {
     const QString path = file("kept");
     const QString link = path + QStringLiteral("-link");
@@ -383,7 +383,7 @@ TEST_P(OverwritingTest, LinksAndWhatIsNoFileAreRefusedUntouched)
     EXPECT_EQ(read(path), "kept");
 }
 
-TEST_P(OverwritingTest, AFileReplacedBetweenTheCheckAndTheOpeningIsRefused)
+TEST_P(OverwritingTest, AFileReplacedBetweenTheCheckAndTheOpeningIsRejected)
 {
     const QString target = file("kept");
     const QString path = target + QStringLiteral("-changing");
@@ -393,7 +393,7 @@ TEST_P(OverwritingTest, AFileReplacedBetweenTheCheckAndTheOpeningIsRefused)
         ASSERT_EQ(symlink(bytesOf(target).constData(), bytesOf(path).constData()), 0);
     };
     EXPECT_TRUE(errorOf([&] { (void)files.openForOverwriting(path); }).has_value());
-    EXPECT_FALSE(m_kernel.afterLook) << "nobody looked";
+    EXPECT_FALSE(m_kernel.afterLook) << "the path was not checked";
     ASSERT_TRUE(QFile::remove(path));
 
     write(path, "mine");
@@ -402,10 +402,10 @@ TEST_P(OverwritingTest, AFileReplacedBetweenTheCheckAndTheOpeningIsRefused)
         ASSERT_EQ(mkfifo(bytesOf(path).constData(), 0600), 0);
     };
     expectKind(Kind::NotAFileOrFolder, [&] { (void)files.openForOverwriting(path); });
-    EXPECT_FALSE(m_kernel.afterLook) << "nobody looked";
+    EXPECT_FALSE(m_kernel.afterLook) << "the path was not checked";
     EXPECT_EQ(read(target), "kept");
 
-    // With a reader at its other end a FIFO opens, and would take the bytes.
+    // With a reader at its other end a FIFO can be opened, and would receive the bytes.
     ASSERT_TRUE(QFile::remove(path));
     write(path, "mine");
     int reader = -1;
@@ -419,7 +419,7 @@ TEST_P(OverwritingTest, AFileReplacedBetweenTheCheckAndTheOpeningIsRefused)
     close(reader);
 }
 
-TEST_P(OverwritingTest, AFileThatMayNotBeWrittenIsRefused)
+TEST_P(OverwritingTest, AnUnwritableFileIsRejected)
 {
     const QString path = file("kept");
     ASSERT_EQ(chmod(bytesOf(home.path()).constData(), 0755), 0);
@@ -439,7 +439,7 @@ TEST_P(OverwritingTest, WritingToAClosedFileFails)
     EXPECT_EQ(read(path), "kept");
 }
 
-TEST_P(OverwritingTest, TheFlushOfEverythingReturns)
+TEST_P(OverwritingTest, FlushingEverythingReturns)
 {
     file("kept");
     EXPECT_NO_THROW(files.sync());

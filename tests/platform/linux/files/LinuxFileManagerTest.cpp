@@ -15,7 +15,7 @@ namespace {
 using Kind = FileError::Kind;
 using LinuxFileManagerTest = FileTest;
 
-TEST_F(LinuxFileManagerTest, ALinkCountsByWhatItPointsTo)
+TEST_F(LinuxFileManagerTest, ALinkIsTreatedAsItsTarget)
 {
     const QString file = home.write(QStringLiteral("file"));
     ASSERT_TRUE(QFile::link(file, home.path(QStringLiteral("link"))));
@@ -28,7 +28,7 @@ TEST_F(LinuxFileManagerTest, ALinkCountsByWhatItPointsTo)
     EXPECT_TRUE(files.isDirectory(home.path(QStringLiteral("toFolder"))));
 }
 
-TEST_F(LinuxFileManagerTest, WritableIsAskedForTheUserWhoRuns)
+TEST_F(LinuxFileManagerTest, WritableIsCheckedForTheCurrentUser)
 {
     const QString file = home.write(QStringLiteral("file"));
     EXPECT_TRUE(files.isWritableFile(file));
@@ -38,7 +38,7 @@ TEST_F(LinuxFileManagerTest, WritableIsAskedForTheUserWhoRuns)
     EXPECT_FALSE(files.isWritableFile(file));
 }
 
-TEST_F(LinuxFileManagerTest, MakesAllMissingFoldersForTheOwnerOnlyAndAcceptsExistingOnes)
+TEST_F(LinuxFileManagerTest, CreatesMissingFoldersForTheOwnerOnlyAndAcceptsExistingOnes)
 {
     const QString folder = home.path(QStringLiteral("a/b c/d"));
     files.createDirectory(folder);
@@ -46,7 +46,7 @@ TEST_F(LinuxFileManagerTest, MakesAllMissingFoldersForTheOwnerOnlyAndAcceptsExis
     EXPECT_EQ(status(folder).st_mode & 07777, 0700);
 }
 
-TEST_F(LinuxFileManagerTest, AFileInTheWayOfAFolderIsAnError)
+TEST_F(LinuxFileManagerTest, AFileAtThePlaceOfAFolderIsAnError)
 {
     const QString file = home.write(QStringLiteral("file"));
     expectKind(Kind::TargetExists, [&] { files.createDirectory(file); });
@@ -54,7 +54,7 @@ TEST_F(LinuxFileManagerTest, AFileInTheWayOfAFolderIsAnError)
     EXPECT_EQ(read(file), "content");
 }
 
-TEST_F(LinuxFileManagerTest, ListsEveryNameHiddenOnesToo)
+TEST_F(LinuxFileManagerTest, ListsEveryNameIncludingHiddenOnes)
 {
     files.createDirectory(home.path(QStringLiteral("folder")));
     for (const char *name : {".hidden", "-rf", "a b", "line\nend"}) {
@@ -67,23 +67,23 @@ TEST_F(LinuxFileManagerTest, ListsEveryNameHiddenOnesToo)
     expectKind(Kind::NoSuchFile, [&] { (void)files.contentsOfDirectory(home.path(QStringLiteral("absent"))); });
 }
 
-TEST_F(LinuxFileManagerTest, WhatCannotFitInMemoryIsNeitherReadNorMovable)
+TEST_F(LinuxFileManagerTest, AFileThatDoesNotFitInMemoryIsNeitherReadNorMovable)
 {
     const QString file = home.write(QStringLiteral("huge"));
-    ASSERT_EQ(truncate(bytesOf(file).constData(), off_t{1} << 43), 0); // 8 TiB, all hole
+    ASSERT_EQ(truncate(bytesOf(file).constData(), off_t{1} << 43), 0); // 8 TiB, a single hole
     expectKind(Kind::TooLargeForMemory, [&] { (void)files.readFile(file); });
     expectKind(Kind::TooLargeForMemory, [&] { files.requireReadableAndMovable(file, 0); });
     const QString small = home.write(QStringLiteral("small"));
     expectKind(Kind::TooLargeForMemory, [&] { files.requireReadableAndMovable(small, size_t{1} << 50); });
 }
 
-TEST_F(LinuxFileManagerTest, ReadingAFolderOrAnAbsentFileFails)
+TEST_F(LinuxFileManagerTest, ReadingAFolderOrAMissingFileFails)
 {
     expectKind(Kind::Other, [&] { (void)files.readFile(home.path()); });
     expectKind(Kind::NoSuchFile, [&] { (void)files.readFile(home.path(QStringLiteral("absent"))); });
 }
 
-TEST_F(LinuxFileManagerTest, WritesInPlaceAndEmptiesWhatStoodThere)
+TEST_F(LinuxFileManagerTest, WritesInPlaceAndTruncatesTheExistingFile)
 {
     const QString file = home.write(QStringLiteral("file"), "a longer text than the new one");
     const ino_t inode = status(file).st_ino;
@@ -94,7 +94,7 @@ TEST_F(LinuxFileManagerTest, WritesInPlaceAndEmptiesWhatStoodThere)
     EXPECT_EQ(read(file), "");
 }
 
-TEST_F(LinuxFileManagerTest, ANewFileHasTheModeOfTheUsersMask)
+TEST_F(LinuxFileManagerTest, ANewFileHasTheModeOfTheUmask)
 {
     const mode_t mask = umask(027);
     const QString file = home.path(QStringLiteral("new"));
@@ -113,14 +113,14 @@ TEST_F(LinuxFileManagerTest, WritesThroughTheUsersOwnLinks)
     EXPECT_EQ(read(file), "new");
 }
 
-TEST_F(LinuxFileManagerTest, LinksInACircleAreAnError)
+TEST_F(LinuxFileManagerTest, CircularLinksAreAnError)
 {
     ASSERT_EQ(symlink("b", bytesOf(home.path(QStringLiteral("a"))).constData()), 0);
     ASSERT_EQ(symlink("a", bytesOf(home.path(QStringLiteral("b"))).constData()), 0);
     expectKind(Kind::Other, [&] { write(home.path(QStringLiteral("a")), "x"); });
 }
 
-TEST_F(LinuxFileManagerTest, WritingToAFifoOrAFolderFailsAtOnce)
+TEST_F(LinuxFileManagerTest, WritingToAFifoOrAFolderFailsImmediately)
 {
     const QString fifo = home.path(QStringLiteral("fifo"));
     ASSERT_EQ(mkfifo(bytesOf(fifo).constData(), 0600), 0);
@@ -129,7 +129,7 @@ TEST_F(LinuxFileManagerTest, WritingToAFifoOrAFolderFailsAtOnce)
     expectKind(Kind::NoSuchFile, [&] { write(home.path(QStringLiteral("absent/file")), "x"); });
 }
 
-TEST_F(LinuxFileManagerTest, RemovesAFolderWithAllItHoldsAndFollowsNoLink)
+TEST_F(LinuxFileManagerTest, RemovesAFolderWithItsContentsAndFollowsNoLink)
 {
     const QString kept = home.write(QStringLiteral("kept/file"), "kept");
     home.write(QStringLiteral("folder/a b/-c"));
@@ -151,7 +151,7 @@ TEST_F(LinuxFileManagerTest, RemovesALinkItselfEvenWithATrailingSlash)
     expectKind(Kind::NoSuchFile, [&] { files.removeItem(link); });
 }
 
-TEST_F(LinuxFileManagerTest, AFolderThatMayNotBeEmptiedIsNamedByTheFileInIt)
+TEST_F(LinuxFileManagerTest, AFolderThatCannotBeEmptiedIsReportedWithTheFileInIt)
 {
     const QString inner = home.write(QStringLiteral("folder/locked/file.txt"));
     const QString locked = home.path(QStringLiteral("folder/locked"));
@@ -204,7 +204,7 @@ TEST_F(LinuxFileManagerTest, FifosSocketsAndDevicesAreNotReadable)
     close(fd);
 }
 
-TEST_F(LinuxFileManagerTest, WhatTheUserMayNotReadOrMoveIsRefused)
+TEST_F(LinuxFileManagerTest, FilesThatTheUserCannotReadOrMoveAreRejected)
 {
     const QString open = home.path(QStringLiteral("open"));
     const QString closed = home.path(QStringLiteral("closed"));
@@ -223,7 +223,7 @@ TEST_F(LinuxFileManagerTest, WhatTheUserMayNotReadOrMoveIsRefused)
         const AsPlainUser user;
         expectKind(Kind::NoPermission, [&] { files.requireReadableAndMovable(in(open), 0); });
         expectKind(Kind::NoPermission, [&] { files.requireReadableAndMovable(in(closed), 0); });
-        if (isRoot) { // Only then does the file belong to another user.
+        if (isRoot) { // Only then the file belongs to another user.
             expectKind(Kind::NoPermission, [&] { files.requireReadableAndMovable(in(sticky), 0); });
         }
     }

@@ -9,7 +9,7 @@ namespace {
 using Kind = FileError::Kind;
 using MountedVolumesTest = FileTest;
 
-TEST_F(MountedVolumesTest, AFullDiskLeavesTheSourceWholeAndNoCopy)
+TEST_F(MountedVolumesTest, AFullDiskKeepsTheSourceAndLeavesNoCopy)
 {
     const QString small = home.path(QStringLiteral("small"));
     files.createDirectory(small);
@@ -71,9 +71,9 @@ TEST_F(MountedVolumesTest, AVolumeMountedInAFolderIsNeitherEmptiedNorMoved)
     EXPECT_EQ(read(volume + QStringLiteral("/precious")), "kept");
 }
 
-TEST_F(MountedVolumesTest, AttributesThatTheOtherVolumeCannotKeepStopTheMove)
+TEST_F(MountedVolumesTest, AttributesThatTheOtherVolumeDoesNotSupportStopTheMove)
 {
-    // ramfs keeps no extended attributes at all, as many a stick.
+    // ramfs does not support extended attributes, like the file systems of many USB sticks.
     const QString volume = home.path(QStringLiteral("plain"));
     files.createDirectory(volume);
     const Mount mount(QStringLiteral("ramfs"), volume, "ramfs", 0);

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// Files that belong to somebody else. The runner gives a plain user the right to give files away.
+// Files that belong to another user. The runner allows a normal user to change the owner of files.
 
 #include "FileFixture.h"
 #include "platform/linux/files/XdgDirectories.h"
@@ -17,7 +17,7 @@ protected:
     void SetUp() override
     {
         FileTest::SetUp();
-        ASSERT_EQ(geteuid(), 0U) << "run this test by tests/support/with-mounts.sh";
+        ASSERT_EQ(geteuid(), 0U) << "run this test with tests/support/with-mounts.sh";
     }
 };
 
@@ -31,14 +31,14 @@ TEST_F(OtherUsersTest, DoesNotFollowALinkOfAnotherUser)
     EXPECT_EQ(read(file), "old");
 }
 
-TEST_F(OtherUsersTest, APropertyThatTheOtherFileSystemLosesStopsTheMove)
+TEST_F(OtherUsersTest, APropertyThatWouldBeLostOnTheOtherFileSystemStopsTheMove)
 {
     const QString source = home.write(QStringLiteral("folder/theirs.txt"), "theirs");
     ASSERT_EQ(chmod(bytesOf(home.path()).constData(), 0777), 0);
     ASSERT_EQ(chmod(bytesOf(home.path(QStringLiteral("folder"))).constData(), 0777), 0);
     ASSERT_EQ(chmod(bytesOf(other({})).constData(), 0777), 0);
     {
-        // A plain user cannot give the copy to the owner of the source, and cp does not report it.
+        // A normal user cannot give the copy the owner of the source, and cp does not report that.
         const AsPlainUser user;
         const auto error = errorOf([&] { files.moveItem(source, other(QStringLiteral("theirs.txt"))); });
         ASSERT_TRUE(error.has_value());
@@ -53,7 +53,7 @@ TEST_F(OtherUsersTest, APropertyThatTheOtherFileSystemLosesStopsTheMove)
     EXPECT_FALSE(exists(other(QStringLiteral("theirs.txt"))));
 }
 
-TEST_F(OtherUsersTest, ATemporaryDirectoryOfAnotherUserIsRefused)
+TEST_F(OtherUsersTest, ATemporaryDirectoryOfAnotherUserIsRejected)
 {
     const QByteArray theirs = bytesOf(home.path(QStringLiteral("quillhaven-0")));
     ASSERT_EQ(mkdir(theirs.constData(), 0700), 0);

@@ -38,15 +38,15 @@ TEST_F(ReadWholeFile, PutsTheFileAfterTheHeadroomAndLeavesTheRestZero)
     EXPECT_EQ(readAll(home.write(QStringLiteral("empty"), ""), 0, 0).size(), 0U);
 }
 
-TEST_F(ReadWholeFile, AFileWhoseSizeIsNotThatOfItsBytesIsAnErrorNoGarbage)
+TEST_F(ReadWholeFile, AFileWithAWrongSizeIsAnError)
 {
-    // A file of the kernel's says 0 bytes and has more, as one that grows without end does.
+    // The kernel reports a size of 0 bytes for this file, which has more, like a file that grows without end.
     const std::optional<FileError> error = errorOf([&] { (void)readAll(QStringLiteral("/proc/self/status"), 4, 4); });
     ASSERT_TRUE(error.has_value());
     EXPECT_EQ(error->kind(), Kind::Other);
 }
 
-TEST_F(ReadWholeFile, RoomThatCannotFitInMemoryIsNotStarted)
+TEST_F(ReadWholeFile, AReadThatDoesNotFitInMemoryIsNotStarted)
 {
     const QString small = home.write(QStringLiteral("small"));
     expectKind(Kind::TooLargeForMemory, [&] { (void)readAll(small, std::numeric_limits<size_t>::max() - 3, 3); });

@@ -10,7 +10,7 @@ namespace {
 
 using Kind = FileError::Kind;
 
-/// On one file system and to another one.
+/// Copies on one file system, and to another one.
 class FileCopiesTest : public FileTest, public ::testing::WithParamInterface<bool>
 {
 protected:
@@ -24,7 +24,7 @@ protected:
     }
 };
 
-TEST_P(FileCopiesTest, AFileIsCopiedWithItsMetadataAndStays)
+TEST_P(FileCopiesTest, AFileIsCopiedWithItsMetadataAndKept)
 {
     const QString source = home.write(QStringLiteral("a b"), "content");
     setAttribute(source, "user.note", QByteArray("a\0b", 3));
@@ -46,10 +46,10 @@ TEST_P(FileCopiesTest, AFileIsCopiedWithItsMetadataAndStays)
     }
     EXPECT_EQ(status(copy).st_nlink, 1U);
     write(copy, "changed");
-    EXPECT_EQ(read(source), "content") << "it is another file";
+    EXPECT_EQ(read(source), "content") << "it is a separate file";
 }
 
-TEST_P(FileCopiesTest, ATreeIsCopiedWithAllItHolds)
+TEST_P(FileCopiesTest, ATreeIsCopiedCompletely)
 {
     const QString source = home.path(QStringLiteral("tree"));
     const QString file = home.write(QStringLiteral("tree/sub/.hidden"), "run");
@@ -79,11 +79,11 @@ TEST_P(FileCopiesTest, ATreeIsCopiedWithAllItHolds)
     }
     EXPECT_NE(status(file).st_ino, status(copy + QStringLiteral("/sub/.hidden")).st_ino);
     for (const QString &path : {source, copy}) {
-        files.removeItem(path); // QTemporaryDir leaves names that are not UTF-8
+        files.removeItem(path); // QTemporaryDir does not remove names that are not UTF-8
     }
 }
 
-TEST_P(FileCopiesTest, ASparseFileStaysSparse)
+TEST_P(FileCopiesTest, ACopyOfASparseFileIsSparse)
 {
     const QString copy = target(QStringLiteral("copy"));
     files.copyItem(sparseFile(), copy);
@@ -127,7 +127,7 @@ TEST_P(FileCopiesTest, AMissingSourceOrFolderFailsAndLeavesNothing)
     EXPECT_EQ(namesAtTarget(), QStringList());
 }
 
-TEST_P(FileCopiesTest, AFileInATreeThatMayNotBeReadFailsAndLeavesNothing)
+TEST_P(FileCopiesTest, AnUnreadableFileInATreeFailsAndLeavesNothing)
 {
     const QString inner = home.write(QStringLiteral("folder/inner"), "inner");
     home.write(QStringLiteral("folder/a"), "a");

@@ -9,7 +9,7 @@ namespace quillhaven::testing {
 
 namespace {
 
-/// Names that are not valid UTF-8, which Linux allows. A listing gives text that leads back to the file.
+/// Names that are not valid UTF-8, which Linux allows. The text of a listing can be converted back to the name.
 class UnnamableFilesTest : public FileTest
 {
 protected:
@@ -27,7 +27,7 @@ protected:
     }
     void TearDown() override
     {
-        files.removeItem(folder()); // QTemporaryDir leaves such names
+        files.removeItem(folder()); // QTemporaryDir does not remove such names
         FileTest::TearDown();
     }
 
@@ -43,7 +43,7 @@ private:
     const QByteArray m_folder = bytesOf(home.path()) + "/f\x80";
 };
 
-TEST_F(UnnamableFilesTest, EveryListedNameLeadsBackToItsFile)
+TEST_F(UnnamableFilesTest, EveryListedNameCanBeOpened)
 {
     QStringList names = files.contentsOfDirectory(folder());
     names.sort();
@@ -73,7 +73,7 @@ TEST_F(UnnamableFilesTest, EveryRegularFileBelowIsFoundAndCanBeOverwrittenRename
     }
 }
 
-TEST_F(UnnamableFilesTest, WritingAndMovingGoToTheVeryName)
+TEST_F(UnnamableFilesTest, WritingAndMovingUseExactlyTheName)
 {
     files.writeFile(in("new\xFE"), std::as_bytes(std::span("text", 4)));
     EXPECT_EQ(::access((bytesOf(home.path()) + "/f\x80/new\xFE").constData(), F_OK), 0);

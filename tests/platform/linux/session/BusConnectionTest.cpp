@@ -21,7 +21,7 @@ using namespace std::chrono_literals;
 const QString objectPath = QStringLiteral("/test");
 const QString interfaceName = QStringLiteral("org.example.Test");
 
-/// An object that answers one question and keeps the other one.
+/// An object that answers one of its two calls.
 class Service : public QObject, protected QDBusContext
 {
     Q_OBJECT
@@ -62,7 +62,7 @@ protected:
         m_before.try_emplace(name, qgetenv(name));
         qputenv(name, value);
     }
-    /// Makes this the address of the bus in question.
+    /// Makes this the address of the tested bus.
     void setAddress(const QString &path)
     {
         const bool isSession = GetParam() == MessageBus::Session;
@@ -85,13 +85,13 @@ using SessionBusTest = BusConnectionTest;
 INSTANTIATE_TEST_SUITE_P(Buses, BusConnectionTest, ::testing::Values(MessageBus::Session, MessageBus::System),
                          [](const auto &bus) { return bus.param == MessageBus::Session ? "Session" : "System"; });
 
-TEST_P(BusConnectionTest, NoneWhereNothingListens)
+TEST_P(BusConnectionTest, NoConnectionIfNothingListens)
 {
     setAddress(folder.filePath(QStringLiteral("none")));
     EXPECT_EQ(open(1min), nullptr);
 }
 
-TEST_P(BusConnectionTest, NoneWhereTheListenerKeepsSilentWhileTheLoopRunsOn)
+TEST_P(BusConnectionTest, NoConnectionIfTheListenerDoesNotAnswerAndTheLoopIsNotBlocked)
 {
     QLocalServer silent;
     ASSERT_TRUE(silent.listen(folder.filePath(QStringLiteral("silent"))));
@@ -107,7 +107,7 @@ TEST_P(BusConnectionTest, NoneWhereTheListenerKeepsSilentWhileTheLoopRunsOn)
     EXPECT_TRUE(hasTicked);
 }
 
-TEST_P(BusConnectionTest, NoneWhereTheListenerSpeaksAnotherProtocol)
+TEST_P(BusConnectionTest, NoConnectionIfTheListenerUsesAnotherProtocol)
 {
     QLocalServer other;
     ASSERT_TRUE(other.listen(folder.filePath(QStringLiteral("other"))));
@@ -117,7 +117,7 @@ TEST_P(BusConnectionTest, NoneWhereTheListenerSpeaksAnotherProtocol)
     EXPECT_EQ(open(200ms), nullptr);
 }
 
-TEST_P(BusConnectionTest, AUsableConnectionOfItsOwnWhereThereIsABus)
+TEST_P(BusConnectionTest, APrivateUsableConnectionIfThereIsABus)
 {
     setAddress(QString::fromUtf8(qgetenv("DBUS_SESSION_BUS_ADDRESS"))
                    .section(QLatin1Char('='), 1)
@@ -132,7 +132,7 @@ TEST_P(BusConnectionTest, AUsableConnectionOfItsOwnWhereThereIsABus)
 INSTANTIATE_TEST_SUITE_P(Buses, SessionBusTest, ::testing::Values(MessageBus::Session),
                          [](const auto &) { return "Session"; });
 
-TEST_P(SessionBusTest, AnUnansweredCallIsAnErrorAndTheConnectionNotUsableAfterwards)
+TEST_P(SessionBusTest, AnUnansweredCallIsAnErrorAndMakesTheConnectionUnusable)
 {
     const Service service;
     const auto bus = open(1s);
@@ -155,7 +155,7 @@ TEST_P(SessionBusTest, AnErrorReplyLeavesTheConnectionUsable)
     EXPECT_TRUE(bus->isUsable());
 }
 
-TEST_P(SessionBusTest, NoBusIsStartedForASessionWithoutOne)
+TEST_P(SessionBusTest, NoBusIsStartedInASessionWithoutOne)
 {
     set("DBUS_SESSION_BUS_ADDRESS", {});
     set("XDG_RUNTIME_DIR", folder.path().toUtf8());

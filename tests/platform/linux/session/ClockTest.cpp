@@ -49,7 +49,7 @@ private:
 INSTANTIATE_TYPED_TEST_SUITE_P(Manual, ClockContract, ManualTime);
 INSTANTIATE_TYPED_TEST_SUITE_P(EventLoop, ClockContract, RealTime);
 
-/// The clocks of the timers that this process has open, as the kernel names them (man proc_pid_fdinfo).
+/// The clocks of the open timers of this process, as the kernel numbers them (man proc_pid_fdinfo).
 QByteArrayList clocksOfOpenTimers()
 {
     QByteArrayList clocks;
@@ -57,7 +57,7 @@ QByteArrayList clocksOfOpenTimers()
     for (const QString &name : descriptors.entryList(QDir::Files)) {
         QFile file(descriptors.filePath(name));
         if (!file.open(QIODevice::ReadOnly)) {
-            continue; // the descriptor by which the folder was read
+            continue; // the descriptor with which the folder is read
         }
         for (const QByteArray &line : file.readAll().split('\n')) {
             if (line.startsWith("clockid:")) {
@@ -68,8 +68,8 @@ QByteArrayList clocksOfOpenTimers()
     return clocks;
 }
 
-// A machine that runs tests cannot be put to sleep: what its kernel promises of this one clock has to do.
-TEST(EventLoopClock, TimersAndUptimeUseTheClockThatCountsTheTimeAsleep)
+// A test cannot put the machine to sleep, so this checks that the clock is the one that includes suspended time.
+TEST(EventLoopClock, TimersAndUptimeUseTheClockThatIncludesSuspendedTime)
 {
     EventLoopClock clock;
     const auto oneShot = clock.startOneShot(std::chrono::hours(1), [] {});
@@ -87,14 +87,14 @@ TEST(EventLoopClock, TimersAndUptimeUseTheClockThatCountsTheTimeAsleep)
     EXPECT_LE(uptime, bootTime());
 }
 
-TEST(EventLoopClock, ADestroyedTimerGivesItsDescriptorBack)
+TEST(EventLoopClock, ADestroyedTimerClosesItsDescriptor)
 {
     EventLoopClock clock;
     clock.startOneShot(std::chrono::hours(1), [] {}).reset();
     EXPECT_EQ(clocksOfOpenTimers(), QByteArrayList());
 }
 
-TEST(ManualClock, EveryMomentOfARepeatingTimerCountsWhileTheClockAdvances)
+TEST(ManualClock, ARepeatingTimerFiresAtEachMultipleWhileTheClockAdvances)
 {
     ManualClock clock;
     int fired = 0;

@@ -12,7 +12,7 @@
 namespace quillhaven::testing {
 namespace {
 
-/// A program that lives no longer than this object.
+/// A process that is killed when this object is destroyed.
 class Daemon
 {
 public:
@@ -42,7 +42,7 @@ private:
     QProcess m_process;
 };
 
-/// Sets an environment variable for the length of a scope.
+/// Sets an environment variable during its lifetime.
 class ScopedVariable
 {
 public:
@@ -64,7 +64,7 @@ class FprintAbsenceTest : public FprintFixture
 protected:
     ~FprintAbsenceTest() override { expectNoPrompt(); }
 
-    /// A fprintd on the bus, with a reader or without.
+    /// Starts fprintd on the bus, with a reader or without.
     std::unique_ptr<Daemon> startFprintd(bool hasReader = true)
     {
         QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
@@ -103,7 +103,7 @@ TEST_F(FprintAbsenceTest, CannotEvaluateWithoutAReader)
     EXPECT_FALSE(evaluatePolicy());
 }
 
-TEST_F(FprintAbsenceTest, AReaderUnpluggedWhileItWaitsIsFalse)
+TEST_F(FprintAbsenceTest, AReaderThatIsUnpluggedWhileItWaitsReturnsFalse)
 {
     const auto fprintd = startFprintdWithAlice();
     const auto evaluation = beginEvaluation();
@@ -113,7 +113,7 @@ TEST_F(FprintAbsenceTest, AReaderUnpluggedWhileItWaitsIsFalse)
     EXPECT_TRUE(spinUntil([this] { return !canEvaluatePolicy(); }));
 }
 
-TEST_F(FprintAbsenceTest, AFprintdThatDiesWhileTheReaderWaitsIsFalseAndTheNextOneServes)
+TEST_F(FprintAbsenceTest, IfFprintdEndsWhileTheReaderWaitsItReturnsFalseAndTheNextFprintdIsUsed)
 {
     auto fprintd = startFprintdWithAlice();
     const auto lost = beginEvaluation();
@@ -129,7 +129,7 @@ TEST_F(FprintAbsenceTest, AFprintdThatDiesWhileTheReaderWaitsIsFalseAndTheNextOn
     EXPECT_TRUE(evaluation.wait());
 }
 
-TEST_F(FprintAbsenceTest, CannotEvaluateWhileFprintdKeepsSilentAndTheMainLoopRunsOn)
+TEST_F(FprintAbsenceTest, CannotEvaluateIfFprintdDoesNotAnswerAndTheEventLoopIsNotBlocked)
 {
     const auto fprintd = startFprintdWithAlice();
     fprintd->send(SIGSTOP);
@@ -154,7 +154,7 @@ TEST_F(FprintAbsenceTest, AConnectionWithAnUnansweredCallIsNotUsedAgain)
     EXPECT_FALSE(bus->isUsable());
 }
 
-TEST_F(FprintAbsenceTest, AReaderThatASilentFprintdKeepsIsFreeAgainLater)
+TEST_F(FprintAbsenceTest, AReaderClaimedByAnUnresponsiveFprintdIsReleasedLater)
 {
     const auto fprintd = startFprintdWithAlice();
     const auto evaluation = beginEvaluation();
@@ -170,7 +170,7 @@ TEST_F(FprintAbsenceTest, AReaderThatASilentFprintdKeepsIsFreeAgainLater)
     EXPECT_TRUE(next.wait());
 }
 
-TEST_F(FprintAbsenceTest, CannotEvaluateWithoutABusAndCanAsSoonAsThereIsOne)
+TEST_F(FprintAbsenceTest, CannotEvaluateUntilThereIsABus)
 {
     {
         const ScopedVariable address("DBUS_SYSTEM_BUS_ADDRESS",
@@ -182,7 +182,7 @@ TEST_F(FprintAbsenceTest, CannotEvaluateWithoutABusAndCanAsSoonAsThereIsOne)
     EXPECT_TRUE(canEvaluatePolicy());
 }
 
-TEST_F(FprintAbsenceTest, CannotEvaluateOverABusThatNeverAnswersAndTheMainLoopRunsOn)
+TEST_F(FprintAbsenceTest, CannotEvaluateIfTheBusDoesNotAnswerAndTheEventLoopIsNotBlocked)
 {
     QLocalServer silent;
     ASSERT_TRUE(silent.listen(folder.filePath(QStringLiteral("silent"))));
@@ -193,7 +193,7 @@ TEST_F(FprintAbsenceTest, CannotEvaluateOverABusThatNeverAnswersAndTheMainLoopRu
     EXPECT_FALSE(evaluatePolicy());
 }
 
-TEST_F(FprintAbsenceTest, ABusThatDiesWhileTheReaderWaitsIsFalse)
+TEST_F(FprintAbsenceTest, IfTheBusEndsWhileTheReaderWaitsItReturnsFalse)
 {
     const QByteArray busAddress = "unix:path=" + folder.filePath(QStringLiteral("bus")).toUtf8();
     const ScopedVariable address("DBUS_SYSTEM_BUS_ADDRESS", busAddress);

@@ -5,7 +5,7 @@
 namespace quillhaven::testing {
 namespace {
 
-/// A reader of one's own, with alice's finger enrolled.
+/// A private reader, with alice's finger enrolled.
 class FprintAuthenticatorTest : public FprintFixture
 {
 protected:
@@ -17,7 +17,7 @@ protected:
     }
     ~FprintAuthenticatorTest() override
     {
-        // Whatever happened, the reader is free again.
+        // After every test the reader must be free again.
         const bool isFree = spinUntil([this] { return other.claim(); });
         EXPECT_TRUE(isFree);
         if (isFree) {
@@ -51,13 +51,13 @@ TEST_F(FprintAuthenticatorTest, CannotEvaluateWithoutAnEnrolledFinger)
     EXPECT_FALSE(canEvaluatePolicy());
 }
 
-TEST_F(FprintAuthenticatorTest, EvaluatingWithoutAnEnrolledFingerIsFalse)
+TEST_F(FprintAuthenticatorTest, EvaluatingWithoutAnEnrolledFingerReturnsFalse)
 {
     other.forgetAllFingers();
     EXPECT_FALSE(evaluatePolicy());
 }
 
-TEST_F(FprintAuthenticatorTest, TheEnrolledFingerIsTrue)
+TEST_F(FprintAuthenticatorTest, TheEnrolledFingerReturnsTrue)
 {
     const auto evaluation = beginEvaluation();
     ASSERT_TRUE(FprintClient::sendToReader("SCAN alice"));
@@ -65,7 +65,7 @@ TEST_F(FprintAuthenticatorTest, TheEnrolledFingerIsTrue)
     expectNoPrompt();
 }
 
-TEST_F(FprintAuthenticatorTest, AnotherFingerIsFalse)
+TEST_F(FprintAuthenticatorTest, AnotherFingerReturnsFalse)
 {
     const auto evaluation = beginEvaluation();
     ASSERT_TRUE(FprintClient::sendToReader("SCAN mallory"));
@@ -73,7 +73,7 @@ TEST_F(FprintAuthenticatorTest, AnotherFingerIsFalse)
     expectNoPrompt();
 }
 
-TEST_F(FprintAuthenticatorTest, AFailingReaderIsFalse)
+TEST_F(FprintAuthenticatorTest, AFailingReaderReturnsFalse)
 {
     const auto evaluation = beginEvaluation();
     ASSERT_TRUE(FprintClient::sendToReader("ERROR 0"));
@@ -81,7 +81,7 @@ TEST_F(FprintAuthenticatorTest, AFailingReaderIsFalse)
     expectNoPrompt();
 }
 
-TEST_P(FprintRetry, AnUnusableScanSaysWhatToDoAndTheNextOneCounts)
+TEST_P(FprintRetry, AnUnusableScanShowsAHintAndTheNextOneIsUsed)
 {
     const auto evaluation = beginEvaluation();
     ASSERT_TRUE(FprintClient::sendToReader(GetParam().event));
@@ -102,7 +102,7 @@ INSTANTIATE_TEST_SUITE_P(
         Retry{"RemoveFinger", "RETRY 3", QStringLiteral("Lift your finger off the reader, then try again")}),
     [](const ::testing::TestParamInfo<Retry> &info) { return info.param.name; });
 
-TEST_F(FprintAuthenticatorTest, AnUnusableScanAndThenAnotherFingerIsFalse)
+TEST_F(FprintAuthenticatorTest, AnUnusableScanFollowedByAnotherFingerReturnsFalse)
 {
     const auto evaluation = beginEvaluation();
     ASSERT_TRUE(FprintClient::sendToReader("RETRY 1"));
@@ -111,7 +111,7 @@ TEST_F(FprintAuthenticatorTest, AnUnusableScanAndThenAnotherFingerIsFalse)
     EXPECT_FALSE(evaluation.wait());
 }
 
-TEST_F(FprintAuthenticatorTest, CancelEndsWithFalseAndTakesThePromptAwayAtOnce)
+TEST_F(FprintAuthenticatorTest, CancelReturnsFalseAndClosesThePromptImmediately)
 {
     const auto evaluation = beginEvaluation();
     authenticator->cancel();
@@ -119,7 +119,7 @@ TEST_F(FprintAuthenticatorTest, CancelEndsWithFalseAndTakesThePromptAwayAtOnce)
     EXPECT_FALSE(evaluation.wait());
 }
 
-TEST_F(FprintAuthenticatorTest, CancelBeforeTheReaderWaitsNeverPrompts)
+TEST_F(FprintAuthenticatorTest, CancelBeforeTheReaderWaitsShowsNoPrompt)
 {
     int prompts = 0;
     QObject::connect(authenticator.get(), &BiometricAuthenticator::promptChanged, [&prompts] { ++prompts; });
@@ -138,7 +138,7 @@ TEST_F(FprintAuthenticatorTest, CancelWithoutAnEvaluationDoesNothing)
     authenticator->cancel();
 }
 
-TEST_F(FprintAuthenticatorTest, TheMismatchThatAStopReportsIsNotTakenForTheNextEvaluation)
+TEST_F(FprintAuthenticatorTest, TheMismatchReportedByAStopDoesNotAffectTheNextEvaluation)
 {
     const auto cancelled = beginEvaluation();
     authenticator->cancel();
@@ -150,7 +150,7 @@ TEST_F(FprintAuthenticatorTest, TheMismatchThatAStopReportsIsNotTakenForTheNextE
     EXPECT_TRUE(evaluation.wait());
 }
 
-TEST_F(FprintAuthenticatorTest, CancellingTwiceInARowLeavesTheThirdEvaluationWhole)
+TEST_F(FprintAuthenticatorTest, CancellingTwiceInARowDoesNotAffectTheThirdEvaluation)
 {
     const auto first = beginEvaluation();
     authenticator->cancel();
@@ -163,7 +163,7 @@ TEST_F(FprintAuthenticatorTest, CancellingTwiceInARowLeavesTheThirdEvaluationWho
     EXPECT_TRUE(third.wait());
 }
 
-TEST_F(FprintAuthenticatorTest, ASecondEvaluationWhileOneRunsIsFalseAndTheFirstGoesOn)
+TEST_F(FprintAuthenticatorTest, ASecondEvaluationWhileOneIsRunningReturnsFalseAndTheFirstContinues)
 {
     const auto first = beginEvaluation();
     EXPECT_FALSE(evaluatePolicy());
@@ -173,7 +173,7 @@ TEST_F(FprintAuthenticatorTest, ASecondEvaluationWhileOneRunsIsFalseAndTheFirstG
     EXPECT_TRUE(first.wait());
 }
 
-TEST_F(FprintAuthenticatorTest, AReaderThatAnotherProgramUsesIsFalseWithoutAPrompt)
+TEST_F(FprintAuthenticatorTest, AReaderInUseByAnotherProgramReturnsFalseWithoutAPrompt)
 {
     int prompts = 0;
     QObject::connect(authenticator.get(), &BiometricAuthenticator::promptChanged, [&prompts] { ++prompts; });
@@ -187,14 +187,14 @@ TEST_F(FprintAuthenticatorTest, AReaderThatAnotherProgramUsesIsFalseWithoutAProm
     EXPECT_TRUE(evaluation.wait());
 }
 
-TEST_F(FprintAuthenticatorTest, AUserWhoMayNotUseTheReaderIsFalse)
+TEST_F(FprintAuthenticatorTest, AUserWithoutPermissionGetsFalse)
 {
     other.setAllowed(false);
     EXPECT_FALSE(evaluatePolicy());
     other.setAllowed(true);
 }
 
-TEST_F(FprintAuthenticatorTest, AReaderThatIsSwipedSaysSo)
+TEST_F(FprintAuthenticatorTest, ASwipeReaderIsReportedAsSuch)
 {
     other.setScanType("swipe");
     const RunningTask<bool> evaluation(authenticator->evaluatePolicy(reasonText));
@@ -205,7 +205,7 @@ TEST_F(FprintAuthenticatorTest, AReaderThatIsSwipedSaysSo)
     EXPECT_TRUE(evaluation.wait());
 }
 
-TEST_F(FprintAuthenticatorTest, TheMainLoopRunsOnWhileTheReaderWaits)
+TEST_F(FprintAuthenticatorTest, TheEventLoopIsNotBlockedWhileTheReaderWaits)
 {
     const auto evaluation = beginEvaluation();
     const Ticker ticker;
@@ -215,7 +215,7 @@ TEST_F(FprintAuthenticatorTest, TheMainLoopRunsOnWhileTheReaderWaits)
     EXPECT_TRUE(evaluation.wait());
 }
 
-TEST_F(FprintAuthenticatorTest, DestroyingItWhileTheReaderWaitsEndsWithFalse)
+TEST_F(FprintAuthenticatorTest, DestroyingItWhileTheReaderWaitsReturnsFalse)
 {
     const auto evaluation = beginEvaluation();
     authenticator.reset();

@@ -47,7 +47,7 @@ QDBusMessage FprintClient::call(const QString &method, const QVariantList &argum
     const QDBusMessage question =
         QDBusMessage::createMethodCall(service, QStringLiteral("/net/reactivated/Fprint/Manager"),
                                        service + QStringLiteral(".Manager"), QStringLiteral("GetDefaultDevice"));
-    // The service has its name a moment before it has found its readers.
+    // The service has its name before it has found its readers.
     const bool hasReader = testing::spinUntil([this, &question] {
         m_device = m_bus.call(question).arguments().value(0).value<QDBusObjectPath>().path();
         return !m_device.isEmpty();
@@ -101,7 +101,7 @@ void FprintClient::enrol(const QByteArray &finger)
 void FprintClient::forgetAllFingers()
 {
     require(QStringLiteral("Claim"), {QString()});
-    // It fails when there is none, which is as good.
+    // It fails if there is no finger, which is fine.
     call(QStringLiteral("DeleteEnrolledFingers2"));
     require(QStringLiteral("Release"));
 }

@@ -9,7 +9,7 @@
 
 namespace quillhaven::testing {
 
-/// Another program that speaks with fprintd, over a connection of its own. Its calls wait for their replies.
+/// Another client of fprintd, with its own connection. Its calls block until they are answered.
 class FprintClient : public QObject
 {
     Q_OBJECT
@@ -22,16 +22,16 @@ public:
     [[nodiscard]] bool hasPolicyService() const;
     [[nodiscard]] bool claim();
     void release();
-    /// Enrols a finger for the user who runs this.
+    /// Enrols a finger for the current user.
     void enrol(const QByteArray &finger);
     void forgetAllFingers();
-    /// How the reader takes a finger from now on: "press" or "swipe".
+    /// Sets how the reader scans a finger: "press" or "swipe".
     void setScanType(const QByteArray &type);
-    /// Whether the policy service of the bus lets anybody use a reader.
+    /// Sets whether the policy service of the bus allows the use of a reader.
     void setAllowed(bool isAllowed);
 
-    /// One event of the virtual reader, such as "SCAN alice". Waits until somebody has claimed the reader, since it
-    /// listens only then. False when nobody did.
+    /// Sends an event to the virtual reader, such as "SCAN alice". Waits until a client has claimed the reader, since
+    /// it listens only then. Returns false if no client does.
     [[nodiscard]] static bool sendToReader(const QByteArray &event);
 
 private Q_SLOTS:
@@ -39,7 +39,7 @@ private Q_SLOTS:
 
 private:
     QDBusMessage call(const QString &method, const QVariantList &arguments = {});
-    /// Throws what the call failed with.
+    /// Throws the error of the call.
     void require(const QString &method, const QVariantList &arguments = {});
 
     QDBusConnection m_bus;

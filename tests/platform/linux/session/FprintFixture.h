@@ -14,7 +14,7 @@ namespace quillhaven::testing {
 
 inline const QString reasonText = QStringLiteral("Unlock protected item");
 
-/// Counts how often the main loop came round.
+/// Counts the iterations of the event loop.
 class Ticker
 {
 public:
@@ -46,7 +46,7 @@ protected:
         EXPECT_EQ(authenticator->reason(), QString());
         EXPECT_EQ(authenticator->hint(), QString());
     }
-    /// Begins an evaluation and waits until the reader does.
+    /// Starts an evaluation, and waits until the reader waits for a finger.
     RunningTask<bool> beginEvaluation()
     {
         RunningTask<bool> evaluation(authenticator->evaluatePolicy(reasonText));

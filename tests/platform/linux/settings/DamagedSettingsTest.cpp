@@ -13,7 +13,7 @@ const QString sharedDomain = QStringLiteral("shared");
 class DamagedSettingsTest : public SettingsFixture
 {
 protected:
-    /// Ends a program without its clean-up, and returns the log that it leaves beside the database.
+    /// Ends a program without its clean-up, and returns the write-ahead log that it leaves next to the database.
     QByteArray logOfKilledProgram()
     {
         QProcess writer;
@@ -25,7 +25,7 @@ protected:
         EXPECT_FALSE(log.isEmpty());
         return log;
     }
-    /// Starts the program over a log without its database: nothing is lost, and a new database works.
+    /// Starts the program with a log without its database: no data is lost, and a new database works.
     void expectLogSetAside(const QByteArray &log)
     {
         LogCapture lines;
@@ -52,12 +52,12 @@ protected:
     }
 };
 
-TEST_F(DamagedSettingsTest, AFileOfGarbageIsSetAsideWhole)
+TEST_F(DamagedSettingsTest, AnInvalidFileIsSetAsideUnchanged)
 {
     expectSetAside(QByteArray(10'000, 'g'));
 }
 
-TEST_F(DamagedSettingsTest, ATruncatedDatabaseIsSetAsideWhole)
+TEST_F(DamagedSettingsTest, ATruncatedDatabaseIsSetAsideUnchanged)
 {
     {
         SqliteUserDefaultsProvider provider(directory());
@@ -76,7 +76,7 @@ TEST_F(DamagedSettingsTest, AFileOfZeroBytesBecomesADatabase)
     EXPECT_EQ(SqliteUserDefaultsProvider(directory()).standard().boolForKey(QStringLiteral("works")), true);
 }
 
-TEST_F(DamagedSettingsTest, APlaceThatCannotBeUsedLeavesTheDomainInMemoryAndNoSuite)
+TEST_F(DamagedSettingsTest, WithoutAUsableFolderTheDomainIsInMemoryAndThereIsNoSuite)
 {
     ASSERT_TRUE(QDir().mkpath(database()));
     ASSERT_TRUE(QDir().mkpath(directory() + QStringLiteral("/shared.db")));
@@ -96,14 +96,14 @@ TEST_F(DamagedSettingsTest, ALogWithoutItsDatabaseIsSetAside)
     expectLogSetAside(log);
 }
 
-TEST_F(DamagedSettingsTest, ALogBesideAnEmptyDatabaseIsSetAside)
+TEST_F(DamagedSettingsTest, ALogOfAnEmptyDatabaseIsSetAside)
 {
     const QByteArray log = logOfKilledProgram();
     ASSERT_TRUE(QFile::resize(database(), 0));
     expectLogSetAside(log);
 }
 
-TEST_F(DamagedSettingsTest, AnotherProgramLeavesADamagedDatabaseAsItIs)
+TEST_F(DamagedSettingsTest, AnotherProgramDoesNotChangeADamagedDatabase)
 {
     const QByteArray garbage(10'000, 'g');
     m_home.write(QStringLiteral("settings/shared.db"), garbage);
@@ -112,7 +112,7 @@ TEST_F(DamagedSettingsTest, AnotherProgramLeavesADamagedDatabaseAsItIs)
     EXPECT_TRUE(setAside(sharedDomain).isEmpty());
 }
 
-TEST_F(DamagedSettingsTest, AnotherProgramLeavesALogWithoutItsDatabaseAsItIs)
+TEST_F(DamagedSettingsTest, AnotherProgramDoesNotChangeALogWithoutItsDatabase)
 {
     const QByteArray log = logOfKilledProgram();
     ASSERT_TRUE(QFile::remove(database()));
@@ -121,7 +121,7 @@ TEST_F(DamagedSettingsTest, AnotherProgramLeavesALogWithoutItsDatabaseAsItIs)
     EXPECT_FALSE(QFileInfo::exists(database()));
 }
 
-TEST_F(DamagedSettingsTest, AnotherProgramOpensOneDomainAndNoOther)
+TEST_F(DamagedSettingsTest, AnotherProgramOpensOnlyOneDomain)
 {
     m_home.write(QStringLiteral("settings/") + domainName + QStringLiteral(".db"), QByteArray(10'000, 'g'));
     EXPECT_EQ(runWriter({QStringLiteral("set"), QStringLiteral("key"), QStringLiteral("x")}, sharedDomain), 0);

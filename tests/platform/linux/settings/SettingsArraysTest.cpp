@@ -16,7 +16,7 @@ ArrayElement element(const QString &id, const QByteArray &value)
     return {id, value};
 }
 
-/// Elements as long as a record with long paths.
+/// Elements with the size of a record with long paths.
 QList<ArrayElement> elements(int count)
 {
     QList<ArrayElement> all;
@@ -29,7 +29,7 @@ QList<ArrayElement> elements(int count)
 class SettingsArraysTest : public SettingsFixture
 {
 protected:
-    /// A domain that holds the array ["a","b","c"] under the ids of one letter.
+    /// A domain with the array ["a","b","c"], under ids of one letter.
     [[nodiscard]] std::unique_ptr<SqliteUserDefaultsProvider> withThreeElements() const
     {
         auto provider = std::make_unique<SqliteUserDefaultsProvider>(directory());
@@ -43,7 +43,7 @@ protected:
     {
         return SqliteUserDefaultsProvider(directory()).standard().dataForKey(key).value_or("absent");
     }
-    /// How many bytes a change of a domain opened for it alone writes to the log of the database.
+    /// The number of bytes that a change writes to the log of the database, in a domain opened only for it.
     [[nodiscard]] qint64 loggedBytes(const ArrayChange &change) const
     {
         SqliteUserDefaultsProvider provider(directory());
@@ -53,13 +53,13 @@ protected:
     }
 };
 
-TEST_F(SettingsArraysTest, ElementsReadAsOneJsonArrayAndSurviveARestart)
+TEST_F(SettingsArraysTest, ElementsAreReadAsOneJsonArrayAndSurviveARestart)
 {
     EXPECT_EQ(withThreeElements()->standard().dataForKey(key), R"(["a","b","c"])");
     EXPECT_EQ(stored(), R"(["a","b","c"])");
 }
 
-TEST_F(SettingsArraysTest, AnArrayOfNoElementsIsNotAbsent)
+TEST_F(SettingsArraysTest, AnEmptyArrayIsNotAMissingValue)
 {
     {
         SqliteUserDefaultsProvider provider(directory());
@@ -69,7 +69,7 @@ TEST_F(SettingsArraysTest, AnArrayOfNoElementsIsNotAbsent)
     EXPECT_EQ(stored(), "[]");
 }
 
-TEST_F(SettingsArraysTest, APutElementKeepsItsPlaceAndANewOneIsLast)
+TEST_F(SettingsArraysTest, AReplacedElementKeepsItsPlaceAndANewOneIsLast)
 {
     EXPECT_TRUE(withThreeElements()->standard().changeArray(
         key,
@@ -77,7 +77,7 @@ TEST_F(SettingsArraysTest, APutElementKeepsItsPlaceAndANewOneIsLast)
     EXPECT_EQ(stored(), R"([{"long":true},"b","c",4])");
 }
 
-TEST_F(SettingsArraysTest, RemovedElementsAreTakenOutBeforeOthersArePut)
+TEST_F(SettingsArraysTest, ElementsAreRemovedBeforeOthersArePut)
 {
     EXPECT_TRUE(withThreeElements()->standard().changeArray(
         key, {.put = {element(QStringLiteral("a"), "1")}, .removed = {QStringLiteral("c"), QStringLiteral("a"), key}}));
@@ -93,7 +93,7 @@ TEST_F(SettingsArraysTest, AChangeOfAnAbsentKeyIsRefused)
     EXPECT_EQ(stored(), "absent");
 }
 
-TEST_F(SettingsArraysTest, AChangeOfAnotherValueIsRefusedAndSetArrayReplacesIt)
+TEST_F(SettingsArraysTest, AChangeOfAnotherValueIsRejectedAndSetArrayReplacesIt)
 {
     SqliteUserDefaultsProvider provider(directory());
     UserDefaults &defaults = provider.standard();
@@ -122,7 +122,7 @@ TEST_F(SettingsArraysTest, RemovingTheKeyRemovesAllElements)
     EXPECT_EQ(stored(), "[1]");
 }
 
-TEST_F(SettingsArraysTest, ArraysOfSeveralKeysAreApart)
+TEST_F(SettingsArraysTest, ArraysOfSeveralKeysAreSeparate)
 {
     const QString other = QStringLiteral("other");
     const auto provider = withThreeElements();
@@ -133,7 +133,7 @@ TEST_F(SettingsArraysTest, ArraysOfSeveralKeysAreApart)
     EXPECT_EQ(defaults.dataForKey(other), "[1,2]");
 }
 
-TEST_F(SettingsArraysTest, OfTwoElementsWithOneIdTheFirstIsReplacedAndBothAreRemoved)
+TEST_F(SettingsArraysTest, IfTwoElementsHaveOneIdTheFirstIsReplacedAndBothAreRemoved)
 {
     SqliteUserDefaultsProvider provider(directory());
     UserDefaults &defaults = provider.standard();
@@ -144,7 +144,7 @@ TEST_F(SettingsArraysTest, OfTwoElementsWithOneIdTheFirstIsReplacedAndBothAreRem
     EXPECT_EQ(defaults.dataForKey(key), "[2]");
 }
 
-TEST_F(SettingsArraysTest, ATransactionIsReportedOnceAndOneThatChangesNothingIsNot)
+TEST_F(SettingsArraysTest, ATransactionIsReportedOnceAndOnlyIfItChangesSomething)
 {
     const auto provider = withThreeElements();
     UserDefaults &defaults = provider->standard();
@@ -160,7 +160,7 @@ TEST_F(SettingsArraysTest, ATransactionIsReportedOnceAndOneThatChangesNothingIsN
     EXPECT_EQ(*changes, QStringList({key, key}));
 }
 
-TEST_F(SettingsArraysTest, AnotherProcessChangesAnElementAndItsKeyIsReported)
+TEST_F(SettingsArraysTest, AnElementChangedByAnotherProcessIsReported)
 {
     const auto provider = withThreeElements();
     UserDefaults &defaults = provider->standard();
@@ -171,7 +171,7 @@ TEST_F(SettingsArraysTest, AnotherProcessChangesAnElementAndItsKeyIsReported)
     EXPECT_EQ(*changes, QStringList{key});
 }
 
-TEST_F(SettingsArraysTest, AFailedChangeLeavesEveryElementAndIsLogged)
+TEST_F(SettingsArraysTest, AFailedChangeKeepsAllElementsAndIsLogged)
 {
     const auto provider = withThreeElements();
     UserDefaults &defaults = provider->standard();

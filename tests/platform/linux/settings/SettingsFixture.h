@@ -19,7 +19,7 @@ namespace quillhaven::testing {
 
 inline const QString domainName = SqliteUserDefaultsProvider::standardDomain;
 
-/// The keys whose change the domain reports from now on.
+/// Records the keys whose changes the domain reports.
 inline std::shared_ptr<QStringList> changesOf(UserDefaults &defaults)
 {
     auto keys = std::make_shared<QStringList>();
@@ -28,7 +28,7 @@ inline std::shared_ptr<QStringList> changesOf(UserDefaults &defaults)
     return keys;
 }
 
-/// A folder of settings, and other programs that use it.
+/// A folder with settings, and other programs that use it.
 class SettingsFixture : public ::testing::Test
 {
 protected:
@@ -37,17 +37,17 @@ protected:
     {
         return directory() + QLatin1Char('/') + domainName + QStringLiteral(".db");
     }
-    /// The names of what was set aside, logs included.
+    /// The names of the files that were set aside, including logs.
     [[nodiscard]] QStringList setAside(const QString &domain = domainName) const
     {
         return QDir(directory()).entryList({domain + QStringLiteral(".db.corrupt-*")}, QDir::Files);
     }
-    /// Runs the writing process to its end and returns its exit code.
+    /// Runs the writing process to its end, and returns its exit code.
     [[nodiscard]] int runWriter(const QStringList &arguments, const QString &domain = domainName) const
     {
         return QProcess::execute(QStringLiteral(SETTINGS_WRITER), QStringList{directory(), domain} + arguments);
     }
-    /// Runs a statement on the database as any other program would.
+    /// Runs a statement on the database, as any other program could.
     [[nodiscard]] bool runSql(const QByteArray &sql) const
     {
         sqlite3 *connection = nullptr;

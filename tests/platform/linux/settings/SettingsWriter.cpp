@@ -6,8 +6,8 @@
 #include <QTextStream>
 
 // SettingsWriter DIRECTORY DOMAIN set KEY TEXT | put KEY ID TEXT | count KEY NUMBER | remove KEY | loop: another
-// process that opens one settings domain and writes it. "put" changes an element of an array, "count" stores 1 to
-// NUMBER. "loop" writes the pair "first", "second" endlessly, and prints a line after the first round.
+// process that opens one settings domain and writes to it. "put" changes an element of an array, "count" stores 1 to
+// NUMBER. "loop" writes the pair "first", "second" forever, and prints a line after the first round.
 int main(int argc, char **argv)
 {
     using namespace quillhaven;

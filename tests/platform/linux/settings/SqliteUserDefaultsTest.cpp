@@ -42,7 +42,7 @@ TEST_F(SqliteUserDefaultsTest, EveryTypeSurvivesARestart)
     EXPECT_EQ(defaults.dictionaryForKey(QStringLiteral("dictionary")), map);
 }
 
-TEST_F(SqliteUserDefaultsTest, AnAbsentKeyAndAnotherTypeReadAsAbsent)
+TEST_F(SqliteUserDefaultsTest, AMissingKeyAndAnotherTypeAreReadAsMissing)
 {
     SqliteUserDefaultsProvider provider(directory());
     UserDefaults &defaults = provider.standard();
@@ -54,7 +54,7 @@ TEST_F(SqliteUserDefaultsTest, AnAbsentKeyAndAnotherTypeReadAsAbsent)
     EXPECT_FALSE(defaults.objectForKey(QStringLiteral("other")).isValid());
 }
 
-TEST_F(SqliteUserDefaultsTest, AnUndecodableStoredValueReadsAsAbsent)
+TEST_F(SqliteUserDefaultsTest, AnUndecodableStoredValueIsReadAsMissing)
 {
     SqliteUserDefaultsProvider provider(directory());
     ASSERT_TRUE(runSql("INSERT INTO defaults VALUES ('a','bool','x'),('b','integer','12z'),('c','real',''),"
@@ -64,7 +64,7 @@ TEST_F(SqliteUserDefaultsTest, AnUndecodableStoredValueReadsAsAbsent)
     }
 }
 
-TEST_F(SqliteUserDefaultsTest, TheFilesAreTheUsersOwn)
+TEST_F(SqliteUserDefaultsTest, OnlyTheOwnerCanAccessTheFiles)
 {
     SqliteUserDefaultsProvider provider(directory());
     provider.standard().setBool(QStringLiteral("key"), true);
@@ -78,7 +78,7 @@ TEST_F(SqliteUserDefaultsTest, TheFilesAreTheUsersOwn)
     }
 }
 
-TEST_F(SqliteUserDefaultsTest, AChangeIsReportedAtOnceAndAnEqualValueIsNot)
+TEST_F(SqliteUserDefaultsTest, AChangeIsReportedImmediatelyAndAnEqualValueIsNot)
 {
     SqliteUserDefaultsProvider provider(directory());
     UserDefaults &defaults = provider.standard();
@@ -129,7 +129,7 @@ TEST_F(SqliteUserDefaultsTest, TheLastOfManyChangesOfAnotherProcessIsReported)
     }
 }
 
-TEST_F(SqliteUserDefaultsTest, AFailedReadIsAnErrorAndNotAnAbsentKey)
+TEST_F(SqliteUserDefaultsTest, AFailedReadIsAnErrorAndNotAMissingKey)
 {
     SqliteUserDefaultsProvider provider(directory());
     UserDefaults &defaults = provider.standard();
@@ -147,7 +147,7 @@ TEST_F(SqliteUserDefaultsTest, AFailedReadIsAnErrorAndNotAnAbsentKey)
     EXPECT_TRUE(changes->isEmpty());
 }
 
-TEST_F(SqliteUserDefaultsTest, AFailedReadOfAnotherProcessesChangesReportsNone)
+TEST_F(SqliteUserDefaultsTest, AFailedReadOfChangesByAnotherProcessReportsNone)
 {
     SqliteUserDefaultsProvider provider(directory());
     UserDefaults &defaults = provider.standard();
