@@ -4,7 +4,7 @@
 
 #include <QGuiApplication>
 
-/// Fonts, pixmaps, the clipboard and windows need an application with a display, be it an offscreen one.
+/// Fonts, pixmaps, the clipboard and windows need an application with a display, even an offscreen one.
 int main(int argc, char **argv)
 {
     return quillhaven::testing::runTests<QGuiApplication>(argc, argv);

@@ -48,7 +48,7 @@ protected:
     int timesBroughtForward = 0;
     QRasterWindow main;
     QRasterWindow other;
-    QRasterWindow panel; ///< a window of ours that holds no sheets
+    QRasterWindow panel; ///< a window of the program without sheets
     ConfirmationDialogManager question;
     ErrorDialogManager error;
     PromptingReader biometrics;
@@ -58,7 +58,7 @@ protected:
     }};
 };
 
-TEST_F(WindowOfQuestions, IsTheFirstOneAtTheStart)
+TEST_F(WindowOfQuestions, IsTheFirstOneAtStart)
 {
     EXPECT_EQ(place.mainWindow(), &main);
     EXPECT_EQ(place.window(), &main);
@@ -88,7 +88,7 @@ TEST_F(WindowOfQuestions, IsTheOneWhoseDialogIsActive)
     EXPECT_EQ(place.window(), &other);
 }
 
-TEST_F(WindowOfQuestions, IsOneOnTheScreenWhenAnotherThatHoldsNoSheetsIsActive)
+TEST_F(WindowOfQuestions, IsOneOnTheScreenIfTheActiveWindowHasNoSheets)
 {
     activate(other);
     activate(panel);
@@ -97,19 +97,19 @@ TEST_F(WindowOfQuestions, IsOneOnTheScreenWhenAnotherThatHoldsNoSheetsIsActive)
     EXPECT_EQ(timesBroughtForward, 0);
 }
 
-TEST_F(WindowOfQuestions, IsTheMainOneBroughtForwardWhenAllAreHidden)
+TEST_F(WindowOfQuestions, IsTheMainOneBroughtForwardIfAllAreHidden)
 {
     activate(panel);
-    bool wasClosedStill = false;
-    QObject::connect(&main, &QWindow::visibleChanged, &question, [&] { wasClosedStill = !question.isPresented(); });
+    bool wasStillClosed = false;
+    QObject::connect(&main, &QWindow::visibleChanged, &question, [&] { wasStillClosed = !question.isPresented(); });
     ask();
     EXPECT_EQ(timesBroughtForward, 1);
     EXPECT_EQ(place.window(), &main);
     EXPECT_TRUE(main.isVisible());
-    EXPECT_TRUE(wasClosedStill) << "no sheet opens in a window that is about to lose it";
+    EXPECT_TRUE(wasStillClosed) << "no sheet is opened in a window that will not keep it";
 }
 
-TEST_F(WindowOfQuestions, IsBroughtForwardWhenItIsMinimised)
+TEST_F(WindowOfQuestions, IsBroughtForwardIfItIsMinimised)
 {
     activate(main);
     main.setWindowStates(Qt::WindowMinimized);
@@ -122,7 +122,7 @@ TEST_F(WindowOfQuestions, IsBroughtForwardForAQuestionThatReplacesAnotherInAHidd
     activate(main);
     ask();
     main.hide();
-    EXPECT_EQ(timesBroughtForward, 0) << "the user has hidden it";
+    EXPECT_EQ(timesBroughtForward, 0) << "the user hid the window";
     ask();
     EXPECT_EQ(timesBroughtForward, 1);
 }
@@ -155,7 +155,7 @@ TEST_F(WindowOfQuestions, StaysWithTheQuestionThatIsOpen)
     EXPECT_EQ(place.window(), &main);
 }
 
-TEST_F(WindowOfQuestions, MovesFromAnotherWindowThatIsHiddenToOneOnTheScreen)
+TEST_F(WindowOfQuestions, MovesFromAHiddenWindowToOneOnTheScreen)
 {
     activate(main);
     activate(other);
@@ -165,7 +165,7 @@ TEST_F(WindowOfQuestions, MovesFromAnotherWindowThatIsHiddenToOneOnTheScreen)
     EXPECT_EQ(timesBroughtForward, 0);
 }
 
-TEST_F(WindowOfQuestions, MovesFromAnotherWindowThatIsHiddenToTheMainOne)
+TEST_F(WindowOfQuestions, MovesFromAHiddenWindowToTheMainOne)
 {
     activate(other);
     ask();
@@ -174,7 +174,7 @@ TEST_F(WindowOfQuestions, MovesFromAnotherWindowThatIsHiddenToTheMainOne)
     EXPECT_EQ(timesBroughtForward, 1);
 }
 
-TEST_F(WindowOfQuestions, StaysQuietWhenAWindowWithoutAQuestionIsHidden)
+TEST_F(WindowOfQuestions, DoesNotChangeWhenAWindowWithoutAQuestionIsHidden)
 {
     activate(other);
     ask();
@@ -183,7 +183,7 @@ TEST_F(WindowOfQuestions, StaysQuietWhenAWindowWithoutAQuestionIsHidden)
     EXPECT_EQ(timesBroughtForward, 0);
 }
 
-TEST_F(WindowOfQuestions, ForgetsAWindowThatIsGone)
+TEST_F(WindowOfQuestions, ForgetsADestroyedWindow)
 {
     {
         QRasterWindow brief;

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// Where the questions of the real dashboard and engine appear: in the real main window, and in one more beside it.
+// Where the questions of the real dashboard and engine are shown: in the real main window, or in a second window.
 
 #include "dashboard/DashboardWindowFixture.h"
 
@@ -23,7 +23,7 @@ protected:
         DashboardWindow::TearDown();
     }
 
-    /// Another window of the program, which holds sheets too.
+    /// Another window of the program, which also shows sheets.
     QQuickWindow &other()
     {
         if (!m_other) {
@@ -64,7 +64,7 @@ protected:
     {
         return spinUntil([&] { return !showsIn(window, text); }, 5000);
     }
-    /// An operation that needs the master password first.
+    /// Starts an operation that needs the master password first.
     void askForMasterPassword()
     {
         started().dashboard.protecting()->showProtectionDialog(services.home.write(QStringLiteral("papers/will.pdf")));
@@ -87,7 +87,7 @@ const char *const title = "Authentication Required";
 
 } // namespace
 
-TEST_F(SheetHosts, GuardThatAsksWhileTheWindowIsHiddenIsSeen)
+TEST_F(SheetHosts, GuardIsShownIfTheWindowIsHidden)
 {
     bringForward = [this] { presence.makeKeyAndOrderFront(QStringLiteral("Quillhaven")); };
     storeMasterPassword();
@@ -97,7 +97,7 @@ TEST_F(SheetHosts, GuardThatAsksWhileTheWindowIsHiddenIsSeen)
     askForMasterPassword();
     ASSERT_TRUE(QTest::qWaitForWindowActive(&window));
     EXPECT_TRUE(eventuallyShowsIn(window, title));
-    // The keyboard is in the sheet.
+    // The sheet has the keyboard focus.
     for (const char letter : theMasterPassword.toLatin1()) {
         QTest::keyClick(&window, letter);
     }
@@ -108,7 +108,7 @@ TEST_F(SheetHosts, GuardThatAsksWhileTheWindowIsHiddenIsSeen)
     started().cancelMethod();
 }
 
-TEST_F(SheetHosts, GuardThatAsksAgainWhileTheWindowWithItsQuestionIsHiddenIsSeen)
+TEST_F(SheetHosts, GuardIsShownIfTheWindowWithItsFirstQuestionWasHidden)
 {
     bringForward = [this] { presence.makeKeyAndOrderFront(QStringLiteral("Quillhaven")); };
     storeMasterPassword();
@@ -124,7 +124,7 @@ TEST_F(SheetHosts, GuardThatAsksAgainWhileTheWindowWithItsQuestionIsHiddenIsSeen
     DashboardHarness::settle();
 }
 
-TEST_F(SheetHosts, ActiveWindowAloneShowsTheQuestion)
+TEST_F(SheetHosts, OnlyTheActiveWindowShowsTheQuestion)
 {
     storeMasterPassword();
     QQuickWindow &main = *shown().window();
@@ -142,7 +142,7 @@ TEST_F(SheetHosts, ActiveWindowAloneShowsTheQuestion)
     cancelMasterPassword();
 }
 
-TEST_F(SheetHosts, QuestionLeavesAWindowThatIsClosed)
+TEST_F(SheetHosts, QuestionMovesFromAClosedWindow)
 {
     storeMasterPassword();
     QQuickWindow &main = *shown().window();
@@ -156,7 +156,7 @@ TEST_F(SheetHosts, QuestionLeavesAWindowThatIsClosed)
     cancelMasterPassword();
 }
 
-TEST_F(SheetHosts, ProgressStaysInTheMainWindow)
+TEST_F(SheetHosts, ProgressIsShownInTheMainWindow)
 {
     QQuickWindow &main = *shown().window();
     activate(other());

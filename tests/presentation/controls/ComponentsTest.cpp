@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// Each component of the module, built once; any QML warning fails the test.
+// Each component of the module is created once; any QML warning fails the test.
 
 #include "presentation/tokens/Colors.h"
 #include "presentation/tokens/Design.h"
@@ -20,7 +20,7 @@
 namespace quillhaven {
 namespace {
 
-/// One piece of QML in a window of its own.
+/// A piece of QML in its own window.
 class Component
 {
 public:
@@ -70,7 +70,7 @@ public:
     std::unique_ptr<QQuickItem> item;
 };
 
-/// Presses as a screen reader does.
+/// Presses the item like a screen reader.
 void press(QQuickItem *item)
 {
     QAccessibleInterface *node = QAccessible::queryAccessibleInterface(item);
@@ -79,7 +79,7 @@ void press(QQuickItem *item)
     node->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
 }
 
-TEST(Components, EachOneBuildsWithoutAWarning)
+TEST(Components, EachOneIsCreatedWithoutAWarning)
 {
     for (const char *qml :
          {"StatusIndicator { text: \"On\" }",
@@ -117,7 +117,7 @@ TEST(Components, EachOneBuildsWithoutAWarning)
     }
 }
 
-TEST(StatusIndicator, AccessibilityTextIsTheStatusInWords)
+TEST(StatusIndicator, AccessibleTextDescribesTheStatus)
 {
     const Component indicator("StatusIndicator { }");
     for (const auto &[status, heard] : {std::pair{StatusType::Enabled, "Enabled status"},
@@ -130,7 +130,7 @@ TEST(StatusIndicator, AccessibilityTextIsTheStatusInWords)
     }
 }
 
-TEST(StatusIndicator, OnOrOffTakesOneOfTwoTexts)
+TEST(StatusIndicator, ShowsOneOfTwoTextsForOnAndOff)
 {
     const Component indicator("StatusIndicator { Component.onCompleted: show(false, \"Running\", \"Stopped\") }");
     EXPECT_EQ(indicator.item->property("text").toString(), QStringLiteral("Stopped"));
@@ -152,7 +152,7 @@ TEST(CheckMark, IsACheckBoxThatLeavesTheDecisionToItsOwner)
     EXPECT_EQ(node->text(QAccessible::Name), QStringLiteral("Understood"));
 }
 
-TEST(FilledButton, TextThatIsNotDrawnIsStillTheName)
+TEST(FilledButton, TextThatIsNotDrawnIsStillTheAccessibleName)
 {
     const Component button("FilledButton { text: \"Backup\"; symbol: \"icloud.fill\"; showsText: false }");
     EXPECT_EQ(button.heard(QAccessible::Name), QStringLiteral("Backup"));
@@ -161,7 +161,7 @@ TEST(FilledButton, TextThatIsNotDrawnIsStillTheName)
     EXPECT_FALSE(drawn->isVisible());
 }
 
-TEST(FilledButton, ReturnAndEnterPressItAndABusyOneStays)
+TEST(FilledButton, ReturnAndEnterPressItUnlessItIsBusyOrDisabled)
 {
     const Component button(
         "FilledButton { property int presses: 0; text: \"Go\"; focus: true; onClicked: presses += 1 }");
@@ -183,7 +183,7 @@ TEST(FilledButton, ReturnAndEnterPressItAndABusyOneStays)
     EXPECT_EQ(button.item->property("presses").toInt(), 4);
 }
 
-TEST(CustomToggleStyle, TheScreenReaderTurnsItOverOnce)
+TEST(CustomToggleStyle, TheScreenReaderTogglesItOnce)
 {
     const Component toggle("CustomToggleStyle { property int turns: 0; text: \"T\"; onToggled: turns += 1 }");
     press(toggle.item.get());
@@ -191,7 +191,7 @@ TEST(CustomToggleStyle, TheScreenReaderTurnsItOverOnce)
     EXPECT_EQ(toggle.item->property("turns").toInt(), 1);
 }
 
-TEST(StatusBadge, LooksFollowTheStyle)
+TEST(StatusBadge, AppearanceDependsOnTheStyle)
 {
     const Colors colors;
     const Component badge("StatusBadge { text: \"B\" }");
@@ -215,7 +215,7 @@ TEST(StatusBadge, LooksFollowTheStyle)
     }
 }
 
-TEST(RoundedCorner, RoundsTheCornersOfItsSetAlone)
+TEST(RoundedCorner, RoundsOnlyTheCornersOfItsSet)
 {
     const Component shape(
         "RoundedCorner { width: 40; height: 40; radius: 8; corners: RectCorner.TopLeft | RectCorner.BottomRight }");
@@ -264,7 +264,7 @@ TEST(SettingsSection, HeadingSaysHowToCollapseAndExpand)
     EXPECT_EQ(section.heard(QAccessible::Description, header), QStringLiteral("Double tap to expand"));
 }
 
-TEST(SettingsSection, OneThatIsNotCollapsibleStaysOpen)
+TEST(SettingsSection, ASectionThatIsNotCollapsibleStaysOpen)
 {
     const Component section("SettingsSection { title: \"Backup\" }");
     press(section.withText(QStringLiteral("Backup")));

@@ -19,7 +19,7 @@ protected:
     BackupActions &backup() { return *started().dashboard.backup(); }
     RecoveryDialogManager &dialog() { return *backup().recoveryDialogManager(); }
     QString error() { return started().dashboard.showingError() ? started().dashboard.errorMessage() : QString(); }
-    /// One locked item, and a master password that is in use.
+    /// Protects one item, which is locked, with a master password and an open session.
     void protectOne()
     {
         storeMasterPassword();
@@ -44,18 +44,18 @@ protected:
 
 } // namespace
 
-TEST_F(Backups, AvailabilityIsLookedForOnRequestAlone)
+TEST_F(Backups, AvailabilityIsCheckedOnlyOnRequest)
 {
     EXPECT_FALSE(backup().isAvailable());
     cloud.make();
     EXPECT_FALSE(backup().isAvailable());
-    const QSignalSpy told(&backup(), &BackupActions::isAvailableChanged);
+    const QSignalSpy reported(&backup(), &BackupActions::isAvailableChanged);
     backup().refresh();
     EXPECT_TRUE(backup().isAvailable());
-    EXPECT_EQ(told.size(), 1);
+    EXPECT_EQ(reported.size(), 1);
 }
 
-TEST_F(Backups, SettingIsOffAtFirstAndKept)
+TEST_F(Backups, SettingIsDisabledByDefaultAndStored)
 {
     EXPECT_FALSE(backup().enableiCloudBackup());
     backup().setEnableiCloudBackup(true);
@@ -63,13 +63,13 @@ TEST_F(Backups, SettingIsOffAtFirstAndKept)
     EXPECT_TRUE(settings::enableiCloudBackup.read(services.defaults.standard()));
 }
 
-TEST_F(Backups, SettingThatIsChangedElsewhereIsTold)
+TEST_F(Backups, SettingChangedElsewhereIsReported)
 {
-    const QSignalSpy told(&backup(), &BackupActions::enableiCloudBackupChanged);
+    const QSignalSpy reported(&backup(), &BackupActions::enableiCloudBackupChanged);
     services.defaults.standard().setBool(QStringLiteral("another"), true);
-    EXPECT_EQ(told.size(), 0);
+    EXPECT_EQ(reported.size(), 0);
     cloud.setEnabled(true);
-    EXPECT_EQ(told.size(), 1);
+    EXPECT_EQ(reported.size(), 1);
     EXPECT_TRUE(backup().enableiCloudBackup());
 }
 
@@ -78,12 +78,12 @@ TEST_F(Backups, SecondPressDoesNotBackUpAgain)
     cloud.make();
     protectOne();
     backup().setEnableiCloudBackup(true);
-    const QSignalSpy told(&backup(), &BackupActions::isBackingUpChanged);
+    const QSignalSpy reported(&backup(), &BackupActions::isBackingUpChanged);
     backup().backUpAll();
     backup().backUpAll();
     DashboardHarness::settle();
     EXPECT_EQ(log.lines().filter(QStringLiteral("✅ All items backed up to iCloud")).size(), 1);
-    EXPECT_EQ(told.size(), 2) << "its beginning and its end";
+    EXPECT_EQ(reported.size(), 2) << "its start and its end";
     backUp();
     EXPECT_EQ(log.lines().filter(QStringLiteral("✅ All items backed up to iCloud")).size(), 2);
 }
@@ -103,7 +103,7 @@ TEST_F(Backups, BackUpAllWritesABackupOfEachItem)
     EXPECT_EQ(error(), QString());
 }
 
-TEST_F(Backups, BackUpAllWithTheSettingOffSaysSo)
+TEST_F(Backups, BackUpAllWithTheSettingDisabledReportsThat)
 {
     cloud.make();
     protectOne();
@@ -113,7 +113,7 @@ TEST_F(Backups, BackUpAllWithTheSettingOffSaysSo)
     EXPECT_FALSE(backup().isBackingUp());
 }
 
-TEST_F(Backups, RecoveryTellsHowManyFilesCameBack)
+TEST_F(Backups, RecoveryReportsHowManyFilesWereRecovered)
 {
     cloud.make();
     cloud.setEnabled(true);
@@ -133,19 +133,19 @@ TEST_F(Backups, RecoveryTellsHowManyFilesCameBack)
     EXPECT_FALSE(dialog().isRecovering());
     EXPECT_FALSE(dialog().isPresented());
     EXPECT_EQ(TemporaryHome::read(folder + QStringLiteral("/will.pdf")), QByteArray("the will"));
-    ConfirmationDialogManager &told = started().confirmationDialog;
-    EXPECT_TRUE(told.isPresented());
-    EXPECT_EQ(told.title(), QStringLiteral("Recovery Successful"));
-    EXPECT_EQ(told.message(), QStringLiteral("Successfully recovered 1 files to the selected folder."));
-    EXPECT_EQ(told.confirmTitle(), QStringLiteral("OK"));
-    EXPECT_FALSE(told.showCancelButton());
-    EXPECT_FALSE(told.isDestructive());
-    told.confirm();
-    told.cancel();
-    EXPECT_EQ(started().strayAnswers, 0) << "it asks nothing";
+    ConfirmationDialogManager &reported = started().confirmationDialog;
+    EXPECT_TRUE(reported.isPresented());
+    EXPECT_EQ(reported.title(), QStringLiteral("Recovery Successful"));
+    EXPECT_EQ(reported.message(), QStringLiteral("Successfully recovered 1 files to the selected folder."));
+    EXPECT_EQ(reported.confirmTitle(), QStringLiteral("OK"));
+    EXPECT_FALSE(reported.showCancelButton());
+    EXPECT_FALSE(reported.isDestructive());
+    reported.confirm();
+    reported.cancel();
+    EXPECT_EQ(started().strayAnswers, 0) << "the dialog asks no question";
 }
 
-TEST_F(Backups, TwoBackupsOfOneNameAndARawCopyAreToldAsThreeFiles)
+TEST_F(Backups, TwoBackupsWithOneNameAndARawCopyAreReportedAsThreeFiles)
 {
     cloud.make();
     storeMasterPassword();
@@ -167,7 +167,7 @@ TEST_F(Backups, TwoBackupsOfOneNameAndARawCopyAreToldAsThreeFiles)
               QStringLiteral("Successfully recovered 3 files to the selected folder."));
 }
 
-TEST_F(Backups, WrongMasterPasswordClosesTheDialogAndSaysSo)
+TEST_F(Backups, WrongMasterPasswordClosesTheDialogAndIsReported)
 {
     cloud.writeBackup(QStringLiteral("x"), "y");
     storeMasterPassword();
@@ -177,13 +177,13 @@ TEST_F(Backups, WrongMasterPasswordClosesTheDialogAndSaysSo)
     EXPECT_FALSE(dialog().isRecovering());
 }
 
-TEST_F(Backups, RecoveryWithoutAPlaceForBackupsSaysSo)
+TEST_F(Backups, RecoveryWithoutAFolderForBackupsIsReported)
 {
     recover(theMasterPassword);
     EXPECT_EQ(error(), QStringLiteral("iCloud is not available. Please sign in to iCloud and enable iCloud Drive."));
 }
 
-TEST_F(Backups, DeclinedFolderIsTold)
+TEST_F(Backups, DeclinedFolderIsReported)
 {
     cloud.writeBackup(QStringLiteral("x"), "y");
     storeMasterPassword();

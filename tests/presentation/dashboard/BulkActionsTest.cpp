@@ -20,7 +20,7 @@ protected:
         return services.home.write(QStringLiteral("papers/") + name, name.toUtf8());
     }
     QString paper(const QString &name) { return services.home.path(QStringLiteral("papers/") + name); }
-    /// Protects files of these names, each locked.
+    /// Protects files with these names; they are locked.
     void protect(const QStringList &names)
     {
         for (const QString &name : names) {
@@ -40,7 +40,7 @@ protected:
         ADD_FAILURE() << "not in the catalogue: " << qUtf8Printable(name);
         return false;
     }
-    /// Every file has a password of its own, which is asked for.
+    /// Unlocks all files. Each has its own password, which is asked for.
     void unlockAll()
     {
         selectAll();
@@ -50,7 +50,7 @@ protected:
             started().typePassword(strongPassword);
         }
     }
-    /// What has nothing to do for all that is selected shows no sheet and leaves the selection.
+    /// Expects that an action which applies to none of the selected items shows no sheet and keeps the selection.
     template <typename Action>
     void expectNothingIsDone(Action action)
     {
@@ -80,28 +80,29 @@ protected:
 
 } // namespace
 
-TEST_F(Bulk, UnlockGivesTheSelectedItemsBackAndEndsTheSelection)
+TEST_F(Bulk, UnlockRestoresTheSelectedItemsAndEndsTheSelection)
 {
     protect({a, b});
-    QStringList told;
+    QStringList reported;
     OperationProgress &progress = *bulk().progress();
     QObject::connect(&progress, &OperationProgress::changed, &progress, [&] {
         if (progress.isPresented()) {
-            told.append(progress.message());
+            reported.append(progress.message());
         }
     });
     unlockAll();
     EXPECT_EQ(TemporaryHome::read(paper(a)), a.toUtf8());
     EXPECT_TRUE(isMounted(a));
     EXPECT_TRUE(isMounted(b));
-    EXPECT_TRUE(told.contains(QStringLiteral("Unlocking b.txt..."))) << qUtf8Printable(told.join(QLatin1Char('|')));
+    EXPECT_TRUE(reported.contains(QStringLiteral("Unlocking b.txt...")))
+        << qUtf8Printable(reported.join(QLatin1Char('|')));
     EXPECT_FALSE(progress.isPresented());
     EXPECT_FALSE(selection().isInSelectionMode());
     EXPECT_EQ(selection().selectedCount(), 0);
     EXPECT_EQ(error(), QString());
 }
 
-TEST_F(Bulk, FilteredSelectionLocksWhatShowsAndForgetsAllIds)
+TEST_F(Bulk, FilteredSelectionLocksTheShownItemsAndClearsTheSelection)
 {
     protect({a, b, c});
     unlockAll();
@@ -117,14 +118,14 @@ TEST_F(Bulk, FilteredSelectionLocksWhatShowsAndForgetsAllIds)
     EXPECT_EQ(selection().selectedCount(), 0);
 }
 
-TEST_F(Bulk, UnlockOfUnlockedItemsAloneDoesNothingAndKeepsTheSelection)
+TEST_F(Bulk, UnlockOfOnlyUnlockedItemsDoesNothingAndKeepsTheSelection)
 {
     protect({a});
     unlockAll();
     expectNothingIsDone([this] { bulk().performBulkUnlock(); });
 }
 
-TEST_F(Bulk, LockOfLockedItemsAloneDoesNothingAndKeepsTheSelection)
+TEST_F(Bulk, LockOfOnlyLockedItemsDoesNothingAndKeepsTheSelection)
 {
     protect({a});
     expectNothingIsDone([this] { bulk().performBulkLock(); });
@@ -155,7 +156,7 @@ TEST_F(Bulk, SecondPressDoesNotLockAgain)
     DashboardHarness::settle();
     EXPECT_FALSE(isMounted(a));
     EXPECT_EQ(TemporaryHome::read(started().item().originalBackupPath), a.toUtf8())
-        << "the data must not be replaced by the placeholder";
+        << "the placeholder must not replace the data";
     EXPECT_FALSE(started().dashboard.rows().isBusy(started().item().id));
 }
 
@@ -170,7 +171,7 @@ TEST_F(Bulk, ItemThatWasLockedMeanwhileIsNotLockedAgain)
     bulk().performBulkLock();
     DashboardHarness::settle();
     ASSERT_TRUE(harness.masterPasswordDialog.isPresented());
-    // The question still stands when one is locked from elsewhere, by a session of its own.
+    // One item is locked elsewhere, in a session of its own, while the question is still open.
     EXPECT_TRUE(runTask(harness.masterPassword.authenticate(theMasterPassword)));
     runTask(harness.manager.lockItem(harness.item(0)));
     harness.typeMasterPassword(theMasterPassword);
@@ -184,7 +185,7 @@ TEST_F(Bulk, ItemsThatWereUnlockedMeanwhileAreNotAskedForAgain)
     DashboardHarness &harness = started();
     protect({a, b});
     runTask(harness.masterPassword.setMasterPassword(theMasterPassword));
-    // While the question for the master password stands, a session from elsewhere unlocks them one after the other.
+    // While the question for the master password is open, they are unlocked elsewhere one after the other.
     for (const QStringList &left : {QStringList(paper(b)), QStringList()}) {
         harness.masterPassword.endSession();
         selectAll();
@@ -205,12 +206,12 @@ TEST_F(Bulk, ItemsThatWereUnlockedMeanwhileAreNotAskedForAgain)
             asked += request.paths;
         }
         EXPECT_EQ(asked, left);
-        EXPECT_EQ(services.panels.accessRequests.size(), left.size()) << "no panel asks for nothing";
+        EXPECT_EQ(services.panels.accessRequests.size(), left.size()) << "no panel is shown without items";
         EXPECT_EQ(error(), QString());
     }
 }
 
-TEST_F(Bulk, RowsAreBusyWhileTheJobRuns)
+TEST_F(Bulk, RowsAreBusyWhileTheJobIsRunning)
 {
     protect({a});
     bool wasBusy = false;
@@ -223,7 +224,7 @@ TEST_F(Bulk, RowsAreBusyWhileTheJobRuns)
     EXPECT_FALSE(started().dashboard.rows().isBusy(started().item().id));
 }
 
-TEST_F(Bulk, FailureIsShownAndTheSelectionStays)
+TEST_F(Bulk, FailureIsShownAndTheSelectionIsKept)
 {
     protect({a, b});
     services.panels.grant = [&](const AccessRequest &) { return std::optional(QStringList(paper(a))); };
@@ -250,11 +251,11 @@ TEST_F(Bulk, CancelInTheProgressSheetOnlyClosesIt)
                      [&] { presented.append(bulk().progress()->isPresented()); });
     unlockAll();
     EXPECT_TRUE(wasPresented);
-    EXPECT_TRUE(isMounted(a)) << "the operation went on";
-    EXPECT_EQ(presented.lastIndexOf(true), presented.indexOf(false) - 1) << "the sheet never came back";
+    EXPECT_TRUE(isMounted(a)) << "the operation continued";
+    EXPECT_EQ(presented.lastIndexOf(true), presented.indexOf(false) - 1) << "the sheet was not shown again";
 }
 
-TEST_F(Bulk, RemovalAsksWithTheNumberAsBuilt)
+TEST_F(Bulk, RemovalAsksWithTheNumberOfItems)
 {
     protect({a});
     selectAll();
@@ -277,7 +278,7 @@ TEST_F(Bulk, RemovalAsksWithTheNumberAsBuilt)
     EXPECT_EQ(started().strayAnswers, 0);
 }
 
-TEST_F(Bulk, ConfirmedRemovalGivesEverythingBack)
+TEST_F(Bulk, ConfirmedRemovalRestoresEverything)
 {
     protect({a, b});
     selectAll();
@@ -324,7 +325,7 @@ TEST_F(Bulk, ProtectByPasswordFromThePickerToTheRecords)
     EXPECT_EQ(error(), QString());
 }
 
-TEST_F(Bulk, SecondPressKeepsWhatThePickerHasGathered)
+TEST_F(Bulk, SecondPressKeepsTheChosenItems)
 {
     BulkFilePickerModel &picker = *bulk().picker();
     bulk().showBulkFilePicker();
@@ -333,10 +334,10 @@ TEST_F(Bulk, SecondPressKeepsWhatThePickerHasGathered)
     EXPECT_EQ(picker.entries().size(), 1);
     picker.cancel();
     bulk().showBulkFilePicker();
-    EXPECT_TRUE(picker.entries().isEmpty()) << "a new sheet begins anew";
+    EXPECT_TRUE(picker.entries().isEmpty()) << "a new sheet starts empty";
 }
 
-TEST_F(Bulk, PickerGathersOnlyWhatCanBeProtected)
+TEST_F(Bulk, PickerListsOnlyItemsThatCanBeProtected)
 {
     protect({a});
     BulkFilePickerModel &picker = *bulk().picker();
@@ -392,7 +393,7 @@ TEST_F(Bulk, ProtectAsksForTheMasterPasswordAfterThePassword)
     EXPECT_EQ(error(), QString());
 }
 
-TEST_F(Bulk, CancelOfTheMethodEndsTheSession)
+TEST_F(Bulk, CancellingTheMethodEndsTheSession)
 {
     storeMasterPassword();
     EXPECT_TRUE(runTask(started().masterPassword.authenticate(theMasterPassword)));
@@ -401,7 +402,7 @@ TEST_F(Bulk, CancelOfTheMethodEndsTheSession)
     EXPECT_FALSE(started().masterPassword.isAuthenticated());
 }
 
-TEST_F(Bulk, CancelOfThePasswordEndsTheSession)
+TEST_F(Bulk, CancellingThePasswordEndsTheSession)
 {
     storeMasterPassword();
     EXPECT_TRUE(runTask(started().masterPassword.authenticate(theMasterPassword)));
@@ -415,7 +416,7 @@ TEST_F(Bulk, CancelOfThePasswordEndsTheSession)
     EXPECT_TRUE(started().manager.protectedItems().isEmpty());
 }
 
-TEST_F(Bulk, CancelOfTheTouchIDQuestionDoesNothing)
+TEST_F(Bulk, CancellingTheTouchIDQuestionDoesNothing)
 {
     storeMasterPassword();
     EXPECT_TRUE(runTask(started().masterPassword.authenticate(theMasterPassword)));
@@ -444,34 +445,34 @@ TEST_F(Bulk, DropOfNothingDoesNothing)
     EXPECT_FALSE(started().protectionMethodDialog.isPresented());
 }
 
-TEST_F(Bulk, DropOfOneAsksForItsMethod)
+TEST_F(Bulk, DropOfOneItemAsksForItsMethod)
 {
     drop({writePaper(a)});
     EXPECT_TRUE(started().protectionMethodDialog.isPresented());
     EXPECT_EQ(started().protectionMethodDialog.title(), QStringLiteral("Protect a.txt"));
 }
 
-TEST_F(Bulk, DropOfOneRefusedShowsWhy)
+TEST_F(Bulk, DropOfOneRejectedItemShowsTheReason)
 {
     drop({paper(QStringLiteral("absent"))});
     EXPECT_EQ(error(), QStringLiteral("File or folder does not exist"));
 }
 
-TEST_F(Bulk, MixedDropGoesOnWithWhatCanBeProtected)
+TEST_F(Bulk, MixedDropContinuesWithTheItemsThatCanBeProtected)
 {
     drop({paper(QStringLiteral("absent")), writePaper(a)});
     EXPECT_EQ(started().protectionMethodDialog.title(), QStringLiteral("Protect 1 Items"));
     EXPECT_EQ(error(), QString());
 }
 
-TEST_F(Bulk, DropOfSeveralRefusedSaysSo)
+TEST_F(Bulk, DropOfSeveralRejectedItemsIsReported)
 {
     drop({paper(QStringLiteral("absent")), paper(QStringLiteral("gone"))});
     EXPECT_EQ(error(), QStringLiteral("None of the selected items can be protected"));
     EXPECT_FALSE(started().protectionMethodDialog.isPresented());
 }
 
-TEST_F(Bulk, DroppedLinkStandsForWhatItPointsTo)
+TEST_F(Bulk, DroppedLinkIsReplacedByItsTarget)
 {
     const QString target = writePaper(a);
     const QString link = paper(QStringLiteral("link"));
@@ -480,7 +481,7 @@ TEST_F(Bulk, DroppedLinkStandsForWhatItPointsTo)
     EXPECT_EQ(started().protectionMethodDialog.title(), QStringLiteral("Protect a.txt"));
 }
 
-TEST_F(Bulk, DeleteGestureRemovesEachRowByItself)
+TEST_F(Bulk, DeleteGestureRemovesEachRowSeparately)
 {
     protect({a, b, c});
     started().dashboard.itemActions()->deleteFilteredItems({0, 2, 7});
@@ -500,7 +501,7 @@ TEST_F(Bulk, DuplicateOfALockedItemIsListedAndLogged)
     EXPECT_EQ(error(), QString());
 }
 
-TEST_F(Bulk, DuplicateOfAnUnlockedItemShowsWhy)
+TEST_F(Bulk, DuplicateOfAnUnlockedItemShowsTheReason)
 {
     protect({a});
     unlockAll();

@@ -21,7 +21,7 @@ class DashboardActions : public DashboardTest
 protected:
     QString writePaper(const QString &name) { return services.home.write(QStringLiteral("papers/") + name); }
 
-    /// Presses "Protect New Item", choosing this path in the panel.
+    /// Presses "Protect New Item", and chooses this path in the panel.
     void protectByPanel(const QString &path)
     {
         DashboardHarness &harness = started();
@@ -55,7 +55,7 @@ TEST_F(DashboardActions, CancelledPanelShowsNothing)
     EXPECT_FALSE(started().dashboard.protecting()->showingFilePicker());
 }
 
-TEST_F(DashboardActions, FailingPanelTellsWhy)
+TEST_F(DashboardActions, FailingPanelShowsTheReason)
 {
     services.panels.answer = [](const OpenPanelRequest &) -> std::optional<QString> {
         throw FileError(FileError::Kind::NotAFileOrFolder, QStringLiteral("“pipe” is neither a file nor a folder."));
@@ -68,7 +68,7 @@ TEST_F(DashboardActions, FailingPanelTellsWhy)
     EXPECT_FALSE(started().dashboard.protecting()->showingFilePicker());
 }
 
-TEST_F(DashboardActions, SecondPressWhileThePanelIsOpenOpensNoSecondOne)
+TEST_F(DashboardActions, SecondPressWhileThePanelIsOpenIsIgnored)
 {
     DashboardHarness &harness = started();
     harness.dashboard.protecting()->protectNewItem();
@@ -78,7 +78,7 @@ TEST_F(DashboardActions, SecondPressWhileThePanelIsOpenOpensNoSecondOne)
     EXPECT_EQ(services.panels.requests.size(), 1);
 }
 
-TEST_F(DashboardActions, RefusedItemShowsWhyAndNoDialog)
+TEST_F(DashboardActions, RejectedItemShowsTheReasonAndNoDialog)
 {
     protectByPanel(services.home.path(QStringLiteral("papers/absent.txt")));
     EXPECT_TRUE(started().dashboard.showingError());
@@ -102,7 +102,7 @@ TEST_F(DashboardActions, ProtectByPasswordFromThePanelToTheRecord)
     EXPECT_FALSE(started().item().useTouchID);
     EXPECT_FALSE(started().dashboard.showingError());
     EXPECT_TRUE(services.credentials.entries.values().contains(strongPassword.toUtf8()));
-    EXPECT_EQ(named.size(), 2) << "named while it ran, and no longer";
+    EXPECT_EQ(named.size(), 2) << "named only while it was running";
     EXPECT_EQ(started().dashboard.activityText(), QString());
 }
 
@@ -142,7 +142,7 @@ TEST_F(DashboardActions, TouchIDCardPassesAnEmptyPasswordAndLogs)
     EXPECT_FALSE(services.credentials.entries.contains(started().item().id + QStringLiteral("_password")));
 }
 
-TEST_F(DashboardActions, CancelledGateShowsNoDialogAtAll)
+TEST_F(DashboardActions, CancelledGuardShowsNoDialog)
 {
     storeMasterPassword();
     protectByPanel(writePaper(QStringLiteral("will.pdf")));
@@ -165,7 +165,7 @@ TEST_F(DashboardActions, CancelInTheMethodDialogEndsTheSession)
     EXPECT_FALSE(started().masterPassword.hasAuthenticationTimer());
 }
 
-TEST_F(DashboardActions, CancelInThePasswordDialogForcesTheMasterPasswordAgain)
+TEST_F(DashboardActions, AfterCancellingThePasswordDialogTheMasterPasswordIsNeededAgain)
 {
     storeMasterPassword();
     const QString path = writePaper(QStringLiteral("will.pdf"));
@@ -182,7 +182,7 @@ TEST_F(DashboardActions, CancelInThePasswordDialogForcesTheMasterPasswordAgain)
     started().masterPasswordDialog.cancel();
 }
 
-TEST_F(DashboardActions, EngineErrorReachesTheErrorDialog)
+TEST_F(DashboardActions, EngineErrorIsShownInTheErrorDialog)
 {
     const QString path = writePaper(QStringLiteral("will.pdf"));
     protectByPanel(path);
@@ -208,7 +208,7 @@ TEST_F(DashboardActions, CancelledAuthenticationIsOnlyLogged)
     EXPECT_FALSE(started().dashboard.showingError());
 }
 
-TEST_F(DashboardActions, TroubleshootingOpensTheHintOfTheShownError)
+TEST_F(DashboardActions, TroubleshootingShowsTheHintOfTheCurrentError)
 {
     protectByPanel(services.home.path(QStringLiteral("papers/absent.txt")));
     EXPECT_FALSE(started().dashboard.errorDialogManager()->showTroubleshooting());
@@ -218,7 +218,7 @@ TEST_F(DashboardActions, TroubleshootingOpensTheHintOfTheShownError)
     started().dashboard.protecting()->protectNewItem();
     DashboardHarness::settle();
     ErrorDialogManager &error = *started().dashboard.errorDialogManager();
-    ASSERT_TRUE(error.showTroubleshooting()) << "a second error replaces the first";
+    ASSERT_TRUE(error.showTroubleshooting()) << "the second error replaces the first";
     const QString hint = error.troubleshootingMessage();
     error.showDefaultTroubleshooting(&started().confirmationDialog);
     EXPECT_TRUE(started().confirmationDialog.isPresented());
@@ -243,7 +243,7 @@ TEST_F(DashboardActions, ToggleLocksAnUnlockedItemAndUnlocksALockedOne)
     EXPECT_FALSE(harness.dashboard.showingError());
 }
 
-TEST_F(DashboardActions, RowIsBusyWhileItsJobWaitsForTheUserAndFreeAfterACancel)
+TEST_F(DashboardActions, RowIsBusyOnlyWhileItsJobWaitsForTheUser)
 {
     DashboardHarness &harness = started();
     harness.protect(writePaper(QStringLiteral("will.pdf")));
@@ -255,7 +255,7 @@ TEST_F(DashboardActions, RowIsBusyWhileItsJobWaitsForTheUserAndFreeAfterACancel)
     harness.passwordInput.cancel();
     DashboardHarness::settle();
     EXPECT_FALSE(harness.dashboard.rows().isBusy(id));
-    EXPECT_TRUE(harness.item().isProcessing) << "the record's own mark stays after a cancelled unlock";
+    EXPECT_TRUE(harness.item().isProcessing) << "the record's own flag remains set after a cancelled unlock";
     EXPECT_FALSE(harness.dashboard.showingError());
 }
 
@@ -284,7 +284,7 @@ TEST_F(DashboardActions, ItemLockedMeanwhileIsNotLockedASecondTime)
     harness.dashboard.itemActions()->onToggleLock(harness.item().id);
     DashboardHarness::settle();
     ASSERT_TRUE(harness.masterPasswordDialog.isPresented());
-    // The question still stands when the item is locked from elsewhere, by a session of its own.
+    // The item is locked elsewhere, in a session of its own, while the question is still open.
     EXPECT_TRUE(runTask(harness.masterPassword.authenticate(theMasterPassword)));
     runTask(harness.manager.lockItem(harness.item()));
     ASSERT_FALSE(harness.item().isMounted);
@@ -294,7 +294,7 @@ TEST_F(DashboardActions, ItemLockedMeanwhileIsNotLockedASecondTime)
     EXPECT_FALSE(TemporaryHome::exists(path));
 }
 
-TEST_F(DashboardActions, WrongItemPasswordReachesTheErrorDialog)
+TEST_F(DashboardActions, WrongItemPasswordIsShownInTheErrorDialog)
 {
     DashboardHarness &harness = started();
     harness.protect(writePaper(QStringLiteral("will.pdf")));
@@ -307,7 +307,7 @@ TEST_F(DashboardActions, WrongItemPasswordReachesTheErrorDialog)
     EXPECT_FALSE(harness.dashboard.rows().isBusy(harness.item().id));
 }
 
-TEST_F(DashboardActions, CancelledGateOfARowEndsWithoutAWord)
+TEST_F(DashboardActions, CancelledGuardOfARowEndsWithoutAMessage)
 {
     DashboardHarness &harness = started();
     const QString path = writePaper(QStringLiteral("album/one.jpg"));
@@ -323,7 +323,7 @@ TEST_F(DashboardActions, CancelledGateOfARowEndsWithoutAWord)
     EXPECT_FALSE(harness.dashboard.rows().isBusy(harness.item().id));
 }
 
-TEST_F(DashboardActions, RemovalAsksFirstAndGivesTheItemBack)
+TEST_F(DashboardActions, RemovalAsksFirstAndRestoresTheItem)
 {
     DashboardHarness &harness = started();
     const QString path = writePaper(QStringLiteral("will.pdf"));
@@ -340,27 +340,27 @@ TEST_F(DashboardActions, RemovalAsksFirstAndGivesTheItemBack)
     EXPECT_FALSE(harness.dashboard.showingError());
 }
 
-TEST_F(DashboardActions, CopiedPathIsToldForTwoSecondsAfterTheFirstCopy)
+TEST_F(DashboardActions, CopiedPathIsShownForTwoSecondsAfterTheFirstCopy)
 {
     DashboardHarness &harness = started();
     const QString path = writePaper(QStringLiteral("will.pdf"));
     harness.protect(path);
     const QString id = harness.item().id;
-    const auto isTold = [&] {
+    const auto isShown = [&] {
         return harness.dashboard.items()->index(0, 0).data(ProtectedItemsModel::ShowingCopySuccessRole).toBool();
     };
     harness.dashboard.itemActions()->copyPathToClipboard(id);
     EXPECT_EQ(QGuiApplication::clipboard()->text(), path);
-    EXPECT_TRUE(isTold());
+    EXPECT_TRUE(isShown());
     services.clock.advance(1500ms);
     harness.dashboard.itemActions()->copyPathToClipboard(id);
     services.clock.advance(499ms);
-    EXPECT_TRUE(isTold());
+    EXPECT_TRUE(isShown());
     services.clock.advance(1ms);
-    EXPECT_FALSE(isTold()) << "a second copy leaves the first timer running";
+    EXPECT_FALSE(isShown()) << "a second copy does not restart the first timer";
     harness.dashboard.itemActions()->copyPathToClipboard(id);
     services.clock.advance(2s);
-    EXPECT_FALSE(isTold());
+    EXPECT_FALSE(isShown());
 }
 
 TEST_F(DashboardActions, MasterPasswordIsSetThroughItsDialog)
@@ -380,7 +380,7 @@ TEST_F(DashboardActions, MasterPasswordIsSetThroughItsDialog)
     EXPECT_EQ(harness.masterPasswordDialog.title(), QStringLiteral("Change Master Password"));
 }
 
-TEST_F(DashboardActions, WeakMasterPasswordIsRefusedWithItsSentence)
+TEST_F(DashboardActions, WeakMasterPasswordIsRejectedWithAnError)
 {
     DashboardHarness &harness = started();
     harness.dashboard.chooseMasterPassword();

@@ -22,11 +22,11 @@ namespace quillhaven::testing {
 inline const QString strongPassword = QStringLiteral("Abcdefg1");
 inline const QString theMasterPassword = QStringLiteral("Masterkey9");
 
-/// The dashboard over the real engine and a TestPlatform. Nobody answers a dialog unless the test does.
+/// The dashboard with the real engine and a TestPlatform. Only the test answers dialogs.
 class DashboardHarness
 {
 public:
-    /// Starts over what the platform's stores hold.
+    /// Starts with the current contents of the platform's stores.
     explicit DashboardHarness(TestPlatform &services) : DashboardHarness(services.platform()) {}
     explicit DashboardHarness(const Platform &services)
         : platform(services),
@@ -43,7 +43,7 @@ public:
     DashboardHarness(const DashboardHarness &) = delete;
     DashboardHarness &operator=(const DashboardHarness &) = delete;
 
-    /// Lets everything run that does not wait for a user.
+    /// Waits until everything has run that does not wait for a user.
     static void settle()
     {
         spinOnce();
@@ -56,7 +56,7 @@ public:
         }
     }
 
-    /// The user's choices in the dialogs, as their buttons make them.
+    /// The user's choices in the dialogs, as made with their buttons.
     void choosePassword()
     {
         protectionMethodDialog.choosePasswordProtection();
@@ -90,7 +90,7 @@ public:
         settle();
     }
 
-    /// Leaves in the window's shared question what another one could have left there.
+    /// Leaves the state of another question in the window's shared dialog.
     void askSomethingElse(bool isDestructive, bool showCancelButton)
     {
         confirmationDialog.setCancelTitle(QStringLiteral("Another"));
@@ -111,7 +111,7 @@ public:
         return namesOf(dashboard.items()->filteredAndSortedItems()).join(QLatin1Char(' '));
     }
 
-    int strayAnswers = 0; ///< answers that reached the other question
+    int strayAnswers = 0; ///< answers received by the other question
 
     Platform platform;
     MasterPasswordDialogManager masterPasswordDialog;
@@ -125,7 +125,7 @@ public:
     DashboardViewModel dashboard;
 };
 
-/// A dashboard in a fresh home.
+/// A dashboard in a new home.
 class DashboardTest : public ::testing::Test
 {
 protected:

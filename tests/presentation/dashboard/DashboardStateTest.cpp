@@ -12,7 +12,7 @@ namespace {
 
 using Filters = SearchFilterBarModel;
 
-/// Two locked and two unlocked, two by finger and two by password, one of each a folder.
+/// Two locked and two unlocked items, two with a fingerprint and two with a password, one of each a folder.
 QList<ProtectedItem> fourItems()
 {
     QList<ProtectedItem> items{namedItem(QStringLiteral("delta")), namedItem(QStringLiteral("Bravo"), true),
@@ -66,7 +66,7 @@ TEST_F(DashboardState, ListFollowsTheChosenOrderAndFilters)
     EXPECT_EQ(namesOf(dashboard.items()->filteredAndSortedItems()), QStringList());
 }
 
-TEST_F(DashboardState, EachGroupIsPublishedOnlyWhenItChanges)
+TEST_F(DashboardState, EachGroupIsReportedOnlyWhenItChanges)
 {
     DashboardViewModel &dashboard = dashboardWithFour();
     QSignalSpy filters(dashboard.filters(), &Filters::filtersChanged);
@@ -74,7 +74,7 @@ TEST_F(DashboardState, EachGroupIsPublishedOnlyWhenItChanges)
     QSignalSpy figures(dashboard.statistics(), &DashboardStatisticsModel::changed);
     dashboard.filters()->setStatusFilter(Filters::StatusFilter::all);
     dashboard.filters()->setSortOption(Filters::SortOption::name);
-    EXPECT_EQ(filters.size() + order.size() + figures.size(), 0) << "that is what is chosen";
+    EXPECT_EQ(filters.size() + order.size() + figures.size(), 0) << "these values are already set";
     dashboard.filters()->setSortOption(Filters::SortOption::status);
     EXPECT_EQ(order.size(), 1);
     EXPECT_EQ(filters.size() + figures.size(), 0);
@@ -94,7 +94,7 @@ TEST_F(DashboardState, CardsCountEveryItemByItsMethodAndNotByItsState)
               QStringLiteral("Includes both locked and unlocked items currently managed by Quillhaven."));
 }
 
-TEST_F(DashboardState, CardsCountWhatIsShownUnderAFilter)
+TEST_F(DashboardState, CardsCountTheShownItemsWhileAFilterIsActive)
 {
     DashboardViewModel &dashboard = dashboardWithFour();
     dashboard.filters()->setSearchText(QStringLiteral("A"));
@@ -118,7 +118,7 @@ TEST_F(DashboardState, ClearingShowsEverythingAgainInTheChosenOrder)
     EXPECT_EQ(started().shownNames(), QStringLiteral("delta Alpha Bravo charlie"));
 }
 
-TEST_F(DashboardState, ProtectedItemAppearsInTheListAtOnce)
+TEST_F(DashboardState, ProtectedItemAppearsInTheListImmediately)
 {
     DashboardHarness &harness = started();
     QSignalSpy changes(harness.dashboard.items(), &FilteredItemsModel::itemsChanged);

@@ -28,7 +28,7 @@ inline QList<QQuickItem *> visibleItems(QQuickItem *root)
     return all;
 }
 
-/// The real window over a dashboard in a fresh home.
+/// The real window with a dashboard in a new home.
 class DashboardWindow : public DashboardTest
 {
 protected:
@@ -47,7 +47,7 @@ protected:
         }
         return *m_engine;
     }
-    /// What the sheets show. A hidden main window comes forward by `bringForward`.
+    /// What the sheets show. `bringForward` brings a hidden main window forward.
     SheetModels &sheets()
     {
         if (!m_sheets) {
@@ -69,7 +69,7 @@ protected:
         }
         return *m_sheets;
     }
-    /// The window as it is built, hidden.
+    /// The window as it is created, hidden.
     MainWindow &built()
     {
         if (!m_window) {
@@ -77,7 +77,7 @@ protected:
         }
         return *m_window;
     }
-    /// The window on the screen, with the keyboard.
+    /// The window on the screen, with the keyboard focus.
     MainWindow &shown()
     {
         if (!m_isShown) {
@@ -91,7 +91,7 @@ protected:
 
     std::function<void()> bringForward = [this] { m_window->show(); };
 
-    /// Lets bindings, layouts and short animations come to rest, and draws.
+    /// Updates bindings, layouts and short animations, and draws the window.
     void render()
     {
         spinOnce();
@@ -123,7 +123,7 @@ protected:
         QTest::keyClick(shown().window(), key, modifiers);
         spinOnce();
     }
-    /// Moves on by the tab key until the list has the keyboard.
+    /// Presses the tab key until the list has the keyboard focus.
     bool tabToList()
     {
         for (int presses = 0; presses < 30; ++presses) {
@@ -144,7 +144,7 @@ protected:
         return {};
     }
 
-    /// Changes a record as an operation does.
+    /// Changes a record like an operation.
     void setMounted(const QString &id, bool value)
     {
         started().manager.catalogue().updateUnsaved(id, [value](ProtectedItem &item) { item.isMounted = value; });

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// The window itself: the real QML over the dashboard and the real engine, driven by keys and looked at by its texts.
+// The real window with the dashboard and the real engine, driven by key presses and checked by its texts.
 
 #include "DashboardWindowFixture.h"
 
@@ -19,7 +19,7 @@ TEST_F(DashboardWindow, TitleAndSizes)
     EXPECT_EQ(window->minimumSize(), QSize(760, 560));
 }
 
-TEST_F(DashboardWindow, IsBuiltHiddenAndTellsEachAppearance)
+TEST_F(DashboardWindow, IsCreatedHiddenAndReportsEachAppearance)
 {
     MainWindow &window = shown();
     QSignalSpy appeared(&window, &MainWindow::contentAppeared);
@@ -54,7 +54,7 @@ TEST_F(DashboardWindow, EmptyCatalogueShowsTheWelcomeAndNoFilters)
     EXPECT_TRUE(shows("v1.0"));
 }
 
-TEST_F(DashboardWindow, CardsAndRowsShowWhatTheCatalogueHolds)
+TEST_F(DashboardWindow, CardsAndRowsShowTheContentsOfTheCatalogue)
 {
     storeThree();
     for (const char *text : {"Protected Items", "Currently Unlocked", "Locked with Touch ID", "Locked with Password",
@@ -65,7 +65,7 @@ TEST_F(DashboardWindow, CardsAndRowsShowWhatTheCatalogueHolds)
     EXPECT_FALSE(shows("No items found"));
 }
 
-TEST_F(DashboardWindow, SearchWithoutAHitOffersToClearIt)
+TEST_F(DashboardWindow, SearchWithoutResultsOffersToClearIt)
 {
     storeThree();
     started().dashboard.filters()->setSearchText(QStringLiteral("zzz"));
@@ -97,7 +97,7 @@ TEST_F(DashboardWindow, ArrowKeysMoveBetweenRowsAndTabWithinOne)
     EXPECT_EQ(focusedRow(), QStringLiteral("alpha.txt"));
 }
 
-TEST_F(DashboardWindow, FindKeyGoesToTheSearchField)
+TEST_F(DashboardWindow, FindKeyFocusesTheSearchField)
 {
     storeThree();
     press(Qt::Key_F, Qt::ControlModifier);
@@ -108,7 +108,7 @@ TEST_F(DashboardWindow, FindKeyGoesToTheSearchField)
     EXPECT_FALSE(shows("alpha.txt"));
 }
 
-TEST_F(DashboardWindow, SearchLeadsByDownToWhatItFoundAndIsEmptiedByEscape)
+TEST_F(DashboardWindow, DownMovesFromTheSearchToItsResultsAndEscapeClearsIt)
 {
     storeThree();
     press(Qt::Key_F, Qt::ControlModifier);
@@ -140,7 +140,7 @@ TEST_F(DashboardWindow, PageKeysMoveByMoreThanOneRow)
     EXPECT_EQ(focusedRow(), QStringLiteral("59"));
 }
 
-TEST_F(DashboardWindow, FilterOpensAtWhatIsChosen)
+TEST_F(DashboardWindow, FilterOpensAtItsCurrentValue)
 {
     storeThree();
     started().dashboard.filters()->setStatusFilter(SearchFilterBarModel::StatusFilter::locked);
@@ -188,7 +188,7 @@ TEST_F(DashboardWindow, ReturnOnARowUnlocksIt)
     EXPECT_EQ(focusedRow(), QStringLiteral("album"));
 }
 
-TEST_F(DashboardWindow, KeyboardKeepsItsRowWhenTheOneAboveGoesAway)
+TEST_F(DashboardWindow, FocusStaysOnItsRowWhenTheOneAboveIsRemoved)
 {
     storeThree();
     shown();
@@ -201,7 +201,7 @@ TEST_F(DashboardWindow, KeyboardKeepsItsRowWhenTheOneAboveGoesAway)
     EXPECT_EQ(focusedRow(), QStringLiteral("charlie"));
 }
 
-TEST_F(DashboardWindow, KeyboardKeepsItsItemWhenTheOrderChanges)
+TEST_F(DashboardWindow, FocusStaysOnItsItemWhenTheOrderChanges)
 {
     storeThree();
     shown();
@@ -216,7 +216,7 @@ TEST_F(DashboardWindow, KeyboardKeepsItsItemWhenTheOrderChanges)
     EXPECT_EQ(focusedRow(), QStringLiteral("charlie"));
 }
 
-TEST_F(DashboardWindow, KeyboardFollowsItsItemToAnotherPlace)
+TEST_F(DashboardWindow, FocusFollowsItsItemToAnotherPlace)
 {
     storeThree();
     started().dashboard.filters()->setSortOption(SearchFilterBarModel::SortOption::status);
@@ -233,7 +233,7 @@ TEST_F(DashboardWindow, KeyboardFollowsItsItemToAnotherPlace)
     EXPECT_EQ(focusedRow(), QStringLiteral("alpha.txt"));
 }
 
-TEST_F(DashboardWindow, KeyboardKeepsItsItemUnderAFilterThatLetsItPass)
+TEST_F(DashboardWindow, FocusStaysOnItsItemIfItPassesANewFilter)
 {
     storeThree();
     shown();
@@ -248,7 +248,7 @@ TEST_F(DashboardWindow, KeyboardKeepsItsItemUnderAFilterThatLetsItPass)
     EXPECT_EQ(focusedRow(), QStringLiteral("charlie"));
 }
 
-TEST_F(DashboardWindow, ErrorShowsItsDialog)
+TEST_F(DashboardWindow, ErrorIsShownInItsDialog)
 {
     shown();
     started().dashboard.protecting()->handleFileSelection(services.home.path(QStringLiteral("absent.txt")));
@@ -257,12 +257,12 @@ TEST_F(DashboardWindow, ErrorShowsItsDialog)
     render();
 }
 
-TEST_F(DashboardWindow, ProtectingIsNamedUnderTheToolbarWhileItRuns)
+TEST_F(DashboardWindow, ProtectionIsShownUnderTheToolbarWhileItIsRunning)
 {
     shown();
     const QString path = services.home.write(QStringLiteral("papers/will.pdf"));
     bool wasNamed = false;
-    // The engine asks for the place in the middle of its work.
+    // The engine asks for access during its work.
     services.panels.answer = [&](const OpenPanelRequest &) {
         wasNamed = shows("Protecting “will.pdf”…");
         return path;
@@ -282,7 +282,7 @@ double mainThreadMilliseconds()
     return double(time.tv_sec) * 1e3 + double(time.tv_nsec) / 1e6;
 }
 
-// Prints what a change costs on the main thread; a figure depends on the machine.
+// Prints the time that a change takes on the main thread, which depends on the machine.
 TEST_F(DashboardWindow, ChangeAmongTenThousandItemsIsShown)
 {
     using Filters = SearchFilterBarModel;
@@ -301,7 +301,7 @@ TEST_F(DashboardWindow, ChangeAmongTenThousandItemsIsShown)
         change();
         const double handled = mainThreadMilliseconds() - start;
         QTest::qWait(100);
-        std::cout << what << ": " << handled << " ms, with all that is drawn after it "
+        std::cout << what << ": " << handled << " ms, including the drawing after it "
                   << mainThreadMilliseconds() - start << " ms in " << frames.size() << " frames" << std::endl;
     };
     measured("change in the order of the names", [&] { setMounted(items[0].id, true); });

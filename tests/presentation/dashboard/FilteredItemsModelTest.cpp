@@ -37,7 +37,7 @@ std::string sortedIn(const char *language, const char *names)
 
 } // namespace
 
-TEST_F(FilteredItemsModelTest, NameSortIgnoresCaseAndKeepsTheCatalogueOrderOfEquals)
+TEST_F(FilteredItemsModelTest, NameSortIgnoresCaseAndKeepsTheCatalogueOrderOfEqualNames)
 {
     load("beta ALPHA alpha Alpha");
     EXPECT_EQ(shownNames(), QStringLiteral("ALPHA alpha Alpha beta"));
@@ -52,13 +52,13 @@ TEST(FilteredItemsModelLanguage, NameSortFollowsTheUsersLanguageAndIgnoresCaseIn
     EXPECT_EQ(sortedIn("en_US", "zebra \u00c9clair beta Apple \u00e9cole apple"),
               "Apple apple beta \u00c9clair \u00e9cole zebra");
     EXPECT_EQ(sortedIn("sv_SE", "\u00f6l Zebra apple"), "apple Zebra \u00f6l");
-    // The capital of the dotless letter, which comes before the dotted one.
+    // The capital form of the dotless i, which is sorted before the dotted i.
     EXPECT_EQ(sortedIn("tr_TR", "ia Iz"), "Iz ia");
     EXPECT_EQ(sortedIn("en_US", "Iz ia"), "ia Iz");
-    EXPECT_EQ(sortedIn("C", "b A a B"), "A a b B") << "without a language too";
+    EXPECT_EQ(sortedIn("C", "b A a B"), "A a b B") << "also without a language";
 }
 
-TEST_F(FilteredItemsModelTest, StatusSortPutsLockedFirstInCatalogueOrderHoweverNamed)
+TEST_F(FilteredItemsModelTest, StatusSortPutsLockedItemsFirstAndKeepsTheCatalogueOrder)
 {
     filters.setSortOption(Filters::SortOption::status);
     load("z a m");
@@ -70,7 +70,7 @@ TEST_F(FilteredItemsModelTest, StatusSortPutsLockedFirstInCatalogueOrderHoweverN
     EXPECT_EQ(shownNames(), QStringLiteral("a m z"));
 }
 
-TEST_F(FilteredItemsModelTest, NewItemIsOneInsertedRowAtItsPlace)
+TEST_F(FilteredItemsModelTest, NewItemInsertsOneRowAtItsPlace)
 {
     load("a c d");
     changes.clear();
@@ -81,7 +81,7 @@ TEST_F(FilteredItemsModelTest, NewItemIsOneInsertedRowAtItsPlace)
     EXPECT_EQ(changes.count(), 1);
 }
 
-TEST_F(FilteredItemsModelTest, FilterThatDropsNeighboursIsOneRemoval)
+TEST_F(FilteredItemsModelTest, FilterThatExcludesNeighboursRemovesThemAtOnce)
 {
     load("a b c d");
     changes.clear();
@@ -109,7 +109,7 @@ TEST_F(FilteredItemsModelTest, ChangedRecordKeepsItsRowInTheOrderOfTheNames)
     EXPECT_TRUE(shown.index(1, 0).data(ProtectedItemsModel::IsMountedRole).toBool());
 }
 
-TEST_F(FilteredItemsModelTest, ItemThatNoLongerPassesLeavesAndComesBack)
+TEST_F(FilteredItemsModelTest, ItemThatNoLongerPassesIsRemovedAndAddedAgainLater)
 {
     load("b a c");
     filters.setStatusFilter(Filters::StatusFilter::locked);
@@ -123,7 +123,7 @@ TEST_F(FilteredItemsModelTest, ItemThatNoLongerPassesLeavesAndComesBack)
     EXPECT_EQ(changes.count(), 2);
 }
 
-TEST_F(FilteredItemsModelTest, ChangeOfOrderIsAnnouncedAroundIt)
+TEST_F(FilteredItemsModelTest, ChangeOfOrderIsSignalledBeforeAndAfter)
 {
     load("b a");
     QString before;
@@ -137,7 +137,7 @@ TEST_F(FilteredItemsModelTest, ChangeOfOrderIsAnnouncedAroundIt)
     EXPECT_EQ(shown.rowOf(QStringLiteral("ID-b")), 0);
 }
 
-TEST_F(FilteredItemsModelTest, RowsAreFoundByTheirIdsAndOnlyWhileTheyShow)
+TEST_F(FilteredItemsModelTest, RowsAreFoundByTheirIdsOnlyWhileTheyAreShown)
 {
     load("b a");
     EXPECT_EQ(shown.rowOf(QStringLiteral("ID-b")), 1);
@@ -159,7 +159,7 @@ TEST_F(FilteredItemsModelTest, EmptyCatalogueIsNotALackOfResults)
     EXPECT_TRUE(shown.hasNoResults());
 }
 
-TEST_F(FilteredItemsModelTest, AnyRunOfChangesShowsWhatTheCatalogueHolds)
+TEST_F(FilteredItemsModelTest, RowsMatchTheCatalogueAfterAnySequenceOfChanges)
 {
     QRandomGenerator random(20261121);
     const auto expected = [this] {

@@ -26,7 +26,7 @@ QString iconOf(const char *name)
 
 } // namespace
 
-TEST(FinderRow, FileIconIsToldByTheNameAlone)
+TEST(FinderRow, FileIconDependsOnlyOnTheName)
 {
     EXPECT_EQ(iconOf("Report.PDF"), QStringLiteral("doc.text.fill"));
     EXPECT_EQ(iconOf("notes.txt.bak"), QStringLiteral("doc.text.fill"));
@@ -39,7 +39,7 @@ TEST(FinderRow, FileIconIsToldByTheNameAlone)
     EXPECT_EQ(iconOf("archive"), QStringLiteral("doc.fill"));
 }
 
-TEST(FinderRow, FolderLeadsWithAFolderWhateverItsName)
+TEST(FinderRow, FolderHasAFolderIconWithAnyName)
 {
     ProtectedItem item = namedItem(QStringLiteral("images.png"));
     item.isFolder = true;
@@ -48,7 +48,7 @@ TEST(FinderRow, FolderLeadsWithAFolderWhateverItsName)
     EXPECT_EQ(finder_row::leadingIcon(item), QStringLiteral("photo.fill"));
 }
 
-TEST(FinderRow, FolderOfFortyCharactersStaysWhole)
+TEST(FinderRow, FolderOfFortyCharactersIsNotShortened)
 {
     const QString forty = QStringLiteral("/srv/data/") + QString(26, QLatin1Char('x')) + QStringLiteral("/abc");
     ASSERT_EQ(forty.size(), 40);
@@ -64,7 +64,7 @@ TEST(FinderRow, FolderOfFortyOneCharactersWithFourPartsLosesItsMiddle)
     EXPECT_EQ(shortened(below), QStringLiteral("~/…/") + QString(40, QLatin1Char('y')) + QStringLiteral("/z"));
 }
 
-TEST(FinderRow, LongFolderWithFewerPartsStaysWhole)
+TEST(FinderRow, LongFolderWithFewerPartsIsNotShortened)
 {
     const QString two = QStringLiteral("/srv/") + QString(60, QLatin1Char('x'));
     EXPECT_EQ(shortened(two), two);
@@ -72,7 +72,7 @@ TEST(FinderRow, LongFolderWithFewerPartsStaysWhole)
     EXPECT_EQ(shortened(three), QStringLiteral("~/Documents/") + QString(60, QLatin1Char('x')));
 }
 
-TEST(FinderRow, HomeFolderReadsAsATildeWhereverItOccurs)
+TEST(FinderRow, HomeFolderIsReplacedByATildeEverywhere)
 {
     EXPECT_EQ(shortened(home), QStringLiteral("~"));
     EXPECT_EQ(shortened(home + QStringLiteral("/a")), QStringLiteral("~/a"));
@@ -84,7 +84,7 @@ TEST(FinderRow, ItemInTheRootShowsTheRoot)
     EXPECT_EQ(finder_row::shortenedPath(QStringLiteral("/item"), home), QStringLiteral("/"));
 }
 
-TEST(FinderRow, LengthCountsCharactersAsAPersonDoes)
+TEST(FinderRow, LengthCountsUserPerceivedCharacters)
 {
     // 20 letters with a combining accent each: 40 code units in the name of one folder.
     const QString accented = QString::fromUtf8("e\u0301").repeated(20);
@@ -92,7 +92,7 @@ TEST(FinderRow, LengthCountsCharactersAsAPersonDoes)
     EXPECT_EQ(shortened(folder), folder);
 }
 
-TEST(FinderRow, ButtonOffersWhatCanBeDone)
+TEST(FinderRow, ButtonOffersThePossibleAction)
 {
     ProtectedItem item = namedItem(QStringLiteral("a"), true);
     EXPECT_EQ(finder_row::toggleLockText(item), QStringLiteral("Lock Item"));
@@ -104,7 +104,7 @@ TEST(FinderRow, ButtonOffersWhatCanBeDone)
     EXPECT_EQ(finder_row::toggleLockIcon(item), QStringLiteral("touchid"));
 }
 
-TEST(FinderRow, ScreenReaderHearsTheNameAndTheState)
+TEST(FinderRow, ScreenReaderReadsTheNameAndTheState)
 {
     EXPECT_EQ(finder_row::accessibleText(namedItem(QStringLiteral("a.txt"), true)), QStringLiteral("a.txt, unlocked"));
     EXPECT_EQ(finder_row::accessibleText(namedItem(QStringLiteral("a.txt"))), QStringLiteral("a.txt, locked"));

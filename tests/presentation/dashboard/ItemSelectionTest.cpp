@@ -43,7 +43,7 @@ private:
 
 } // namespace
 
-TEST_F(Selection, ToggleAddsAndTakesAway)
+TEST_F(Selection, ToggleSelectsAndDeselects)
 {
     select({QStringLiteral("b1"), QStringLiteral("a1")});
     EXPECT_EQ(selectedNames(), QStringLiteral("a1 b1")) << "in display order";
@@ -53,7 +53,7 @@ TEST_F(Selection, ToggleAddsAndTakesAway)
     EXPECT_FALSE(isMarked(QStringLiteral("b1")));
 }
 
-TEST_F(Selection, EnteringTheModeChangesNothingElseAndLeavingItEmptiesTheSet)
+TEST_F(Selection, EnteringTheModeKeepsTheSelectionAndLeavingItClearsIt)
 {
     select({QStringLiteral("a1")});
     EXPECT_EQ(selection().modeText(), QStringLiteral("Select"));
@@ -67,18 +67,18 @@ TEST_F(Selection, EnteringTheModeChangesNothingElseAndLeavingItEmptiesTheSet)
     EXPECT_FALSE(isMarked(QStringLiteral("a1")));
 }
 
-TEST_F(Selection, SelectAllTakesWhatIsShownInPlaceOfTheWholeSet)
+TEST_F(Selection, SelectAllReplacesTheSelectionByTheShownItems)
 {
     select({QStringLiteral("a1")});
     EXPECT_EQ(selection().selectAllText(), QStringLiteral("Select All"));
     started().dashboard.filters()->setSearchText(QStringLiteral("b"));
     selection().toggleSelectAll();
     EXPECT_EQ(selectedNames(), QStringLiteral("b1 b2"));
-    EXPECT_EQ(selection().selectedCount(), 2) << "the hidden one is gone";
+    EXPECT_EQ(selection().selectedCount(), 2) << "the hidden one was deselected";
     EXPECT_EQ(selection().selectAllText(), QStringLiteral("Deselect All"));
 }
 
-TEST_F(Selection, EqualCountsDeselectThoughOtherItemsShow)
+TEST_F(Selection, EqualCountsDeselectEvenIfOtherItemsAreShown)
 {
     select({QStringLiteral("a1"), QStringLiteral("a2")});
     started().dashboard.filters()->setSearchText(QStringLiteral("b"));
@@ -87,7 +87,7 @@ TEST_F(Selection, EqualCountsDeselectThoughOtherItemsShow)
     EXPECT_EQ(selection().selectedCount(), 0);
 }
 
-TEST_F(Selection, MoreSelectedThanShownIsNotEverything)
+TEST_F(Selection, IfMoreAreSelectedThanShownNotEverythingIsSelected)
 {
     select({QStringLiteral("a1"), QStringLiteral("a2"), QStringLiteral("b1")});
     started().dashboard.filters()->setSearchText(QStringLiteral("b"));
@@ -96,18 +96,18 @@ TEST_F(Selection, MoreSelectedThanShownIsNotEverything)
     EXPECT_EQ(selectedNames(), QStringLiteral("b1 b2"));
 }
 
-TEST_F(Selection, EachChangeIsTold)
+TEST_F(Selection, EachChangeIsReported)
 {
-    const QSignalSpy told(&selection(), &ItemSelection::changed);
+    const QSignalSpy reported(&selection(), &ItemSelection::changed);
     select({QStringLiteral("a1")});
-    EXPECT_EQ(told.size(), 1);
+    EXPECT_EQ(reported.size(), 1);
     selection().toggleSelectionMode();
-    EXPECT_EQ(told.size(), 2);
+    EXPECT_EQ(reported.size(), 2);
     selection().clearSelection();
-    EXPECT_EQ(told.size(), 3);
+    EXPECT_EQ(reported.size(), 3);
 }
 
-TEST_F(Selection, HiddenIdsStayAndComeBack)
+TEST_F(Selection, HiddenItemsStaySelected)
 {
     select({QStringLiteral("a1"), QStringLiteral("b1")});
     started().dashboard.filters()->setSearchText(QStringLiteral("b"));
@@ -118,14 +118,14 @@ TEST_F(Selection, HiddenIdsStayAndComeBack)
     EXPECT_TRUE(isMarked(QStringLiteral("a1")));
 }
 
-TEST_F(Selection, CountIncludesHiddenIdsAndTheButtonsNumbersDoNot)
+TEST_F(Selection, CountIncludesHiddenItemsButTheNumbersOnTheButtonsDoNot)
 {
     select({QStringLiteral("a1"), QStringLiteral("a2"), QStringLiteral("b1"), QStringLiteral("b2")});
     EXPECT_EQ(selection().canUnlockCount(), 2);
     EXPECT_EQ(selection().canLockCount(), 2);
-    QSignalSpy told(&selection(), &ItemSelection::changed);
+    QSignalSpy reported(&selection(), &ItemSelection::changed);
     started().dashboard.filters()->setSearchText(QStringLiteral("b1"));
-    EXPECT_GE(told.size(), 1);
+    EXPECT_GE(reported.size(), 1);
     EXPECT_EQ(selection().selectedCount(), 4);
     EXPECT_EQ(selection().canUnlockCount(), 1);
     EXPECT_EQ(selection().canLockCount(), 0);

@@ -11,7 +11,7 @@
 
 namespace quillhaven::testing {
 
-/// A record with a name and nothing on disk.
+/// A record with a name, but without a file.
 inline ProtectedItem namedItem(const QString &name, bool isMounted = false)
 {
     ProtectedItem item;
@@ -31,7 +31,7 @@ inline QStringList namesOf(const QList<ProtectedItem> &items)
     return names;
 }
 
-/// Leaves a catalogue behind for the engine that starts next; each item stands at its original path.
+/// Stores a catalogue for the engine that is started next, and creates a file at each item's original path.
 inline void storeCatalogue(TestPlatform &services, QList<ProtectedItem> items)
 {
     for (ProtectedItem &item : items) {

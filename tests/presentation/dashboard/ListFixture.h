@@ -13,7 +13,7 @@
 
 namespace quillhaven::testing {
 
-/// How often the rows of a model were changed in each way.
+/// Counts the changes of a model's rows, by kind.
 struct RowChanges
 {
     explicit RowChanges(QAbstractItemModel &model)
@@ -43,7 +43,7 @@ struct RowChanges
     QSignalSpy reset;
 };
 
-/// The list's models over a catalogue in a fresh home.
+/// The models of the list, with a catalogue in a new home.
 struct ListFixture
 {
     void load(const QList<ProtectedItem> &items)
@@ -51,7 +51,7 @@ struct ListFixture
         services.defaults.standard().setData(settings::protectedItems.key, encodeProtectedItems(items));
         catalogue.load();
     }
-    /// Records of these names, which are separated by spaces.
+    /// Loads records with these names, which are separated by spaces.
     void load(const char *names)
     {
         QList<ProtectedItem> items;

@@ -22,7 +22,7 @@ protected:
 
 } // namespace
 
-TEST_F(ProtectedItemsModelTest, NewRecordIsOneRowAtTheEnd)
+TEST_F(ProtectedItemsModelTest, NewRecordAddsOneRowAtTheEnd)
 {
     load("b c");
     changes.clear();
@@ -33,7 +33,7 @@ TEST_F(ProtectedItemsModelTest, NewRecordIsOneRowAtTheEnd)
     EXPECT_EQ(changes.count(), 1);
 }
 
-TEST_F(ProtectedItemsModelTest, ChangedRecordIsItsRowAlone)
+TEST_F(ProtectedItemsModelTest, ChangedRecordChangesOnlyItsRow)
 {
     load("a b c");
     changes.clear();
@@ -45,7 +45,7 @@ TEST_F(ProtectedItemsModelTest, ChangedRecordIsItsRowAlone)
     EXPECT_TRUE(rows.index(1).data(ProtectedItemsModel::IsMountedRole).toBool());
 }
 
-TEST_F(ProtectedItemsModelTest, RemovedRecordsTakeTheirRowsAlone)
+TEST_F(ProtectedItemsModelTest, RemovedRecordsRemoveOnlyTheirRows)
 {
     load("a b c d");
     changes.clear();
@@ -55,7 +55,7 @@ TEST_F(ProtectedItemsModelTest, RemovedRecordsTakeTheirRowsAlone)
     EXPECT_EQ(changes.count(), 2);
 }
 
-TEST_F(ProtectedItemsModelTest, EachChangeIsPublishedOnceItsRowShowsIt)
+TEST_F(ProtectedItemsModelTest, EachChangeIsReportedAfterItsRowWasUpdated)
 {
     load("a b");
     QStringList seen;
@@ -67,7 +67,7 @@ TEST_F(ProtectedItemsModelTest, EachChangeIsPublishedOnceItsRowShowsIt)
     EXPECT_EQ(seen, QStringList({QStringLiteral("a b c"), QStringLiteral("a b c"), QStringLiteral("b c")}));
 }
 
-TEST_F(ProtectedItemsModelTest, RepeatedIdOfADamagedCatalogueIsShownAndGoesWithAllItsRows)
+TEST_F(ProtectedItemsModelTest, RepeatedIdInADamagedCatalogueIsShownAndRemovedWithAllItsRows)
 {
     load("a a b");
     EXPECT_EQ(rows.items(), catalogue.items());
@@ -97,7 +97,7 @@ TEST_F(ProtectedItemsModelTest, ItemIsBusyWhileAnOperationHoldsItsLease)
     EXPECT_EQ(changes.changed.size(), 2);
 }
 
-TEST_F(ProtectedItemsModelTest, BusyMarkStaysWithItsItemWhenRowsAboveGo)
+TEST_F(ProtectedItemsModelTest, BusyMarkStaysWithItsItemWhenRowsAboveAreRemoved)
 {
     load("a b");
     changes.clear();
@@ -111,7 +111,7 @@ TEST_F(ProtectedItemsModelTest, BusyMarkStaysWithItsItemWhenRowsAboveGo)
     EXPECT_FALSE(isBusy(0));
 }
 
-TEST_F(ProtectedItemsModelTest, OnlyRowsWhoseSelectionChangesArePublished)
+TEST_F(ProtectedItemsModelTest, OnlyRowsWhoseSelectionChangesAreReported)
 {
     load("a b c");
     rows.setSelected({QStringLiteral("ID-a"), QStringLiteral("ID-b")});
@@ -125,7 +125,7 @@ TEST_F(ProtectedItemsModelTest, OnlyRowsWhoseSelectionChangesArePublished)
     EXPECT_TRUE(rows.index(2).data(ProtectedItemsModel::IsSelectedRole).toBool());
 }
 
-TEST_F(ProtectedItemsModelTest, SeveralItemsTurnBusyAtOnceAndTheRowsFromTheFirstToTheLastArePublished)
+TEST_F(ProtectedItemsModelTest, SeveralItemsBecomeBusyTogetherWithOneChangeFromTheFirstRowToTheLast)
 {
     load("a b c d");
     changes.clear();
@@ -139,10 +139,10 @@ TEST_F(ProtectedItemsModelTest, SeveralItemsTurnBusyAtOnceAndTheRowsFromTheFirst
     }
     EXPECT_EQ(marks, QList({false, true, false, true}));
     rows.setBusy({QStringLiteral("ID-gone")}, false);
-    EXPECT_EQ(changes.changed.size(), 1) << "no row shows that";
+    EXPECT_EQ(changes.changed.size(), 1) << "no row shows that item";
 }
 
-TEST_F(ProtectedItemsModelTest, RowShowsAllThatItShows)
+TEST_F(ProtectedItemsModelTest, RowHasAllItsData)
 {
     load("notes.txt");
     const QModelIndex row = rows.index(0);

@@ -57,7 +57,7 @@ TEST(SearchFilterBarModel, SearchIgnoresCase)
     EXPECT_EQ(passing(bar, mixedItems()), QStringLiteral("Taxes.pdf"));
 }
 
-TEST(SearchFilterBarModel, SearchNeverLooksAtThePathTheContainerOrTheId)
+TEST(SearchFilterBarModel, SearchIgnoresThePathTheContainerAndTheId)
 {
     QList<ProtectedItem> items = mixedItems();
     for (ProtectedItem &item : items) {
@@ -70,7 +70,7 @@ TEST(SearchFilterBarModel, SearchNeverLooksAtThePathTheContainerOrTheId)
     }
 }
 
-TEST(SearchFilterBarModel, LoneSpaceIsAnActiveSearchAsTyped)
+TEST(SearchFilterBarModel, SingleSpaceIsAnActiveSearch)
 {
     Bar bar;
     bar.setSearchText(QStringLiteral(" "));
@@ -78,7 +78,7 @@ TEST(SearchFilterBarModel, LoneSpaceIsAnActiveSearchAsTyped)
     EXPECT_EQ(passing(bar, {namedItem(QStringLiteral("a b")), namedItem(QStringLiteral("ab"))}), QStringLiteral("a b"));
 }
 
-TEST(SearchFilterBarModel, EachFilterKeepsItsOwnAndTheyCombine)
+TEST(SearchFilterBarModel, EachFilterKeepsItsItemsAndFiltersCombine)
 {
     const QList<ProtectedItem> items = mixedItems();
     Bar bar;
@@ -98,7 +98,7 @@ TEST(SearchFilterBarModel, EachFilterKeepsItsOwnAndTheyCombine)
     EXPECT_EQ(passing(bar, items), QStringLiteral("Budget.txt"));
 }
 
-TEST(SearchFilterBarModel, SortOptionIsNoActiveFilter)
+TEST(SearchFilterBarModel, SortOptionIsNotAnActiveFilter)
 {
     Bar bar;
     bar.setSortOption(Bar::SortOption::status);
@@ -107,7 +107,7 @@ TEST(SearchFilterBarModel, SortOptionIsNoActiveFilter)
     EXPECT_TRUE(bar.hasActiveFilters());
 }
 
-TEST(SearchFilterBarModel, ButtonNamesTheSearchBeforeTheFilters)
+TEST(SearchFilterBarModel, ButtonNamesTheSearchRatherThanTheFilters)
 {
     Bar bar;
     EXPECT_EQ(bar.getAdaptiveCTAText(), QStringLiteral("Clear All"));
@@ -117,7 +117,7 @@ TEST(SearchFilterBarModel, ButtonNamesTheSearchBeforeTheFilters)
     EXPECT_EQ(bar.getAdaptiveCTAText(), QStringLiteral("Clear Search"));
 }
 
-TEST(SearchFilterBarModel, ClearingLeavesTheOrder)
+TEST(SearchFilterBarModel, ClearingKeepsTheOrder)
 {
     Bar bar;
     bar.setSearchText(QStringLiteral("x"));

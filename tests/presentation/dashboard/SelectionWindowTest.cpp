@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// Selecting, dropping and the sheets of several items, in the real window by keys, clicks and drags.
+// Selection, drag and drop and the sheets for several items, in the real window with key presses, clicks and drags.
 
 #include "DashboardWindowFixture.h"
 
@@ -51,13 +51,13 @@ protected:
         QDragEnterEvent enter(place, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
         QCoreApplication::sendEvent(shown().window(), &enter);
         render();
-        isTold = item("isTargeted", "true") != nullptr;
+        isDropAccepted = item("isTargeted", "true") != nullptr;
         QDropEvent event(place, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
         QCoreApplication::sendEvent(shown().window(), &event);
         DashboardHarness::settle();
     }
 
-    bool isTold = false; ///< the window said during the drag that it takes what is dropped
+    bool isDropAccepted = false; ///< the window showed during the drag that it accepts the drop
 };
 
 } // namespace
@@ -83,7 +83,7 @@ TEST_F(SelectionWindow, SelectButtonShowsTheMarksAndTheSecondButton)
     EXPECT_EQ(selection().selectedCount(), 0);
 }
 
-TEST_F(SelectionWindow, UnlockAndLockButtonsShowOnlyWithSomethingToDo)
+TEST_F(SelectionWindow, UnlockAndLockButtonsAreShownOnlyIfTheyApply)
 {
     selection().extendSelection(QStringLiteral("ID-bravo.png"));
     EXPECT_TRUE(shows("1 selected"));
@@ -91,7 +91,7 @@ TEST_F(SelectionWindow, UnlockAndLockButtonsShowOnlyWithSomethingToDo)
     EXPECT_FALSE(shows("Unlock (0)"));
 }
 
-TEST_F(SelectionWindow, ClickInTheModeSelectsAndOutsideItDoesNot)
+TEST_F(SelectionWindow, ClickSelectsOnlyInTheSelectionMode)
 {
     click("text", "alpha.txt");
     EXPECT_EQ(selection().selectedCount(), 0);
@@ -159,21 +159,21 @@ TEST_F(SelectionWindow, RowButtonAsksBeforeItShreds)
 TEST_F(SelectionWindow, DropOfSeveralFilesAsksForTheirMethod)
 {
     drop({services.home.write(QStringLiteral("one.txt")), services.home.write(QStringLiteral("two.txt"))});
-    EXPECT_TRUE(isTold);
+    EXPECT_TRUE(isDropAccepted);
     EXPECT_TRUE(eventuallyShows("Protect 2 Items"));
 }
 
-TEST_F(SelectionWindow, NothingIsTakenWhileASheetShows)
+TEST_F(SelectionWindow, DropIsRejectedWhileASheetIsShown)
 {
     shown();
     started().dashboard.bulk()->showBulkFilePicker();
     ASSERT_TRUE(eventuallyShows("Bulk File Protection"));
     drop({services.home.write(QStringLiteral("one.txt"))});
-    EXPECT_FALSE(isTold);
+    EXPECT_FALSE(isDropAccepted);
     EXPECT_FALSE(started().protectionMethodDialog.isPresented());
 }
 
-TEST_F(SelectionWindow, BackupMenuTellsWhenThereIsNoPlaceForBackups)
+TEST_F(SelectionWindow, BackupMenuReportsThatThereIsNoFolderForBackups)
 {
     click("text", "Backup");
     EXPECT_TRUE(eventuallyShows("iCloud is not available. Please sign in to iCloud and enable iCloud Drive."));

@@ -11,7 +11,7 @@ using namespace quillhaven::testing;
 
 namespace {
 
-/// Ends whatever asks for a file as the user's cancelling of an authentication does.
+/// Throws a cancelled authentication from every check for a file.
 class CancellingFiles : public FileManagerDecorator
 {
 public:
@@ -30,7 +30,7 @@ public:
 class Shredding : public DashboardTest
 {
 protected:
-    /// Protects a folder, which has no password of its own, with one file in it.
+    /// Protects a folder with one file in it. A folder has no password of its own.
     QString protectFolder(const QString &name)
     {
         services.home.write(QStringLiteral("papers/") + name + QStringLiteral("/one.txt"));
@@ -71,7 +71,7 @@ TEST_F(Shredding, NothingIsDestroyedBeforeTheConfirmation)
     EXPECT_EQ(shredding().protectedItemsToShred().size(), 1);
 }
 
-TEST_F(Shredding, CancelForgetsWhatWaited)
+TEST_F(Shredding, CancelForgetsTheItems)
 {
     protectFolder(QStringLiteral("album"));
     shredding().onShred(started().item().id);
@@ -109,18 +109,18 @@ TEST_F(Shredding, SelectionIsShreddedTogether)
     started().dashboard.filters()->setSearchText(QStringLiteral("a"));
     started().dashboard.selection()->selectAll();
     started().dashboard.filters()->clearAllFilters();
-    QStringList told;
+    QStringList reported;
     QObject::connect(shredding().progress(), &OperationProgress::changed, shredding().progress(),
-                     [&] { told.append(shredding().progress()->message()); });
+                     [&] { reported.append(shredding().progress()->message()); });
     shredding().performBulkShred();
     EXPECT_EQ(shredding().confirmation()->itemNames(), (QStringList{QStringLiteral("album"), QStringLiteral("diary")}));
     confirm();
     EXPECT_EQ(started().shownNames(), QStringLiteral("kept"));
-    EXPECT_TRUE(told.contains(QStringLiteral("Successfully shredded 2 items")))
-        << qUtf8Printable(told.join(QLatin1Char('|')));
+    EXPECT_TRUE(reported.contains(QStringLiteral("Successfully shredded 2 items")))
+        << qUtf8Printable(reported.join(QLatin1Char('|')));
 }
 
-TEST_F(Shredding, ItemOfAnotherJobIsNotAskedAbout)
+TEST_F(Shredding, ItemInUseByAnotherJobIsIgnored)
 {
     protectFolder(QStringLiteral("album"));
     started().dashboard.rows().setBusy({started().item().id}, true);
@@ -128,7 +128,7 @@ TEST_F(Shredding, ItemOfAnotherJobIsNotAskedAbout)
     EXPECT_FALSE(shredding().confirmation()->isPresented());
 }
 
-TEST_F(Shredding, ItemThatAnotherJobTookMeanwhileIsLeftAlone)
+TEST_F(Shredding, ItemThatAnotherJobStartedToUseIsNotTouched)
 {
     protectFolder(QStringLiteral("album"));
     shredding().onShred(started().item().id);
@@ -157,7 +157,7 @@ TEST_F(Shredding, RowIsBusyWhileItsItemIsShredded)
     EXPECT_FALSE(started().dashboard.rows().isBusy(id));
 }
 
-TEST_F(Shredding, ItemThatWasUnlockedMeanwhileIsShreddedAsItStandsNow)
+TEST_F(Shredding, ItemThatWasUnlockedMeanwhileIsShreddedInItsCurrentState)
 {
     const QString path = protectFolder(QStringLiteral("album"));
     const ProtectedItem item = started().item();
@@ -170,22 +170,22 @@ TEST_F(Shredding, ItemThatWasUnlockedMeanwhileIsShreddedAsItStandsNow)
     EXPECT_TRUE(started().manager.protectedItems().isEmpty());
 }
 
-TEST_F(Shredding, ItemWhoseProtectionWasRemovedMeanwhileIsLeftAlone)
+TEST_F(Shredding, ItemWhoseProtectionWasRemovedMeanwhileIsNotTouched)
 {
     const QString path = protectFolder(QStringLiteral("album"));
     const ProtectedItem item = started().item();
     shredding().onShred(item.id);
     runTask(started().manager.removeProtection(item));
-    QStringList told;
+    QStringList reported;
     OperationProgress &progress = *shredding().progress();
-    QObject::connect(&progress, &OperationProgress::changed, &progress, [&] { told.append(progress.message()); });
+    QObject::connect(&progress, &OperationProgress::changed, &progress, [&] { reported.append(progress.message()); });
     confirm();
     EXPECT_TRUE(TemporaryHome::exists(path + QStringLiteral("/one.txt")));
-    EXPECT_EQ(told.join(QString()), QString()) << "nothing is told of nothing";
+    EXPECT_EQ(reported.join(QString()), QString()) << "no progress is reported without items";
     EXPECT_FALSE(started().dashboard.showingError());
 }
 
-TEST_F(Shredding, FailureIsShownEmptiesTheListAndKeepsTheSelection)
+TEST_F(Shredding, FailureIsShownAndClearsTheListButNotTheSelection)
 {
     DashboardHarness &harness = started();
     harness.protect(services.home.write(QStringLiteral("papers/will.pdf")));
@@ -247,7 +247,7 @@ TEST_F(Shredding, FinderShredOfAnItemShredsTheItem)
     EXPECT_EQ(shredding().protectedItemsToShred().size(), 1);
 }
 
-TEST_F(Shredding, FinderShredTakesAnItemByItsExactPathAlone)
+TEST_F(Shredding, FinderShredFindsAnItemOnlyByItsExactPath)
 {
     protectFolder(QStringLiteral("album"));
     const QString other = services.home.write(QStringLiteral("papers/Album"));
@@ -256,7 +256,7 @@ TEST_F(Shredding, FinderShredTakesAnItemByItsExactPathAlone)
     EXPECT_EQ(shredding().itemsToShred(), QStringList(other));
 }
 
-TEST_F(Shredding, LaterQuestionTakesThePlaceOfTheEarlierOne)
+TEST_F(Shredding, LaterQuestionReplacesTheEarlierOne)
 {
     const QString first = services.home.write(QStringLiteral("papers/first.txt"));
     const QString second = services.home.write(QStringLiteral("papers/second.txt"));
@@ -268,7 +268,7 @@ TEST_F(Shredding, LaterQuestionTakesThePlaceOfTheEarlierOne)
     EXPECT_FALSE(TemporaryHome::exists(second));
 }
 
-TEST_F(Shredding, QuestionThatIsAskedDuringAShredOutlastsIt)
+TEST_F(Shredding, QuestionAskedDuringAShredRemainsOpenAfterIt)
 {
     SeamHooks hooks;
     HookedFileManager files(services.fileManager, hooks);
@@ -288,7 +288,7 @@ TEST_F(Shredding, QuestionThatIsAskedDuringAShredOutlastsIt)
     EXPECT_EQ(actions.itemsToShred(), QStringList(second));
     confirm(actions);
     DashboardHarness::settle();
-    EXPECT_FALSE(TemporaryHome::exists(second)) << "what was confirmed is done";
+    EXPECT_FALSE(TemporaryHome::exists(second)) << "the confirmed shred is completed";
     EXPECT_TRUE(actions.itemsToShred().isEmpty());
 }
 
@@ -298,7 +298,7 @@ TEST_F(Shredding, FinderUnlockAndLockWorkOnTheItemOfThePath)
     started().dashboard.handleFinderAction(finder("lock", path));
     DashboardHarness::settle();
     EXPECT_TRUE(TemporaryHome::exists(started().item().originalBackupPath + QStringLiteral("/one.txt")))
-        << "locking what is locked would destroy it";
+        << "a locked item is not locked again";
     started().dashboard.handleFinderAction(finder("unlock", path));
     DashboardHarness::settle();
     EXPECT_TRUE(started().item().isMounted);

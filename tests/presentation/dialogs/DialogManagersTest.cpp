@@ -14,7 +14,7 @@ namespace {
 
 using testing::RunningTask;
 
-TEST(ConfirmationDialogManager, StartsClosedWithItsUsualTitles)
+TEST(ConfirmationDialogManager, StartsClosedWithItsDefaultTitles)
 {
     const ConfirmationDialogManager manager;
     EXPECT_FALSE(manager.isPresented());
@@ -50,7 +50,7 @@ TEST(ConfirmationDialogManager, ButtonsWithoutAnActionOnlyClose)
     EXPECT_FALSE(manager.isPresented());
 }
 
-TEST(ConfirmationDialogManager, ActionMayPutTheNextQuestionIntoTheSameDialog)
+TEST(ConfirmationDialogManager, ActionCanAskTheNextQuestionInTheSameDialog)
 {
     ConfirmationDialogManager manager;
     QStringList answers;
@@ -68,7 +68,7 @@ TEST(ConfirmationDialogManager, ActionMayPutTheNextQuestionIntoTheSameDialog)
     EXPECT_FALSE(manager.isPresented());
 }
 
-TEST(ConfirmationDialogManager, ActionsStayUntilTheNextCallerReplacesThem)
+TEST(ConfirmationDialogManager, ActionsAreKeptUntilTheNextCallerReplacesThem)
 {
     ConfirmationDialogManager manager;
     int calls = 0;
@@ -90,13 +90,13 @@ TEST(ConfirmationDialogManager, ReportsOnlyChanges)
     EXPECT_EQ(buttons.size(), 0);
 }
 
-TEST(ConfirmationDialogManager, QuestionIsCompleteBeforeItIsPresented)
+TEST(ConfirmationDialogManager, QuestionIsSetCompletelyBeforeItIsPresented)
 {
     ConfirmationDialogManager manager;
     manager.setCancelTitle(QStringLiteral("left"));
     manager.setIsDestructive(true);
     manager.setShowCancelButton(false);
-    manager.onConfirm = [] { ADD_FAILURE() << "the last question's action"; };
+    manager.onConfirm = [] { ADD_FAILURE() << "the action of the last question was called"; };
     manager.onCancel = manager.onConfirm;
     bool wasComplete = false;
     QObject::connect(&manager, &ConfirmationDialogManager::isPresentedChanged, [&] {
@@ -109,7 +109,7 @@ TEST(ConfirmationDialogManager, QuestionIsCompleteBeforeItIsPresented)
     EXPECT_TRUE(wasComplete);
 }
 
-TEST(ConfirmationDialogManager, AskedItRepliesAfterTheDialogHasClosed)
+TEST(ConfirmationDialogManager, AskReturnsAfterTheDialogWasClosed)
 {
     ConfirmationDialogManager manager;
     const auto ask = [&]() -> QCoro::Task<DialogEnd> {
@@ -127,7 +127,7 @@ TEST(ConfirmationDialogManager, AskedItRepliesAfterTheDialogHasClosed)
     EXPECT_EQ(second.wait(), DialogEnd::Cancelled);
 }
 
-TEST(ConfirmationDialogManager, AskedAgainTheFirstCallerGoesOnWithoutAnAnswer)
+TEST(ConfirmationDialogManager, IfAskedAgainTheFirstCallerContinuesWithoutAnAnswer)
 {
     ConfirmationDialogManager manager;
     const auto ask = [&]() -> QCoro::Task<DialogEnd> {
@@ -138,14 +138,14 @@ TEST(ConfirmationDialogManager, AskedAgainTheFirstCallerGoesOnWithoutAnAnswer)
     const RunningTask<DialogEnd> first(ask());
     const QSignalSpy asked(&manager, &ConfirmationDialogManager::asked);
     const RunningTask<DialogEnd> second(ask());
-    EXPECT_EQ(asked.size(), 1) << "a question in an open dialog is one too";
+    EXPECT_EQ(asked.size(), 1) << "a question in the open dialog is signalled too";
     EXPECT_EQ(first.wait(), DialogEnd::Replaced);
     EXPECT_TRUE(manager.isPresented());
     manager.confirm();
     EXPECT_EQ(second.wait(), DialogEnd::Confirmed);
 }
 
-TEST(ConfirmationDialogManager, GoneWithAnOpenQuestionItsCallerGoesOnWithoutAnAnswer)
+TEST(ConfirmationDialogManager, IfDestroyedTheCallerOfAnOpenQuestionContinuesWithoutAnAnswer)
 {
     std::optional<RunningTask<DialogEnd>> asking;
     {
@@ -179,7 +179,7 @@ TEST(ProtectionMethodDialogManager, EachCardAndCancelCloseBeforeTheyAct)
     EXPECT_EQ(acts, (QStringList{QStringLiteral("password"), QStringLiteral("touch"), QStringLiteral("cancel")}));
 }
 
-TEST(ProtectionMethodDialogManager, AskedItRepliesWithTheChoice)
+TEST(ProtectionMethodDialogManager, AskReturnsTheChoice)
 {
     using Choice = ProtectionMethodDialogManager::Choice;
     ProtectionMethodDialogManager manager;
@@ -217,7 +217,7 @@ TEST(ProtectionMethodDialogManager, WithoutActionsItOnlyCloses)
     }
 }
 
-TEST(RemoveProtectionDialogManager, ShowStoresTheThreeAndPresentsLast)
+TEST(RemoveProtectionDialogManager, ShowStoresItsArgumentsBeforeItPresents)
 {
     RemoveProtectionDialogManager manager;
     QStringList states;

@@ -18,11 +18,11 @@
 
 namespace quillhaven::testing {
 
-/// A window with one button of its own behind the dialogs under test, on the screen and with the keyboard.
+/// A window with a button behind the tested dialogs, on the screen and with the keyboard focus.
 class DialogScene
 {
 public:
-    /// `dialogs` is the QML of the dialogs; `models` are the names that it uses.
+    /// `dialogs` is the QML of the dialogs; `models` are the objects that it uses, by their names.
     DialogScene(const QString &dialogs, const QVariantMap &models)
     {
         installDesign(m_engine);
@@ -54,7 +54,7 @@ public:
 
     [[nodiscard]] QQuickWindow *window() const { return m_window.get(); }
 
-    /// The name of the control that has the keyboard: its own text, or the label of the field that it is in.
+    /// The name of the control that has the keyboard focus: its own text, or the label of its field.
     [[nodiscard]] QString focused() const
     {
         QQuickItem *item = m_window->activeFocusItem();
@@ -67,16 +67,16 @@ public:
         }
         return item ? item->property("text").toString() : QString();
     }
-    /// Waits until that control has the keyboard, and its sheet is fully there.
+    /// Waits until that control has the keyboard focus and its sheet has stopped moving.
     bool getsFocus(const char *name)
     {
         const bool isReached = spinUntil(
             [&] { return focused() == QString::fromUtf8(name) && isFullyShown(m_window->activeFocusItem()); }, 5000);
-        EXPECT_TRUE(isReached) << "the keyboard is at: " << qUtf8Printable(focused());
+        EXPECT_TRUE(isReached) << "the focus is on: " << qUtf8Printable(focused());
         return isReached;
     }
 
-    /// Whether the control that has the keyboard shows that it has it.
+    /// Whether the control with the keyboard focus shows a focus ring.
     [[nodiscard]] bool showsRing() const { return m_window->activeFocusItem()->property("visualFocus").toBool(); }
 
     void press(Qt::Key key)
@@ -91,7 +91,7 @@ public:
         }
         spinOnce();
     }
-    /// Goes on by the tab key through all controls, from the first one back to it.
+    /// Presses the tab key through all controls, until the first one has the focus again.
     QStringList tabRound(Qt::Key key = Qt::Key_Tab)
     {
         const QString first = focused();
@@ -103,7 +103,7 @@ public:
             }
             round += focused();
         }
-        ADD_FAILURE() << "never came round: " << qUtf8Printable(round.join(QLatin1Char(',')));
+        ADD_FAILURE() << "the first control was not reached again: " << qUtf8Printable(round.join(QLatin1Char(',')));
         return round;
     }
 
@@ -116,7 +116,7 @@ public:
     {
         return find(m_window->contentItem(), "symbol", QString::fromUtf8(symbol), true) != nullptr;
     }
-    /// Whether any field, seen or not, still has this text.
+    /// Whether any field, visible or not, still contains this text.
     [[nodiscard]] bool holdsTypedText(const char *text) const
     {
         return find(m_window->contentItem(), "text", QString::fromUtf8(text), false) != nullptr;
@@ -126,7 +126,7 @@ public:
     {
         QQuickItem *item = find(text);
         ASSERT_TRUE(item) << text;
-        // The sheet has come to rest when its control no longer moves.
+        // The sheet has stopped moving if its control no longer moves.
         QPointF before;
         ASSERT_TRUE(spinUntil([&] {
             const QPointF now = item->mapToScene({item->width() / 2, item->height() / 2});
@@ -139,7 +139,7 @@ public:
         spinOnce();
     }
 
-    /// What a screen reader can get: every name, and every text of any kind.
+    /// Everything that a screen reader can read: all names, and texts of any kind.
     struct Heard
     {
         QStringList names;

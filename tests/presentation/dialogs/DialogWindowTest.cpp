@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// Each dialog with its real manager in a real window, driven by keys and looked at by its texts.
+// Each dialog with its real manager in a real window, driven by key presses and checked by its texts.
 
 #include "DialogScene.h"
 
@@ -17,7 +17,7 @@ namespace {
 
 const QString confirmationQml = QStringLiteral("ConfirmationDialog { manager: scene.confirmation }");
 
-/// A confirmation dialog that records what was chosen.
+/// A confirmation dialog that records the user's choice.
 class ConfirmationDialogWindow : public ::testing::Test
 {
 protected:
@@ -28,7 +28,7 @@ protected:
         manager.onConfirm = [this] { chosen += QStringLiteral("confirm"); };
         manager.onCancel = [this] { chosen += QStringLiteral("cancel"); };
     }
-    /// Shows the question, and tells whether the keyboard comes to this button.
+    /// Shows the question, and returns whether this button gets the keyboard focus.
     bool opensAt(const char *button)
     {
         manager.setIsPresented(true);
@@ -40,7 +40,7 @@ protected:
     DialogScene scene{confirmationQml, {{QStringLiteral("confirmation"), QVariant::fromValue(&manager)}}};
 };
 
-TEST_F(ConfirmationDialogWindow, ReturnConfirmsAndTheKeyboardGoesBack)
+TEST_F(ConfirmationDialogWindow, ReturnConfirmsAndTheFocusIsReturned)
 {
     ASSERT_TRUE(opensAt("Confirm"));
     scene.press(Qt::Key_Return);
@@ -57,9 +57,9 @@ TEST_F(ConfirmationDialogWindow, EscapeCancels)
     EXPECT_TRUE(scene.getsFocus("Behind"));
 }
 
-TEST_F(ConfirmationDialogWindow, EveryOpeningShowsWhereTheKeyboardIs)
+TEST_F(ConfirmationDialogWindow, EveryOpeningShowsTheFocusRing)
 {
-    scene.window()->activeFocusItem()->setFocus(false); // as in a window where nothing was pressed yet
+    scene.window()->activeFocusItem()->setFocus(false); // as in a window in which no key was pressed yet
     for (int opening = 1; opening <= 2; ++opening) {
         ASSERT_TRUE(opensAt("Confirm"));
         EXPECT_TRUE(scene.showsRing()) << opening;
@@ -67,7 +67,7 @@ TEST_F(ConfirmationDialogWindow, EveryOpeningShowsWhereTheKeyboardIs)
     }
 }
 
-TEST_F(ConfirmationDialogWindow, KeyboardGoesBackWithTheRingThatItHad)
+TEST_F(ConfirmationDialogWindow, FocusIsReturnedWithItsRing)
 {
     scene.click("Also behind");
     ASSERT_TRUE(scene.getsFocus("Also behind"));
@@ -100,7 +100,7 @@ TEST_F(ConfirmationDialogWindow, TabStaysInsideInBothDirections)
     EXPECT_EQ(scene.tabRound(Qt::Key_Backtab), (QStringList{QStringLiteral("Confirm"), QStringLiteral("Cancel")}));
 }
 
-TEST_F(ConfirmationDialogWindow, DestructiveQuestionShowsTheTriangleAndStartsAtCancel)
+TEST_F(ConfirmationDialogWindow, DestructiveQuestionShowsATriangleAndStartsAtCancel)
 {
     manager.setIsDestructive(true);
     ASSERT_TRUE(opensAt("Cancel"));
@@ -108,14 +108,14 @@ TEST_F(ConfirmationDialogWindow, DestructiveQuestionShowsTheTriangleAndStartsAtC
     EXPECT_FALSE(scene.findSymbol("questionmark.circle"));
 }
 
-TEST_F(ConfirmationDialogWindow, HarmlessQuestionShowsTheQuestionMark)
+TEST_F(ConfirmationDialogWindow, HarmlessQuestionShowsAQuestionMark)
 {
     ASSERT_TRUE(opensAt("Confirm"));
     EXPECT_TRUE(scene.findSymbol("questionmark.circle"));
     EXPECT_FALSE(scene.findSymbol("exclamationmark.triangle"));
 }
 
-TEST_F(ConfirmationDialogWindow, WithoutACancelButtonThereIsOne)
+TEST_F(ConfirmationDialogWindow, WithoutACancelButtonThereIsOneButton)
 {
     manager.setShowCancelButton(false);
     manager.setConfirmTitle(QStringLiteral("OK"));
@@ -132,7 +132,7 @@ TEST_F(ConfirmationDialogWindow, ButtonsAreAtLeast120Wide)
     EXPECT_GE(scene.find("Cancel")->width(), 120);
 }
 
-TEST_F(ConfirmationDialogWindow, ClickBesideTheSheetChoosesNothing)
+TEST_F(ConfirmationDialogWindow, ClickOutsideTheSheetDoesNothing)
 {
     ASSERT_TRUE(opensAt("Confirm"));
     scene.click("Also behind");
@@ -142,7 +142,7 @@ TEST_F(ConfirmationDialogWindow, ClickBesideTheSheetChoosesNothing)
     EXPECT_EQ(chosen, QStringList{QStringLiteral("confirm")});
 }
 
-TEST_F(ConfirmationDialogWindow, ScreenReaderHearsTheTextsAndTheButtons)
+TEST_F(ConfirmationDialogWindow, ScreenReaderReadsTheTextsAndTheButtons)
 {
     ASSERT_TRUE(opensAt("Confirm"));
     const QStringList names = scene.heard().names;
@@ -151,7 +151,7 @@ TEST_F(ConfirmationDialogWindow, ScreenReaderHearsTheTextsAndTheButtons)
     }
 }
 
-TEST(ProtectionMethodDialogWindow, CardsAreReachedAndPressedByKeys)
+TEST(ProtectionMethodDialogWindow, CardsAreReachedAndPressedWithTheKeyboard)
 {
     ProtectionMethodDialogManager manager;
     manager.setTitle(QStringLiteral("Protect will.pdf"));
@@ -217,7 +217,7 @@ TEST(RemoveProtectionDialogWindow, StartsAtCancelAndNamesTheItem)
     EXPECT_TRUE(scene.getsFocus("Behind"));
 }
 
-TEST(TouchIDPromptWindow, ShowsWhyAndTheHintAndEscapeCancels)
+TEST(TouchIDPromptWindow, ShowsTheReasonAndTheHintAndEscapeCancels)
 {
     class Prompting : public FakeBiometricAuthenticator
     {
@@ -238,7 +238,7 @@ TEST(TouchIDPromptWindow, ShowsWhyAndTheHintAndEscapeCancels)
     EXPECT_TRUE(scene.getsFocus("Behind"));
 }
 
-/// The error dialog, with the confirmation dialog that it opens.
+/// The error dialog, and the confirmation dialog that it opens.
 class ErrorDialogWindow : public ::testing::Test
 {
 protected:
@@ -269,7 +269,7 @@ TEST_F(ErrorDialogWindow, ReturnAndEscapeHideTheError)
     EXPECT_EQ(manager.errorTitle(), QStringLiteral("Error"));
 }
 
-TEST_F(ErrorDialogWindow, HintHasItsBoxAndItsButton)
+TEST_F(ErrorDialogWindow, HintIsShownInABoxWithAButton)
 {
     show("Permission denied.");
     EXPECT_TRUE(scene.findSymbol("lightbulb.fill"));
@@ -278,7 +278,7 @@ TEST_F(ErrorDialogWindow, HintHasItsBoxAndItsButton)
     EXPECT_EQ(scene.tabRound(), (QStringList{QStringLiteral("OK"), QStringLiteral("Troubleshooting")}));
 }
 
-TEST_F(ErrorDialogWindow, LaterSheetLiesOnTopAndGivesTheKeyboardBackToTheErrorBelow)
+TEST_F(ErrorDialogWindow, LaterSheetIsOnTopAndReturnsTheFocusToTheErrorBelow)
 {
     show("Permission denied.");
     manager.showDefaultTroubleshooting(&confirmation);
@@ -294,7 +294,7 @@ TEST_F(ErrorDialogWindow, LaterSheetLiesOnTopAndGivesTheKeyboardBackToTheErrorBe
     EXPECT_TRUE(scene.getsFocus("Behind"));
 }
 
-TEST_F(ErrorDialogWindow, ErrorOverAQuestionThatClosesFirstStillGivesTheKeyboardBack)
+TEST_F(ErrorDialogWindow, ErrorOverAQuestionThatClosesFirstStillReturnsTheFocus)
 {
     confirmation.setIsPresented(true);
     ASSERT_TRUE(scene.getsFocus("Confirm"));
@@ -324,7 +324,7 @@ TEST(ErrorDialogSheetWindow, HintOnlyForPermissionAndAccess)
     }
 }
 
-TEST(ErrorDialogSheetWindow, OkCallsItsActionAndDismisses)
+TEST(ErrorDialogSheetWindow, OkCallsItsActionAndClosesTheSheet)
 {
     DialogScene scene(QStringLiteral("ErrorDialogSheet { objectName: \"sheet\"; property int calls: 0; "
                                      "onOkPressed: ++calls }"),

@@ -14,7 +14,7 @@ struct HintRow
     QString hint;
 };
 
-/// The nine rows, in their order.
+/// The nine rows of the table, in order.
 const QList<HintRow> &rows()
 {
     static const QList<HintRow> all{
@@ -64,7 +64,7 @@ TEST(TroubleshootingHint, EachWordOfEachRowGivesThatRowsHint)
     }
 }
 
-TEST(TroubleshootingHint, EarlierRowWinsOverEveryLaterOne)
+TEST(TroubleshootingHint, EarlierRowTakesPrecedence)
 {
     for (qsizetype first = 0; first < rows().size(); ++first) {
         for (qsizetype second = first + 1; second < rows().size(); ++second) {
@@ -74,7 +74,7 @@ TEST(TroubleshootingHint, EarlierRowWinsOverEveryLaterOne)
     }
 }
 
-TEST(TroubleshootingHint, PermissionInAnyCapitalsGivesTheFirstRow)
+TEST(TroubleshootingHint, PermissionGivesTheFirstRowRegardlessOfCase)
 {
     EXPECT_EQ(hintFor(QStringLiteral("You don't have PerMISSion to move it.")), rows()[0].hint);
 }
@@ -84,7 +84,7 @@ TEST(TroubleshootingHint, ItemThatCouldNotBeFoundGivesTheThirdRow)
     EXPECT_EQ(hintFor(QStringLiteral("The protected item could not be found.")), rows()[2].hint);
 }
 
-TEST(TroubleshootingHint, TouchIDGivesTheFifthRowUnlessItAlsoHoldsAccess)
+TEST(TroubleshootingHint, TouchIDGivesTheFifthRowUnlessTheMessageAlsoContainsAccess)
 {
     EXPECT_EQ(hintFor(QStringLiteral("Touch ID is not set up.")), rows()[4].hint);
     EXPECT_EQ(hintFor(QStringLiteral("Touch ID has no access to the sensor.")), rows()[0].hint);
@@ -106,12 +106,12 @@ TEST(TroubleshootingHint, BulkOperationThatWasDeniedGivesTheFirstRow)
     EXPECT_EQ(hintFor(QStringLiteral("Bulk operation failed: denied")), rows()[0].hint);
 }
 
-TEST(TroubleshootingHint, FailedShredHasNone)
+TEST(TroubleshootingHint, FailedShredHasNoHint)
 {
     EXPECT_EQ(hintFor(QStringLiteral("Failed to shred item: the disk went away")), QString());
 }
 
-TEST(TroubleshootingHint, ShorterRuleKnowsPermissionAndAccessAlone)
+TEST(TroubleshootingHint, ShorterRuleKnowsOnlyPermissionAndAccess)
 {
     EXPECT_EQ(ErrorDialogManager::permissionHint(QStringLiteral("No PERMISSION.")), rows()[0].hint);
     EXPECT_EQ(ErrorDialogManager::permissionHint(QStringLiteral("No Access.")), rows()[0].hint);
@@ -154,7 +154,7 @@ TEST(ErrorDialogManager, EmptyMessageHasNoHint)
     EXPECT_EQ(manager.troubleshootingMessage(), QString());
 }
 
-TEST(ErrorDialogManager, LaterErrorWithoutAHintDropsTheEarlierHint)
+TEST(ErrorDialogManager, LaterErrorWithoutAHintClearsTheEarlierHint)
 {
     ErrorDialogManager manager;
     manager.showErrorWithAutoTroubleshooting(QStringLiteral("denied"), QStringLiteral("A"));
@@ -163,7 +163,7 @@ TEST(ErrorDialogManager, LaterErrorWithoutAHintDropsTheEarlierHint)
     EXPECT_EQ(manager.troubleshootingMessage(), QString());
 }
 
-TEST(ErrorDialogManager, HideErrorLeavesTheTitleAtErrorForTheNextUse)
+TEST(ErrorDialogManager, HideErrorResetsTheTitle)
 {
     ErrorDialogManager manager;
     manager.showErrorWithAutoTroubleshooting(QStringLiteral("denied"), QStringLiteral("Lock Failed"));
@@ -175,7 +175,7 @@ TEST(ErrorDialogManager, HideErrorLeavesTheTitleAtErrorForTheNextUse)
     EXPECT_EQ(manager.troubleshootingMessage(), QString());
 }
 
-TEST(ErrorDialogManager, DefaultTroubleshootingAsksWithABlankSecondButton)
+TEST(ErrorDialogManager, DefaultTroubleshootingHasASecondButtonWithoutText)
 {
     ErrorDialogManager manager;
     ConfirmationDialogManager confirmation;

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// The models of the sheets around long operations.
+// The models of the sheets for long operations.
 
 #include "presentation/dialogs/BulkFilePickerModel.h"
 #include "presentation/dialogs/OperationProgress.h"
@@ -62,7 +62,7 @@ TEST_F(ShredConfirmation, PhraseInCapitalsNeedsTheTickedBoxToo)
     EXPECT_FALSE(dialog.isConfirmEnabled());
 }
 
-TEST_F(ShredConfirmation, BoxAloneIsNotEnough)
+TEST_F(ShredConfirmation, TickedBoxIsNotEnough)
 {
     EXPECT_FALSE(passes(""));
 }
@@ -96,7 +96,7 @@ TEST_F(ShredConfirmation, ConfirmClosesBeforeItActs)
     EXPECT_EQ(chosen, QStringList(u("closed")));
 }
 
-TEST_F(ShredConfirmation, ActionMayPutTheNextQuestionIntoTheSameDialog)
+TEST_F(ShredConfirmation, ActionCanAskTheNextQuestionInTheSameDialog)
 {
     dialog.onConfirm = [this] {
         const QString kept = u("first");
@@ -113,7 +113,7 @@ TEST_F(ShredConfirmation, ActionMayPutTheNextQuestionIntoTheSameDialog)
     EXPECT_FALSE(dialog.isPresented());
 }
 
-TEST_F(ShredConfirmation, NextQuestionStartsAfresh)
+TEST_F(ShredConfirmation, NextQuestionStartsEmpty)
 {
     ASSERT_TRUE(passes("shred permanently"));
     dialog.cancel();
@@ -124,7 +124,7 @@ TEST_F(ShredConfirmation, NextQuestionStartsAfresh)
     EXPECT_EQ(dialog.itemNames(), QStringList(u("other.pdf")));
 }
 
-TEST(OperationProgress, PercentIsCutAndNotRounded)
+TEST(OperationProgress, PercentIsRoundedDown)
 {
     OperationProgress operation;
     operation.report(u("Shredding"), 0.999);
@@ -133,7 +133,7 @@ TEST(OperationProgress, PercentIsCutAndNotRounded)
     EXPECT_EQ(operation.percent(), 100);
 }
 
-TEST(OperationProgress, WhatIsNoFractionIsBroughtIntoRange)
+TEST(OperationProgress, ProgressIsLimitedToItsRange)
 {
     OperationProgress operation;
     operation.report(u("Preparing"), std::numeric_limits<double>::quiet_NaN());
@@ -159,7 +159,7 @@ TEST(OperationProgress, ReportAfterTheUserClosedTheSheetDoesNotReopenIt)
     EXPECT_EQ(operation.message(), u("Locking a.txt..."));
 }
 
-TEST(OperationProgress, SheetOfALaterOperationStaysWhileAnEarlierOneReportsAndEnds)
+TEST(OperationProgress, EarlierOperationDoesNotChangeTheSheetOfALaterOne)
 {
     OperationProgress progress;
     auto earlier = std::make_unique<ShownOperation>(progress);
@@ -215,7 +215,7 @@ TEST_F(BulkFilePicker, LaterSelectionAddsToTheList)
     EXPECT_EQ(picker.selectedURLs(), (QStringList{u("/b"), u("/a"), u("/c")}));
 }
 
-TEST_F(BulkFilePicker, RefusedItemIsLeftOutWithoutAWord)
+TEST_F(BulkFilePicker, RejectedItemIsIgnoredWithoutAMessage)
 {
     refused = {u("/b")};
     picker.handleFileSelection({u("/a"), u("/b"), u("/c")});
@@ -230,7 +230,7 @@ TEST_F(BulkFilePicker, EmptyListCannotBeProtected)
     EXPECT_FALSE(handedOver);
 }
 
-TEST_F(BulkFilePicker, EntriesAreRemovedOneByOneAndAllTogether)
+TEST_F(BulkFilePicker, EntriesAreRemovedSinglyOrAllTogether)
 {
     picker.handleFileSelection({u("/a"), u("/b"), u("/c")});
     picker.remove(u("/b"));
@@ -240,7 +240,7 @@ TEST_F(BulkFilePicker, EntriesAreRemovedOneByOneAndAllTogether)
     EXPECT_FALSE(picker.canProtect());
 }
 
-TEST_F(BulkFilePicker, EntriesTellFilesFromFolders)
+TEST_F(BulkFilePicker, EntriesDistinguishFilesAndFolders)
 {
     const QString file = home.write(u("papers/a.txt"));
     picker.handleFileSelection({file, home.path(u("papers"))});
@@ -250,7 +250,7 @@ TEST_F(BulkFilePicker, EntriesTellFilesFromFolders)
     EXPECT_TRUE(picker.entries().at(1).toMap().value(u("isFolder")).toBool());
 }
 
-TEST_F(BulkFilePicker, ProtectHandsTheListOverAndCloses)
+TEST_F(BulkFilePicker, ProtectPassesTheListAndCloses)
 {
     picker.handleFileSelection({u("/a"), u("/b")});
     picker.protect();
@@ -268,14 +268,14 @@ TEST_F(BulkFilePicker, CancelClosesAndTheNextListIsEmpty)
     EXPECT_EQ(picker.count(), 0);
 }
 
-TEST_F(BulkFilePicker, PanelTakesSeveralFilesAndFolders)
+TEST_F(BulkFilePicker, PanelAllowsSeveralFilesAndFolders)
 {
     panels.answer = [](const OpenPanelRequest &) { return u("/a"); };
     picker.selectFiles();
     EXPECT_TRUE(picker.showingFilePicker());
     picker.selectFiles();
     ASSERT_TRUE(spinUntil([this] { return !picker.showingFilePicker(); }));
-    ASSERT_EQ(panels.requests.size(), 1) << "a second press opens no second panel";
+    ASSERT_EQ(panels.requests.size(), 1) << "a second press does not open a second panel";
     EXPECT_TRUE(panels.requests.constFirst().allowsMultipleSelection);
     EXPECT_TRUE(panels.requests.constFirst().canChooseFiles);
     EXPECT_TRUE(panels.requests.constFirst().canChooseDirectories);
@@ -318,7 +318,7 @@ TEST_F(BulkFilePicker, DeclinedPanelChangesNothing)
     EXPECT_FALSE(log.contains(u("File selection failed")));
 }
 
-TEST(RecoveryDialogManager, ShowStoresBothAndStartsAtRest)
+TEST(RecoveryDialogManager, ShowStoresBothActionsAndResetsTheState)
 {
     RecoveryDialogManager manager;
     manager.setIsRecovering(true);
@@ -328,10 +328,10 @@ TEST(RecoveryDialogManager, ShowStoresBothAndStartsAtRest)
     EXPECT_FALSE(manager.isRecovering());
     EXPECT_EQ(manager.recoverTitle(), u("Recover All Files"));
     manager.recover(QString());
-    EXPECT_FALSE(manager.isRecovering()) << "an empty password recovers nothing";
+    EXPECT_FALSE(manager.isRecovering()) << "an empty password starts no recovery";
     manager.recover(u("Masterkey9"));
     EXPECT_TRUE(manager.isRecovering());
-    EXPECT_TRUE(manager.isPresented()) << "it stays until the recovery has ended";
+    EXPECT_TRUE(manager.isPresented()) << "it is open until the recovery has ended";
     EXPECT_EQ(manager.recoverTitle(), u("Recovering..."));
     manager.recover(u("Masterkey9"));
     manager.cancel();

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// The sheets around long operations, each in a real window, driven by keys and looked at by its texts.
+// The sheets for long operations, each in a real window, driven by key presses and checked by its texts.
 
 #include "DialogScene.h"
 
@@ -43,7 +43,7 @@ protected:
 
 } // namespace
 
-TEST_F(ShredConfirmationWindow, TellsEverythingThatIsAboutToHappen)
+TEST_F(ShredConfirmationWindow, ShowsEverythingThatWillHappen)
 {
     dialog.show({QStringLiteral("will.pdf"), QStringLiteral("album")});
     ASSERT_TRUE(scene.getsFocus("Cancel"));
@@ -60,7 +60,7 @@ TEST_F(ShredConfirmationWindow, TellsEverythingThatIsAboutToHappen)
     EXPECT_TRUE(scene.findSymbol("square"));
 }
 
-TEST_F(ShredConfirmationWindow, KeyboardAloneConfirms)
+TEST_F(ShredConfirmationWindow, CanBeConfirmedWithTheKeyboard)
 {
     dialog.show({QStringLiteral("will.pdf")});
     ASSERT_TRUE(scene.getsFocus("Cancel"));
@@ -93,7 +93,7 @@ TEST_F(ShredConfirmationWindow, ReturnWithoutThePhraseConfirmsNothing)
     EXPECT_FALSE(scene.holdsTypedText("shred permanently"));
 }
 
-TEST_F(ShredConfirmationWindow, ButtonsStayInSightWhereTheWindowIsSmall)
+TEST_F(ShredConfirmationWindow, ButtonsStayVisibleInASmallWindow)
 {
     scene.window()->resize(smallest);
     ASSERT_TRUE(spinUntil([&] { return scene.window()->size() == smallest; }, 5000));
@@ -103,7 +103,7 @@ TEST_F(ShredConfirmationWindow, ButtonsStayInSightWhereTheWindowIsSmall)
     const QQuickItem *confirm = scene.find("🗑️ Shred Permanently");
     ASSERT_TRUE(confirm);
     EXPECT_LE(confirm->mapToScene({0, confirm->height()}).y(), smallest.height());
-    // The field lies below what is shown, until the keyboard reaches it.
+    // The field is below the visible part, until it gets the focus.
     for (int presses = 0; presses < 3; ++presses) {
         scene.press(Qt::Key_Tab);
     }
@@ -112,7 +112,7 @@ TEST_F(ShredConfirmationWindow, ButtonsStayInSightWhereTheWindowIsSmall)
     EXPECT_LE(field->mapToScene({0, field->height()}).y(), confirm->mapToScene({0, 0}).y());
 }
 
-TEST_F(ShredConfirmationWindow, LongListOfNamesIsScrolledByTheKeyboard)
+TEST_F(ShredConfirmationWindow, LongListOfNamesCanBeScrolledWithTheKeyboard)
 {
     dialog.show(manyNames());
     ASSERT_TRUE(scene.getsFocus("Cancel"));
@@ -128,7 +128,7 @@ TEST_F(ShredConfirmationWindow, LongListOfNamesIsScrolledByTheKeyboard)
     EXPECT_LT(names->property("contentY").toReal(), below);
 }
 
-TEST(ShredProgressWindow, ShowsItsStateAndCannotBeLeft)
+TEST(ShredProgressWindow, ShowsItsStateAndCannotBeClosed)
 {
     OperationProgress operation;
     DialogScene scene(QStringLiteral("ShredProgressView { operation: scene.operation }"),
@@ -145,7 +145,7 @@ TEST(ShredProgressWindow, ShowsItsStateAndCannotBeLeft)
         EXPECT_TRUE(scene.findSymbol(symbol)) << symbol;
     }
     EXPECT_FALSE(scene.shows("Cancel Operation"));
-    // The keyboard has nowhere to go, and must not reach what is behind.
+    // The focus has nowhere to go, and must not reach the window behind the sheet.
     for (const Qt::Key key : {Qt::Key_Escape, Qt::Key_Tab, Qt::Key_Tab, Qt::Key_Backtab}) {
         scene.press(key);
         EXPECT_FALSE(scene.focused().contains(QStringLiteral("ehind"))) << qUtf8Printable(scene.focused());
@@ -155,7 +155,7 @@ TEST(ShredProgressWindow, ShowsItsStateAndCannotBeLeft)
     EXPECT_TRUE(scene.getsFocus("Behind"));
 }
 
-TEST(ShredProgressWindow, CancelsWhereTheOpenerCan)
+TEST(ShredProgressWindow, CanBeCancelledIfTheOwnerAllowsIt)
 {
     OperationProgress operation;
     DialogScene scene(QStringLiteral("ShredProgressView { operation: scene.operation; canCancel: true\n"
@@ -182,7 +182,7 @@ TEST(BulkProgressWindow, ShowsItsStateAndCloses)
     EXPECT_FALSE(operation.isPresented());
 }
 
-TEST(BulkFilePickerWindow, GathersAndProtectsByKeys)
+TEST(BulkFilePickerWindow, ItemsCanBeChosenAndProtectedWithTheKeyboard)
 {
     FakeFilePanels panels;
     BulkFilePickerModel picker(panels, [](const QStringList &paths) { return paths; });
@@ -209,7 +209,7 @@ TEST(BulkFilePickerWindow, GathersAndProtectsByKeys)
     EXPECT_EQ(handedOver, (QStringList{QStringLiteral("/papers/a.txt"), QStringLiteral("/papers/b.txt")}));
 }
 
-TEST(RecoveryWindow, KeyboardAloneRecovers)
+TEST(RecoveryWindow, RecoveryCanBeStartedWithTheKeyboard)
 {
     RecoveryDialogManager manager;
     DialogScene scene(QStringLiteral("RecoveryDialog { manager: scene.recovery }"),
@@ -235,7 +235,7 @@ TEST(RecoveryWindow, KeyboardAloneRecovers)
     EXPECT_FALSE(scene.holdsTypedText("Masterkey9"));
 }
 
-TEST(ErrorWindow, LongTextScrollsAndItsButtonStays)
+TEST(ErrorWindow, LongTextScrollsAndItsButtonStaysVisible)
 {
     ErrorDialogManager manager;
     DialogScene scene(QStringLiteral("ErrorDialog { manager: scene.error }"),

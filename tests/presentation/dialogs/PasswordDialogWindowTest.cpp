@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// The two dialogs in which a secret is typed. It must never reach the accessibility bus.
+// The two dialogs in which a secret is typed. The secret must never reach the accessibility bus.
 
 #include "DialogScene.h"
 
@@ -15,7 +15,7 @@ using namespace quillhaven::testing;
 
 namespace {
 
-/// Every text that went out with an accessibility event.
+/// All texts of accessibility events.
 QStringList announced;
 
 void recordEvent(QAccessibleEvent *event)
@@ -83,7 +83,7 @@ TEST_F(MasterPasswordDialogWindow, EmptyFieldDoesNothingOnReturnAndItsButtonIsDi
                                              QStringLiteral("Master Password toggle"), QStringLiteral("Cancel")}));
 }
 
-TEST_F(MasterPasswordDialogWindow, ReturnAuthenticatesOnceAndEmptiesTheField)
+TEST_F(MasterPasswordDialogWindow, ReturnAuthenticatesOnceAndClearsTheField)
 {
     ASSERT_TRUE(open());
     scene.type("Masterkey9");
@@ -97,7 +97,7 @@ TEST_F(MasterPasswordDialogWindow, ReturnAuthenticatesOnceAndEmptiesTheField)
     EXPECT_EQ(passwords.size(), 1);
 }
 
-TEST_F(MasterPasswordDialogWindow, ErrorShowsAndIsHeardAndTheNextTryClearsIt)
+TEST_F(MasterPasswordDialogWindow, ErrorIsShownAndReadOutAndTheNextAttemptClearsIt)
 {
     ASSERT_TRUE(open());
     scene.type("wrong");
@@ -113,7 +113,7 @@ TEST_F(MasterPasswordDialogWindow, ErrorShowsAndIsHeardAndTheNextTryClearsIt)
     EXPECT_EQ(passwords, (QStringList{QStringLiteral("wrong"), QStringLiteral("right")}));
 }
 
-TEST_F(MasterPasswordDialogWindow, ReturnOnTheToggleShowsAndOnCancelCancels)
+TEST_F(MasterPasswordDialogWindow, ReturnActivatesTheFocusedButton)
 {
     ASSERT_TRUE(open());
     scene.type("Masterkey9");
@@ -129,7 +129,7 @@ TEST_F(MasterPasswordDialogWindow, ReturnOnTheToggleShowsAndOnCancelCancels)
     EXPECT_TRUE(scene.getsFocus("Behind"));
 }
 
-TEST_F(MasterPasswordDialogWindow, CancelledSecretIsGoneAtOnceAndHiddenAgainAtTheNextOpening)
+TEST_F(MasterPasswordDialogWindow, CancelledSecretIsClearedImmediatelyAndTheFieldIsHiddenAtTheNextOpening)
 {
     ASSERT_TRUE(open());
     scene.type("Masterkey9");
@@ -143,7 +143,7 @@ TEST_F(MasterPasswordDialogWindow, CancelledSecretIsGoneAtOnceAndHiddenAgainAtTh
     EXPECT_FALSE(scene.find("Authenticate")->isEnabled());
 }
 
-TEST_F(MasterPasswordDialogWindow, SecretIsNeverHeardHiddenOrShown)
+TEST_F(MasterPasswordDialogWindow, SecretIsNeverReadOut)
 {
     ASSERT_TRUE(open());
     scene.type("Masterkey9");
@@ -210,7 +210,7 @@ TEST_F(PasswordInputDialogWindow, WithoutConfirmationThereIsOneFieldAndOneLetter
     EXPECT_TRUE(scene.getsFocus("Behind"));
 }
 
-TEST_F(PasswordInputDialogWindow, ProtectIsDisabledUntilBothFieldsHoldSomething)
+TEST_F(PasswordInputDialogWindow, ProtectIsDisabledUntilBothFieldsAreFilled)
 {
     ASSERT_TRUE(open(true));
     EXPECT_FALSE(scene.find("Protect")->isEnabled());
@@ -249,7 +249,7 @@ TEST_F(PasswordInputDialogWindow, TwoStrongButDifferentPasswordsShowOnlyTheMisma
     EXPECT_TRUE(passwords.isEmpty());
 }
 
-TEST_F(PasswordInputDialogWindow, WeakPasswordListsWhatIsMissing)
+TEST_F(PasswordInputDialogWindow, WeakPasswordListsTheMissingRequirements)
 {
     ASSERT_TRUE(open(true));
     EXPECT_FALSE(scene.shows("Uppercase letter"));
@@ -263,10 +263,10 @@ TEST_F(PasswordInputDialogWindow, WeakPasswordListsWhatIsMissing)
     EXPECT_TRUE(scene.shows("Password must be at least 8 characters with uppercase, lowercase, and numbers"));
     EXPECT_TRUE(passwords.isEmpty());
     scene.window()->grabWindow();
-    EXPECT_EQ(scene.find("Protect")->width(), width) << "the sheet does not jump under the pointer";
+    EXPECT_EQ(scene.find("Protect")->width(), width) << "the sheet keeps its width";
 }
 
-TEST_F(PasswordInputDialogWindow, WithoutTheStrengthRuleAShortPasswordTypedTwiceIsPassedOn)
+TEST_F(PasswordInputDialogWindow, WithoutTheStrengthRuleAShortPasswordTypedTwiceIsAccepted)
 {
     settings::enforceStrongPasswords.write(services.defaults.standard(), false);
     ASSERT_TRUE(open(true));
@@ -276,7 +276,7 @@ TEST_F(PasswordInputDialogWindow, WithoutTheStrengthRuleAShortPasswordTypedTwice
     EXPECT_EQ(passwords, QStringList{QStringLiteral("abc")});
 }
 
-TEST_F(PasswordInputDialogWindow, EachFieldHasAToggleOfItsOwn)
+TEST_F(PasswordInputDialogWindow, EachFieldHasItsOwnToggle)
 {
     ASSERT_TRUE(open(true));
     scene.type("Abc");
@@ -307,7 +307,7 @@ TEST_F(PasswordInputDialogWindow, ReturnOnCancelCancelsAndTheNextOpeningIsEmpty)
     EXPECT_EQ(cancels, 2);
 }
 
-TEST_F(PasswordInputDialogWindow, SecretIsNeverHeardHiddenOrShown)
+TEST_F(PasswordInputDialogWindow, SecretIsNeverReadOut)
 {
     ASSERT_TRUE(open(true));
     typeTwice("Zwxyvut1", "Zwxyvut1");

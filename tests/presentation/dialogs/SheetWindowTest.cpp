@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// What every sheet does, whichever dialog it is: the keyboard, the pointer, the screen reader.
+// What all sheets have in common: keyboard, pointer, screen reader.
 
 #include "DialogScene.h"
 
@@ -13,7 +13,7 @@ using namespace quillhaven::testing;
 
 namespace {
 
-/// A question and an error, either of which may lie over the other.
+/// A question and an error, either of which can be on top.
 class SheetWindow : public ::testing::Test
 {
 protected:
@@ -31,7 +31,7 @@ protected:
     {
         error.showErrorWithAutoTroubleshooting(QStringLiteral("The disk is full."), QStringLiteral("Error"));
     }
-    /// Puts the keyboard on "Behind" so that its ring shows.
+    /// Focuses the button "Behind" so that its focus ring is shown.
     void tabToBehind()
     {
         scene.press(Qt::Key_Tab);
@@ -53,12 +53,12 @@ protected:
          {QStringLiteral("error"), QVariant::fromValue(&error)}}};
 };
 
-TEST_F(SheetWindow, KeyboardComesBackWithItsRingAfterOneSheetHasFollowedAnother)
+TEST_F(SheetWindow, FocusIsReturnedWithItsRingAfterASequenceOfSheets)
 {
     tabToBehind();
     ASSERT_TRUE(ask());
     question.cancel();
-    showError(); // while the question fades away
+    showError(); // while the question fades out
     ASSERT_TRUE(scene.getsFocus("OK"));
     EXPECT_TRUE(scene.showsRing());
     scene.press(Qt::Key_Escape);
@@ -66,7 +66,7 @@ TEST_F(SheetWindow, KeyboardComesBackWithItsRingAfterOneSheetHasFollowedAnother)
     EXPECT_TRUE(scene.showsRing());
 }
 
-TEST_F(SheetWindow, KeyboardComesBackWithItsRingThroughTwoSheetsOverEachOther)
+TEST_F(SheetWindow, FocusIsReturnedWithItsRingThroughTwoStackedSheets)
 {
     tabToBehind();
     ASSERT_TRUE(ask());
@@ -82,14 +82,14 @@ TEST_F(SheetWindow, KeyboardComesBackWithItsRingThroughTwoSheetsOverEachOther)
     EXPECT_TRUE(scene.showsRing());
 }
 
-TEST_F(SheetWindow, KeyboardIsBackAtOnceNotAfterTheTransition)
+TEST_F(SheetWindow, FocusIsReturnedBeforeTheTransitionEnds)
 {
     ASSERT_TRUE(ask());
     question.cancel();
     EXPECT_EQ(scene.focused(), QStringLiteral("Behind"));
 }
 
-TEST_F(SheetWindow, SheetThatIsPresentedAgainWhileItFadesHasTheKeyboardAndItsRing)
+TEST_F(SheetWindow, SheetPresentedAgainWhileItFadesOutHasTheFocusAndItsRing)
 {
     ASSERT_TRUE(ask());
     scene.press(Qt::Key_Tab);
@@ -100,7 +100,7 @@ TEST_F(SheetWindow, SheetThatIsPresentedAgainWhileItFadesHasTheKeyboardAndItsRin
     EXPECT_TRUE(scene.getsFocus("Behind"));
 }
 
-TEST_F(SheetWindow, SheetClosedWhileAnotherWindowIsActiveGivesTheKeyboardBack)
+TEST_F(SheetWindow, SheetClosedWhileAnotherWindowIsActiveReturnsTheFocus)
 {
     ASSERT_TRUE(ask());
     QQuickWindow other;
@@ -111,7 +111,7 @@ TEST_F(SheetWindow, SheetClosedWhileAnotherWindowIsActiveGivesTheKeyboardBack)
     EXPECT_TRUE(scene.getsFocus("Behind"));
 }
 
-TEST_F(SheetWindow, SheetOpenedWhileAnotherWindowIsActiveHasTheKeyboardAndGivesItBack)
+TEST_F(SheetWindow, SheetOpenedWhileAnotherWindowIsActiveHasTheFocusAndReturnsIt)
 {
     QQuickWindow other;
     other.show();
@@ -123,7 +123,7 @@ TEST_F(SheetWindow, SheetOpenedWhileAnotherWindowIsActiveHasTheKeyboardAndGivesI
     EXPECT_TRUE(scene.getsFocus("Behind"));
 }
 
-TEST_F(SheetWindow, PointerDoesNotReachWhatIsBehind)
+TEST_F(SheetWindow, PointerDoesNotReachTheWindowBehind)
 {
     const QQuickItem *behind = scene.find("Behind");
     const QPoint place = behind->mapToScene({behind->width() / 2, behind->height() / 2}).toPoint();
@@ -137,7 +137,7 @@ TEST_F(SheetWindow, PointerDoesNotReachWhatIsBehind)
     EXPECT_FALSE(behind->property("hovered").toBool());
 }
 
-TEST_F(SheetWindow, ScreenReaderHearsADialogWithItsTitleAndMessageWhileItShows)
+TEST_F(SheetWindow, ScreenReaderReadsTheTitleAndMessageOfAShownDialog)
 {
     const auto dialogs = [this] {
         QStringList all;
@@ -157,7 +157,7 @@ TEST_F(SheetWindow, ScreenReaderHearsADialogWithItsTitleAndMessageWhileItShows)
     EXPECT_TRUE(spinUntil([&] { return dialogs().isEmpty(); }, 5000));
 }
 
-TEST(SheetWindowWithSecret, EscapeStillCancelsWhenTheControlWithTheKeyboardIsDisabled)
+TEST(SheetWindowWithSecret, EscapeStillCancelsIfTheFocusedControlIsDisabled)
 {
     MasterPasswordDialogManager manager;
     manager.onAuthenticate = [](const QString &) {};

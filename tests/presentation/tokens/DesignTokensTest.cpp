@@ -21,7 +21,7 @@ int percentOpaque(const QColor &color)
     return qRound(color.alphaF() * 100);
 }
 
-TEST(ColorTokens, PrimaryReadsAs85And77And221)
+TEST(ColorTokens, PrimaryIs85And77And221)
 {
     EXPECT_EQ(colors.primary.red(), 85);
     EXPECT_EQ(colors.primary.green(), 77);
@@ -35,7 +35,7 @@ TEST(ColorTokens, HexOfPrimaryEqualsPrimaryInEitherCase)
     EXPECT_EQ(colorFromHex(u"#554ddd"), colors.primary);
 }
 
-TEST(ColorTokens, HexIsAHashAndSixDigitsOrNoColour)
+TEST(ColorTokens, HexWithoutAHashAndSixDigitsIsInvalid)
 {
     for (const QStringView text : {u"", u"#", u"554DDD", u"#554DD", u"#554DDDD", u"#554DDG", u"#+54DDD", u"#0x54DD",
                                    u"# 54DDD", u"primary", u"#FFF"}) {
@@ -52,7 +52,7 @@ TEST(ColorTokens, FixedValues)
     EXPECT_EQ(colors.textSecondary, QColor(0xAB, 0xB1, 0xBD));
 }
 
-TEST(ColorTokens, AliasesKeepTheValueOfWhatTheyPointTo)
+TEST(ColorTokens, AliasesHaveTheValueOfTheirColour)
 {
     for (const QColor &alias : {colors.cta, colors.badgeLocked, colors.iconStrong, colors.accent, colors.focus}) {
         EXPECT_EQ(alias, colors.primary);
@@ -83,7 +83,7 @@ TEST(ColorTokens, SelectionOverTheBodyStaysSixteenPercentOpaque)
     EXPECT_EQ(colors.badgeLockedBg, colors.selection);
 }
 
-TEST(ColorTokens, OpacitiesKeepTheColour)
+TEST(ColorTokens, OpacityDoesNotChangeTheColour)
 {
     struct Row
     {
@@ -135,7 +135,7 @@ TEST(ColorTokens, AccessibleColoursFollowTheHighContrastSetting)
     EXPECT_EQ(colors.focusRingHighContrast, colors.platformBlue);
 }
 
-TEST(ColorTokens, AnotherSchemeChangesWhatIsDerivedAndSaysSo)
+TEST(ColorTokens, AnotherSchemeChangesTheDerivedColoursAndEmitsChanged)
 {
     const ColorTokens light{.bgBody = QColor(Qt::white), .textSecondary = QColor(Qt::darkGray)};
     EXPECT_EQ(light.windowBackground, QColor(Qt::white));
@@ -150,7 +150,7 @@ TEST(ColorTokens, AnotherSchemeChangesWhatIsDerivedAndSaysSo)
     EXPECT_EQ(switched.primary(), colors.primary);
 }
 
-TEST(ColorTokens, EveryColourHasASignalOfItsChange)
+TEST(ColorTokens, EveryColourHasAChangeSignal)
 {
     const Colors read;
     const QMetaObject *meta = read.metaObject();
@@ -213,7 +213,7 @@ TEST(TypographyTokens, FamiliesAndScaledWeights)
     EXPECT_EQ(Typography::statValue().weight(), QFont::DemiBold);
 }
 
-TEST(TypographyTokens, WeightsRiseFromUltraLightToBlack)
+TEST(TypographyTokens, WeightsIncreaseFromUltraLightToBlack)
 {
     const QList<int> weights{Typography::ultraLight, Typography::thin,   Typography::light,
                              Typography::regular,    Typography::medium, Typography::semibold,

@@ -15,15 +15,15 @@ namespace {
 QImage drawn(const QString &symbol, const QColor &color, const QSize &size)
 {
     SymbolImageProvider provider;
-    QSize told;
+    QSize reportedSize;
     const QPixmap pixmap =
-        provider.requestPixmap(symbol + QLatin1Char('/') + color.name(QColor::HexArgb).mid(1), &told, size);
-    EXPECT_EQ(told, size);
+        provider.requestPixmap(symbol + QLatin1Char('/') + color.name(QColor::HexArgb).mid(1), &reportedSize, size);
+    EXPECT_EQ(reportedSize, size);
     EXPECT_EQ(pixmap.size(), size);
     return pixmap.toImage();
 }
 
-TEST(Symbols, EveryNameIsAPictureOfTheInstalledTheme)
+TEST(Symbols, EveryNameHasAFileInTheInstalledTheme)
 {
     EXPECT_GT(symbolFiles().size(), 50);
     for (auto symbol = symbolFiles().cbegin(); symbol != symbolFiles().cend(); ++symbol) {
@@ -33,7 +33,7 @@ TEST(Symbols, EveryNameIsAPictureOfTheInstalledTheme)
     }
 }
 
-TEST(Symbols, EverySymbolLeavesInkInTheAskedColourAlone)
+TEST(Symbols, EverySymbolIsDrawnOnlyInTheRequestedColour)
 {
     const QColor ink(85, 77, 221);
     for (const QString &symbol : symbolFiles().keys()) {
