@@ -19,8 +19,8 @@ void say(const QString &line)
 
 } // namespace
 
-// InstanceClaimer DIRECTORY [URL...]: one process of the program. It prints its role; the primary then prints what it
-// is handed, until its standard input is closed.
+// InstanceClaimer DIRECTORY [URL...]: a process of the program. It prints its role; the primary then prints what it
+// receives, until its standard input is closed.
 int main(int argc, char **argv)
 {
     using namespace quillhaven;

@@ -16,7 +16,7 @@ using namespace std::chrono_literals;
 
 namespace {
 
-/// Keeps what the desktop would show.
+/// Records the calls to the desktop.
 class RecordingPresence : public ApplicationPresence
 {
 public:
@@ -55,7 +55,7 @@ QStringList arguments(const char *argument = nullptr)
 class Launch : public ::testing::Test
 {
 protected:
-    ~Launch() override { spinOnce(); } // the jobs of a launch, which refer to this object
+    ~Launch() override { spinOnce(); } // runs the jobs of a launch, which refer to this object
 
     LaunchStep step(const char *name)
     {
@@ -111,13 +111,13 @@ TEST_F(Launch, EachOfTheThreeArgumentsMeansALoginItem)
     }
 }
 
-TEST_F(Launch, ArgumentThatOnlyBeginsLikeALoginArgumentCountsAsTheUsersStart)
+TEST_F(Launch, ArgumentThatOnlyStartsLikeALoginArgumentIsIgnored)
 {
     const LaunchContextManager context(arguments("-psn_0_12345"), presence);
     EXPECT_EQ(context.currentContext(), LaunchContext::userActivation);
 }
 
-TEST_F(Launch, UnknownContextBehavesAsALoginLaunch)
+TEST_F(Launch, UnknownContextBehavesLikeALoginLaunch)
 {
     LaunchContextManager context(arguments(), presence);
     context.updateContext(LaunchContext::unknown);
@@ -126,7 +126,7 @@ TEST_F(Launch, UnknownContextBehavesAsALoginLaunch)
     EXPECT_EQ(context.contextDescription(), QStringLiteral("Unknown"));
 }
 
-TEST_F(Launch, EveryContextHasItsTwoForms)
+TEST_F(Launch, EveryContextHasTwoTextForms)
 {
     LaunchContextManager context(arguments(), presence);
     QStringList forms;
@@ -182,7 +182,7 @@ TEST_F(Launch, LoginLaunchRunsAllServicesAndStaysHidden)
     EXPECT_TRUE(log.contains(QStringLiteral("App launched in background mode (login item)")));
 }
 
-TEST_F(Launch, LoginLaunchHidesTheApplicationAtOnce)
+TEST_F(Launch, LoginLaunchHidesTheApplicationImmediately)
 {
     LaunchContextManager context(arguments("--login-item"), presence);
     AppDelegate delegate(presence, sequence(context));
@@ -191,7 +191,7 @@ TEST_F(Launch, LoginLaunchHidesTheApplicationAtOnce)
     EXPECT_EQ(log.lines().last(), QStringLiteral("App launched in background mode (login item)"));
 }
 
-TEST_F(Launch, AfterALoginLaunchAnAppearanceIsHiddenATenthOfASecondLater)
+TEST_F(Launch, AfterALoginLaunchAnAppearingWindowIsHiddenATenthOfASecondLater)
 {
     LaunchContextManager context(arguments("--login-item"), presence);
     quillhavenApp app(context, presence, clock, {});
@@ -202,7 +202,7 @@ TEST_F(Launch, AfterALoginLaunchAnAppearanceIsHiddenATenthOfASecondLater)
     EXPECT_TRUE(presence.isHidden);
 }
 
-TEST_F(Launch, UserLaunchOrdersTheWindowToTheFrontATenthOfASecondAfterItAppears)
+TEST_F(Launch, UserLaunchBringsTheWindowForwardATenthOfASecondAfterItAppears)
 {
     LaunchContextManager context(arguments(), presence);
     quillhavenApp app(context, presence, clock, {});
@@ -213,7 +213,7 @@ TEST_F(Launch, UserLaunchOrdersTheWindowToTheFrontATenthOfASecondAfterItAppears)
     EXPECT_EQ(presence.ordersToFront, 1);
 }
 
-TEST_F(Launch, ReopenAfterALoginLaunchTurnsItIntoARegularApplicationWithTheWindowInFront)
+TEST_F(Launch, ReopenAfterALoginLaunchMakesARegularApplicationWithTheWindowInFront)
 {
     LaunchContextManager context(arguments("-loginItem"), presence);
     AppDelegate delegate(presence, sequence(context));
@@ -234,7 +234,7 @@ TEST_F(Launch, ReopenWithVisibleWindowsChangesNothing)
     EXPECT_EQ(presence.ordersToFront, 0);
 }
 
-TEST_F(Launch, ASecondStartBringsAHiddenWindowBackAndAVisibleOneToTheFront)
+TEST_F(Launch, ASecondStartShowsAHiddenWindowAndBringsAVisibleOneForward)
 {
     LaunchContextManager context(arguments("-loginItem"), presence);
     AppDelegate delegate(presence, sequence(context));
@@ -248,7 +248,7 @@ TEST_F(Launch, ASecondStartBringsAHiddenWindowBackAndAVisibleOneToTheFront)
     EXPECT_EQ(presence.activations, activations + 1);
 }
 
-TEST_F(Launch, ASecondStartWithUrlsBringsTheWindowBackAndLogsNothing)
+TEST_F(Launch, ASecondStartWithUrlsShowsTheWindowAndLogsNothing)
 {
     LaunchContextManager context(arguments("-loginItem"), presence);
     AppDelegate delegate(presence, sequence(context));
@@ -260,7 +260,7 @@ TEST_F(Launch, ASecondStartWithUrlsBringsTheWindowBackAndLogsNothing)
     EXPECT_EQ(log.lines().join(QLatin1Char('|')), QString());
 }
 
-TEST_F(Launch, AServiceThatTheProgramDoesNotHaveLeavesNoLineInTheLog)
+TEST_F(Launch, AMissingServiceIsNotLogged)
 {
     LaunchContextManager context(arguments(), presence);
     AppDelegate delegate(presence, {.launchContext = [&context]() -> LaunchContextManager & { return context; },
@@ -273,7 +273,7 @@ TEST_F(Launch, AServiceThatTheProgramDoesNotHaveLeavesNoLineInTheLog)
     EXPECT_EQ(log.lines().join(QLatin1Char('|')), QStringLiteral("App launched by user activation"));
 }
 
-TEST_F(Launch, WindowOfAnotherTitleIsNotBroughtForwardWhileTheApplicationIsActivated)
+TEST_F(Launch, WindowWithAnotherTitleIsNotBroughtForwardWhenTheApplicationIsActivated)
 {
     presence.windowTitle = QStringLiteral("Quillhaven 2");
     LaunchContextManager context(arguments(), presence);
@@ -286,7 +286,7 @@ TEST_F(Launch, WindowOfAnotherTitleIsNotBroughtForwardWhileTheApplicationIsActiv
     EXPECT_EQ(presence.activations, 1);
 }
 
-TEST_F(Launch, EveryAppearanceAddsOneMoreOneSecondCheck)
+TEST_F(Launch, EveryAppearanceAddsAnotherOneSecondCheck)
 {
     LaunchContextManager context(arguments(), presence);
     int checks = 0;

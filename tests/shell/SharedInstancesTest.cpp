@@ -26,7 +26,7 @@ public:
 
 const char *const tooEarly = "A shared instance was used before installPlatform";
 
-/// What happens here ends the process, in every kind of build, and says why on standard error.
+/// Expects that the call ends the process, in every kind of build, with a reason on standard error.
 class SharedInstancesDeathTest : public ::testing::Test
 {
 protected:
@@ -37,7 +37,7 @@ private:
     QtMessageHandler m_handler;
 };
 
-TEST_F(SharedInstancesDeathTest, AnInstanceThatIsUsedBeforeThePlatformIsThereEndsTheProcess)
+TEST_F(SharedInstancesDeathTest, AnInstanceUsedBeforeTheInstallationEndsTheProcess)
 {
     EXPECT_DEATH((void)LaunchContextManager::shared(), tooEarly);
     EXPECT_DEATH((void)MasterPasswordDialogManager::shared(), tooEarly);

@@ -22,8 +22,8 @@ void say(const char *line)
 
 } // namespace
 
-// SignalledProgram [busy]: ends by a signal, as the program does. With "busy" some work is under way until its standard
-// input is closed. A thread of its own is there to take a signal that is not held back.
+// SignalledProgram [busy]: handles signals like the program. With "busy" some work is in progress until its standard
+// input is closed. It has a second thread, which would receive a signal that is not blocked.
 int main(int argc, char **argv)
 {
     using namespace quillhaven;

@@ -23,7 +23,7 @@ using ::testing::UnorderedElementsAreArray;
 
 const QString activate = QStringLiteral("activate");
 
-/// A process that claims to be the one.
+/// A process that tries to be the primary instance.
 class Claimer
 {
 public:
@@ -49,7 +49,7 @@ public:
     [[nodiscard]] bool isPrimary() { return has(QStringLiteral("primary")); }
     [[nodiscard]] bool isSecondary() { return has(QStringLiteral("secondary")); }
     [[nodiscard]] bool hasRole() { return isPrimary() || isSecondary(); }
-    /// What it was handed, in order.
+    /// What it received, in order.
     [[nodiscard]] QStringList handedOver()
     {
         QStringList result = lines();
@@ -61,7 +61,7 @@ public:
         return spinUntil([this] { return hasRole() || hasEnded(); }) && hasRole();
     }
     [[nodiscard]] bool hasEnded() const { return m_process.state() == QProcess::NotRunning; }
-    /// Closes its input and waits for its end: its exit code.
+    /// Closes its input, waits until it has ended, and returns its exit code.
     int finish()
     {
         m_process.closeWriteChannel();
@@ -80,7 +80,7 @@ private:
     QByteArray m_output;
 };
 
-/// Holds the name, and gives it up instead of taking what it is handed.
+/// Owns the name, and releases it instead of accepting what it is sent.
 class EndingHolder : public QObject, protected QDBusContext
 {
     Q_OBJECT
@@ -105,7 +105,7 @@ private:
     QDBusConnection m_bus = QDBusConnection::sessionBus();
 };
 
-/// One desktop session: with the bus of the test's runner, or without any.
+/// A desktop session: with the bus of the test's runner, or without a bus.
 class SingleInstanceTest : public ::testing::TestWithParam<bool>
 {
 protected:
@@ -140,7 +140,7 @@ INSTANTIATE_TEST_SUITE_P(Sessions, SingleInstanceTest, ::testing::Values(true, f
 INSTANTIATE_TEST_SUITE_P(Sessions, SingleInstanceSocketTest, ::testing::Values(false),
                          [](const auto &) { return "WithoutBus"; });
 
-TEST_P(SingleInstanceTest, EightAtOnceGiveOnePrimaryAndEveryHandOverOnce)
+TEST_P(SingleInstanceTest, EightSimultaneousStartsHaveOnePrimaryThatReceivesEachHandOverOnce)
 {
     std::vector<std::unique_ptr<Claimer>> claimers;
     QStringList tasks;
@@ -169,7 +169,7 @@ TEST_P(SingleInstanceTest, EightAtOnceGiveOnePrimaryAndEveryHandOverOnce)
     EXPECT_THAT(primary->handedOver(), UnorderedElementsAreArray(tasks));
 }
 
-TEST_P(SingleInstanceTest, SeveralUrlsArriveInOneHandOverAndOtherArgumentsAreLeftOut)
+TEST_P(SingleInstanceTest, SeveralUrlsAreSentTogetherWithoutOtherArguments)
 {
     const auto primary = start();
     ASSERT_TRUE(primary->waitForRole());
@@ -208,7 +208,7 @@ TEST_P(SingleInstanceTest, AfterTheFirstWasKilledTheNextIsPrimaryAndReachable)
     EXPECT_TRUE(spinUntil([&] { return next->has(activate); }));
 }
 
-TEST_P(SingleInstanceTest, AFirstThatDoesNotAnswerIsStillTheOnlyOne)
+TEST_P(SingleInstanceTest, AnUnresponsivePrimaryIsStillTheOnlyOne)
 {
     const auto first = start();
     ASSERT_TRUE(first->waitForRole());
@@ -223,7 +223,7 @@ TEST_P(SingleInstanceTest, AFirstThatDoesNotAnswerIsStillTheOnlyOne)
     EXPECT_EQ(first->handedOver(), QStringList{activate});
 }
 
-TEST(SingleInstanceBusTest, WhoeverHandsOverToAFirstThatEndsMeanwhileTakesItsPlace)
+TEST(SingleInstanceBusTest, AProcessThatContactsAnEndingPrimaryReplacesIt)
 {
     const QTemporaryDir runtime;
     EndingHolder holder;
@@ -234,7 +234,7 @@ TEST(SingleInstanceBusTest, WhoeverHandsOverToAFirstThatEndsMeanwhileTakesItsPla
     EXPECT_TRUE(spinUntil([&] { return next.has(activate); }));
 }
 
-TEST_P(SingleInstanceSocketTest, AHolderOfTheLockThatNeverListensIsStillTheOnlyOne)
+TEST_P(SingleInstanceSocketTest, ALockHolderThatNeverListensIsStillTheOnlyOne)
 {
     const auto first = start();
     ASSERT_TRUE(first->waitForRole());
@@ -247,7 +247,7 @@ TEST_P(SingleInstanceSocketTest, AHolderOfTheLockThatNeverListensIsStillTheOnlyO
         << qUtf8Printable(second->lines().constFirst());
 }
 
-TEST_P(SingleInstanceSocketTest, AFolderThatDoesNotExistIsMade)
+TEST_P(SingleInstanceSocketTest, AMissingFolderIsCreated)
 {
     const QString folder = runtime.filePath(QStringLiteral("not/there"));
     Claimer first(folder, {}, environment);
@@ -259,7 +259,7 @@ TEST_P(SingleInstanceSocketTest, AFolderThatDoesNotExistIsMade)
     EXPECT_TRUE(spinUntil([&] { return first.has(activate); }));
 }
 
-TEST_P(SingleInstanceSocketTest, AFolderThatCannotBeWrittenStartsNone)
+TEST_P(SingleInstanceSocketTest, WithAnUnwritableFolderTheProgramDoesNotStart)
 {
     const QString file = runtime.filePath(QStringLiteral("file"));
     ASSERT_TRUE(QFile(file).open(QIODevice::WriteOnly));
@@ -271,7 +271,7 @@ TEST_P(SingleInstanceSocketTest, AFolderThatCannotBeWrittenStartsNone)
     }
 }
 
-TEST_P(SingleInstanceSocketTest, AFolderTooDeepForASocketStillHasOnePrimary)
+TEST_P(SingleInstanceSocketTest, APathTooLongForASocketStillAllowsOnlyOnePrimary)
 {
     const QString folder = runtime.filePath(QString(120, QLatin1Char('d')));
     Claimer first(folder, {}, environment);
@@ -282,7 +282,7 @@ TEST_P(SingleInstanceSocketTest, AFolderTooDeepForASocketStillHasOnePrimary)
     EXPECT_TRUE(second.isSecondary());
 }
 
-TEST_P(SingleInstanceSocketTest, OnlyTheUserReachesTheSocket)
+TEST_P(SingleInstanceSocketTest, OnlyTheUserCanAccessTheSocket)
 {
     const auto first = start();
     ASSERT_TRUE(first->waitForRole());
@@ -291,7 +291,7 @@ TEST_P(SingleInstanceSocketTest, OnlyTheUserReachesTheSocket)
     EXPECT_EQ(status.st_mode & 077U, 0U);
 }
 
-TEST_P(SingleInstanceSocketTest, ABusThatCannotBeReachedCountsAsNone)
+TEST_P(SingleInstanceSocketTest, AnUnreachableBusIsTreatedAsNoBus)
 {
     environment.insert(QStringLiteral("DBUS_SESSION_BUS_ADDRESS"),
                        QStringLiteral("unix:path=") + runtime.filePath(QStringLiteral("no-bus")));

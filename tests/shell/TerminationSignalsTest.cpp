@@ -11,7 +11,7 @@
 namespace quillhaven {
 namespace {
 
-/// A program that is to end in its own time when it is asked to.
+/// A program that ends when it is asked to, after its work is done.
 class TerminationSignalsOf : public ::testing::TestWithParam<int>
 {
 protected:
@@ -46,7 +46,7 @@ INSTANTIATE_TEST_SUITE_P(Signal, TerminationSignalsOf, ::testing::Values(SIGTERM
                              return number.param == SIGTERM ? "Term" : number.param == SIGINT ? "Int" : "Hup";
                          });
 
-TEST_P(TerminationSignalsOf, TheEventLoopEndsAndTheProgramWithIt)
+TEST_P(TerminationSignalsOf, TheEventLoopAndTheProgramEnd)
 {
     start();
     signal();
@@ -54,7 +54,7 @@ TEST_P(TerminationSignalsOf, TheEventLoopEndsAndTheProgramWithIt)
     EXPECT_EQ(output, "ready\nasked\nended\n");
 }
 
-TEST_P(TerminationSignalsOf, WorkUnderWayIsFinishedFirst)
+TEST_P(TerminationSignalsOf, WorkInProgressIsFinishedFirst)
 {
     start({QStringLiteral("busy")});
     signal();
@@ -64,7 +64,7 @@ TEST_P(TerminationSignalsOf, WorkUnderWayIsFinishedFirst)
     EXPECT_EQ(output, "ready\nasked\nfinished\nended\n");
 }
 
-TEST_P(TerminationSignalsOf, ASecondSignalDoesNotCutTheWorkShort)
+TEST_P(TerminationSignalsOf, ASecondSignalDoesNotInterruptTheWork)
 {
     start({QStringLiteral("busy")});
     signal();

@@ -13,7 +13,7 @@ namespace {
 class BulkShred : public ShredTest
 {
 protected:
-    /// The case of the error and its text.
+    /// The case of the error, and its text.
     QuillhavenError::Case failedCase(const QStringList &paths)
     {
         try {
@@ -93,7 +93,7 @@ TEST_F(BulkShred, ThirdOfFourCountsThreeAndRunsFromHalfToThreeQuarters)
     EXPECT_EQ(remaining(), QStringList());
 }
 
-TEST_F(BulkShred, CounterLagsBehindThePositionAfterAFailure)
+TEST_F(BulkShred, CounterIsBelowThePositionAfterAFailure)
 {
     QStringList paths = writeFiles({QStringLiteral("a"), QStringLiteral("c")});
     paths.insert(1, desktop(QStringLiteral("absent")));
@@ -102,7 +102,7 @@ TEST_F(BulkShred, CounterLagsBehindThePositionAfterAFailure)
     EXPECT_TRUE(report.contains(QStringLiteral("Analyzing file: c (2/3) @ 0.7000"))) << qUtf8Printable(lines());
 }
 
-TEST_F(BulkShred, AllFailingCountsNoneAndListsEach)
+TEST_F(BulkShred, IfAllItemsFailNoneIsCountedAndEachIsListed)
 {
     setMasterPassword(QStringLiteral("Master12"));
     EXPECT_EQ(failedCase({desktop(QStringLiteral("absent")), desktop(QStringLiteral("gone"))}),
@@ -111,12 +111,12 @@ TEST_F(BulkShred, AllFailingCountsNoneAndListsEach)
     EXPECT_EQ(text, QStringLiteral("Some items failed to shred:\n") + both);
     EXPECT_EQ(report.last(), QStringLiteral("Completed 0 of 2 items. Errors:\n") + both + QStringLiteral(" @ 1.0000"));
     EXPECT_EQ(prompts, 1);
-    EXPECT_TRUE(masterPassword.isAuthenticated()) << "the session stays as it was";
+    EXPECT_TRUE(masterPassword.isAuthenticated()) << "the session is unchanged";
     spinOnce();
     EXPECT_FALSE(shredder.isShredding());
 }
 
-TEST_F(BulkShred, ItemThatRunsOutOfMemoryIsALineLikeAnyOther)
+TEST_F(BulkShred, ItemThatRunsOutOfMemoryIsReportedLikeAnyOtherFailure)
 {
     const QStringList paths = writeFiles({QStringLiteral("a"), QStringLiteral("b")});
     files.before = [&](const QString &call, const QString &path) {
@@ -129,7 +129,7 @@ TEST_F(BulkShred, ItemThatRunsOutOfMemoryIsALineLikeAnyOther)
     EXPECT_EQ(remaining(), QStringList({QStringLiteral("a")}));
 }
 
-TEST_F(BulkShred, FilesAndFoldersMix)
+TEST_F(BulkShred, FilesAndFoldersCanBeMixed)
 {
     write(QStringLiteral("folder/inner"), "secret");
     bulkShred({desktop(QStringLiteral("folder")), write(QStringLiteral("a"), "secret")});
@@ -159,7 +159,7 @@ TEST_F(BulkShred, AsksOnceForTheRunAndOnceForEachItemAfterTheFirst)
     EXPECT_EQ(remaining(), QStringList());
 }
 
-TEST_F(BulkShred, ItemWhosePromptIsCancelledStaysAndCountsAsDone)
+TEST_F(BulkShred, ItemWhosePromptIsCancelledIsKeptAndCountsAsDone)
 {
     setMasterPassword(QStringLiteral("Master12"));
     onReport = [this](const QString &status) {
@@ -197,15 +197,16 @@ TEST_F(BulkShred, FlagIsSetAgainForEachItemAndClearedAtTheEnd)
 
 TEST_F(BulkShred, EndOfAnEarlierRunDoesNotClearTheFlagOfThisOne)
 {
-    shred(write(QStringLiteral("a"), {})); // the job that clears the flag is still to come
+    shred(write(QStringLiteral("a"), {})); // the job that clears the flag has not run yet
     QList<bool> shown;
     QObject::connect(&shredder, &QuillhavenShredder::changed, &shredder, [&] { shown.append(shredder.isShredding()); });
     bulkShred({write(QStringLiteral("b"), {})});
     ASSERT_GE(shown.size(), 3);
-    EXPECT_EQ(shown.first(3), QList<bool>({false, true, true})) << "the earlier end, this run, its first item";
+    EXPECT_EQ(shown.first(3), QList<bool>({false, true, true}))
+        << "the end of the earlier run, this run, its first item";
 }
 
-TEST_F(BulkShred, TwoRunsSideBySideAreEachToldOfTheirOwnAndBothEnd)
+TEST_F(BulkShred, TwoConcurrentRunsReportSeparatelyAndBothEnd)
 {
     QStringList folderStatuses;
     QList<double> fileProgress;
@@ -221,7 +222,7 @@ TEST_F(BulkShred, TwoRunsSideBySideAreEachToldOfTheirOwnAndBothEnd)
     second.wait();
     const QRegularExpression pass(QStringLiteral("^Pass [123]/3: inner"));
     EXPECT_EQ(folderStatuses.filter(pass).size(), 3 * 30);
-    // Two begin each item and each pass, each chunk is one, and four end them.
+    // Two reports start each item and each pass, each chunk is one, and four end the runs.
     EXPECT_EQ(fileProgress.size(), 2 + 3 + 3 * 30 + 4);
     EXPECT_TRUE(std::ranges::is_sorted(fileProgress));
     EXPECT_EQ(remaining(), QStringList());

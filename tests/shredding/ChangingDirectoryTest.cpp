@@ -10,7 +10,7 @@ namespace {
 class ChangingDirectory : public ShredDirectoryTest
 {
 protected:
-    /// Does it once the folder has been listed.
+    /// Runs a function when the folder has been listed.
     void afterTheListing(std::function<void()> action)
     {
         files.after = [action = std::move(action)](const QString &call, const QString &) {
@@ -23,7 +23,7 @@ protected:
 
 } // namespace
 
-TEST_F(ChangingDirectory, FileThatGrowsOrShrinksMeanwhileIsOverwrittenOverItsFirstSize)
+TEST_F(ChangingDirectory, FileThatGrowsOrShrinksMeanwhileIsOverwrittenUpToItsFirstSize)
 {
     const QString longer = inFolder(QStringLiteral("longer"), "12345");
     const QString shorter = inFolder(QStringLiteral("shorter"), "12345");
@@ -42,7 +42,7 @@ TEST_F(ChangingDirectory, FileThatGrowsOrShrinksMeanwhileIsOverwrittenOverItsFir
     EXPECT_FALSE(TemporaryHome::exists(folder));
 }
 
-TEST_F(ChangingDirectory, FileThatVanishesMeanwhileStopsTheRunThere)
+TEST_F(ChangingDirectory, FileThatDisappearsMeanwhileStopsTheRun)
 {
     inFolder(QStringLiteral("a"));
     const QString b = inFolder(QStringLiteral("b"));
@@ -54,7 +54,7 @@ TEST_F(ChangingDirectory, FileThatVanishesMeanwhileStopsTheRunThere)
     EXPECT_EQ(read(folder + QStringLiteral("/c")), "secret");
 }
 
-TEST_F(ChangingDirectory, LinkThatTakesAFilesPlaceMeanwhileIsNotFollowed)
+TEST_F(ChangingDirectory, LinkThatReplacesAFileMeanwhileIsNotFollowed)
 {
     const QString outside = write(QStringLiteral("outside"), "kept");
     const QString a = inFolder(QStringLiteral("a"));
@@ -68,7 +68,7 @@ TEST_F(ChangingDirectory, LinkThatTakesAFilesPlaceMeanwhileIsNotFollowed)
     EXPECT_EQ(read(outside), "kept");
 }
 
-TEST_F(ChangingDirectory, FileThatArrivesMeanwhileGoesWithTheFolderWithoutBeingOverwritten)
+TEST_F(ChangingDirectory, FileCreatedMeanwhileIsRemovedWithTheFolderWithoutBeingOverwritten)
 {
     inFolder(QStringLiteral("a"));
     QString seen;

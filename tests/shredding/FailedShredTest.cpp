@@ -15,7 +15,7 @@ namespace {
 class FailedShred : public ShredTest
 {
 protected:
-    /// Fails every call of this kind.
+    /// Makes every call of this kind fail.
     void failCall(const QString &failing, int errorNumber, FileError::Action action)
     {
         files.before = [=](const QString &call, const QString &path) {
@@ -36,17 +36,17 @@ TEST_F(FailedShred, MissingPathFailsAfterTheGuardHasPassed)
     EXPECT_EQ(failureOf([&] { shred(desktop(QStringLiteral("absent"))); }), notFound);
     EXPECT_EQ(prompts, 1);
     EXPECT_EQ(lines(), QStringLiteral("Shredding failed: ") + notFound + QStringLiteral(" @ 0.0000"));
-    EXPECT_TRUE(masterPassword.isAuthenticated()) << "a failure leaves the session as it was";
+    EXPECT_TRUE(masterPassword.isAuthenticated()) << "a failure does not change the session";
     EXPECT_TRUE(masterPassword.hasAuthenticationTimer());
 }
 
-TEST_F(FailedShred, ReadOnlyFileFailsAtTheFirstPassAndStaysUnchanged)
+TEST_F(FailedShred, ReadOnlyFileFailsAtTheFirstPassAndIsUnchanged)
 {
     const QString path = write(QStringLiteral("a.txt"), "secret");
     openToAll();
     ASSERT_EQ(chmod(bytesOf(path).constData(), 0444), 0);
     {
-        const AsPlainUser user; // root may write to any file
+        const AsPlainUser user; // root can write to any file
         EXPECT_EQ(failureOf([&] { shred(path); }), QStringLiteral("You don't have permission to overwrite \"a.txt\"."));
     }
     EXPECT_EQ(lines(), QStringLiteral("Analyzing file: a.txt @ 0.1000\n"
@@ -56,10 +56,10 @@ TEST_F(FailedShred, ReadOnlyFileFailsAtTheFirstPassAndStaysUnchanged)
     EXPECT_EQ(remaining(), QStringList({QStringLiteral("a.txt")}));
     struct stat status{};
     ASSERT_EQ(stat(bytesOf(path).constData(), &status), 0);
-    EXPECT_EQ(status.st_mode & 07777, 0444U) << "it is not made writable";
+    EXPECT_EQ(status.st_mode & 07777, 0444U) << "the file is not made writable";
 }
 
-TEST_F(FailedShred, LinkIsRefusedAndNeitherItNorItsTargetIsTouched)
+TEST_F(FailedShred, LinkIsRejectedAndNeitherItNorItsTargetIsTouched)
 {
     const QString target = write(QStringLiteral("target"), "kept");
     ASSERT_TRUE(QFile::link(target, desktop(QStringLiteral("link"))));
@@ -74,7 +74,7 @@ TEST_F(FailedShred, LinkIsRefusedAndNeitherItNorItsTargetIsTouched)
     EXPECT_EQ(remaining(), QStringList({QStringLiteral("link")}));
 }
 
-TEST_F(FailedShred, FifoIsRefusedAtOnceAndStays)
+TEST_F(FailedShred, FifoIsRejectedImmediatelyAndKept)
 {
     ASSERT_EQ(mkfifo(bytesOf(desktop(QStringLiteral("fifo"))).constData(), 0600), 0);
     EXPECT_EQ(failureOf([&] { shred(desktop(QStringLiteral("fifo"))); }),
@@ -110,7 +110,7 @@ TEST_F(FailedShred, FailureInALaterPassLeavesTheFilePartlyOverwrittenUnderItsOwn
     EXPECT_TRUE(masterPassword.isAuthenticated());
 }
 
-TEST_F(FailedShred, FailedChunkIsReportedAfterAllThatWereWritten)
+TEST_F(FailedShred, FailedChunkIsReportedAfterTheWrittenOnes)
 {
     const QString path = write(QStringLiteral("a.txt"), QByteArray(3 * 65536, 'x'));
     int writes = 0;
@@ -128,7 +128,7 @@ TEST_F(FailedShred, FailedChunkIsReportedAfterAllThatWereWritten)
     EXPECT_EQ(read(path), QByteArray(2 * 65536, '\0') + QByteArray(65536, 'x'));
 }
 
-TEST_F(FailedShred, RefusedRenameLeavesTheOverwrittenFileUnderItsOwnName)
+TEST_F(FailedShred, FailedRenameLeavesTheOverwrittenFileUnderItsOwnName)
 {
     const QString path = write(QStringLiteral("a.txt"), "secret");
     failCall(QStringLiteral("move"), EACCES, FileError::Action::Move);
@@ -140,21 +140,21 @@ TEST_F(FailedShred, RefusedRenameLeavesTheOverwrittenFileUnderItsOwnName)
               QStringList({QStringLiteral("Removing file metadata: a.txt @ 0.9500")}));
 }
 
-TEST_F(FailedShred, RefusedRemovalLeavesTheOverwrittenFileUnderTheRandomName)
+TEST_F(FailedShred, FailedRemovalLeavesTheOverwrittenFileUnderTheRandomName)
 {
     const QString path = write(QStringLiteral("a.txt"), "secret");
     failCall(QStringLiteral("remove"), EACCES, FileError::Action::Remove);
     EXPECT_NE(failureOf([&] { shred(path); }), QStringLiteral("no error"));
     EXPECT_EQ(files.calls.mid(files.calls.size() - 2),
               QStringList({QStringLiteral("move a.txt to (UUID)"), QStringLiteral("remove (UUID)")}))
-        << "and no flush";
+        << "no flush follows";
     ASSERT_EQ(remaining().size(), 1);
     EXPECT_NE(remaining().first(), QStringLiteral("a.txt"));
     const QByteArray left = read(desktop(remaining().first()));
     EXPECT_EQ(left, QByteArray(6, left.front()));
 }
 
-TEST_F(FailedShred, FolderThatMayNotBeChangedKeepsTheOverwrittenFile)
+TEST_F(FailedShred, UnwritableFolderKeepsTheOverwrittenFile)
 {
     const QString path = write(QStringLiteral("folder/a.txt"), "secret");
     const QString folder = desktop(QStringLiteral("folder"));

@@ -17,7 +17,7 @@ namespace {
 class ShredDirectory : public ShredDirectoryTest
 {
 protected:
-    /// The error that a plain user's shred ends with when a folder inside has this mode. Nothing may be touched.
+    /// The error of a shred as a normal user if a folder inside has this mode. Nothing may be touched.
     QString failureOfFolderInsideWithMode(mode_t mode)
     {
         const QString first = inFolder(QStringLiteral("a"));
@@ -81,7 +81,7 @@ TEST_F(ShredDirectory, ProgressMovesBetweenFilesByTheirSizesAlone)
     EXPECT_EQ(remaining(), QStringList());
 }
 
-TEST_F(ShredDirectory, FolderOfEmptyFilesReportsNoNumberAndIsShredded)
+TEST_F(ShredDirectory, FolderOfEmptyFilesReportsNaNAndIsShredded)
 {
     inFolder(QStringLiteral("a"), {});
     inFolder(QStringLiteral("b"), {});
@@ -136,7 +136,7 @@ TEST_F(ShredDirectory, HiddenFileInANestedFolderIsOverwrittenLikeAnyOther)
     EXPECT_FALSE(TemporaryHome::exists(folder));
 }
 
-TEST_F(ShredDirectory, LinksInsideGoAsLinksAndTheirTargetsStay)
+TEST_F(ShredDirectory, LinksInsideAreRemovedAndTheirTargetsAreKept)
 {
     const QString file = write(QStringLiteral("outside/file"), "kept");
     inFolder(QStringLiteral("a"));
@@ -149,7 +149,7 @@ TEST_F(ShredDirectory, LinksInsideGoAsLinksAndTheirTargetsStay)
     EXPECT_EQ(remaining(), QStringList({QStringLiteral("outside")}));
 }
 
-TEST_F(ShredDirectory, LinkToAFolderIsRefusedAndNothingIsTouched)
+TEST_F(ShredDirectory, LinkToAFolderIsRejectedAndNothingIsTouched)
 {
     const QString file = inFolder(QStringLiteral("a"));
     const QString link = desktop(QStringLiteral("link"));
@@ -191,11 +191,11 @@ TEST_F(ShredDirectory, FolderInsideThatCannotBeListedFailsBeforeAnythingIsOverwr
 
 TEST_F(ShredDirectory, EntryWhoseStateCannotBeReadFailsBeforeAnythingIsOverwritten)
 {
-    // A folder that may be listed but not searched gives only names.
+    // A folder that can be listed but not searched gives only names.
     EXPECT_EQ(failureOfFolderInsideWithMode(0444), QStringLiteral("You don't have permission to read \"inner\"."));
 }
 
-TEST_F(ShredDirectory, FolderThatItselfCannotBeListedCountsAsEmptyAndFailsAtItsRemoval)
+TEST_F(ShredDirectory, UnreadableFolderIsTreatedAsEmptyAndFailsAtItsRemoval)
 {
     const QString file = inFolder(QStringLiteral("a"));
     openToAll();
@@ -209,7 +209,7 @@ TEST_F(ShredDirectory, FolderThatItselfCannotBeListedCountsAsEmptyAndFailsAtItsR
     EXPECT_EQ(read(file), "secret");
 }
 
-TEST_F(ShredDirectory, FileThatMayNotBeWrittenStopsTheRunBetweenDestroyedAndIntactFiles)
+TEST_F(ShredDirectory, UnwritableFileStopsTheRunBetweenDestroyedAndIntactFiles)
 {
     const QString a = inFolder(QStringLiteral("a"));
     const QString b = inFolder(QStringLiteral("b"));
@@ -235,7 +235,7 @@ TEST_F(ShredDirectory, FileThatMayNotBeWrittenStopsTheRunBetweenDestroyedAndInta
     EXPECT_TRUE(masterPassword.isAuthenticated());
 }
 
-TEST_F(ShredDirectory, FolderThatMayNotBeRemovedIsLeftEmpty)
+TEST_F(ShredDirectory, FolderThatCannotBeRemovedIsLeftEmpty)
 {
     const QString a = inFolder(QStringLiteral("a"));
     openToAll();
@@ -251,7 +251,7 @@ TEST_F(ShredDirectory, FolderThatMayNotBeRemovedIsLeftEmpty)
     EXPECT_EQ(report.mid(5, 1), QStringList({QStringLiteral("Removing directory structure @ 0.9500")}));
 }
 
-TEST_F(ShredDirectory, FileThatMayNotBeRenamedStopsTheRun)
+TEST_F(ShredDirectory, FileThatCannotBeRenamedStopsTheRun)
 {
     const QString a = inFolder(QStringLiteral("a"));
     const QString b = inFolder(QStringLiteral("b"));
@@ -266,7 +266,7 @@ TEST_F(ShredDirectory, FileThatMayNotBeRenamedStopsTheRun)
     EXPECT_EQ(remaining(folder), QStringList({QStringLiteral("a"), QStringLiteral("b")}));
 }
 
-TEST_F(ShredDirectory, FileThatMayNotBeDeletedStopsTheRunUnderItsRandomName)
+TEST_F(ShredDirectory, FileThatCannotBeDeletedStopsTheRunUnderItsRandomName)
 {
     inFolder(QStringLiteral("a"));
     const QString b = inFolder(QStringLiteral("b"));
@@ -305,7 +305,7 @@ TEST_F(ShredDirectory, NamesThatAreNotUtf8AreOverwrittenAndRemoved)
     EXPECT_FALSE(TemporaryHome::exists(folder));
 }
 
-TEST_F(ShredDirectory, BothNamesOfOneFileAreShredded)
+TEST_F(ShredDirectory, BothHardLinksOfOneFileAreShredded)
 {
     const QString a = inFolder(QStringLiteral("a"));
     ASSERT_EQ(link(bytesOf(a).constData(), bytesOf(folder + QStringLiteral("/b")).constData()), 0);

@@ -14,7 +14,7 @@ namespace {
 class ShredFile : public ShredTest
 {
 protected:
-    /// Remembers what the file holds at the end of each pass.
+    /// Records the contents of the file at the end of each pass.
     void lookAfterEachPass()
     {
         files.after = [this](const QString &call, const QString &path) {
@@ -60,7 +60,7 @@ TEST_F(ShredFile, EmptyFilePassesThreeTimesWithoutAWriteAndIsDeleted)
     EXPECT_EQ(remaining(), QStringList());
 }
 
-TEST_F(ShredFile, EachChunkIsThroughBeforeTheNextAndTheRenamedFileIsDeletedBeforeTheLastFlush)
+TEST_F(ShredFile, EachChunkIsFlushedBeforeTheNextAndTheRenamedFileIsDeletedBeforeTheLastFlush)
 {
     shred(write(QStringLiteral("a.txt"), QByteArray(2 * 65536 + 10, 'x')));
     const QString pass = QStringLiteral("open a.txt, seek 0, write 65536, write 65536, write 10, flush, close, ");
@@ -68,7 +68,7 @@ TEST_F(ShredFile, EachChunkIsThroughBeforeTheNextAndTheRenamedFileIsDeletedBefor
               pass + pass + pass + QStringLiteral("move a.txt to (UUID), remove (UUID), sync"));
 }
 
-TEST_F(ShredFile, FileOfExactlyOneChunkIsWrittenInOne)
+TEST_F(ShredFile, FileOfExactlyOneChunkIsWrittenAtOnce)
 {
     shred(write(QStringLiteral("a.txt"), QByteArray(65536, 'x')));
     EXPECT_EQ(files.calls.filter(QStringLiteral("write")), QStringList(3, QStringLiteral("write 65536")));
@@ -76,7 +76,7 @@ TEST_F(ShredFile, FileOfExactlyOneChunkIsWrittenInOne)
               QStringList({QStringLiteral("Pass 1/3: a.txt @ 0.1000"), QStringLiteral("Pass 1/3: a.txt @ 0.3667")}));
 }
 
-TEST_F(ShredFile, OneByteMoreTakesASecondChunkOfOneByte)
+TEST_F(ShredFile, OneMoreByteNeedsASecondChunkOfOneByte)
 {
     shred(write(QStringLiteral("a.txt"), QByteArray(65537, 'x')));
     const QStringList pair{QStringLiteral("write 65536"), QStringLiteral("write 1")};
@@ -113,7 +113,7 @@ TEST_F(ShredFile, LastPassDrawsANewByteForEachFile)
     EXPECT_GT(drawn.size(), 1);
 }
 
-TEST_F(ShredFile, BytesThatAnotherProgramHoldsOpenAreOverwrittenInPlace)
+TEST_F(ShredFile, FileThatAnotherProgramHasOpenIsOverwrittenInPlace)
 {
     const QString path = write(QStringLiteral("a.txt"), "secret");
     QFile reader(path);
@@ -124,7 +124,7 @@ TEST_F(ShredFile, BytesThatAnotherProgramHoldsOpenAreOverwrittenInPlace)
     EXPECT_NE(left, "secret");
 }
 
-TEST_F(ShredFile, OtherHardLinkStaysWithTheOverwrittenBytes)
+TEST_F(ShredFile, OtherHardLinkIsKeptWithTheOverwrittenBytes)
 {
     const QString path = write(QStringLiteral("a.txt"), "secret");
     ASSERT_EQ(link(bytesOf(path).constData(), bytesOf(desktop(QStringLiteral("twin"))).constData()), 0);
@@ -146,7 +146,7 @@ TEST_F(ShredFile, HolesOfASparseFileAreFilled)
     EXPECT_EQ(remaining(), QStringList());
 }
 
-TEST_F(ShredFile, TheLoopKeepsTickingDuringEachCallAndNoneRunsOnTheMainThread)
+TEST_F(ShredFile, TheEventLoopRunsDuringEachCallAndNoneRunsOnTheMainThread)
 {
     EventLoopChecker loop;
     files.before = [&loop](const QString &call, const QString &) {
@@ -159,7 +159,7 @@ TEST_F(ShredFile, TheLoopKeepsTickingDuringEachCallAndNoneRunsOnTheMainThread)
     EXPECT_EQ(files.calls.size(), 3 * 5 + 3);
 }
 
-TEST_F(ShredFile, WhatIsAppendedMeanwhileIsNotOverwrittenAndGoesWithTheFile)
+TEST_F(ShredFile, DataAppendedMeanwhileIsNotOverwrittenAndRemovedWithTheFile)
 {
     const QString path = write(QStringLiteral("a.txt"), "12345");
     files.before = [&](const QString &call, const QString &opened) {
@@ -209,7 +209,7 @@ TEST_F(ShredFile, SuccessClosesTheMasterSession)
     EXPECT_FALSE(masterPassword.hasAuthenticationTimer());
 }
 
-TEST_F(ShredFile, CallbackIsLetGoWithTheEndOfTheRun)
+TEST_F(ShredFile, CallbackIsDestroyedAtTheEndOfTheRun)
 {
     const auto held = std::make_shared<int>();
     const ProgressCallback callback = [held](const QString &, double) {};
@@ -226,7 +226,7 @@ TEST_F(ShredFile, CallbackIsLetGoWithTheEndOfTheRun)
     EXPECT_EQ(held.use_count(), before);
 }
 
-TEST_F(ShredFile, WindowDoesNotWaitForTheFiles)
+TEST_F(ShredFile, ShreddingDoesNotBlockTheWindow)
 {
     int calls = 0;
     files.before = [&](const QString &call, const QString &) {
@@ -261,14 +261,14 @@ TEST_F(ShredFile, FlagAndCurrentOperationFollowTheRunAndAreClearedByALaterJob)
                                                             "busy Removing file metadata: a.txt\n"
                                                             "idle "));
     EXPECT_EQ(operations.mid(operations.size() - 2), QStringList(2, QStringLiteral("Removing file metadata: a.txt")))
-        << "the last two steps set none";
+        << "the last two steps do not set it";
     EXPECT_FALSE(flags.contains(false));
     EXPECT_EQ(shredder.shredProgress(), 0);
 }
 
 TEST_F(ShredFile, AWorkerThatIsFasterThanTheWindowReportsInOrder)
 {
-    // On one processor and in memory a pass is often over before the main thread starts to wait for it.
+    // On a single processor and in memory, a pass is often completed before the main thread starts to wait for it.
     cpu_set_t before{};
     ASSERT_EQ(sched_getaffinity(0, sizeof before, &before), 0);
     cpu_set_t one{};

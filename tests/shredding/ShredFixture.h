@@ -25,16 +25,16 @@
 
 namespace quillhaven::testing {
 
-/// Real files, with a list of all that a shred does to them, and a way to look or to fail before and after each call.
+/// Real files, with a record of all calls of a shred, and hooks to check or fail before and after each call.
 class WatchedFiles : public FileManagerDecorator
 {
 public:
     using FileManagerDecorator::FileManagerDecorator;
 
-    /// What was called, in order: "open a.txt", "seek 0", "write 65536", "flush", "close", "move a.txt to (UUID)".
-    /// Looks ("size", "list") are left out.
+    /// The calls in order: "open a.txt", "seek 0", "write 65536", "flush", "close", "move a.txt to (UUID)". Checks
+    /// ("size", "list") are omitted.
     mutable QStringList calls;
-    /// Get the call's first word and its path, on the worker's thread. What they throw is the call's error.
+    /// Receive the call's first word and its path, on the worker's thread. An exception becomes the call's error.
     std::function<void(const QString &call, const QString &path)> before;
     std::function<void(const QString &call, const QString &path)> after;
 
@@ -84,14 +84,14 @@ private:
         } else if (word == QStringLiteral("open") || word == QStringLiteral("remove")) {
             line += QLatin1Char(' ') + shownName(call.path);
         }
-        const QMutexLocker lock(&m_mutex); // two runs may work at once
+        const QMutexLocker lock(&m_mutex); // two runs may work concurrently
         calls.append(line);
     }
 
     mutable QMutex m_mutex;
 };
 
-/// A shredder over real files in a temporary home, and a user who answers the master password dialog.
+/// A shredder with real files in a temporary home, and a user who answers the master password dialog.
 class ShredTest : public ::testing::Test
 {
 protected:
@@ -117,7 +117,7 @@ protected:
     }
     void shred(const QString &path) { runTask(shredder.shredItem(path, recorder())); }
     void bulkShred(const QStringList &paths) { runTask(shredder.bulkShredItems(paths, recorder())); }
-    /// The callback of every run: it records what it is called with and checks the thread.
+    /// The callback of every run: it records its arguments and checks the thread.
     ProgressCallback recorder()
     {
         return [this](const QString &status, double progress) {
@@ -133,7 +133,7 @@ protected:
     }
     [[nodiscard]] QString lines() const { return report.join(QLatin1Char('\n')); }
 
-    /// The text of the error that the call fails with.
+    /// The text of the error with which the call fails.
     template <typename Call>
     static QString failureOf(Call call)
     {
@@ -164,7 +164,7 @@ protected:
     [[nodiscard]] QStringList remaining() const { return remaining(desktop()); }
     static QByteArray read(const QString &path) { return TemporaryHome::read(path); }
     static QByteArray bytesOf(const QString &path) { return QFile::encodeName(path); }
-    /// Lets a plain user into the home and change what lies on the desktop.
+    /// Allows a normal user to enter the home and to change the files on the desktop.
     void openToAll() const
     {
         EXPECT_EQ(chmod(bytesOf(services.home.path()).constData(), 0755), 0);
@@ -182,12 +182,12 @@ protected:
     int prompts = 0;
 
     QStringList report;     ///< "status @ progress" with four digits
-    QStringList operations; ///< the current operation at each of them
-    QList<bool> flags;      ///< whether a shred was said to run then
+    QStringList operations; ///< the current operation at each report
+    QList<bool> flags;      ///< whether the shredder was busy then
     std::function<void(const QString &status)> onReport;
 };
 
-/// The same with a folder to shred.
+/// The same, with a folder to shred.
 class ShredDirectoryTest : public ShredTest
 {
 protected:
@@ -197,7 +197,7 @@ protected:
     {
         return write(QStringLiteral("folder/") + name, bytes);
     }
-    /// A second hard link to the file, outside the folder, which shows what happens to its bytes.
+    /// Creates a second hard link to the file, outside the folder, which shows what happens to its bytes.
     QString witness(const QByteArray &path)
     {
         const QString name = desktop(QStringLiteral("witness%1").arg(++m_witnesses));

@@ -54,7 +54,7 @@ TEST_F(ShredVolumes, FileMountedOverAnotherFailsBeforeAnythingIsOverwritten)
     EXPECT_EQ(read(outside), "kept");
 }
 
-TEST_F(ShredVolumes, FolderThatIsAMountPointIsEmptiedAndStays)
+TEST_F(ShredVolumes, FolderThatIsAMountPointIsEmptiedAndKept)
 {
     const QString volume = desktop(QStringLiteral("volume"));
     QDir().mkpath(volume);
@@ -78,7 +78,7 @@ TEST_F(ShredVolumes, ReadOnlyVolumeFailsAtTheFirstPass)
     EXPECT_EQ(read(path), "secret");
 }
 
-TEST_F(ShredVolumes, FullVolumeStopsWithoutRoomForTheHolesOfASparseFile)
+TEST_F(ShredVolumes, FullVolumeStopsIfThereIsNoSpaceForTheHolesOfASparseFile)
 {
     const QString volume = desktop(QStringLiteral("volume"));
     QDir().mkpath(volume);
