@@ -1,6 +1,6 @@
 #!/usr/bin/python3
 # SPDX-License-Identifier: GPL-3.0-or-later
-"""What the accessibility bus tells: a name for everything, and never a password."""
+"""What is on the accessibility bus: a name for every control, and never a password."""
 
 import flows
 from desktop_driver import BUTTON, DIALOG, FIELD
@@ -19,7 +19,7 @@ class Names(WindowTest):
         self.program.find(BUTTON, flows.PROTECT)
         self.assert_all_named("the empty window")
         flows.open_protection(self.program, letter)
-        self.assert_all_named("the question how to protect")
+        self.assert_all_named("the choice of a protection method")
         self.program.find(BUTTON, flows.re.compile(f"^{flows.PASSWORD_CARD}")).press()
         self.program.find(FIELD, "Confirm password")
         self.assert_all_named("the password dialog")
@@ -40,14 +40,14 @@ class Names(WindowTest):
         self.assert_all_named("the selection")
         self.program.press(BUTTON, "Shred (1)")
         self.program.says("Permanent Deletion Warning")
-        self.assert_all_named("the question before a shred")
+        self.assert_all_named("the confirmation of a shred")
         self.program.press(BUTTON, "Cancel")
         self.program.gone(None, "Permanent Deletion Warning")
         self.program.press(BUTTON, "Bulk Protect")
         self.program.press(BUTTON, "Select Files & Folders")
         flows.choose_in_panel(self.program, self.file("notes.txt"))
         self.program.says("Selected Items (1)")
-        self.assert_all_named("the sheet that gathers files")
+        self.assert_all_named("the sheet for choosing files")
         self.program.press(BUTTON, "Cancel")
         self.program.gone(None, "Selected Items (1)")
         self.program.press(BUTTON, "Backup")
@@ -56,7 +56,7 @@ class Names(WindowTest):
 
 
 class Sentences(WindowTest):
-    def test_a_dialog_is_read_out_by_its_title_and_holds_its_controls(self):
+    def test_a_dialog_has_its_title_as_name_and_contains_its_controls(self):
         flows.open_protection(self.program, self.file("letter.txt"))
         dialog = self.program.find(DIALOG, "Protect letter.txt")
         self.assertEqual(dialog.description, "Choose how to lock this file:")
@@ -66,7 +66,7 @@ class Sentences(WindowTest):
         dialog.find(BUTTON, "Cancel").press()
         self.program.gone(DIALOG, None)
 
-    def test_what_is_written_in_the_window_is_read_out(self):
+    def test_the_texts_in_the_window_are_read_out(self):
         self.program.says("Start protecting your sensitive files and folders by clicking the 'Protect New Item' button "
                           "above or by dragging them here.")
         self.program.says("Filters will appear once you add items.")
@@ -85,19 +85,19 @@ class Passwords(WindowTest):
     def assert_not_on_the_bus(self):
         for node in self.program.walk():
             for what in (node.name, node.description, node.text):
-                self.assertNotIn(self.SECRET, what, f"{node} tells the password")
+                self.assertNotIn(self.SECRET, what, f"{node} exposes the password")
 
-    def test_a_new_password_is_never_told(self):
+    def test_a_new_password_is_never_exposed(self):
         letter = self.file("letter.txt")
         flows.open_protection(self.program, letter)
         self.program.find(BUTTON, flows.re.compile(f"^{flows.PASSWORD_CARD}")).press()
         self.program.find(FIELD, "Password").type(self.SECRET)
         self.program.find(FIELD, "Confirm password").type(self.SECRET)
-        # Found only when enabled, which it is when both fields are filled.
+        # A button is only found if it is enabled, which requires that both fields are filled.
         self.program.find(BUTTON, "Protect")
         self.assert_not_on_the_bus()
 
-    def test_the_master_password_is_never_told(self):
+    def test_the_master_password_is_never_exposed(self):
         self.program.press(BUTTON, "Set Master Password")
         self.program.find(FIELD, "Master Password").type(self.SECRET)
         confirm = self.program.find(BUTTON, "Set Password")

@@ -1,6 +1,6 @@
 #!/usr/bin/python3
 # SPDX-License-Identifier: GPL-3.0-or-later
-"""Several items at once, shredding and recovering: each from the window to the disk."""
+"""Operations on several items, shredding and recovery, from the window to the disk."""
 
 import flows
 from desktop_driver import BUTTON, FIELD, ROW, key, type_text
@@ -21,8 +21,8 @@ class SeveralItems(WindowTest):
         self.letter = self.file("letter.txt", "dear\n")
         self.notes = self.file("notes.txt", "todo\n")
 
-    def gather(self, *paths):
-        """Opens the bulk sheet and fills it, one panel for each path."""
+    def add_to_bulk_sheet(self, *paths):
+        """Opens the bulk sheet and adds the paths, with one panel for each."""
         self.program.press(BUTTON, "Bulk Protect")
         for count, path in enumerate(paths, 1):
             self.program.press(BUTTON, "Select Files & Folders")
@@ -30,7 +30,7 @@ class SeveralItems(WindowTest):
             self.program.says(f"Selected Items ({count})")
 
     def protect_both(self):
-        self.gather(self.letter, self.notes)
+        self.add_to_bulk_sheet(self.letter, self.notes)
         self.program.press(BUTTON, "Protect 2 Items")
         self.program.says("Protect 2 Items")
         self.program.press(BUTTON, flows.re.compile(f"^{flows.PASSWORD_CARD}"))
@@ -48,7 +48,7 @@ class SeveralItems(WindowTest):
         self.program.press(BUTTON, "Select All")
         self.program.says("2 selected")
 
-    def test_two_files_are_protected_unlocked_locked_and_given_back_together(self):
+    def test_two_files_are_protected_unlocked_locked_and_restored_in_one_run(self):
         self.protect_both()
         self.assertEqual([self.letter.read_bytes(), self.notes.read_bytes()], [PLACEHOLDER, PLACEHOLDER])
 
@@ -77,8 +77,8 @@ class SeveralItems(WindowTest):
         self.assertEqual([self.letter.read_text(), self.notes.read_text()], ["dear\n", "todo\n"])
         self.assertEqual(self.home.catalogue(), [])
 
-    def test_the_bulk_sheet_lists_a_file_once_and_drops_it_again(self):
-        self.gather(self.letter)
+    def test_the_bulk_sheet_lists_a_file_once_and_removes_it_on_request(self):
+        self.add_to_bulk_sheet(self.letter)
         self.program.press(BUTTON, "Select Files & Folders")
         flows.choose_in_panel(self.program, self.letter)
         self.program.gone(FIELD, "Name:")
@@ -91,7 +91,7 @@ class SeveralItems(WindowTest):
         self.program.gone(None, "Bulk File Protection")
         self.assertEqual(self.home.catalogue(), [])
 
-    def test_one_row_is_ticked_and_locked_by_the_keyboard_alone(self):
+    def test_one_row_is_selected_and_locked_with_the_keyboard_only(self):
         self.protect_both()
         flows.unlock(self.program, "letter.txt")
         self.program.find(BUTTON, "Lock Item").focus()
@@ -113,11 +113,11 @@ class Shredding(WindowTest):
         self.letter = self.file("letter.txt")
         flows.protect_with_password(self.program, self.letter)
 
-    def test_an_item_is_destroyed_after_the_whole_confirmation(self):
+    def test_an_item_is_destroyed_after_it_was_fully_confirmed(self):
         item = self.home.item(self.letter)
         flows.press_in_row(self.program, "letter.txt", "Secure Shred")
         self.program.says("Permanent Deletion Warning")
-        # A press before everything is confirmed does nothing: the question is still there to be answered.
+        # A press before everything is confirmed does nothing: the dialog stays open.
         self.program.press(BUTTON, SHRED)
         box = self.program.find(CHECK_BOX, UNDERSTOOD)
         box.press()
@@ -136,7 +136,7 @@ class Shredding(WindowTest):
         self.assertEqual(self.home.catalogue(), [])
         self.assertNotIn(item["id"], self.keyring.entries())
 
-    def test_escape_leaves_the_question_and_the_item(self):
+    def test_escape_closes_the_dialog_and_keeps_the_item(self):
         flows.press_in_row(self.program, "letter.txt", "Secure Shred")
         self.program.find(FIELD, PHRASE_FIELD).focus()
         type_text("shred permanently")
@@ -146,7 +146,7 @@ class Shredding(WindowTest):
         flows.row(self.program, "letter.txt", "locked")
         self.assertEqual(len(list(self.home.storage.iterdir())), 1)
 
-    def test_a_duplicate_is_an_item_of_its_own(self):
+    def test_a_duplicate_is_a_separate_item(self):
         flows.press_in_row(self.program, "letter.txt", "Duplicate as Encrypted Copy")
         flows.grant_access(self.program)
         flows.row(self.program, "letter Copy.txt", "locked")
@@ -187,7 +187,7 @@ class Backups(WindowTest):
         self.program.press(BUTTON, "OK")
         self.program.gone(None, "Recovery Successful")
 
-    def test_without_a_place_for_backups_the_menu_says_so(self):
+    def test_the_menu_reports_that_there_is_no_folder_for_backups(self):
         self.program.find(BUTTON, flows.PROTECT)
         self.open_menu()
         self.program.says("iCloud is not available. Please sign in to iCloud and enable iCloud Drive.")

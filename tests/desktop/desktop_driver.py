@@ -2,9 +2,9 @@
 
 """Drives the real program over the accessibility bus, as a person with a screen reader does.
 
-A Program is started in a Home of its own. Controls are found by their role and the name that is read out, pressed,
-typed into and read back. Nothing here sleeps for a fixed time: every wait is for a condition and has an end, and a wait
-that ends in vain raises a DesktopError that holds what the screen said at that moment.
+A Program is started in its own Home. Controls are found by their role and their accessible name, pressed, typed into and
+read. Nothing here sleeps for a fixed time: every wait is for a condition and has a timeout, and a wait that times out
+raises a DesktopError with what was on the screen at that moment.
 """
 
 import os
@@ -31,11 +31,11 @@ ROW = "list item"
 
 
 class DesktopError(AssertionError):
-    """A condition on the screen or on disk that did not come true in time."""
+    """A condition on the screen or on disk that was not met in time."""
 
 
 def wait_for(condition, what, seconds=WAIT_SECONDS, explain=None):
-    """The first true value of condition(); raises DesktopError naming `what` when there is none in time."""
+    """Returns the first true value of condition(); raises a DesktopError that names `what` if there is none in time."""
     end = time.monotonic() + seconds
     while True:
         value = condition()
@@ -43,17 +43,17 @@ def wait_for(condition, what, seconds=WAIT_SECONDS, explain=None):
             return value
         if time.monotonic() > end:
             details = "\n" + explain() if explain else ""
-            raise DesktopError(f"Waited {seconds:.0f} s in vain for {what}.{details}")
+            raise DesktopError(f"Waited {seconds:.0f} s for {what}.{details}")
         time.sleep(POLL_SECONDS)
 
 
 def key(*names):
-    """Presses keys of the keyboard, such as key("Tab") or key("shift+Tab")."""
+    """Presses keys on the keyboard, such as key("Tab") or key("shift+Tab")."""
     subprocess.run(["xdotool", "key", "--clearmodifiers", *names], check=True)
 
 
 def type_text(text):
-    """Types on the keyboard, into whatever holds the focus."""
+    """Types on the keyboard, into the control that has the focus."""
     subprocess.run(["xdotool", "type", "--clearmodifiers", "--delay", "2", text], check=True)
 
 
@@ -62,7 +62,7 @@ def _pixels():
 
 
 def screenshot(path, seconds=2.0):
-    """Keeps what the whole display shows as a PNG, once two looks in a row are alike or the time is up."""
+    """Saves the whole display as a PNG, when two pictures in a row are equal or the time is up."""
     end = time.monotonic() + seconds
     before, now = None, _pixels()
     while now != before and time.monotonic() < end:
@@ -71,7 +71,7 @@ def screenshot(path, seconds=2.0):
 
 
 class Node:
-    """One accessible object. It may vanish at any time; reading a vanished one answers with nothing."""
+    """An accessible object. It may disappear at any time; then its properties are empty."""
 
     def __init__(self, accessible, program):
         self._accessible = accessible
@@ -97,7 +97,7 @@ class Node:
 
     @property
     def text(self):
-        """What a screen reader reads out of a field; empty for what has no text."""
+        """The text that a screen reader reads out for a field; empty if it has none."""
 
         def read():
             field = self._accessible.get_text_iface()
@@ -115,7 +115,7 @@ class Node:
         return self.has("showing") and self.has("visible")
 
     def _interface(self, get):
-        # The bus may be asked for a control's interfaces a moment before the control has told them.
+        # The bus can be asked for a control's interfaces before the control has registered them.
         return self._program.wait_for(lambda: self._read(get, None), f"{self} to answer")
 
     @property
@@ -129,18 +129,18 @@ class Node:
         for index in range(count):
             child = self._read(lambda: self._accessible.get_child_at_index(index), None)
             if child is not None:
-                # An object that was out of reach when its parent was cleared keeps what it told long ago.
+                # An object that was not reachable when its parent's cache was cleared still has its old values.
                 child.clear_cache()
                 yield Node(child, self._program)
 
     def walk(self):
-        """This object and all below it, from the outside in."""
+        """Yields this object and all objects below it, parents first."""
         yield self
         for child in self.children():
             yield from child.walk()
 
     def find(self, role, name):
-        """The showing control below this one, or None; see Program.find."""
+        """Returns the visible control below this one, or None; see Program.find."""
         return next((node for node in self.walk() if node.matches(role, name)), None)
 
     def matches(self, role, name):
@@ -156,7 +156,7 @@ class Node:
 
     @property
     def usable(self):
-        """Whether it can be pressed or typed into: a dialog that fades away still shows controls that cannot."""
+        """Whether it can be pressed or typed into: a dialog that is fading out still shows controls that cannot."""
         return self.has("enabled") and self.has("sensitive")
 
     def actions(self):
@@ -169,7 +169,7 @@ class Node:
         return self._read(read, [])
 
     def press(self):
-        """Does what a screen reader's "activate" does."""
+        """Performs the action that a screen reader calls "activate"."""
         actions = self.actions()
         for wanted in ("Press", "Toggle"):
             if wanted in actions:
@@ -178,13 +178,13 @@ class Node:
         raise DesktopError(f"{self} offers no press; it offers {actions}")
 
     def click(self, count=1):
-        """Presses the real pointer's button in the middle of the control."""
+        """Clicks with the pointer in the middle of the control."""
         x, y, width, height = self.bounds
         place = [str(x + width // 2), str(y + height // 2)]
         subprocess.run(["xdotool", "mousemove", "--sync", *place, "click", "--repeat", str(count), "1"], check=True)
 
     def focus(self):
-        """Gives the control the keyboard's focus, and waits until it has it."""
+        """Gives the keyboard focus to the control, and waits until it has it."""
         if not self.has("focused"):
             Atspi.Component.grab_focus(self._interface(self._accessible.get_component_iface))
         self._program.wait_for(lambda: self.has("focused"), f"the focus on {self}")
@@ -195,7 +195,7 @@ class Node:
         type_text(text)
 
     def set_text(self, text):
-        """Replaces the text of a field that offers that over the bus (the toolkit's file panels do)."""
+        """Replaces the text of a field that supports this over the bus (the toolkit's file panels do)."""
         Atspi.EditableText.set_text_contents(self._interface(self._accessible.get_editable_text_iface), text)
         self._program.wait_for(lambda: self.text == text, f"{self} to hold {text!r}")
 
@@ -204,7 +204,7 @@ class Node:
 
 
 class Program:
-    """One running process of the program in a Home."""
+    """A running process of the program in a Home."""
 
     def __init__(self, binary, home, arguments=()):
         self.home = home
@@ -221,20 +221,20 @@ class Program:
 
     @property
     def log(self):
-        """All that the program has written, of every start in this home."""
+        """Everything that the program has written since its first start in this home."""
         return self.log_path.read_text(errors="replace")
 
     def is_running(self):
         return self.process.poll() is None
 
     def quit(self):
-        """Asks the process to end, and waits for it; the exit code."""
+        """Asks the process to end, waits for it, and returns its exit code."""
         if self.is_running():
             self.process.send_signal(signal.SIGTERM)
         return self.wait()
 
     def kill(self):
-        """Ends the process at once, as a power cut does."""
+        """Ends the process immediately, as in a power cut."""
         if self.is_running():
             self.process.kill()
         return self.process.wait()
@@ -248,12 +248,12 @@ class Program:
             raise DesktopError(f"The program did not end in {WAIT_SECONDS:.0f} s.\n{self.describe()}") from None
 
     @staticmethod
-    def greet_bus():
-        """Starts the accessibility bus of the session, where it does not run yet."""
+    def start_bus():
+        """Starts the accessibility bus of the session, if it is not running yet."""
         Atspi.get_desktop(0).get_child_count()
 
     def root(self):
-        """The program's object on the bus, read afresh, or None while there is none."""
+        """Returns the program's object on the bus without cached values, or None if there is none."""
         desktop = Atspi.get_desktop(0)
         desktop.clear_cache()
         for index in range(desktop.get_child_count()):
@@ -270,13 +270,13 @@ class Program:
         return root.walk() if root else iter(())
 
     def look(self, role, name):
-        """The first control of this role and name that shows, or None; a button or a field must be enabled too.
+        """Returns the first visible control with this role and name, or None; a button or a field must also be enabled.
 
-        A name may be a compiled pattern, and None is any name or role."""
+        A name may be a compiled pattern; None matches any name or role."""
         return next((node for node in self.walk() if node.matches(role, name)), None)
 
     def find(self, role, name, seconds=WAIT_SECONDS):
-        """As look, but waits until there is one."""
+        """Like look, but waits until there is one."""
         wanted = name.pattern if isinstance(name, re.Pattern) else name
         return self.wait_for(lambda: self.look(role, name), f'a {role or "control"} called "{wanted}"', seconds)
 
@@ -284,14 +284,14 @@ class Program:
         return [node for node in self.walk() if node.matches(role, name)]
 
     def gone(self, role, name):
-        """Waits until no control of this role and name shows any more."""
-        self.wait_for(lambda: self.look(role, name) is None, f'the {role} "{name}" to go')
+        """Waits until no visible control has this role and name."""
+        self.wait_for(lambda: self.look(role, name) is None, f'the {role} "{name}" to disappear')
 
     def press(self, role, name):
         self.find(role, name).press()
 
     def press_in(self, window, role, name):
-        """Presses a control of one window, named by its title: a sheet that is going may have one of the same name."""
+        """Presses a control in the window with this title: a sheet that is closing may have one with the same name."""
 
         def look():
             return next((node for each in self.windows() if each.name == window for node in each.walk()
@@ -300,11 +300,11 @@ class Program:
         self.wait_for(look, f'a {role} called "{name}" in "{window}"').press()
 
     def says(self, text):
-        """Waits until some label on the screen reads exactly this."""
+        """Waits until a label on the screen has exactly this text."""
         return self.wait_for(lambda: self.look(None, text), f'the text "{text}"')
 
     def focused(self):
-        """The control that holds the keyboard's focus, or None: the innermost one."""
+        """Returns the innermost control that has the keyboard focus, or None."""
         found = None
         for node in self.walk():
             if node.has("focused") and node.showing and node.role not in ("frame", "window"):
@@ -312,7 +312,7 @@ class Program:
         return found
 
     def wait_until_active(self):
-        """Waits until a window of the program takes what is typed."""
+        """Waits until a window of the program receives keyboard input."""
         self.wait_for(lambda: any(node.has("active") for node in self.windows()), "a window to become active")
 
     def windows(self):
@@ -331,7 +331,7 @@ class Program:
         return self.wait_for(lambda: line in self.log, f'the log line "{line}"')
 
     def tree(self):
-        """What the bus tells of the program, one object to a line."""
+        """Returns the program's objects on the bus, one in each line."""
         lines = []
 
         def add(node, depth):

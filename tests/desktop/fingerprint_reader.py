@@ -1,6 +1,6 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
 
-"""The virtual fingerprint reader of the session: enrols a finger over fprintd, and lays fingers on it."""
+"""The virtual fingerprint reader of the session: enrols a finger with fprintd, and simulates scans."""
 
 import os
 import socket
@@ -17,7 +17,7 @@ DEVICE = f"{SERVICE}.Device"
 
 
 def lay_finger(finger):
-    """One scan. The reader listens only while somebody has claimed it, so this waits for that."""
+    """Simulates one scan. The reader listens only while a client has claimed it, so this waits for that."""
     path = os.environ["FP_VIRTUAL_DEVICE"]
 
     def scan():
@@ -29,7 +29,7 @@ def lay_finger(finger):
         except (FileNotFoundError, ConnectionRefusedError):
             return False
 
-    wait_for(scan, "somebody to claim the fingerprint reader")
+    wait_for(scan, "a client to claim the fingerprint reader")
 
 
 def _device():
@@ -40,7 +40,7 @@ def _device():
 
 
 def forget_all():
-    """Forgets every finger of the user who runs this."""
+    """Deletes all enrolled fingers of the current user."""
     device = _device()
     try:
         device.ListEnrolledFingers("(s)", "")
@@ -54,7 +54,7 @@ def forget_all():
 
 
 def enrol(finger):
-    """Enrols a finger for the user who runs this."""
+    """Enrols a finger for the current user."""
     device = _device()
     answers = []
     device.connect("g-signal", lambda _proxy, _sender, name, values: name == "EnrollStatus" and answers.append(values[0]))

@@ -1,6 +1,6 @@
 #!/usr/bin/python3
 # SPDX-License-Identifier: GPL-3.0-or-later
-"""Protecting and unlocking with a fingerprint: a real fprintd, over a virtual reader."""
+"""Protecting and unlocking with a fingerprint, with the real fprintd and a virtual reader."""
 
 import flows
 from desktop_driver import BUTTON
@@ -22,7 +22,7 @@ class Fingerprint(WindowTest):
         flows.grant_access(self.program)
         flows.row(self.program, "letter.txt", "locked")
 
-    def test_a_finger_unlocks_what_was_protected_with_touch_id(self):
+    def test_the_enrolled_finger_unlocks_an_item_protected_with_touch_id(self):
         enrol("alice")
         self.protect_with_touch_id()
         item = self.home.item(self.letter)
@@ -35,7 +35,7 @@ class Fingerprint(WindowTest):
         flows.row(self.program, "letter.txt", "unlocked")
         self.assertEqual(picture(self.letter), self.before)
 
-    def test_another_finger_leaves_it_locked(self):
+    def test_another_finger_leaves_the_item_locked(self):
         enrol("alice")
         self.protect_with_touch_id()
         flows.press_in_row(self.program, "letter.txt", "Unlock Item")
@@ -44,7 +44,7 @@ class Fingerprint(WindowTest):
         flows.row(self.program, "letter.txt", "locked")
         self.assertEqual(self.letter.read_bytes(), PLACEHOLDER)
 
-    def test_without_an_enrolled_finger_it_says_that_touch_id_is_not_available(self):
+    def test_without_an_enrolled_finger_touch_id_is_reported_as_not_available(self):
         enrol("alice")
         self.protect_with_touch_id()
         forget_all()

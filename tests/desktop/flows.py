@@ -1,6 +1,6 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
 
-"""What a person does in the window, in the words that stand on it. Shared by the tour and the window tests."""
+"""The steps of a user in the window, by the texts on the screen. Shared by the tour and the window tests."""
 
 import re
 import subprocess
@@ -18,21 +18,21 @@ TOUCH_ID_CARD = "Touch ID Protection"
 
 
 def choose_in_panel(program, path):
-    """Answers the panel behind "Protect New Item" with a path."""
+    """Chooses a path in the panel that "Protect New Item" opens."""
     field = program.find(FIELD, "Name:")
     field.set_text(str(path))
     program.press(BUTTON, "Open")
 
 
 def open_protection(program, path):
-    """From the toolbar to the question how to protect."""
+    """Goes from the toolbar to the choice of a protection method."""
     program.press(BUTTON, PROTECT)
     choose_in_panel(program, path)
     program.says(f"Protect {path.name}")
 
 
 def enter_new_password(program, password, again=None):
-    """Fills the two fields of a new password, and presses "Protect"."""
+    """Fills in the two fields for a new password, and presses "Protect"."""
     program.find(FIELD, "Password").type(password)
     program.find(FIELD, "Confirm password").type(password if again is None else again)
     program.press(BUTTON, "Protect")
@@ -49,7 +49,7 @@ def decline_access(program):
 
 
 def protect_with_password(program, path, password=ITEM_PASSWORD, grant=grant_access):
-    """All of it; waits until the list shows the item as locked."""
+    """Protects an item, and waits until the list shows it as locked."""
     open_protection(program, path)
     program.press(BUTTON, re.compile(f"^{PASSWORD_CARD}"))
     enter_new_password(program, password)
@@ -58,12 +58,12 @@ def protect_with_password(program, path, password=ITEM_PASSWORD, grant=grant_acc
 
 
 def row(program, name, state):
-    """The list's row of an item, once it reads as locked or unlocked."""
+    """Returns the row of an item when it is shown as locked or unlocked."""
     return program.find(ROW, f"{name}, {state}")
 
 
 def press_in_row(program, name, button):
-    """Presses a button of one item's row."""
+    """Presses a button in the row of an item."""
     found = program.wait_for(
         lambda: (line := program.look(ROW, re.compile(f"^{re.escape(name)}, (un)?locked$"))) and line.find(BUTTON, button),
         f'the button "{button}" in the row of {name}')
@@ -118,7 +118,7 @@ def remove_protection(program, name, locked=True, master_password=None):
 
 
 def dialog_button(program, name):
-    """A button that stands outside the rows: the last one of that name."""
+    """Returns a button outside the rows: the last one with that name."""
 
     def last():
         outside = [button for button in program.find_all(BUTTON, name)]
@@ -128,7 +128,7 @@ def dialog_button(program, name):
 
 
 def add_attributes(path, access_list=True):
-    """Gives a file what only a careful move keeps: a user attribute, an access list, an old time, an odd mode."""
+    """Gives a file properties that are easily lost in a move: an extended attribute and an access list."""
     subprocess.run(["setfattr", "-n", "user.quillhaven.note", "-v", "kept", str(path)], check=True)
     if access_list:
         subprocess.run(["setfacl", "-m", "u:65534:r", str(path)], check=True)

@@ -1,6 +1,6 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
 
-"""A throw-away home folder, and what a test reads in it: files with all that belongs to them, settings, the keyring."""
+"""A temporary home folder, and what a test reads in it: files with all their properties, settings, the keyring."""
 
 import hashlib
 import json
@@ -24,7 +24,7 @@ PLACEHOLDER = b"This file is protected by Quillhaven. Use the app to unlock it."
 
 
 class Home:
-    """A home folder of its own, on the disk of the build (which keeps extended attributes and access lists)."""
+    """A temporary home folder, on the disk of the build (which supports extended attributes and access lists)."""
 
     def __init__(self):
         parent = ROOT / "build" / "homes"
@@ -39,7 +39,7 @@ class Home:
             folder.mkdir(parents=True)
 
     def environment(self):
-        """What a program that lives in this home is started with."""
+        """Returns the environment for a program with this home."""
         return {
             **os.environ,
             "HOME": str(self.path),
@@ -56,14 +56,14 @@ class Home:
         return self.config / "quillhaven" / f"{domain}.db"
 
     def settings(self, domain=OWN_DOMAIN):
-        """All keys and values of a settings domain; empty when it was never written."""
+        """Returns all keys and values of a settings domain; empty if it was never written."""
         file = self.settings_file(domain)
         if not file.exists():
             return {}
         connection = sqlite3.connect(file, timeout=10)
         try:
             values = dict(connection.execute("SELECT key, value FROM defaults"))
-            # An array is kept element by element.
+            # The elements of an array are stored separately.
             for key, in connection.execute("SELECT key FROM defaults WHERE type = 'array'").fetchall():
                 elements = connection.execute("SELECT value FROM elements WHERE key = ? ORDER BY position", (key,))
                 values[key] = b"[" + b",".join(value for value, in elements) + b"]"
@@ -72,12 +72,12 @@ class Home:
             connection.close()
 
     def catalogue(self, domain=OWN_DOMAIN):
-        """The stored list of items, as the program reads it at its next start."""
+        """Returns the stored list of items, as the program reads it at its next start."""
         stored = self.settings(domain).get("ProtectedItems")
         return json.loads(stored) if stored else []
 
     def item(self, path):
-        """The stored record of the item that stands (or stood) at a path, or None."""
+        """Returns the stored record of the item with this original path, or None."""
         return next((item for item in self.catalogue() if item["originalPath"] == str(path)), None)
 
     def remove(self):
@@ -85,7 +85,7 @@ class Home:
 
 
 def picture(path):
-    """All that protecting must not lose of a file or folder, by name: bytes, times, mode, owner, attributes."""
+    """Returns everything that protecting a file or folder must preserve, by name: bytes, times, mode, owner, attributes."""
     path = Path(path)
     names = [path, *sorted(path.rglob("*"))] if path.is_dir() and not path.is_symlink() else [path]
     return {str(name.relative_to(path.parent)): _details(name) for name in names}
@@ -122,7 +122,7 @@ def _access_list(path):
 
 
 def differences(before, after):
-    """In words, what differs between two pictures; empty when nothing does."""
+    """Describes the differences between two pictures; empty if there are none."""
     found = []
     for name in sorted(before.keys() | after.keys()):
         if name not in after:
@@ -136,7 +136,7 @@ def differences(before, after):
 
 
 class Keyring:
-    """The session's Secret Service, read past the program."""
+    """The session's Secret Service, accessed without the program."""
 
     def __init__(self):
         self._service = Secret.Service.get_sync(Secret.ServiceFlags.LOAD_COLLECTIONS, None)
@@ -145,7 +145,7 @@ class Keyring:
         return self._service.search_sync(None, {}, Secret.SearchFlags.ALL | Secret.SearchFlags.LOAD_SECRETS, None)
 
     def entries(self):
-        """The secrets by their account."""
+        """Returns the secrets by their account."""
         found = {}
         for item in self._items():
             secret = item.get_secret()
@@ -163,7 +163,7 @@ class Keyring:
             self._service, Secret.COLLECTION_DEFAULT, Secret.CollectionFlags.NONE, None)
 
     def lock(self):
-        """Locks the keyring that new secrets go to. The daemon cannot open it again without its password."""
+        """Locks the keyring in which new secrets are stored. The daemon cannot unlock it again without its password."""
         locked, _ = self._service.lock_sync([self._collection()], None)
         if not locked:
             raise AssertionError("The keyring could not be locked.")

@@ -1,6 +1,6 @@
 #!/usr/bin/python3
 # SPDX-License-Identifier: GPL-3.0-or-later
-"""Everything by the keyboard alone: Tab, Return, Space, Escape."""
+"""Using the program with only the keyboard: Tab, Return, Space, Escape."""
 
 import flows
 from desktop_driver import BUTTON, FIELD, key, type_text
@@ -15,7 +15,7 @@ class Keyboard(WindowTest):
         self.program.wait_until_active()
 
     def tab_to(self, name):
-        """Presses Tab until the control of this name has the focus; a whole round without it is a failure."""
+        """Presses Tab until the control with this name has the focus; fails if it is not reached."""
         seen = []
         for _ in range(60):
             focused = self.program.focused()
@@ -46,7 +46,7 @@ class Keyboard(WindowTest):
         key("Return")
         flows.row(self.program, "letter.txt", "locked")
 
-    def test_escape_leaves_each_dialog(self):
+    def test_escape_closes_each_dialog(self):
         flows.open_protection(self.program, self.letter)
         key("Escape")
         self.program.gone(None, "Choose how to lock this file:")
@@ -63,7 +63,7 @@ class Keyboard(WindowTest):
         self.program.gone(FIELD, "Master Password")
         self.assertEqual(self.home.catalogue(), [])
 
-    def test_escape_gives_the_focus_back_to_the_button_that_opened_the_dialog(self):
+    def test_escape_returns_the_focus_to_the_button_that_opened_the_dialog(self):
         self.tab_to("^Set Master Password$")
         key("Return")
         self.program.find(FIELD, "Master Password")

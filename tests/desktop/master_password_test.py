@@ -1,6 +1,6 @@
 #!/usr/bin/python3
 # SPDX-License-Identifier: GPL-3.0-or-later
-"""The master password in front of what the window does."""
+"""The master password for the operations of the window."""
 
 import flows
 from desktop_driver import BUTTON, FIELD, key
@@ -16,7 +16,7 @@ class MasterPassword(WindowTest):
         flows.protect_with_password(self.program, self.letter)
         flows.set_master_password(self.program, self.home, self.keyring)
 
-    def test_a_wrong_one_shows_its_sentence_and_may_be_tried_again(self):
+    def test_a_wrong_password_shows_an_error_and_can_be_retried(self):
         flows.press_in_row(self.program, "letter.txt", "Unlock Item")
         for _ in range(2):
             flows.enter_master_password(self.program, "Wrong1Password")
@@ -26,14 +26,14 @@ class MasterPassword(WindowTest):
         flows.grant_access(self.program)
         flows.row(self.program, "letter.txt", "unlocked")
 
-    def test_an_empty_one_does_nothing_on_return(self):
+    def test_return_does_nothing_for_an_empty_password(self):
         flows.press_in_row(self.program, "letter.txt", "Unlock Item")
         self.program.find(FIELD, "Master Password").focus()
         key("Return")
         flows.enter_master_password(self.program, "Wrong1Password")
         self.program.says(INVALID)
 
-    def test_cancelling_it_leaves_the_item_locked_without_a_word(self):
+    def test_cancelling_leaves_the_item_locked_without_a_message(self):
         flows.press_in_row(self.program, "letter.txt", "Unlock Item")
         self.program.find(FIELD, "Master Password")
         self.program.press(BUTTON, "Cancel")
@@ -41,7 +41,7 @@ class MasterPassword(WindowTest):
         flows.row(self.program, "letter.txt", "locked")
         self.assertIsNone(self.program.look(None, "Error"))
 
-    def test_it_is_asked_anew_for_each_operation(self):
+    def test_each_operation_asks_for_it_again(self):
         flows.unlock(self.program, "letter.txt", master_password=flows.MASTER_PASSWORD)
         flows.lock(self.program, "letter.txt", master_password=flows.MASTER_PASSWORD)
         flows.remove_protection(self.program, "letter.txt", master_password=flows.MASTER_PASSWORD)
@@ -49,7 +49,7 @@ class MasterPassword(WindowTest):
 
 
 class ChoosingOne(WindowTest):
-    def test_a_weak_one_is_refused_with_its_sentence(self):
+    def test_a_weak_password_is_rejected_with_an_error(self):
         self.program.press(BUTTON, "Set Master Password")
         self.program.find(FIELD, "Master Password").type("feeble")
         self.program.press(BUTTON, "Set Password")

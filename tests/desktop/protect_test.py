@@ -1,6 +1,6 @@
 #!/usr/bin/python3
 # SPDX-License-Identifier: GPL-3.0-or-later
-"""Protecting: the rules for a new password, and what a declined panel leaves."""
+"""Protecting an item: the rules for a new password, and declined panels."""
 
 import flows
 from desktop_driver import BUTTON, DIALOG, LABEL, ROW
@@ -27,26 +27,26 @@ class Protecting(WindowTest):
         self.assertEqual(list(self.home.storage.iterdir()), [])
         self.assertEqual(self.keyring.entries(), {})
 
-    def test_a_weak_password_is_refused_with_its_sentence(self):
+    def test_a_weak_password_is_rejected_with_an_error(self):
         self.open_password_dialog()
         flows.enter_new_password(self.program, "feeble")
         self.program.says(WEAK)
         self.assert_untouched()
 
-    def test_two_different_passwords_are_refused_with_their_sentence_alone(self):
+    def test_two_different_passwords_are_rejected_with_only_that_error(self):
         self.open_password_dialog()
         flows.enter_new_password(self.program, "feeble", again="feeblest")
         self.program.says(MISMATCH)
         self.assertIsNone(self.program.look(None, WEAK))
         self.assert_untouched()
 
-    def test_the_requirements_that_a_password_misses_are_listed(self):
+    def test_the_requirements_for_a_password_are_listed(self):
         self.open_password_dialog()
         self.program.find(flows.FIELD, "Password").type("lower")
         for requirement in ("At least 8 characters", "Uppercase letter", "Lowercase letter", "Number"):
             self.program.find(None, flows.re.compile(requirement))
 
-    def test_a_declined_panel_says_so_and_leaves_the_file(self):
+    def test_a_declined_panel_is_reported_and_the_file_is_unchanged(self):
         self.open_password_dialog()
         flows.enter_new_password(self.program, flows.ITEM_PASSWORD)
         flows.decline_access(self.program)
@@ -55,13 +55,13 @@ class Protecting(WindowTest):
         self.program.press(BUTTON, "OK")
         self.program.gone(None, "File access was denied by the user")
 
-    def test_a_cancelled_choice_of_method_leaves_the_file(self):
+    def test_cancelling_the_choice_of_a_method_leaves_the_file_unchanged(self):
         flows.open_protection(self.program, self.letter)
         self.program.press(BUTTON, "Cancel")
         self.program.gone(None, "Choose how to lock this file:")
         self.assert_untouched()
 
-    def test_an_item_that_is_protected_already_is_refused_with_a_sentence(self):
+    def test_an_item_that_is_already_protected_is_rejected_with_an_error(self):
         flows.protect_with_password(self.program, self.letter)
         self.program.press(BUTTON, flows.PROTECT)
         flows.choose_in_panel(self.program, self.letter)
@@ -74,7 +74,7 @@ class Unlocking(WindowTest):
         self.letter = self.file("letter.txt")
         flows.protect_with_password(self.program, self.letter)
 
-    def test_a_wrong_item_password_fails_at_once_and_leaves_the_item_locked(self):
+    def test_a_wrong_item_password_fails_immediately_and_leaves_the_item_locked(self):
         flows.press_in_row(self.program, "letter.txt", "Unlock Item")
         flows.enter_item_password(self.program, "letter.txt", "Wrong1Password")
         self.program.says("Authentication failed. Please try again.")
@@ -84,14 +84,14 @@ class Unlocking(WindowTest):
         flows.unlock(self.program, "letter.txt")
         self.assertEqual(self.letter.read_text(), "content\n")
 
-    def test_a_cancelled_password_question_ends_without_a_word(self):
+    def test_cancelling_the_password_dialog_shows_no_message(self):
         flows.press_in_row(self.program, "letter.txt", "Unlock Item")
         self.program.says("Enter the password for 'letter.txt':")
         self.program.press(BUTTON, "Cancel")
         self.program.gone(None, "Enter the password for 'letter.txt':")
         flows.unlock(self.program, "letter.txt")
 
-    def test_a_declined_panel_ends_without_a_word(self):
+    def test_declining_the_panel_shows_no_message(self):
         flows.press_in_row(self.program, "letter.txt", "Unlock Item")
         flows.enter_item_password(self.program, "letter.txt")
         flows.decline_access(self.program)

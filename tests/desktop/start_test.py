@@ -1,6 +1,6 @@
 #!/usr/bin/python3
 # SPDX-License-Identifier: GPL-3.0-or-later
-"""Starting: a second time, again after an end, at login."""
+"""Starting the program: a second time, after it has ended, and at login."""
 
 import flows
 from desktop_driver import BUTTON
@@ -29,7 +29,7 @@ class Starting(WindowTest):
         flows.lock(again, "notes.txt")
         flows.unlock(again, "letter.txt")
 
-    def test_a_process_that_was_ended_at_once_keeps_the_list(self):
+    def test_a_killed_process_keeps_the_list(self):
         flows.protect_with_password(self.program, self.file("letter.txt"))
         self.program.kill()
         flows.row(self.start(), "letter.txt", "locked")
@@ -38,7 +38,7 @@ class Starting(WindowTest):
 class StartingAtLogin(WindowTest):
     starts = False
 
-    def test_no_window_shows_until_the_program_is_asked_for_again(self):
+    def test_no_window_is_shown_until_the_program_is_started_again(self):
         at_login = self.start("--login-item")
         at_login.wait_for_log("App launched in background mode (login item)")
         at_login.wait_for(at_login.root, "the program to be on the accessibility bus")

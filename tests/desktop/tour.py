@@ -1,8 +1,8 @@
 #!/usr/bin/python3
 # SPDX-License-Identifier: GPL-3.0-or-later
-"""A walk through the real program, as a person with a screen reader would take it.
+"""A tour of the real program, driven as by a person with a screen reader.
 
-Prints each step and what it left on disk, keeps screenshots, and ends with 1 when a step did not happen.
+Prints each step and what it changed on disk, saves screenshots, and exits with 1 if a step failed.
 """
 
 import argparse
@@ -32,7 +32,7 @@ class Tour:
         self.keyring = Keyring()
         self.program = None
 
-    # Telling
+    # Output
 
     def step(self, title):
         self._step += 1
@@ -46,7 +46,7 @@ class Tour:
 
     def check(self, holds, text):
         if not holds:
-            raise DesktopError(f"This does not hold: {text}")
+            raise DesktopError(f"This is not true: {text}")
         self.found(text)
 
     def shot(self, name):
@@ -54,7 +54,7 @@ class Tour:
         self._screenshots.mkdir(parents=True, exist_ok=True)
         screenshot(self._screenshots / f"{self._shot:02}-{name}.png")
 
-    # The walk
+    # The steps
 
     def run(self):
         self.start()
@@ -89,8 +89,8 @@ class Tour:
         self.program = Program(self._binary, self.home)
         self.program.find(None, flows.PROTECT)
         self.shot("empty-window")
-        self.check(self.home.storage.is_dir(), f"private storage stands, empty: {self.home.storage}")
-        self.check(self.home.storage.stat().st_mode & 0o077 == 0, "nobody else may look into it")
+        self.check(self.home.storage.is_dir(), f"private storage exists: {self.home.storage}")
+        self.check(self.home.storage.stat().st_mode & 0o077 == 0, "other users cannot read it")
 
     def protect_file(self):
         self.step('Protect the file "letter.txt" with a password')
@@ -114,16 +114,16 @@ class Tour:
 
         item = self.home.item(self.letter)
         self.letter_id = item["id"]
-        self.check(self.letter.read_bytes() == PLACEHOLDER, f"the placeholder stands at {self.letter}")
+        self.check(self.letter.read_bytes() == PLACEHOLDER, f"the placeholder is at {self.letter}")
         kept = Path(item["originalBackupPath"])
         self.check(kept.parent == self.home.storage and kept.read_bytes() == LETTER,
-                   f"the real data lies in private storage, as it was: {kept.name}")
+                   f"the data is unchanged in private storage: {kept.name}")
         container = Path(item["containerPath"])
         self.check(container == self.home.documents / "letter.txt.secured" and self.opens(container, flows.ITEM_PASSWORD),
-                   f"the container {container.name} opens under the password ({container.stat().st_size} bytes)")
-        self.check(not self.opens(container, "another"), "and under no other")
+                   f"the container {container.name} can be opened with the password ({container.stat().st_size} bytes)")
+        self.check(not self.opens(container, "another"), "but not with another one")
         self.check(self.keyring.entries().get(self.letter_id) == flows.ITEM_PASSWORD,
-                   f"the keyring holds the password under {self.letter_id}")
+                   f"the keyring contains the password under {self.letter_id}")
         self.check_summary()
 
     def protect_folder(self):
@@ -132,18 +132,18 @@ class Tour:
         self.did('the list reads "drafts, locked"')
         self.shot("folder-protected")
         item = self.home.item(self.drafts)
-        self.check(self.drafts.read_bytes() == PLACEHOLDER, f"a placeholder file stands at {self.drafts}")
+        self.check(self.drafts.read_bytes() == PLACEHOLDER, f"a placeholder file is at {self.drafts}")
         kept = Path(item["originalBackupPath"])
-        self.check((kept / "old" / "two.txt").read_text() == "two\n", "the folder lies whole in private storage")
+        self.check((kept / "old" / "two.txt").read_text() == "two\n", "the whole folder is in private storage")
         self.check(Path(item["containerPath"]).read_text() == f"FOLDER:{kept}", "its container is only a marker")
-        self.check(item["id"] not in self.keyring.entries(), "the keyring holds nothing for a folder")
+        self.check(item["id"] not in self.keyring.entries(), "the keyring contains nothing for a folder")
         self.check_summary()
 
     def set_master_password(self):
         self.step("Set a master password")
         flows.set_master_password(self.program, self.home, self.keyring)
         self.did('the button now reads "Change Master Password"')
-        self.check(self.keyring.entries().get("master_password") == flows.MASTER_PASSWORD, "the keyring holds it")
+        self.check(self.keyring.entries().get("master_password") == flows.MASTER_PASSWORD, "the keyring contains it")
         self.shot("master-password-set")
 
     def unlock_and_lock(self):
@@ -164,14 +164,14 @@ class Tour:
         self.shot("file-unlocked")
         self.check_unchanged(self.letter)
         item = self.home.item(self.letter)
-        self.check(not Path(item["originalBackupPath"]).exists(), "private storage holds it no more")
+        self.check(not Path(item["originalBackupPath"]).exists(), "it is no longer in private storage")
         self.check(item["isMounted"] and item["mountedPath"] == str(self.letter), "the catalogue says unlocked")
         self.check_summary()
 
         flows.lock(self.program, "letter.txt", flows.MASTER_PASSWORD)
         self.did('locked it: the master password again, and the list reads "letter.txt, locked"')
         self.check(self.letter.read_bytes() == PLACEHOLDER, "the placeholder is back")
-        self.check(Path(item["originalBackupPath"]).read_bytes() == LETTER, "the real data is back in private storage")
+        self.check(Path(item["originalBackupPath"]).read_bytes() == LETTER, "the data is back in private storage")
         self.check_summary()
 
     def restart(self):
@@ -184,9 +184,9 @@ class Tour:
             flows.row(self.program, name, "locked")
             self.did(f'the list reads "{name}, locked"')
         self.program.find(None, "Change Master Password")
-        self.did("the master password is known to be set")
+        self.did("the program knows that a master password is set")
         self.shot("after-restart")
-        self.check(self.home.catalogue() == catalogue, "the catalogue is as it was left")
+        self.check(self.home.catalogue() == catalogue, "the catalogue is unchanged")
 
     def remove_protection(self):
         self.step("Remove the protection of both")
@@ -199,22 +199,22 @@ class Tour:
         flows.grant_access(self.program)
         self.program.gone(flows.ROW, flows.re.compile("^letter.txt, "))
         flows.remove_protection(self.program, "drafts", master_password=flows.MASTER_PASSWORD)
-        self.did("both are gone from the list")
+        self.did("both were removed from the list")
         self.shot("nothing-protected")
         for path in (self.letter, self.drafts):
             self.check_unchanged(path)
         self.check(self.home.catalogue() == [], "the catalogue is empty")
         self.check(list(self.home.storage.iterdir()) == [], "private storage is empty")
         self.check(not list(self.home.documents.glob("*.secured")), "no container is left in Documents")
-        self.check(self.letter_id not in self.keyring.entries(), "the keyring holds no password of the file any more")
+        self.check(self.letter_id not in self.keyring.entries(), "the keyring no longer contains the file's password")
 
-    # What is looked at more than once
+    # Checks that several steps share
 
     def check_unchanged(self, path):
         changed = differences(self.before[path], picture(path))
         if changed:
-            raise DesktopError(f"{path.name} is not what it was:\n" + "\n".join(changed))
-        self.found(f"{path.name} is what it was: bytes, times to the nanosecond, mode, owner, attributes, access list")
+            raise DesktopError(f"{path.name} has changed:\n" + "\n".join(changed))
+        self.found(f"{path.name} is unchanged: bytes, times to the nanosecond, mode, owner, attributes, access list")
 
     def end_program(self):
         code = self.program.quit()
@@ -226,11 +226,11 @@ class Tour:
         keys = {"id", "originalName", "originalPath", "isFolder", "isMounted"}
         own = [{key: item[key] for key in keys} for item in self.home.catalogue()]
         self.check(self.home.catalogue(SHARED_DOMAIN) == own,
-                   f"both settings databases list {len(own)} item{'s' if len(own) != 1 else ''} alike")
+                   f"both settings databases list {len(own)} item{'s' if len(own) != 1 else ''} identically")
 
     @staticmethod
     def opens(container, password):
-        """Whether a container opens to the letter: HKDF over SHA-256 for the key, then AES-256-GCM."""
+        """Whether a container can be decrypted to the letter: HKDF over SHA-256 for the key, then AES-256-GCM."""
         stored = container.read_bytes()
         magic, salt, nonce, sealed = stored[:10], stored[10:42], stored[42:54], stored[54:]
         key = HKDF(algorithm=SHA256(), length=32, salt=salt, info=b"").derive(password.encode())

@@ -1,6 +1,6 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
 
-"""What every window test starts from: a home of its own, an empty keyring, the real program."""
+"""The base of all window tests: a new home, an empty keyring, and the real program."""
 
 import os
 import signal
@@ -30,13 +30,13 @@ class WindowTest(unittest.TestCase):
         self.program = self.start() if self.starts else None
 
     def start(self, *arguments):
-        """One more process of the program in this test's home."""
+        """Starts another process of the program in this test's home."""
         program = Program(PROGRAM, self.home, arguments)
         self.started.append(program)
         return program
 
     def file(self, name, content="content\n"):
-        """A file in the home's Documents."""
+        """Creates a file in the home's Documents."""
         path = self.home.documents / name
         path.write_text(content)
         return path
@@ -48,16 +48,16 @@ class WindowTest(unittest.TestCase):
             screenshot(picture)
             print(f"What the display showed: {picture}", file=sys.stderr)
         for program in self.started:
-            # One that broke off by itself, such as a sanitizer's finding, fails the test also when nobody looked for it.
+            # A process that ended by itself, such as on a sanitizer's finding, fails the test even if nothing waits for it.
             self.assertIn(program.kill(), (0, -signal.SIGKILL), program.log)
 
     def _failed(self):
-        # unittest keeps what went wrong with the running outcome alone.
+        # unittest records failures only in the outcome of the running test.
         result = self._outcome.result
         return any(test is self for test, _ in result.failures + result.errors) or not self._outcome.success
 
 
 def main():
-    # Brings the session's services up first, so that what they say of it does not stand amid the results.
-    Program.greet_bus()
+    # Starts the session's services first, so that their output does not appear among the results.
+    Program.start_bus()
     unittest.main(verbosity=2, warnings="ignore")
