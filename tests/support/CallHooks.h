@@ -16,7 +16,7 @@
 
 namespace quillhaven::testing {
 
-/// A hook in which this call of a file manager fails with the error number: for every path, or for these alone.
+/// A hook that makes this call of a file manager fail with the error number, for every path or only for these.
 [[nodiscard]] inline SeamHooks::Hook failing(const std::string &call, int errorNumber, const QStringList &paths = {})
 {
     using Action = FileError::Action;
@@ -33,7 +33,7 @@ namespace quillhaven::testing {
     };
 }
 
-/// A hook in which no memory is left for this call of a file manager for this path.
+/// A hook that makes this call of a file manager run out of memory for this path.
 [[nodiscard]] inline SeamHooks::Hook withoutMemory(const std::string &call, const QString &path)
 {
     return [=](const char *name, const QString &at) {
@@ -43,7 +43,7 @@ namespace quillhaven::testing {
     };
 }
 
-/// Holds this call for this path, or for every path, on the thread that makes it.
+/// Holds this call, for this path or for every path, on the thread that makes it.
 class HeldCall
 {
 public:
@@ -60,12 +60,12 @@ public:
     HeldCall(const HeldCall &) = delete;
     HeldCall &operator=(const HeldCall &) = delete;
 
-    /// Spins the event loop until the call is made; false when it is not.
+    /// Runs the event loop until the call is made; returns false if it is not.
     [[nodiscard]] bool hasStarted()
     {
         return spinUntil([this] { return m_state->started.tryAcquire(); });
     }
-    /// Lets one call go on.
+    /// Lets one call continue.
     void letGo() { m_state->letGo.release(); }
 
 private:

@@ -22,7 +22,7 @@
 
 namespace quillhaven::testing {
 
-/// The engine with its bulk cores open to a test.
+/// The engine with its bulk functions accessible to a test.
 class OpenQuillhavenManager : public QuillhavenManager
 {
 public:
@@ -33,14 +33,14 @@ public:
     using QuillhavenManager::unlockItemWithAccessibleURL;
 };
 
-/// One run of the program's engine over a TestPlatform, with a user who answers its dialogs. Build a second one over
+/// A run of the program's engine with a TestPlatform, and with a user who answers its dialogs. Create a second one with
 /// the same platform for a restart.
 class EngineHarness
 {
 public:
     explicit EngineHarness(TestPlatform &services) : EngineHarness(services.platform()) {}
 
-    /// The same with another file manager in front of the real one.
+    /// The same with another file manager instead of the real one.
     EngineHarness(TestPlatform &services, FileManager &fileManager) : EngineHarness(services.platform(fileManager)) {}
 
     explicit EngineHarness(const Platform &services)
@@ -49,7 +49,7 @@ public:
           shredder(platform, masterPassword),
           manager(platform, masterPassword, passwordDialog, shredder)
     {
-        // The store is asked at the start; a test that changes it afterwards means what comes later.
+        // Waits until the store was read, so that a test can change it afterwards.
         spinOnce();
         spinUntil([] { return WorkInFlight::count() == 0; });
         QObject::connect(
@@ -69,7 +69,7 @@ public:
         const auto json = platform.defaults.standard().dataForKey(settings::protectedItems.key);
         return json ? decodeProtectedItems(*json).value() : QList<ProtectedItem>();
     }
-    /// Opens a session, with a master password that is set for it.
+    /// Sets a master password and opens a session with it.
     void openMasterSession()
     {
         const QString password = QStringLiteral("Master12");
@@ -85,9 +85,9 @@ public:
     void unlock(qsizetype index = 0) { runTask(manager.unlockItem(item(index))); }
     void remove(qsizetype index = 0) { runTask(manager.removeProtection(item(index))); }
 
-    /// What the user types into the item's password dialog; absent means Cancel.
+    /// What the user types into the dialog for the item's password; nothing to cancel.
     std::optional<QString> itemPassword = QStringLiteral("Abcdefg1");
-    /// What the user types into the master password dialog; absent means Cancel.
+    /// What the user types into the master password dialog; nothing to cancel.
     std::optional<QString> masterPasswordEntry;
     int masterPrompts = 0;
     int passwordPrompts = 0;
@@ -128,7 +128,7 @@ private:
     }
 };
 
-/// The case of the engine's error that the call throws, or a test failure when it throws none.
+/// The case of the engine's error that the call throws. The test fails if it throws none.
 template <typename Call>
 QuillhavenError::Case engineErrorOf(Call call, QString *description = nullptr)
 {

@@ -9,7 +9,7 @@
 
 namespace quillhaven::testing {
 
-/// Says whether the main loop keeps running while something else does: it ticks only when the loop is free.
+/// Checks that the event loop of the main thread keeps running while something else is done.
 class EventLoopChecker
 {
 public:
@@ -19,8 +19,8 @@ public:
         m_timer.start(1);
     }
 
-    /// Called by a worker: waits until the loop has ticked again, twice, since the first tick may have been on its way.
-    /// False when the loop is blocked.
+    /// Called by a worker: waits until the loop has ticked twice more, since the first tick may already have been
+    /// queued. Returns false if the loop is blocked.
     [[nodiscard]] bool ticksAgain()
     {
         m_ticks.acquire(m_ticks.available());

@@ -8,7 +8,7 @@
 
 namespace quillhaven::testing {
 
-/// A reader with a fixed answer.
+/// A fingerprint reader with a fixed answer.
 class FakeBiometricAuthenticator : public BiometricAuthenticator
 {
     Q_OBJECT

@@ -10,8 +10,8 @@
 
 namespace quillhaven::testing {
 
-/// Answers each panel at once with what `answer` returns; by default with the item that was asked for, when it is
-/// there, as a user would who confirms.
+/// Answers each panel immediately with the result of `answer`; by default with the requested item, if it exists, like a
+/// user who confirms.
 class FakeFilePanels : public FilePanels
 {
 public:
@@ -21,7 +21,7 @@ public:
     [[nodiscard]] std::optional<QString> runModal(const OpenPanelRequest &request) override;
 
     std::function<std::optional<QString>(const OpenPanelRequest &)> answer;
-    /// What is ticked when access to several paths is asked for; all of them without it.
+    /// Returns the granted paths if access to several is requested; all of them if it is empty.
     std::function<std::optional<QStringList>(const AccessRequest &)> grant;
     QList<OpenPanelRequest> requests;
     QList<AccessRequest> accessRequests;

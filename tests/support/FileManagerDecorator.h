@@ -9,16 +9,16 @@
 
 namespace quillhaven {
 
-/// One call of a FileManager or of a file that it opened.
+/// A call of a FileManager or of a file that it opened.
 struct FileCall
 {
     const char *name = ""; ///< of the function
-    QString path;          ///< what it works on; empty where it works on no single item
+    QString path;          ///< what it works on; empty if it is not a single item
     QString detail = {};   ///< the second path of a move, the offset of a seek, the size of a write
 };
 
-/// Forwards every call to another FileManager, so that a test or a fuzzer overrides only what it changes: one function,
-/// or `around` for all of them, those of the files that it opens included. It outlives those files.
+/// Forwards every call to another FileManager, so that a test or a fuzzer only overrides what it changes: one function,
+/// or `around` for all of them, including those of opened files. It must outlive those files.
 class FileManagerDecorator : public FileManager
 {
 public:
@@ -105,7 +105,7 @@ public:
     }
 
 protected:
-    /// Runs around every call, on the thread that makes it: `next` makes it. What this throws is what the caller gets.
+    /// Called for every call, on the thread that makes it; `next` makes the call. The caller receives any exception.
     virtual void around(const FileCall & /*call*/, const std::function<void()> &next) const { next(); }
 
 private:

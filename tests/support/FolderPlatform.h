@@ -16,8 +16,8 @@
 
 namespace quillhaven::testing {
 
-/// A platform over a user's places that outlive it: real files and real settings databases; credentials, panels, finger
-/// and time are the test's to decide.
+/// A platform for existing user folders: real files and real settings databases, while the test controls credentials,
+/// panels, the fingerprint reader and the time.
 class FolderPlatform
 {
 public:
@@ -26,11 +26,11 @@ public:
     FolderPlatform(const FolderPlatform &) = delete;
     FolderPlatform &operator=(const FolderPlatform &) = delete;
 
-    /// The seam over these services.
+    /// The platform with these services.
     [[nodiscard]] Platform platform();
     /// The same with another file manager, such as one that fails.
     [[nodiscard]] Platform platform(FileManager &otherFiles);
-    /// The same with other stores as well.
+    /// The same with other stores too.
     [[nodiscard]] Platform platform(FileManager &otherFiles, UserDefaultsProvider &otherDefaults,
                                     CredentialStore &otherCredentials);
 

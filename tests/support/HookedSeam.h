@@ -14,14 +14,14 @@
 
 namespace quillhaven::testing {
 
-/// What happens around every call of the seam that changes something. `before` may throw in place of the call.
+/// Hooks for every call of a platform service that changes something. `before` can throw instead of the call.
 struct SeamHooks
 {
     using Hook = std::function<void(const char *call, const QString &path)>;
 
     Hook before;
     Hook after;
-    std::function<std::shared_ptr<void>()> scope; ///< what it returns lives as long as the call
+    std::function<std::shared_ptr<void>()> scope; ///< its result exists during the call
 
     template <typename Call>
     auto around(const char *name, const QString &path, Call call) const
@@ -45,8 +45,8 @@ struct SeamHooks
     }
 };
 
-/// A file manager that reports every change, and the calls that read whole files and folders. A file that is written
-/// whole is reported as "writeFile": before it is opened and after it is closed.
+/// A file manager that reports every change, and the calls that read whole files and folders. Writing a whole file is
+/// reported as "writeFile", before the file is opened and after it is closed.
 class HookedFileManager : public FileManagerDecorator
 {
 public:
@@ -140,7 +140,7 @@ private:
     const SeamHooks &m_hooks;
 };
 
-/// The domains of another provider, hooked.
+/// The hooked domains of another provider.
 class HookedUserDefaultsProvider : public UserDefaultsProvider
 {
 public:

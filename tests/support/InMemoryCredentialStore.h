@@ -8,7 +8,7 @@
 
 namespace quillhaven::testing {
 
-/// The rules of the credential store over a map. `failWith` makes every call answer that status.
+/// A credential store in a map. With `failWith`, every call returns that status.
 class InMemoryCredentialStore : public CredentialStore
 {
 public:
@@ -20,7 +20,7 @@ public:
     [[nodiscard]] CredentialStatus remove(const QString &service, const QString &account) override;
     [[nodiscard]] QString displayName() const override { return QStringLiteral("a map in memory"); }
 
-    /// Account to value, of every service.
+    /// Account to value, for all services.
     QMap<QString, QByteArray> entries;
     CredentialStatus failWith = credentialSuccess;
 };

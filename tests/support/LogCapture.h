@@ -9,7 +9,7 @@
 
 namespace quillhaven::testing {
 
-/// Collects what the program logs, for as long as it lives.
+/// Collects what the program logs during its lifetime.
 class LogCapture
 {
 public:
@@ -23,7 +23,7 @@ public:
     void clear();
 
 private:
-    /// Shared with the sink, which a worker may still call when this object has ended.
+    /// Shared with the sink, which a worker may still call after this object was destroyed.
     struct Text
     {
         QMutex mutex;

@@ -10,7 +10,7 @@
 
 namespace quillhaven::testing {
 
-/// A clock that moves only by hand; timers that fall due fire in the order of their time.
+/// A clock that only the test advances; due timers fire in the order of their times.
 class ManualClock : public Clock
 {
 public:
@@ -21,11 +21,11 @@ public:
     [[nodiscard]] std::unique_ptr<RunningTimer> startRepeating(std::chrono::milliseconds interval,
                                                                std::function<void()> action) override;
 
-    /// Lets time pass while the event loop runs: every timer fires at its moments.
+    /// Advances the time while the event loop is running: every timer fires at each of its times.
     void advance(std::chrono::milliseconds step);
-    /// Lets time pass at once, as while the machine is asleep: what fell due meanwhile fires at its end, once each.
+    /// Advances the time in one step, as while the machine is asleep: each timer that became due fires once at the end.
     void sleep(std::chrono::milliseconds step);
-    /// Timers that will still fire.
+    /// The number of timers that will still fire.
     [[nodiscard]] qsizetype pendingTimers() const { return m_entries.size(); }
 
     struct Entry
@@ -41,11 +41,11 @@ private:
     [[nodiscard]] std::unique_ptr<RunningTimer> start(std::chrono::milliseconds delay,
                                                       std::chrono::milliseconds interval, std::function<void()> action);
     void cancel(quint64 id);
-    /// Fires the first timer that falls due until `end`; false when there is none.
+    /// Fires the first timer that is due until `end`; returns false if there is none.
     bool fireNext(std::chrono::milliseconds end);
 
     QDateTime m_start = QDateTime(QDate(2026, 1, 1), QTime(12, 0), Qt::UTC);
-    std::atomic<std::chrono::milliseconds> m_elapsed{std::chrono::milliseconds(0)}; ///< workers read the uptime
+    std::atomic<std::chrono::milliseconds> m_elapsed{std::chrono::milliseconds(0)}; ///< worker threads read the uptime
     quint64 m_nextId = 1;
     QList<Entry> m_entries;
 };

@@ -15,7 +15,7 @@
 namespace quillhaven::testing {
 namespace {
 
-TEST(PrintLogger, JoinsTheItemsAndEndsWithTheTerminator)
+TEST(PrintLogger, JoinsTheItemsAndAppendsTheTerminator)
 {
     const LogCapture log;
     printLogger({QStringLiteral("a"), QStringLiteral("b")}, QStringLiteral(", "), QStringLiteral(";\n"));
@@ -23,7 +23,7 @@ TEST(PrintLogger, JoinsTheItemsAndEndsWithTheTerminator)
     EXPECT_EQ(log.lines(), QStringList({QStringLiteral("a, b;"), QStringLiteral("c")}));
 }
 
-TEST(PrintLogger, ASinkThatIsReplacedWhileAWorkerIsInItStaysWhole)
+TEST(PrintLogger, ASinkReplacedWhileAWorkerUsesItRemainsValid)
 {
     QSemaphore isInside;
     QSemaphore mayGoOn;
@@ -49,7 +49,7 @@ TEST(PrintLogger, ASinkThatIsReplacedWhileAWorkerIsInItStaysWhole)
     EXPECT_TRUE(watched.expired());
 }
 
-TEST(PrintLogger, CapturesComeAndGoWhileAWorkerLogs)
+TEST(PrintLogger, CapturesCanBeCreatedAndDestroyedWhileAWorkerLogs)
 {
     QSemaphore hasLogged;
     std::atomic<bool> isOver = false;

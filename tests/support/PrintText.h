@@ -6,7 +6,7 @@
 
 #include <ostream>
 
-/// For the messages of failed assertions, which would show each unit of the text as a number.
+/// For messages of failed assertions, which would otherwise print the code units as numbers.
 inline void PrintTo(const QString &text, std::ostream *out)
 {
     *out << '"' << text.toStdString() << '"';

@@ -16,15 +16,15 @@
 
 namespace quillhaven::testing {
 
-/// A guard against a hanging test, in milliseconds; never a measure.
+/// A timeout for a hanging test, in milliseconds; not for measurements.
 inline constexpr qint64 patience = 60'000;
 
-/// Spins the event loop until the condition holds. False after `limitMs` milliseconds.
+/// Runs the event loop until the condition is true. Returns false after `limitMs` milliseconds.
 inline bool spinUntil(const std::function<bool()> &condition, qint64 limitMs = patience)
 {
     QElapsedTimer timer;
     timer.start();
-    QTimer wakeUp; // the condition may turn true without an event of this thread
+    QTimer wakeUp; // the condition may become true without an event in this thread
     wakeUp.start(20);
     while (!condition()) {
         if (timer.elapsed() > limitMs) {
@@ -35,7 +35,7 @@ inline bool spinUntil(const std::function<bool()> &condition, qint64 limitMs = p
     return true;
 }
 
-/// Runs what is queued on the main loop now.
+/// Runs what is queued in the event loop now.
 inline void spinOnce()
 {
     for (int i = 0; i < 10; ++i) {
@@ -44,7 +44,7 @@ inline void spinOnce()
     }
 }
 
-/// A task in progress: its end, its result and its error can be asked for.
+/// A running task, with its state, its result and its error.
 template <typename T>
 class RunningTask
 {
@@ -55,10 +55,10 @@ public:
         m_hasSuspended = !m_state->finished;
     }
 
-    /// Whether the task gave the main loop back before its end.
+    /// Whether the task returned to the event loop before its end.
     [[nodiscard]] bool hasSuspended() const { return m_hasSuspended; }
     [[nodiscard]] bool isFinished() const { return m_state->finished; }
-    /// Waits for the end; rethrows what the task threw.
+    /// Waits for the end; rethrows the exception of the task.
     T wait(qint64 limitMs = patience) const
     {
         if (!spinUntil([this] { return m_state->finished; }, limitMs)) {
@@ -101,7 +101,7 @@ private:
     bool m_hasSuspended = false;
 };
 
-/// Runs a task to its end and returns its result, or throws what it threw.
+/// Runs a task to its end and returns its result, or rethrows its exception.
 template <typename T>
 T runTask(QCoro::Task<T> task, qint64 limitMs = patience)
 {

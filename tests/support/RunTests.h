@@ -8,7 +8,7 @@
 
 namespace quillhaven::testing {
 
-/// A warning that no test announced is a defect: a binding loop, an unknown property, a bad connect.
+/// A warning that no test expects is an error: a binding loop, an unknown property, a wrong connect.
 inline void failOnWarning(QtMsgType type, const QMessageLogContext &, const QString &message)
 {
     if (type == QtWarningMsg || type == QtCriticalMsg || type == QtFatalMsg) {
@@ -16,7 +16,7 @@ inline void failOnWarning(QtMsgType type, const QMessageLogContext &, const QStr
     }
 }
 
-/// Runs the tests of a program under an application of the given class; returns the exit status.
+/// Runs the tests of a program with an application of the given class; returns the exit code.
 template <typename Application>
 int runTests(int argc, char **argv)
 {
@@ -24,7 +24,7 @@ int runTests(int argc, char **argv)
     const Application application(argc, argv);
     qInstallMessageHandler(failOnWarning);
     const int result = RUN_ALL_TESTS();
-    // A worker thread that still ends while the process does leaves what a library keeps for it: it reads as a leak.
+    // A worker thread that ends at the same time as the process would look like a leak of its library's data.
     QThreadPool::globalInstance()->waitForDone();
     return result;
 }

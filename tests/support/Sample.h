@@ -6,8 +6,8 @@
 
 namespace quillhaven::testing {
 
-/// Which cases of a sweep a run tries. TEST_SHARE says how many of a hundred (100: all of them; 10 when it is not set),
-/// and TEST_SEED draws the same ones again. The first use prints the seed.
+/// Selects the cases of a sweep that a run tries. TEST_SHARE sets the percentage (by default 10; 100 for all), and
+/// TEST_SEED repeats the selection. The first use prints the seed.
 class Sample
 {
 public:
@@ -16,9 +16,9 @@ public:
     /// Whether the next case is tried.
     [[nodiscard]] bool isDrawn() { return m_random() % 100 < share(); }
 
-    /// Of 100 cases.
+    /// The percentage of the cases.
     [[nodiscard]] static unsigned share();
-    /// One seed for the whole run.
+    /// The same seed for the whole run.
     [[nodiscard]] static unsigned seed();
 
 private:

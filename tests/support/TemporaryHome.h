@@ -9,10 +9,10 @@
 
 namespace quillhaven::testing {
 
-/// The places of a user whose home is this folder, as a desktop has them.
+/// The folders of a user with this home, as on a desktop.
 [[nodiscard]] UserDirectories directoriesBelow(const QString &home);
 
-/// A home folder of one test's own, with the user's places in it, gone afterwards.
+/// A temporary home folder with the user's folders in it.
 class TemporaryHome
 {
 public:
@@ -20,7 +20,7 @@ public:
 
     [[nodiscard]] UserDirectories directories() const;
     [[nodiscard]] QString path(const QString &relative = {}) const;
-    /// Writes a file below the home, making the folders above it, and returns its path.
+    /// Writes a file below the home, creates its folders, and returns its path.
     QString write(const QString &relative, const QByteArray &bytes = "content") const;
     [[nodiscard]] static QByteArray read(const QString &path);
     [[nodiscard]] static bool exists(const QString &path);

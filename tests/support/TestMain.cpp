@@ -9,7 +9,7 @@
 
 #if __has_feature(thread_sanitizer)
 #include <dlfcn.h>
-// Qt starts programs by clone() with shared memory; the sanitizer's own clone() takes that for a fork and stops.
+// Qt starts programs with clone() and shared memory; the sanitizer's clone() treats that as a fork and stops.
 extern "C" int clone(int (*function)(void *), void *stack, int flags, void *argument, ...)
 {
     va_list rest;

@@ -7,14 +7,14 @@
 
 namespace quillhaven::testing {
 
-/// Comes before the platform that lives in it.
+/// A base class, so that the home is created before the platform that uses it.
 class HasTemporaryHome
 {
 public:
     TemporaryHome home;
 };
 
-/// A FolderPlatform over a temporary home.
+/// A FolderPlatform with a temporary home.
 class TestPlatform : public HasTemporaryHome, public FolderPlatform
 {
 public:

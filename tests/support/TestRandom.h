@@ -9,7 +9,7 @@
 
 namespace quillhaven::testing {
 
-/// A generator that fails every time.
+/// A generator that always fails.
 class FailingRandom : public OpenSslRandomSource
 {
 public:
@@ -30,7 +30,7 @@ private:
     bool m_isFirst = true;
 };
 
-/// Gives the bytes 0, 1, 2 and so on.
+/// Generates the bytes 0, 1, 2 and so on.
 class CountingRandom : public OpenSslRandomSource
 {
 public:

@@ -1,7 +1,7 @@
 #!/bin/bash
 # SPDX-License-Identifier: GPL-3.0-or-later
-# with-display.sh COMMAND...: runs the command on a virtual display, a session bus and a home of its own, with a window
-# manager, so that focus works as on a desktop. Nothing of it outlives the command.
+# with-display.sh COMMAND...: runs the command with its own virtual display, session bus and home, and with a window
+# manager, so that focus works as on a desktop. Everything ends with the command.
 set -u
 export PATH=/usr/bin:/bin:/usr/sbin:/sbin
 work=$(mktemp -d)

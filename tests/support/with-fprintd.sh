@@ -1,11 +1,11 @@
 #!/bin/bash
 # SPDX-License-Identifier: GPL-3.0-or-later
-# with-fprintd.sh COMMAND...: runs the command beside a real fprintd with a virtual fingerprint reader, on a private
-# system bus whose policy service allows everything. Nothing of it outlives the command.
+# with-fprintd.sh COMMAND...: runs the command with a real fprintd and a virtual fingerprint reader, on a private system bus
+# whose policy service allows everything. Everything ends with the command.
 #
-# The command finds DBUS_SYSTEM_BUS_ADDRESS, and FP_VIRTUAL_DEVICE: the reader's socket, which is there only while
-# somebody has claimed the reader. One connection takes one event: "SCAN finger", "RETRY code", "ERROR code", "UNPLUG".
-# BUS_ONLY=1 leaves fprintd out, for a command that starts it by itself.
+# The command gets DBUS_SYSTEM_BUS_ADDRESS, and FP_VIRTUAL_DEVICE: the reader's socket, which exists only while a client has
+# claimed the reader. One connection sends one event: "SCAN finger", "RETRY code", "ERROR code", "UNPLUG". BUS_ONLY=1 omits
+# fprintd, for a command that starts it itself.
 set -u
 export PATH=/usr/bin:/bin:/usr/sbin:/sbin
 support=$(cd "$(dirname "${BASH_SOURCE[0]}")" && pwd)
@@ -13,7 +13,7 @@ work=$(mktemp -d)
 started=()
 
 finish() {
-    # Last started, first ended. One that waits in a stopped state hears nothing but this.
+    # In reverse order of their start. A stopped process handles a signal only after SIGCONT.
     for ((i = ${#started[@]} - 1; i >= 0; i--)); do
         kill "${started[i]}" 2>/dev/null
         kill -CONT "${started[i]}" 2>/dev/null
@@ -48,7 +48,7 @@ gdbus wait --system --timeout 20 org.freedesktop.PolicyKit1 || fail "the policy 
 gdbus call --system -d org.freedesktop.PolicyKit1 -o /org/freedesktop/PolicyKit1/Authority \
     -m org.freedesktop.DBus.Mock.AllowUnknown true >/dev/null || fail "the policy service refused" "$work/polkit.log"
 
-# The virtual reader alone counts, also on a machine with a real one.
+# Only the virtual reader is used, also on a machine with a real one.
 export FP_VIRTUAL_DEVICE="$work/reader" FP_DRIVERS_ALLOWLIST=virtual_device STATE_DIRECTORY="$work/state"
 mkdir "$STATE_DIRECTORY"
 if [ -z "${BUS_ONLY:-}" ]; then

@@ -1,10 +1,9 @@
 #!/bin/bash
 # SPDX-License-Identifier: GPL-3.0-or-later
-# with-keyring.sh COMMAND...: runs the command beside a real, unlocked gnome-keyring-daemon whose entries live in a home
-# of their own. On a session bus of its own, unless KEEP_SESSION_BUS says to use the one there is. Nothing outlives the
-# command.
+# with-keyring.sh COMMAND...: runs the command with a real, unlocked gnome-keyring-daemon, whose entries are in a temporary
+# home, and with its own session bus, or the existing one if KEEP_SESSION_BUS is set. Everything ends with the command.
 #
-# KEYRING_LOCKED=1 leaves the keyring locked since its start; KEYRING_HOME keeps the entries in a folder that stays.
+# KEYRING_LOCKED=1 starts the keyring locked; KEYRING_HOME stores the entries in a folder that is kept.
 set -u
 export PATH=/usr/bin:/bin:/usr/sbin:/sbin
 if [ -z "${WITH_KEYRING_INNER:-}${KEEP_SESSION_BUS:-}" ]; then
@@ -26,7 +25,7 @@ start_keyring() { # PASSWORD
 }
 start_keyring test-password
 if [ -n "${KEYRING_LOCKED:-}" ]; then
-    # A keyring made under one password and started under another one is there, and locked.
+    # A keyring created with one password and started with another is available but locked.
     kill "$keyring"
     wait "$keyring" 2>/dev/null
     start_keyring another-password

@@ -1,8 +1,8 @@
 #!/bin/bash
 # SPDX-License-Identifier: GPL-3.0-or-later
-# with-mounts.sh [--in-memory] COMMAND...: runs a test that mounts small file systems of its own, or gives files to other
-# users, in a name space of mounts that ends with it. A plain user gets the right in a name space of users, where it is root
-# and has other users beside it.
+# with-mounts.sh [--in-memory] COMMAND...: runs a test that mounts small file systems or changes the owner of files, in a
+# mount namespace that ends with it. A normal user gets the right in a user namespace, in which it is root and has other
+# users.
 #
 # --in-memory keeps the temporary files in memory, for tests that open thousands of databases, each of which waits for the
 # disk.
@@ -16,8 +16,8 @@ fi
 spaces=(--mount --propagation private)
 [ "$(id -u)" -eq 0 ] || spaces+=(--user --map-root-user --map-auto)
 unshare "${spaces[@]}" true 2>/dev/null || {
-    echo "with-mounts.sh: this user may not mount, not even in a name space of its own. Run the test as root with the" \
-        "right to mount (CAP_SYS_ADMIN), or allow name spaces to users: sysctl user.max_user_namespaces and" \
+    echo "with-mounts.sh: this user cannot mount file systems, not even in a user namespace. Run the test as root with the" \
+        "right to mount (CAP_SYS_ADMIN), or allow user namespaces: sysctl user.max_user_namespaces and" \
         "kernel.unprivileged_userns_clone, the package uidmap, and a line for $(id -un) in /etc/subuid and /etc/subgid." >&2
     exit 99
 }
