@@ -115,8 +115,8 @@ class PowerCut(unittest.TestCase):
                     seen.add(part)
                     yield crash, part
 
-    def is_loss_seen(self, home, operation, flushes):
-        """Whether some state fails once the operation no longer makes these flushes."""
+    def detects_loss(self, home, operation, flushes):
+        """Whether the check of some state fails if the operation does not make these flushes."""
         before, recorder = home.record(operation)
         nothing = crash_model.Flush(file=-1)
         recorder.changes = [
@@ -133,21 +133,21 @@ class PowerCut(unittest.TestCase):
                 return True
         return False
 
-    def try_without(self, flushes):
+    def check_detected_without(self, flushes):
         home = Home(is_folder=False, is_across=True)
         self.addCleanup(home.remove)
         for step in ("protect", "unlock"):
             home.run(step)
-        self.assertTrue(self.is_loss_seen(home, "lock", flushes), "the model does not see what is not flushed")
+        self.assertTrue(self.detects_loss(home, "lock", flushes), "the model does not detect the missing flush")
 
-    def test_a_copy_that_is_not_flushed_is_seen(self):
-        self.try_without(lambda flush, disk: flush.file is not None and not is_database(flush.file, disk))
+    def test_a_missing_flush_of_the_copy_is_detected(self):
+        self.check_detected_without(lambda flush, disk: flush.file is not None and not is_database(flush.file, disk))
 
-    def test_a_folder_that_is_not_flushed_is_seen(self):
-        self.try_without(lambda flush, disk: flush.folder is not None)
+    def test_a_missing_flush_of_the_folder_is_detected(self):
+        self.check_detected_without(lambda flush, disk: flush.folder is not None)
 
-    def test_a_catalogue_that_is_not_flushed_is_seen(self):
-        self.try_without(lambda flush, disk: flush.file is not None and is_database(flush.file, disk))
+    def test_a_missing_flush_of_the_catalogue_is_detected(self):
+        self.check_detected_without(lambda flush, disk: flush.file is not None and is_database(flush.file, disk))
 
     def drawn(self, states, end):
         """Returns a sample of the states from before the operation returned, and of those from after it."""
