@@ -23,6 +23,22 @@ protected:
     using Run = std::unique_ptr<RunningTask<void>>;
 
     Run start(QCoro::Task<> task) { return std::make_unique<RunningTask<void>>(std::move(task)); }
+    /// The same up to its question, which nobody answers.
+    Run startUnanswered(QCoro::Task<> task)
+    {
+        engine.isItemPasswordAwaited = true;
+        Run run = start(std::move(task));
+        settle();
+        engine.isItemPasswordAwaited = false;
+        return run;
+    }
+    /// Lets everything run that does not wait for a user.
+    static void settle()
+    {
+        spinOnce();
+        EXPECT_TRUE(spinUntil([] { return WorkInFlight::count() == 0; }));
+        spinOnce();
+    }
     Run startLock() { return start(engine.manager.lockItem(engine.item())); }
     Run startBulkLock() { return start(engine.manager.bulkLockItems(engine.manager.protectedItems(), quiet)); }
     Run startUnlock() { return start(engine.manager.unlockItem(engine.item())); }
@@ -199,6 +215,56 @@ TEST_F(OperationsAtOnce, AShredThatAsksStopsWhenTheItemIsGivenBackMeanwhile)
     engine.masterPasswordDialog.authenticate(QStringLiteral("Master12"));
     EXPECT_EQ(engineErrorOf([&] { shred->wait(); }), QuillhavenError::itemNotFound);
     EXPECT_EQ(TemporaryHome::read(path), "mine");
+}
+
+TEST_F(OperationsAtOnce, AnUnlockWhoseQuestionAnotherItemsUnlockReplacesStaysSuspendedAndItsRecordBusy)
+{
+    startLocked();
+    const QString otherPath = services.home.write(QStringLiteral("Desktop/b.txt"), "other");
+    engine.protect(otherPath);
+    const Run replaced = startUnanswered(engine.manager.unlockItem(engine.item(0)));
+    ASSERT_EQ(engine.passwordDialog.message(), QStringLiteral("Enter the password for 'a.txt':"));
+    replaced->abandon();
+
+    engine.unlock(1);
+    settle();
+    EXPECT_TRUE(engine.item(1).isMounted);
+    EXPECT_EQ(TemporaryHome::read(otherPath), "other");
+
+    EXPECT_FALSE(replaced->isFinished());
+    EXPECT_TRUE(engine.item(0).isProcessing);
+    EXPECT_FALSE(engine.item(0).isMounted);
+    EXPECT_EQ(TemporaryHome::read(path), placeholderText.toUtf8());
+    EXPECT_EQ(TemporaryHome::read(engine.item(0).originalBackupPath), "mine");
+    EXPECT_FALSE(engine.manager.catalogue().isLeased(engine.item(0).id));
+}
+
+TEST_F(OperationsAtOnce, AShredWhoseQuestionAnotherItemsUnlockReplacesDestroysNothing)
+{
+    startLocked();
+    engine.protect(services.home.write(QStringLiteral("Desktop/b.txt"), "other"));
+    const ProtectedItem item = engine.item(0);
+    const QByteArray container = TemporaryHome::read(item.containerPath);
+    QStringList statuses;
+    const Run replaced = startUnanswered(engine.manager.shredProtectedItem(
+        item, [&statuses](const QString &status, double) { statuses.append(status); }));
+    ASSERT_EQ(engine.passwordDialog.message(), QStringLiteral("Enter the password for 'a.txt':"));
+    replaced->abandon();
+
+    engine.unlock(1);
+    settle();
+    ASSERT_EQ(engine.count(), 2);
+    EXPECT_TRUE(engine.item(1).isMounted);
+
+    EXPECT_FALSE(replaced->isFinished());
+    EXPECT_EQ(statuses, QStringList{QStringLiteral("Unlocking item before shredding...")});
+    EXPECT_EQ(TemporaryHome::read(path), placeholderText.toUtf8());
+    EXPECT_EQ(TemporaryHome::read(item.originalBackupPath), "mine");
+    EXPECT_FALSE(container.isEmpty());
+    EXPECT_EQ(TemporaryHome::read(item.containerPath), container);
+    EXPECT_TRUE(services.credentials.entries.contains(item.id));
+    EXPECT_EQ(engine.item(0).id, item.id);
+    EXPECT_EQ(engine.storedItems().size(), 2);
 }
 
 /// Random operations, started in random groups. QUILLHAVEN_INTERLEAVINGS sets the number of groups, QUILLHAVEN_SEED the

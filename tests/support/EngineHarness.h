@@ -87,6 +87,8 @@ public:
 
     /// What the user types into the dialog for the item's password; nothing to cancel.
     std::optional<QString> itemPassword = QStringLiteral("Abcdefg1");
+    /// The user lets the item's password dialog wait.
+    bool isItemPasswordAwaited = false;
     /// What the user types into the master password dialog; nothing to cancel.
     std::optional<QString> masterPasswordEntry;
     int masterPrompts = 0;
@@ -102,7 +104,7 @@ public:
 private:
     void answerPasswordDialog()
     {
-        if (!passwordDialog.isPresented()) {
+        if (!passwordDialog.isPresented() || isItemPasswordAwaited) {
             return;
         }
         ++passwordPrompts;
