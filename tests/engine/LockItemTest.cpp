@@ -10,7 +10,38 @@ using namespace std::chrono_literals;
 
 namespace {
 
-using LockItem = ProtectedFileTest;
+class LockItem : public ProtectedFileTest
+{
+protected:
+    /// The error of a lock whose move takes this long, and then fails if `failure` does.
+    QuillhavenError::Case errorOfLockOver(std::chrono::milliseconds duration, const SeamHooks::Hook &failure = {})
+    {
+        HeldCall move(hooks, "moveItem");
+        hooks.before = [held = hooks.before, failure](const char *call, const QString &at) {
+            held(call, at);
+            if (failure) {
+                failure(call, at);
+            }
+        };
+        const RunningTask<void> locking(engine.manager.lockItem(engine.item()));
+        EXPECT_TRUE(move.hasStarted());
+        services.clock.advance(duration);
+        move.letGo();
+        return engineErrorOf([&] { locking.wait(); });
+    }
+    /// What every lock logs before the move has ended.
+    [[nodiscard]] QString beginningOfALock() const
+    {
+        return QStringLiteral("Locking item: a.txt, isFolder: false\n"
+                              "Original path exists: %1\n"
+                              "Target backup path: %2\n"
+                              "🔄 Starting move operation for file: a.txt\n")
+            .arg(path, engine.item().originalBackupPath);
+    }
+
+    const QString errorOfLockItem =
+        QStringLiteral("❌ Error in lockItem (timeout or other), setting isProcessing = false for item");
+};
 
 } // namespace
 
@@ -105,9 +136,47 @@ TEST_F(LockItem, FailedMoveLeavesTheItemUnlockedAtItsPlace)
     EXPECT_EQ(TemporaryHome::read(path), "mine");
     EXPECT_TRUE(engine.item().isMounted);
     EXPECT_FALSE(engine.item().isProcessing);
-    EXPECT_TRUE(log.contains(QStringLiteral("❌ Error in lock operation, setting isProcessing = false for item")));
-    EXPECT_TRUE(
-        log.contains(QStringLiteral("❌ Error in lockItem (timeout or other), setting isProcessing = false for item")));
+}
+
+TEST_F(LockItem, LinesOfAFailedLockStandInTheirOrder)
+{
+    startUnlocked();
+    hooks.before = failing("moveItem", EIO);
+    log.clear();
+    EXPECT_EQ(engineErrorOf([&] { engine.lock(); }), QuillhavenError::accessDenied);
+    const QString reason = FileError::fromErrno(EIO, FileError::Action::Move, path).errorDescription();
+    EXPECT_EQ(log.lines().join(QLatin1Char('\n')),
+              beginningOfALock() + QStringLiteral("❌ Error moving file: ") + reason + QLatin1Char('\n') +
+                  QStringLiteral("❌ Error in lock operation, setting isProcessing = false for item\n") +
+                  errorOfLockItem);
+}
+
+TEST_F(LockItem, LinesOfALockThatTimesOutStandInTheirOrder)
+{
+    startUnlocked();
+    log.clear();
+    EXPECT_EQ(errorOfLockOver(30s), QuillhavenError::operationTimeout);
+    EXPECT_EQ(log.lines().join(QLatin1Char('\n')),
+              beginningOfALock() +
+                  QStringLiteral("✅ Successfully moved file to secure storage in 30.00s\n"
+                                 "🔄 Updating UI state for file: a.txt\n"
+                                 "✅ Updated protected items list\n"
+                                 "✅ Set isProcessing = false for item\n") +
+                  errorOfLockItem);
+}
+
+TEST_F(LockItem, LockThatFailsAfterItsTimeIsUpReportsTheTimeout)
+{
+    startUnlocked();
+    log.clear();
+    EXPECT_EQ(errorOfLockOver(30s, failing("moveItem", EIO)), QuillhavenError::operationTimeout);
+    EXPECT_TRUE(engine.item().isMounted);
+    EXPECT_EQ(TemporaryHome::read(path), "mine");
+    EXPECT_FALSE(engine.item().isProcessing);
+    const QStringList lines = log.lines();
+    EXPECT_EQ(lines.mid(lines.size() - 2),
+              QStringList({QStringLiteral("❌ Error in lock operation, setting isProcessing = false for item"),
+                           errorOfLockItem}));
 }
 
 TEST_F(LockItem, FailedPlaceholderLeavesTheDataInStorageAndALaterLockWritesIt)

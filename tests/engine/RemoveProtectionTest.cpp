@@ -208,6 +208,12 @@ TEST_F(RemoveProtection, PlaceholderThatCannotBeReplacedIsReportedAsInUse)
     EXPECT_EQ(text, QStringLiteral("Could not restore file to original location. The existing file may be in use by "
                                    "another application. Please close any applications using this file and try "
                                    "again."));
+    const QString reason = FileError::fromErrno(EBUSY, FileError::Action::Replace, path).errorDescription();
+    const QStringList lines = log.lines();
+    EXPECT_EQ(lines.mid(lines.size() - 3),
+              QStringList({QStringLiteral("⚠️ File already exists at original location, will replace it"),
+                           QStringLiteral("❌ Could not replace file: ") + reason,
+                           QStringLiteral("❌ Error removing protection: ") + text}));
     EXPECT_EQ(TemporaryHome::read(path), placeholderText.toUtf8());
     EXPECT_EQ(TemporaryHome::read(engine.item().originalBackupPath), "mine");
     EXPECT_EQ(engine.count(), 1);

@@ -213,6 +213,18 @@ TEST_F(UnlockItem, MissingStorageFolderIsLogged)
     EXPECT_TRUE(log.contains(QStringLiteral("📍 DEBUG: Backup directory does not exist: ") + storage));
 }
 
+TEST_F(UnlockItem, StorageDirectoryThatCannotBeListedIsLoggedWithTheReason)
+{
+    startLocked();
+    const QString storage = services.home.path(QStringLiteral(".local/share/quillhaven"));
+    ASSERT_TRUE(QDir(storage).removeRecursively());
+    services.home.write(QStringLiteral(".local/share/quillhaven"), "a file in its place");
+    EXPECT_EQ(engineErrorOf([&] { engine.unlock(); }), QuillhavenError::itemNotFound);
+    const QString reason = FileError::fromErrno(ENOTDIR, FileError::Action::List, storage).errorDescription();
+    EXPECT_EQ(log.lines().last(), QStringLiteral("📍 DEBUG: Could not list backup directory: ") + reason);
+    EXPECT_FALSE(engine.item().isMounted);
+}
+
 TEST_F(UnlockItem, DeletedPlaceholderCannotBeConfirmedAndTheUnlockEndsSilently)
 {
     startLocked();
