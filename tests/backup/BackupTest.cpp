@@ -43,6 +43,18 @@ protected:
         const OwnedBytes plain = decryptBackupFile(services.fileManager, path, password);
         return {reinterpret_cast<const char *>(plain.bytes.data()), static_cast<qsizetype>(plain.bytes.size())};
     }
+    /// Starts a backup while another operation moves the private copy away, and lets both come to their end.
+    void expectOvertaken(HeldCall &move, const RunningTask<void> &other)
+    {
+        ASSERT_TRUE(TemporaryHome::exists(engine->item().originalBackupPath)) << "there to be backed up when asked";
+        const RunningTask<void> backup(engine->manager.backupToiCloud(engine->item().id));
+        spinOnce();
+        move.letGo();
+        other.wait();
+        EXPECT_EQ(engineErrorOf([&] { backup.wait(); }), QuillhavenError::itemNotFound);
+        EXPECT_EQ(cloud.backupNames(), QStringList());
+        EXPECT_FALSE(log.contains(createdLine(QStringLiteral("a.txt"))));
+    }
     static QString createdLine(const QString &name)
     {
         return QStringLiteral("✅ iCloud backup created for item: ") + name;
@@ -215,6 +227,47 @@ TEST_F(Backup, ItemRemovedWhileItIsWrittenDoesNotAffectTheOthers)
     EXPECT_EQ(opened(others.at(0)), "b.txt");
     EXPECT_EQ(opened(others.at(1)), "c.txt");
     EXPECT_EQ(log.lines().last(), allLine);
+}
+
+TEST_F(Backup, BackupThatAnUnlockHasOvertakenIsNotFoundAndWritesNothing)
+{
+    start({QStringLiteral("a.txt")});
+    HeldCall move(hooks, "moveItem");
+    const RunningTask<void> unlock(engine->manager.unlockItem(engine->item()));
+    ASSERT_TRUE(move.hasStarted());
+    expectOvertaken(move, unlock);
+    EXPECT_TRUE(engine->item().isMounted);
+}
+
+TEST_F(Backup, BackupThatARemovalHasOvertakenIsNotFoundAndWritesNothing)
+{
+    start({QStringLiteral("a.txt")});
+    HeldCall replacement(hooks, "replaceItemAt");
+    const RunningTask<void> removal(engine->manager.removeProtection(engine->item()));
+    ASSERT_TRUE(replacement.hasStarted());
+    expectOvertaken(replacement, removal);
+    EXPECT_EQ(engine->count(), 0);
+}
+
+TEST_F(Backup, UnlockWaitsUntilTheBackupIsWhole)
+{
+    start({QStringLiteral("a.txt")});
+    const QString path = engine->item().originalPath;
+    HeldCall read(hooks, "readFile", engine->item().originalBackupPath);
+    const RunningTask<void> backup(engine->manager.backupToiCloud(engine->item().id));
+    ASSERT_TRUE(read.hasStarted());
+    EXPECT_TRUE(engine->manager.catalogue().isLeased(engine->item().id));
+    services.panels.requests.clear();
+    const RunningTask<void> unlock(engine->manager.unlockItem(engine->item()));
+    ASSERT_TRUE(spinUntil([this] { return !services.panels.requests.isEmpty(); }));
+    spinOnce();
+    EXPECT_FALSE(unlock.isFinished());
+    EXPECT_EQ(TemporaryHome::read(path), placeholderText.toUtf8());
+    read.letGo();
+    backup.wait();
+    unlock.wait();
+    EXPECT_EQ(opened(backupPath()), "a.txt");
+    EXPECT_EQ(TemporaryHome::read(path), "a.txt");
 }
 
 TEST_F(Backup, BackupDoesNotBlockTheWindow)
