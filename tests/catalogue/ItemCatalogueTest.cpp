@@ -2,12 +2,16 @@
 
 #include "catalogue/ItemCatalogue.h"
 #include "catalogue/CatalogueJson.h"
+#include "platform/linux/settings/SqliteUserDefaults.h"
 #include "settings/Settings.h"
 #include "support/HookedSeam.h"
 #include "support/RunTask.h"
 #include "support/TestPlatform.h"
 
+#include <QFile>
+
 #include <gtest/gtest.h>
+#include <sqlite3.h>
 
 using namespace quillhaven;
 using namespace quillhaven::testing;
@@ -39,10 +43,46 @@ protected:
         return defaults().suite(settings::sharedSuite)->dataForKey(settings::protectedItems.key).value_or(QByteArray());
     }
 
+    [[nodiscard]] static QByteArray sharedFormOf(const QList<ProtectedItem> &items)
+    {
+        QByteArrayList texts;
+        for (const ProtectedItem &item : items) {
+            texts.append(encodeProtectedItemInfo(item));
+        }
+        return "[" + texts.join(',') + "]";
+    }
+    /// Makes a domain of settings refuse every change of a list, as a full disk would.
+    void refuseWrites(const QString &domain)
+    {
+        for (const QByteArray change : {"INSERT", "UPDATE", "DELETE"}) {
+            runSql(domain, "CREATE TRIGGER refuse_" + change + " BEFORE " + change +
+                               " ON elements BEGIN SELECT RAISE(ABORT, 'refused'); END");
+        }
+    }
+    void allowWrites(const QString &domain)
+    {
+        for (const QByteArray change : {"INSERT", "UPDATE", "DELETE"}) {
+            runSql(domain, "DROP TRIGGER refuse_" + change);
+        }
+    }
+
     TestPlatform services;
     ItemCatalogue catalogue{defaults()};
     const QString a = QStringLiteral("A");
     const QString b = QStringLiteral("B");
+    const QString c = QStringLiteral("C");
+
+private:
+    /// Runs a statement on a domain's database as another program would.
+    void runSql(const QString &domain, const QByteArray &sql)
+    {
+        const QString path = SqliteUserDefaults::databasePath(services.directories.configuration, domain);
+        sqlite3 *connection = nullptr;
+        ASSERT_EQ(sqlite3_open(QFile::encodeName(path).constData(), &connection), SQLITE_OK);
+        EXPECT_EQ(sqlite3_exec(connection, sql.constData(), nullptr, nullptr, nullptr), SQLITE_OK)
+            << sqlite3_errmsg(connection);
+        sqlite3_close(connection);
+    }
 };
 
 } // namespace
@@ -120,6 +160,57 @@ TEST_F(ItemCatalogueTest, RecordThatCannotBeEncodedChangesNeitherStore)
     catalogue.remove({QString(QChar(0xd800))});
     catalogue.append(record(b));
     EXPECT_EQ(stored(), catalogue.items());
+}
+
+TEST_F(ItemCatalogueTest, SaveAfterAFailedOneStoresTheWholeList)
+{
+    catalogue.append(record(a));
+    catalogue.append(record(b));
+    for (const QString &domain :
+         {QString(SqliteUserDefaultsProvider::standardDomain), QString(settings::sharedSuite)}) {
+        const auto mount = [](ProtectedItem &item) { item.isMounted = !item.isMounted; };
+        const QList<ProtectedItem> storedBefore = stored();
+        const QByteArray sharedBefore = shared();
+        refuseWrites(domain);
+        catalogue.update(a, mount);
+        catalogue.remove({b});
+        catalogue.append(record(c));
+        EXPECT_TRUE(stored() == storedBefore || shared() == sharedBefore) << "nothing was refused";
+        allowWrites(domain);
+
+        catalogue.append(record(b));
+        EXPECT_EQ(stored(), catalogue.items()) << "refused by " << domain.toStdString();
+        EXPECT_EQ(shared(), sharedFormOf(catalogue.items())) << "refused by " << domain.toStdString();
+        catalogue.remove({c});
+        catalogue.save();
+        EXPECT_EQ(stored(), catalogue.items());
+    }
+}
+
+TEST_F(ItemCatalogueTest, RecordThatIsRemovedAndAddedAgainBeforeASaveMovesToTheEnd)
+{
+    catalogue.append(record(a));
+    catalogue.append(record(b));
+    ProtectedItem changed = record(a);
+    changed.isMounted = true;
+    catalogue.remove({a});
+    catalogue.append(changed);
+    EXPECT_EQ(catalogue.items(), (QList<ProtectedItem>{record(b), changed}));
+    EXPECT_EQ(stored(), catalogue.items());
+    EXPECT_EQ(shared(), sharedFormOf(catalogue.items()));
+}
+
+TEST_F(ItemCatalogueTest, RecordThatIsAddedChangedAndRemovedBeforeASaveIsStoredNowhere)
+{
+    catalogue.append(record(a));
+    refuseWrites(SqliteUserDefaultsProvider::standardDomain);
+    catalogue.append(record(b));
+    catalogue.updateUnsaved(b, [](ProtectedItem &item) { item.isMounted = true; });
+    catalogue.remove({b});
+    allowWrites(SqliteUserDefaultsProvider::standardDomain);
+    catalogue.save();
+    EXPECT_EQ(stored(), QList<ProtectedItem>{record(a)});
+    EXPECT_EQ(shared(), sharedFormOf({record(a)}));
 }
 
 TEST_F(ItemCatalogueTest, RecordIsFoundByIdAndByPath)
