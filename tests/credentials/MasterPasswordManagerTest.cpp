@@ -210,6 +210,37 @@ TEST_F(MasterPassword, GuardsThatWaitForTheAnswerAtStartAllPassIfThereIsNoMaster
     EXPECT_TRUE(second.wait());
 }
 
+TEST_F(MasterPassword, OneThatIsSetBeforeTheAnswerAtStartIsStoredAfterIt)
+{
+    m_store.isClosed = true;
+    beginStart();
+    const RunningTask<void> setting(m_manager->setMasterPassword(masterPassword));
+    ASSERT_TRUE(spinUntil([this] { return m_store.lookups > 1; }));
+    spinOnce();
+    EXPECT_TRUE(m_services.credentials.entries.isEmpty()) << "stored before the store had answered";
+    EXPECT_FALSE(setting.isFinished());
+    letThrough();
+    setting.wait();
+    EXPECT_EQ(m_services.credentials.entries.value(masterAccount), masterPassword.toUtf8());
+    EXPECT_TRUE(m_manager->hasMasterPassword()) << "what the store answered at start is no news any more";
+}
+
+TEST_F(MasterPassword, OneThatIsRemovedBeforeTheAnswerAtStartIsRemovedAfterIt)
+{
+    m_services.credentials.entries[masterAccount] = masterPassword.toUtf8();
+    m_store.isClosed = true;
+    beginStart();
+    const RunningTask<void> removing(m_manager->removeMasterPassword());
+    ASSERT_TRUE(spinUntil([this] { return m_store.lookups > 1; }));
+    spinOnce();
+    EXPECT_TRUE(m_services.credentials.entries.contains(masterAccount)) << "removed before the store had answered";
+    EXPECT_FALSE(removing.isFinished());
+    letThrough();
+    removing.wait();
+    EXPECT_TRUE(m_services.credentials.entries.isEmpty());
+    EXPECT_FALSE(m_manager->hasMasterPassword());
+}
+
 TEST_F(MasterPassword, AStrongPasswordIsStoredAndOpensNoSession)
 {
     EXPECT_EQ(settingErrorOf(m_manager->setMasterPassword(masterPassword)), std::nullopt);
