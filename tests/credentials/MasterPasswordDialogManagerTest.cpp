@@ -166,6 +166,25 @@ TEST_F(MasterPasswordDialog, AQuestionStartsWithoutTheStateOfTheLastOne)
     EXPECT_EQ(m_cancels, 0) << "the action of the last question was dropped";
 }
 
+TEST_F(MasterPasswordDialog, TextsAndActionsAreThereBeforeTheDialogIsPresented)
+{
+    m_dialog.setIsPresented(false);
+    QStringList answers;
+    const auto look = [&] {
+        EXPECT_EQ(m_dialog.title(), QStringLiteral("title"));
+        EXPECT_EQ(m_dialog.message(), QStringLiteral("message"));
+        m_dialog.onAuthenticate(QStringLiteral("entered"));
+        m_dialog.onCancel();
+    };
+    QObject::connect(&m_dialog, &MasterPasswordDialogManager::asked, look);
+    QObject::connect(&m_dialog, &MasterPasswordDialogManager::isPresentedChanged, look);
+    m_dialog.show(
+        {.title = QStringLiteral("title"), .message = QStringLiteral("message")},
+        [&](const QString &entered) { answers.append(entered); }, [&] { answers.append(QStringLiteral("cancel")); });
+    EXPECT_EQ(answers.join(QLatin1Char(' ')), QStringLiteral("entered cancel entered cancel"));
+    EXPECT_TRUE(m_entered.isEmpty() && m_cancels == 0) << "the last question's actions";
+}
+
 TEST_F(MasterPasswordDialog, AnErrorIsShownOnlyWhileTheFlagIsSet)
 {
     m_dialog.showError(QStringLiteral("wrong"));

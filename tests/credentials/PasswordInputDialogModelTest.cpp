@@ -99,6 +99,31 @@ TEST(PasswordInputDialogManager, AQuestionSetsItsFieldsAndTheOthersHaveTheirDefa
     manager.cancel();
 }
 
+TEST(PasswordInputDialogManager, AQuestionIsCompleteBeforeItIsPresented)
+{
+    PasswordInputDialogManager manager;
+    QStringList answers;
+    const auto answer = [&](const QString &text) { return [&answers, text] { answers.append(text); }; };
+    manager.setTitle(QStringLiteral("old"));
+    manager.setMessage(QStringLiteral("old"));
+    manager.setRequiresConfirmation(true);
+    manager.onConfirm = [&](const QString &) { answers.append(QStringLiteral("old")); };
+    manager.onCancel = answer(QStringLiteral("old"));
+    const auto look = [&] {
+        EXPECT_EQ(manager.title(), QStringLiteral("title"));
+        EXPECT_EQ(manager.message(), QStringLiteral("message"));
+        EXPECT_FALSE(manager.requiresConfirmation());
+        manager.onConfirm(strong);
+        manager.onCancel();
+    };
+    QObject::connect(&manager, &PasswordInputDialogManager::asked, look);
+    QObject::connect(&manager, &PasswordInputDialogManager::isPresentedChanged, look);
+    manager.show(
+        {.title = QStringLiteral("title"), .message = QStringLiteral("message")},
+        [&](const QString &password) { answers.append(password); }, answer(QStringLiteral("cancel")));
+    EXPECT_EQ(answers, (QStringList{strong, QStringLiteral("cancel"), strong, QStringLiteral("cancel")}));
+}
+
 TEST(PasswordInputDialogManager, AskReturnsThePasswordOrTheCancellation)
 {
     PasswordInputDialogManager manager;

@@ -99,7 +99,7 @@ TEST(ConfirmationDialogManager, QuestionIsSetCompletelyBeforeItIsPresented)
     manager.onConfirm = [] { ADD_FAILURE() << "the action of the last question was called"; };
     manager.onCancel = manager.onConfirm;
     bool wasComplete = false;
-    QObject::connect(&manager, &ConfirmationDialogManager::isPresentedChanged, [&] {
+    QObject::connect(&manager, &ConfirmationDialogManager::asked, [&] {
         wasComplete = manager.title() == QStringLiteral("Reset?") && manager.message() == QStringLiteral("Really?") &&
                       manager.confirmTitle() == QStringLiteral("Confirm") &&
                       manager.cancelTitle() == QStringLiteral("Cancel") && !manager.isDestructive() &&
@@ -107,6 +107,16 @@ TEST(ConfirmationDialogManager, QuestionIsSetCompletelyBeforeItIsPresented)
     });
     manager.show({.title = QStringLiteral("Reset?"), .message = QStringLiteral("Really?")});
     EXPECT_TRUE(wasComplete);
+
+    manager.setIsPresented(false);
+    manager.disconnect();
+    int answers = 0;
+    QObject::connect(&manager, &ConfirmationDialogManager::asked, [&] {
+        manager.onConfirm();
+        manager.onCancel();
+    });
+    manager.show({.title = {}, .message = {}}, [&] { ++answers; }, [&] { ++answers; });
+    EXPECT_EQ(answers, 2);
 }
 
 TEST(ConfirmationDialogManager, AskReturnsAfterTheDialogWasClosed)
@@ -205,6 +215,31 @@ TEST(ProtectionMethodDialogManager, AskReturnsTheChoice)
     EXPECT_EQ(second.wait(), Choice::Cancelled);
 }
 
+TEST(ProtectionMethodDialogManager, TitleAndActionsAreThereBeforeItIsPresented)
+{
+    using Choice = ProtectionMethodDialogManager::Choice;
+    ProtectionMethodDialogManager manager;
+    const auto leftOver = [] { ADD_FAILURE() << "the last question's action"; };
+    const auto choiceAtOnce = [&](std::function<void()> ProtectionMethodDialogManager::*action) {
+        manager.setIsPresented(false);
+        manager.setTitle(QStringLiteral("old"));
+        manager.onPasswordProtection = manager.onTouchIDProtection = manager.onCancel = leftOver;
+        const auto look = [&manager, action] {
+            EXPECT_EQ(manager.title(), QStringLiteral("Protect will.pdf"));
+            (manager.*action)();
+        };
+        const auto asked = QObject::connect(&manager, &ProtectionMethodDialogManager::asked, look);
+        const auto presented = QObject::connect(&manager, &ProtectionMethodDialogManager::isPresentedChanged, look);
+        const auto answer = manager.ask(QStringLiteral("Protect will.pdf"));
+        QObject::disconnect(asked);
+        QObject::disconnect(presented);
+        return answer.isGiven() ? answer.await_resume() : Choice::Replaced;
+    };
+    EXPECT_EQ(choiceAtOnce(&ProtectionMethodDialogManager::onPasswordProtection), Choice::Password);
+    EXPECT_EQ(choiceAtOnce(&ProtectionMethodDialogManager::onTouchIDProtection), Choice::TouchID);
+    EXPECT_EQ(choiceAtOnce(&ProtectionMethodDialogManager::onCancel), Choice::Cancelled);
+}
+
 TEST(ProtectionMethodDialogManager, WithoutActionsItOnlyCloses)
 {
     ProtectionMethodDialogManager manager;
@@ -226,6 +261,8 @@ TEST(RemoveProtectionDialogManager, ShowStoresItsArgumentsBeforeItPresents)
     };
     QObject::connect(&manager, &RemoveProtectionDialogManager::itemNameChanged, note);
     QObject::connect(&manager, &RemoveProtectionDialogManager::isPresentedChanged, note);
+    QObject::connect(&manager, &RemoveProtectionDialogManager::asked,
+                     [&] { EXPECT_TRUE(manager.onRemove && manager.onCancel); });
     bool isRemoved = false;
     bool isCancelled = false;
     manager.show(
