@@ -4,8 +4,11 @@
 
 #include "catalogue/QuillhavenError.h"
 #include "engine/PlaceholderFile.h"
+#include "settings/Settings.h"
 
 #include <QSignalSpy>
+
+#include <gmock/gmock.h>
 
 using namespace quillhaven;
 using namespace quillhaven::testing;
@@ -376,6 +379,21 @@ TEST_F(Bulk, ProtectByTouchIDAsksOnce)
     DashboardHarness::settle();
     ASSERT_EQ(started().manager.protectedItems().size(), 2);
     EXPECT_TRUE(started().item(1).useTouchID);
+    const QString marker = QStringLiteral("_touchid");
+    EXPECT_THAT(services.credentials.entries.keys(),
+                ::testing::UnorderedElementsAre(started().item(0).id + marker, started().item(1).id + marker));
+}
+
+TEST_F(Bulk, ProtectByTouchIDStoresEmptyPasswordsWhileTouchIDIsOff)
+{
+    services.defaults.standard().setBool(settings::enableTouchID.key, false);
+    bulk().performBulkProtect({writePaper(a), writePaper(b)});
+    started().chooseTouchID();
+    started().confirmationDialog.confirm();
+    DashboardHarness::settle();
+    ASSERT_EQ(started().manager.protectedItems().size(), 2);
+    EXPECT_EQ(services.credentials.entries,
+              (QMap<QString, QByteArray>{{started().item(0).id, ""}, {started().item(1).id, ""}}));
 }
 
 TEST_F(Bulk, ProtectAsksForTheMasterPasswordAfterThePassword)

@@ -4,6 +4,7 @@
 
 #include "catalogue/QuillhavenError.h"
 #include "platform/FileError.h"
+#include "settings/Settings.h"
 
 #include <QClipboard>
 #include <QGuiApplication>
@@ -131,7 +132,7 @@ TEST_F(DashboardActions, WindowCountsSeveralThatAreBeingProtected)
     EXPECT_EQ(started().manager.protectedItems().size(), 2);
 }
 
-TEST_F(DashboardActions, TouchIDCardPassesAnEmptyPasswordAndLogs)
+TEST_F(DashboardActions, TouchIDCardProtectsWithoutAPasswordDialogAndLogs)
 {
     protectByPanel(writePaper(QStringLiteral("will.pdf")));
     started().chooseTouchID();
@@ -139,7 +140,16 @@ TEST_F(DashboardActions, TouchIDCardPassesAnEmptyPasswordAndLogs)
     EXPECT_TRUE(started().item().useTouchID);
     EXPECT_FALSE(started().passwordDialog.isPresented());
     EXPECT_TRUE(log.contains(QStringLiteral("✅ Protected with Touch ID: will.pdf")));
-    EXPECT_FALSE(services.credentials.entries.contains(started().item().id + QStringLiteral("_password")));
+    EXPECT_EQ(services.credentials.entries.keys(), QStringList{started().item().id + QStringLiteral("_touchid")});
+}
+
+TEST_F(DashboardActions, TouchIDCardStoresAnEmptyPasswordWhileTouchIDIsOff)
+{
+    services.defaults.standard().setBool(settings::enableTouchID.key, false);
+    protectByPanel(writePaper(QStringLiteral("will.pdf")));
+    started().chooseTouchID();
+    ASSERT_EQ(started().manager.protectedItems().size(), 1);
+    EXPECT_EQ(services.credentials.entries, (QMap<QString, QByteArray>{{started().item().id, ""}}));
 }
 
 TEST_F(DashboardActions, CancelledGuardShowsNoDialog)
