@@ -7,6 +7,7 @@
 #include "presentation/tokens/Typography.h"
 
 #include <QMetaProperty>
+#include <QSet>
 #include <QSignalSpy>
 
 #include <gtest/gtest.h>
@@ -158,6 +159,118 @@ TEST(ColorTokens, EveryColourHasAChangeSignal)
         EXPECT_FALSE(meta->property(index).isConstant()) << meta->property(index).name();
         EXPECT_TRUE(meta->property(index).hasNotifySignal()) << meta->property(index).name();
     }
+}
+
+/// A colour by its name in QML: the token that it reads, and its value.
+struct NamedColor
+{
+    const char *name;
+    QColor ColorTokens::*token;
+    QRgb rgb;
+    int percentOpaque = 100;
+};
+
+const QList<NamedColor> namedColors{
+    {"primary", &ColorTokens::primary, 0x554DDD},
+    {"primaryAccent", &ColorTokens::primaryAccent, 0x4373F1},
+    {"bgBody", &ColorTokens::bgBody, 0x050D1D},
+    {"bgPanel", &ColorTokens::bgPanel, 0x29303F},
+    {"textPrimary", &ColorTokens::textPrimary, 0xFFFFFF},
+    {"textSecondary", &ColorTokens::textSecondary, 0xABB1BD},
+    {"cta", &ColorTokens::cta, 0x554DDD},
+    {"badgeLocked", &ColorTokens::badgeLocked, 0x554DDD},
+    {"iconStrong", &ColorTokens::iconStrong, 0x554DDD},
+    {"accent", &ColorTokens::accent, 0x554DDD},
+    {"selection", &ColorTokens::selection, 0x554DDD, 16},
+    {"badgeLockedBg", &ColorTokens::badgeLockedBg, 0x554DDD, 16},
+    {"cardBackground", &ColorTokens::cardBackground, 0x29303F},
+    {"windowBackground", &ColorTokens::windowBackground, 0x050D1D},
+    {"iconMuted", &ColorTokens::iconMuted, 0xABB1BD},
+    {"disabled", &ColorTokens::disabled, 0xABB1BD, 60},
+    {"borderSubtle", &ColorTokens::borderSubtle, 0xFFFFFF, 8},
+    {"badgeUnlocked", &ColorTokens::badgeUnlocked, 0x27CD41},
+    {"success", &ColorTokens::success, 0x27CD41},
+    {"badgeUnlockedBg", &ColorTokens::badgeUnlockedBg, 0x27CD41, 18},
+    {"badgeWarning", &ColorTokens::badgeWarning, 0xFF9F0A},
+    {"warning", &ColorTokens::warning, 0xFF9F0A},
+    {"badgeWarningBg", &ColorTokens::badgeWarningBg, 0xFF9F0A, 18},
+    {"error", &ColorTokens::error, 0xFF5A52},
+    {"info", &ColorTokens::info, 0x3D9BFF},
+    {"destructive", &ColorTokens::destructive, 0xCC4842},
+    {"statusEnabled", &ColorTokens::statusEnabled, 0x27CD41},
+    {"statusDisabled", &ColorTokens::statusDisabled, 0xABB1BD, 60},
+    {"statusWarning", &ColorTokens::statusWarning, 0xFF9F0A},
+    {"statusError", &ColorTokens::statusError, 0xFF5A52},
+    {"statusInfo", &ColorTokens::statusInfo, 0x3D9BFF},
+    {"focus", &ColorTokens::focus, 0x554DDD},
+    {"modalOverlay", &ColorTokens::modalOverlay, 0x000000, 30},
+    {"modalShadow", &ColorTokens::modalShadow, 0x000000, 8},
+    {"modalBackground", &ColorTokens::modalBackground, 0x161E2F},
+    {"background", &ColorTokens::background, 0x161E2F},
+    {"backgroundSecondary", &ColorTokens::backgroundSecondary, 0x0B1425},
+    {"backgroundTertiary", &ColorTokens::backgroundTertiary, 0x0B1425, 50},
+    {"text", &ColorTokens::text, 0xFFFFFF},
+    {"textTertiary", &ColorTokens::textTertiary, 0x7F8798},
+    {"hover", &ColorTokens::hover, 0x4373F1, 10},
+    {"border", &ColorTokens::border, 0xFFFFFF, 12},
+    {"divider", &ColorTokens::divider, 0xFFFFFF, 12},
+    {"focusRingHighContrast", &ColorTokens::focusRingHighContrast, 0x3D9BFF},
+    {"borderHighContrast", &ColorTokens::borderHighContrast, 0x000000},
+    {"textHighContrast", &ColorTokens::textHighContrast, 0x000000},
+    {"backgroundHighContrast", &ColorTokens::backgroundHighContrast, 0xFFFFFF},
+    {"badgeLockedFill", &ColorTokens::badgeLockedFill, 0xB6B2F7},
+    {"badgeUnlockedFill", &ColorTokens::badgeUnlockedFill, 0x2D4D41},
+    {"badgeUnlockedText", &ColorTokens::badgeUnlockedText, 0x27CD41},
+    {"badgeErrorBg", &ColorTokens::badgeErrorBg, 0xFF5A52, 18},
+    {"badgeInfoBg", &ColorTokens::badgeInfoBg, 0x3D9BFF, 18},
+    {"brightening", &ColorTokens::brightening, 0xFFFFFF},
+    {"pressed", &ColorTokens::pressed, 0x000000, 16},
+    {"panelHover", &ColorTokens::panelHover, 0x2E3647},
+    {"clear", &ColorTokens::clear, 0x000000, 0},
+};
+
+TEST(ColorTokens, EveryColourReadsItsOwnValueByItsName)
+{
+    const Colors dark;
+    QSet<QString> left;
+    const QMetaObject *meta = dark.metaObject();
+    for (int index = meta->propertyOffset(); index < meta->propertyCount(); ++index) {
+        if (meta->property(index).typeId() == QMetaType::QColor) {
+            left.insert(QString::fromLatin1(meta->property(index).name()));
+        }
+    }
+    left -= {QStringLiteral("accessibleTextColor"), QStringLiteral("accessibleBorderColor"),
+             QStringLiteral("accessibleFocusColor")};
+    for (const NamedColor &row : namedColors) {
+        const auto color = dark.property(row.name).value<QColor>();
+        EXPECT_EQ(color.rgb() & RGB_MASK, row.rgb) << row.name << " is " << color.name().toStdString();
+        EXPECT_EQ(percentOpaque(color), row.percentOpaque) << row.name;
+        EXPECT_TRUE(left.remove(QString::fromLatin1(row.name))) << row.name;
+    }
+    EXPECT_TRUE(left.isEmpty()) << "not in the table: " << left.values().join(QLatin1Char(' ')).toStdString();
+}
+
+TEST(ColorTokens, EveryColourReadsItsOwnTokenWhereOthersHaveTheSameValue)
+{
+    const QColor marked(1, 2, 3);
+    for (const NamedColor &row : namedColors) {
+        ColorTokens scheme;
+        scheme.*row.token = marked;
+        Colors colorsOfScheme;
+        colorsOfScheme.setTokens(scheme);
+        for (const NamedColor &other : namedColors) {
+            const bool isMarked = colorsOfScheme.property(other.name).value<QColor>() == marked;
+            EXPECT_EQ(isMarked, other.name == row.name) << other.name << " reads " << row.name;
+        }
+    }
+}
+
+TEST(ColorTokens, GradientsReadTheirOwnTokens)
+{
+    const Colors dark;
+    EXPECT_EQ(dark.property("primaryGradient").value<ColorGradient>(), colors.primaryGradient);
+    EXPECT_EQ(dark.property("primaryGradientHorizontal").value<ColorGradient>(), colors.primaryGradientHorizontal);
+    EXPECT_EQ(dark.property("primaryGradientVertical").value<ColorGradient>(), colors.primaryGradientVertical);
 }
 
 TEST(ColorTokens, GradientsRunFromPrimaryToItsAccent)
