@@ -76,6 +76,16 @@ public:
         return isReached;
     }
 
+    /// The panel of the sheet that the keyboard is in; null when it is in none.
+    [[nodiscard]] QQuickItem *sheet() const
+    {
+        QQuickItem *item = m_window->activeFocusItem();
+        while (item && !item->inherits("QQuickPopupItem")) {
+            item = item->parentItem();
+        }
+        return item;
+    }
+
     /// Whether the control with the keyboard focus shows a focus ring.
     [[nodiscard]] bool showsRing() const { return m_window->activeFocusItem()->property("visualFocus").toBool(); }
 
