@@ -11,9 +11,9 @@
 
 namespace quillhaven {
 
-/// Turns the signals that ask a process to end (SIGTERM, SIGINT, SIGHUP) into a Qt signal in the event loop. The program
-/// then ends as on any request (`ApplicationPresence::terminate`): no new work begins, and file operations in progress
-/// are finished first. There may be only one object at a time.
+/// Turns the signals that ask a process to end (SIGTERM, SIGINT, SIGHUP) into a Qt signal in the event loop. The
+/// program then ends as on any request (`ApplicationPresence::terminate`): no new work begins, and file operations in
+/// progress are finished first. There may be only one object at a time.
 class TerminationSignals : public QObject
 {
     Q_OBJECT
