@@ -3,7 +3,7 @@
 import QtQuick
 import Quillhaven.Design
 
-/// A button beside the main one.
+/// A button next to the main one.
 FilledButton {
     fill: Colors.bgPanel
     outline: Colors.borderSubtle

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-/// The look of a button beside the main one.
+/// The look of a button next to the main one.
 SecondaryButton {
 }

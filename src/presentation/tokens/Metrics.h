@@ -77,7 +77,7 @@ public:
     // Symbols
     static constexpr int symbolTiny = 12;
     static constexpr int symbolSmall = 14;
-    static constexpr int symbolText = 16;    ///< beside a line of text
+    static constexpr int symbolText = 16;    ///< next to a line of text
     static constexpr int symbolControl = 18; ///< in a control
     static constexpr int symbolEntry = 20;
     static constexpr int symbolStandard = 22;
