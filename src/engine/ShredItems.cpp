@@ -72,6 +72,8 @@ QCoro::Task<> QuillhavenManager::destroyItem(ProtectedItem item, OperationScope 
     };
     std::optional<bool> wasMounted; // once the operations before have ended
     for (const Part &part : parts) {
+        co_await operation.lease(); // An operation that moves the item is waited for before anything is looked for.
+        wasMounted = requireUnchanged(item, operation, wasMounted);
         if (!files.fileExists(part.path)) {
             continue;
         }
@@ -79,9 +81,7 @@ QCoro::Task<> QuillhavenManager::destroyItem(ProtectedItem item, OperationScope 
         // A cancelled question passes the part over, as the shredder's own guard does.
         if (co_await operation.leaseInSession()) {
             wasMounted = requireUnchanged(item, operation, wasMounted);
-            if (files.fileExists(part.path)) {
-                co_await m_secureShredder.shredItem(part.path, part.callback);
-            }
+            co_await m_secureShredder.shredItem(part.path, part.callback);
         }
     }
     co_await operation.lease();

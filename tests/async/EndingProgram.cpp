@@ -3,6 +3,7 @@
 #include "async/AfterPosted.h"
 #include "async/Answer.h"
 #include "async/Jobs.h"
+#include "async/MainThread.h"
 #include "async/OffMainThread.h"
 #include "async/WorkInFlight.h"
 #include "support/printLogger.h"
@@ -37,14 +38,11 @@ QCoro::Task<> moveThenRecord()
 {
     QSemaphore isClosing;
     auto move = [&isClosing] {
-        QMetaObject::invokeMethod(
-            QCoreApplication::instance(),
-            [&isClosing] {
-                close();
-                close();
-                isClosing.release();
-            },
-            Qt::QueuedConnection);
+        postToMainThread([&isClosing] {
+            close();
+            close();
+            isClosing.release();
+        });
         isClosing.acquire();
     };
     co_await offMainThread(std::move(move));

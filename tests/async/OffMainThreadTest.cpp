@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
+#include "async/MainThread.h"
 #include "async/OffMainThread.h"
 #include "support/EventLoopChecker.h"
 #include "support/RunTask.h"
@@ -51,10 +52,7 @@ TEST(OffMainThread, ContinuesAfterTheEventsThatTheWorkPosted)
 {
     bool isDelivered = false;
     const auto wasDeliveredFirst = [&isDelivered]() -> QCoro::Task<bool> {
-        auto work = [&isDelivered] {
-            QMetaObject::invokeMethod(
-                QCoreApplication::instance(), [&isDelivered] { isDelivered = true; }, Qt::QueuedConnection);
-        };
+        auto work = [&isDelivered] { postToMainThread([&isDelivered] { isDelivered = true; }); };
         co_await offMainThread(work);
         co_return isDelivered;
     };

@@ -11,6 +11,7 @@
 
 #include <gtest/gtest.h>
 
+#include <atomic>
 #include <map>
 
 namespace quillhaven::testing {
@@ -100,7 +101,7 @@ TEST_P(BusConnectionTest, NoConnectionIfTheListenerDoesNotAnswerAndTheLoopIsNotB
     const RunningTask<std::shared_ptr<BusConnection>> opening(BusConnection::open(pool, GetParam(), 50ms));
     EXPECT_TRUE(opening.hasSuspended());
     QThreadPool watcher;
-    bool hasTicked = false;
+    std::atomic<bool> hasTicked = false;
     watcher.start([&] { hasTicked = loop.ticksAgain(); });
     EXPECT_EQ(opening.wait(), nullptr);
     EXPECT_TRUE(spinUntil([&watcher] { return watcher.waitForDone(0); }));
