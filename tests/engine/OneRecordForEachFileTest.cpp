@@ -35,13 +35,23 @@ protected:
         return QDir(services.home.path(QStringLiteral(".local/share/quillhaven")))
             .entryList(QDir::AllEntries | QDir::NoDotAndDotDot);
     }
+    /// As one of a list, whose panel returns each path as requested; the panel of a single item resolves a link.
+    static void protectAsOneOfAList(EngineHarness &engine, const QString &link)
+    {
+        runTask(engine.manager.protectItemWithAccessibleURL(link, QStringLiteral("Abcdefg1"), false));
+    }
     /// Expects that the engine rejects the path, and creates neither a record nor a private copy.
-    void expectRejected(EngineHarness &engine, const QString &refused)
+    void expectRejected(EngineHarness &engine, const QString &rejected)
+    {
+        expectRejected(engine, [&] { engine.protect(rejected); });
+    }
+    template <typename Protect>
+    void expectRejected(EngineHarness &engine, Protect protect)
     {
         const qsizetype count = engine.count();
         const QStringList stored = storedNames();
         QString description;
-        EXPECT_EQ(engineErrorOf([&] { engine.protect(refused); }, &description), QuillhavenError::accessDenied);
+        EXPECT_EQ(engineErrorOf(protect, &description), QuillhavenError::accessDenied);
         EXPECT_EQ(description, alreadyProtected);
         EXPECT_EQ(engine.count(), count);
         EXPECT_EQ(storedNames(), stored);
@@ -75,14 +85,14 @@ TEST_F(OneRecordForEachFile, LinkToAnUnlockedItemIsRejected)
     engine.protect(path);
     engine.unlock();
     EXPECT_EQ(engine.manager.canProtectItem(other).errorMessage, alreadyProtected);
-    expectRejected(engine, other);
+    expectRejected(engine, [&] { protectAsOneOfAList(engine, other); });
 }
 
 TEST_F(OneRecordForEachFile, TargetOfAProtectedLinkHasItsOwnRecord)
 {
     const QString other = link(QStringLiteral("latest.txt"), path);
     EngineHarness engine(services);
-    engine.protect(other);
+    protectAsOneOfAList(engine, other);
     engine.unlock();
     EXPECT_TRUE(engine.manager.canProtectItem(path).canProtect);
     engine.protect(path);

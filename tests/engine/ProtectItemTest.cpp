@@ -309,10 +309,14 @@ TEST_F(ProtectItem, ReportsWhyAnItemCannotBeProtected)
     const QString fifo = services.home.path(QStringLiteral("Desktop/pipe"));
     ASSERT_EQ(::mkfifo(QFile::encodeName(fifo).constData(), 0600), 0);
     EngineHarness engine(services);
-    EXPECT_EQ(failureOf([&] { engine.protect(link); }),
+    // As one of a list, whose panel returns a path as requested.
+    const auto protect = [&](const QString &path) {
+        runTask(engine.manager.protectItemWithAccessibleURL(path, QStringLiteral("Abcdefg1"), false));
+    };
+    EXPECT_EQ(failureOf([&] { protect(link); }),
               QStringLiteral("Could not protect \"link\" because it is only a link. Protect the item it leads to "
                              "instead."));
-    EXPECT_EQ(failureOf([&] { engine.protect(fifo); }),
+    EXPECT_EQ(failureOf([&] { protect(fifo); }),
               QStringLiteral("Could not protect \"pipe\" because it is neither a file nor a folder."));
 }
 
