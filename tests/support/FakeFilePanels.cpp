@@ -2,38 +2,68 @@
 
 #include "support/FakeFilePanels.h"
 
+#include "platform/FileError.h"
+
 #include <QFileInfo>
+
+#include <algorithm>
 
 namespace quillhaven::testing {
 
-QCoro::Task<std::optional<QString>> FakeFilePanels::open(OpenPanelRequest request)
+namespace {
+
+/// What the panels make of a chosen path.
+QString usable(const QString &path)
 {
-    requests.append(request);
-    if (answer) {
-        co_return answer(request);
+    const QFileInfo info(path);
+    if (info.exists() && !info.isFile() && !info.isDir()) {
+        throw FileError::of(FileError::Kind::NotAFileOrFolder, FileError::Action::Use, path);
     }
+    return info.isSymLink() ? info.symLinkTarget() : path;
+}
+
+/// The item that was asked for, when it is there.
+std::optional<QString> preselected(const OpenPanelRequest &request)
+{
     const QString path = request.directory + QLatin1Char('/') + request.preselected;
     const QFileInfo info(path);
     const bool isAllowed = info.isDir() ? request.canChooseDirectories : info.exists() && request.canChooseFiles;
-    co_return isAllowed ? std::optional(path) : std::nullopt;
+    return isAllowed && !request.preselected.isEmpty() ? std::optional(path) : std::nullopt;
+}
+
+} // namespace
+
+std::optional<QString> FakeFilePanels::runModal(const OpenPanelRequest &request)
+{
+    requests.append(request);
+    const std::optional<QString> chosen = answer ? answer(request) : preselected(request);
+    return chosen ? std::optional(usable(*chosen)) : std::nullopt;
+}
+
+QCoro::Task<std::optional<QString>> FakeFilePanels::open(OpenPanelRequest request)
+{
+    co_return runModal(request);
 }
 
 QCoro::Task<std::optional<QStringList>> FakeFilePanels::openSeveral(OpenPanelRequest request)
 {
-    const std::optional<QString> one = co_await open(std::move(request));
-    co_return one ? std::optional(QStringList(*one)) : std::nullopt;
+    if (!answerSeveral) {
+        const std::optional<QString> one = runModal(request);
+        co_return one ? std::optional(QStringList(*one)) : std::nullopt;
+    }
+    requests.append(request);
+    std::optional<QStringList> chosen = answerSeveral(request);
+    if (chosen) {
+        std::ranges::transform(*chosen, chosen->begin(), usable);
+        chosen->sort(); // as the list is
+    }
+    co_return chosen;
 }
 
 QCoro::Task<std::optional<QStringList>> FakeFilePanels::grantAccess(AccessRequest request)
 {
     accessRequests.append(request);
     co_return grant ? grant(request) : std::optional(request.paths);
-}
-
-std::optional<QString> FakeFilePanels::runModal(const OpenPanelRequest &request)
-{
-    requests.append(request);
-    return answer ? answer(request) : std::nullopt;
 }
 
 } // namespace quillhaven::testing

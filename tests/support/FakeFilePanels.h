@@ -21,6 +21,8 @@ public:
     [[nodiscard]] std::optional<QString> runModal(const OpenPanelRequest &request) override;
 
     std::function<std::optional<QString>(const OpenPanelRequest &)> answer;
+    /// Answers a panel for several items; `answer` does if it is empty.
+    std::function<std::optional<QStringList>(const OpenPanelRequest &)> answerSeveral;
     /// Returns the granted paths if access to several is requested; all of them if it is empty.
     std::function<std::optional<QStringList>(const AccessRequest &)> grant;
     QList<OpenPanelRequest> requests;
