@@ -17,12 +17,6 @@ using namespace quillhaven::testing;
 
 namespace {
 
-class PromptingReader : public FakeBiometricAuthenticator
-{
-public:
-    using BiometricAuthenticator::setPrompt;
-};
-
 class WindowOfQuestions : public ::testing::Test
 {
 protected:
@@ -51,7 +45,7 @@ protected:
     QRasterWindow panel; ///< a window of the program without sheets
     ConfirmationDialogManager question;
     ErrorDialogManager error;
-    PromptingReader biometrics;
+    FakeBiometricAuthenticator biometrics;
     QuestionWindow place{[this] {
         ++timesBroughtForward;
         main.show();

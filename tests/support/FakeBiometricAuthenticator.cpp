@@ -2,6 +2,8 @@
 
 #include "support/FakeBiometricAuthenticator.h"
 
+#include <utility>
+
 namespace quillhaven::testing {
 
 QCoro::Task<bool> FakeBiometricAuthenticator::canEvaluatePolicy()
@@ -12,7 +14,21 @@ QCoro::Task<bool> FakeBiometricAuthenticator::canEvaluatePolicy()
 QCoro::Task<bool> FakeBiometricAuthenticator::evaluatePolicy(QString reason)
 {
     reasons.append(reason);
-    co_return matches;
+    if (!waitsForFinger || !isAvailable) {
+        co_return isAvailable &&matches;
+    }
+    const Answer<bool> finger;
+    m_waiting = finger;
+    setPrompt(true, reason, QStringLiteral("Place your finger on the reader"));
+    co_return co_await finger;
+}
+
+void FakeBiometricAuthenticator::decide(bool isMatch)
+{
+    setPrompt(false, {}, {});
+    if (const auto waiting = std::exchange(m_waiting, std::nullopt)) {
+        waiting->give(isMatch);
+    }
 }
 
 } // namespace quillhaven::testing

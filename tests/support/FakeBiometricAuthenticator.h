@@ -2,25 +2,37 @@
 
 #pragma once
 
+#include "async/Answer.h"
 #include "platform/BiometricAuthenticator.h"
 
 #include <QStringList>
 
+#include <optional>
+
 namespace quillhaven::testing {
 
-/// A fingerprint reader with a fixed answer.
+/// A fingerprint reader with a fixed answer or, if it waits for a finger, one that prompts until the test decides.
 class FakeBiometricAuthenticator : public BiometricAuthenticator
 {
     Q_OBJECT
 
 public:
+    using BiometricAuthenticator::setPrompt;
+
     [[nodiscard]] QCoro::Task<bool> canEvaluatePolicy() override;
     [[nodiscard]] QCoro::Task<bool> evaluatePolicy(QString reason) override;
-    void cancel() override {}
+    void cancel() override { decide(false); }
+
+    /// Ends an evaluation that waits for a finger.
+    void decide(bool isMatch);
 
     bool isAvailable = true;
     bool matches = true;
+    bool waitsForFinger = false;
     QStringList reasons;
+
+private:
+    std::optional<Answer<bool>> m_waiting;
 };
 
 } // namespace quillhaven::testing

@@ -219,22 +219,18 @@ TEST(RemoveProtectionDialogWindow, StartsAtCancelAndNamesTheItem)
 
 TEST(TouchIDPromptWindow, ShowsTheReasonAndTheHintAndEscapeCancels)
 {
-    class Prompting : public FakeBiometricAuthenticator
-    {
-    public:
-        void begin() { setPrompt(true, QStringLiteral("Unlock will.pdf"), QStringLiteral("Touch the reader")); }
-        void cancel() override { setPrompt(false, {}, {}); }
-    };
-    Prompting biometrics;
+    FakeBiometricAuthenticator biometrics;
+    biometrics.waitsForFinger = true;
     DialogScene scene(QStringLiteral("TouchIDPrompt { manager: scene.biometrics }"),
                       {{QStringLiteral("biometrics"), QVariant::fromValue<QObject *>(&biometrics)}});
-    biometrics.begin();
+    const RunningTask<bool> evaluation(biometrics.evaluatePolicy(QStringLiteral("Unlock will.pdf")));
     ASSERT_TRUE(scene.getsFocus("Cancel"));
-    for (const char *text : {"Touch ID", "Unlock will.pdf", "Touch the reader"}) {
+    for (const char *text : {"Touch ID", "Unlock will.pdf", "Place your finger on the reader"}) {
         EXPECT_TRUE(scene.heard().names.contains(QString::fromUtf8(text))) << text;
     }
     scene.press(Qt::Key_Escape);
     EXPECT_FALSE(biometrics.isPrompting());
+    EXPECT_FALSE(evaluation.wait());
     EXPECT_TRUE(scene.getsFocus("Behind"));
 }
 
