@@ -27,7 +27,7 @@
 #include <sys/resource.h>
 
 using namespace quillhaven;
-using namespace quillhaven::testing;
+using namespace quillhaven::test;
 
 namespace {
 

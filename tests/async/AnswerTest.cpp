@@ -10,7 +10,7 @@
 
 #include <vector>
 
-namespace quillhaven::testing {
+namespace quillhaven::test {
 namespace {
 
 // Long enough to be on the heap, so that a moved-from value would be empty.
@@ -99,4 +99,4 @@ TEST(AfterPosted, ContinuesAfterEarlierPostedEventsAndBeforeLaterOnes)
 }
 
 } // namespace
-} // namespace quillhaven::testing
+} // namespace quillhaven::test

@@ -6,7 +6,7 @@
 
 #include <gtest/gtest.h>
 
-namespace quillhaven::testing {
+namespace quillhaven::test {
 namespace {
 
 QString outputOf(const char *scenario)
@@ -48,4 +48,4 @@ TEST(EndOfWork, WorkRequestedAfterTheExitDoesNotStart)
 }
 
 } // namespace
-} // namespace quillhaven::testing
+} // namespace quillhaven::test

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-#include "async/MainThread.h"
 #include "async/OffMainThread.h"
+#include "async/MainThread.h"
 #include "support/EventLoopChecker.h"
 #include "support/RunTask.h"
 
@@ -11,7 +11,7 @@
 
 #include <stdexcept>
 
-namespace quillhaven::testing {
+namespace quillhaven::test {
 namespace {
 
 template <typename Work>
@@ -92,4 +92,4 @@ TEST(OffMainThread, ANestedLoopInAContinuationDeliversOtherResults)
 }
 
 } // namespace
-} // namespace quillhaven::testing
+} // namespace quillhaven::test

@@ -14,7 +14,7 @@
 #include <QThread>
 
 using namespace quillhaven;
-using namespace quillhaven::testing;
+using namespace quillhaven::test;
 
 namespace {
 

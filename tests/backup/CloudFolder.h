@@ -8,7 +8,7 @@
 
 #include <QDir>
 
-namespace quillhaven::testing {
+namespace quillhaven::test {
 
 /// The folder that the user's sync tool synchronizes, in a temporary home.
 class CloudFolder
@@ -47,4 +47,4 @@ private:
     TestPlatform &m_services;
 };
 
-} // namespace quillhaven::testing
+} // namespace quillhaven::test

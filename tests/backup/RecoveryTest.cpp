@@ -15,7 +15,7 @@
 #include <sys/stat.h>
 
 using namespace quillhaven;
-using namespace quillhaven::testing;
+using namespace quillhaven::test;
 
 namespace {
 

@@ -14,7 +14,7 @@
 #include <sqlite3.h>
 
 using namespace quillhaven;
-using namespace quillhaven::testing;
+using namespace quillhaven::test;
 
 namespace {
 

@@ -5,7 +5,7 @@
 
 #include <gtest/gtest.h>
 
-namespace quillhaven::testing {
+namespace quillhaven::test {
 namespace {
 
 /// The bytes 0 to 31.
@@ -64,4 +64,4 @@ TEST(KeyDerivation, BothNamesGiveTheSameKey)
 }
 
 } // namespace
-} // namespace quillhaven::testing
+} // namespace quillhaven::test

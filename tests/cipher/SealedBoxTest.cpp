@@ -8,7 +8,7 @@
 
 #include <algorithm>
 
-namespace quillhaven::testing {
+namespace quillhaven::test {
 namespace {
 
 SymmetricKey keyOf(const char *hex)
@@ -129,4 +129,4 @@ TEST(SealedBox, RoomForLessThanNonceAndTagIsRejected)
 }
 
 } // namespace
-} // namespace quillhaven::testing
+} // namespace quillhaven::test

@@ -8,7 +8,7 @@
 
 #include <gtest/gtest.h>
 
-namespace quillhaven::testing {
+namespace quillhaven::test {
 
 /// The tests that every check of a fingerprint must pass. Instantiate it with a type that has a `BiometricAuthenticator
 /// &authenticator()`, for which a finger of the user is enrolled, and the events of its reader: `placeFinger()`,
@@ -113,4 +113,4 @@ REGISTER_TYPED_TEST_SUITE_P(BiometricAuthenticatorContract, ItCanEvaluateWhileAF
                             AnotherFingerIsFalseAndTheNextEvaluationCounts, AFailingReaderIsFalse,
                             ACancelEndsARunningEvaluationWithFalse, ACancelDoesNothingWhenNoneRuns);
 
-} // namespace quillhaven::testing
+} // namespace quillhaven::test

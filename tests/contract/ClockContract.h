@@ -9,7 +9,7 @@
 #include <string>
 #include <vector>
 
-namespace quillhaven::testing {
+namespace quillhaven::test {
 
 /// The tests that every clock must pass. Instantiate it with a type that has a `Clock &clock()`; a
 /// `void pass(milliseconds)` that lets at least this time pass with the event loop running; and a
@@ -166,4 +166,4 @@ REGISTER_TYPED_TEST_SUITE_P(ClockContract, UptimeGrowsByTheElapsedTime, AOneShot
                             ATimerThatAnEarlierOneDestroysDoesNotFireEvenIfBothAreDue,
                             ATimerMayBeDestroyedByItsOwnAction, AnActionMayStartATimer);
 
-} // namespace quillhaven::testing
+} // namespace quillhaven::test

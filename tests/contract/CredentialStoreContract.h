@@ -8,7 +8,7 @@
 
 #include <QStringList>
 
-namespace quillhaven::testing {
+namespace quillhaven::test {
 
 /// The tests that every credential store must pass. Instantiate it with a type that has a `CredentialStore &store()`
 /// and that, when constructed, contains none of the accounts used here; each test constructs one.
@@ -129,4 +129,4 @@ REGISTER_TYPED_TEST_SUITE_P(CredentialStoreContract, AnAddedEntryIsFound,
                             BytesThatAreNotTextAreStoredUnchanged, AnEmptyValueIsAValue, EachAccountHasItsOwnEntry,
                             AccountsInAnyScriptAndOfAnyLengthAreKeptApart);
 
-} // namespace quillhaven::testing
+} // namespace quillhaven::test

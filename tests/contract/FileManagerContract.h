@@ -9,7 +9,7 @@
 
 #include <gmock/gmock.h>
 
-namespace quillhaven::testing {
+namespace quillhaven::test {
 
 using MakeFileManager = std::shared_ptr<FileManager> (*)();
 
@@ -146,4 +146,4 @@ TEST_P(FileManagerContract, AnOverwrittenFileIsChangedInPlaceAndNeverCut)
     EXPECT_THROW((void)files->openForOverwriting(link), FileError);
 }
 
-} // namespace quillhaven::testing
+} // namespace quillhaven::test

@@ -14,7 +14,7 @@
 
 #include <sys/stat.h>
 
-namespace quillhaven::testing {
+namespace quillhaven::test {
 
 /// The tests that all panels must pass. Instantiate it with a type that has a `FilePanels &panels()` and functions that
 /// say what the user does in the next panel: `chooses(names)`, items of its folder; `confirms()` what is chosen or
@@ -128,4 +128,4 @@ REGISTER_TYPED_TEST_SUITE_P(FilePanelsContract, WhatIsChosenIsReturnedByItsPath,
                             SeveralAreReturnedInTheOrderOfTheList,
                             AccessIsGrantedToWhatStaysTickedInTheOrderOfTheRequest, ADeclinedPanelReturnsNothing);
 
-} // namespace quillhaven::testing
+} // namespace quillhaven::test

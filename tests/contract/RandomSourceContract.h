@@ -12,7 +12,7 @@
 #include <algorithm>
 #include <array>
 
-namespace quillhaven::testing {
+namespace quillhaven::test {
 
 /// The tests that every source of random bytes must pass. Instantiate it with a type that has a `RandomSource
 /// &source()` that works, and a `RandomSource &failingSource()` whose generator fails at the next fill.
@@ -88,4 +88,4 @@ REGISTER_TYPED_TEST_SUITE_P(RandomSourceContract, EveryByteOfTheBufferIsFilled, 
                             TwoBuffersDiffer, AFailureIsFalseAndLeavesTheBufferAsItWas,
                             IdentifiersAreFreshUpperCaseUuidsOfVersionFour);
 
-} // namespace quillhaven::testing
+} // namespace quillhaven::test

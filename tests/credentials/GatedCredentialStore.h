@@ -9,7 +9,7 @@
 #include <atomic>
 #include <exception>
 
-namespace quillhaven::testing {
+namespace quillhaven::test {
 
 /// A store whose lookups wait, on the credential queue, until the test lets them continue, like a slow keyring.
 class GatedCredentialStore : public CredentialStore
@@ -54,4 +54,4 @@ private:
     QSemaphore m_gate;
 };
 
-} // namespace quillhaven::testing
+} // namespace quillhaven::test

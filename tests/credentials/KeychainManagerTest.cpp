@@ -13,7 +13,7 @@
 #include <QStringList>
 
 using namespace quillhaven;
-using namespace quillhaven::testing;
+using namespace quillhaven::test;
 
 namespace {
 

@@ -8,7 +8,7 @@
 #include <gtest/gtest.h>
 
 using namespace quillhaven;
-using namespace quillhaven::testing;
+using namespace quillhaven::test;
 
 namespace {
 

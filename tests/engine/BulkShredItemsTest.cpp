@@ -3,7 +3,7 @@
 #include "ShredItemsFixture.h"
 
 using namespace quillhaven;
-using namespace quillhaven::testing;
+using namespace quillhaven::test;
 
 namespace {
 

@@ -12,7 +12,7 @@
 #include <QSemaphore>
 
 using namespace quillhaven;
-using namespace quillhaven::testing;
+using namespace quillhaven::test;
 
 namespace {
 

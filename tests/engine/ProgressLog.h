@@ -10,7 +10,7 @@
 
 #include <gtest/gtest.h>
 
-namespace quillhaven::testing {
+namespace quillhaven::test {
 
 /// Records the progress that an operation reports, with a line such as "0.3 Creating duplicate..." for each call.
 class ProgressLog
@@ -33,4 +33,4 @@ private:
     const QuillhavenManager &m_manager;
 };
 
-} // namespace quillhaven::testing
+} // namespace quillhaven::test

@@ -8,7 +8,7 @@
 
 #include <QFile>
 
-namespace quillhaven::testing {
+namespace quillhaven::test {
 
 /// An engine with one protected file, whose file operations pass through the hooks.
 class ProtectedFileTest : public ::testing::Test
@@ -42,4 +42,4 @@ protected:
     const QString path = services.home.path(QStringLiteral("Desktop/a.txt"));
 };
 
-} // namespace quillhaven::testing
+} // namespace quillhaven::test

@@ -10,7 +10,7 @@
 #include <QFileInfo>
 #include <QRegularExpression>
 
-namespace quillhaven::testing {
+namespace quillhaven::test {
 
 /// An engine with real files, whose operations can be made to fail, and a record of what a shred reports.
 class ShredItemsTest : public ::testing::Test
@@ -159,4 +159,4 @@ private:
     std::optional<EngineHarness> m_engine;
 };
 
-} // namespace quillhaven::testing
+} // namespace quillhaven::test

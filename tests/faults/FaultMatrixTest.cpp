@@ -14,7 +14,7 @@
 #include <cerrno>
 
 using namespace quillhaven;
-using namespace quillhaven::testing;
+using namespace quillhaven::test;
 
 namespace {
 

@@ -8,7 +8,7 @@
 #include "platform/linux/credentials/SystemCredentialStore.h"
 #include "support/HookedSeam.h"
 
-namespace quillhaven::testing {
+namespace quillhaven::test {
 
 /// A FolderPlatform for an existing home, with a real credential store and a user who allows everything. Every change
 /// passes through the hooks. System calls are counted while the file manager works and while a store changes.
@@ -65,4 +65,4 @@ private:
     HookedCredentialStore m_credentials;
 };
 
-} // namespace quillhaven::testing
+} // namespace quillhaven::test

@@ -16,7 +16,7 @@
 #include <unistd.h>
 
 using namespace quillhaven;
-using namespace quillhaven::testing;
+using namespace quillhaven::test;
 
 namespace {
 

@@ -12,7 +12,7 @@
 #include <csignal>
 
 using namespace quillhaven;
-using namespace quillhaven::testing;
+using namespace quillhaven::test;
 
 namespace {
 

@@ -15,7 +15,7 @@
 #include <cstdio>
 
 using namespace quillhaven;
-using namespace quillhaven::testing;
+using namespace quillhaven::test;
 
 namespace {
 

@@ -12,7 +12,7 @@
 
 #include <algorithm>
 
-namespace quillhaven::testing {
+namespace quillhaven::test {
 
 namespace {
 
@@ -211,4 +211,4 @@ std::vector<OperationCase> everyOperationCase()
     return cases;
 }
 
-} // namespace quillhaven::testing
+} // namespace quillhaven::test

@@ -9,7 +9,7 @@
 #include <string>
 #include <vector>
 
-namespace quillhaven::testing {
+namespace quillhaven::test {
 
 /// An item in a home, and the engine that works on it.
 struct OperationScene
@@ -69,4 +69,4 @@ inline void PrintTo(const OperationCase &subject, std::ostream *out)
 /// All operations on all kinds of items that they support.
 [[nodiscard]] std::vector<OperationCase> everyOperationCase();
 
-} // namespace quillhaven::testing
+} // namespace quillhaven::test

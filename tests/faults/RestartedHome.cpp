@@ -16,7 +16,7 @@
 #include <iostream>
 
 using namespace quillhaven;
-using namespace quillhaven::testing;
+using namespace quillhaven::test;
 
 namespace {
 

@@ -8,7 +8,7 @@
 
 #include <sys/mount.h>
 
-namespace quillhaven::testing {
+namespace quillhaven::test {
 
 /// A small file system, mounted at a folder. Needs the right to mount.
 class SmallDisk
@@ -35,4 +35,4 @@ private:
     bool m_isMounted = false;
 };
 
-} // namespace quillhaven::testing
+} // namespace quillhaven::test

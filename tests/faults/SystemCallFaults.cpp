@@ -24,7 +24,7 @@
 #include <cstdarg>
 #include <vector>
 
-namespace quillhaven::testing {
+namespace quillhaven::test {
 
 namespace {
 
@@ -163,12 +163,12 @@ void FaultyFileManager::around(const FileCall & /*call*/, const std::function<vo
     next();
 }
 
-} // namespace quillhaven::testing
+} // namespace quillhaven::test
 
 // NOLINTBEGIN: the names, types and missing bounds are those of the C library.
 
-using quillhaven::testing::Hooked;
-using quillhaven::testing::real;
+using quillhaven::test::Hooked;
+using quillhaven::test::real;
 
 // A call that fails by returning `failure`, with errno set.
 #define FAULTY(result, failure, name, parameters, arguments)                                                           \

@@ -8,7 +8,7 @@
 
 #include <memory>
 
-namespace quillhaven::testing {
+namespace quillhaven::test {
 
 /// Faults for the system calls that the program itself makes while it works on files: the n-th one, counted from 1 over
 /// all threads, fails, or the process is killed instead. Only calls within a scope are counted.
@@ -44,4 +44,4 @@ protected:
     void around(const FileCall &call, const std::function<void()> &next) const override;
 };
 
-} // namespace quillhaven::testing
+} // namespace quillhaven::test

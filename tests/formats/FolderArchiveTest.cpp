@@ -12,7 +12,7 @@
 #include <limits>
 #include <thread>
 
-namespace quillhaven::testing {
+namespace quillhaven::test {
 namespace {
 
 class SilentListener : public ReadListener
@@ -286,4 +286,4 @@ TEST_F(FolderArchiveTest, AWorkDirectoryThatCannotBeCreatedIsReported)
 }
 
 } // namespace
-} // namespace quillhaven::testing
+} // namespace quillhaven::test

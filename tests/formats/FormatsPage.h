@@ -6,7 +6,7 @@
 
 #include <QString>
 
-namespace quillhaven::testing {
+namespace quillhaven::test {
 
 /// The bytes of the hex block after a bold word in the worked examples of `docs/formats.md`.
 inline QByteArray exampleInPage(const QString &pagePath, const QString &word)
@@ -16,4 +16,4 @@ inline QByteArray exampleInPage(const QString &pagePath, const QString &word)
     return QByteArray::fromHex(block.section(QStringLiteral("```"), 0, 0).toLatin1());
 }
 
-} // namespace quillhaven::testing
+} // namespace quillhaven::test

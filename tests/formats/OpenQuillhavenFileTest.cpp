@@ -15,7 +15,7 @@
 
 #include <sys/stat.h>
 
-namespace quillhaven::testing {
+namespace quillhaven::test {
 namespace {
 
 /// Runs the reader in `docs`, as a user would, on files that the program has written.
@@ -294,4 +294,4 @@ TEST_F(OpenQuillhavenFileTest, PipesAndDevicesAreSkippedAndNoBitsBesidesTheModeA
 }
 
 } // namespace
-} // namespace quillhaven::testing
+} // namespace quillhaven::test

@@ -20,7 +20,7 @@
 
 #include <algorithm>
 
-namespace quillhaven::testing {
+namespace quillhaven::test {
 namespace {
 
 FileBuffer bufferOf(const QByteArray &bytes)
@@ -452,4 +452,4 @@ TEST_F(RecoveryBackupTest, MetadataPastTheEndOrOfBadUtf8IsNone)
 }
 
 } // namespace
-} // namespace quillhaven::testing
+} // namespace quillhaven::test

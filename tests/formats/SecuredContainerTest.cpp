@@ -16,7 +16,7 @@
 
 #include <gtest/gtest.h>
 
-namespace quillhaven::testing {
+namespace quillhaven::test {
 namespace {
 
 /// A value of this process's memory statistics in kB, such as "VmHWM", the peak resident size.
@@ -255,4 +255,4 @@ TEST_F(SecuredContainerTest, TheExampleInTheDocumentationMatches)
 }
 
 } // namespace
-} // namespace quillhaven::testing
+} // namespace quillhaven::test

@@ -7,7 +7,7 @@
 
 #include <gtest/gtest.h>
 
-namespace quillhaven::testing {
+namespace quillhaven::test {
 
 /// The result of `docs/open_quillhaven_file.py`, which shares no code with the program, for a file.
 struct ReaderRun
@@ -38,4 +38,4 @@ inline constexpr int readerNotOpened = 4;
 /// The reader's exit status for a file that is not one of Quillhaven's, or is truncated.
 inline constexpr int readerNotOurs = 3;
 
-} // namespace quillhaven::testing
+} // namespace quillhaven::test

@@ -8,7 +8,7 @@
 
 #include <algorithm>
 
-namespace quillhaven::testing {
+namespace quillhaven::test {
 
 namespace {
 
@@ -203,4 +203,4 @@ QStringList Interleavings::namesIn(const QString &folder) const
         .entryList(QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot, QDir::Name);
 }
 
-} // namespace quillhaven::testing
+} // namespace quillhaven::test

@@ -8,7 +8,7 @@
 #include <string>
 #include <vector>
 
-namespace quillhaven::testing {
+namespace quillhaven::test {
 
 /// A few items on which random operations run concurrently, and checks of the state after they have ended: in any
 /// order, the data of each item is complete in one place, and its record, placeholder, container and credential match.
@@ -63,4 +63,4 @@ private:
     int m_made = 0;
 };
 
-} // namespace quillhaven::testing
+} // namespace quillhaven::test

@@ -7,7 +7,7 @@
 #include "support/Sample.h"
 
 using namespace quillhaven;
-using namespace quillhaven::testing;
+using namespace quillhaven::test;
 
 TEST(Interleavings, LoseNoDataInAnyOrder)
 {

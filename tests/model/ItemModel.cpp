@@ -7,7 +7,7 @@
 
 #include <algorithm>
 
-namespace quillhaven::testing {
+namespace quillhaven::test {
 
 namespace {
 
@@ -363,4 +363,4 @@ void ItemModel::check() const
     ASSERT_EQ(m_engine->count(), records);
 }
 
-} // namespace quillhaven::testing
+} // namespace quillhaven::test

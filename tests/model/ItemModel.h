@@ -8,7 +8,7 @@
 #include <random>
 #include <vector>
 
-namespace quillhaven::testing {
+namespace quillhaven::test {
 
 /// A simple model of a few files and folders while a user, other programs and restarts work on them. Every step
 /// performs one random action on the model and with the real engine, and compares all items.
@@ -75,4 +75,4 @@ private:
     int m_edits = 0;
 };
 
-} // namespace quillhaven::testing
+} // namespace quillhaven::test

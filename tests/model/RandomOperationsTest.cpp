@@ -7,7 +7,7 @@
 #include "support/printLogger.h"
 
 using namespace quillhaven;
-using namespace quillhaven::testing;
+using namespace quillhaven::test;
 
 class RandomOperations : public ::testing::TestWithParam<unsigned>
 {

@@ -7,5 +7,5 @@
 /// Fonts, pixmaps, the clipboard and windows need an application with a display, even an offscreen one.
 int main(int argc, char **argv)
 {
-    return quillhaven::testing::runTests<QGuiApplication>(argc, argv);
+    return quillhaven::test::runTests<QGuiApplication>(argc, argv);
 }

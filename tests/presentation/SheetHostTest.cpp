@@ -10,7 +10,7 @@
 #include <QQmlEngine>
 
 using namespace quillhaven;
-using namespace quillhaven::testing;
+using namespace quillhaven::test;
 
 namespace {
 

@@ -9,7 +9,7 @@
 
 #include <gtest/gtest.h>
 
-namespace quillhaven::testing {
+namespace quillhaven::test {
 namespace {
 
 class NoPresence : public ApplicationPresence
@@ -58,4 +58,4 @@ TEST_F(SharedInstancesDeathTest, ASecondInstallationOrAUseAfterTheShutdownEndsTh
 }
 
 } // namespace
-} // namespace quillhaven::testing
+} // namespace quillhaven::test

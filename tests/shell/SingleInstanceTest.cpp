@@ -18,7 +18,7 @@
 namespace quillhaven {
 namespace {
 
-using testing::spinUntil;
+using test::spinUntil;
 using ::testing::UnorderedElementsAreArray;
 
 const QString activate = QStringLiteral("activate");

@@ -23,14 +23,14 @@ protected:
     void signal() { ASSERT_EQ(::kill(static_cast<pid_t>(program.processId()), GetParam()), 0); }
     [[nodiscard]] bool waitFor(const QByteArray &line)
     {
-        return testing::spinUntil([&] {
+        return test::spinUntil([&] {
             output += program.readAllStandardOutput();
             return output.contains(line);
         });
     }
     void expectOrderlyEnd()
     {
-        ASSERT_TRUE(testing::spinUntil([this] { return program.state() == QProcess::NotRunning; }));
+        ASSERT_TRUE(test::spinUntil([this] { return program.state() == QProcess::NotRunning; }));
         output += program.readAllStandardOutput();
         EXPECT_EQ(program.exitStatus(), QProcess::NormalExit);
         EXPECT_EQ(program.exitCode(), 0);

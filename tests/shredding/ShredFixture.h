@@ -23,7 +23,7 @@
 #include <map>
 #include <string_view>
 
-namespace quillhaven::testing {
+namespace quillhaven::test {
 
 /// Real files, with a record of all calls of a shred, and hooks to check or fail before and after each call.
 class WatchedFiles : public FileManagerDecorator
@@ -216,4 +216,4 @@ private:
     int m_witnesses = 0;
 };
 
-} // namespace quillhaven::testing
+} // namespace quillhaven::test

@@ -5,7 +5,7 @@
 #include <sys/mount.h>
 
 using namespace quillhaven;
-using namespace quillhaven::testing;
+using namespace quillhaven::test;
 
 namespace {
 

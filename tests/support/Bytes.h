@@ -7,7 +7,7 @@
 #include <cstddef>
 #include <span>
 
-namespace quillhaven::testing {
+namespace quillhaven::test {
 
 inline std::span<const std::byte> bytesOf(const QByteArray &data)
 {
@@ -29,4 +29,4 @@ inline QByteArray fromHex(const char *hex)
     return QByteArray::fromHex(hex);
 }
 
-} // namespace quillhaven::testing
+} // namespace quillhaven::test

@@ -14,7 +14,7 @@
 #include <new>
 #include <string>
 
-namespace quillhaven::testing {
+namespace quillhaven::test {
 
 /// A hook that makes this call of a file manager fail with the error number, for every path or only for these.
 [[nodiscard]] inline SeamHooks::Hook failing(const std::string &call, int errorNumber, const QStringList &paths = {})
@@ -77,4 +77,4 @@ private:
     const std::shared_ptr<State> m_state = std::make_shared<State>();
 };
 
-} // namespace quillhaven::testing
+} // namespace quillhaven::test

@@ -20,7 +20,7 @@
 
 #include <memory>
 
-namespace quillhaven::testing {
+namespace quillhaven::test {
 
 /// The engine with its bulk functions accessible to a test.
 class OpenQuillhavenManager : public QuillhavenManager
@@ -149,4 +149,4 @@ QuillhavenError::Case engineErrorOf(Call call, QString *description = nullptr)
     return QuillhavenError::keychainError;
 }
 
-} // namespace quillhaven::testing
+} // namespace quillhaven::test

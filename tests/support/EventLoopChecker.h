@@ -7,7 +7,7 @@
 #include <QSemaphore>
 #include <QTimer>
 
-namespace quillhaven::testing {
+namespace quillhaven::test {
 
 /// Checks that the event loop of the main thread keeps running while something else is done.
 class EventLoopChecker
@@ -32,4 +32,4 @@ private:
     QSemaphore m_ticks;
 };
 
-} // namespace quillhaven::testing
+} // namespace quillhaven::test

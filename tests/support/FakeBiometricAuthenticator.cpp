@@ -4,7 +4,7 @@
 
 #include <utility>
 
-namespace quillhaven::testing {
+namespace quillhaven::test {
 
 QCoro::Task<bool> FakeBiometricAuthenticator::canEvaluatePolicy()
 {
@@ -31,4 +31,4 @@ void FakeBiometricAuthenticator::decide(bool isMatch)
     }
 }
 
-} // namespace quillhaven::testing
+} // namespace quillhaven::test

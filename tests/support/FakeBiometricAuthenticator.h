@@ -9,7 +9,7 @@
 
 #include <optional>
 
-namespace quillhaven::testing {
+namespace quillhaven::test {
 
 /// A fingerprint reader with a fixed answer or, if it waits for a finger, one that prompts until the test decides.
 class FakeBiometricAuthenticator : public BiometricAuthenticator
@@ -35,4 +35,4 @@ private:
     std::optional<Answer<bool>> m_waiting;
 };
 
-} // namespace quillhaven::testing
+} // namespace quillhaven::test

@@ -8,7 +8,7 @@
 
 #include <algorithm>
 
-namespace quillhaven::testing {
+namespace quillhaven::test {
 
 namespace {
 
@@ -66,4 +66,4 @@ QCoro::Task<std::optional<QStringList>> FakeFilePanels::grantAccess(AccessReques
     co_return grant ? grant(request) : std::optional(request.paths);
 }
 
-} // namespace quillhaven::testing
+} // namespace quillhaven::test

@@ -8,7 +8,7 @@
 
 #include <functional>
 
-namespace quillhaven::testing {
+namespace quillhaven::test {
 
 /// Answers each panel immediately with the result of `answer`; by default with the requested item, if it exists, like a
 /// user who confirms.
@@ -29,4 +29,4 @@ public:
     QList<AccessRequest> accessRequests;
 };
 
-} // namespace quillhaven::testing
+} // namespace quillhaven::test

@@ -2,7 +2,7 @@
 
 #include "support/FolderPlatform.h"
 
-namespace quillhaven::testing {
+namespace quillhaven::test {
 
 FolderPlatform::FolderPlatform(const UserDirectories &userDirectories)
     : directories(userDirectories), defaults(directories.configuration), cloud(directories)
@@ -40,4 +40,4 @@ Platform FolderPlatform::platform(FileManager &otherFiles, UserDefaultsProvider 
             .random = random};
 }
 
-} // namespace quillhaven::testing
+} // namespace quillhaven::test

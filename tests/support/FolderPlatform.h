@@ -14,7 +14,7 @@
 
 #include <QThreadPool>
 
-namespace quillhaven::testing {
+namespace quillhaven::test {
 
 /// A platform for existing user folders: real files and real settings databases, while the test controls credentials,
 /// panels, the fingerprint reader and the time.
@@ -46,4 +46,4 @@ public:
     OpenSslRandomSource random;
 };
 
-} // namespace quillhaven::testing
+} // namespace quillhaven::test

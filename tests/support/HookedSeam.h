@@ -12,7 +12,7 @@
 #include <set>
 #include <string_view>
 
-namespace quillhaven::testing {
+namespace quillhaven::test {
 
 /// Hooks for every call of a platform service that changes something. `before` can throw instead of the call.
 struct SeamHooks
@@ -171,4 +171,4 @@ private:
     std::map<QString, std::unique_ptr<HookedUserDefaults>> m_suites;
 };
 
-} // namespace quillhaven::testing
+} // namespace quillhaven::test

@@ -2,7 +2,7 @@
 
 #include "support/InMemoryCredentialStore.h"
 
-namespace quillhaven::testing {
+namespace quillhaven::test {
 
 CredentialStatus InMemoryCredentialStore::add(const QString &, const QString &account, const QByteArray &value)
 {
@@ -47,4 +47,4 @@ CredentialStatus InMemoryCredentialStore::remove(const QString &, const QString 
     return entries.remove(account) > 0 ? credentialSuccess : credentialItemNotFound;
 }
 
-} // namespace quillhaven::testing
+} // namespace quillhaven::test

@@ -6,7 +6,7 @@
 
 #include <QMap>
 
-namespace quillhaven::testing {
+namespace quillhaven::test {
 
 /// A credential store in a map. With `failWith`, every call returns that status.
 class InMemoryCredentialStore : public CredentialStore
@@ -25,4 +25,4 @@ public:
     CredentialStatus failWith = credentialSuccess;
 };
 
-} // namespace quillhaven::testing
+} // namespace quillhaven::test

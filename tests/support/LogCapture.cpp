@@ -6,7 +6,7 @@
 
 #include <QMutexLocker>
 
-namespace quillhaven::testing {
+namespace quillhaven::test {
 
 LogCapture::LogCapture()
 {
@@ -37,4 +37,4 @@ void LogCapture::clear()
     m_text->text.clear();
 }
 
-} // namespace quillhaven::testing
+} // namespace quillhaven::test

@@ -7,7 +7,7 @@
 
 #include <memory>
 
-namespace quillhaven::testing {
+namespace quillhaven::test {
 
 /// Collects what the program logs during its lifetime.
 class LogCapture
@@ -32,4 +32,4 @@ private:
     std::shared_ptr<Text> m_text = std::make_shared<Text>();
 };
 
-} // namespace quillhaven::testing
+} // namespace quillhaven::test

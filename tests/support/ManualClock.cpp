@@ -4,7 +4,7 @@
 
 #include <algorithm>
 
-namespace quillhaven::testing {
+namespace quillhaven::test {
 
 class ManualTimer : public RunningTimer
 {
@@ -74,4 +74,4 @@ bool ManualClock::fireNext(std::chrono::milliseconds end)
     return true;
 }
 
-} // namespace quillhaven::testing
+} // namespace quillhaven::test

@@ -8,7 +8,7 @@
 
 #include <atomic>
 
-namespace quillhaven::testing {
+namespace quillhaven::test {
 
 /// A clock that only the test advances; due timers fire in the order of their times.
 class ManualClock : public Clock
@@ -50,4 +50,4 @@ private:
     QList<Entry> m_entries;
 };
 
-} // namespace quillhaven::testing
+} // namespace quillhaven::test

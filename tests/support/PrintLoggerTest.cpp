@@ -12,7 +12,7 @@
 #include <optional>
 #include <thread>
 
-namespace quillhaven::testing {
+namespace quillhaven::test {
 namespace {
 
 TEST(PrintLogger, JoinsTheItemsAndAppendsTheTerminator)
@@ -72,4 +72,4 @@ TEST(PrintLogger, CapturesCanBeCreatedAndDestroyedWhileAWorkerLogs)
 }
 
 } // namespace
-} // namespace quillhaven::testing
+} // namespace quillhaven::test

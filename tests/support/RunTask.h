@@ -15,7 +15,7 @@
 #include <stdexcept>
 #include <vector>
 
-namespace quillhaven::testing {
+namespace quillhaven::test {
 
 /// A timeout for a hanging test, in milliseconds; not for measurements.
 inline constexpr qint64 patience = 60'000;
@@ -117,4 +117,4 @@ T runTask(QCoro::Task<T> task, qint64 limitMs = patience)
     return RunningTask<T>(std::move(task)).wait(limitMs);
 }
 
-} // namespace quillhaven::testing
+} // namespace quillhaven::test

@@ -6,7 +6,7 @@
 
 #include <gtest/gtest.h>
 
-namespace quillhaven::testing {
+namespace quillhaven::test {
 
 /// A warning that no test expects is an error: a binding loop, an unknown property, a wrong connect.
 inline void failOnWarning(QtMsgType type, const QMessageLogContext &, const QString &message)
@@ -29,4 +29,4 @@ int runTests(int argc, char **argv)
     return result;
 }
 
-} // namespace quillhaven::testing
+} // namespace quillhaven::test

@@ -6,7 +6,7 @@
 
 #include <cstdio>
 
-namespace quillhaven::testing {
+namespace quillhaven::test {
 
 Sample::Sample() : m_random(seed()) {}
 
@@ -30,4 +30,4 @@ unsigned Sample::seed()
     return seed;
 }
 
-} // namespace quillhaven::testing
+} // namespace quillhaven::test

@@ -4,7 +4,7 @@
 
 #include <random>
 
-namespace quillhaven::testing {
+namespace quillhaven::test {
 
 /// Selects the cases of a sweep that a run tries. TEST_SHARE sets the percentage (by default 10; 100 for all), and
 /// TEST_SEED repeats the selection. The first use prints the seed.
@@ -25,4 +25,4 @@ private:
     std::mt19937 m_random;
 };
 
-} // namespace quillhaven::testing
+} // namespace quillhaven::test

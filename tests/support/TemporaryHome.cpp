@@ -8,7 +8,7 @@
 
 #include <stdexcept>
 
-namespace quillhaven::testing {
+namespace quillhaven::test {
 
 UserDirectories directoriesBelow(const QString &home)
 {
@@ -62,4 +62,4 @@ bool TemporaryHome::exists(const QString &path)
     return info.exists() || info.isSymLink();
 }
 
-} // namespace quillhaven::testing
+} // namespace quillhaven::test

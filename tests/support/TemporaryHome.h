@@ -7,7 +7,7 @@
 #include <QByteArray>
 #include <QTemporaryDir>
 
-namespace quillhaven::testing {
+namespace quillhaven::test {
 
 /// The folders of a user with this home, as on a desktop.
 [[nodiscard]] UserDirectories directoriesBelow(const QString &home);
@@ -29,4 +29,4 @@ private:
     QTemporaryDir m_directory;
 };
 
-} // namespace quillhaven::testing
+} // namespace quillhaven::test

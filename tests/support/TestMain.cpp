@@ -25,5 +25,5 @@ extern "C" int clone(int (*function)(void *), void *stack, int flags, void *argu
 
 int main(int argc, char **argv)
 {
-    return quillhaven::testing::runTests<QCoreApplication>(argc, argv);
+    return quillhaven::test::runTests<QCoreApplication>(argc, argv);
 }

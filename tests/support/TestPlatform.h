@@ -5,7 +5,7 @@
 #include "support/FolderPlatform.h"
 #include "support/TemporaryHome.h"
 
-namespace quillhaven::testing {
+namespace quillhaven::test {
 
 /// A base class, so that the home is created before the platform that uses it.
 class HasTemporaryHome
@@ -21,4 +21,4 @@ public:
     TestPlatform() : FolderPlatform(home.directories()) {}
 };
 
-} // namespace quillhaven::testing
+} // namespace quillhaven::test

@@ -7,7 +7,7 @@
 #include <algorithm>
 #include <utility>
 
-namespace quillhaven::testing {
+namespace quillhaven::test {
 
 /// A generator that always fails.
 class FailingRandom : public OpenSslRandomSource
@@ -44,4 +44,4 @@ private:
     unsigned char m_next = 0;
 };
 
-} // namespace quillhaven::testing
+} // namespace quillhaven::test

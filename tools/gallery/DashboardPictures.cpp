@@ -6,7 +6,7 @@
 #include "presentation/dashboard/DashboardWindowFixture.h"
 
 using namespace quillhaven;
-using namespace quillhaven::testing;
+using namespace quillhaven::test;
 
 namespace {
 

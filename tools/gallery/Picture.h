@@ -9,7 +9,7 @@
 
 #include <gtest/gtest.h>
 
-namespace quillhaven::testing {
+namespace quillhaven::test {
 
 /// Saves a picture of the window, after its animations have ended, in the folder that QUILLHAVEN_GALLERY names.
 inline void draw(QQuickWindow &window, const QString &name)
@@ -38,4 +38,4 @@ inline void drawInBothSizes(QQuickWindow &window, const QString &name)
     }
 }
 
-} // namespace quillhaven::testing
+} // namespace quillhaven::test

@@ -19,7 +19,7 @@
 #include "support/TestPlatform.h"
 
 using namespace quillhaven;
-using namespace quillhaven::testing;
+using namespace quillhaven::test;
 
 namespace {
 

@@ -17,7 +17,7 @@
 #include <array>
 #include <map>
 
-namespace quillhaven::testing {
+namespace quillhaven::test {
 
 namespace {
 
@@ -112,4 +112,4 @@ TEST_F(XdgDirectoriesTest, ALinkOrAFileInsteadOfTheTemporaryDirectoryIsRejected)
 
 } // namespace
 
-} // namespace quillhaven::testing
+} // namespace quillhaven::test

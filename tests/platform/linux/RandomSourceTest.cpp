@@ -11,7 +11,7 @@
 
 #include <cstring>
 
-namespace quillhaven::testing {
+namespace quillhaven::test {
 namespace {
 
 /// The generator of this process, which fails halfway in `failingSource`.
@@ -73,4 +73,4 @@ INSTANTIATE_TYPED_TEST_SUITE_P(Counting, RandomSourceContract, CountingGenerator
 INSTANTIATE_TYPED_TEST_SUITE_P(FailsOnce, RandomSourceContract, GeneratorThatFailsOnce);
 
 } // namespace
-} // namespace quillhaven::testing
+} // namespace quillhaven::test

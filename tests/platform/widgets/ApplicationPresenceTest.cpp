@@ -9,9 +9,9 @@
 namespace quillhaven {
 namespace {
 
-using testing::spinUntil;
+using test::spinUntil;
 
-class ApplicationPresenceOfQt : public testing::PanelFixture
+class ApplicationPresenceOfQt : public test::PanelFixture
 {
 protected:
     ApplicationPresenceOfQt()

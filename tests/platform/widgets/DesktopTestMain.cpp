@@ -8,5 +8,5 @@
 int main(int argc, char **argv)
 {
     QApplication::setQuitOnLastWindowClosed(false);
-    return quillhaven::testing::runTests<QApplication>(argc, argv);
+    return quillhaven::test::runTests<QApplication>(argc, argv);
 }

@@ -11,7 +11,7 @@
 
 #include <functional>
 
-namespace quillhaven::testing {
+namespace quillhaven::test {
 namespace {
 
 /// Waits for the next panel on the screen, and answers it with key presses and clicks.
@@ -145,4 +145,4 @@ INSTANTIATE_TYPED_TEST_SUITE_P(Qt, FilePanelsContract, UserOfRealPanels);
 INSTANTIATE_TYPED_TEST_SUITE_P(Fake, FilePanelsContract, UserOfFakePanels);
 
 } // namespace
-} // namespace quillhaven::testing
+} // namespace quillhaven::test

@@ -14,7 +14,7 @@
 namespace quillhaven {
 namespace {
 
-class OpenPanel : public testing::PanelFixture
+class OpenPanel : public test::PanelFixture
 {
 protected:
     OpenPanel()
@@ -26,7 +26,7 @@ protected:
 
     static FileError::Kind errorOf(const Opened &opened)
     {
-        EXPECT_TRUE(testing::spinUntil([&] { return opened.isFinished(); }, 10'000));
+        EXPECT_TRUE(test::spinUntil([&] { return opened.isFinished(); }, 10'000));
         try {
             opened.wait();
         } catch (const FileError &error) {
@@ -139,7 +139,7 @@ TEST_F(OpenPanel, AFolderPanelRejectsATypedFile)
     const auto opened = open(request(false, true));
     type(QStringLiteral("letter.txt"));
     key(Qt::Key_Return);
-    testing::spinOnce();
+    test::spinOnce();
     EXPECT_FALSE(opened.isFinished());
     EXPECT_TRUE(panel->isVisible());
 }
@@ -161,7 +161,7 @@ TEST_F(OpenPanel, AMissingNameIsReportedAndThePanelStaysOpen)
     const auto opened = open(request(true, true));
     type(QStringLiteral("absent"));
     key(Qt::Key_Return);
-    testing::spinOnce();
+    test::spinOnce();
     EXPECT_FALSE(opened.isFinished());
     const QList<QLabel *> labels = panel->findChildren<QLabel *>();
     EXPECT_TRUE(std::any_of(labels.begin(), labels.end(), [](const QLabel *label) {
@@ -196,7 +196,7 @@ TEST_F(OpenPanel, ThePreselectedItemIsTheSelectedRow)
     const auto opened = open(request(true, false, QStringLiteral("letter.txt")));
     const QModelIndex asked = row(QStringLiteral("letter.txt"));
     EXPECT_TRUE(
-        testing::spinUntil([&] { return view()->selectionModel()->isRowSelected(asked.row(), asked.parent()); }));
+        test::spinUntil([&] { return view()->selectionModel()->isRowSelected(asked.row(), asked.parent()); }));
     clickConfirm();
     EXPECT_EQ(chosen(opened), file);
 }
@@ -240,7 +240,7 @@ TEST_F(OpenPanel, AMissingPreselectedItemIsNotConfirmed)
 {
     const auto opened = open(request(true, false, QStringLiteral("gone.txt")));
     key(Qt::Key_Return);
-    testing::spinOnce();
+    test::spinOnce();
     EXPECT_FALSE(opened.isFinished());
 }
 
@@ -248,7 +248,7 @@ TEST_F(OpenPanel, EscapeDeclines)
 {
     const auto opened = open(request(true, false, QStringLiteral("letter.txt")));
     key(Qt::Key_Escape);
-    ASSERT_TRUE(testing::spinUntil([&] { return opened.isFinished(); }));
+    ASSERT_TRUE(test::spinUntil([&] { return opened.isFinished(); }));
     EXPECT_EQ(opened.wait(), std::nullopt);
 }
 
@@ -256,7 +256,7 @@ TEST_F(OpenPanel, ClosingTheWindowDeclines)
 {
     const auto opened = open(request(true, true, QStringLiteral("letter.txt")));
     panel->windowHandle()->close();
-    ASSERT_TRUE(testing::spinUntil([&] { return opened.isFinished(); }));
+    ASSERT_TRUE(test::spinUntil([&] { return opened.isFinished(); }));
     EXPECT_EQ(opened.wait(), std::nullopt);
 }
 
@@ -326,7 +326,7 @@ TEST_F(OpenPanel, AProgramCanEndWhileAPanelIsOpen)
 {
     QProcess program;
     program.start(QStringLiteral(PANEL_ENDER), {home.path()});
-    ASSERT_TRUE(testing::spinUntil([&] { return program.state() == QProcess::NotRunning; }));
+    ASSERT_TRUE(test::spinUntil([&] { return program.state() == QProcess::NotRunning; }));
     EXPECT_EQ(program.exitStatus(), QProcess::NormalExit);
     EXPECT_EQ(program.exitCode(), 0);
     EXPECT_EQ(program.readAllStandardOutput(), "open\n");
@@ -363,10 +363,10 @@ INSTANTIATE_TEST_SUITE_P(
 TEST_P(OpenPanelName, APreselectedItemIsConfirmedExactly)
 {
     const QString asked = home.write(QStringLiteral("work/") + GetParam().name);
-    ASSERT_TRUE(testing::TemporaryHome::exists(asked));
+    ASSERT_TRUE(test::TemporaryHome::exists(asked));
     const auto opened = open(request(true, false, GetParam().name));
     ASSERT_TRUE(row(GetParam().name).isValid());
-    testing::spinOnce();
+    test::spinOnce();
     ASSERT_TRUE(confirmButton()->isEnabled());
     key(Qt::Key_Return);
     EXPECT_EQ(chosen(opened), asked);

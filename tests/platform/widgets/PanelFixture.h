@@ -9,7 +9,7 @@
 
 #include <optional>
 
-namespace quillhaven::testing {
+namespace quillhaven::test {
 
 /// A real panel with real folders, driven by key presses and clicks like those of the window system.
 class PanelFixture : public ::testing::Test, public PanelUser
@@ -63,4 +63,4 @@ protected:
     QtFilePanels panels;
 };
 
-} // namespace quillhaven::testing
+} // namespace quillhaven::test

@@ -15,7 +15,7 @@
 
 #include <gtest/gtest.h>
 
-namespace quillhaven::testing {
+namespace quillhaven::test {
 
 /// A user of a real panel, whose key presses and clicks are like those of the window system.
 class PanelUser
@@ -102,4 +102,4 @@ public:
     OpenPanelDialog *panel = nullptr; ///< the one in use
 };
 
-} // namespace quillhaven::testing
+} // namespace quillhaven::test

@@ -9,7 +9,7 @@
 #include <QSignalSpy>
 
 using namespace quillhaven;
-using namespace quillhaven::testing;
+using namespace quillhaven::test;
 
 namespace {
 

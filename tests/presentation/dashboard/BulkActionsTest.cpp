@@ -11,7 +11,7 @@
 #include <gmock/gmock.h>
 
 using namespace quillhaven;
-using namespace quillhaven::testing;
+using namespace quillhaven::test;
 
 namespace {
 

@@ -17,7 +17,7 @@
 
 #include <gtest/gtest.h>
 
-namespace quillhaven::testing {
+namespace quillhaven::test {
 
 inline const QString strongPassword = QStringLiteral("Abcdefg1");
 inline const QString theMasterPassword = QStringLiteral("Masterkey9");
@@ -149,4 +149,4 @@ private:
     std::optional<DashboardHarness> m_harness;
 };
 
-} // namespace quillhaven::testing
+} // namespace quillhaven::test

@@ -6,7 +6,7 @@
 #include <QSignalSpy>
 
 using namespace quillhaven;
-using namespace quillhaven::testing;
+using namespace quillhaven::test;
 
 namespace {
 

@@ -13,7 +13,7 @@
 #include <QQuickWindow>
 #include <QTest>
 
-namespace quillhaven::testing {
+namespace quillhaven::test {
 
 /// Every visible item below `root`, depth first.
 inline QList<QQuickItem *> visibleItems(QQuickItem *root)
@@ -166,4 +166,4 @@ private:
     bool m_isShown = false;
 };
 
-} // namespace quillhaven::testing
+} // namespace quillhaven::test

@@ -10,7 +10,7 @@
 #include <iostream>
 
 using namespace quillhaven;
-using namespace quillhaven::testing;
+using namespace quillhaven::test;
 
 TEST_F(DashboardWindow, TitleAndSizes)
 {

@@ -13,7 +13,7 @@
 #include <algorithm>
 
 using namespace quillhaven;
-using namespace quillhaven::testing;
+using namespace quillhaven::test;
 
 namespace {
 

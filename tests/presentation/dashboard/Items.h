@@ -9,7 +9,7 @@
 
 #include <QStringList>
 
-namespace quillhaven::testing {
+namespace quillhaven::test {
 
 /// A record with a name, but without a file.
 inline ProtectedItem namedItem(const QString &name, bool isMounted = false)
@@ -41,4 +41,4 @@ inline void storeCatalogue(TestPlatform &services, QList<ProtectedItem> items)
     services.defaults.standard().setData(settings::protectedItems.key, encodeProtectedItems(items));
 }
 
-} // namespace quillhaven::testing
+} // namespace quillhaven::test

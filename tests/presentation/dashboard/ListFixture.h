@@ -11,7 +11,7 @@
 #include <QAbstractItemModelTester>
 #include <QSignalSpy>
 
-namespace quillhaven::testing {
+namespace quillhaven::test {
 
 /// Counts the changes of a model's rows, by kind.
 struct RowChanges
@@ -75,4 +75,4 @@ struct ListFixture
     QAbstractItemModelTester shownTester{&shown, QAbstractItemModelTester::FailureReportingMode::Warning};
 };
 
-} // namespace quillhaven::testing
+} // namespace quillhaven::test

@@ -9,7 +9,7 @@
 #include <QMimeData>
 
 using namespace quillhaven;
-using namespace quillhaven::testing;
+using namespace quillhaven::test;
 
 namespace {
 

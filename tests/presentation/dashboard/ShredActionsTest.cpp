@@ -7,7 +7,7 @@
 #include "support/FileManagerDecorator.h"
 
 using namespace quillhaven;
-using namespace quillhaven::testing;
+using namespace quillhaven::test;
 
 namespace {
 

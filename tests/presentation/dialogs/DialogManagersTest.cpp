@@ -12,7 +12,7 @@
 namespace quillhaven {
 namespace {
 
-using testing::RunningTask;
+using test::RunningTask;
 
 TEST(ConfirmationDialogManager, StartsClosedWithItsDefaultTitles)
 {

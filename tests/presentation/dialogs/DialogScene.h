@@ -16,7 +16,7 @@
 
 #include <memory>
 
-namespace quillhaven::testing {
+namespace quillhaven::test {
 
 /// A window with a button behind the tested dialogs, on the screen and with the keyboard focus.
 class DialogScene
@@ -216,4 +216,4 @@ private:
     std::unique_ptr<QQuickWindow> m_window;
 };
 
-} // namespace quillhaven::testing
+} // namespace quillhaven::test

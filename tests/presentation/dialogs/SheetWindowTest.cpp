@@ -9,7 +9,7 @@
 #include "presentation/dialogs/ErrorDialogManager.h"
 
 using namespace quillhaven;
-using namespace quillhaven::testing;
+using namespace quillhaven::test;
 
 namespace {
 

@@ -14,7 +14,7 @@
 #include <gio/gio.h>
 
 using namespace quillhaven;
-using namespace quillhaven::testing;
+using namespace quillhaven::test;
 
 TEST(BusGone, TheProgramSurvivesItsSessionBusAndKeepsItsStore)
 {

@@ -14,7 +14,7 @@
 #include <sys/stat.h>
 
 using namespace quillhaven;
-using namespace quillhaven::testing;
+using namespace quillhaven::test;
 
 namespace {
 
@@ -133,10 +133,10 @@ protected:
 
 } // namespace
 
-namespace quillhaven::testing {
+namespace quillhaven::test {
 INSTANTIATE_TYPED_TEST_SUITE_P(Map, CredentialStoreContract, FreshMap);
 INSTANTIATE_TYPED_TEST_SUITE_P(Embedded, CredentialStoreContract, FreshEmbeddedStore);
-} // namespace quillhaven::testing
+} // namespace quillhaven::test
 
 TEST_F(EmbeddedStore, AFailedReadIsNotAMissingEntryAndCreatesNoNewKey)
 {

@@ -15,7 +15,7 @@
 
 #include <csignal>
 
-namespace quillhaven::testing {
+namespace quillhaven::test {
 
 inline const QString secretsBusName = QStringLiteral("org.freedesktop.secrets");
 
@@ -83,4 +83,4 @@ inline void removeAllEntries()
     g_list_free_full(items, g_object_unref);
 }
 
-} // namespace quillhaven::testing
+} // namespace quillhaven::test

@@ -9,7 +9,7 @@
 #include "support/TemporaryHome.h"
 
 using namespace quillhaven;
-using namespace quillhaven::testing;
+using namespace quillhaven::test;
 
 namespace {
 

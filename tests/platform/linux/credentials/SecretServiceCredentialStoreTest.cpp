@@ -14,7 +14,7 @@
 #include <QtConcurrentRun>
 
 using namespace quillhaven;
-using namespace quillhaven::testing;
+using namespace quillhaven::test;
 
 namespace {
 
@@ -47,7 +47,7 @@ protected:
 
 } // namespace
 
-namespace quillhaven::testing {
+namespace quillhaven::test {
 INSTANTIATE_TYPED_TEST_SUITE_P(RealKeyring, CredentialStoreContract, EmptyKeyring);
 }
 

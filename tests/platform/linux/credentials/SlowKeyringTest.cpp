@@ -17,7 +17,7 @@
 #include <QTimer>
 
 using namespace quillhaven;
-using namespace quillhaven::testing;
+using namespace quillhaven::test;
 
 namespace {
 

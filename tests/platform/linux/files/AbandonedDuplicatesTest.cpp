@@ -6,7 +6,7 @@
 
 #include <sys/wait.h>
 
-namespace quillhaven::testing {
+namespace quillhaven::test {
 
 namespace {
 
@@ -128,4 +128,4 @@ TEST_F(AbandonedDuplicatesTest, MissingFolderIsIgnored)
     EXPECT_FALSE(exists(home.path(QStringLiteral("missing"))));
 }
 
-} // namespace quillhaven::testing
+} // namespace quillhaven::test

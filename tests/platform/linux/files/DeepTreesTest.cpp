@@ -7,7 +7,7 @@
 #include <fcntl.h>
 #include <sys/resource.h>
 
-namespace quillhaven::testing {
+namespace quillhaven::test {
 
 namespace {
 
@@ -107,4 +107,4 @@ TEST_F(DeepTreesTest, ATreeDeeperThanAnyPathIsRemoved)
 
 } // namespace
 
-} // namespace quillhaven::testing
+} // namespace quillhaven::test

@@ -4,7 +4,7 @@
 
 #include <fcntl.h>
 
-namespace quillhaven::testing {
+namespace quillhaven::test {
 
 namespace {
 
@@ -161,4 +161,4 @@ TEST_F(RegularFilesTest, TheSizeOfALinkIsItsOwnAndAMissingFileHasNone)
 
 } // namespace
 
-} // namespace quillhaven::testing
+} // namespace quillhaven::test

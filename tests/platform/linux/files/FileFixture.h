@@ -22,7 +22,7 @@
 #include <system_error>
 #include <utility>
 
-namespace quillhaven::testing {
+namespace quillhaven::test {
 
 /// A home on the disk, a folder on a second file system, and helpers for tests of files.
 class FileTest : public ::testing::Test
@@ -182,4 +182,4 @@ private:
     bool m_isMounted = false;
 };
 
-} // namespace quillhaven::testing
+} // namespace quillhaven::test

@@ -4,7 +4,7 @@
 #include "platform/linux/files/LinuxFileManager.h"
 #include "support/HookedSeam.h"
 
-namespace quillhaven::testing {
+namespace quillhaven::test {
 namespace {
 
 struct Decorated
@@ -37,4 +37,4 @@ INSTANTIATE_TEST_SUITE_P(Decorated, FileManagerContract, ::testing::Values(decor
 INSTANTIATE_TEST_SUITE_P(Hooked, FileManagerContract, ::testing::Values(hooked));
 
 } // namespace
-} // namespace quillhaven::testing
+} // namespace quillhaven::test

@@ -5,7 +5,7 @@
 
 #include <fcntl.h>
 
-namespace quillhaven::testing {
+namespace quillhaven::test {
 
 namespace {
 
@@ -245,4 +245,4 @@ TEST_F(FileMovesTest, WithoutTheFlagsOfRenameFilesAndFoldersStillMove)
 
 } // namespace
 
-} // namespace quillhaven::testing
+} // namespace quillhaven::test

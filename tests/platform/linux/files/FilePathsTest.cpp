@@ -7,7 +7,7 @@
 #include <map>
 #include <random>
 
-namespace quillhaven::testing {
+namespace quillhaven::test {
 
 namespace {
 
@@ -129,4 +129,4 @@ TEST(FilePaths, ANullCharacterIsRejected)
 
 } // namespace
 
-} // namespace quillhaven::testing
+} // namespace quillhaven::test

@@ -15,7 +15,7 @@
 #include <optional>
 #include <utility>
 
-namespace quillhaven::testing {
+namespace quillhaven::test {
 
 namespace {
 
@@ -65,11 +65,11 @@ ssize_t writeAt(int fd, const void *bytes, size_t size, off_t offset, int flags)
 
 } // namespace
 
-} // namespace quillhaven::testing
+} // namespace quillhaven::test
 
 extern "C" int lstat(const char *path, struct stat *status)
 {
-    using namespace quillhaven::testing;
+    using namespace quillhaven::test;
     const int result = fstatat(AT_FDCWD, path, status, AT_SYMLINK_NOFOLLOW);
     if (kernel != nullptr) {
         if (const auto action = std::exchange(kernel->afterLook, {})) {
@@ -81,7 +81,7 @@ extern "C" int lstat(const char *path, struct stat *status)
 
 extern "C" ssize_t pwritev2(int fd, const iovec *pieces, int count, off_t offset, int flags)
 {
-    using namespace quillhaven::testing;
+    using namespace quillhaven::test;
     EXPECT_EQ(count, 1);
     if (const auto error = failureOf("pwritev2", fd, pieces->iov_len, (flags & RWF_DSYNC) != 0)) {
         errno = *error;
@@ -92,7 +92,7 @@ extern "C" ssize_t pwritev2(int fd, const iovec *pieces, int count, off_t offset
 
 extern "C" ssize_t pwrite(int fd, const void *bytes, size_t size, off_t offset)
 {
-    using namespace quillhaven::testing;
+    using namespace quillhaven::test;
     if (const auto error = failureOf("pwrite", fd, size, false)) {
         errno = *error;
         return -1;
@@ -102,7 +102,7 @@ extern "C" ssize_t pwrite(int fd, const void *bytes, size_t size, off_t offset)
 
 extern "C" int fdatasync(int fd)
 {
-    using namespace quillhaven::testing;
+    using namespace quillhaven::test;
     if (const auto error = failureOf("fdatasync", fd, 0, true)) {
         errno = *error;
         return -1;
@@ -110,7 +110,7 @@ extern "C" int fdatasync(int fd)
     return static_cast<int>(syscall(SYS_fdatasync, fd));
 }
 
-namespace quillhaven::testing {
+namespace quillhaven::test {
 
 namespace {
 
@@ -450,4 +450,4 @@ INSTANTIATE_TEST_SUITE_P(Places, OverwritingTest, ::testing::Bool(),
 
 } // namespace
 
-} // namespace quillhaven::testing
+} // namespace quillhaven::test

@@ -8,7 +8,7 @@
 
 #include <cstring>
 
-namespace quillhaven::testing {
+namespace quillhaven::test {
 
 namespace {
 
@@ -248,4 +248,4 @@ TEST_F(LinuxFileManagerTest, NamesThatNoFileCanHaveAreInvalid)
 
 } // namespace
 
-} // namespace quillhaven::testing
+} // namespace quillhaven::test

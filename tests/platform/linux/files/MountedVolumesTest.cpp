@@ -2,7 +2,7 @@
 
 #include "FileFixture.h"
 
-namespace quillhaven::testing {
+namespace quillhaven::test {
 
 namespace {
 
@@ -94,4 +94,4 @@ TEST_F(MountedVolumesTest, AttributesThatTheOtherVolumeDoesNotSupportStopTheMove
 
 } // namespace
 
-} // namespace quillhaven::testing
+} // namespace quillhaven::test

@@ -5,7 +5,7 @@
 #include "FileFixture.h"
 #include "platform/linux/files/XdgDirectories.h"
 
-namespace quillhaven::testing {
+namespace quillhaven::test {
 
 namespace {
 
@@ -67,4 +67,4 @@ TEST_F(OtherUsersTest, ATemporaryDirectoryOfAnotherUserIsRejected)
 
 } // namespace
 
-} // namespace quillhaven::testing
+} // namespace quillhaven::test

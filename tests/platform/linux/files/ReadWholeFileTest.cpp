@@ -5,7 +5,7 @@
 
 #include <limits>
 
-namespace quillhaven::testing {
+namespace quillhaven::test {
 
 namespace {
 
@@ -54,4 +54,4 @@ TEST_F(ReadWholeFile, AReadThatDoesNotFitInMemoryIsNotStarted)
 
 } // namespace
 
-} // namespace quillhaven::testing
+} // namespace quillhaven::test

@@ -4,7 +4,7 @@
 
 #include <fcntl.h>
 
-namespace quillhaven::testing {
+namespace quillhaven::test {
 
 namespace {
 
@@ -162,4 +162,4 @@ TEST_F(FileCopiesInPlaceTest, AFolderIsNotCopiedIntoItself)
 
 } // namespace
 
-} // namespace quillhaven::testing
+} // namespace quillhaven::test

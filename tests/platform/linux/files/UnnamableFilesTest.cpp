@@ -5,7 +5,7 @@
 
 #include <fcntl.h>
 
-namespace quillhaven::testing {
+namespace quillhaven::test {
 
 namespace {
 
@@ -85,4 +85,4 @@ TEST_F(UnnamableFilesTest, WritingAndMovingUseExactlyTheName)
 
 } // namespace
 
-} // namespace quillhaven::testing
+} // namespace quillhaven::test

@@ -5,7 +5,7 @@
 #include "platform/linux/session/FprintClient.h"
 #include "support/FakeBiometricAuthenticator.h"
 
-namespace quillhaven::testing {
+namespace quillhaven::test {
 namespace {
 
 /// A virtual reader of a real fprintd.
@@ -51,4 +51,4 @@ INSTANTIATE_TYPED_TEST_SUITE_P(Fprint, BiometricAuthenticatorContract, RealReade
 INSTANTIATE_TYPED_TEST_SUITE_P(Fake, BiometricAuthenticatorContract, FakeReader);
 
 } // namespace
-} // namespace quillhaven::testing
+} // namespace quillhaven::test

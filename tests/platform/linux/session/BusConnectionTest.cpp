@@ -14,7 +14,7 @@
 #include <atomic>
 #include <map>
 
-namespace quillhaven::testing {
+namespace quillhaven::test {
 namespace {
 
 using namespace std::chrono_literals;
@@ -179,6 +179,6 @@ TEST_P(SessionBusTest, ABusInTheRuntimeFolderIsFoundWithoutAnAddress)
 }
 
 } // namespace
-} // namespace quillhaven::testing
+} // namespace quillhaven::test
 
 #include "BusConnectionTest.moc"

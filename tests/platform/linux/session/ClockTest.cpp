@@ -10,7 +10,7 @@
 
 #include <time.h>
 
-namespace quillhaven::testing {
+namespace quillhaven::test {
 namespace {
 
 using std::chrono::milliseconds;
@@ -110,4 +110,4 @@ TEST(ManualClock, ARepeatingTimerFiresAtEachMultipleWhileTheClockAdvances)
 }
 
 } // namespace
-} // namespace quillhaven::testing
+} // namespace quillhaven::test

@@ -9,7 +9,7 @@
 
 #include <csignal>
 
-namespace quillhaven::testing {
+namespace quillhaven::test {
 namespace {
 
 /// A process that is killed when this object is destroyed.
@@ -220,4 +220,4 @@ TEST_F(FprintAbsenceTest, IfTheBusEndsWhileTheReaderWaitsItReturnsFalse)
 }
 
 } // namespace
-} // namespace quillhaven::testing
+} // namespace quillhaven::test

@@ -2,7 +2,7 @@
 
 #include "platform/linux/session/FprintFixture.h"
 
-namespace quillhaven::testing {
+namespace quillhaven::test {
 namespace {
 
 /// A private reader, with alice's finger enrolled.
@@ -224,4 +224,4 @@ TEST_F(FprintAuthenticatorTest, DestroyingItWhileTheReaderWaitsReturnsFalse)
 }
 
 } // namespace
-} // namespace quillhaven::testing
+} // namespace quillhaven::test

@@ -12,7 +12,7 @@
 
 #include <stdexcept>
 
-namespace quillhaven::testing {
+namespace quillhaven::test {
 
 namespace {
 
@@ -48,7 +48,7 @@ QDBusMessage FprintClient::call(const QString &method, const QVariantList &argum
         QDBusMessage::createMethodCall(service, QStringLiteral("/net/reactivated/Fprint/Manager"),
                                        service + QStringLiteral(".Manager"), QStringLiteral("GetDefaultDevice"));
     // The service has its name before it has found its readers.
-    const bool hasReader = testing::spinUntil([this, &question] {
+    const bool hasReader = test::spinUntil([this, &question] {
         m_device = m_bus.call(question).arguments().value(0).value<QDBusObjectPath>().path();
         return !m_device.isEmpty();
     });
@@ -148,4 +148,4 @@ void FprintClient::onEnrollStatus(const QString &result, bool /*done*/)
     m_enrolStatuses.append(result);
 }
 
-} // namespace quillhaven::testing
+} // namespace quillhaven::test

@@ -7,7 +7,7 @@
 #include <QObject>
 #include <QStringList>
 
-namespace quillhaven::testing {
+namespace quillhaven::test {
 
 /// Another client of fprintd, with its own connection. Its calls block until they are answered.
 class FprintClient : public QObject
@@ -47,4 +47,4 @@ private:
     QStringList m_enrolStatuses;
 };
 
-} // namespace quillhaven::testing
+} // namespace quillhaven::test

@@ -10,7 +10,7 @@
 
 #include <gtest/gtest.h>
 
-namespace quillhaven::testing {
+namespace quillhaven::test {
 
 inline const QString reasonText = QStringLiteral("Unlock protected item");
 
@@ -60,4 +60,4 @@ protected:
     std::unique_ptr<FprintAuthenticator> authenticator = std::make_unique<FprintAuthenticator>();
 };
 
-} // namespace quillhaven::testing
+} // namespace quillhaven::test

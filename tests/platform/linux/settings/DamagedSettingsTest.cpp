@@ -4,7 +4,7 @@
 
 #include <QFileInfo>
 
-namespace quillhaven::testing {
+namespace quillhaven::test {
 
 namespace {
 
@@ -132,4 +132,4 @@ TEST_F(DamagedSettingsTest, AnotherProgramOpensOnlyOneDomain)
 
 } // namespace
 
-} // namespace quillhaven::testing
+} // namespace quillhaven::test

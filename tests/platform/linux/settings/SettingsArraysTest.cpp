@@ -5,7 +5,7 @@
 
 #include <QFileInfo>
 
-namespace quillhaven::testing {
+namespace quillhaven::test {
 
 namespace {
 
@@ -215,4 +215,4 @@ TEST_F(SettingsArraysTest, AChangeOfOneOfTenThousandElementsWritesAFewPages)
 
 } // namespace
 
-} // namespace quillhaven::testing
+} // namespace quillhaven::test

@@ -15,7 +15,7 @@
 
 #include <memory>
 
-namespace quillhaven::testing {
+namespace quillhaven::test {
 
 inline const QString domainName = SqliteUserDefaultsProvider::standardDomain;
 
@@ -59,4 +59,4 @@ protected:
     TemporaryHome m_home;
 };
 
-} // namespace quillhaven::testing
+} // namespace quillhaven::test

@@ -9,7 +9,7 @@
 
 #include <sys/stat.h>
 
-namespace quillhaven::testing {
+namespace quillhaven::test {
 
 namespace {
 
@@ -199,4 +199,4 @@ TEST_F(SqliteUserDefaultsTest, AFailedWriteIsLoggedWithItsKeyAndNotReported)
 
 } // namespace
 
-} // namespace quillhaven::testing
+} // namespace quillhaven::test
