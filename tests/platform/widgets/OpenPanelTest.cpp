@@ -195,8 +195,7 @@ TEST_F(OpenPanel, ThePreselectedItemIsTheSelectedRow)
 {
     const auto opened = open(request(true, false, QStringLiteral("letter.txt")));
     const QModelIndex asked = row(QStringLiteral("letter.txt"));
-    EXPECT_TRUE(
-        test::spinUntil([&] { return view()->selectionModel()->isRowSelected(asked.row(), asked.parent()); }));
+    EXPECT_TRUE(test::spinUntil([&] { return view()->selectionModel()->isRowSelected(asked.row(), asked.parent()); }));
     clickConfirm();
     EXPECT_EQ(chosen(opened), file);
 }
