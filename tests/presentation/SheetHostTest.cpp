@@ -58,11 +58,11 @@ protected:
     }
     static bool eventuallyShowsIn(QQuickWindow &window, const char *text)
     {
-        return spinUntil([&] { return showsIn(window, text); }, 5000);
+        return spinUntil([&] { return showsIn(window, text); });
     }
     static bool eventuallyHides(QQuickWindow &window, const char *text)
     {
-        return spinUntil([&] { return !showsIn(window, text); }, 5000);
+        return spinUntil([&] { return !showsIn(window, text); });
     }
     /// Starts an operation that needs the master password first.
     void askForMasterPassword()

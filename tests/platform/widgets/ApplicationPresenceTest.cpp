@@ -28,7 +28,7 @@ protected:
     {
         window.show();
         window.requestActivate();
-        EXPECT_TRUE(spinUntil([&] { return window.isExposed() && window.isActive(); }, 10'000));
+        EXPECT_TRUE(spinUntil([&] { return window.isExposed() && window.isActive(); }));
     }
 
     QtApplicationPresence presence;
@@ -147,7 +147,7 @@ TEST_F(ApplicationPresenceOfQt, AHiddenPanelIsShownAgainWithItsWindow)
     presence.hide();
     EXPECT_TRUE(presence.makeKeyAndOrderFront(QStringLiteral("Main")));
     presence.activate();
-    EXPECT_TRUE(spinUntil([&] { return panel->isVisible() && panel->windowHandle()->isExposed(); }, 10'000));
+    EXPECT_TRUE(spinUntil([&] { return panel->isVisible() && panel->windowHandle()->isExposed(); }));
     presence.activate();
     QTest::mouseClick(confirmButton(), Qt::LeftButton);
     EXPECT_EQ(chosen(opened), file);

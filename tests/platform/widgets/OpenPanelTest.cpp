@@ -26,7 +26,7 @@ protected:
 
     static FileError::Kind errorOf(const Opened &opened)
     {
-        EXPECT_TRUE(test::spinUntil([&] { return opened.isFinished(); }, 10'000));
+        EXPECT_TRUE(test::spinUntil([&] { return opened.isFinished(); }));
         try {
             opened.wait();
         } catch (const FileError &error) {

@@ -42,7 +42,7 @@ protected:
     /// The result of the panel; nothing if it is still open.
     [[nodiscard]] static QString chosen(const Opened &opened)
     {
-        if (!spinUntil([&] { return opened.isFinished(); }, 10'000)) {
+        if (!spinUntil([&] { return opened.isFinished(); })) {
             ADD_FAILURE() << "the panel is still open";
             return {};
         }

@@ -84,7 +84,7 @@ public:
             }
             return found.isValid() && !view()->visualRect(found).isEmpty();
         };
-        EXPECT_TRUE(spinUntil(isListed, 10'000)) << "not listed: " << qUtf8Printable(named);
+        EXPECT_TRUE(spinUntil(isListed)) << "not listed: " << qUtf8Printable(named);
         return found;
     }
     void click(const QString &named, Qt::KeyboardModifiers modifiers = {}) const

@@ -115,7 +115,7 @@ protected:
     bool shows(const char *text) { return texts().contains(QString::fromUtf8(text)); }
     bool eventuallyShows(const char *text)
     {
-        return spinUntil([&] { return shows(text); }, 5000);
+        return spinUntil([&] { return shows(text); });
     }
 
     void press(Qt::Key key, Qt::KeyboardModifiers modifiers = Qt::NoModifier)

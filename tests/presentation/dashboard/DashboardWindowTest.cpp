@@ -153,7 +153,7 @@ TEST_F(DashboardWindow, FilterOpensAtItsCurrentValue)
         press(Qt::Key_Tab);
     }
     press(Qt::Key_Space);
-    ASSERT_TRUE(spinUntil([&] { return isAt("Locked"); }, 5000));
+    ASSERT_TRUE(spinUntil([&] { return isAt("Locked"); }));
     press(Qt::Key_Down);
     press(Qt::Key_Space);
     EXPECT_EQ(started().dashboard.filters()->statusFilter(), SearchFilterBarModel::StatusFilter::unlocked);

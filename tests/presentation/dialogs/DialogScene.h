@@ -71,7 +71,7 @@ public:
     bool getsFocus(const char *name)
     {
         const bool isReached = spinUntil(
-            [&] { return focused() == QString::fromUtf8(name) && isFullyShown(m_window->activeFocusItem()); }, 5000);
+            [&] { return focused() == QString::fromUtf8(name) && isFullyShown(m_window->activeFocusItem()); });
         EXPECT_TRUE(isReached) << "the focus is on: " << qUtf8Printable(focused());
         return isReached;
     }

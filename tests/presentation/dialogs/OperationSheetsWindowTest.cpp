@@ -96,7 +96,7 @@ TEST_F(ShredConfirmationWindow, ReturnWithoutThePhraseConfirmsNothing)
 TEST_F(ShredConfirmationWindow, ButtonsStayVisibleInASmallWindow)
 {
     scene.window()->resize(smallest);
-    ASSERT_TRUE(spinUntil([&] { return scene.window()->size() == smallest; }, 5000));
+    ASSERT_TRUE(spinUntil([&] { return scene.window()->size() == smallest; }));
     dialog.show(manyNames());
     ASSERT_TRUE(scene.getsFocus("Cancel"));
     scene.window()->grabWindow();
@@ -135,7 +135,7 @@ TEST(ShredProgressWindow, ShowsItsStateAndCannotBeClosed)
                       {{QStringLiteral("operation"), QVariant::fromValue(&operation)}});
     operation.show();
     operation.report(QStringLiteral("Pass 2 of 3: will.pdf"), 0.999);
-    ASSERT_TRUE(spinUntil([&] { return scene.shows("Secure Shredding in Progress"); }, 5000));
+    ASSERT_TRUE(spinUntil([&] { return scene.shows("Secure Shredding in Progress"); }));
     for (const char *text : {"Pass 2 of 3: will.pdf", "Progress", "99%", "DoD 5220.22-M Standard",
                              "3-Pass Overwrite Process", "Metadata Clearing", "Do not interrupt this process"}) {
         EXPECT_TRUE(scene.shows(text)) << text;
@@ -200,7 +200,7 @@ TEST(BulkFilePickerWindow, ItemsCanBeChosenAndProtectedWithTheKeyboard)
     EXPECT_FALSE(scene.find("Protect 0 Items")->isEnabled());
     panels.answer = [](const OpenPanelRequest &) { return QStringLiteral("/papers/a.txt"); };
     scene.press(Qt::Key_Return);
-    ASSERT_TRUE(spinUntil([&] { return scene.shows("Selected Items (1)"); }, 5000));
+    ASSERT_TRUE(spinUntil([&] { return scene.shows("Selected Items (1)"); }));
     EXPECT_TRUE(scene.shows("a.txt"));
     EXPECT_TRUE(scene.shows("Clear All"));
     picker.handleFileSelection({QStringLiteral("/papers/b.txt")});

@@ -54,7 +54,7 @@ public:
     int with(const QString &text, Present present)
     {
         present(text);
-        EXPECT_TRUE(spinUntil([this] { return m_scene.sheet() && m_scene.sheet()->opacity() == 1; }, 5000));
+        EXPECT_TRUE(spinUntil([this] { return m_scene.sheet() && m_scene.sheet()->opacity() == 1; }));
         if (!m_scene.sheet()) {
             return 0;
         }
@@ -63,7 +63,7 @@ public:
         expectWithin(sheet, &sheet);
         const int width = qRound(sheet.width());
         m_manager.setIsPresented(false);
-        EXPECT_TRUE(spinUntil([&sheet] { return !sheet.isVisible(); }, 5000));
+        EXPECT_TRUE(spinUntil([&sheet] { return !sheet.isVisible(); }));
         return width;
     }
     template <typename Present>

@@ -128,7 +128,7 @@ TEST_F(SheetWindow, PointerDoesNotReachTheWindowBehind)
     const QQuickItem *behind = scene.find("Behind");
     const QPoint place = behind->mapToScene({behind->width() / 2, behind->height() / 2}).toPoint();
     QTest::mouseMove(scene.window(), place);
-    ASSERT_TRUE(spinUntil([&] { return behind->property("hovered").toBool(); }, 5000));
+    ASSERT_TRUE(spinUntil([&] { return behind->property("hovered").toBool(); }));
     QTest::mouseMove(scene.window(), QPoint(600, 450));
     ASSERT_TRUE(ask());
     QTest::mouseMove(scene.window(), place);
@@ -154,7 +154,7 @@ TEST_F(SheetWindow, ScreenReaderReadsTheTitleAndMessageOfAShownDialog)
     ASSERT_TRUE(ask());
     EXPECT_EQ(dialogs().join(QLatin1Char(';')), question.title() + QLatin1Char('|') + question.message());
     question.cancel();
-    EXPECT_TRUE(spinUntil([&] { return dialogs().isEmpty(); }, 5000));
+    EXPECT_TRUE(spinUntil([&] { return dialogs().isEmpty(); }));
 }
 
 TEST(SheetWindowWithSecret, EscapeStillCancelsIfTheFocusedControlIsDisabled)
