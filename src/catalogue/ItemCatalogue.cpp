@@ -124,6 +124,12 @@ void ItemCatalogue::remove(const QSet<QString> &ids)
     }
 }
 
+QCoro::Task<ItemLease> ItemCatalogue::lease(QString id)
+{
+    const ProtectedItem *known = item(id);
+    return m_leases.acquire(id, known ? known->originalPath : QString());
+}
+
 void ItemCatalogue::noteChanged(const QString &id)
 {
     for (Backlog *backlog : {&m_applicationBacklog, &m_sharedBacklog}) {

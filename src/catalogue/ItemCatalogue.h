@@ -59,7 +59,9 @@ public:
     void save();
 
     /// See ItemLeases.
-    [[nodiscard]] QCoro::Task<ItemLease> lease(QString id) { return m_leases.acquire(std::move(id)); }
+    [[nodiscard]] QCoro::Task<ItemLease> lease(QString id);
+    /// The lease of an item at `path` that has no record yet. Nobody else may wait for one at the same path.
+    [[nodiscard]] QCoro::Task<ItemLease> leasePlace(QString path) { return m_leases.acquire(path, path); }
     [[nodiscard]] bool isLeased(const QString &id) const { return m_leases.isLeased(id); }
 
 Q_SIGNALS:

@@ -5,11 +5,10 @@
 #include "async/Answer.h"
 
 #include <QCoroTask>
-#include <QHash>
 #include <QObject>
 #include <QString>
 
-#include <deque>
+#include <vector>
 
 namespace quillhaven {
 
@@ -38,11 +37,12 @@ private:
     QString m_id;
 };
 
-/// Who may touch which item's files: one operation on an item at a time, in the order of asking. It must outlive its
-/// leases. Main thread only.
+/// Who may touch which item's files: one operation on an item at a time, in the order of asking. Items that are placed
+/// one within the other count as one: what moves a folder moves the file in it. This object must outlive its leases.
+/// Main thread only.
 ///
 /// A lease is taken after the last question to the user, never before: a question that another one replaces suspends
-/// its operation for good, and would keep the item from every other operation.
+/// its operation for good, and would keep the item from every other operation. An operation holds one lease at a time.
 class ItemLeases : public QObject
 {
     Q_OBJECT
@@ -50,20 +50,31 @@ class ItemLeases : public QObject
 public:
     explicit ItemLeases(QObject *parent = nullptr);
 
-    /// Ends with the lease of the item, at once when no other operation holds it. What was read of the item before is
-    /// then to be read again.
-    [[nodiscard]] QCoro::Task<ItemLease> acquire(QString id);
-    [[nodiscard]] bool isLeased(const QString &id) const { return m_waiting.contains(id); }
+    /// Returns the lease of the item at `path`, at once when no other operation holds it or one of an item above or
+    /// below. What was read of the item before must then be read again. An empty path conflicts with none.
+    [[nodiscard]] QCoro::Task<ItemLease> acquire(QString id, QString path);
+    /// An operation holds the lease of the item itself.
+    [[nodiscard]] bool isLeased(const QString &id) const;
 
 Q_SIGNALS:
-    /// An item is leased now, or not any longer.
+    /// An item is leased now, or no longer.
     void leaseChanged(const QString &id);
 
 private:
     friend class ItemLease;
-    void release(const QString &id);
+    struct Turn
+    {
+        QString id;
+        QString path;
+        Answer<bool> answer;
 
-    QHash<QString, std::deque<Answer<bool>>> m_waiting; ///< for each leased item, the operations that wait for it
+        [[nodiscard]] bool conflictsWith(const Turn &other) const;
+    };
+    void release(const QString &id);
+    [[nodiscard]] bool isBlocked(const Turn &turn, std::vector<Turn>::const_iterator endOfWaiting) const;
+
+    std::vector<Turn> m_held;
+    std::vector<Turn> m_waiting; ///< in the order of asking
 };
 
 } // namespace quillhaven

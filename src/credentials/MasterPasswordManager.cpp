@@ -45,7 +45,7 @@ QCoro::Task<> MasterPasswordManager::readAtStart(QPointer<MasterPasswordManager>
         auto read = [keychain = self->m_keychain] { (void)keychain->retrieveMasterPassword(); };
         co_await offMainThread(self->m_credentialQueue, std::move(read));
         exists = true;
-    } catch (...) {
+    } catch (...) { // NOLINT(bugprone-empty-catch)
     }
     if (!self) {
         co_return;

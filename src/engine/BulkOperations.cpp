@@ -123,7 +123,7 @@ QCoro::Task<> QuillhavenManager::bulkWithAccess(QList<ProtectedItem> items, Item
     const QSet<QString> granted(paths->begin(), paths->end());
     BulkRun run(items.size(), progressCallback);
     for (qsizetype index = 0; index < items.size(); ++index) {
-        const ProtectedItem item = items.at(index);
+        const ProtectedItem &item = items.at(index);
         progressCallback(texts.verb + QLatin1Char(' ') + item.originalName + QStringLiteral("..."),
                          fraction(index, items.size()) * shareAfterAccess + afterAccess);
         if (listed.contains(item.id) && !isListed(item.id)) {
@@ -163,7 +163,7 @@ QCoro::Task<> QuillhavenManager::bulkLockItems(QList<ProtectedItem> items, Progr
     }
     BulkRun run(items.size(), progressCallback);
     for (qsizetype index = 0; index < items.size(); ++index) {
-        const ProtectedItem item = items.at(index);
+        const ProtectedItem &item = items.at(index);
         progressCallback(QStringLiteral("Locking ") + item.originalName + QStringLiteral("..."),
                          fraction(index, items.size()));
         const bool isGone = listed.contains(item.id) && !isListed(item.id);

@@ -213,6 +213,8 @@ QCoro::Task<> QuillhavenManager::protectItemWithAccessibleURL(QString path, QStr
     if (!claim) {
         throw QuillhavenError(QuillhavenError::accessDenied, alreadyProtectedText);
     }
+    // A folder above may be moving, or an item below.
+    ItemLease lease = co_await m_catalogue.leasePlace(path);
     ProtectionWork work{files, m_platform.random, m_platform.directories, secureStorageDirectory(),
                         path,  password,          protectedItems()};
     auto move = [work = std::move(work), useTouchID] { return moveIntoProtection(work, useTouchID); };
@@ -231,6 +233,7 @@ QCoro::Task<> QuillhavenManager::protectItemWithAccessibleURL(QString path, QStr
     }
 
     m_catalogue.append(item);
+    lease.release();
     co_await backupNewItem(item.id);
 }
 

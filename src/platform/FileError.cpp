@@ -27,7 +27,7 @@ QString folderNameOf(const QString &path)
 
 QString attemptedWords(FileError::Action action, const QString &path, const QString &target)
 {
-    const QString name = quoted(nameOf(path));
+    QString name = quoted(nameOf(path));
     switch (action) {
     case FileError::Action::Read:
         return QStringLiteral("read ") + name;

@@ -186,7 +186,7 @@ void OpenPanelDialog::selectionMoved()
     const QStringList rows = selectedRows();
     if (!m_name->hasFocus() && !rows.isEmpty() && rows != QStringList(m_asked)) {
         m_typed = false;
-        const QString row = rows.constFirst();
+        const QString &row = rows.constFirst();
         m_name->setText(rows.size() > 1 ? QString() : row.mid(row.lastIndexOf(QLatin1Char('/')) + 1));
     }
     explain(rows.size() > 1 ? QStringLiteral("%1 items are selected.").arg(rows.size()) : QString());
@@ -209,7 +209,7 @@ QString OpenPanelDialog::candidate() const
     if (m_typed) {
         return typedPath();
     }
-    const QString row = selectedRow();
+    QString row = selectedRow();
     const bool unchanged = !m_asked.isEmpty() && m_name->text() == m_request.preselected &&
                            directory().absolutePath() == QDir::cleanPath(m_request.directory) &&
                            (row.isEmpty() || row == m_asked);

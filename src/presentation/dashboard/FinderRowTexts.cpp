@@ -61,7 +61,7 @@ QString shortenedPath(const QString &originalPath, const QString &homePath)
     if (!homePath.isEmpty()) {
         path.replace(homePath, QStringLiteral("~"));
     }
-    const QString folder = folderOf(path);
+    QString folder = folderOf(path);
     if (characterCount(folder) <= maxPathLength) {
         return folder;
     }

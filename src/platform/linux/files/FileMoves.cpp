@@ -7,6 +7,10 @@
 #include "platform/linux/files/HiddenNames.h"
 #include "platform/linux/files/RemoveTree.h"
 #include "platform/linux/files/StagedCopy.h"
+#include "platform/linux/files/TreeComparison.h"
+#include "support/printLogger.h"
+
+#include <QFile>
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -55,17 +59,42 @@ bool isSameInode(const struct stat &a, const struct stat &b)
     return a.st_dev == b.st_dev && a.st_ino == b.st_ino;
 }
 
-/// Removes an item that has a whole successor elsewhere. It is renamed first, which is one step and fails with the item
-/// whole, and removed after that. When the removal fails, nothing of what remains is needed: that is logged and is no
-/// failure. Returns 0 or the error number of the first step.
-int removeReplaced(const QByteArray &path)
+bool isInState(const QByteArray &path, const QByteArray &state) noexcept
+{
+    try {
+        return treeStateAcrossRename(path) == state;
+    } catch (const FileError &) {
+        return false;
+    }
+}
+
+/// Gives what must not be discarded a name that says so.
+void keepAside(const QByteArray &aside, const QByteArray &kept)
+{
+    const bool isKept = plainRename(aside, kept) == 0;
+    printLogger(QStringLiteral("An item was changed while it was moved. What it held is now ") +
+                QFile::decodeName(isKept ? kept : aside));
+}
+
+/// Removes an item that has a whole successor elsewhere, a copy of what was there in `state`. It is renamed first,
+/// which is one step and fails with the item whole, so that nothing can come into it by its path any more; then it is
+/// compared with the state, and goes back to its place when it has been changed meanwhile. When the removal fails,
+/// nothing of what remains is needed: that is logged and is no failure. Returns 0, or an error number with the item at
+/// its place.
+int removeReplaced(const QByteArray &path, const QByteArray &state)
 {
     const QByteArray aside = hiddenNameForDuplicate(path);
     const int error = renameWithoutReplacing(path, aside);
     if (error != 0) {
         return error;
     }
-    discardTree(aside);
+    if (isInState(aside, state)) {
+        discardTree(aside);
+    } else if (renameWithoutReplacing(aside, path) == 0) {
+        return EBUSY;
+    } else {
+        keepAside(aside, hiddenNameForOriginal(path)); // Something new exists at the place.
+    }
     return 0;
 }
 
@@ -161,7 +190,7 @@ void FileMoves::moveAcross(const QByteArray &source, const QByteArray &target, c
         names.fail(error);
     }
     copy.keep();
-    const int error = syncParentFolders(target) ? removeReplaced(source) : EIO;
+    const int error = syncParentFolders(target) ? removeReplaced(source, copy.sourceState()) : EIO;
     if (error != 0) {
         removeTree(target);
         names.fail(error);
@@ -183,7 +212,7 @@ void FileMoves::replaceAcross(const QByteArray &original, const struct stat &old
     if (!syncParentFolders(original)) {
         names.fail(EIO); // The replacement is at both places, and stays until the device has it.
     }
-    if (const int error = removeReplaced(replacement)) {
+    if (const int error = removeReplaced(replacement, copy.sourceState())) {
         names.fail(error);
     }
     syncParentFolders(replacement);

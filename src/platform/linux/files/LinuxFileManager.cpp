@@ -152,7 +152,7 @@ void LinuxFileManager::createDirectory(const QString &path)
     for (qsizetype slash = name.indexOf('/', 1); slash >= 0; slash = name.indexOf('/', slash + 1)) {
         mkdir(name.left(slash).constData(), ownerOnly); // If one of these fails, so does the last.
     }
-    if (mkdir(name.constData(), ownerOnly) != 0 && !(errno == EEXIST && isDirectory(path))) {
+    if (mkdir(name.constData(), ownerOnly) != 0 && (errno != EEXIST || !isDirectory(path))) {
         throw FileError::fromErrno(errno, Action::CreateFolder, path);
     }
 }

@@ -92,6 +92,7 @@ StagedCopy::StagedCopy(const QByteArray &source, const QByteArray &target, const
 {
     try {
         const QByteArray before = treeState(source);
+        m_sourceState = treeStateAcrossRename(source);
         runCopy(source, names);
         requireSameTree(source, m_path, names.target.isEmpty() ? names.path : names.target);
         syncCopy(m_path, names);

@@ -22,6 +22,8 @@ public:
     StagedCopy &operator=(const StagedCopy &) = delete;
 
     [[nodiscard]] const QByteArray &path() const { return m_path; }
+    /// What was copied: the source's `treeStateAcrossRename`.
+    [[nodiscard]] const QByteArray &sourceState() const { return m_sourceState; }
     /// The copy is in its place now.
     void keep() { m_isKept = true; }
 
@@ -29,6 +31,7 @@ private:
     void runCopy(const QByteArray &source, const MoveNames &names) const;
 
     QByteArray m_path;
+    QByteArray m_sourceState;
     bool m_isKept = false;
 };
 

@@ -70,6 +70,10 @@ void addNumber(QCryptographicHash &digest, Number number)
 class StateDigest final : public TreeVisitor
 {
 public:
+    enum class Root { Exact, Renamed };
+
+    explicit StateDigest(Root root) : m_isRenamedRoot(root == Root::Renamed) {}
+
     [[nodiscard]] bool visit(const TreeEntry &treeEntry) override
     {
         const Entry entry(treeEntry);
@@ -78,7 +82,12 @@ public:
             entry.fail(EXDEV);
         }
         m_volume = status.st_dev;
-        m_digest.addData(entry.name + '\0');
+        if (!m_isRenamedRoot) {
+            m_digest.addData(entry.name + '\0');
+            addNumber(m_digest, status.st_ctim.tv_sec);
+            addNumber(m_digest, status.st_ctim.tv_nsec);
+        }
+        m_isRenamedRoot = false; // What follows is below the root.
         addNumber(m_digest, status.st_ino);
         addNumber(m_digest, status.st_mode);
         addNumber(m_digest, status.st_uid);
@@ -86,8 +95,6 @@ public:
         addNumber(m_digest, status.st_size);
         addNumber(m_digest, status.st_mtim.tv_sec);
         addNumber(m_digest, status.st_mtim.tv_nsec);
-        addNumber(m_digest, status.st_ctim.tv_sec);
-        addNumber(m_digest, status.st_ctim.tv_nsec);
         return entry.isFolder();
     }
     void entered(const TreeEntry & /*entry*/, int /*folder*/, const std::vector<QByteArray> & /*names*/) override {}
@@ -98,6 +105,7 @@ public:
 private:
     QCryptographicHash m_digest{QCryptographicHash::Sha256};
     std::optional<dev_t> m_volume;
+    bool m_isRenamedRoot; ///< the next entry is a root that may be renamed
 };
 
 /// Labels that the system's policy or the file system gives to each new file are no property of the item.
@@ -301,7 +309,14 @@ private:
 
 QByteArray treeState(const QByteArray &path)
 {
-    StateDigest digest;
+    StateDigest digest(StateDigest::Root::Exact);
+    walkTree(path, FileError::Action::Read, digest);
+    return digest.result();
+}
+
+QByteArray treeStateAcrossRename(const QByteArray &path)
+{
+    StateDigest digest(StateDigest::Root::Renamed);
     walkTree(path, FileError::Action::Read, digest);
     return digest.result();
 }

@@ -12,6 +12,9 @@ namespace quillhaven {
 /// mounted below the path, and the error of what cannot be read.
 [[nodiscard]] QByteArray treeState(const QByteArray &path);
 
+/// The same without the name and the time of change of the topmost item, which a rename of it changes.
+[[nodiscard]] QByteArray treeStateAcrossRename(const QByteArray &path);
+
 /// Compares a copy with its source: names, types, contents, modes, owners, modification times to the nanosecond,
 /// extended attributes with ACLs, groups of hard links, link targets and device numbers. Throws `NotPreserved` with a
 /// sentence that names the first file that differs and in what; `target` is the path named in it.

@@ -75,7 +75,7 @@ bool isAnswering(const char *address, milliseconds limit)
 /// Empty when the session has no bus.
 QByteArray addressOfSessionBus()
 {
-    const QByteArray address = qgetenv("DBUS_SESSION_BUS_ADDRESS");
+    QByteArray address = qgetenv("DBUS_SESSION_BUS_ADDRESS");
     const QByteArray runtime = qgetenv("XDG_RUNTIME_DIR");
     const QByteArray socket = runtime + "/bus";
     if (!address.isEmpty() || runtime.isEmpty() || !QFileInfo::exists(QFile::decodeName(socket))) {

@@ -8,11 +8,11 @@
 #include <QSocketNotifier>
 
 #include <sys/timerfd.h>
-#include <time.h>
 #include <unistd.h>
 
 #include <algorithm>
 #include <cerrno>
+#include <ctime>
 #include <system_error>
 #include <utility>
 
