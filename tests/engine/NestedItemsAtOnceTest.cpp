@@ -52,8 +52,7 @@ TEST_F(NestedItemsAtOnce, LockOfAFolderWaitsForTheProtectionOfAFileInIt)
     ASSERT_TRUE(write.hasStarted());
     const RunningTask<void> lock(engine.manager.lockItem(engine.item(indexOf(folder))));
     spinOnce();
-    EXPECT_FALSE(lock.isFinished());
-    EXPECT_TRUE(TemporaryHome::exists(folder));
+    EXPECT_FALSE(engine.manager.catalogue().isLeased(engine.item(indexOf(folder)).id));
     write.letGo();
     protection.wait();
     write.letGo(); // for the placeholder of the folder, if it has this path
@@ -71,7 +70,7 @@ TEST_F(NestedItemsAtOnce, ProtectionOfAFolderWaitsForTheProtectionOfAFileInIt)
     ASSERT_TRUE(write.hasStarted());
     const RunningTask<void> outer(engine.manager.protectItem(folder, QStringLiteral("Abcdefg1"), false));
     spinOnce();
-    EXPECT_TRUE(TemporaryHome::exists(folder));
+    EXPECT_FALSE(engine.manager.catalogue().isLeased(folder)) << "the lease of a place is named by its path";
     write.letGo();
     inner.wait();
     outer.wait();
