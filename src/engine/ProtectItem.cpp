@@ -197,7 +197,10 @@ QCoro::Task<> QuillhavenManager::protectItem(QString path, QString password, boo
         co_return;
     }
     if (!m_platform.fileManager.fileExists(path)) {
-        throw QuillhavenError(QuillhavenError::itemNotFound);
+        // A run that is in progress leaves the place empty for a moment.
+        throw m_placesInProtection.isClaimed(m_platform.fileManager, path)
+            ? QuillhavenError(QuillhavenError::accessDenied, alreadyProtectedText)
+            : QuillhavenError(QuillhavenError::itemNotFound);
     }
     const QString granted = co_await requestFileAccess(path);
     printLogger(QStringLiteral("File access granted for: ") + granted);
