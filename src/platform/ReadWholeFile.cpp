@@ -80,13 +80,15 @@ FileBuffer readWholeFile(FileReader &reader, const QString &path, size_t headroo
                          ReadListener &listener)
 {
     constexpr int attempts = 5;
-    for (int attempt = 0; attempt < attempts; ++attempt) {
+    for (int attempt = 1; attempt <= attempts; ++attempt) {
         const size_t size = reader.size();
         FileBuffer buffer = bufferFor(path, size, headroom, tailroom);
         AnnouncedBuffer announced(listener, buffer.bytes());
         std::byte further{};
-        if (readUntilEnd(reader, buffer.bytes().subspan(headroom, size), listener) == size &&
-            reader.read(size, std::span(&further, 1)) == 0) {
+        const bool isRead = readUntilEnd(reader, buffer.bytes().subspan(headroom, size), listener) == size;
+        const bool isAll = isRead && reader.read(size, std::span(&further, 1)) == 0;
+        // A log or a download may not stop: then this is what it held when the pass began.
+        if (isAll || (isRead && attempt == attempts && reader.size() > size)) {
             announced.keep();
             return buffer;
         }

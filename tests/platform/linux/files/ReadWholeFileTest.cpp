@@ -3,7 +3,9 @@
 #include "platform/ReadWholeFile.h"
 #include "FileFixture.h"
 
+#include <algorithm>
 #include <limits>
+#include <string>
 
 namespace quillhaven::test {
 
@@ -44,6 +46,33 @@ TEST_F(ReadWholeFile, AFileWithAWrongSizeIsAnError)
     const std::optional<FileError> error = errorOf([&] { (void)readAll(QStringLiteral("/proc/self/status"), 4, 4); });
     ASSERT_TRUE(error.has_value());
     EXPECT_EQ(error->kind(), Kind::Other);
+}
+
+/// A file that something appends to whenever it is read.
+class EndlessLog : public FileReader
+{
+public:
+    [[nodiscard]] size_t size() const override { return m_content.size(); }
+    [[nodiscard]] size_t read(uint64_t offset, std::span<std::byte> bytes) override
+    {
+        m_content += "one more line\n";
+        const std::string_view rest = std::string_view(m_content).substr(offset, bytes.size());
+        std::ranges::copy(std::as_bytes(std::span(rest)), bytes.begin());
+        return rest.size();
+    }
+
+private:
+    std::string m_content = "first line\n";
+};
+
+TEST_F(ReadWholeFile, AFileThatKeepsGrowingIsReadAsItWasWhenTheLastPassBegan)
+{
+    EndlessLog log;
+    FileBuffer buffer = readWholeFile(log, QStringLiteral("/log"), 40, 16);
+    const QByteArray content = contentOf(buffer, 40, 16);
+    EXPECT_TRUE(content.startsWith("first line\none more line\n")) << content.toStdString();
+    EXPECT_TRUE(content.endsWith("one more line\n"));
+    EXPECT_LT(static_cast<size_t>(content.size()), log.size());
 }
 
 TEST_F(ReadWholeFile, AReadThatDoesNotFitInMemoryIsNotStarted)
