@@ -91,7 +91,8 @@ public:
     [[nodiscard]] virtual std::unique_ptr<FileReader> openForReading(const QString &path) const = 0;
     /// Reads a whole regular file. Throws `TooLargeForMemory` before anything that cannot fit is read.
     [[nodiscard]] FileBuffer readFile(const QString &path) const;
-    /// Opens a file to be written in place, not atomically: makes it, or empties the one that exists.
+    /// Opens a file to be written in place, not atomically: makes it, for this user alone, or empties the one that
+    /// exists.
     [[nodiscard]] virtual std::unique_ptr<FileWriter> openForWriting(const QString &path) = 0;
     /// Writes a whole file so.
     void writeFile(const QString &path, std::span<const std::byte> bytes);

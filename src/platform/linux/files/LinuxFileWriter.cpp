@@ -40,12 +40,12 @@ QByteArray ownLinkTarget(const QString &path, const QByteArray &name)
 /// The file at the path, or at the end of this user's own links; not open, with errno set, when it cannot be opened.
 ScopedFd openFollowingOwnLinks(const QString &path)
 {
-    constexpr int maxLinks = 40;             // as the kernel
-    constexpr mode_t readWriteForAll = 0666; // less the user's mask
+    constexpr int maxLinks = 40; // as the kernel
+    constexpr mode_t ownerOnly = 0600;
     QByteArray name = encodedPath(path, Action::Write);
     for (int links = 0; links < maxLinks; ++links) {
-        ScopedFd file(open(name.constData(), O_WRONLY | O_CREAT | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY | O_CLOEXEC,
-                           readWriteForAll));
+        ScopedFd file(
+            open(name.constData(), O_WRONLY | O_CREAT | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY | O_CLOEXEC, ownerOnly));
         if (file.isOpen() || errno != ELOOP) {
             return file;
         }

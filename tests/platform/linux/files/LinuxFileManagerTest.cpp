@@ -94,13 +94,13 @@ TEST_F(LinuxFileManagerTest, WritesInPlaceAndTruncatesTheExistingFile)
     EXPECT_EQ(read(file), "");
 }
 
-TEST_F(LinuxFileManagerTest, ANewFileHasTheModeOfTheUmask)
+TEST_F(LinuxFileManagerTest, ANewFileIsForItsOwnerAloneWhateverTheUmask)
 {
-    const mode_t mask = umask(027);
+    const mode_t mask = umask(0);
     const QString file = home.path(QStringLiteral("new"));
     write(file, "x");
     umask(mask);
-    EXPECT_EQ(status(file).st_mode & 07777, 0640);
+    EXPECT_EQ(status(file).st_mode & 07777, 0600);
 }
 
 TEST_F(LinuxFileManagerTest, WritesThroughTheUsersOwnLinks)
