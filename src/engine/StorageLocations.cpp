@@ -4,6 +4,7 @@
 // start: once everything has moved it costs two existence checks and one pass over the list.
 
 #include "engine/QuillhavenManager.h"
+#include "formats/FolderArchive.h"
 #include "platform/FileManager.h"
 #include "support/Paths.h"
 #include "support/printLogger.h"
@@ -57,6 +58,7 @@ void QuillhavenManager::migrateBackupFiles()
         }
     }
     files.discardAbandonedItems(newDirectory);
+    discardAbandonedArchives(files, m_platform.directories);
     if (!files.fileExists(oldDirectory)) {
         return;
     }

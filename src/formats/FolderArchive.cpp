@@ -3,15 +3,19 @@
 #include "formats/FolderArchive.h"
 
 #include "catalogue/QuillhavenError.h"
+#include "support/printLogger.h"
 
 #include <QDir>
 #include <QFileInfo>
 #include <QProcess>
 #include <QStandardPaths>
+#include <QUuid>
 
 namespace quillhaven {
 
 namespace {
+
+const QString archiveName = QStringLiteral("archive.tar");
 
 /// A folder that is removed at the end of the scope; an error of the removal is ignored.
 class WorkDirectory
@@ -30,7 +34,7 @@ public:
     WorkDirectory(const WorkDirectory &) = delete;
     WorkDirectory &operator=(const WorkDirectory &) = delete;
 
-    [[nodiscard]] QString archivePath() const { return m_path + QStringLiteral("/archive.tar"); }
+    [[nodiscard]] QString archivePath() const { return m_path + QLatin1Char('/') + archiveName; }
 
 private:
     bool remove() const noexcept
@@ -93,6 +97,24 @@ FileBuffer createFolderArchive(FileManager &fileManager, RandomSource &random, c
     runTar(work.archivePath(), folder);
     return readWholeFile(*fileManager.openForReading(work.archivePath()), work.archivePath(), headroom, tailroom,
                          listener);
+}
+
+void discardAbandonedArchives(FileManager &fileManager, const UserDirectories &directories) noexcept
+{
+    try {
+        for (const QString &name : fileManager.contentsOfDirectory(directories.temporary)) {
+            const QString path = directories.temporary + QLatin1Char('/') + name;
+            if (QUuid::fromString(name).isNull() || !fileManager.isDirectory(path)) {
+                continue;
+            }
+            const QStringList held = fileManager.contentsOfDirectory(path);
+            if (held.isEmpty() || held == QStringList(archiveName)) {
+                fileManager.removeItem(path);
+            }
+        }
+    } catch (const std::exception &) {
+        printLogger(localizedDescription(std::current_exception()));
+    }
 }
 
 } // namespace quillhaven

@@ -16,4 +16,8 @@ namespace quillhaven {
                                              const UserDirectories &directories, const QString &folder, size_t headroom,
                                              size_t tailroom, ReadListener &listener);
 
+/// Removes the work directories that a killed process left: each holds the plain content of a protected folder. To be
+/// called before the first archive is made. What cannot be removed is logged.
+void discardAbandonedArchives(FileManager &fileManager, const UserDirectories &directories) noexcept;
+
 } // namespace quillhaven

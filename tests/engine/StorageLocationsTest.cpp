@@ -57,6 +57,21 @@ TEST_F(StorageLocations, FirstStartCreatesTheStorageFolderAndNothingElse)
     EXPECT_TRUE(log.lines().filter(QStringLiteral("igrat")).isEmpty());
 }
 
+TEST_F(StorageLocations, PlainArchivesThatAKilledBackupLeftAreRemovedAndNothingElse)
+{
+    const QString uuid = QStringLiteral("02563F0A-57A7-4B2E-9C7E-3C8C8A7B0C11");
+    const QString archive =
+        services.home.write(QStringLiteral("tmp/") + uuid + QStringLiteral("/archive.tar"), "plain");
+    const QString other = services.home.write(QStringLiteral("tmp/notes/archive.tar"), "somebody's");
+    const QString more =
+        services.home.write(QStringLiteral("tmp/6F9619FF-8B86-D011-B42D-00CF4FC964FF/mine.txt"), "somebody's");
+    const EngineHarness engine(services);
+    EXPECT_FALSE(TemporaryHome::exists(archive));
+    EXPECT_FALSE(TemporaryHome::exists(services.home.path(QStringLiteral("tmp/") + uuid)));
+    EXPECT_EQ(TemporaryHome::read(other), "somebody's");
+    EXPECT_EQ(TemporaryHome::read(more), "somebody's");
+}
+
 TEST_F(StorageLocations, OldEntriesAreMovedBeforeTheirRecordsAreChecked)
 {
     services.home.write(QStringLiteral("tmp/quillhaven/A_original"), "mine");
