@@ -3,6 +3,7 @@
 // Recovery backups are made of the private copy, so of locked items only, and none is ever removed here.
 
 #include "async/OffMainThread.h"
+#include "async/StopForEnd.h"
 #include "catalogue/QuillhavenError.h"
 #include "engine/QuillhavenManager.h"
 #include "formats/RecoveryBackup.h"
@@ -52,8 +53,11 @@ QCoro::Task<> QuillhavenManager::backupAllToiCloud()
 {
     requireBackupEnabled();
     const QList<ProtectedItem> items = protectedItems();
-    for (const ProtectedItem &item : items) {
-        co_await backupToiCloud(item.id);
+    for (qsizetype index = 0; index < items.size(); ++index) {
+        if (stopsForEnd(index, items.size())) {
+            co_return;
+        }
+        co_await backupToiCloud(items.at(index).id);
     }
     printLogger(QStringLiteral("✅ All items backed up to iCloud"));
 }

@@ -3,6 +3,7 @@
 // Every bulk operation passes the guard once, walks its list in order, one item at a time, and reports all failures in
 // one error at the end. An item that fails never stops the run.
 
+#include "async/StopForEnd.h"
 #include "catalogue/QuillhavenError.h"
 #include "engine/BulkRun.h"
 #include "engine/OperationScope.h"
@@ -96,7 +97,7 @@ QCoro::Task<> QuillhavenManager::bulkProtectItems(QStringList paths, QString pas
         co_return;
     }
     BulkRun run(granted->size(), progressCallback);
-    for (qsizetype index = 0; index < granted->size(); ++index) {
+    for (qsizetype index = 0; index < granted->size() && !stopsForEnd(index, granted->size()); ++index) {
         const QString path = granted->at(index);
         const QString name = lastPathComponent(path);
         progressCallback(QStringLiteral("Protecting ") + name + QStringLiteral("..."),
@@ -122,7 +123,7 @@ QCoro::Task<> QuillhavenManager::bulkWithAccess(QList<ProtectedItem> items, Item
     }
     const QSet<QString> granted(paths->begin(), paths->end());
     BulkRun run(items.size(), progressCallback);
-    for (qsizetype index = 0; index < items.size(); ++index) {
+    for (qsizetype index = 0; index < items.size() && !stopsForEnd(index, items.size()); ++index) {
         const ProtectedItem &item = items.at(index);
         progressCallback(texts.verb + QLatin1Char(' ') + item.originalName + QStringLiteral("..."),
                          fraction(index, items.size()) * shareAfterAccess + afterAccess);
@@ -162,7 +163,7 @@ QCoro::Task<> QuillhavenManager::bulkLockItems(QList<ProtectedItem> items, Progr
         co_return;
     }
     BulkRun run(items.size(), progressCallback);
-    for (qsizetype index = 0; index < items.size(); ++index) {
+    for (qsizetype index = 0; index < items.size() && !stopsForEnd(index, items.size()); ++index) {
         const ProtectedItem &item = items.at(index);
         progressCallback(QStringLiteral("Locking ") + item.originalName + QStringLiteral("..."),
                          fraction(index, items.size()));

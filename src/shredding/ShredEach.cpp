@@ -2,6 +2,7 @@
 
 #include "shredding/ShredEach.h"
 
+#include "async/StopForEnd.h"
 #include "catalogue/QuillhavenError.h"
 
 namespace quillhaven {
@@ -13,7 +14,7 @@ QCoro::Task<ShredOutcome> shredEach(QStringList names, ShredCounter counter,
     ShredOutcome outcome;
     outcome.totalItems = names.size();
     const auto total = static_cast<double>(outcome.totalItems);
-    for (qsizetype index = 0; index < outcome.totalItems; ++index) {
+    for (qsizetype index = 0; index < outcome.totalItems && !stopsForEnd(index, outcome.totalItems); ++index) {
         const QString &name = names.at(index);
         const bool countsPosition = counter == ShredCounter::Position;
         const qsizetype number = (countsPosition ? index : outcome.completedCount) + 1;
