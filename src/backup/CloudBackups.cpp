@@ -26,11 +26,16 @@ CloudBackups::CloudBackups(CloudStorage &cloud, FileManager &fileManager) : m_cl
 {
 }
 
+std::optional<QString> CloudBackups::containerDirectory() const
+{
+    return m_cloud.containerDirectory(containerIdentifier);
+}
+
 bool CloudBackups::isiCloudAvailable() const
 {
     printLogger(QStringLiteral("🌩️ DEBUG: Checking iCloud availability..."));
     printLogger(QStringLiteral("🌩️ DEBUG: Container identifier: ") + containerIdentifier);
-    const std::optional<QString> container = m_cloud.containerDirectory(containerIdentifier);
+    const std::optional<QString> container = containerDirectory();
     if (container) {
         printLogger(QStringLiteral("🌩️ DEBUG: iCloud container URL found: ") + *container);
         printLogger(QStringLiteral("🌩️ DEBUG: iCloud is available ✅"));
@@ -47,7 +52,7 @@ bool CloudBackups::isiCloudAvailable() const
 
 QString CloudBackups::getiCloudBackupDirectory() const
 {
-    const std::optional<QString> container = m_cloud.containerDirectory(containerIdentifier);
+    const std::optional<QString> container = containerDirectory();
     if (!container) {
         throw QuillhavenError(
             QuillhavenError::accessDenied,
@@ -72,7 +77,7 @@ QString CloudBackups::itemId(const QString &backupPath)
 
 QStringList CloudBackups::backupPaths() const
 {
-    const std::optional<QString> container = m_cloud.containerDirectory(containerIdentifier);
+    const std::optional<QString> container = containerDirectory();
     if (!container) {
         throw QuillhavenError(QuillhavenError::iCloudNotAvailable);
     }

@@ -5,6 +5,8 @@
 #include <QString>
 #include <QStringList>
 
+#include <optional>
+
 namespace quillhaven {
 
 class CloudStorage;
@@ -18,6 +20,8 @@ public:
     /// The references must outlive this object.
     CloudBackups(CloudStorage &cloud, FileManager &fileManager);
 
+    /// The container, if there is one.
+    [[nodiscard]] std::optional<QString> containerDirectory() const;
     /// Whether there is a container; logs what was found.
     [[nodiscard]] bool isiCloudAvailable() const;
     /// The folder, which is created if it does not exist. Throws QuillhavenError::accessDenied if there is no

@@ -17,6 +17,7 @@
 #include "catalogue/QuillhavenError.h"
 #include "engine/ItemPlaces.h"
 #include "engine/OperationScope.h"
+#include "engine/OwnPlaces.h"
 #include "engine/PlaceholderFile.h"
 #include "engine/QuillhavenManager.h"
 #include "formats/SecuredContainer.h"
@@ -38,6 +39,7 @@ struct ProtectionWork
     QString path;
     QString password;
     QList<ProtectedItem> knownItems;
+    OwnPlaces ownPlaces;
 };
 
 const QString alreadyProtectedText = QStringLiteral("Item is already protected");
@@ -135,6 +137,9 @@ ProtectedItem moveIntoProtection(const ProtectionWork &work, bool useTouchID)
     if (isPlaceOfAnItem(work.files, work.knownItems, work.path) || holdsPlaceholder(work.files, work.path)) {
         throw QuillhavenError(QuillhavenError::accessDenied, alreadyProtectedText);
     }
+    if (const auto reason = reasonNotToProtect(work.files, work.ownPlaces, work.knownItems, work.path)) {
+        throw QuillhavenError(QuillhavenError::accessDenied, *reason);
+    }
     requireSealable(work);
 
     ProtectedItem item;
@@ -180,7 +185,15 @@ QuillhavenManager::CanProtect QuillhavenManager::canProtectItem(QString path) co
     if (!files.isWritableFile(m_platform.directories.documents)) {
         return {false, QStringLiteral("Cannot write to Documents folder. Please check app permissions.")};
     }
+    if (auto reason = reasonNotToProtect(files, placesOfProgram(), protectedItems(), path)) {
+        return {false, std::move(reason)};
+    }
     return {true, std::nullopt};
+}
+
+OwnPlaces QuillhavenManager::placesOfProgram() const
+{
+    return ownPlaces(m_platform.directories, secureStorageDirectory(), m_cloudBackups.containerDirectory());
 }
 
 QStringList QuillhavenManager::protectablePaths(const QStringList &paths) const
@@ -219,7 +232,7 @@ QCoro::Task<> QuillhavenManager::protectItemWithAccessibleURL(QString path, QStr
     // A folder above may be moving, or an item below.
     ItemLease lease = co_await m_catalogue.leasePlace(path);
     ProtectionWork work{files, m_platform.random, m_platform.directories, secureStorageDirectory(),
-                        path,  password,          protectedItems()};
+                        path,  password,          protectedItems(),       placesOfProgram()};
     auto move = [work = std::move(work), useTouchID] { return moveIntoProtection(work, useTouchID); };
     const ProtectedItem item = co_await offMainThread(std::move(move));
 

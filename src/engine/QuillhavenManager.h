@@ -6,6 +6,7 @@
 #include "catalogue/ItemCatalogue.h"
 #include "credentials/KeychainManager.h"
 #include "engine/ItemPlaces.h"
+#include "engine/OwnPlaces.h"
 #include "engine/RemovalLog.h"
 #include "platform/Platform.h"
 #include "shredding/QuillhavenShredder.h"
@@ -163,6 +164,7 @@ private:
 
     // StorageLocations.cpp
     [[nodiscard]] QString secureStorageDirectory() const;
+    [[nodiscard]] OwnPlaces placesOfProgram() const;
     [[nodiscard]] QString oldStorageDirectory() const;
     void migrateBackupFiles();
     void migrateBackupPaths();

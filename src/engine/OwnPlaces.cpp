@@ -1,0 +1,86 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+#include "engine/OwnPlaces.h"
+
+#include "support/Paths.h"
+
+#include <algorithm>
+
+namespace quillhaven {
+
+namespace {
+
+using Identity = std::optional<FileIdentity>;
+
+/// Whether the item is `path` or one of the folders above it.
+bool isAtOrAbove(const FileManager &files, const Identity &item, QString path)
+{
+    for (;;) {
+        if (item && item == files.identityOfItem(path, Links::Follow)) {
+            return true;
+        }
+        const QString above = parentDirectory(path);
+        if (above.isEmpty() || above == path) {
+            return false;
+        }
+        path = above;
+    }
+}
+
+QString quotedName(const QString &path)
+{
+    const QString name = lastPathComponent(path);
+    return QLatin1Char('"') + (name.isEmpty() ? path : name) + QLatin1Char('"');
+}
+
+} // namespace
+
+OwnPlaces ownPlaces(const UserDirectories &directories, const QString &secureStorage,
+                    const std::optional<QString> &cloudDirectory)
+{
+    OwnPlaces places{.needed = {directories.home, secureStorage, directories.documents, directories.configuration,
+                                directories.temporary},
+                     .own = {secureStorage, directories.configuration, directories.temporary},
+                     .cloud = cloudDirectory};
+    if (cloudDirectory) {
+        places.needed.append(*cloudDirectory);
+    }
+    return places;
+}
+
+std::optional<QString> reasonNotToProtect(const FileManager &files, const OwnPlaces &places,
+                                          const QList<ProtectedItem> &items, const QString &path)
+{
+    const Identity itself = files.identityOfItem(path, Links::Follow);
+    for (const QString &needed : places.needed) {
+        if (itself && itself == files.identityOfItem(needed, Links::Follow)) {
+            return quotedName(path) + QStringLiteral(" cannot be protected because Quillhaven needs it at its place. "
+                                                     "Protect the items in it instead.");
+        }
+        if (isAtOrAbove(files, itself, needed)) {
+            return quotedName(path) + QStringLiteral(" cannot be protected because it contains ") + quotedName(needed) +
+                   QStringLiteral(", which Quillhaven needs at its place. Protect the items in it instead.");
+        }
+    }
+    const auto holdsPath = [&](const QString &own) {
+        return isAtOrAbove(files, files.identityOfItem(own, Links::Follow), path);
+    };
+    if (std::ranges::any_of(places.own, holdsPath)) {
+        return quotedName(path) + QStringLiteral(" cannot be protected because it belongs to Quillhaven itself.");
+    }
+    const bool mayBeContainer = path.endsWith(QStringLiteral(".secured"));
+    const bool mayBeBackup = places.cloud && path.endsWith(QStringLiteral(".backup")) &&
+                             isAtOrAbove(files, files.identityOfItem(*places.cloud, Links::Follow), path);
+    const auto isCopyOf = [&](const ProtectedItem &item) {
+        return (mayBeBackup && lastPathComponent(path) == item.id + QStringLiteral(".backup")) ||
+               (mayBeContainer && itself && itself == files.identityOfItem(item.containerPath, Links::Follow));
+    };
+    const auto copied = std::ranges::find_if(items, isCopyOf);
+    if (copied != items.end()) {
+        return quotedName(path) + QStringLiteral(" cannot be protected because it is the encrypted copy of \"") +
+               copied->originalName + QStringLiteral("\".");
+    }
+    return std::nullopt;
+}
+
+} // namespace quillhaven
