@@ -27,9 +27,9 @@ public:
 };
 
 /// Reads a whole file to `headroom` bytes after the start of a buffer of `headroom` + file size + `tailroom` bytes. The
-/// buffer holds what one pass from start to end read: a file that changes its size meanwhile is read again, and of one that
-/// keeps growing the last pass counts. `path` is
-/// for the sentence of an error. Throws a FileError, `TooLargeForMemory` before anything that cannot fit is read.
+/// buffer holds what one pass from start to end read: a file that changes its size meanwhile is read again, and of one
+/// that keeps growing the last pass counts. `path` is for the sentence of an error. Throws a FileError,
+/// `TooLargeForMemory` before anything that cannot fit is read.
 [[nodiscard]] FileBuffer readWholeFile(FileReader &reader, const QString &path, size_t headroom, size_t tailroom,
                                        ReadListener &listener);
 
