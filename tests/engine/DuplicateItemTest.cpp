@@ -153,6 +153,9 @@ TEST_F(DuplicateItem, DotAtTheEndIsDropped)
 TEST_F(DuplicateItem, UnreadableFolderFailsInsteadOfMakingEveryNameLookTaken)
 {
     start(QStringLiteral("report.txt"));
+    const QString desktop = services.home.path(QStringLiteral("Desktop"));
+    const auto permissions = QFile::permissions(desktop);
+    ASSERT_TRUE(QFile::setPermissions(desktop, {}));
     QString text;
     try {
         const AsPlainUser user; // who cannot read whether a name there is taken
@@ -160,6 +163,7 @@ TEST_F(DuplicateItem, UnreadableFolderFailsInsteadOfMakingEveryNameLookTaken)
     } catch (const FileError &error) {
         text = error.errorDescription();
     }
+    ASSERT_TRUE(QFile::setPermissions(desktop, permissions));
     EXPECT_EQ(text, QStringLiteral("You don't have permission to read \"report Copy.txt\"."));
     EXPECT_EQ(progress->lines, wholeProgress.first(2));
     EXPECT_EQ(onDesktop(), QStringList(QStringLiteral("report.txt")));
