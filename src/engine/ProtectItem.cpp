@@ -15,10 +15,12 @@
 
 #include "async/OffMainThread.h"
 #include "catalogue/QuillhavenError.h"
+#include "engine/ContainerPlace.h"
 #include "engine/ItemPlaces.h"
 #include "engine/OperationScope.h"
 #include "engine/OwnPlaces.h"
 #include "engine/PlaceholderFile.h"
+#include "engine/PrivateCopies.h"
 #include "engine/QuillhavenManager.h"
 #include "formats/SecuredContainer.h"
 #include "platform/FileManager.h"
@@ -43,19 +45,6 @@ struct ProtectionWork
 };
 
 const QString alreadyProtectedText = QStringLiteral("Item is already protected");
-
-QString sanitizedName(QString name)
-{
-    for (const QChar forbidden : QStringLiteral(":/\\*?\"<>|")) {
-        name.replace(forbidden, QLatin1Char('_'));
-    }
-    return name;
-}
-
-QString containerPathFor(const UserDirectories &directories, const QString &originalName)
-{
-    return pathInDirectory(directories.documents, sanitizedName(originalName) + QStringLiteral(".secured"));
-}
 
 /// For a question: what cannot be read is not known to be a placeholder, and protecting it reports why.
 bool isPlaceholder(const FileManager &files, const QString &path)
@@ -91,30 +80,6 @@ void requireReadableAndMovable(const ProtectionWork &work)
     }
 }
 
-/// Asked before anything moves: what cannot be sealed would remain in private storage without a record.
-void requireSealable(const ProtectionWork &work)
-{
-    constexpr qsizetype longestName = 255; // bytes, on every file system in use
-    requireReadableAndMovable(work);
-    const QString containerName = lastPathComponent(containerPathFor(work.directories, lastPathComponent(work.path)));
-    if (containerName.toUtf8().size() > longestName) {
-        throw FileError(FileError::Kind::InvalidName,
-                        QStringLiteral("The name of \"%1\" is too long to be protected. Please shorten it first.")
-                            .arg(lastPathComponent(work.path)));
-    }
-}
-
-QString freeBackupPath(const FileManager &files, const QString &secureStorage, const QString &id)
-{
-    const QString base = pathInDirectory(secureStorage, id + QStringLiteral("_original"));
-    QString candidate = base;
-    for (int counter = 1; files.fileExists(candidate); ++counter) {
-        (void)files.sizeOfItem(candidate); // throws for a place that cannot be looked at
-        candidate = base + QLatin1Char('_') + QString::number(counter);
-    }
-    return candidate;
-}
-
 void writeContainer(const ProtectionWork &work, const ProtectedItem &item)
 {
     if (item.isFolder) {
@@ -127,8 +92,8 @@ void writeContainer(const ProtectionWork &work, const ProtectedItem &item)
                              work.password, item.id);
 }
 
-/// Moves the item and writes its container and placeholder. The new record, not yet in the catalogue.
-ProtectedItem moveIntoProtection(const ProtectionWork &work, bool useTouchID)
+/// Asked before anything moves: what fails later would remain in private storage without a record.
+void requireProtectable(const ProtectionWork &work)
 {
     if (!work.files.fileExists(work.path)) {
         throw QuillhavenError(QuillhavenError::itemNotFound);
@@ -140,17 +105,23 @@ ProtectedItem moveIntoProtection(const ProtectionWork &work, bool useTouchID)
     if (const auto reason = reasonNotToProtect(work.files, work.ownPlaces, work.knownItems, work.path)) {
         throw QuillhavenError(QuillhavenError::accessDenied, *reason);
     }
-    requireSealable(work);
+    requireReadableAndMovable(work);
+    if (!work.files.fileExists(work.secureStorage)) {
+        work.files.createDirectory(work.secureStorage);
+    }
+    requirePlaceForContainer(work.files, work.directories, work.secureStorage, work.path);
+}
 
+/// Moves the item and writes its container and placeholder. The new record, not yet in the catalogue.
+ProtectedItem moveIntoProtection(const ProtectionWork &work, bool useTouchID)
+{
     ProtectedItem item;
     item.id = work.random.uuidString();
     item.originalName = lastPathComponent(work.path);
     item.originalPath = work.path;
     item.useTouchID = useTouchID;
-    if (!work.files.fileExists(work.secureStorage)) {
-        work.files.createDirectory(work.secureStorage);
-    }
-    item.originalBackupPath = freeBackupPath(work.files, work.secureStorage, item.id);
+    item.originalBackupPath =
+        freePrivatePath(work.files, pathInDirectory(work.secureStorage, item.id + privateCopySuffix));
     work.files.moveItem(work.path, item.originalBackupPath);
 
     item.containerPath = containerPathFor(work.directories, item.originalName);
@@ -233,6 +204,9 @@ QCoro::Task<> QuillhavenManager::protectItemWithAccessibleURL(QString path, QStr
     ItemLease lease = co_await m_catalogue.leasePlace(path);
     ProtectionWork work{files, m_platform.random, m_platform.directories, secureStorageDirectory(),
                         path,  password,          protectedItems(),       placesOfProgram()};
+    auto check = [work] { requireProtectable(work); };
+    co_await offMainThread(std::move(check));
+    co_await clearContainerName(containerPathFor(work.directories, lastPathComponent(path)));
     auto move = [work = std::move(work), useTouchID] { return moveIntoProtection(work, useTouchID); };
     const ProtectedItem item = co_await offMainThread(std::move(move));
 
@@ -251,6 +225,17 @@ QCoro::Task<> QuillhavenManager::protectItemWithAccessibleURL(QString path, QStr
     m_catalogue.append(item);
     lease.release();
     co_await backupNewItem(item.id);
+}
+
+QCoro::Task<> QuillhavenManager::clearContainerName(QString containerPath)
+{
+    auto clear = [&files = m_platform.fileManager, items = protectedItems(), containerPath] {
+        return keepForeignContainer(files, items, containerPath);
+    };
+    const std::optional<QString> aside = co_await offMainThread(std::move(clear));
+    if (aside) {
+        Q_EMIT keptAside(containerPath, *aside);
+    }
 }
 
 } // namespace quillhaven

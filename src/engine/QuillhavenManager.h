@@ -139,6 +139,9 @@ public:
 Q_SIGNALS:
     void protectedItemsChanged();
     void isProcessingChanged();
+    /// Something else had taken the place of an item, or the name of its container, and is at `aside` now, or in the
+    /// trash when that is empty.
+    void keptAside(const QString &place, const QString &aside);
 
 protected:
     // The cores of the bulk operations: they expect a place that the user has confirmed, pass no guard, set no flag and
@@ -169,6 +172,10 @@ private:
     void migrateBackupFiles();
     void migrateBackupPaths();
 
+    // ProtectItem.cpp
+    /// Takes what is not the program's from the place of a new container; see keepForeignContainer.
+    [[nodiscard]] QCoro::Task<> clearContainerName(QString containerPath);
+
     // FileAccess.cpp
     /// Has the user confirm the item in a panel; the confirmed path. Throws QuillhavenError::accessDenied.
     [[nodiscard]] QCoro::Task<QString> requestFileAccess(QString path);
@@ -183,6 +190,8 @@ private:
     [[nodiscard]] QCoro::Task<> performLockOperation(ProtectedItem item);
     [[nodiscard]] QCoro::Task<> performUnlockOperation(ProtectedItem item, OperationScope &operation);
     [[nodiscard]] QCoro::Task<> performRemoval(ProtectedItem item, OperationScope &operation);
+    /// Keeps what has taken the item's place, before its private copy comes back to it; see keepForeignItemAside.
+    [[nodiscard]] QCoro::Task<> keepForeignItem(QString place, QString privateCopy);
     [[nodiscard]] QCoro::Task<> restoreForRemoval(ProtectedItem item, QString place, RemovalLog log);
     [[nodiscard]] QCoro::Task<> cleanUpProtection(ProtectedItem item, RemovalLog log);
 

@@ -22,6 +22,7 @@ DashboardViewModel::DashboardViewModel(const Platform &platform, QuillhavenManag
       m_rows(quillhavenManager.catalogue(), platform.directories.home),
       m_items(m_rows, m_filters),
       m_statistics(m_items, m_filters),
+      m_keptAside(quillhavenManager, m_notices),
       m_selection(m_items),
       m_bulk(context(), platform.panels),
       m_protecting(context(), m_bulk, platform.panels),

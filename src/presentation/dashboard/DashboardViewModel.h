@@ -12,6 +12,7 @@
 #include "presentation/dashboard/FilteredItemsModel.h"
 #include "presentation/dashboard/ItemActions.h"
 #include "presentation/dashboard/ItemSelection.h"
+#include "presentation/dashboard/KeptAsideNotice.h"
 #include "presentation/dashboard/NoticesModel.h"
 #include "presentation/dashboard/ProtectActions.h"
 #include "presentation/dashboard/ProtectedItemsModel.h"
@@ -108,6 +109,7 @@ private:
     FilteredItemsModel m_items;
     DashboardStatisticsModel m_statistics;
     NoticesModel m_notices;
+    KeptAsideNotice m_keptAside;
     DashboardErrors m_errors;
     ItemSelection m_selection;
     BulkActions m_bulk;
