@@ -27,6 +27,8 @@
 #include "support/Paths.h"
 #include "support/printLogger.h"
 
+#include <QScopeGuard>
+
 namespace quillhaven {
 
 namespace {
@@ -38,6 +40,7 @@ struct ProtectionWork
     RandomSource &random;
     UserDirectories directories;
     QString secureStorage;
+    QString itemId;
     QString path;
     QString password;
     QList<ProtectedItem> knownItems;
@@ -116,7 +119,7 @@ void requireProtectable(const ProtectionWork &work)
 ProtectedItem moveIntoProtection(const ProtectionWork &work, bool useTouchID)
 {
     ProtectedItem item;
-    item.id = work.random.uuidString();
+    item.id = work.itemId;
     item.originalName = lastPathComponent(work.path);
     item.originalPath = work.path;
     item.useTouchID = useTouchID;
@@ -202,11 +205,26 @@ QCoro::Task<> QuillhavenManager::protectItemWithAccessibleURL(QString path, QStr
     }
     // A folder above may be moving, or an item below.
     ItemLease lease = co_await m_catalogue.leasePlace(path);
-    ProtectionWork work{files, m_platform.random, m_platform.directories, secureStorageDirectory(),
-                        path,  password,          protectedItems(),       placesOfProgram()};
+    const QString id = m_platform.random.uuidString();
+    ProtectionWork work{.files = files,
+                        .random = m_platform.random,
+                        .directories = m_platform.directories,
+                        .secureStorage = secureStorageDirectory(),
+                        .itemId = id,
+                        .path = path,
+                        .password = password,
+                        .knownItems = protectedItems(),
+                        .ownPlaces = placesOfProgram()};
     auto check = [work] { requireProtectable(work); };
     co_await offMainThread(std::move(check));
     co_await clearContainerName(containerPathFor(work.directories, lastPathComponent(path)));
+    m_idsInProtection.insert(id);
+    const auto ended = qScopeGuard([this, id] {
+        m_idsInProtection.remove(id);
+        if (!isListed(id)) {
+            Q_EMIT itemLeftBehind();
+        }
+    });
     auto move = [work = std::move(work), useTouchID] { return moveIntoProtection(work, useTouchID); };
     const ProtectedItem item = co_await offMainThread(std::move(move));
 
