@@ -29,7 +29,8 @@ DashboardViewModel::DashboardViewModel(const Platform &platform, QuillhavenManag
       m_dropping(context(), m_protecting, m_bulk),
       m_itemActions(context(), m_bulk, platform.clock),
       m_shredding(context()),
-      m_backup(context(), platform.defaults.standard())
+      m_backup(context(), platform.defaults.standard()),
+      m_rescue(context(), platform.panels, m_notices, platform.directories.home)
 {
     connect(&masterPasswordManager, &MasterPasswordManager::hasMasterPasswordChanged, this,
             &DashboardViewModel::masterPasswordTextChanged);
