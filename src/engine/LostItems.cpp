@@ -195,9 +195,9 @@ private:
     QQueue<QString> m_folders;
 };
 
-void discardLeftovers(FileManager &files, const QList<ProtectedItem> &items)
+void discardLeftovers(FileManager &files, const QString &secureStorage, const QList<ProtectedItem> &items)
 {
-    QSet<QString> folders;
+    QSet<QString> folders{secureStorage};
     for (const ProtectedItem &item : items) {
         folders.insert(parentDirectory(item.originalPath));
     }
@@ -218,7 +218,7 @@ bool isReturned(const FileManager &files, const ProtectedItem &item)
 RescueFindings findLostItems(FileManager &files, const UserDirectories &directories, const QString &secureStorage,
                              const QList<ProtectedItem> &items)
 {
-    discardLeftovers(files, items);
+    discardLeftovers(files, secureStorage, items);
     RescueFindings findings;
     findings.lostItems = privateCopiesWithoutRecord(files, secureStorage, items);
     if (!findings.lostItems.isEmpty()) {

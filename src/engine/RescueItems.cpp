@@ -144,7 +144,10 @@ QCoro::Task<bool> QuillhavenManager::giveBackLostItem(LostItem lost, QString pla
     const ItemLease lease = co_await m_catalogue.leasePlace(lost.privatePath, place);
     requireLost(lost);
     co_await keepForeignItem(place, lost.privatePath);
-    auto move = [&files = m_platform.fileManager, lost, place] { putBack(files, lost.privatePath, place); };
+    auto move = [&files = m_platform.fileManager, lost, place] {
+        files.discardAbandonedItems(parentDirectory(place)); // What the interrupted run has left of it.
+        putBack(files, lost.privatePath, place);
+    };
     co_await offMainThread(std::move(move));
     printLogger(QStringLiteral("🛟 Gave back a lost item: ") + place);
     if (!lost.isFolder && !isListed(lost.id)) {
