@@ -22,6 +22,7 @@
 #include "engine/QuillhavenManager.h"
 #include "formats/SecuredContainer.h"
 #include "platform/FileManager.h"
+#include "support/DisplayName.h"
 #include "support/Paths.h"
 #include "support/printLogger.h"
 
@@ -73,7 +74,7 @@ FileError protectionError(const FileError &error, const QString &path)
         return {
             error.kind(),
             QStringLiteral("Could not protect \"%1\" because it is only a link. Protect the item it leads to instead.")
-                .arg(lastPathComponent(path))};
+                .arg(displayName(lastPathComponent(path)))};
     }
     return error.withVerb(QStringLiteral("protect"));
 }
@@ -100,7 +101,7 @@ void requireSealable(const ProtectionWork &work)
     if (containerName.toUtf8().size() > longestName) {
         throw FileError(FileError::Kind::InvalidName,
                         QStringLiteral("The name of \"%1\" is too long to be protected. Please shorten it first.")
-                            .arg(lastPathComponent(work.path)));
+                            .arg(displayName(lastPathComponent(work.path))));
     }
 }
 
