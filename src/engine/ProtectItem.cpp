@@ -79,29 +79,29 @@ FileError protectionError(const FileError &error, const QString &path)
     return error.withVerb(QStringLiteral("protect"));
 }
 
-void requireReadableAndMovable(const ProtectionWork &work)
+void requireReadableAndMovable(const FileManager &files, const QString &path)
 {
     constexpr size_t headroom = size_t{1024} * 1024; // more than the container's header and tag
     try {
-        work.files.requireReadableAndMovable(work.path, headroom);
-        if (!work.path.isValidUtf16()) { // A catalogue with such a record could not be saved any more.
-            throw FileError::of(FileError::Kind::InvalidName, FileError::Action::Use, work.path);
+        files.requireReadableAndMovable(path, headroom);
+        if (!path.isValidUtf16()) { // A catalogue with such a record could not be saved any more.
+            throw FileError::of(FileError::Kind::InvalidName, FileError::Action::Use, path);
         }
     } catch (const FileError &error) {
-        throw protectionError(error, work.path);
+        throw protectionError(error, path);
     }
 }
 
 /// Asked before anything moves: what cannot be sealed would remain in private storage without a record.
-void requireSealable(const ProtectionWork &work)
+void requireSealable(const FileManager &files, const UserDirectories &directories, const QString &path)
 {
     constexpr qsizetype longestName = 255; // bytes, on every file system in use
-    requireReadableAndMovable(work);
-    const QString containerName = lastPathComponent(containerPathFor(work.directories, lastPathComponent(work.path)));
+    requireReadableAndMovable(files, path);
+    const QString containerName = lastPathComponent(containerPathFor(directories, lastPathComponent(path)));
     if (containerName.toUtf8().size() > longestName) {
         throw FileError(FileError::Kind::InvalidName,
                         QStringLiteral("The name of \"%1\" is too long to be protected. Please shorten it first.")
-                            .arg(displayName(lastPathComponent(work.path))));
+                            .arg(displayName(lastPathComponent(path))));
     }
 }
 
@@ -141,7 +141,7 @@ ProtectedItem moveIntoProtection(const ProtectionWork &work, bool useTouchID)
     if (const auto reason = reasonNotToProtect(work.files, work.ownPlaces, work.knownItems, work.path)) {
         throw QuillhavenError(QuillhavenError::accessDenied, *reason);
     }
-    requireSealable(work);
+    requireSealable(work.files, work.directories, work.path);
 
     ProtectedItem item;
     item.id = work.random.uuidString();
@@ -188,6 +188,11 @@ QuillhavenManager::CanProtect QuillhavenManager::canProtectItem(QString path) co
     }
     if (auto reason = reasonNotToProtect(files, placesOfProgram(), protectedItems(), path)) {
         return {false, std::move(reason)};
+    }
+    try {
+        requireSealable(files, m_platform.directories, path);
+    } catch (const FileError &error) {
+        return {false, error.errorDescription()};
     }
     return {true, std::nullopt};
 }

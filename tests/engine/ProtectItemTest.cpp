@@ -380,6 +380,20 @@ TEST_F(ProtectItem, UnwritableFoldersAreReportedByName)
               QStringLiteral("Cannot write to Documents folder. Please check app permissions."));
 }
 
+TEST_F(ProtectItem, WhatCannotBeSealedIsRefusedBeforeTheQuestions)
+{
+    const EngineHarness engine(services);
+    const QString longName(250, QLatin1Char('n'));
+    EXPECT_EQ(engine.manager.canProtectItem(services.home.write(QStringLiteral("Desktop/") + longName)).errorMessage,
+              QStringLiteral("The name of \"%1\" is too long to be protected. Please shorten it first.").arg(longName));
+    const QString pipe = services.home.path(QStringLiteral("Desktop/pipe"));
+    ASSERT_EQ(::mkfifo(QFile::encodeName(pipe).constData(), 0600), 0);
+    EXPECT_EQ(engine.manager.canProtectItem(pipe).errorMessage,
+              QStringLiteral("Could not protect \"pipe\" because it is neither a file nor a folder."));
+    EXPECT_FALSE(engine.manager.canProtectItem(QStringLiteral("/proc/self/status")).canProtect)
+        << "it cannot be moved out of its folder";
+}
+
 TEST_F(ProtectItem, NameTooLongForItsContainerIsRejectedAndNothingIsMoved)
 {
     const QString path = services.home.write(QStringLiteral("Desktop/") + QString(248, QLatin1Char('n')), "mine");
