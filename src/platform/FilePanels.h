@@ -58,7 +58,8 @@ public:
     /// The same with several items chosen at once, in the order of the list.
     [[nodiscard]] virtual QCoro::Task<std::optional<QStringList>> openSeveral(OpenPanelRequest request) = 0;
     /// Shows the asked place, and waits for the user to confirm it. Its path exactly as in the request, whatever exists
-    /// there; or what the user chose instead, resolved and refused as by `open`; or nothing when the panel was declined.
+    /// there; or what the user chose instead, resolved and refused as by `open`; or nothing when the panel was
+    /// declined.
     [[nodiscard]] virtual QCoro::Task<std::optional<QString>> confirmAccess(PlaceRequest request) = 0;
     /// Lists the asked paths, all ticked, and waits for the user to confirm those that stay ticked. They come in the
     /// order of the request; nothing when the panel was declined.

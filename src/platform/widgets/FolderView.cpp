@@ -22,7 +22,7 @@ constexpr QDir::Filters plainItems = QDir::AllEntries | QDir::NoDotAndDotDot;
 
 QVariant FolderModel::data(const QModelIndex &index, int role) const
 {
-    const QVariant value = QFileSystemModel::data(index, role);
+    QVariant value = QFileSystemModel::data(index, role);
     if (role != Qt::DisplayRole || index.column() > sizeColumn) {
         return value;
     }

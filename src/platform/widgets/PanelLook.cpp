@@ -26,9 +26,12 @@ constexpr const char *look = R"(
     }
     QLineEdit:focus, QAbstractItemView:focus { border-color: @link; }
     QAbstractItemView { outline: none; }
-    QAbstractItemView::item { padding: 4px; }
+    QAbstractItemView::item { padding: 4px; border: 1px solid transparent; }
     QAbstractItemView::item:selected { background: @highlight; color: @text; }
-    QAbstractItemView::item:focus { border: 1px solid @link; }
+    QAbstractItemView::item:focus { border-color: @link; }
+    QAbstractItemView::indicator:unchecked {
+        width: 10px; height: 10px; border: 2px solid @disabled; border-radius: 4px; background: @base;
+    }
     QHeaderView { border: none; border-radius: 0; padding: 0; }
     QHeaderView::section { background: @base; color: @text; border: none; padding: 4px; }
     QCheckBox:focus { text-decoration: underline; }
