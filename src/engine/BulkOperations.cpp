@@ -9,6 +9,7 @@
 #include "engine/OperationScope.h"
 #include "engine/QuillhavenManager.h"
 #include "platform/FilePanels.h"
+#include "support/DisplayName.h"
 #include "support/LocalizedError.h"
 #include "support/Paths.h"
 
@@ -53,7 +54,8 @@ QCoro::Task<> doNothing()
 
 QCoro::Task<> failWithoutAccess(QString name)
 {
-    throw QuillhavenError(QuillhavenError::accessDenied, QStringLiteral("File access not granted for ") + name);
+    throw QuillhavenError(QuillhavenError::accessDenied,
+                          QStringLiteral("File access not granted for ") + displayName(name));
     co_return;
 }
 
@@ -100,7 +102,7 @@ QCoro::Task<> QuillhavenManager::bulkProtectItems(QStringList paths, QString pas
     for (qsizetype index = 0; index < granted->size() && !stopsForEnd(index, granted->size()); ++index) {
         const QString path = granted->at(index);
         const QString name = lastPathComponent(path);
-        progressCallback(QStringLiteral("Protecting ") + name + QStringLiteral("..."),
+        progressCallback(QStringLiteral("Protecting ") + displayName(name) + QStringLiteral("..."),
                          fraction(index, granted->size()));
         co_await run.settle(name, protectItemWithAccessibleURL(path, password, useTouchID));
     }
@@ -125,7 +127,7 @@ QCoro::Task<> QuillhavenManager::bulkWithAccess(QList<ProtectedItem> items, Item
     BulkRun run(items.size(), progressCallback);
     for (qsizetype index = 0; index < items.size() && !stopsForEnd(index, items.size()); ++index) {
         const ProtectedItem &item = items.at(index);
-        progressCallback(texts.verb + QLatin1Char(' ') + item.originalName + QStringLiteral("..."),
+        progressCallback(texts.verb + QLatin1Char(' ') + displayName(item.originalName) + QStringLiteral("..."),
                          fraction(index, items.size()) * shareAfterAccess + afterAccess);
         if (listed.contains(item.id) && !isListed(item.id)) {
             co_await run.settle(item.originalName, doNothing());
@@ -165,7 +167,7 @@ QCoro::Task<> QuillhavenManager::bulkLockItems(QList<ProtectedItem> items, Progr
     BulkRun run(items.size(), progressCallback);
     for (qsizetype index = 0; index < items.size() && !stopsForEnd(index, items.size()); ++index) {
         const ProtectedItem &item = items.at(index);
-        progressCallback(QStringLiteral("Locking ") + item.originalName + QStringLiteral("..."),
+        progressCallback(QStringLiteral("Locking ") + displayName(item.originalName) + QStringLiteral("..."),
                          fraction(index, items.size()));
         const bool isGone = listed.contains(item.id) && !isListed(item.id);
         co_await run.settle(item.originalName, isGone ? doNothing() : lockItemWithoutFileAccess(item));

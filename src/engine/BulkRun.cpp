@@ -3,6 +3,7 @@
 #include "engine/BulkRun.h"
 
 #include "catalogue/QuillhavenError.h"
+#include "support/DisplayName.h"
 
 namespace quillhaven {
 
@@ -17,7 +18,7 @@ QCoro::Task<> BulkRun::settle(QString name, QCoro::Task<> work)
         co_await work;
         ++m_succeeded;
     } catch (...) {
-        m_errorLines.append(name + QStringLiteral(": ") + localizedDescription(std::current_exception()));
+        m_errorLines.append(displayName(name) + QStringLiteral(": ") + localizedDescription(std::current_exception()));
     }
 }
 

@@ -4,6 +4,7 @@
 
 #include "engine/KeptAside.h"
 #include "formats/SecuredContainer.h"
+#include "support/DisplayName.h"
 #include "support/Paths.h"
 #include "support/printLogger.h"
 
@@ -41,8 +42,9 @@ void requireFreeOrFile(const FileManager &files, const QString &containerPath, c
     throw FileError(FileError::Kind::TargetExists,
                     QStringLiteral("Could not protect \"%1\" because there is a %2 named \"%3\" in \"%4\", where its "
                                    "encrypted copy would be. Please rename it first.")
-                        .arg(itemName, isLink ? QStringLiteral("link") : QStringLiteral("folder"),
-                             lastPathComponent(containerPath), lastPathComponent(parentDirectory(containerPath))));
+                        .arg(displayName(itemName), isLink ? QStringLiteral("link") : QStringLiteral("folder"),
+                             displayName(lastPathComponent(containerPath)),
+                             displayName(lastPathComponent(parentDirectory(containerPath)))));
 }
 
 void requireSpace(const FileManager &files, const QString &documents, const QString &secureStorage, const QString &path,
@@ -62,7 +64,7 @@ void requireSpace(const FileManager &files, const QString &documents, const QStr
         throw FileError(FileError::Kind::NoSpace,
                         QStringLiteral("There is not enough space on the disk for the encrypted copy of \"%1\": \"%2\" "
                                        "needs %3 and has %4.")
-                            .arg(lastPathComponent(path), lastPathComponent(documents),
+                            .arg(displayName(lastPathComponent(path)), displayName(lastPathComponent(documents)),
                                  locale.formattedDataSize(needed), locale.formattedDataSize(available)));
     }
 }
@@ -81,9 +83,9 @@ void requirePlaceForContainer(const FileManager &files, const UserDirectories &d
     const QString name = lastPathComponent(path);
     const QString containerPath = containerPathFor(directories, name);
     if (lastPathComponent(containerPath).toUtf8().size() > longestName) {
-        throw FileError(
-            FileError::Kind::InvalidName,
-            QStringLiteral("The name of \"%1\" is too long to be protected. Please shorten it first.").arg(name));
+        throw FileError(FileError::Kind::InvalidName,
+                        QStringLiteral("The name of \"%1\" is too long to be protected. Please shorten it first.")
+                            .arg(displayName(name)));
     }
     requireFreeOrFile(files, containerPath, name);
     if (!files.isDirectory(path)) { // The container of a folder is only a marker.

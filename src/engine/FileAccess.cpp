@@ -4,28 +4,24 @@
 #include "engine/QuillhavenManager.h"
 #include "platform/FileManager.h"
 #include "platform/FilePanels.h"
+#include "support/DisplayName.h"
 #include "support/Paths.h"
 
 namespace quillhaven {
 
 QCoro::Task<QString> QuillhavenManager::requestFileAccess(QString path)
 {
-    const bool isDirectory = m_platform.fileManager.isDirectory(path);
-    OpenPanelRequest request;
-    request.canChooseFiles = !isDirectory;
-    request.canChooseDirectories = isDirectory;
-    request.message = QStringLiteral("Please grant access to the selected item");
-    request.prompt = QStringLiteral("Grant Access");
-    request.directory = parentDirectory(path);
-    request.preselected = lastPathComponent(path);
-
-    const std::optional<QString> chosen = co_await m_platform.panels.open(request);
+    const PlaceRequest request{.path = path,
+                               .isDirectory = m_platform.fileManager.isDirectory(path),
+                               .message = QStringLiteral("Please grant access to the selected item"),
+                               .prompt = QStringLiteral("Grant Access")};
+    const std::optional<QString> chosen = co_await m_platform.panels.confirmAccess(request);
     if (!chosen) {
         throw QuillhavenError(QuillhavenError::accessDenied, QStringLiteral("File access was denied by the user"));
     }
     if (*chosen != path) {
-        throw QuillhavenError(QuillhavenError::accessDenied,
-                              QStringLiteral("Please select the correct item: ") + lastPathComponent(path));
+        throw QuillhavenError(QuillhavenError::accessDenied, QStringLiteral("Please select the correct item: ") +
+                                                                 displayName(lastPathComponent(path)));
     }
     co_return *chosen;
 }

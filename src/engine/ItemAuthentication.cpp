@@ -9,6 +9,7 @@
 #include "credentials/PasswordInputDialogManager.h"
 #include "engine/QuillhavenManager.h"
 #include "platform/BiometricAuthenticator.h"
+#include "support/DisplayName.h"
 
 namespace quillhaven {
 
@@ -34,7 +35,7 @@ QCoro::Task<bool> QuillhavenManager::requestPasswordAuthentication(ProtectedItem
     const Answer<std::optional<QString>> answer;
     m_passwordInputDialogManager.show(
         {.title = QStringLiteral("Password Required"),
-         .message = QStringLiteral("Enter the password for '") + item.originalName + QStringLiteral("':")},
+         .message = QStringLiteral("Enter the password for '") + displayName(item.originalName) + QStringLiteral("':")},
         [answer](const QString &entered) { answer.give(entered); }, [answer] { answer.give(std::nullopt); });
 
     const std::optional<QString> entered = co_await answer;

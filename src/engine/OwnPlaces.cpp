@@ -2,6 +2,7 @@
 
 #include "engine/OwnPlaces.h"
 
+#include "support/DisplayName.h"
 #include "support/Paths.h"
 
 #include <algorithm>
@@ -30,7 +31,7 @@ bool isAtOrAbove(const FileManager &files, const Identity &item, QString path)
 QString quotedName(const QString &path)
 {
     const QString name = lastPathComponent(path);
-    return QLatin1Char('"') + (name.isEmpty() ? path : name) + QLatin1Char('"');
+    return QLatin1Char('"') + displayName(name.isEmpty() ? path : name) + QLatin1Char('"');
 }
 
 } // namespace
@@ -78,7 +79,7 @@ std::optional<QString> reasonNotToProtect(const FileManager &files, const OwnPla
     const auto copied = std::ranges::find_if(items, isCopyOf);
     if (copied != items.end()) {
         return quotedName(path) + QStringLiteral(" cannot be protected because it is the encrypted copy of \"") +
-               copied->originalName + QStringLiteral("\".");
+               displayName(copied->originalName) + QStringLiteral("\".");
     }
     return std::nullopt;
 }

@@ -24,6 +24,7 @@
 #include "engine/QuillhavenManager.h"
 #include "formats/SecuredContainer.h"
 #include "platform/FileManager.h"
+#include "support/DisplayName.h"
 #include "support/Paths.h"
 #include "support/printLogger.h"
 
@@ -65,21 +66,21 @@ FileError protectionError(const FileError &error, const QString &path)
         return {
             error.kind(),
             QStringLiteral("Could not protect \"%1\" because it is only a link. Protect the item it leads to instead.")
-                .arg(lastPathComponent(path))};
+                .arg(displayName(lastPathComponent(path)))};
     }
     return error.withVerb(QStringLiteral("protect"));
 }
 
-void requireReadableAndMovable(const ProtectionWork &work)
+void requireReadableAndMovable(const FileManager &files, const QString &path)
 {
     constexpr size_t headroom = size_t{1024} * 1024; // more than the container's header and tag
     try {
-        work.files.requireReadableAndMovable(work.path, headroom);
-        if (!work.path.isValidUtf16()) { // A catalogue with such a record could not be saved any more.
-            throw FileError::of(FileError::Kind::InvalidName, FileError::Action::Use, work.path);
+        files.requireReadableAndMovable(path, headroom);
+        if (!path.isValidUtf16()) { // A catalogue with such a record could not be saved any more.
+            throw FileError::of(FileError::Kind::InvalidName, FileError::Action::Use, path);
         }
     } catch (const FileError &error) {
-        throw protectionError(error, work.path);
+        throw protectionError(error, path);
     }
 }
 
@@ -108,7 +109,7 @@ void requireProtectable(const ProtectionWork &work)
     if (const auto reason = reasonNotToProtect(work.files, work.ownPlaces, work.knownItems, work.path)) {
         throw QuillhavenError(QuillhavenError::accessDenied, *reason);
     }
-    requireReadableAndMovable(work);
+    requireReadableAndMovable(work.files, work.path);
     if (!work.files.fileExists(work.secureStorage)) {
         work.files.createDirectory(work.secureStorage);
     }
@@ -161,6 +162,12 @@ QuillhavenManager::CanProtect QuillhavenManager::canProtectItem(QString path) co
     }
     if (auto reason = reasonNotToProtect(files, placesOfProgram(), protectedItems(), path)) {
         return {false, std::move(reason)};
+    }
+    try {
+        requireReadableAndMovable(files, path);
+        requirePlaceForContainer(files, m_platform.directories, secureStorageDirectory(), path);
+    } catch (const FileError &error) {
+        return {false, error.errorDescription()};
     }
     return {true, std::nullopt};
 }

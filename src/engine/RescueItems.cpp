@@ -15,6 +15,7 @@
 #include "engine/PlaceholderFile.h"
 #include "engine/QuillhavenManager.h"
 #include "platform/FileManager.h"
+#include "support/DisplayName.h"
 #include "support/Paths.h"
 #include "support/printLogger.h"
 
@@ -121,7 +122,7 @@ void QuillhavenManager::requireNoPlaceOfAnItem(const QString &place) const
         throw QuillhavenError(QuillhavenError::accessDenied,
                               QStringLiteral("\"%1\" is the place of another item of the list. Please choose another "
                                              "folder.")
-                                  .arg(lastPathComponent(place)));
+                                  .arg(displayName(lastPathComponent(place))));
     }
 }
 
@@ -176,7 +177,7 @@ QCoro::Task<bool> QuillhavenManager::listLostItem(LostItem lost, QString place)
             throw QuillhavenError(QuillhavenError::accessDenied,
                                   QStringLiteral("No password is stored for \"%1\". Give it back instead, and protect "
                                                  "it again.")
-                                      .arg(lastPathComponent(place)));
+                                      .arg(displayName(lastPathComponent(place))));
         }
     }
     const ItemLease lease = co_await m_catalogue.leasePlace(lost.privatePath, place);

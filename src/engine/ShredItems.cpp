@@ -11,6 +11,7 @@
 #include "engine/QuillhavenManager.h"
 #include "platform/FileManager.h"
 #include "shredding/ShredEach.h"
+#include "support/DisplayName.h"
 
 namespace quillhaven {
 
@@ -44,7 +45,7 @@ QCoro::Task<> QuillhavenManager::shredProtectedItem(ProtectedItem item, Progress
     }
     removeFromProtectedItems(item.id);
     saveProtectedItems();
-    progressCallback(QStringLiteral("Item securely shredded: ") + item.originalName, 1.0);
+    progressCallback(QStringLiteral("Item securely shredded: ") + displayName(item.originalName), 1.0);
     operation->endSession();
 }
 
@@ -66,7 +67,7 @@ QCoro::Task<> QuillhavenManager::destroyItem(ProtectedItem item, OperationScope 
         ProgressCallback callback;
     };
     const Part parts[] = {
-        {item.originalPath, QStringLiteral("Shredding original file: ") + item.originalName, 0.3,
+        {item.originalPath, QStringLiteral("Shredding original file: ") + displayName(item.originalName), 0.3,
          mapped(progressCallback, 0.3, 0.4)},
         {item.originalBackupPath, QStringLiteral("Shredding backup data..."), 0.7, mapped(progressCallback, 0.7, 0.2)},
         {item.containerPath, QStringLiteral("Shredding container file..."), 0.9, [](const QString &, double) {}},

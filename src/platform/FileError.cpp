@@ -2,6 +2,8 @@
 
 #include "platform/FileError.h"
 
+#include "support/DisplayName.h"
+
 #include <QStringList>
 
 namespace quillhaven {
@@ -10,7 +12,7 @@ namespace {
 
 QString quoted(const QString &name)
 {
-    return QLatin1Char('"') + name + QLatin1Char('"');
+    return QLatin1Char('"') + displayName(name) + QLatin1Char('"');
 }
 
 /// The last component of a path; "/" for the root.

@@ -10,7 +10,7 @@
 
 namespace quillhaven {
 
-/// What a panel asks for. A panel starts in `directory`, with the item named `preselected` chosen when it is there.
+/// What a panel for choosing something new asks for.
 struct OpenPanelRequest
 {
     bool canChooseFiles = true;
@@ -18,21 +18,31 @@ struct OpenPanelRequest
     bool allowsMultipleSelection = false;
     bool canCreateDirectories = false;
     QString title = {}; ///< the message when empty
-    QString message;
-    QString prompt;    ///< label of the confirming button; the platform's own when empty
-    QString directory; ///< absolute path; the last used folder when empty
-    QString preselected;
+    QString message = {};
+    QString prompt = {};    ///< label of the confirming button; the platform's own when empty
+    QString directory = {}; ///< absolute path; the last used folder when empty
 };
 
-/// Asks which of some paths may be worked on.
+/// Asks for access to one known place, where something may exist or not. The user may choose something else instead: a
+/// folder if the place holds a folder, else a file.
+struct PlaceRequest
+{
+    QString path; ///< absolute
+    bool isDirectory = false;
+    QString message;
+    QString prompt; ///< label of the confirming button
+};
+
+/// Asks which of some known places may be worked on.
 struct AccessRequest
 {
     QStringList paths; ///< absolute
     QString message;
-    QString prompt;
+    QString prompt; ///< label of the confirming button
 };
 
-/// The platform's panels for choosing files. Main thread only.
+/// The platform's panels: two that let the user choose something new, and two in which the user confirms known places.
+/// Main thread only.
 class FilePanels
 {
 public:
@@ -47,6 +57,10 @@ public:
     [[nodiscard]] virtual QCoro::Task<std::optional<QString>> open(OpenPanelRequest request) = 0;
     /// The same with several items chosen at once, in the order of the list.
     [[nodiscard]] virtual QCoro::Task<std::optional<QStringList>> openSeveral(OpenPanelRequest request) = 0;
+    /// Shows the asked place, and waits for the user to confirm it. Its path exactly as in the request, whatever exists
+    /// there; or what the user chose instead, resolved and refused as by `open`; or nothing when the panel was
+    /// declined.
+    [[nodiscard]] virtual QCoro::Task<std::optional<QString>> confirmAccess(PlaceRequest request) = 0;
     /// Lists the asked paths, all ticked, and waits for the user to confirm those that stay ticked. They come in the
     /// order of the request; nothing when the panel was declined.
     [[nodiscard]] virtual QCoro::Task<std::optional<QStringList>> grantAccess(AccessRequest request) = 0;

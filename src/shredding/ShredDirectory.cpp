@@ -8,13 +8,14 @@
 #include "platform/FileManager.h"
 #include "shredding/Overwriting.h"
 #include "shredding/QuillhavenShredder.h"
+#include "support/DisplayName.h"
 #include "support/Paths.h"
 
 namespace quillhaven {
 
 QCoro::Task<> QuillhavenShredder::shredDirectory(QString path, ProgressCallback progressCallback)
 {
-    const QString name = lastPathComponent(path);
+    const QString name = displayName(lastPathComponent(path));
     report(progressCallback, QStringLiteral("Analyzing directory: ") + name, 0.05);
     FileManager &fileManager = m_platform.fileManager;
     RandomSource &random = m_platform.random;
@@ -30,7 +31,7 @@ QCoro::Task<> QuillhavenShredder::shredDirectory(QString path, ProgressCallback 
     for (const FileEntry &file : files) {
         // NaN if all files are empty; the receiver handles that.
         const double progress = static_cast<double>(processedSize) / static_cast<double>(totalSize) * 0.8 + 0.1;
-        const std::function reportPass = [this, progressCallback, fileName = lastPathComponent(file.path),
+        const std::function reportPass = [this, progressCallback, fileName = displayName(lastPathComponent(file.path)),
                                           progress](int pass) {
             report(progressCallback, passText(pass, fileName), progress);
         };

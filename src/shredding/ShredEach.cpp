@@ -4,6 +4,7 @@
 
 #include "async/StopForEnd.h"
 #include "catalogue/QuillhavenError.h"
+#include "support/DisplayName.h"
 
 namespace quillhaven {
 
@@ -15,7 +16,7 @@ QCoro::Task<ShredOutcome> shredEach(QStringList names, ShredCounter counter,
     outcome.totalItems = names.size();
     const auto total = static_cast<double>(outcome.totalItems);
     for (qsizetype index = 0; index < outcome.totalItems && !stopsForEnd(index, outcome.totalItems); ++index) {
-        const QString &name = names.at(index);
+        const QString name = displayName(names.at(index));
         const bool countsPosition = counter == ShredCounter::Position;
         const qsizetype number = (countsPosition ? index : outcome.completedCount) + 1;
         const QString suffix = QStringLiteral(" (%1/%2)").arg(number).arg(outcome.totalItems);

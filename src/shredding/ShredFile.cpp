@@ -8,6 +8,7 @@
 #include "platform/FileManager.h"
 #include "shredding/Overwriting.h"
 #include "shredding/QuillhavenShredder.h"
+#include "support/DisplayName.h"
 #include "support/Paths.h"
 
 namespace quillhaven {
@@ -16,7 +17,7 @@ QCoro::Task<> QuillhavenShredder::shredFile(QString path, ProgressCallback progr
 {
     constexpr double start = 0.1;
     constexpr double share = 0.8;
-    const QString name = lastPathComponent(path);
+    const QString name = displayName(lastPathComponent(path));
     FileManager &files = m_platform.fileManager;
     RandomSource &random = m_platform.random;
     report(progressCallback, QStringLiteral("Analyzing file: ") + name, start);

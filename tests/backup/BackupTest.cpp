@@ -257,9 +257,9 @@ TEST_F(Backup, UnlockWaitsUntilTheBackupIsWhole)
     const RunningTask<void> backup(engine->manager.backupToiCloud(engine->item().id));
     ASSERT_TRUE(read.hasStarted());
     EXPECT_TRUE(engine->manager.catalogue().isLeased(engine->item().id));
-    services.panels.requests.clear();
+    services.panels.placeRequests.clear();
     const RunningTask<void> unlock(engine->manager.unlockItem(engine->item()));
-    ASSERT_TRUE(spinUntil([this] { return !services.panels.requests.isEmpty(); }));
+    ASSERT_TRUE(spinUntil([this] { return !services.panels.placeRequests.isEmpty(); }));
     spinOnce();
     EXPECT_FALSE(unlock.isFinished());
     EXPECT_EQ(TemporaryHome::read(path), placeholderText.toUtf8());

@@ -17,9 +17,7 @@ protected:
     FullCloudDisk()
     {
         services.credentials.entries.insert(QStringLiteral("master_password"), "Master12");
-        services.panels.answer = [this](const OpenPanelRequest &request) {
-            return request.preselected.isEmpty() ? folder : request.directory + QLatin1Char('/') + request.preselected;
-        };
+        services.panels.answer = [this](const OpenPanelRequest &) { return folder; };
         cloud.make();
         QDir().mkpath(folder);
         engine.emplace(services);

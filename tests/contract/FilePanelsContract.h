@@ -17,27 +17,28 @@
 namespace quillhaven::test {
 
 /// The tests that all panels must pass. Instantiate it with a type that has a `FilePanels &panels()` and functions that
-/// say what the user does in the next panel: `chooses(names)`, items of its folder; `confirms()` what is chosen or
-/// ticked already; `unticks(paths)` and confirms the others; `declines()`.
+/// say what the user does in the next panel: `chooses(names)`, items of its folder; `confirms()` the known places;
+/// `choosesInstead(path)` of a known place; `unticks(paths)` and confirms the others; `declines()`.
 template <typename Fixture>
 class FilePanelsContract : public ::testing::Test
 {
 protected:
-    [[nodiscard]] OpenPanelRequest request(const QString &preselected = {}) const
+    [[nodiscard]] OpenPanelRequest request() const
     {
         return {.canChooseFiles = true,
                 .canChooseDirectories = true,
                 .message = QStringLiteral("Please choose"),
                 .prompt = QStringLiteral("Choose"),
-                .directory = home.path(QStringLiteral("work")),
-                .preselected = preselected};
+                .directory = home.path(QStringLiteral("work"))};
     }
     [[nodiscard]] QString inWork(const QString &name) const { return home.path(QStringLiteral("work/") + name); }
-    [[nodiscard]] std::optional<QString> open(const QString &preselected = {})
-    {
-        return runTask(user.panels().open(request(preselected)));
-    }
+    [[nodiscard]] std::optional<QString> open() { return runTask(user.panels().open(request())); }
     [[nodiscard]] std::optional<QStringList> openSeveral() { return runTask(user.panels().openSeveral(request())); }
+    [[nodiscard]] std::optional<QString> confirm(const QString &path)
+    {
+        return runTask(user.panels().confirmAccess(
+            {.path = path, .message = QStringLiteral("Please grant access"), .prompt = QStringLiteral("Grant")}));
+    }
     [[nodiscard]] std::optional<QStringList> grant(const QStringList &paths)
     {
         return runTask(user.panels().grantAccess(
@@ -64,13 +65,22 @@ TYPED_TEST_P(FilePanelsContract, WhatIsChosenIsReturnedByItsPath)
     EXPECT_EQ(this->user.panels().runModal(this->request()), this->b);
 }
 
-TYPED_TEST_P(FilePanelsContract, ThePreselectedItemIsChosenAlready)
+TYPED_TEST_P(FilePanelsContract, AKnownPlaceIsConfirmedByItsExactPathWhateverExistsThere)
 {
-    this->user.confirms();
-    EXPECT_EQ(this->open(QStringLiteral("b.txt")), this->b);
-    this->user.confirms();
-    EXPECT_EQ(this->user.panels().runModal(this->request(QStringLiteral("folder"))),
-              this->inWork(QStringLiteral("folder")));
+    ASSERT_TRUE(QFile::link(this->a, this->inWork(QStringLiteral("link"))));
+    for (const char *name : {"a.txt", "folder", "link", "gone.txt", "no folder/a.txt"}) {
+        this->user.confirms();
+        EXPECT_EQ(this->confirm(this->inWork(QString::fromLatin1(name))), this->inWork(QString::fromLatin1(name)));
+    }
+}
+
+TYPED_TEST_P(FilePanelsContract, AnotherItemCanBeChosenInsteadOfAKnownPlace)
+{
+    ASSERT_TRUE(QFile::link(this->b, this->inWork(QStringLiteral("link"))));
+    this->user.choosesInstead(this->c);
+    EXPECT_EQ(this->confirm(this->a), this->c);
+    this->user.choosesInstead(this->inWork(QStringLiteral("link")));
+    EXPECT_EQ(this->confirm(this->a), this->b) << "resolved like a choice";
 }
 
 TYPED_TEST_P(FilePanelsContract, ALinkIsResolvedToWhatItPointsTo)
@@ -114,18 +124,21 @@ TYPED_TEST_P(FilePanelsContract, AccessIsGrantedToWhatStaysTickedInTheOrderOfThe
 TYPED_TEST_P(FilePanelsContract, ADeclinedPanelReturnsNothing)
 {
     this->user.declines();
-    EXPECT_EQ(this->open(QStringLiteral("a.txt")), std::nullopt);
+    EXPECT_EQ(this->open(), std::nullopt);
     this->user.declines();
     EXPECT_EQ(this->openSeveral(), std::nullopt);
     this->user.declines();
+    EXPECT_EQ(this->confirm(this->a), std::nullopt);
+    this->user.declines();
     EXPECT_EQ(this->grant({this->a}), std::nullopt);
     this->user.declines();
-    EXPECT_EQ(this->user.panels().runModal(this->request(QStringLiteral("a.txt"))), std::nullopt);
+    EXPECT_EQ(this->user.panels().runModal(this->request()), std::nullopt);
 }
 
-REGISTER_TYPED_TEST_SUITE_P(FilePanelsContract, WhatIsChosenIsReturnedByItsPath, ThePreselectedItemIsChosenAlready,
-                            ALinkIsResolvedToWhatItPointsTo, WhatIsNeitherAFileNorAFolderIsRefused,
-                            SeveralAreReturnedInTheOrderOfTheList,
+REGISTER_TYPED_TEST_SUITE_P(FilePanelsContract, WhatIsChosenIsReturnedByItsPath,
+                            AKnownPlaceIsConfirmedByItsExactPathWhateverExistsThere,
+                            AnotherItemCanBeChosenInsteadOfAKnownPlace, ALinkIsResolvedToWhatItPointsTo,
+                            WhatIsNeitherAFileNorAFolderIsRefused, SeveralAreReturnedInTheOrderOfTheList,
                             AccessIsGrantedToWhatStaysTickedInTheOrderOfTheRequest, ADeclinedPanelReturnsNothing);
 
 } // namespace quillhaven::test

@@ -179,7 +179,7 @@ class Backups(WindowTest):
         self.program.press(ENTRY, "Recover All Files")
         self.program.find(FIELD, "Master Password").type(flows.MASTER_PASSWORD)
         self.program.press(BUTTON, "Recover All Files")
-        self.program.find(FIELD, "Name:").set_text(str(recovered))
+        self.program.find(FIELD, "Directory:").set_text(str(recovered))
         self.program.press(BUTTON, "Recover Files")
         self.program.says("Recovery Successful")
         self.program.says("Successfully recovered 1 files to the selected folder.")

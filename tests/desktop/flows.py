@@ -24,11 +24,11 @@ def choose_in_panel(program, path):
     program.press(BUTTON, "Open")
 
 
-def open_protection(program, path):
+def open_protection(program, path, shown=None):
     """Goes from the toolbar to the choice of a protection method."""
     program.press(BUTTON, PROTECT)
     choose_in_panel(program, path)
-    program.says(f"Protect {path.name}")
+    program.says(f"Protect {shown or path.name}")
 
 
 def enter_new_password(program, password, again=None):
@@ -44,17 +44,25 @@ def grant_access(program):
     program.press(BUTTON, ACCESS_PROMPT)
 
 
+def choose_instead(program, path):
+    """Chooses another file than the one that the access panel shows."""
+    program.says(ACCESS_MESSAGE)
+    program.press(BUTTON, "Choose…")
+    program.find(FIELD, "File name:").set_text(str(path))
+    program.press_in("Choose Another Item", BUTTON, ACCESS_PROMPT)
+
+
 def decline_access(program):
     program.press_in(ACCESS_MESSAGE, BUTTON, "Cancel")
 
 
-def protect_with_password(program, path, password=ITEM_PASSWORD, grant=grant_access):
-    """Protects an item, and waits until the list shows it as locked."""
-    open_protection(program, path)
+def protect_with_password(program, path, password=ITEM_PASSWORD, grant=grant_access, shown=None):
+    """Protects an item, and waits until the list shows it as locked, under the name `shown` if it differs."""
+    open_protection(program, path, shown)
     program.press(BUTTON, re.compile(f"^{PASSWORD_CARD}"))
     enter_new_password(program, password)
     grant(program)
-    return row(program, path.name, "locked")
+    return row(program, shown or path.name, "locked")
 
 
 def row(program, name, state):

@@ -42,7 +42,8 @@ class Keyboard(WindowTest):
         type_text(flows.ITEM_PASSWORD)
         key("Return")
         self.program.says(flows.ACCESS_MESSAGE)
-        self.tab_to(f"^{flows.ACCESS_PROMPT}$")
+        self.program.wait_for(lambda: (focused := self.program.focused()) and focused.name == flows.ACCESS_PROMPT,
+                              "the focus on the button that confirms")
         key("Return")
         flows.row(self.program, "letter.txt", "locked")
 

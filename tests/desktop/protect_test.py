@@ -3,11 +3,12 @@
 """Protecting an item: the rules for a new password, and declined panels."""
 
 import flows
-from desktop_driver import BUTTON, DIALOG, LABEL, ROW
+from desktop_driver import BUTTON, DIALOG, LABEL, ROW, key
 from home_on_disk import picture
 from window_case import WindowTest, main
 
 WEAK = "Password must be at least 8 characters with uppercase, lowercase, and numbers"
+CELL = "table cell"
 MISMATCH = "Passwords don't match"
 
 
@@ -55,6 +56,33 @@ class Protecting(WindowTest):
         self.program.press(BUTTON, "OK")
         self.program.gone(None, "File access was denied by the user")
 
+    def test_another_item_chosen_in_the_panel_is_rejected_and_nothing_moves(self):
+        notes = self.file("notes.txt")
+        self.open_password_dialog()
+        flows.enter_new_password(self.program, flows.ITEM_PASSWORD)
+        flows.choose_instead(self.program, notes)
+        self.program.says("Please select the correct item: letter.txt")
+        self.assert_untouched()
+        self.assertEqual(notes.read_text(), "content\n")
+
+    def test_the_panel_for_choosing_shows_hidden_items_on_demand(self):
+        self.file(".hidden")
+        self.program.press(BUTTON, flows.PROTECT)
+        self.program.wait_until_active()
+        self.program.find(ROW, "Documents").click()
+        self.program.find(CELL, "letter.txt")
+        self.assertIsNone(self.program.look(CELL, ".hidden"))
+        key("ctrl+h")
+        self.program.find(CELL, ".hidden")
+
+    def test_a_name_that_deceives_is_shown_as_it_is(self):
+        reversed_name = self.file("\u202egnp.exe")
+        flows.open_protection(self.program, reversed_name, "\ufffdgnp.exe")
+        key("Escape")
+        self.program.gone(None, "Protect \ufffdgnp.exe")
+        two_lines = self.file("two\nlines.txt")
+        flows.protect_with_password(self.program, two_lines, shown="two↵lines.txt")
+
     def test_cancelling_the_choice_of_a_method_leaves_the_file_unchanged(self):
         flows.open_protection(self.program, self.letter)
         self.program.press(BUTTON, "Cancel")
@@ -90,6 +118,34 @@ class Unlocking(WindowTest):
         self.program.press(BUTTON, "Cancel")
         self.program.gone(None, "Enter the password for 'letter.txt':")
         flows.unlock(self.program, "letter.txt")
+
+    def test_a_deleted_placeholder_does_not_lock_its_owner_out(self):
+        self.letter.unlink()
+        flows.press_in_row(self.program, "letter.txt", "Unlock Item")
+        flows.enter_item_password(self.program, "letter.txt")
+        self.program.says("There is nothing at this place at the moment.")
+        flows.grant_access(self.program)
+        flows.row(self.program, "letter.txt", "unlocked")
+        self.assertEqual(self.letter.read_text(), "content\n")
+
+    def test_a_missing_folder_is_explained_and_the_item_stays_locked(self):
+        folder = self.home.documents / "stick"
+        folder.mkdir()
+        notes = folder / "notes.txt"
+        notes.write_text("notes\n")
+        flows.protect_with_password(self.program, notes)
+        folder.rename(self.home.documents / "elsewhere")
+        flows.press_in_row(self.program, "notes.txt", "Unlock Item")
+        flows.enter_item_password(self.program, "notes.txt")
+        self.program.says("The folder of this item does not exist at the moment. Its drive may not be connected, or the "
+                          "folder may be protected itself.")
+        flows.grant_access(self.program)
+        self.program.find(None, "Error")
+        flows.row(self.program, "notes.txt", "locked")
+        self.program.press(BUTTON, "OK")
+        (self.home.documents / "elsewhere").rename(folder)
+        flows.unlock(self.program, "notes.txt")
+        self.assertEqual(notes.read_text(), "notes\n")
 
     def test_declining_the_panel_shows_no_message(self):
         flows.press_in_row(self.program, "letter.txt", "Unlock Item")

@@ -51,7 +51,7 @@ protected:
     {
         engine->masterPrompts = 0;
         engine->passwordPrompts = 0;
-        services.panels.requests.clear();
+        services.panels.placeRequests.clear();
         services.panels.accessRequests.clear();
         progress.emplace(engine->manager);
         log.clear();
@@ -195,7 +195,7 @@ TEST_F(BulkOperations, OnePanelAsksForAllItems)
         EXPECT_EQ(request.message, QStringLiteral("Please grant access to the selected items for bulk protection"));
         EXPECT_EQ(request.prompt, QStringLiteral("Grant Access"));
     }
-    EXPECT_TRUE(services.panels.requests.isEmpty());
+    EXPECT_TRUE(services.panels.placeRequests.isEmpty());
 }
 
 TEST_F(BulkOperations, ProtectingWithTouchIDAppliesToAll)

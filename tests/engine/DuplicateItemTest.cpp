@@ -32,7 +32,7 @@ protected:
         engine->protect(services.home.write(QStringLiteral("Desktop/") + name, "the bytes"),
                         useTouchID ? QString() : QStringLiteral("Abcdefg1"), useTouchID);
         engine->masterPrompts = 0;
-        services.panels.requests.clear();
+        services.panels.placeRequests.clear();
         progress.emplace(engine->manager);
         log.clear();
     }
@@ -98,8 +98,6 @@ TEST_F(DuplicateItem, UnlockedDuplicateIsAtItsPlace)
 {
     start(QStringLiteral("report.txt"));
     duplicate();
-    // The panel of the unlock confirms the path of the duplicate.
-    services.panels.answer = [this](const OpenPanelRequest &) { return desktop(QStringLiteral("report Copy.txt")); };
     engine->unlock(1);
     EXPECT_EQ(TemporaryHome::read(desktop(QStringLiteral("report Copy.txt"))), "the bytes");
     EXPECT_EQ(TemporaryHome::read(desktop(QStringLiteral("report.txt"))), placeholderText.toUtf8());
@@ -247,7 +245,7 @@ TEST_F(DuplicateItem, FailedCopyIsReported)
 TEST_F(DuplicateItem, DeclinedPanelFailsAndLeavesThePlainCopy)
 {
     start(QStringLiteral("report.txt"));
-    services.panels.answer = [](const OpenPanelRequest &) { return std::nullopt; };
+    services.panels.confirm = [](const PlaceRequest &) { return std::nullopt; };
     EXPECT_EQ(engineErrorOf([this] { duplicate(); }), QuillhavenError::accessDenied);
     EXPECT_EQ(progress->lines, wholeProgress.first(4));
     EXPECT_EQ(engine->count(), 1);
@@ -302,7 +300,6 @@ TEST_F(DuplicateItem, PanelAsksForTheDuplicateInTheOriginalsFolder)
 {
     start(QStringLiteral("report.txt"));
     duplicate();
-    ASSERT_EQ(services.panels.requests.size(), 1);
-    EXPECT_EQ(services.panels.requests.first().directory, services.home.path(QStringLiteral("Desktop")));
-    EXPECT_EQ(services.panels.requests.first().preselected, QStringLiteral("report Copy.txt"));
+    ASSERT_EQ(services.panels.placeRequests.size(), 1);
+    EXPECT_EQ(services.panels.placeRequests.first().path, desktop(QStringLiteral("report Copy.txt")));
 }

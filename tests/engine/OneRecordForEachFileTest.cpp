@@ -161,10 +161,6 @@ TEST_F(OneRecordForEachFile, TwoSimultaneousRunsCreateOneRecord)
     const QString other =
         link(QStringLiteral("link"), services.home.path(QStringLiteral("work/real"))) + QStringLiteral("/thesis.txt");
     EngineHarness engine(services);
-    // A panel that was open before the first run began, and confirms what it was asked for.
-    services.panels.answer = [](const OpenPanelRequest &request) {
-        return std::optional(request.directory + QLatin1Char('/') + request.preselected);
-    };
     RunningTask first(engine.manager.protectItem(path, QStringLiteral("Abcdefg1"), false));
     RunningTask second(engine.manager.protectItem(other, QStringLiteral("Abcdefg1"), false));
     int failures = 0;

@@ -280,9 +280,6 @@ TEST_F(OperationsAtOnce, NothingIsLostInManyInterleavings)
     std::fprintf(stderr, "%d interleavings of seed %u\n", rounds, seed);
     std::mt19937 random(seed);
     engine.passwordDialog.blockSignals(false);
-    services.panels.answer = [](const OpenPanelRequest &request) {
-        return std::optional(request.directory + QLatin1Char('/') + request.preselected);
-    };
     for (int round = 0; round < rounds; ++round) {
         if (engine.count() == 0) {
             services.home.write(QStringLiteral("Desktop/folder/inner.txt"), "mine");

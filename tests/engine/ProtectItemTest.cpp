@@ -93,9 +93,8 @@ TEST_F(ProtectItem, FolderGetsAMarkerAndNoCredential)
     EXPECT_EQ(TemporaryHome::read(item.originalBackupPath + QStringLiteral("/inner.txt")), "inner");
     EXPECT_EQ(TemporaryHome::read(item.originalPath), placeholderText.toUtf8());
     EXPECT_TRUE(services.credentials.entries.isEmpty());
-    ASSERT_EQ(services.panels.requests.size(), 1);
-    EXPECT_TRUE(services.panels.requests.first().canChooseDirectories);
-    EXPECT_FALSE(services.panels.requests.first().canChooseFiles);
+    ASSERT_EQ(services.panels.placeRequests.size(), 1);
+    EXPECT_TRUE(services.panels.placeRequests.first().isDirectory);
 }
 
 TEST_F(ProtectItem, FolderWithTouchIDStoresNoKeyAndTheRecordSaysTouchID)
@@ -200,7 +199,7 @@ TEST_F(ProtectItem, ChoosingAnotherFileInThePanelFailsWithTheNameOfTheItemAndMov
 {
     const QString path = services.home.write(QStringLiteral("Desktop/a.txt"), "mine");
     const QString other = services.home.write(QStringLiteral("Desktop/b.txt"));
-    services.panels.answer = [other](const OpenPanelRequest &) { return other; };
+    services.panels.confirm = [other](const PlaceRequest &) { return other; };
     EngineHarness engine(services);
     QString text;
     EXPECT_EQ(engineErrorOf([&] { engine.protect(path); }, &text), QuillhavenError::accessDenied);
@@ -212,7 +211,7 @@ TEST_F(ProtectItem, ChoosingAnotherFileInThePanelFailsWithTheNameOfTheItemAndMov
 TEST_F(ProtectItem, CancelledPanelFailsWithAccessDenied)
 {
     const QString path = services.home.write(QStringLiteral("Desktop/a.txt"), "mine");
-    services.panels.answer = [](const OpenPanelRequest &) { return std::nullopt; };
+    services.panels.confirm = [](const PlaceRequest &) { return std::nullopt; };
     EngineHarness engine(services);
     QString text;
     EXPECT_EQ(engineErrorOf([&] { engine.protect(path); }, &text), QuillhavenError::accessDenied);
@@ -221,25 +220,24 @@ TEST_F(ProtectItem, CancelledPanelFailsWithAccessDenied)
     EXPECT_FALSE(engine.manager.isProcessing());
 }
 
-TEST_F(ProtectItem, PanelAsksForTheItemInItsOwnFolder)
+TEST_F(ProtectItem, PanelAsksForTheItemAtItsPlace)
 {
     const QString path = services.home.write(QStringLiteral("Desktop/a.txt"));
     EngineHarness engine(services);
     engine.protect(path);
-    ASSERT_EQ(services.panels.requests.size(), 1);
-    const OpenPanelRequest &request = services.panels.requests.first();
+    ASSERT_EQ(services.panels.placeRequests.size(), 1);
+    const PlaceRequest &request = services.panels.placeRequests.first();
     EXPECT_EQ(request.message, QStringLiteral("Please grant access to the selected item"));
     EXPECT_EQ(request.prompt, QStringLiteral("Grant Access"));
-    EXPECT_EQ(request.directory, services.home.path(QStringLiteral("Desktop")));
-    EXPECT_TRUE(request.canChooseFiles);
-    EXPECT_FALSE(request.canChooseDirectories);
+    EXPECT_EQ(request.path, path);
+    EXPECT_FALSE(request.isDirectory);
 }
 
 TEST_F(ProtectItem, MissingItemFailsBeforeThePanel)
 {
     EngineHarness engine(services);
     EXPECT_EQ(engineErrorOf([&] { engine.protect(QStringLiteral("/no/such/file")); }), QuillhavenError::itemNotFound);
-    EXPECT_TRUE(services.panels.requests.isEmpty());
+    EXPECT_TRUE(services.panels.placeRequests.isEmpty());
 }
 
 TEST_F(ProtectItem, CancelledMasterPromptEndsWithoutAnErrorOrALogLine)
@@ -270,7 +268,7 @@ TEST_F(ProtectItem, SuccessEndsTheMasterSessionAndLeavesTheFlagSet)
 TEST_F(ProtectItem, FailureLeavesTheMasterSessionOpenAndClearsTheFlag)
 {
     services.credentials.entries.insert(QStringLiteral("master_password"), "Master12");
-    services.panels.answer = [](const OpenPanelRequest &) { return std::nullopt; };
+    services.panels.confirm = [](const PlaceRequest &) { return std::nullopt; };
     EngineHarness engine(services);
     engine.masterPasswordEntry = QStringLiteral("Master12");
     EXPECT_THROW(engine.protect(services.home.write(QStringLiteral("Desktop/a.txt"))), QuillhavenError);
@@ -382,6 +380,20 @@ TEST_F(ProtectItem, UnwritableFoldersAreReportedByName)
               QStringLiteral("Cannot write to Documents folder. Please check app permissions."));
 }
 
+TEST_F(ProtectItem, WhatCannotBeSealedIsRefusedBeforeTheQuestions)
+{
+    const EngineHarness engine(services);
+    const QString longName(250, QLatin1Char('n'));
+    EXPECT_EQ(engine.manager.canProtectItem(services.home.write(QStringLiteral("Desktop/") + longName)).errorMessage,
+              QStringLiteral("The name of \"%1\" is too long to be protected. Please shorten it first.").arg(longName));
+    const QString pipe = services.home.path(QStringLiteral("Desktop/pipe"));
+    ASSERT_EQ(::mkfifo(QFile::encodeName(pipe).constData(), 0600), 0);
+    EXPECT_EQ(engine.manager.canProtectItem(pipe).errorMessage,
+              QStringLiteral("Could not protect \"pipe\" because it is neither a file nor a folder."));
+    EXPECT_FALSE(engine.manager.canProtectItem(QStringLiteral("/proc/self/status")).canProtect)
+        << "it cannot be moved out of its folder";
+}
+
 TEST_F(ProtectItem, NameTooLongForItsContainerIsRejectedAndNothingIsMoved)
 {
     const QString path = services.home.write(QStringLiteral("Desktop/") + QString(248, QLatin1Char('n')), "mine");
@@ -398,14 +410,14 @@ TEST_F(ProtectItem, PathThatTheCatalogueCannotStoreIsRejectedAndNothingIsMoved)
     const QByteArray renamed = plain.left(plain.lastIndexOf('/') + 1) + '\xff';
     ASSERT_EQ(::rename(plain.constData(), renamed.constData()), 0);
     const QString path = services.home.path(QStringLiteral("Desktop/")) + QChar(0xdcff);
-    services.panels.answer = [path](const OpenPanelRequest &) { return path; };
+    services.panels.confirm = [path](const PlaceRequest &) { return path; };
     EngineHarness engine(services);
     ASSERT_TRUE(services.fileManager.fileExists(path));
     EXPECT_THROW(engine.protect(path), FileError);
     EXPECT_TRUE(services.fileManager.fileExists(path));
     EXPECT_TRUE(storedNames().isEmpty());
     services.fileManager.removeItem(path); // the home cannot remove such a name itself
-    services.panels.answer = {};
+    services.panels.confirm = {};
     engine.protect(services.home.write(QStringLiteral("Desktop/b.txt")));
     const EngineHarness restarted(services);
     EXPECT_EQ(restarted.count(), 1) << "later items can still be saved";

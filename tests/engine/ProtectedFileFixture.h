@@ -18,14 +18,14 @@ protected:
     {
         services.home.write(QStringLiteral("Desktop/a.txt"), bytes);
         engine.protect(path, useTouchID ? QString() : QStringLiteral("Abcdefg1"), useTouchID);
-        services.panels.requests.clear();
+        services.panels.placeRequests.clear();
     }
     void startLockedWithTouchID() { startLocked("mine", true); }
     void startUnlocked(const QByteArray &bytes = "mine")
     {
         startLocked(bytes);
         engine.unlock();
-        services.panels.requests.clear();
+        services.panels.placeRequests.clear();
     }
     /// Sets a master password that the user knows, without opening a session.
     void setMasterPassword()

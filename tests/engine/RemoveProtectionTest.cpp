@@ -39,7 +39,7 @@ TEST_F(RemoveProtection, LockedFileReplacesItsPlaceholderAndEverythingElseIsRemo
     EXPECT_EQ(engine.count(), 0);
     EXPECT_TRUE(engine.storedItems().isEmpty());
     EXPECT_FALSE(engine.manager.isProcessing());
-    EXPECT_EQ(services.panels.requests.size(), 1);
+    EXPECT_EQ(services.panels.placeRequests.size(), 1);
     const QStringList lines = log.lines();
     EXPECT_EQ(lines.mid(0, 4).join(QLatin1Char('\n')), QStringLiteral("🔓 Starting removeProtection for: a.txt\n"
                                                                       "📍 DEBUG: Item uses Touch ID: false\n"
@@ -56,7 +56,7 @@ TEST_F(RemoveProtection, UnlockedFileIsNotTouchedAndNeedsNoPanel)
     startUnlocked();
     const ProtectedItem item = engine.item();
     engine.remove();
-    EXPECT_TRUE(services.panels.requests.isEmpty());
+    EXPECT_TRUE(services.panels.placeRequests.isEmpty());
     EXPECT_EQ(TemporaryHome::read(path), "mine");
     EXPECT_EQ(engine.count(), 0);
     EXPECT_FALSE(TemporaryHome::exists(item.containerPath));
@@ -76,11 +76,12 @@ TEST_F(RemoveProtection, LockedFolderReplacesItsPlaceholderAndNoCredentialIsTouc
     EXPECT_EQ(engine.count(), 0);
 }
 
-TEST_F(RemoveProtection, MissingUnlockedFileCannotBeConfirmedInThePanel)
+TEST_F(RemoveProtection, MissingUnlockedFileIsReportedAndItsRecordStaysUntilTheNextStart)
 {
     startUnlocked();
     ASSERT_TRUE(QFile::remove(path));
-    EXPECT_NO_THROW(engine.remove());
+    EXPECT_EQ(engineErrorOf([&] { engine.remove(); }), QuillhavenError::itemNotFound);
+    EXPECT_FALSE(engine.manager.isProcessing());
     EXPECT_EQ(engine.count(), 1);
     const EngineHarness restarted(services);
     EXPECT_EQ(restarted.count(), 0) << "neither file exists any more";
@@ -89,7 +90,7 @@ TEST_F(RemoveProtection, MissingUnlockedFileCannotBeConfirmedInThePanel)
 TEST_F(RemoveProtection, DeclinedPanelChangesNothing)
 {
     startLocked();
-    services.panels.answer = [](const OpenPanelRequest &) { return std::nullopt; };
+    services.panels.confirm = [](const PlaceRequest &) { return std::nullopt; };
     EXPECT_NO_THROW(engine.remove());
     EXPECT_EQ(engine.count(), 1);
     EXPECT_FALSE(engine.manager.isProcessing());
@@ -100,7 +101,7 @@ TEST_F(RemoveProtection, WrongItemInThePanelChangesNothing)
 {
     startLocked();
     const QString other = services.home.write(QStringLiteral("Desktop/b.txt"), "other");
-    services.panels.answer = [other](const OpenPanelRequest &) { return other; };
+    services.panels.confirm = [other](const PlaceRequest &) { return other; };
     EXPECT_NO_THROW(engine.remove());
     EXPECT_EQ(engine.count(), 1);
     EXPECT_FALSE(engine.manager.isProcessing());
@@ -160,7 +161,6 @@ TEST_F(RemoveProtection, LockedFileMovesToItsPlaceIfNoFileIsThere)
 {
     startLocked();
     ASSERT_TRUE(QFile::remove(path));
-    services.panels.answer = [this](const OpenPanelRequest &) { return path; };
     engine.remove();
     EXPECT_EQ(TemporaryHome::read(path), "mine");
     EXPECT_EQ(engine.count(), 0);
@@ -320,7 +320,7 @@ TEST_F(RemoveProtection, FlagIsSetWhileThePanelIsOpen)
     EngineHarness restarted(services);
     bool wasSet = restarted.manager.isProcessing();
     ASSERT_FALSE(wasSet);
-    services.panels.answer = [&](const OpenPanelRequest &) {
+    services.panels.confirm = [&](const PlaceRequest &) {
         wasSet = restarted.manager.isProcessing();
         return std::nullopt;
     };

@@ -63,7 +63,7 @@ protected:
     {
         engine().masterPrompts = 0;
         engine().passwordPrompts = 0;
-        services.panels.requests.clear();
+        services.panels.placeRequests.clear();
     }
 
     /// Ends the busy state in which protecting an item leaves the engine.

@@ -31,7 +31,7 @@ TEST_F(ShredItems, UnlockedFileIsDestroyedWithContainerCredentialAndRecordWithou
                                       "Shredding container file... @ 0.9000\n"
                                       "Item securely shredded: a.txt @ 1.0000"));
     EXPECT_EQ(engine().passwordPrompts, 0);
-    EXPECT_EQ(services.panels.requests.size(), 0);
+    EXPECT_EQ(services.panels.placeRequests.size(), 0);
     expectGone(item);
     EXPECT_TRUE(services.credentials.entries.isEmpty());
 }
@@ -54,7 +54,7 @@ TEST_F(ShredItems, LockedFileIsUnlockedFirstAndThenDestroyedAtItsPlace)
                                        "Item securely shredded: a.txt @ 1.0000"));
     EXPECT_EQ(bytesAtPlace, "secret");
     EXPECT_EQ(engine().passwordPrompts, 1);
-    EXPECT_EQ(services.panels.requests.size(), 1);
+    EXPECT_EQ(services.panels.placeRequests.size(), 1);
     expectGone(item);
 }
 
@@ -130,7 +130,7 @@ TEST_F(ShredItems, CancelledPasswordDialogDoesNotPreventTheShred)
 TEST_F(ShredItems, DeclinedFilePanelDoesNotPreventTheShred)
 {
     const ProtectedItem item = lockedFile();
-    services.panels.answer = [](const OpenPanelRequest &) { return std::nullopt; };
+    services.panels.confirm = [](const PlaceRequest &) { return std::nullopt; };
     shred(item);
     EXPECT_TRUE(report.contains(QStringLiteral("Shredding backup data... @ 0.7000"))) << qUtf8Printable(lines());
     expectGone(item);
@@ -168,7 +168,7 @@ TEST_F(ShredItems, LockedFolderIsUnlockedWithoutAPassword)
 TEST_F(ShredItems, LockedFolderThatIsNotUnlockedIsDestroyedInStorage)
 {
     const ProtectedItem item = lockedFolder();
-    services.panels.answer = [](const OpenPanelRequest &) { return std::nullopt; };
+    services.panels.confirm = [](const PlaceRequest &) { return std::nullopt; };
     shred(item);
     const QString name = QFileInfo(item.originalBackupPath).fileName();
     EXPECT_TRUE(report.contains(QStringLiteral("Analyzing directory: %1 @ 0.7100").arg(name)))

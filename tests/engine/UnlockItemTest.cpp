@@ -64,7 +64,7 @@ TEST_F(UnlockItem, WrongPasswordFailsAndTheItemRemainsLocked)
     EXPECT_FALSE(engine.item().isMounted);
     EXPECT_FALSE(engine.item().isProcessing);
     EXPECT_EQ(TemporaryHome::read(path), placeholderText.toUtf8());
-    EXPECT_TRUE(services.panels.requests.isEmpty());
+    EXPECT_TRUE(services.panels.placeRequests.isEmpty());
     EXPECT_EQ(engine.passwordPrompts, 1) << "one attempt per call";
 }
 
@@ -91,7 +91,7 @@ TEST_F(UnlockItem, DeclinedPanelEndsSilentlyWithTheRecordBusyAndTheSessionOpen)
 {
     setMasterPassword();
     startLocked();
-    services.panels.answer = [](const OpenPanelRequest &) { return std::nullopt; };
+    services.panels.confirm = [](const PlaceRequest &) { return std::nullopt; };
     EXPECT_NO_THROW(engine.unlock());
     EXPECT_TRUE(engine.item().isProcessing);
     EXPECT_TRUE(engine.masterPassword.isAuthenticated());
@@ -102,7 +102,7 @@ TEST_F(UnlockItem, WrongItemInThePanelIsIgnoredWithoutAMessage)
 {
     startLocked();
     const QString other = services.home.write(QStringLiteral("Desktop/b.txt"));
-    services.panels.answer = [other](const OpenPanelRequest &) { return other; };
+    services.panels.confirm = [other](const PlaceRequest &) { return other; };
     EXPECT_NO_THROW(engine.unlock());
     EXPECT_FALSE(engine.item().isMounted);
     EXPECT_TRUE(engine.item().isProcessing);
@@ -165,12 +165,11 @@ TEST_F(UnlockItem, FolderShowsNoItemPromptAndItsPanelChoosesFiles)
 {
     services.home.write(QStringLiteral("Desktop/folder/inner.txt"), "inner");
     engine.protect(services.home.path(QStringLiteral("Desktop/folder")));
-    services.panels.requests.clear();
+    services.panels.placeRequests.clear();
     engine.unlock();
     EXPECT_EQ(engine.passwordPrompts, 0);
-    ASSERT_EQ(services.panels.requests.size(), 1);
-    EXPECT_TRUE(services.panels.requests.first().canChooseFiles);
-    EXPECT_FALSE(services.panels.requests.first().canChooseDirectories);
+    ASSERT_EQ(services.panels.placeRequests.size(), 1);
+    EXPECT_FALSE(services.panels.placeRequests.first().isDirectory);
     EXPECT_EQ(TemporaryHome::read(services.home.path(QStringLiteral("Desktop/folder/inner.txt"))), "inner");
 }
 
@@ -180,9 +179,9 @@ TEST_F(UnlockItem, FolderAsksForTheMasterPasswordAndThenShowsThePanel)
     engine.protect(services.home.path(QStringLiteral("Desktop/folder")));
     setMasterPassword();
     int promptsBeforeThePanel = 0;
-    services.panels.answer = [&](const OpenPanelRequest &request) {
+    services.panels.confirm = [&](const PlaceRequest &request) {
         promptsBeforeThePanel = engine.masterPrompts;
-        return std::optional(request.directory + QLatin1Char('/') + request.preselected);
+        return std::optional(request.path);
     };
     engine.unlock();
     EXPECT_EQ(promptsBeforeThePanel, 1);
@@ -197,7 +196,7 @@ TEST_F(UnlockItem, MissingPrivateCopyFailsBeforeThePanelAndThePlaceholderIsKept)
     ASSERT_TRUE(QFile::remove(engine.item().originalBackupPath));
     services.home.write(QStringLiteral(".local/share/quillhaven/other"));
     EXPECT_EQ(engineErrorOf([&] { engine.unlock(); }), QuillhavenError::itemNotFound);
-    EXPECT_TRUE(services.panels.requests.isEmpty());
+    EXPECT_TRUE(services.panels.placeRequests.isEmpty());
     EXPECT_EQ(TemporaryHome::read(path), placeholderText.toUtf8());
     EXPECT_FALSE(engine.item().isProcessing);
     EXPECT_TRUE(log.contains(QStringLiteral("📍 DEBUG: Backup file exists: false")));
@@ -225,13 +224,29 @@ TEST_F(UnlockItem, StorageDirectoryThatCannotBeListedIsLoggedWithTheReason)
     EXPECT_FALSE(engine.item().isMounted);
 }
 
-TEST_F(UnlockItem, DeletedPlaceholderCannotBeConfirmedAndTheUnlockEndsSilently)
+TEST_F(UnlockItem, PlaceOfADeletedPlaceholderCanBeConfirmedAndTheItemUnlocks)
 {
     startLocked();
     ASSERT_TRUE(QFile::remove(path));
-    EXPECT_NO_THROW(engine.unlock());
+    engine.unlock();
+    EXPECT_EQ(services.panels.placeRequests.size(), 1);
+    EXPECT_EQ(TemporaryHome::read(path), "mine");
+    EXPECT_TRUE(engine.item().isMounted);
+    EXPECT_FALSE(log.contains(QStringLiteral("🗑️ Removed placeholder file")));
+}
+
+TEST_F(UnlockItem, MissingFolderOfTheItemIsReportedAndTheItemStaysLocked)
+{
+    startLocked();
+    const QString folder = services.home.path(QStringLiteral("Desktop"));
+    ASSERT_TRUE(QDir(folder).removeRecursively());
+    EXPECT_THROW(engine.unlock(), FileError);
+    EXPECT_EQ(TemporaryHome::read(engine.item().originalBackupPath), "mine");
     EXPECT_FALSE(engine.item().isMounted);
-    EXPECT_EQ(services.panels.requests.size(), 1);
+    EXPECT_FALSE(engine.item().isProcessing);
+    ASSERT_TRUE(QDir().mkpath(folder));
+    engine.unlock();
+    EXPECT_EQ(TemporaryHome::read(path), "mine");
 }
 
 TEST_F(UnlockItem, PlaceholderThatCannotBeRemovedLeavesTheItemLocked)
@@ -307,7 +322,7 @@ TEST_F(UnlockItem, BulkCoreRestoresWithoutGateOrFlags)
     EXPECT_EQ(engine.storedItems(), engine.manager.protectedItems());
     EXPECT_TRUE(engine.item().isMounted);
     EXPECT_EQ(engine.item().mountedPath, path);
-    EXPECT_TRUE(services.panels.requests.isEmpty());
+    EXPECT_TRUE(services.panels.placeRequests.isEmpty());
     EXPECT_EQ(TemporaryHome::read(path), "mine");
 }
 
@@ -323,7 +338,7 @@ TEST_F(UnlockItem, BulkCoreWithACancelledPasswordChangesNoFlag)
 TEST_F(UnlockItem, UnlockThatAnotherOneHasOvertakenSucceedsAndKeepsTheData)
 {
     startLocked();
-    services.panels.answer = [&](const OpenPanelRequest &) {
+    services.panels.confirm = [&](const PlaceRequest &) {
         // A bulk unlock completes while the panel of the other one is open.
         runTask(engine.manager.unlockItemWithAccessibleURL(engine.item(), path));
         return std::optional(path);

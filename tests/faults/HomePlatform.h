@@ -28,9 +28,7 @@ public:
           m_defaults(m_countedDefaults, hooks),
           m_credentials(m_countedCredentials, hooks)
     {
-        m_services.panels.answer = [home](const OpenPanelRequest &request) {
-            return OperationScene::answer(home, request);
-        };
+        m_services.panels.answer = [home](const OpenPanelRequest &) { return home + QStringLiteral("/Recovered"); };
     }
     ~HomePlatform() { m_services.credentialQueue.waitForDone(); }
     HomePlatform(const HomePlatform &) = delete;

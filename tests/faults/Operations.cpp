@@ -135,12 +135,6 @@ std::vector<Operation> makeOperations()
 
 } // namespace
 
-std::optional<QString> OperationScene::answer(const QString &home, const OpenPanelRequest &request)
-{
-    return request.preselected.isEmpty() ? home + QStringLiteral("/Recovered")
-                                         : request.directory + QLatin1Char('/') + request.preselected;
-}
-
 const QByteArray &itemBytes()
 {
     static const QByteArray bytes = QByteArray("these are the bytes that must not be lost").leftJustified(8192, '.');

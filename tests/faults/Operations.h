@@ -19,8 +19,6 @@ struct OperationScene
 
     [[nodiscard]] QString place() const { return home + QStringLiteral("/Desktop/item"); }
     [[nodiscard]] QString recoveryFolder() const { return home + QStringLiteral("/Recovered"); }
-    /// The user's answer to a panel: the requested item, or the folder for recovered files.
-    [[nodiscard]] static std::optional<QString> answer(const QString &home, const OpenPanelRequest &request);
 };
 
 /// The data of the item: a whole number of disk blocks.

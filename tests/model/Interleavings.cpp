@@ -19,9 +19,6 @@ const auto quiet = [](const QString &, double) {};
 Interleavings::Interleavings(TestPlatform &services, unsigned seed)
     : m_services(services), m_random(seed), m_engine(services)
 {
-    services.panels.answer = [](const OpenPanelRequest &request) {
-        return std::optional(request.directory + QLatin1Char('/') + request.preselected);
-    };
     m_items = {{QStringLiteral("password.txt"), {}},
                {QStringLiteral("finger.txt"), {}, false, true},
                {QStringLiteral("other finger.txt"), {}, false, true},
@@ -57,7 +54,7 @@ std::string Interleavings::round()
         }
     }
     m_isAsking = false;
-    m_services.panels.requests.clear();
+    m_services.panels.placeRequests.clear();
     m_services.panels.accessRequests.clear();
     std::string names;
     std::vector<Run> runs;

@@ -32,7 +32,7 @@ ItemModel::ItemModel(TestPlatform &services, unsigned seed) : m_services(service
 void ItemModel::start()
 {
     m_engine.reset();
-    m_services.panels.requests.clear();
+    m_services.panels.placeRequests.clear();
     m_services.panels.accessRequests.clear();
     m_engine = std::make_unique<EngineHarness>(m_services);
 }
@@ -178,10 +178,7 @@ std::string ItemModel::unlock(Item &item)
         return "unlock what is gone";
     }
     EXPECT_FALSE(error.has_value()) << error.value_or(QString()).toStdString();
-    // The user confirms the file at the place; without a placeholder there is nothing to confirm.
-    if (item.hasPlaceholder) {
-        item.state = State::Unlocked;
-    }
+    item.state = State::Unlocked;
     return "unlock";
 }
 
@@ -212,17 +209,17 @@ std::string ItemModel::declineThePanel(Item &item)
     if (item.state != State::Locked || !item.bytes) {
         return "nothing";
     }
-    m_services.panels.answer = [](const OpenPanelRequest &) { return std::nullopt; };
+    m_services.panels.confirm = [](const PlaceRequest &) { return std::nullopt; };
     expectSuccess([&] { runTask(m_engine->manager.unlockItem(*record(item))); });
     expectSuccess([&] { runTask(m_engine->manager.removeProtection(*record(item))); });
-    m_services.panels.answer = nullptr;
+    m_services.panels.confirm = nullptr;
     return "unlock and remove, panel declined";
 }
 
 std::string ItemModel::remove(Item &item)
 {
     const bool isManaged = item.state == State::Locked || item.state == State::Unlocked;
-    if (!isManaged || !item.bytes || (item.state == State::Locked && !item.hasPlaceholder)) {
+    if (!isManaged || !item.bytes) {
         return "nothing";
     }
     expectSuccess([&] { runTask(m_engine->manager.removeProtection(*record(item))); });

@@ -38,7 +38,7 @@ TEST(MemoryGrowth, TenThousandOperationsDoNotLeak)
         } else {
             engine.lock();
         }
-        services.panels.requests.clear();
+        services.panels.placeRequests.clear();
     }
     EXPECT_LE(allocatedBytes(), before + caches);
     setLogSink({});

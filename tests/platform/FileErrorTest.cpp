@@ -22,6 +22,13 @@ std::string sentence(int error, Action action, const QString &target = {})
         .toStdString();
 }
 
+TEST(FileError, NameInTheSentenceDeceivesNobody)
+{
+    const QString path = QStringLiteral("/home/me/") + QChar(0x202E) + QStringLiteral("gnp.\nexe");
+    EXPECT_EQ(FileError::of(Kind::NoSuchFile, Action::Read, path).errorDescription(),
+              QStringLiteral("Could not read \"\uFFFDgnp.↵exe\" because it does not exist."));
+}
+
 TEST(FileError, EachErrorNumberHasItsKind)
 {
     const std::pair<int, Kind> table[] = {

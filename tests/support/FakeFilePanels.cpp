@@ -22,21 +22,12 @@ QString usable(const QString &path)
     return info.isSymLink() ? info.symLinkTarget() : path;
 }
 
-/// The item that was asked for, when it is there.
-std::optional<QString> preselected(const OpenPanelRequest &request)
-{
-    const QString path = request.directory + QLatin1Char('/') + request.preselected;
-    const QFileInfo info(path);
-    const bool isAllowed = info.isDir() ? request.canChooseDirectories : info.exists() && request.canChooseFiles;
-    return isAllowed && !request.preselected.isEmpty() ? std::optional(path) : std::nullopt;
-}
-
 } // namespace
 
 std::optional<QString> FakeFilePanels::runModal(const OpenPanelRequest &request)
 {
     requests.append(request);
-    const std::optional<QString> chosen = answer ? answer(request) : preselected(request);
+    const std::optional<QString> chosen = answer ? answer(request) : std::nullopt;
     return chosen ? std::optional(usable(*chosen)) : std::nullopt;
 }
 
@@ -58,6 +49,13 @@ QCoro::Task<std::optional<QStringList>> FakeFilePanels::openSeveral(OpenPanelReq
         chosen->sort(); // as the list is
     }
     co_return chosen;
+}
+
+QCoro::Task<std::optional<QString>> FakeFilePanels::confirmAccess(PlaceRequest request)
+{
+    placeRequests.append(request);
+    const std::optional<QString> chosen = confirm ? confirm(request) : std::optional(request.path);
+    co_return chosen && *chosen != request.path ? std::optional(usable(*chosen)) : chosen;
 }
 
 QCoro::Task<std::optional<QStringList>> FakeFilePanels::grantAccess(AccessRequest request)

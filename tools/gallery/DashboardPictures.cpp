@@ -32,6 +32,17 @@ TEST_F(DashboardPictures, ThreeItemsWithTheKeyboardOnOne)
     draw(QStringLiteral("three"));
 }
 
+TEST_F(DashboardPictures, NamesThatDeceive)
+{
+    QList<ProtectedItem> items;
+    for (const QString &name : {QString(QChar(0x202E)) + QStringLiteral("gnp.exe"), QStringLiteral("two\nlines.txt"),
+                                QStringLiteral("שלום.pdf"), QStringLiteral("plain.txt")}) {
+        items.append(namedItem(name));
+    }
+    storeCatalogue(services, items);
+    draw(QStringLiteral("deceiving-names"));
+}
+
 TEST_F(DashboardPictures, TwoThousandItems)
 {
     const QStringList endings{QStringLiteral("pdf"), QStringLiteral("png"), QStringLiteral("zip"), QString()};

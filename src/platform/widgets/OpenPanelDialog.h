@@ -4,10 +4,11 @@
 
 #include "platform/FilePanels.h"
 
-#include <QFileDialog>
+#include <QDialog>
 
 QT_BEGIN_NAMESPACE
-class QAbstractItemView;
+class QCheckBox;
+class QHBoxLayout;
 class QLabel;
 class QLineEdit;
 class QPushButton;
@@ -15,51 +16,56 @@ QT_END_NAMESPACE
 
 namespace quillhaven {
 
-/// A file dialog for one file, one folder, one of either, or several of them. What is typed into the name field is a
-/// name or an absolute path as it stands, without quoting, wildcards or variables; only a leading "~" stands for the
-/// home folder when there is nothing of that name.
+class FolderView;
+
+/// Lets the user choose a file or a folder, or several of both. No desktop's dialog nor Qt's can do that: a request to
+/// a desktop is for files or for folders, and a second button for folders would make the user say first what kind of
+/// item it is, and could not choose both at once. So this dialog is built from Qt's public views, in the program's
+/// look, and takes every name as it stands: a typed name or absolute path is not quoted, has no wildcards and no
+/// variables; only a leading "~" stands for the home folder if nothing has that name.
 ///
-/// Return and the confirming button choose a selected folder where folders may be chosen; a double click or Alt+Down
-/// always goes into it.
-class OpenPanelDialog : public QFileDialog
+/// Return and the confirming button choose a selected folder. A double click or Alt+Down goes into it, Alt+Up to the
+/// folder above, Ctrl+H shows hidden items, Ctrl+L goes to the name field.
+class OpenPanelDialog : public QDialog
 {
     Q_OBJECT
 
 public:
-    explicit OpenPanelDialog(const OpenPanelRequest &request);
+    /// Starts in the request's folder, which must not be empty. What may be chosen is not looked at: both kinds are.
+    OpenPanelDialog(const OpenPanelRequest &request, const QPalette &palette);
+
+    /// The folder whose items are listed.
+    [[nodiscard]] QString folder() const;
 
     void accept() override;
     void done(int result) override;
-    bool eventFilter(QObject *watched, QEvent *event) override;
 
 Q_SIGNALS:
     /// The panel was confirmed with these paths, or declined with none. More than one only where that was asked for.
     void answered(const QStringList &paths);
 
 private:
-    void findParts();
-    void showMessage();
-    void preselect();
-    void selectAskedRow();
+    [[nodiscard]] QHBoxLayout *newLocationRow();
+    [[nodiscard]] QHBoxLayout *newNameRow();
+    void addShortcuts();
+    void folderEntered(const QString &folder);
+    void nameEdited(const QString &text);
     void selectionMoved();
+    /// Shows the name of the selected item, which is not typed.
+    void showName(const QString &name);
     void updateConfirmButton();
     void explain(const QString &text);
-    [[nodiscard]] bool handleKey(int key, Qt::KeyboardModifiers modifiers);
-    void enter(const QString &folder);
-    [[nodiscard]] QStringList selectedRows() const;
-    [[nodiscard]] QString selectedRow() const;
     [[nodiscard]] QString typedPath() const;
-    [[nodiscard]] QString candidate() const;
+    [[nodiscard]] QStringList candidates() const;
 
-    OpenPanelRequest m_request;
-    QString m_asked;      ///< absolute path of the preselected item; empty without one
-    QStringList m_chosen; ///< the answer
-    bool m_typed = false;
+    QStringList m_chosen;   ///< the answer
+    bool m_isTyped = false; ///< whether the name field decides, not the selection
+    FolderView *m_view = nullptr;
+    QLabel *m_location = nullptr;
     QLineEdit *m_name = nullptr;
-    QPushButton *m_confirm = nullptr;
-    QAbstractItemView *m_list = nullptr;
-    QAbstractItemView *m_tree = nullptr;
     QLabel *m_note = nullptr;
+    QCheckBox *m_hidden = nullptr;
+    QPushButton *m_confirm = nullptr;
 };
 
 } // namespace quillhaven

@@ -5,9 +5,11 @@
 #include "async/Answer.h"
 #include "platform/FileError.h"
 #include "platform/widgets/AccessPanelDialog.h"
+#include "platform/widgets/DesktopFileDialog.h"
 #include "platform/widgets/OpenPanelDialog.h"
+#include "support/Paths.h"
 
-#include <QFileInfo>
+#include <QDir>
 #include <QGuiApplication>
 #include <QWindow>
 
@@ -33,7 +35,7 @@ void requireUsable(const QString &path)
     }
 }
 
-/// Keeps the panel above the window that asks.
+/// Keeps the panel above the window that asks, in its middle where the desktop lets a program place its windows.
 void attachToFocusWindow(QDialog &dialog)
 {
     QWindow *parent = QGuiApplication::focusWindow();
@@ -43,6 +45,9 @@ void attachToFocusWindow(QDialog &dialog)
     dialog.winId();
     if (parent && dialog.windowHandle() && parent != dialog.windowHandle()) {
         dialog.windowHandle()->setTransientParent(parent);
+        const QSize size =
+            (dialog.testAttribute(Qt::WA_Resized) ? dialog.size() : dialog.sizeHint()).expandedTo(dialog.minimumSize());
+        dialog.move(parent->geometry().center() - QRect(QPoint(), size).center());
     }
 }
 
@@ -63,39 +68,33 @@ std::optional<QString> onlyOne(const QStringList &paths)
     return paths.isEmpty() ? std::nullopt : std::optional(paths.constFirst());
 }
 
-QCoro::Task<QStringList> choose(OpenPanelRequest request, QPalette palette)
+/// Shows a dialog that emits `answer` with the chosen paths, and waits for them.
+template <typename Dialog>
+QCoro::Task<QStringList> shown(Dialog *dialog, void (Dialog::*answer)(const QStringList &))
 {
-    Answer<QStringList> answer;
-    auto *dialog = new OpenPanelDialog(request);
-    dialog->setPalette(palette);
+    Answer<QStringList> chosen;
     dialog->setAttribute(Qt::WA_DeleteOnClose);
-    QObject::connect(dialog, &OpenPanelDialog::answered, dialog,
-                     [answer](const QStringList &paths) { answer.give(paths); });
+    QObject::connect(dialog, answer, dialog, [chosen](const QStringList &paths) { chosen.give(paths); });
+    QObject::connect(dialog, &QDialog::rejected, dialog, [chosen] { chosen.give({}); });
     attachToFocusWindow(*dialog);
     dialog->open();
-    const QStringList chosen = co_await answer;
-    co_return usablePaths(chosen);
+    co_return co_await chosen;
 }
 
-} // namespace
-
-QCoro::Task<std::optional<QString>> QtFilePanels::open(OpenPanelRequest request)
+/// The same without returning to the event loop of the program.
+template <typename Dialog>
+QStringList shownModally(Dialog &dialog, void (Dialog::*answer)(const QStringList &))
 {
-    co_return onlyOne(co_await choose(std::move(request), m_palette));
+    QStringList chosen;
+    QObject::connect(&dialog, answer, &dialog, [&chosen](const QStringList &paths) { chosen = paths; });
+    attachToFocusWindow(dialog);
+    dialog.exec();
+    return chosen;
 }
 
-QCoro::Task<std::optional<QStringList>> QtFilePanels::openSeveral(OpenPanelRequest request)
-{
-    request.allowsMultipleSelection = true;
-    const QStringList paths = co_await choose(std::move(request), m_palette);
-    co_return paths.isEmpty() ? std::nullopt : std::optional(paths);
-}
-
-QCoro::Task<std::optional<QStringList>> QtFilePanels::grantAccess(AccessRequest request)
+QCoro::Task<std::optional<QStringList>> granted(AccessPanelDialog *dialog)
 {
     Answer<std::optional<QStringList>> answer;
-    auto *dialog = new AccessPanelDialog(request);
-    dialog->setPalette(m_palette);
     dialog->setAttribute(Qt::WA_DeleteOnClose);
     QObject::connect(dialog, &AccessPanelDialog::answered, dialog,
                      [answer](bool isConfirmed, const QStringList &paths) {
@@ -106,16 +105,74 @@ QCoro::Task<std::optional<QStringList>> QtFilePanels::grantAccess(AccessRequest 
     co_return co_await answer;
 }
 
+bool isForFilesAndFolders(const OpenPanelRequest &request)
+{
+    return request.canChooseFiles && request.canChooseDirectories;
+}
+
+} // namespace
+
+OpenPanelRequest QtFilePanels::inFolder(OpenPanelRequest request) const
+{
+    if (request.directory.isEmpty()) {
+        request.directory = QFileInfo(m_lastFolder).isDir() ? m_lastFolder : QDir::homePath();
+    }
+    return request;
+}
+
+QStringList QtFilePanels::used(const QStringList &chosen)
+{
+    if (!chosen.isEmpty()) {
+        m_lastFolder = parentDirectory(chosen.constFirst());
+    }
+    return usablePaths(chosen);
+}
+
+QCoro::Task<QStringList> QtFilePanels::choose(OpenPanelRequest request)
+{
+    const OpenPanelRequest asked = inFolder(std::move(request));
+    QStringList chosen;
+    if (isForFilesAndFolders(asked)) {
+        chosen = co_await shown(new OpenPanelDialog(asked, m_palette), &OpenPanelDialog::answered);
+    } else {
+        chosen = co_await shown(desktopFileDialog(asked, m_palette).release(), &QFileDialog::filesSelected);
+    }
+    co_return used(chosen);
+}
+
+QCoro::Task<std::optional<QString>> QtFilePanels::open(OpenPanelRequest request)
+{
+    co_return onlyOne(co_await choose(std::move(request)));
+}
+
+QCoro::Task<std::optional<QStringList>> QtFilePanels::openSeveral(OpenPanelRequest request)
+{
+    request.allowsMultipleSelection = true;
+    const QStringList paths = co_await choose(std::move(request));
+    co_return paths.isEmpty() ? std::nullopt : std::optional(paths);
+}
+
 std::optional<QString> QtFilePanels::runModal(const OpenPanelRequest &request)
 {
-    OpenPanelDialog dialog(request);
-    dialog.setPalette(m_palette);
-    QStringList chosen;
-    QObject::connect(&dialog, &OpenPanelDialog::answered, &dialog,
-                     [&chosen](const QStringList &paths) { chosen = paths; });
-    attachToFocusWindow(dialog);
-    dialog.exec();
-    return onlyOne(usablePaths(chosen));
+    const OpenPanelRequest asked = inFolder(request);
+    if (isForFilesAndFolders(asked)) {
+        OpenPanelDialog dialog(asked, m_palette);
+        return onlyOne(used(shownModally(dialog, &OpenPanelDialog::answered)));
+    }
+    const auto dialog = desktopFileDialog(asked, m_palette);
+    return onlyOne(used(shownModally(*dialog, &QFileDialog::filesSelected)));
+}
+
+QCoro::Task<std::optional<QString>> QtFilePanels::confirmAccess(PlaceRequest request)
+{
+    const std::optional<QStringList> chosen = co_await granted(new AccessPanelDialog(request, m_palette));
+    const bool isAsked = chosen == QStringList(request.path);
+    co_return isAsked ? std::optional(request.path) : onlyOne(usablePaths(chosen.value_or(QStringList())));
+}
+
+QCoro::Task<std::optional<QStringList>> QtFilePanels::grantAccess(AccessRequest request)
+{
+    co_return co_await granted(new AccessPanelDialog(request, m_palette));
 }
 
 } // namespace quillhaven

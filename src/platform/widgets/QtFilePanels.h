@@ -8,8 +8,8 @@
 
 namespace quillhaven {
 
-/// Qt's file dialog, with the message above the files. Needs a QApplication. It is always Qt's own, since the desktop's
-/// cannot show a message nor take a file and a folder alike.
+/// To choose something new: the desktop's own dialog for files or for folders, and a dialog of ours for both, which no
+/// desktop has. To confirm known places: a panel of ours. Needs a QApplication.
 class QtFilePanels : public FilePanels
 {
 public:
@@ -18,11 +18,19 @@ public:
 
     [[nodiscard]] QCoro::Task<std::optional<QString>> open(OpenPanelRequest request) override;
     [[nodiscard]] QCoro::Task<std::optional<QStringList>> openSeveral(OpenPanelRequest request) override;
+    [[nodiscard]] QCoro::Task<std::optional<QString>> confirmAccess(PlaceRequest request) override;
     [[nodiscard]] QCoro::Task<std::optional<QStringList>> grantAccess(AccessRequest request) override;
     [[nodiscard]] std::optional<QString> runModal(const OpenPanelRequest &request) override;
 
 private:
+    [[nodiscard]] QCoro::Task<QStringList> choose(OpenPanelRequest request);
+    /// The request with a folder to start in: the last used one, or else the home folder.
+    [[nodiscard]] OpenPanelRequest inFolder(OpenPanelRequest request) const;
+    /// The chosen paths, as `usablePaths` makes them; the next panel starts in their folder.
+    [[nodiscard]] QStringList used(const QStringList &chosen);
+
     QPalette m_palette;
+    QString m_lastFolder;
 };
 
 } // namespace quillhaven

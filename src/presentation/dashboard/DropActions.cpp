@@ -18,13 +18,26 @@ DropActions::DropActions(const DashboardContext &context, ProtectActions &protec
 {
 }
 
+namespace {
+
+/// The path of a local file's URL, which may name this computer as its host; empty for any other URL.
+QString localPath(QUrl url)
+{
+    if (url.isLocalFile() && url.host() == QLatin1String("localhost")) {
+        url.setHost({});
+    }
+    return url.toLocalFile();
+}
+
+} // namespace
+
 void DropActions::onDrop(const QList<QUrl> &urls)
 {
     QStringList paths;
     for (const QUrl &url : urls) {
-        if (url.isLocalFile()) {
+        if (const QString path = localPath(url); !path.isEmpty()) {
             // As the panel does: a link stands for what it points to.
-            const QFileInfo info(url.toLocalFile());
+            const QFileInfo info(path);
             paths.append(info.isSymLink() ? info.symLinkTarget() : QDir::cleanPath(info.absoluteFilePath()));
         }
     }

@@ -2,6 +2,8 @@
 
 #include "presentation/dashboard/FinderRowTexts.h"
 
+#include "support/DisplayName.h"
+
 #include <QStringList>
 #include <QTextBoundaryFinder>
 
@@ -63,13 +65,14 @@ QString shortenedPath(const QString &originalPath, const QString &homePath)
     }
     QString folder = folderOf(path);
     if (characterCount(folder) <= maxPathLength) {
-        return folder;
+        return displayName(folder);
     }
     const QStringList parts = folder.split(QLatin1Char('/'));
     if (parts.size() < 4) {
-        return folder;
+        return displayName(folder);
     }
-    return parts.first() + QStringLiteral("/…/") + parts.at(parts.size() - 2) + QLatin1Char('/') + parts.last();
+    return displayName(parts.first() + QStringLiteral("/…/") + parts.at(parts.size() - 2) + QLatin1Char('/') +
+                       parts.last());
 }
 
 QString statusText(const ProtectedItem &item)
@@ -92,7 +95,7 @@ QString toggleLockIcon(const ProtectedItem &item)
 
 QString accessibleText(const ProtectedItem &item)
 {
-    return item.originalName + QStringLiteral(", ") +
+    return displayName(item.originalName) + QStringLiteral(", ") +
            (item.isMounted ? QStringLiteral("unlocked") : QStringLiteral("locked"));
 }
 

@@ -4,6 +4,7 @@
 
 #include "engine/QuillhavenManager.h"
 #include "presentation/dashboard/NoticesModel.h"
+#include "support/DisplayName.h"
 #include "support/Paths.h"
 
 namespace quillhaven {
@@ -14,7 +15,7 @@ const QString noticeId = QStringLiteral("kept-aside");
 
 QString quoted(const QString &path)
 {
-    return QLatin1Char('"') + lastPathComponent(path) + QLatin1Char('"');
+    return QLatin1Char('"') + displayName(lastPathComponent(path)) + QLatin1Char('"');
 }
 
 QString sentence(const QString &place, const QString &aside)

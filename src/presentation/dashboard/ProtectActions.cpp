@@ -9,6 +9,7 @@
 #include "presentation/dashboard/BulkActions.h"
 #include "presentation/dashboard/DashboardErrors.h"
 #include "presentation/dialogs/ProtectionMethodDialogManager.h"
+#include "support/DisplayName.h"
 #include "support/Paths.h"
 #include "support/printLogger.h"
 
@@ -66,12 +67,7 @@ QCoro::Task<> ProtectActions::runFilePicker()
 {
     std::optional<QString> chosen;
     try {
-        const OpenPanelRequest request{.canChooseFiles = true,
-                                       .canChooseDirectories = true,
-                                       .message = {},
-                                       .prompt = {},
-                                       .directory = {},
-                                       .preselected = {}};
+        const OpenPanelRequest request{.canChooseFiles = true, .canChooseDirectories = true};
         chosen = co_await m_panels.open(request);
     } catch (...) {
         m_context.errors.report(std::current_exception());
@@ -104,7 +100,8 @@ QCoro::Task<> ProtectActions::askForProtectionMethod(QString path)
         co_return;
     }
     using Choice = ProtectionMethodDialogManager::Choice;
-    const auto choice = m_context.dialogs.protectionMethod.ask(QStringLiteral("Protect ") + lastPathComponent(path));
+    const auto choice =
+        m_context.dialogs.protectionMethod.ask(QStringLiteral("Protect ") + displayName(lastPathComponent(path)));
     switch (co_await choice) {
     case Choice::Password:
         showPasswordDialog(path, false);
@@ -146,7 +143,7 @@ QCoro::Task<> ProtectActions::protectByPassword(QString path, Answer<PasswordInp
 QCoro::Task<> ProtectActions::protect(QString path, QString password, bool useTouchID)
 {
     const QString name = lastPathComponent(path);
-    const ProtectingName marked(*this, name);
+    const ProtectingName marked(*this, displayName(name));
     try {
         co_await m_context.quillhavenManager.protectItem(path, password, useTouchID);
         if (useTouchID) {

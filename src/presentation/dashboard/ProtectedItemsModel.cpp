@@ -4,6 +4,7 @@
 
 #include "catalogue/ItemCatalogue.h"
 #include "presentation/dashboard/FinderRowTexts.h"
+#include "support/DisplayName.h"
 
 #include <algorithm>
 
@@ -45,7 +46,7 @@ QVariant ProtectedItemsModel::data(const QModelIndex &index, int role) const
         return item.id;
     case Qt::DisplayRole:
     case OriginalNameRole:
-        return item.originalName;
+        return displayName(item.originalName);
     case ShortenedPathRole:
         return finder_row::shortenedPath(item.originalPath, m_homePath);
     case LeadingIconRole:
@@ -61,7 +62,7 @@ QVariant ProtectedItemsModel::data(const QModelIndex &index, int role) const
     case AccessibleTextRole:
         return finder_row::accessibleText(item);
     case AccessibleDescriptionRole:
-        return isBusy(item.id) ? QStringLiteral("Busy") : item.originalPath;
+        return isBusy(item.id) ? QStringLiteral("Busy") : displayName(item.originalPath);
     case IsBusyRole:
         return isBusy(item.id);
     case ShowingCopySuccessRole:

@@ -8,6 +8,7 @@
 #include "presentation/dashboard/DashboardErrors.h"
 #include "presentation/dashboard/FinderRowTexts.h"
 #include "presentation/dashboard/NoticesModel.h"
+#include "support/DisplayName.h"
 #include "support/Paths.h"
 
 #include <QFileInfo>
@@ -40,7 +41,8 @@ QString detailsOf(const LostItem &lost, const QString &home)
             .arg(locale.formattedDataSize(lost.size, 1, QLocale::DataSizeSIFormat),
                  locale.toString(lost.modified, QLocale::ShortFormat));
     if (!lost.probablePlace.isEmpty()) {
-        details += QStringLiteral(", probably from ") + finder_row::shortenedPath(lost.probablePlace, home);
+        details +=
+            QStringLiteral(", probably from ") + displayName(finder_row::shortenedPath(lost.probablePlace, home));
     }
     return details + QLatin1Char('.');
 }
@@ -130,13 +132,13 @@ RescueEntry RescueActions::entryOf(const Found &found) const
         entry.choices.append(labels.value(choice));
     }
     if (found.lost) {
-        entry.title = nameOf(*found.lost);
+        entry.title = displayName(nameOf(*found.lost));
         entry.details = detailsOf(*found.lost, m_home);
         entry.symbol = found.lost->isFolder ? QStringLiteral("folder.fill") : finder_row::fileIcon(found.lost->name);
     } else if (const ProtectedItem *item = m_context.quillhavenManager.catalogue().item(found.returnedId)) {
-        entry.title = item->originalName;
+        entry.title = displayName(item->originalName);
         entry.details = QStringLiteral("Is back in %1, although the list says that it is locked.")
-                            .arg(finder_row::shortenedPath(item->originalPath, m_home));
+                            .arg(displayName(finder_row::shortenedPath(item->originalPath, m_home)));
         entry.symbol = finder_row::leadingIcon(*item);
     }
     return entry;
@@ -213,7 +215,7 @@ QCoro::Task<std::optional<QString>> RescueActions::askForPlace(LostItem lost)
     request.canChooseFiles = false;
     request.canChooseDirectories = true;
     request.canCreateDirectories = true;
-    request.message = QStringLiteral("Choose a folder for ") + nameOf(lost);
+    request.message = QStringLiteral("Choose a folder for ") + displayName(nameOf(lost));
     request.prompt = QStringLiteral("Give Back");
     const std::optional<QString> folder = co_await m_panels.open(request);
     co_return folder ? std::optional(freePath(*folder, nameOf(lost))) : std::nullopt;

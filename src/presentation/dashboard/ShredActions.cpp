@@ -8,6 +8,7 @@
 #include "presentation/dashboard/BusyItems.h"
 #include "presentation/dashboard/DashboardErrors.h"
 #include "presentation/dashboard/ItemSelection.h"
+#include "support/DisplayName.h"
 #include "support/Paths.h"
 
 namespace quillhaven {
@@ -59,10 +60,10 @@ void ShredActions::ask(const QList<ProtectedItem> &protectedItems, const QString
     m_itemsToShred = paths;
     QStringList names;
     for (const QString &path : paths) {
-        names.append(lastPathComponent(path));
+        names.append(displayName(lastPathComponent(path)));
     }
     for (const ProtectedItem &item : protectedItems) {
-        names.append(item.originalName);
+        names.append(displayName(item.originalName));
     }
     m_confirmation.show(names);
 }

@@ -4,6 +4,7 @@
 
 #include "async/Jobs.h"
 #include "platform/FilePanels.h"
+#include "support/DisplayName.h"
 #include "support/Paths.h"
 #include "support/printLogger.h"
 
@@ -21,7 +22,7 @@ QVariantList BulkFilePickerModel::entries() const
     QVariantList entries;
     for (const QString &path : m_selectedURLs) {
         entries.append(QVariantMap{{QStringLiteral("path"), path},
-                                   {QStringLiteral("name"), lastPathComponent(path)},
+                                   {QStringLiteral("name"), displayName(lastPathComponent(path))},
                                    {QStringLiteral("isFolder"), QFileInfo(path).isDir()}});
     }
     return entries;

@@ -2,11 +2,13 @@
 
 #include "presentation/dialogs/RemoveProtectionDialogManager.h"
 
+#include "support/DisplayName.h"
+
 namespace quillhaven {
 
 QString RemoveProtectionDialogManager::message() const
 {
-    return QStringLiteral("This will restore '") + m_itemName +
+    return QStringLiteral("This will restore '") + displayName(m_itemName) +
            QStringLiteral("' to its original location and remove it from Quillhaven's protection. Your original file "
                           "will be safely restored.");
 }

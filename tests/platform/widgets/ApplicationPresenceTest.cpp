@@ -139,7 +139,8 @@ TEST_F(ApplicationPresenceOfQt, AHiddenPanelIsShownAgainWithItsWindow)
 {
     const QString file = home.write(QStringLiteral("work/letter.txt"));
     show(main);
-    const auto opened = open(request(true, false, QStringLiteral("letter.txt")));
+    const auto opened = open(request());
+    click(QStringLiteral("letter.txt"));
     EXPECT_EQ(panel->windowHandle()->transientParent(), &main);
     presence.hide();
     EXPECT_FALSE(panel->isVisible());

@@ -7,6 +7,7 @@
 #include "support/FakeFilePanels.h"
 
 #include <QListWidget>
+#include <QPointer>
 #include <QTimer>
 
 #include <functional>
@@ -54,6 +55,18 @@ public:
     {
         next([](QDialog &panel) { QTest::keyClick(panel.windowHandle(), Qt::Key_Return); });
     }
+    void choosesInstead(const QString &path)
+    {
+        next([this, path](QDialog &panel) {
+            const QList<QPushButton *> buttons = panel.findChildren<QPushButton *>();
+            const auto choose = std::ranges::find(buttons, QStringLiteral("Choose…"), &QPushButton::text);
+            QTest::mouseClick(*choose, Qt::LeftButton);
+            next([path](QDialog &) {
+                QTest::keyClicks(QApplication::focusWidget(), path);
+                QTest::keyClick(QApplication::activeWindow()->windowHandle(), Qt::Key_Return);
+            });
+        });
+    }
     void unticks(const QStringList &paths)
     {
         next([paths](QDialog &panel) {
@@ -81,19 +94,18 @@ private:
     void actOnThePanel()
     {
         m_user.panel = PanelUser::onScreen<OpenPanelDialog>();
-        QDialog *panel = m_user.panel;
-        if (!panel) {
-            panel = PanelUser::onScreen<AccessPanelDialog>();
-        }
-        if (panel && panel->isActiveWindow() && QApplication::focusWidget()) {
+        auto *panel = qobject_cast<QDialog *>(QApplication::activeWindow());
+        if (panel && panel != m_acted && QApplication::focusWidget()) {
             m_look.stop();
-            m_act(*panel);
+            m_acted = panel;
+            std::exchange(m_act, nullptr)(*panel);
         }
     }
 
     QtFilePanels m_panels;
     PanelUser m_user;
     QTimer m_look;
+    QPointer<QDialog> m_acted; ///< not yet answered a second time
     std::function<void(QDialog &panel)> m_act;
 };
 
@@ -118,9 +130,12 @@ public:
     }
     void confirms()
     {
-        m_panels.answer = nullptr;
-        m_panels.answerSeveral = nullptr;
+        m_panels.confirm = nullptr;
         m_panels.grant = nullptr;
+    }
+    void choosesInstead(const QString &path)
+    {
+        m_panels.confirm = [path](const PlaceRequest &) { return std::optional(path); };
     }
     void unticks(const QStringList &paths)
     {
@@ -134,6 +149,7 @@ public:
     {
         m_panels.answer = [](const OpenPanelRequest &) { return std::nullopt; };
         m_panels.answerSeveral = [](const OpenPanelRequest &) { return std::nullopt; };
+        m_panels.confirm = [](const PlaceRequest &) { return std::nullopt; };
         m_panels.grant = [](const AccessRequest &) { return std::nullopt; };
     }
 

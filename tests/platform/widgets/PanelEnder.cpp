@@ -14,9 +14,7 @@ int main(int argc, char **argv)
     using namespace quillhaven;
     QApplication application(argc, argv);
     QtFilePanels panels;
-    OpenPanelRequest request;
-    request.directory = QApplication::arguments().at(1);
-    const auto opened = panels.open(request);
+    const auto opened = panels.open({.canChooseDirectories = true, .directory = QApplication::arguments().at(1)});
     QTimer timer;
     QObject::connect(&timer, &QTimer::timeout, [] {
         if (qobject_cast<OpenPanelDialog *>(QApplication::activeWindow())) {

@@ -17,14 +17,13 @@ class PanelFixture : public ::testing::Test, public PanelUser
 protected:
     using Opened = RunningTask<std::optional<QString>>;
 
-    [[nodiscard]] OpenPanelRequest request(bool files, bool folders, const QString &preselected = {}) const
+    [[nodiscard]] OpenPanelRequest request() const
     {
-        return {.canChooseFiles = files,
-                .canChooseDirectories = folders,
-                .message = QStringLiteral("Please grant access to the selected item"),
-                .prompt = QStringLiteral("Grant Access"),
-                .directory = home.path(QStringLiteral("work")),
-                .preselected = preselected};
+        return {.canChooseFiles = true,
+                .canChooseDirectories = true,
+                .message = QStringLiteral("Please choose an item"),
+                .prompt = QStringLiteral("Choose Item"),
+                .directory = home.path(QStringLiteral("work"))};
     }
 
     /// Opens the panel and waits until it has the keyboard focus.

@@ -5,12 +5,12 @@
 #include "platform/widgets/OpenPanelDialog.h"
 #include "support/RunTask.h"
 
-#include <QAbstractItemView>
 #include <QApplication>
 #include <QFileSystemModel>
 #include <QLineEdit>
 #include <QPushButton>
 #include <QTest>
+#include <QTreeView>
 #include <QWindow>
 
 #include <gtest/gtest.h>
@@ -49,16 +49,8 @@ public:
         EXPECT_EQ(name()->text(), text);
     }
 
-    [[nodiscard]] QLineEdit *name() const { return panel->findChild<QLineEdit *>(QStringLiteral("fileNameEdit")); }
-    [[nodiscard]] QAbstractItemView *view() const
-    {
-        for (const QLatin1String part : {QLatin1String("listView"), QLatin1String("treeView")}) {
-            if (auto *found = panel->findChild<QAbstractItemView *>(part); found->isVisible()) {
-                return found;
-            }
-        }
-        return nullptr;
-    }
+    [[nodiscard]] QLineEdit *name() const { return panel->findChild<QLineEdit *>(); }
+    [[nodiscard]] QTreeView *view() const { return panel->findChild<QTreeView *>(); }
     [[nodiscard]] QPushButton *confirmButton() const
     {
         for (QPushButton *button : panel->findChildren<QPushButton *>()) {

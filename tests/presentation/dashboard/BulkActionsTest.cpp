@@ -10,6 +10,8 @@
 
 #include <gmock/gmock.h>
 
+#include <sys/stat.h>
+
 using namespace quillhaven;
 using namespace quillhaven::test;
 
@@ -468,6 +470,24 @@ TEST_F(Bulk, DropOfOneItemAsksForItsMethod)
     drop({writePaper(a)});
     EXPECT_TRUE(started().protectionMethodDialog.isPresented());
     EXPECT_EQ(started().protectionMethodDialog.title(), QStringLiteral("Protect a.txt"));
+}
+
+TEST_F(Bulk, DropWithThisComputerAsItsHostIsADropOfALocalFile)
+{
+    const QString path = writePaper(a);
+    started().dashboard.dropping()->onDrop({QUrl(QStringLiteral("file://localhost") + path)});
+    DashboardHarness::settle();
+    EXPECT_EQ(error(), QString());
+    EXPECT_EQ(started().protectionMethodDialog.title(), QStringLiteral("Protect a.txt"));
+}
+
+TEST_F(Bulk, DropOfAPipeIsRejectedBeforeTheMethodIsAsked)
+{
+    writePaper(a);
+    ASSERT_EQ(::mkfifo(QFile::encodeName(paper(QStringLiteral("pipe"))).constData(), 0600), 0);
+    drop({paper(QStringLiteral("pipe"))});
+    EXPECT_EQ(error(), QStringLiteral("Could not protect \"pipe\" because it is neither a file nor a folder."));
+    EXPECT_FALSE(started().protectionMethodDialog.isPresented());
 }
 
 TEST_F(Bulk, DropOfOneRejectedItemShowsTheReason)

@@ -3,6 +3,7 @@
 // The real window with the dashboard and the real engine, driven by key presses and checked by its texts.
 
 #include "DashboardWindowFixture.h"
+#include "support/DisplayName.h"
 
 #include <QSignalSpy>
 
@@ -161,8 +162,8 @@ TEST_F(DashboardWindow, FilterOpensAtItsCurrentValue)
 
 TEST_F(DashboardWindow, NamesOfEveryScriptStartAtTheSameEdge)
 {
-    const QStringList names{QStringLiteral("alpha.txt"), QStringLiteral("תוכנית.pdf")};
-    storeCatalogue(services, {namedItem(names[0]), namedItem(names[1])});
+    storeCatalogue(services, {namedItem(QStringLiteral("alpha.txt")), namedItem(QStringLiteral("תוכנית.pdf"))});
+    const QStringList names{QStringLiteral("alpha.txt"), displayName(QStringLiteral("תוכנית.pdf"))};
     shown();
     render();
     int seen = 0;
@@ -263,7 +264,7 @@ TEST_F(DashboardWindow, ProtectionIsShownUnderTheToolbarWhileItIsRunning)
     const QString path = services.home.write(QStringLiteral("papers/will.pdf"));
     bool wasNamed = false;
     // The engine asks for access during its work.
-    services.panels.answer = [&](const OpenPanelRequest &) {
+    services.panels.confirm = [&](const PlaceRequest &) {
         wasNamed = shows("Protecting “will.pdf”…");
         return path;
     };

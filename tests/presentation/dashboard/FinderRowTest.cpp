@@ -48,6 +48,13 @@ TEST(FinderRow, FolderHasAFolderIconWithAnyName)
     EXPECT_EQ(finder_row::leadingIcon(item), QStringLiteral("photo.fill"));
 }
 
+TEST(FinderRow, NamesAndFoldersThatDeceiveAreShownAsTheyAreOnOneLine)
+{
+    const QString reversed = QString(QChar(0x202E)) + QStringLiteral("gnp.exe");
+    EXPECT_EQ(finder_row::accessibleText(namedItem(reversed)), QStringLiteral("\uFFFDgnp.exe, locked"));
+    EXPECT_EQ(shortened(QStringLiteral("/srv/two\nlines")), QStringLiteral("/srv/two↵lines"));
+}
+
 TEST(FinderRow, FolderOfFortyCharactersIsNotShortened)
 {
     const QString forty = QStringLiteral("/srv/data/") + QString(26, QLatin1Char('x')) + QStringLiteral("/abc");

@@ -33,6 +33,18 @@ TEST_F(ProtectedItemsModelTest, NewRecordAddsOneRowAtTheEnd)
     EXPECT_EQ(changes.count(), 1);
 }
 
+TEST_F(ProtectedItemsModelTest, NameThatDeceivesIsShownAsItIsAndStaysAsItIsInTheRecord)
+{
+    const QString name = QString(QChar(0x202E)) + QStringLiteral("gnp.\nexe");
+    catalogue.append(namedItem(name));
+    EXPECT_EQ(rows.index(0).data(ProtectedItemsModel::OriginalNameRole), QStringLiteral("\uFFFDgnp.↵exe"));
+    EXPECT_TRUE(rows.index(0)
+                    .data(ProtectedItemsModel::AccessibleDescriptionRole)
+                    .toString()
+                    .endsWith(QStringLiteral("\uFFFDgnp.↵exe")));
+    EXPECT_EQ(catalogue.items().constFirst().originalName, name);
+}
+
 TEST_F(ProtectedItemsModelTest, ChangedRecordChangesOnlyItsRow)
 {
     load("a b c");

@@ -71,6 +71,14 @@ TEST_F(Shredding, NothingIsDestroyedBeforeTheConfirmation)
     EXPECT_EQ(shredding().protectedItemsToShred().size(), 1);
 }
 
+TEST_F(Shredding, NamesInTheQuestionDeceiveNobody)
+{
+    protectFolder(QStringLiteral("album\nholiday.txt"));
+    shredding().onShred(started().item().id);
+    EXPECT_EQ(shredding().confirmation()->itemNames(), QStringList(QStringLiteral("album↵holiday.txt")))
+        << "one name, not two";
+}
+
 TEST_F(Shredding, CancelForgetsTheItems)
 {
     protectFolder(QStringLiteral("album"));
