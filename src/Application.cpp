@@ -8,6 +8,7 @@
 #include "credentials/PasswordInputDialogModel.h"
 #include "engine/QuillhavenManager.h"
 #include "platform/linux/LinuxPlatform.h"
+#include "platform/linux/files/UserEnvironment.h"
 #include "platform/linux/files/XdgDirectories.h"
 #include "platform/widgets/QtApplicationPresence.h"
 #include "platform/widgets/QtFilePanels.h"
@@ -128,6 +129,7 @@ int runApplication(int argc, char **argv)
 {
     forbidCoreDumps();
     TerminationSignals::block();
+    repairEnvironment();
     QApplication application(argc, argv);
     QApplication::setApplicationName(QStringLiteral("quillhaven"));
     QApplication::setApplicationVersion(QStringLiteral(QUILLHAVEN_VERSION));
