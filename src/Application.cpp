@@ -3,6 +3,7 @@
 #include "Application.h"
 
 #include "SharedInstances.h"
+#include "StartFailure.h"
 #include "credentials/MasterPasswordDialogManager.h"
 #include "credentials/MasterPasswordManager.h"
 #include "credentials/PasswordInputDialogModel.h"
@@ -26,11 +27,11 @@
 #include "shell/TerminationSignals.h"
 #include "shell/quillhavenApp.h"
 #include "support/LocalizedError.h"
-#include "support/printLogger.h"
 
 #include <QApplication>
 #include <QQmlEngine>
 #include <QQuickWindow>
+#include <QScopeGuard>
 #include <QThreadPool>
 
 #include <sys/resource.h>
@@ -123,6 +124,24 @@ int runWindow(const Platform &platform, SingleInstance &instance, QtApplicationP
     return result;
 }
 
+/// One start of the program, to its end. Throws what prevents it.
+int startAndRun()
+{
+    const UserDirectories directories = xdgDirectories();
+    SingleInstance instance(directories.configuration, directories.temporary);
+    if (instance.claim(QCoreApplication::arguments()) == SingleInstance::Role::Secondary) {
+        return 0;
+    }
+    LinuxPlatform services(directories);
+    QtFilePanels panels(panelPalette(ColorTokens()));
+    QtApplicationPresence presence;
+    const auto shutDown = qScopeGuard([] {
+        shutDownSharedInstances();
+        QThreadPool::globalInstance()->waitForDone();
+    });
+    return runWindow(services.platform(panels), instance, presence);
+}
+
 } // namespace
 
 int runApplication(int argc, char **argv)
@@ -137,22 +156,16 @@ int runApplication(int argc, char **argv)
     QApplication::setQuitOnLastWindowClosed(false);
     chooseRenderer();
     QApplication::setFont(Typography::settingLabel());
-    try {
-        const UserDirectories directories = xdgDirectories();
-        SingleInstance instance(directories.configuration, directories.temporary);
-        if (instance.claim(QCoreApplication::arguments()) == SingleInstance::Role::Secondary) {
-            return 0;
+    for (;;) {
+        QString failure;
+        try {
+            return startAndRun();
+        } catch (const std::exception &error) {
+            failure = localizedDescription(error);
         }
-        LinuxPlatform services(directories);
-        QtFilePanels panels(panelPalette(ColorTokens()));
-        QtApplicationPresence presence;
-        const int result = runWindow(services.platform(panels), instance, presence);
-        shutDownSharedInstances();
-        QThreadPool::globalInstance()->waitForDone();
-        return result;
-    } catch (const LocalizedError &error) {
-        printLogger(QStringLiteral("❌ Quillhaven cannot start: ") + error.errorDescription());
-        return 1;
+        if (reportStartFailure(failure) == AfterStartFailure::Quit) {
+            return 1;
+        }
     }
 }
 

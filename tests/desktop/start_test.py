@@ -2,8 +2,11 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
 """Starting the program: a second time, after it has ended, and at login."""
 
+import os
+import re
+
 import flows
-from desktop_driver import BUTTON
+from desktop_driver import BUTTON, key
 from window_case import WindowTest, main
 
 
@@ -46,6 +49,52 @@ class StartingAtLogin(WindowTest):
         self.assertEqual(self.start().wait(), 0)
         at_login.find(BUTTON, flows.PROTECT)
         at_login.wait_until_active()
+
+
+class AStartThatFails(WindowTest):
+    """The file that keeps a second process from running can be made nowhere."""
+
+    starts = False
+    exit_codes = (*WindowTest.exit_codes, 1)
+
+    def setUp(self):
+        super().setUp()
+        private = self.home.temporary / f"quillhaven-{os.geteuid()}"
+        self.obstacles = [folder / "quillhaven.lock" for folder in (self.home.config / "quillhaven", private)]
+        for obstacle in self.obstacles:
+            obstacle.mkdir(parents=True)
+
+    def failing_start(self, *arguments):
+        program = self.start(*arguments)
+        program.says("Quillhaven cannot start.")
+        program.find(None, re.compile("quillhaven.lock.*items are where they were", re.DOTALL))
+        return program
+
+    def test_the_reason_is_shown_and_escape_quits(self):
+        program = self.failing_start()
+        program.wait_until_active()
+        key("Escape")
+        self.assertEqual(program.wait(), 1)
+        self.assertIn("❌ Quillhaven cannot start: ", program.log)
+
+    def test_a_start_at_login_shows_the_reason_too(self):
+        program = self.failing_start("--login-item")
+        program.press(BUTTON, "Quit")
+        self.assertEqual(program.wait(), 1)
+
+    def test_a_request_to_end_is_obeyed(self):
+        program = self.failing_start()
+        self.assertEqual(program.quit(), 1)
+
+    def test_trying_again_starts_the_program_once_the_cause_is_gone(self):
+        program = self.failing_start()
+        program.press(BUTTON, "Try Again")
+        program.wait_for(lambda: program.log.count("cannot start") == 2, "the second failure")
+        program.says("Quillhaven cannot start.")
+        for obstacle in self.obstacles:
+            obstacle.rmdir()
+        program.press(BUTTON, "Try Again")
+        program.find(BUTTON, flows.PROTECT)
 
 
 if __name__ == "__main__":
