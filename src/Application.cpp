@@ -17,6 +17,7 @@
 #include "presentation/SheetModels.h"
 #include "presentation/WindowEngine.h"
 #include "presentation/dashboard/DashboardViewModel.h"
+#include "presentation/dashboard/SettingsNotice.h"
 #include "presentation/dialogs/ConfirmationDialogManager.h"
 #include "presentation/dialogs/ProtectionMethodDialogManager.h"
 #include "presentation/tokens/PanelPalette.h"
@@ -92,6 +93,7 @@ int runWindow(const Platform &platform, SingleInstance &instance, QtApplicationP
                         .biometrics = platform.biometrics};
     // Handled as a reopening: after a start at login, a window that is merely shown would be hidden again immediately.
     SheetModels sheetModels(sheets, [&delegate] { delegate.applicationShouldHandleReopen(false); });
+    showSettingsProblem(QuillhavenManager::shared(), *dashboard.notices());
     const std::unique_ptr<QQmlEngine> engine = makeWindowEngine();
     MainWindow window(*engine, dashboard, sheetModels);
     presence.setMainWindow(window.window());
@@ -121,6 +123,7 @@ int runWindow(const Platform &platform, SingleInstance &instance, QtApplicationP
     }
     const int result = QApplication::exec();
     delegate.applicationWillTerminate();
+    QuillhavenManager::shared().catalogue().saveUnsaved();
     return result;
 }
 
