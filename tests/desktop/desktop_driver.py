@@ -27,6 +27,7 @@ CARD = BUTTON
 DIALOG = "dialog"
 FIELD = "text"
 LABEL = "label"
+NOTICE = "alert"
 ROW = "list item"
 
 

@@ -6,7 +6,8 @@ import os
 import re
 
 import flows
-from desktop_driver import BUTTON, key
+from desktop_driver import BUTTON, DIALOG, LABEL, NOTICE, key
+from home_on_disk import OWN_DOMAIN
 from window_case import WindowTest, main
 
 
@@ -51,6 +52,37 @@ class StartingAtLogin(WindowTest):
         at_login.wait_until_active()
 
 
+class SettingsThatCannotBeWritten(WindowTest):
+    def test_the_list_is_shown_and_nothing_is_taken_until_they_can_be_written_again(self):
+        letter, notes = self.file("letter.txt"), self.file("notes.txt")
+        flows.protect_with_password(self.program, letter)
+        self.assertEqual(self.program.quit(), 0)
+        settings = self.home.settings_file(OWN_DOMAIN)
+        obstacle = settings.with_name(settings.name + "-shm")
+        obstacle.mkdir()
+        before = settings.read_bytes()
+
+        program = self.start()
+        flows.row(program, "letter.txt", "locked")
+        notice = re.compile(re.escape(str(settings)) + ".*Nothing can be protected until this is put right.")
+        program.find(NOTICE, notice)
+        program.press(BUTTON, flows.PROTECT)
+        flows.choose_in_panel(program, notes)
+        program.find(DIALOG, None).find(None, notice)
+        program.press(BUTTON, "OK")
+        flows.unlock(program, "letter.txt")
+        self.assertEqual(letter.read_text(), "content\n")
+        self.assertEqual(settings.read_bytes(), before)
+
+        obstacle.rmdir()
+        program.press(BUTTON, "Try Again")
+        program.gone(NOTICE, notice)
+        flows.protect_with_password(program, notes)
+        self.assertEqual(program.quit(), 0)
+        self.assertTrue(self.home.item(letter)["isMounted"])
+        self.assertFalse(self.home.item(notes)["isMounted"])
+
+
 class AStartThatFails(WindowTest):
     """The file that keeps a second process from running can be made nowhere."""
 
@@ -67,7 +99,8 @@ class AStartThatFails(WindowTest):
     def failing_start(self, *arguments):
         program = self.start(*arguments)
         program.says("Quillhaven cannot start.")
-        program.find(None, re.compile("quillhaven.lock.*items are where they were", re.DOTALL))
+        place = re.escape(str(self.obstacles[0]))
+        program.find(LABEL, re.compile(f"{place}.*items are where they were", re.DOTALL))
         return program
 
     def test_the_reason_is_shown_and_escape_quits(self):
