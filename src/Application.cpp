@@ -24,6 +24,7 @@
 #include "presentation/tokens/Typography.h"
 #include "shell/AppDelegate.h"
 #include "shell/LaunchContextManager.h"
+#include "shell/ProcessProtection.h"
 #include "shell/SingleInstance.h"
 #include "shell/TerminationSignals.h"
 #include "shell/quillhavenApp.h"
@@ -35,18 +36,9 @@
 #include <QScopeGuard>
 #include <QThreadPool>
 
-#include <sys/resource.h>
-
 namespace quillhaven {
 
 namespace {
-
-/// Because a memory image of this process would contain passwords.
-void forbidCoreDumps()
-{
-    const rlimit none{0, 0};
-    ::setrlimit(RLIMIT_CORE, &none);
-}
 
 /// Chooses the software renderer: the window consists of text and rectangles, and without a graphics driver it starts
 /// in half the time and memory. A renderer that the environment names takes precedence.
@@ -149,7 +141,7 @@ int startAndRun()
 
 int runApplication(int argc, char **argv)
 {
-    forbidCoreDumps();
+    protectProcess();
     TerminationSignals::block();
     repairEnvironment();
     QApplication application(argc, argv);
