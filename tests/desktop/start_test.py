@@ -39,6 +39,21 @@ class Starting(WindowTest):
         flows.row(self.start(), "letter.txt", "locked")
 
 
+class WhatIsKept(WindowTest):
+    def test_the_toolkit_keeps_no_folder_in_which_a_file_was_chosen(self):
+        folder = self.home.documents / "telling-name"
+        folder.mkdir()
+        letter = folder / "letter.txt"
+        letter.write_text("content\n")
+        flows.protect_with_password(self.program, letter)
+        self.assertEqual(self.program.quit(), 0)
+        # The settings and the containers hold it, as they must. Nothing else in the home does.
+        kept = [path for path in self.home.path.rglob("*")
+                if path.is_file() and b"telling-name" in path.read_bytes() and path.parent.name != "quillhaven"]
+        self.assertEqual(kept, [self.program.log_path])
+        self.assertEqual(list(self.home.config.glob("QtProject*")), [])
+
+
 class StartingAtLogin(WindowTest):
     starts = False
 
