@@ -255,7 +255,11 @@ void ItemCatalogue::saveUnsaved()
     if (!m_isUnsaved) {
         return;
     }
-    save();
+    if (problem()) {
+        retry();
+    } else {
+        save();
+    }
     if (m_isUnsaved) {
         printLogger(QStringLiteral("❌ The last changes of the list of protected items could not be saved"));
     }

@@ -224,6 +224,7 @@ TEST_F(ItemCatalogueTest, AStoreThatCannotBeReadIsNeverWrittenUntilItIsRead)
     EXPECT_TRUE(started.problem().has_value());
     started.append(record(b));
     started.saveUnsaved();
+    problems = 0;
     EXPECT_FALSE(started.retry());
     EXPECT_EQ(problems, 1);
     runSql(SqliteUserDefaultsProvider::standardDomain, "ALTER TABLE away RENAME TO defaults");
@@ -231,6 +232,26 @@ TEST_F(ItemCatalogueTest, AStoreThatCannotBeReadIsNeverWrittenUntilItIsRead)
     EXPECT_TRUE(started.retry());
     EXPECT_EQ(started.problem(), std::nullopt);
     EXPECT_EQ(started.items(), before);
+}
+
+TEST_F(ItemCatalogueTest, AtTheEndAStoreThatCouldOnlyBeReadIsTriedAgain)
+{
+    const TemporaryHome home;
+    const QString directory = home.directories().configuration;
+    {
+        SqliteUserDefaultsProvider writable(directory);
+        ItemCatalogue(writable).append(record(a));
+    }
+    auto obstacle = std::make_unique<UnwritableSettings>(directory);
+    SqliteUserDefaultsProvider provider(directory);
+    ItemCatalogue readOnly(provider);
+    ASSERT_EQ(readOnly.load(), ItemCatalogue::Loaded::Items);
+    readOnly.update(a, [](ProtectedItem &item) { item.isMounted = true; });
+    obstacle.reset();
+    readOnly.saveUnsaved();
+    SqliteUserDefaultsProvider again(directory);
+    EXPECT_EQ(decodeProtectedItems(*again.standard().dataForKey(settings::protectedItems.key)), readOnly.items());
+    EXPECT_TRUE(readOnly.items().constFirst().isMounted);
 }
 
 TEST_F(ItemCatalogueTest, ChangesOfAListThatCouldOnlyBeReadAreSavedOnceItCanBeWritten)
