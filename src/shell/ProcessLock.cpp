@@ -50,7 +50,7 @@ ScopedFd ProcessLock::open() const
     }
     if (!file.isOpen()) {
         const FileError reason = FileError::fromErrno(error, FileError::Action::Write, m_path);
-        throw FileError(reason.kind(), reason.errorDescription() + QLatin1Char('\n') + m_path);
+        throw FileError(reason.kind(), QStringLiteral("%1 (%2)").arg(reason.errorDescription(), m_path));
     }
     return file;
 }
