@@ -15,11 +15,9 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
         return 0;
     }
     const QByteArray encoded = encodeProtectedItems(*items);
-    if (!encoded.isEmpty()) {
-        fuzz::require(decodeProtectedItems(encoded) == items);
-        for (const quillhaven::ProtectedItem &item : *items) {
-            (void)encodeProtectedItemInfo(item);
-        }
+    fuzz::require(decodeProtectedItems(encoded) == items);
+    for (const ProtectedItem &item : *items) {
+        fuzz::require(!encodeProtectedItemInfo(item).isEmpty());
     }
     return 0;
 }

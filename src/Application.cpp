@@ -3,11 +3,13 @@
 #include "Application.h"
 
 #include "SharedInstances.h"
+#include "StartFailure.h"
 #include "credentials/MasterPasswordDialogManager.h"
 #include "credentials/MasterPasswordManager.h"
 #include "credentials/PasswordInputDialogModel.h"
 #include "engine/QuillhavenManager.h"
 #include "platform/linux/LinuxPlatform.h"
+#include "platform/linux/files/UserEnvironment.h"
 #include "platform/linux/files/XdgDirectories.h"
 #include "platform/widgets/QtApplicationPresence.h"
 #include "platform/widgets/QtFilePanels.h"
@@ -15,35 +17,29 @@
 #include "presentation/SheetModels.h"
 #include "presentation/WindowEngine.h"
 #include "presentation/dashboard/DashboardViewModel.h"
+#include "presentation/dashboard/SettingsNotice.h"
 #include "presentation/dialogs/ConfirmationDialogManager.h"
 #include "presentation/dialogs/ProtectionMethodDialogManager.h"
 #include "presentation/tokens/PanelPalette.h"
 #include "presentation/tokens/Typography.h"
 #include "shell/AppDelegate.h"
 #include "shell/LaunchContextManager.h"
+#include "shell/ProcessProtection.h"
 #include "shell/SingleInstance.h"
 #include "shell/TerminationSignals.h"
 #include "shell/quillhavenApp.h"
 #include "support/LocalizedError.h"
-#include "support/printLogger.h"
 
 #include <QApplication>
 #include <QQmlEngine>
 #include <QQuickWindow>
+#include <QScopeGuard>
+#include <QSettings>
 #include <QThreadPool>
-
-#include <sys/resource.h>
 
 namespace quillhaven {
 
 namespace {
-
-/// Because a memory image of this process would contain passwords.
-void forbidCoreDumps()
-{
-    const rlimit none{0, 0};
-    ::setrlimit(RLIMIT_CORE, &none);
-}
 
 /// Chooses the software renderer: the window consists of text and rectangles, and without a graphics driver it starts
 /// in half the time and memory. A renderer that the environment names takes precedence.
@@ -52,6 +48,13 @@ void chooseRenderer()
     if (qEnvironmentVariableIsEmpty("QT_QUICK_BACKEND") && qEnvironmentVariableIsEmpty("QSG_RHI_BACKEND")) {
         QQuickWindow::setGraphicsApi(QSGRendererInterface::Software);
     }
+}
+
+/// Keeps the toolkit's dialogs from storing the folders in which files were chosen, in a file that every program reads
+/// (QtProject.conf). Nothing of this program is kept in the toolkit's settings.
+void forgetChosenFolders()
+{
+    QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, QStringLiteral("/dev/null"));
 }
 
 /// The services that start and end with the program.
@@ -91,6 +94,7 @@ int runWindow(const Platform &platform, SingleInstance &instance, QtApplicationP
                         .biometrics = platform.biometrics};
     // Handled as a reopening: after a start at login, a window that is merely shown would be hidden again immediately.
     SheetModels sheetModels(sheets, [&delegate] { delegate.applicationShouldHandleReopen(false); });
+    showSettingsProblem(QuillhavenManager::shared(), *dashboard.notices());
     const std::unique_ptr<QQmlEngine> engine = makeWindowEngine();
     MainWindow window(*engine, dashboard, sheetModels);
     presence.setMainWindow(window.window());
@@ -121,15 +125,36 @@ int runWindow(const Platform &platform, SingleInstance &instance, QtApplicationP
     }
     const int result = QApplication::exec();
     delegate.applicationWillTerminate();
+    QuillhavenManager::shared().catalogue().saveUnsaved();
     return result;
+}
+
+/// One start of the program, to its end. Throws what prevents it.
+int startAndRun()
+{
+    const UserDirectories directories = xdgDirectories();
+    SingleInstance instance(directories.configuration, directories.temporary);
+    if (instance.claim(QCoreApplication::arguments()) == SingleInstance::Role::Secondary) {
+        return 0;
+    }
+    LinuxPlatform services(directories);
+    QtFilePanels panels(panelPalette(ColorTokens()));
+    QtApplicationPresence presence;
+    const auto shutDown = qScopeGuard([] {
+        shutDownSharedInstances();
+        QThreadPool::globalInstance()->waitForDone();
+    });
+    return runWindow(services.platform(panels), instance, presence);
 }
 
 } // namespace
 
 int runApplication(int argc, char **argv)
 {
-    forbidCoreDumps();
+    protectProcess();
     TerminationSignals::block();
+    repairEnvironment();
+    forgetChosenFolders();
     QApplication application(argc, argv);
     QApplication::setApplicationName(QStringLiteral("quillhaven"));
     QApplication::setApplicationVersion(QStringLiteral(QUILLHAVEN_VERSION));
@@ -137,22 +162,16 @@ int runApplication(int argc, char **argv)
     QApplication::setQuitOnLastWindowClosed(false);
     chooseRenderer();
     QApplication::setFont(Typography::settingLabel());
-    try {
-        const UserDirectories directories = xdgDirectories();
-        SingleInstance instance(directories.configuration, directories.temporary);
-        if (instance.claim(QCoreApplication::arguments()) == SingleInstance::Role::Secondary) {
-            return 0;
+    for (;;) {
+        QString failure;
+        try {
+            return startAndRun();
+        } catch (const std::exception &error) {
+            failure = localizedDescription(error);
         }
-        LinuxPlatform services(directories);
-        QtFilePanels panels(panelPalette(ColorTokens()));
-        QtApplicationPresence presence;
-        const int result = runWindow(services.platform(panels), instance, presence);
-        shutDownSharedInstances();
-        QThreadPool::globalInstance()->waitForDone();
-        return result;
-    } catch (const LocalizedError &error) {
-        printLogger(QStringLiteral("❌ Quillhaven cannot start: ") + error.errorDescription());
-        return 1;
+        if (reportStartFailure(failure) == AfterStartFailure::Quit) {
+            return 1;
+        }
     }
 }
 

@@ -72,7 +72,8 @@ QByteArray encodeOne(const ProtectedItem &item, bool (*writeOne)(Writer &, const
     return {buffer.GetString(), static_cast<qsizetype>(buffer.GetSize())};
 }
 
-/// Reads the fields of one object; `isComplete` turns false at the first one that is missing or of another type.
+/// Reads the fields of one object; `isComplete` turns false at the first one that is missing, of another type, or a
+/// text that could not be written again: a list with such a record could not be saved any more.
 struct FieldReader
 {
     const QJsonObject &object;
@@ -81,8 +82,9 @@ struct FieldReader
     QString string(QLatin1String key)
     {
         const QJsonValue value = object.value(key);
-        isComplete = isComplete && value.isString();
-        return value.toString();
+        const QString text = value.toString();
+        isComplete = isComplete && value.isString() && text.isValidUtf16();
+        return text;
     }
     bool boolean(QLatin1String key)
     {

@@ -16,8 +16,8 @@ namespace quillhaven {
 /// A JSON array of whole records: what the application's store holds. Empty bytes when one cannot be written.
 [[nodiscard]] QByteArray encodeProtectedItems(const QList<ProtectedItem> &items);
 
-/// The records of such an array, or nothing when the text is no such array or one record lacks a field or has one of
-/// another type. Other keys are ignored.
+/// The records of such an array, or nothing when the text is no such array, or one record lacks a field or has one of
+/// another type or with half of a surrogate pair. Other keys are ignored. What is returned can be encoded again.
 [[nodiscard]] std::optional<QList<ProtectedItem>> decodeProtectedItems(const QByteArray &json);
 
 } // namespace quillhaven

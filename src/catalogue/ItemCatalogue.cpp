@@ -5,6 +5,7 @@
 #include "catalogue/CatalogueJson.h"
 #include "platform/UserDefaults.h"
 #include "settings/Settings.h"
+#include "support/printLogger.h"
 
 #include <QHash>
 
@@ -59,7 +60,15 @@ const ProtectedItem *ItemCatalogue::itemAt(const QString &originalPath) const
 
 ItemCatalogue::Loaded ItemCatalogue::load()
 {
-    const auto data = m_defaults.standard().dataForKey(settings::protectedItems.key);
+    std::optional<QByteArray> data;
+    m_readFailure.reset();
+    try {
+        data = m_defaults.standard().dataForKey(settings::protectedItems.key);
+    } catch (const UserDefaultsError &error) {
+        printLogger(QStringLiteral("❌ ") + error.errorDescription());
+        m_readFailure = error.errorDescription();
+        return Loaded::Unreadable;
+    }
     if (!data) {
         return Loaded::Nothing;
     }
@@ -68,10 +77,43 @@ ItemCatalogue::Loaded ItemCatalogue::load()
         return Loaded::Undecodable;
     }
     m_items = *decoded;
-    m_applicationBacklog.isWhole = false;
+    m_applicationBacklog = {.isWhole = false, .changed = {}, .removed = {}};
     Q_EMIT reset();
     Q_EMIT changed();
     return Loaded::Items;
+}
+
+std::optional<QString> ItemCatalogue::problem() const
+{
+    const QString consequence = QStringLiteral(" Nothing can be protected until this is put right.");
+    if (m_readFailure) {
+        return *m_readFailure + QLatin1Char('.') + consequence;
+    }
+    const auto problem = m_defaults.problem();
+    return problem ? std::optional(*problem + consequence) : std::nullopt;
+}
+
+bool ItemCatalogue::retry()
+{
+    if (!problem()) {
+        return true;
+    }
+    const QList<ProtectedItem> changed = items(QStringList(m_applicationBacklog.changed.values()));
+    const QSet<QString> removed = m_applicationBacklog.removed;
+    if (m_defaults.reopen() && load() != Loaded::Unreadable) {
+        reapply(changed, removed);
+        save();
+    }
+    Q_EMIT problemChanged();
+    return !problem();
+}
+
+void ItemCatalogue::reapply(const QList<ProtectedItem> &changed, const QSet<QString> &removed)
+{
+    for (const ProtectedItem &item : changed) {
+        updateUnsaved(item.id, [&item](ProtectedItem &live) { live = item; });
+    }
+    remove(removed);
 }
 
 void ItemCatalogue::append(const ProtectedItem &item)
@@ -197,11 +239,29 @@ bool ItemCatalogue::write(UserDefaults &store, Backlog &backlog, Encode encode)
 
 void ItemCatalogue::save()
 {
-    if (!write(m_defaults.standard(), m_applicationBacklog, encodeProtectedItem)) {
+    m_isUnsaved = true;
+    if (m_readFailure || !write(m_defaults.standard(), m_applicationBacklog, encodeProtectedItem)) {
         return;
     }
-    if (UserDefaults *suite = m_defaults.suite(settings::sharedSuite)) {
+    UserDefaults *suite = m_defaults.suite(settings::sharedSuite);
+    if (suite) {
         write(*suite, m_sharedBacklog, encodeProtectedItemInfo);
+    }
+    m_isUnsaved = m_applicationBacklog.isWhole || (suite && m_sharedBacklog.isWhole);
+}
+
+void ItemCatalogue::saveUnsaved()
+{
+    if (!m_isUnsaved) {
+        return;
+    }
+    if (problem()) {
+        retry();
+    } else {
+        save();
+    }
+    if (m_isUnsaved) {
+        printLogger(QStringLiteral("❌ The last changes of the list of protected items could not be saved"));
     }
 }
 

@@ -28,7 +28,7 @@ class ItemCatalogue : public QObject
     Q_OBJECT
 
 public:
-    enum class Loaded { Nothing, Items, Undecodable };
+    enum class Loaded { Nothing, Items, Undecodable, Unreadable };
     using Change = std::function<void(ProtectedItem &item)>;
 
     /// Starts empty and reads nothing. The provider must outlive this object.
@@ -43,8 +43,14 @@ public:
     /// The first record of this original path.
     [[nodiscard]] const ProtectedItem *itemAt(const QString &originalPath) const;
 
-    /// Reads the application's store in place of what the list holds. When that cannot be decoded, the list stays.
+    /// Reads the application's store in place of what the list holds. When that cannot be read or decoded, the list
+    /// stays; a store that could not be read is not written either.
     Loaded load();
+    /// A sentence for the user when the application's store cannot be read or written. A new record would be lost then.
+    [[nodiscard]] std::optional<QString> problem() const;
+    /// Tries such a store again. When it works, the list becomes what the store holds, with the changes that were made
+    /// meanwhile, and is saved. Whether there is no problem any more.
+    bool retry();
 
     /// Adds a record at the end, publishes and saves.
     void append(const ProtectedItem &item);
@@ -57,6 +63,8 @@ public:
     /// Brings both stores in step with the list, at the cost of what has changed. Never fails to its caller: what could
     /// not be written is written by the next save.
     void save();
+    /// Saves once more what an earlier save could not write, at the end of the program, and logs when that fails too.
+    void saveUnsaved();
 
     /// See ItemLeases.
     [[nodiscard]] QCoro::Task<ItemLease> lease(QString id);
@@ -75,6 +83,8 @@ Q_SIGNALS:
     void reset();
     /// After each of the signals above.
     void changed();
+    /// There is a problem with the store, or another one, or none any more.
+    void problemChanged();
     /// An item is leased now, or not any longer. Its record is the same.
     void leaseChanged(const QString &id);
 
@@ -97,8 +107,12 @@ private:
     [[nodiscard]] std::optional<QList<ArrayElement>> encoded(const Backlog &backlog, Encode encode) const;
     /// Writes what the store lacks. False when a record cannot be encoded; nothing is written then.
     bool write(UserDefaults &store, Backlog &backlog, Encode encode);
+    /// Makes the changes that the application's store lacks again, in a list that was loaded since.
+    void reapply(const QList<ProtectedItem> &changed, const QSet<QString> &removed);
 
     UserDefaultsProvider &m_defaults;
+    std::optional<QString> m_readFailure;
+    bool m_isUnsaved = false;
     QList<ProtectedItem> m_items;
     ItemLeases m_leases;
     Backlog m_applicationBacklog;

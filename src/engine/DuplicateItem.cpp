@@ -62,6 +62,7 @@ QCoro::Task<> QuillhavenManager::duplicateAsEncryptedCopy(ProtectedItem item, Pr
 QCoro::Task<> QuillhavenManager::duplicate(ProtectedItem item, OperationScope &operation,
                                            ProgressCallback progressCallback)
 {
+    requireKeptRecords(); // before there is a copy, which lies open
     FileManager &files = m_platform.fileManager;
     co_await operation.lease(); // until the copy is made
     progressCallback(QStringLiteral("Preparing to duplicate item..."), 0.1);

@@ -3,6 +3,7 @@
 // What happens to the catalogue at the start. A record that is removed here leaves its files and credentials as they
 // are.
 
+#include "catalogue/QuillhavenError.h"
 #include "engine/QuillhavenManager.h"
 #include "platform/FileManager.h"
 #include "support/printLogger.h"
@@ -19,6 +20,8 @@ void QuillhavenManager::loadProtectedItems()
     case ItemCatalogue::Loaded::Undecodable:
         printLogger(QStringLiteral("DEBUG: Failed to decode protected items from UserDefaults"));
         return;
+    case ItemCatalogue::Loaded::Unreadable:
+        return;
     case ItemCatalogue::Loaded::Items:
         break;
     }
@@ -26,6 +29,23 @@ void QuillhavenManager::loadProtectedItems()
                 QStringLiteral(" protected items from UserDefaults"));
     migrateBackupPaths();
     cleanupMissingFiles();
+}
+
+bool QuillhavenManager::retryLoading()
+{
+    if (!m_catalogue.retry()) {
+        return false;
+    }
+    migrateBackupPaths();
+    cleanupMissingFiles();
+    return true;
+}
+
+void QuillhavenManager::requireKeptRecords() const
+{
+    if (const auto problem = m_catalogue.problem()) {
+        throw QuillhavenError(QuillhavenError::accessDenied, *problem);
+    }
 }
 
 void QuillhavenManager::cleanupMissingFiles()

@@ -160,6 +160,9 @@ QuillhavenManager::CanProtect QuillhavenManager::canProtectItem(QString path) co
     if (!files.isWritableFile(m_platform.directories.documents)) {
         return {false, QStringLiteral("Cannot write to Documents folder. Please check app permissions.")};
     }
+    if (auto problem = m_catalogue.problem()) {
+        return {false, std::move(problem)};
+    }
     if (auto reason = reasonNotToProtect(files, placesOfProgram(), protectedItems(), path)) {
         return {false, std::move(reason)};
     }
@@ -205,6 +208,7 @@ QCoro::Task<> QuillhavenManager::protectItem(QString path, QString password, boo
 
 QCoro::Task<> QuillhavenManager::protectItemWithAccessibleURL(QString path, QString password, bool useTouchID)
 {
+    requireKeptRecords();
     FileManager &files = m_platform.fileManager;
     const auto claim = m_placesInProtection.claim(files, path);
     if (!claim) {

@@ -62,6 +62,13 @@ public:
     /// Takes every record with this id out of the list, without saving and without touching its files.
     void removeFromProtectedItems(const QString &id) { m_catalogue.remove({id}); }
 
+    // LoadProtectedItems.cpp
+
+    /// Tries again to read a catalogue that could not be read, or not be written (`ItemCatalogue::problem`). Whether it
+    /// can be written now. Until then no new item is taken, since its record would be lost and its data with it; items
+    /// can be unlocked, locked and removed, which loses nothing: the stored record still names every place of theirs.
+    bool retryLoading();
+
     // ProtectItem.cpp
 
     struct CanProtect
@@ -175,6 +182,8 @@ private:
     // LoadProtectedItems.cpp
     void loadProtectedItems();
     void cleanupMissingFiles();
+    /// Throws QuillhavenError::accessDenied when the record of a new item could not be kept.
+    void requireKeptRecords() const;
 
     /// Marks a record busy, or not, without saving it.
     void setItemIsProcessing(const QString &id, bool value);

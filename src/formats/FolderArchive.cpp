@@ -3,6 +3,7 @@
 #include "formats/FolderArchive.h"
 
 #include "catalogue/QuillhavenError.h"
+#include "support/ChildSignals.h"
 #include "support/printLogger.h"
 
 #include <QDir>
@@ -71,6 +72,7 @@ void runTar(const QString &archivePath, const QString &folder)
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
     environment.insert(QStringLiteral("TAR_OPTIONS"), QStringLiteral("--blocking-factor=128"));
     tar.setProcessEnvironment(environment);
+    tar.setChildProcessModifier(resetSignalsInChild);
     tar.setStandardInputFile(QProcess::nullDevice());
     tar.setStandardOutputFile(QProcess::nullDevice());
     tar.start(tarProgram(), {QStringLiteral("-cf"), archivePath, QStringLiteral("-C"), info.path(), info.fileName()});

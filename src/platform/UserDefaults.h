@@ -96,6 +96,11 @@ public:
 
     /// The program's own domain; lives as long as the provider.
     [[nodiscard]] virtual UserDefaults &standard() = 0;
+    /// A sentence for the user that names what is wrong when the program's own domain cannot be written, or not be
+    /// read; it then holds what could be read, and no array in it can be changed.
+    [[nodiscard]] virtual std::optional<QString> problem() const = 0;
+    /// Tries to open such a domain again, and reports the values that are different now. Whether it can be written.
+    [[nodiscard]] virtual bool reopen() = 0;
     /// A domain shared with other programs, or nullptr when it cannot be opened; owned by the provider.
     [[nodiscard]] virtual UserDefaults *suite(const QString &name) = 0;
 };

@@ -49,7 +49,8 @@ ScopedFd ProcessLock::open() const
         file = openLockFile(m_fallbackPath);
     }
     if (!file.isOpen()) {
-        throw FileError::fromErrno(error, FileError::Action::Write, m_path);
+        const FileError reason = FileError::fromErrno(error, FileError::Action::Write, m_path);
+        throw FileError(reason.kind(), QStringLiteral("%1 (%2)").arg(reason.errorDescription(), m_path));
     }
     return file;
 }

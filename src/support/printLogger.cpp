@@ -2,6 +2,10 @@
 
 #include "support/printLogger.h"
 
+#include "support/JournalStream.h"
+
+#include <unistd.h>
+
 #include <cstdio>
 #include <memory>
 
@@ -26,6 +30,10 @@ void printLogger(const QStringList &items, const QString &separator, const QStri
     const QString text = items.join(separator) + terminator;
     if (const auto sink = std::atomic_load(&logSink())) {
         (*sink)(text);
+        return;
+    }
+    static const bool isKept = isJournalStream(STDOUT_FILENO);
+    if (isKept) {
         return;
     }
     const QByteArray bytes = text.toUtf8();

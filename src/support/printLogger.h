@@ -9,7 +9,8 @@
 
 namespace quillhaven {
 
-/// Writes the items, joined with the separator, to standard output and flushes it. Thread-safe.
+/// Writes the items, joined with the separator, to standard output and flushes it. Thread-safe. Nothing is written
+/// where standard output is the session's journal, since the lines contain passwords and the journal is kept.
 void printLogger(const QStringList &items, const QString &separator = QStringLiteral(" "),
                  const QString &terminator = QStringLiteral("\n"));
 

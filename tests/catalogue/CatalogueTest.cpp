@@ -95,6 +95,35 @@ TEST_F(Catalogue, FieldOfAnotherTypeMakesTheWholeListUnreadable)
     EXPECT_FALSE(decodeProtectedItems("[").has_value());
 }
 
+TEST_F(Catalogue, RecordThatCouldNotBeSavedAgainMakesTheWholeListUnreadable)
+{
+    ProtectedItem item = sampleItem(QStringLiteral("A"), QStringLiteral("/a"), QStringLiteral("/p"));
+    item.mountedPath = QStringLiteral("/m");
+    for (const QByteArray field :
+         {"id", "originalName", "originalPath", "containerPath", "originalBackupPath", "mountedPath"}) {
+        QByteArray json = encodeProtectedItems({item});
+        const QByteArray start = "\"" + field + "\":\"";
+        ASSERT_TRUE(json.contains(start)) << field.constData();
+        json.replace(start, start + "\\ud83d\\ude00");
+        EXPECT_TRUE(decodeProtectedItems(json).has_value()) << field.constData();
+        json.replace("\\ude00", "");
+        EXPECT_FALSE(decodeProtectedItems(json).has_value()) << field.constData();
+    }
+}
+
+TEST_F(Catalogue, ListWithARecordThatCouldNotBeSavedAgainIsReplacedByTheNextSave)
+{
+    const QString there = services.home.write(QStringLiteral("there.txt"));
+    QByteArray json = encodeProtectedItems({sampleItem(QStringLiteral("A"), there, QStringLiteral("/p"))});
+    json.replace("\"originalName\":\"", "\"originalName\":\"\\ud800");
+    storeJson(json);
+    EngineHarness engine(services);
+    EXPECT_EQ(engine.count(), 0);
+    EXPECT_TRUE(log.contains(QStringLiteral("DEBUG: Failed to decode protected items from UserDefaults")));
+    engine.protect(services.home.write(QStringLiteral("b.txt")));
+    EXPECT_EQ(engine.storedItems().size(), 1);
+}
+
 TEST_F(Catalogue, RecordsWithoutAMountedPathAreLoaded)
 {
     const QString there = services.home.write(QStringLiteral("there.txt"));

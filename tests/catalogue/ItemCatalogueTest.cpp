@@ -5,8 +5,10 @@
 #include "platform/linux/settings/SqliteUserDefaults.h"
 #include "settings/Settings.h"
 #include "support/HookedSeam.h"
+#include "support/LogCapture.h"
 #include "support/RunTask.h"
 #include "support/TestPlatform.h"
+#include "support/UnwritableSettings.h"
 
 #include <QFile>
 
@@ -66,13 +68,6 @@ protected:
         }
     }
 
-    TestPlatform services;
-    ItemCatalogue catalogue{defaults()};
-    const QString a = QStringLiteral("A");
-    const QString b = QStringLiteral("B");
-    const QString c = QStringLiteral("C");
-
-private:
     /// Runs a statement on a domain's database as another program would.
     void runSql(const QString &domain, const QByteArray &sql)
     {
@@ -83,6 +78,12 @@ private:
             << sqlite3_errmsg(connection);
         sqlite3_close(connection);
     }
+
+    TestPlatform services;
+    ItemCatalogue catalogue{defaults()};
+    const QString a = QStringLiteral("A");
+    const QString b = QStringLiteral("B");
+    const QString c = QStringLiteral("C");
 };
 
 } // namespace
@@ -185,6 +186,103 @@ TEST_F(ItemCatalogueTest, SaveAfterAFailedOneStoresTheWholeList)
         catalogue.save();
         EXPECT_EQ(stored(), catalogue.items());
     }
+}
+
+TEST_F(ItemCatalogueTest, AFailedSaveIsTriedAgainAtTheEnd)
+{
+    LogCapture log;
+    catalogue.append(record(a));
+    refuseWrites(SqliteUserDefaultsProvider::standardDomain);
+    catalogue.append(record(b));
+    catalogue.saveUnsaved();
+    EXPECT_TRUE(log.contains(QStringLiteral("❌ The last changes of the list of protected items could not be saved")));
+    log.clear();
+    allowWrites(SqliteUserDefaultsProvider::standardDomain);
+    catalogue.saveUnsaved();
+    EXPECT_EQ(stored(), catalogue.items());
+    EXPECT_EQ(log.lines(), QStringList());
+}
+
+TEST_F(ItemCatalogueTest, NothingIsWrittenAtTheEndThatWasNotToBeSaved)
+{
+    catalogue.append(record(a));
+    const QList<ProtectedItem> before = stored();
+    catalogue.updateUnsaved(a, [](ProtectedItem &item) { item.isProcessing = true; });
+    catalogue.saveUnsaved();
+    EXPECT_EQ(stored(), before);
+}
+
+TEST_F(ItemCatalogueTest, AStoreThatCannotBeReadIsNeverWrittenUntilItIsRead)
+{
+    catalogue.append(record(a));
+    const QList<ProtectedItem> before = stored();
+    ItemCatalogue started(defaults());
+    runSql(SqliteUserDefaultsProvider::standardDomain, "ALTER TABLE defaults RENAME TO away");
+    int problems = 0;
+    QObject::connect(&started, &ItemCatalogue::problemChanged, [&] { ++problems; });
+    EXPECT_EQ(started.load(), ItemCatalogue::Loaded::Unreadable);
+    EXPECT_TRUE(started.problem().has_value());
+    started.append(record(b));
+    started.saveUnsaved();
+    problems = 0;
+    EXPECT_FALSE(started.retry());
+    EXPECT_EQ(problems, 1);
+    runSql(SqliteUserDefaultsProvider::standardDomain, "ALTER TABLE away RENAME TO defaults");
+    EXPECT_EQ(stored(), before);
+    EXPECT_TRUE(started.retry());
+    EXPECT_EQ(started.problem(), std::nullopt);
+    EXPECT_EQ(started.items(), before);
+}
+
+TEST_F(ItemCatalogueTest, AtTheEndAStoreThatCouldOnlyBeReadIsTriedAgain)
+{
+    const TemporaryHome home;
+    const QString directory = home.directories().configuration;
+    {
+        SqliteUserDefaultsProvider writable(directory);
+        ItemCatalogue(writable).append(record(a));
+    }
+    auto obstacle = std::make_unique<UnwritableSettings>(directory);
+    SqliteUserDefaultsProvider provider(directory);
+    ItemCatalogue readOnly(provider);
+    ASSERT_EQ(readOnly.load(), ItemCatalogue::Loaded::Items);
+    readOnly.update(a, [](ProtectedItem &item) { item.isMounted = true; });
+    obstacle.reset();
+    readOnly.saveUnsaved();
+    SqliteUserDefaultsProvider again(directory);
+    EXPECT_EQ(decodeProtectedItems(*again.standard().dataForKey(settings::protectedItems.key)), readOnly.items());
+    EXPECT_TRUE(readOnly.items().constFirst().isMounted);
+}
+
+TEST_F(ItemCatalogueTest, ChangesOfAListThatCouldOnlyBeReadAreSavedOnceItCanBeWritten)
+{
+    catalogue.append(record(a));
+    catalogue.append(record(b));
+    catalogue.append(record(c));
+    const TemporaryHome home;
+    const QString directory = home.directories().configuration;
+    {
+        SqliteUserDefaultsProvider writable(directory);
+        writable.standard().setData(settings::protectedItems.key, encodeProtectedItems(catalogue.items()));
+    }
+    auto obstacle = std::make_unique<UnwritableSettings>(directory);
+    SqliteUserDefaultsProvider provider(directory);
+    ItemCatalogue readOnly(provider);
+    ASSERT_EQ(readOnly.load(), ItemCatalogue::Loaded::Items);
+    ASSERT_EQ(readOnly.items(), catalogue.items());
+    EXPECT_TRUE(readOnly.problem().has_value());
+    readOnly.update(b, [](ProtectedItem &item) { item.isMounted = true; });
+    readOnly.remove({c});
+    readOnly.save();
+    EXPECT_FALSE(readOnly.retry());
+    EXPECT_EQ(readOnly.items().size(), 2);
+    obstacle.reset();
+    EXPECT_TRUE(readOnly.retry());
+    ASSERT_EQ(readOnly.items().size(), 2);
+    EXPECT_FALSE(readOnly.item(a)->isMounted);
+    EXPECT_TRUE(readOnly.item(b)->isMounted);
+    SqliteUserDefaultsProvider again(directory);
+    EXPECT_EQ(decodeProtectedItems(*again.standard().dataForKey(settings::protectedItems.key)), readOnly.items());
 }
 
 TEST_F(ItemCatalogueTest, RecordThatIsRemovedAndAddedAgainBeforeASaveMovesToTheEnd)

@@ -27,6 +27,7 @@ CARD = BUTTON
 DIALOG = "dialog"
 FIELD = "text"
 LABEL = "label"
+NOTICE = "alert"
 ROW = "list item"
 
 
@@ -206,10 +207,10 @@ class Node:
 class Program:
     """A running process of the program in a Home."""
 
-    def __init__(self, binary, home, arguments=()):
+    def __init__(self, binary, home, arguments=(), changes=None):
         self.home = home
         self.log_path = home.path / "program.log"
-        environment = {**home.environment(), "QT_LINUX_ACCESSIBILITY_ALWAYS_ON": "1"}
+        environment = {**home.environment(), "QT_LINUX_ACCESSIBILITY_ALWAYS_ON": "1", **(changes or {})}
         with open(self.log_path, "ab") as log:
             self.process = subprocess.Popen(
                 [str(binary), *arguments],

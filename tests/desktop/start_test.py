@@ -2,8 +2,12 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
 """Starting the program: a second time, after it has ended, and at login."""
 
+import os
+import re
+
 import flows
-from desktop_driver import BUTTON
+from desktop_driver import BUTTON, DIALOG, LABEL, NOTICE, key
+from home_on_disk import OWN_DOMAIN
 from window_case import WindowTest, main
 
 
@@ -35,6 +39,21 @@ class Starting(WindowTest):
         flows.row(self.start(), "letter.txt", "locked")
 
 
+class WhatIsKept(WindowTest):
+    def test_the_toolkit_keeps_no_folder_in_which_a_file_was_chosen(self):
+        folder = self.home.documents / "telling-name"
+        folder.mkdir()
+        letter = folder / "letter.txt"
+        letter.write_text("content\n")
+        flows.protect_with_password(self.program, letter)
+        self.assertEqual(self.program.quit(), 0)
+        # The settings and the containers hold it, as they must. Nothing else in the home does.
+        kept = [path for path in self.home.path.rglob("*")
+                if path.is_file() and b"telling-name" in path.read_bytes() and path.parent.name != "quillhaven"]
+        self.assertEqual(kept, [self.program.log_path])
+        self.assertEqual(list(self.home.config.glob("QtProject*")), [])
+
+
 class StartingAtLogin(WindowTest):
     starts = False
 
@@ -46,6 +65,84 @@ class StartingAtLogin(WindowTest):
         self.assertEqual(self.start().wait(), 0)
         at_login.find(BUTTON, flows.PROTECT)
         at_login.wait_until_active()
+
+
+class SettingsThatCannotBeWritten(WindowTest):
+    def test_the_list_is_shown_and_nothing_is_taken_until_they_can_be_written_again(self):
+        letter, notes = self.file("letter.txt"), self.file("notes.txt")
+        flows.protect_with_password(self.program, letter)
+        self.assertEqual(self.program.quit(), 0)
+        settings = self.home.settings_file(OWN_DOMAIN)
+        obstacle = settings.with_name(settings.name + "-shm")
+        obstacle.mkdir()
+        before = settings.read_bytes()
+
+        program = self.start()
+        flows.row(program, "letter.txt", "locked")
+        notice = re.compile(re.escape(str(settings)) + ".*Nothing can be protected until this is put right.")
+        program.find(NOTICE, notice)
+        program.press(BUTTON, flows.PROTECT)
+        flows.choose_in_panel(program, notes)
+        program.find(DIALOG, None).find(None, notice)
+        program.press(BUTTON, "OK")
+        flows.unlock(program, "letter.txt")
+        self.assertEqual(letter.read_text(), "content\n")
+        self.assertEqual(settings.read_bytes(), before)
+
+        obstacle.rmdir()
+        program.press(BUTTON, "Try Again")
+        program.gone(NOTICE, notice)
+        flows.protect_with_password(program, notes)
+        self.assertEqual(program.quit(), 0)
+        self.assertTrue(self.home.item(letter)["isMounted"])
+        self.assertFalse(self.home.item(notes)["isMounted"])
+
+
+class AStartThatFails(WindowTest):
+    """The file that keeps a second process from running can be made nowhere."""
+
+    starts = False
+    exit_codes = (*WindowTest.exit_codes, 1)
+
+    def setUp(self):
+        super().setUp()
+        private = self.home.temporary / f"quillhaven-{os.geteuid()}"
+        self.obstacles = [folder / "quillhaven.lock" for folder in (self.home.config / "quillhaven", private)]
+        for obstacle in self.obstacles:
+            obstacle.mkdir(parents=True)
+
+    def failing_start(self, *arguments):
+        program = self.start(*arguments)
+        program.says("Quillhaven cannot start.")
+        place = re.escape(str(self.obstacles[0]))
+        program.find(LABEL, re.compile(f"{place}.*items are where they were", re.DOTALL))
+        return program
+
+    def test_the_reason_is_shown_and_escape_quits(self):
+        program = self.failing_start()
+        program.wait_until_active()
+        key("Escape")
+        self.assertEqual(program.wait(), 1)
+        self.assertIn("❌ Quillhaven cannot start: ", program.log)
+
+    def test_a_start_at_login_shows_the_reason_too(self):
+        program = self.failing_start("--login-item")
+        program.press(BUTTON, "Quit")
+        self.assertEqual(program.wait(), 1)
+
+    def test_a_request_to_end_is_obeyed(self):
+        program = self.failing_start()
+        self.assertEqual(program.quit(), 1)
+
+    def test_trying_again_starts_the_program_once_the_cause_is_gone(self):
+        program = self.failing_start()
+        program.press(BUTTON, "Try Again")
+        program.wait_for(lambda: program.log.count("cannot start") == 2, "the second failure")
+        program.says("Quillhaven cannot start.")
+        for obstacle in self.obstacles:
+            obstacle.rmdir()
+        program.press(BUTTON, "Try Again")
+        program.find(BUTTON, flows.PROTECT)
 
 
 if __name__ == "__main__":

@@ -19,6 +19,7 @@ class WindowTest(unittest.TestCase):
     """Starts the program before each test, unless `starts` is false, and ends it afterwards."""
 
     starts = True
+    exit_codes = (0, -signal.SIGKILL)
 
     def setUp(self):
         self.home = Home()
@@ -29,9 +30,9 @@ class WindowTest(unittest.TestCase):
         self.addCleanup(self._end_programs)
         self.program = self.start() if self.starts else None
 
-    def start(self, *arguments):
-        """Starts another process of the program in this test's home."""
-        program = Program(PROGRAM, self.home, arguments)
+    def start(self, *arguments, **environment):
+        """Starts another process of the program in this test's home, with these changes of the environment."""
+        program = Program(PROGRAM, self.home, arguments, environment)
         self.started.append(program)
         return program
 
@@ -49,7 +50,7 @@ class WindowTest(unittest.TestCase):
             print(f"What the display showed: {picture}", file=sys.stderr)
         for program in self.started:
             # A process that ended by itself, such as on a sanitizer's finding, fails the test even if nothing waits for it.
-            self.assertIn(program.kill(), (0, -signal.SIGKILL), program.log)
+            self.assertIn(program.kill(), self.exit_codes, program.log)
 
     def _failed(self):
         # unittest records failures only in the outcome of the running test.

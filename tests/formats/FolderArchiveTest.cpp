@@ -6,6 +6,7 @@
 #include "platform/linux/files/FileFixture.h"
 #include "support/Bytes.h"
 #include "support/FileManagerDecorator.h"
+#include "support/InheritedSignals.h"
 
 #include <sys/resource.h>
 
@@ -208,6 +209,15 @@ TEST_F(FolderArchiveTest, TarThatFailsWithoutOutputIsAnUnknownError)
 {
     home.write(QStringLiteral("Documents/Letters/a.txt"));
     const Limit noBytes(RLIMIT_FSIZE, 0); // its first write kills it
+    EXPECT_EQ(failureFor(home.path(QStringLiteral("Documents/Letters"))),
+              QStringLiteral("Failed to create encrypted container: Failed to create folder archive: Unknown error"));
+}
+
+TEST_F(FolderArchiveTest, TarCanBeEndedByASignalThatIsIgnoredAndBlockedHere)
+{
+    home.write(QStringLiteral("Documents/Letters/a.txt"));
+    const Limit noBytes(RLIMIT_FSIZE, 0); // its first write sends the signal
+    const InheritedSignal signal(SIGXFSZ);
     EXPECT_EQ(failureFor(home.path(QStringLiteral("Documents/Letters"))),
               QStringLiteral("Failed to create encrypted container: Failed to create folder archive: Unknown error"));
 }

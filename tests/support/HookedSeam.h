@@ -150,6 +150,8 @@ public:
     }
 
     [[nodiscard]] UserDefaults &standard() override { return m_standard; }
+    [[nodiscard]] std::optional<QString> problem() const override { return m_next.problem(); }
+    [[nodiscard]] bool reopen() override { return m_next.reopen(); }
     [[nodiscard]] UserDefaults *suite(const QString &name) override
     {
         const std::shared_ptr<void> kept = m_hooks.scope ? m_hooks.scope() : nullptr;

@@ -17,6 +17,16 @@ if [ -z "${WITH_KEYRING_INNER:-}${KEEP_SESSION_BUS:-}" ]; then
     exit $?
 fi
 
+keyring=
+stop_keyring() {
+    [ -n "$keyring" ] || return 0
+    kill "$keyring" 2>/dev/null
+    wait "$keyring" 2>/dev/null
+    keyring=
+}
+trap stop_keyring EXIT # also when it does not start: a daemon that is left keeps the caller waiting
+trap 'exit 143' TERM INT HUP
+
 start_keyring() { # PASSWORD
     gnome-keyring-daemon --foreground --unlock --components=secrets >/dev/null 2>&1 < <(printf '%s' "$1") &
     keyring=$!
@@ -26,12 +36,7 @@ start_keyring() { # PASSWORD
 start_keyring test-password
 if [ -n "${KEYRING_LOCKED:-}" ]; then
     # A keyring created with one password and started with another is available but locked.
-    kill "$keyring"
-    wait "$keyring" 2>/dev/null
+    stop_keyring
     start_keyring another-password
 fi
 "$@"
-result=$?
-kill "$keyring" 2>/dev/null
-wait "$keyring" 2>/dev/null
-exit "$result"

@@ -7,6 +7,7 @@
 #include "platform/linux/files/RemoveTree.h"
 #include "platform/linux/files/ScopedFd.h"
 #include "platform/linux/files/TreeComparison.h"
+#include "support/ChildSignals.h"
 
 #include <fcntl.h>
 #include <spawn.h>
@@ -52,10 +53,11 @@ int run(const char *const *arguments, int folder, int messages)
     posix_spawn_file_actions_addopen(&actions, STDOUT_FILENO, "/dev/null", O_WRONLY, 0);
     posix_spawn_file_actions_adddup2(&actions, messages, STDERR_FILENO);
     posix_spawn_file_actions_addfchdir_np(&actions, folder);
+    const SpawnAttributes attributes;
     pid_t child = -1;
     // posix_spawn takes char *const[] for historical reasons; it does not modify the strings.
-    const int error = posix_spawn(&child, arguments[0], &actions, nullptr, const_cast<char *const *>(arguments),
-                                  const_cast<char *const *>(environment.data()));
+    const int error = posix_spawn(&child, arguments[0], &actions, attributes.get(),
+                                  const_cast<char *const *>(arguments), const_cast<char *const *>(environment.data()));
     posix_spawn_file_actions_destroy(&actions);
     if (error != 0) {
         errno = error;

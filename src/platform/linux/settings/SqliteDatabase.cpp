@@ -3,6 +3,7 @@
 #include "platform/linux/settings/SqliteDatabase.h"
 
 #include "platform/linux/files/ScopedFd.h"
+#include "platform/linux/settings/DatabaseCopy.h"
 
 #include <QFile>
 #include <QFileInfo>
@@ -10,6 +11,9 @@
 #include <sqlite3.h>
 
 #include <fcntl.h>
+
+#include <cerrno>
+#include <cstring>
 
 namespace quillhaven {
 
@@ -39,6 +43,8 @@ bool isBlockedFromOutside(int error)
         return false;
     }
 }
+
+constexpr const char *inMemory = ":memory:";
 
 /// Whether only the log is left of a database: SQLite would delete it when it creates a new one, and the log may hold
 /// all that was saved since the program started.
@@ -74,32 +80,66 @@ void SqliteDatabase::close()
 SqliteDatabase::OpenResult SqliteDatabase::open(const QString &path)
 {
     close();
-    const QByteArray file = path.isEmpty() ? QByteArray(":memory:") : QFile::encodeName(path);
     if (!path.isEmpty()) {
         if (isMissingBesideLog(path)) {
+            m_lastError = QStringLiteral("it is missing while its log exists");
             return OpenResult::Damaged;
         }
         // SQLite itself would create a file that others can read.
-        const ScopedFd created(::open(file.constData(), O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW, 0600));
+        const ScopedFd created(
+            ::open(QFile::encodeName(path).constData(), O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW, 0600));
         if (!created.isOpen()) {
+            m_lastError = QString::fromLocal8Bit(::strerror(errno));
             return OpenResult::Unusable;
         }
     }
+    return connectTo(path.isEmpty() ? inMemory : QFile::encodeName(path)) ? setUp() : OpenResult::Unusable;
+}
+
+bool SqliteDatabase::openCopy(const QString &path)
+{
+    close();
+    const DatabaseCopy copy(path);
+    if (copy.path().isEmpty()) {
+        m_lastError = copy.reason();
+        return false;
+    }
+    SqliteDatabase source;
+    if (!source.connectTo(QFile::encodeName(copy.path())) || !connectTo(inMemory)) {
+        return false;
+    }
+    sqlite3_backup *backup = sqlite3_backup_init(m_database.get(), "main", source.m_database.get(), "main");
+    sqlite3_backup_step(backup, -1);
+    return noted(sqlite3_backup_finish(backup) == SQLITE_OK) && setUp() == OpenResult::Opened;
+}
+
+bool SqliteDatabase::connectTo(const QByteArray &file)
+{
     sqlite3 *database = nullptr;
     const int result =
         sqlite3_open_v2(file.constData(), &database, SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE, nullptr);
     m_database.reset(database);
-    if (result != SQLITE_OK) {
-        return OpenResult::Unusable;
+    if (!noted(result == SQLITE_OK)) {
+        return false;
     }
     sqlite3_busy_timeout(database, busyTimeoutMs);
+    return true;
+}
+
+SqliteDatabase::OpenResult SqliteDatabase::setUp()
+{
+    // The last step takes the right to write, since a database whose log cannot be written opens without an error.
     // Full: the settings hold the only pointers to people's data, and a save must survive a power cut.
-    if (!run("PRAGMA journal_mode = WAL") || !isIntact() ||
-        !run("CREATE TABLE IF NOT EXISTS defaults (key TEXT PRIMARY KEY, type TEXT NOT NULL, value BLOB)") ||
-        !run("PRAGMA synchronous = FULL") || !prepareAll()) {
-        return openFailure();
+    if (noted(run("PRAGMA journal_mode = WAL") && isIntact() &&
+              run("CREATE TABLE IF NOT EXISTS defaults (key TEXT PRIMARY KEY, type TEXT NOT NULL, value BLOB)") &&
+              run("PRAGMA synchronous = FULL") && prepareAll() && run("BEGIN IMMEDIATE") && run("ROLLBACK"))) {
+        return OpenResult::Opened;
     }
-    return OpenResult::Opened;
+    const OpenResult failure = openFailure();
+    if (failure == OpenResult::Damaged) {
+        m_lastError = QStringLiteral("it is damaged");
+    }
+    return failure;
 }
 
 SqliteDatabase::OpenResult SqliteDatabase::openFailure() const

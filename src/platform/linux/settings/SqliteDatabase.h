@@ -42,6 +42,9 @@ public:
 
     /// Opens the file, which is created with mode 0600 when it is missing, or a database in memory for an empty path.
     [[nodiscard]] OpenResult open(const QString &path);
+    /// Reads what the file and its log hold into a database in memory, without any change beside the file: for one that
+    /// cannot be written. False when it cannot be read either.
+    [[nodiscard]] bool openCopy(const QString &path);
     void close();
 
     /// Reads one row, which is empty for an absent key.
@@ -52,7 +55,7 @@ public:
     [[nodiscard]] bool remove(const QString &key);
     /// A number that changes when another connection has committed.
     [[nodiscard]] qint64 dataVersion() const;
-    /// The reason of the last failure of a call on the open database.
+    /// The reason of the last failure, of the opening or of a call on the open database.
     [[nodiscard]] QString lastError() const { return m_lastError; }
 
     /// What the last failure says about the file, for one that happened on opening.
@@ -71,6 +74,9 @@ private:
     {
         void operator()(sqlite3 *database) const;
     };
+    [[nodiscard]] bool connectTo(const QByteArray &file);
+    /// Makes the table and the statements.
+    [[nodiscard]] OpenResult setUp();
     [[nodiscard]] bool prepareAll();
     [[nodiscard]] bool isIntact();
     /// Keeps the reason of a failure, which the next statement replaces. Returns what it is given.

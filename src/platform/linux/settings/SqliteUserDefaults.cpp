@@ -11,6 +11,7 @@
 #include <QFileSystemWatcher>
 #include <QRandomGenerator>
 
+#include <new>
 #include <utility>
 
 #include <fcntl.h>
@@ -46,7 +47,10 @@ QByteArray joined(const QList<ArrayElement> &elements)
 
 } // namespace
 
-SqliteUserDefaults::SqliteUserDefaults(const QString &name) : m_name(name) {}
+SqliteUserDefaults::SqliteUserDefaults(const QString &directory, const QString &name)
+    : m_name(name), m_path(databasePath(directory, name))
+{
+}
 
 SqliteUserDefaults::~SqliteUserDefaults() = default;
 
@@ -57,48 +61,85 @@ QString SqliteUserDefaults::databasePath(const QString &directory, const QString
 
 SqliteUserDefaults::Opened SqliteUserDefaults::open(const QString &directory, const QString &name)
 {
-    QDir().mkpath(QFileInfo(directory).path());
-    ::mkdir(QFile::encodeName(directory).constData(), 0700);
-    const QString path = databasePath(directory, name);
-    std::unique_ptr<SqliteUserDefaults> domain(new SqliteUserDefaults(name));
-    const OpenResult result = domain->openTables(path);
+    std::unique_ptr<SqliteUserDefaults> domain(new SqliteUserDefaults(directory, name));
+    const OpenResult result = domain->openForWriting();
     if (result != OpenResult::Opened) {
         return {nullptr, result};
     }
-    domain->watchOtherProcesses(path);
     return {std::move(domain), result};
 }
 
-SqliteUserDefaults::Opened SqliteUserDefaults::openInMemory(const QString &name)
+std::unique_ptr<SqliteUserDefaults> SqliteUserDefaults::openForReading(const QString &directory, const QString &name)
 {
-    std::unique_ptr<SqliteUserDefaults> domain(new SqliteUserDefaults(name));
-    const OpenResult result = domain->openTables({});
-    return {result == OpenResult::Opened ? std::move(domain) : nullptr, result};
+    std::unique_ptr<SqliteUserDefaults> domain(new SqliteUserDefaults(directory, name));
+    if (domain->openForWriting() != OpenResult::Opened) {
+        domain->readWhatCanBeRead();
+    }
+    return domain;
 }
 
-SqliteUserDefaults::OpenResult SqliteUserDefaults::openTables(const QString &path)
+SqliteUserDefaults::OpenResult SqliteUserDefaults::reopen()
 {
-    const OpenResult result = m_values.open(path);
+    m_arrays = {};
+    const OpenResult result = openForWriting();
     if (result != OpenResult::Opened) {
-        return result;
+        readWhatCanBeRead();
     }
-    if (!m_arrays.open(m_values)) {
-        return m_values.openFailure();
-    }
-    m_dataVersion = m_values.dataVersion(); // before the rows: a later change is found again rather than missed
-    const auto rows = storedRows();
-    if (!rows) {
-        return m_values.openFailure();
-    }
-    m_known = *rows;
     return result;
 }
 
-void SqliteUserDefaults::watchOtherProcesses(const QString &databasePath)
+SqliteUserDefaults::OpenResult SqliteUserDefaults::openForWriting()
+{
+    const QString directory = QFileInfo(m_path).path();
+    QDir().mkpath(QFileInfo(directory).path());
+    ::mkdir(QFile::encodeName(directory).constData(), 0700);
+    const OpenResult result = m_values.open(m_path);
+    if (result != OpenResult::Opened) {
+        return result;
+    }
+    if (!openTables()) {
+        return m_values.openFailure();
+    }
+    m_problem.reset();
+    watchOtherProcesses();
+    return result;
+}
+
+void SqliteUserDefaults::readWhatCanBeRead()
+{
+    const QString reason = m_values.lastError();
+    const QString file = QStringLiteral("The settings file \"%1\" ").arg(m_path);
+    const bool exists = QFileInfo::exists(m_path);
+    if (m_values.openCopy(m_path) && openTables()) {
+        m_problem = file + QStringLiteral("can be read, but not changed: %1.").arg(reason);
+        return;
+    }
+    m_problem = exists ? file + QStringLiteral("cannot be read: %1.").arg(m_values.lastError())
+                       : file + QStringLiteral("cannot be created: %1.").arg(reason);
+    m_arrays = {};
+    if (m_values.open({}) != OpenResult::Opened || !openTables()) {
+        throw std::bad_alloc();
+    }
+}
+
+bool SqliteUserDefaults::openTables()
+{
+    if (!m_arrays.open(m_values)) {
+        return false;
+    }
+    m_dataVersion = m_values.dataVersion(); // before the rows: a later change is found again rather than missed
+    const auto rows = storedRows();
+    if (rows) {
+        publishDifferences(*rows);
+    }
+    return rows.has_value();
+}
+
+void SqliteUserDefaults::watchOtherProcesses()
 {
     // A file of its own, touched after each commit: an event of the database's files may come before the change can be
     // read.
-    const QString touched = databasePath + QStringLiteral(".changed");
+    const QString touched = m_path + QStringLiteral(".changed");
     m_touched =
         ScopedFd(::open(QFile::encodeName(touched).constData(), O_CREAT | O_WRONLY | O_CLOEXEC | O_NOFOLLOW, 0600));
     m_watcher = std::make_unique<QFileSystemWatcher>();
@@ -158,6 +199,10 @@ void SqliteUserDefaults::removeObject(const QString &key)
 
 bool SqliteUserDefaults::setArray(const QString &key, const QList<ArrayElement> &elements)
 {
+    if (m_problem) {
+        logFailure(key);
+        return false;
+    }
     std::optional<Row> stored;
     if (m_values.read(key, stored) && isArray(stored) && m_arrays.elements(key) == elements) {
         return true;
@@ -172,6 +217,9 @@ bool SqliteUserDefaults::setArray(const QString &key, const QList<ArrayElement> 
 
 bool SqliteUserDefaults::changeArray(const QString &key, const ArrayChange &change)
 {
+    if (m_problem) {
+        return false;
+    }
     const Row row = arrayRow(key);
     bool isOtherValue = false;
     bool isChanged = false;
@@ -255,15 +303,20 @@ void SqliteUserDefaults::publishForeignChanges()
         return;
     }
     m_dataVersion = version;
-    const KnownRows known = std::exchange(m_known, *current);
+    publishDifferences(*current);
+}
+
+void SqliteUserDefaults::publishDifferences(const KnownRows &current)
+{
+    const KnownRows known = std::exchange(m_known, current);
     QStringList changed;
-    for (const Row &row : *current) {
+    for (const Row &row : current) {
         if (known.value(row.key) != row) {
             changed.append(row.key);
         }
     }
     for (const Row &row : known) {
-        if (!current->contains(row.key)) {
+        if (!current.contains(row.key)) {
             changed.append(row.key);
         }
     }
@@ -283,7 +336,7 @@ void SqliteUserDefaults::touch() const
 void SqliteUserDefaults::logFailure(const QString &key) const
 {
     printLogger(QStringLiteral("❌ Could not save the setting ") + key + QStringLiteral(" to ") + m_name +
-                QStringLiteral(".db: ") + m_values.lastError());
+                QStringLiteral(".db: ") + m_problem.value_or(m_values.lastError()));
 }
 
 } // namespace quillhaven

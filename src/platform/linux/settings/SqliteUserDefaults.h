@@ -31,8 +31,10 @@ public:
     /// Opens the domain, and creates the directory (mode 0700) and the database when they are missing. A damaged
     /// database is left as it is, so that any process may try.
     [[nodiscard]] static Opened open(const QString &directory, const QString &name);
-    /// A domain that ends with this object.
-    [[nodiscard]] static Opened openInMemory(const QString &name);
+    /// The values of a domain that cannot be written, as far as they can be read. Single values may be set until the
+    /// end of the process; arrays cannot be changed.
+    [[nodiscard]] static std::unique_ptr<SqliteUserDefaults> openForReading(const QString &directory,
+                                                                            const QString &name);
     ~SqliteUserDefaults() override;
 
     [[nodiscard]] QVariant objectForKey(const QString &key) const override;
@@ -41,6 +43,12 @@ public:
     [[nodiscard]] bool setArray(const QString &key, const QList<ArrayElement> &elements) override;
     [[nodiscard]] bool changeArray(const QString &key, const ArrayChange &change) override;
 
+    /// Why a domain that was opened for reading cannot be written; nothing for any other.
+    [[nodiscard]] std::optional<QString> problem() const { return m_problem; }
+    /// Tries to open a domain for writing that was opened for reading. What was set meanwhile is lost; the changes that
+    /// other programs made are reported.
+    [[nodiscard]] OpenResult reopen();
+
     /// Where `open` keeps a domain.
     [[nodiscard]] static QString databasePath(const QString &directory, const QString &name);
 
@@ -48,9 +56,11 @@ private:
     using Row = SqliteDatabase::Row;
     using KnownRows = QHash<QString, Row>;
 
-    explicit SqliteUserDefaults(const QString &name);
-    [[nodiscard]] OpenResult openTables(const QString &path);
-    void watchOtherProcesses(const QString &databasePath);
+    SqliteUserDefaults(const QString &directory, const QString &name);
+    [[nodiscard]] OpenResult openForWriting();
+    void readWhatCanBeRead();
+    [[nodiscard]] bool openTables();
+    void watchOtherProcesses();
 
     [[nodiscard]] std::optional<KnownRows> storedRows() const;
     [[nodiscard]] std::optional<Row> storedRow(const QString &key) const;
@@ -59,10 +69,13 @@ private:
     [[nodiscard]] bool save(const QString &key, const std::function<bool()> &work);
     void publish(const QString &key, const std::optional<Row> &row);
     void publishForeignChanges();
+    void publishDifferences(const KnownRows &current);
     void touch() const;
     void logFailure(const QString &key) const;
 
     QString m_name;
+    QString m_path;
+    std::optional<QString> m_problem;
     mutable SqliteDatabase m_values;
     SqliteArrays m_arrays; ///< closed before the database
     KnownRows m_known;     ///< as last published

@@ -7,8 +7,6 @@
 #include <QDateTime>
 #include <QFile>
 
-#include <new>
-
 namespace quillhaven {
 
 namespace {
@@ -28,7 +26,7 @@ void setAside(const QString &path)
 }
 
 /// The domain, or nullptr when its place cannot be used.
-std::unique_ptr<UserDefaults> openedDomain(const QString &directory, const QString &name)
+std::unique_ptr<SqliteUserDefaults> openedDomain(const QString &directory, const QString &name)
 {
     auto opened = SqliteUserDefaults::open(directory, name);
     if (opened.result == SqliteUserDefaults::OpenResult::Damaged) {
@@ -38,13 +36,12 @@ std::unique_ptr<UserDefaults> openedDomain(const QString &directory, const QStri
     return std::move(opened.domain);
 }
 
-std::unique_ptr<UserDefaults> domainInMemory(const QString &name)
+void logProblem(const SqliteUserDefaults &domain)
 {
-    auto domain = SqliteUserDefaults::openInMemory(name).domain;
-    if (!domain) {
-        throw std::bad_alloc();
+    if (const auto problem = domain.problem()) {
+        printLogger(QStringLiteral("❌ ") + *problem +
+                    QStringLiteral(" Changes made now will be lost when the program exits."));
     }
-    return domain;
 }
 
 } // namespace
@@ -53,10 +50,22 @@ SqliteUserDefaultsProvider::SqliteUserDefaultsProvider(const QString &directory)
     : m_directory(directory), m_standard(openedDomain(directory, standardDomain))
 {
     if (!m_standard) {
-        printLogger(QStringLiteral("❌ The settings in ") + directory +
-                    QStringLiteral(" cannot be used. Changes made now will be lost when the program exits."));
-        m_standard = domainInMemory(standardDomain);
+        m_standard = SqliteUserDefaults::openForReading(directory, standardDomain);
+        logProblem(*m_standard);
     }
+}
+
+bool SqliteUserDefaultsProvider::reopen()
+{
+    if (!problem()) {
+        return true;
+    }
+    if (m_standard->reopen() == SqliteUserDefaults::OpenResult::Damaged) {
+        setAside(SqliteUserDefaults::databasePath(m_directory, standardDomain));
+        (void)m_standard->reopen();
+    }
+    logProblem(*m_standard);
+    return !problem();
 }
 
 SqliteUserDefaultsProvider::~SqliteUserDefaultsProvider() = default;

@@ -86,16 +86,31 @@ TEST_F(OtherUsersTest, AFolderOfAnotherUserThatCannotBeEmptiedIsNotReplaced)
     ASSERT_EQ(chmod(bytesOf(home.path(QStringLiteral("old/locked"))).constData(), 0755), 0);
 }
 
-TEST_F(OtherUsersTest, ATemporaryDirectoryOfAnotherUserIsRejected)
+TEST_F(OtherUsersTest, ATemporaryDirectoryOfAnotherUserIsLeftAloneAndAnotherOneIsUsed)
 {
-    const QByteArray theirs = bytesOf(home.path(QStringLiteral("quillhaven-0")));
-    ASSERT_EQ(mkdir(theirs.constData(), 0700), 0);
-    ASSERT_EQ(chown(theirs.constData(), 65534, 65534), 0);
-    const QByteArray temporary = qgetenv("TMPDIR");
-    qputenv("TMPDIR", bytesOf(home.path()));
-    qputenv("HOME", bytesOf(home.path()));
-    EXPECT_THROW((void)xdgDirectories(), FileError);
-    temporary.isNull() ? qunsetenv("TMPDIR") : qputenv("TMPDIR", temporary);
+    const QString theirs = home.path(QStringLiteral("quillhaven-0"));
+    const QString own = home.path(QStringLiteral("cache/quillhaven/tmp"));
+    ASSERT_EQ(mkdir(bytesOf(theirs).constData(), 0755), 0);
+    ASSERT_EQ(chown(bytesOf(theirs).constData(), 65534, 65534), 0);
+    EXPECT_EQ(privateDirectoryAmong({theirs, own}), own);
+    struct stat status{};
+    ASSERT_EQ(lstat(bytesOf(theirs).constData(), &status), 0);
+    EXPECT_EQ(status.st_uid, 65534U);
+    EXPECT_EQ(status.st_mode & 07777, 0755U);
+    EXPECT_THROW((void)privateDirectoryAmong({theirs}), FileError);
+}
+
+TEST_F(OtherUsersTest, ATemporaryDirectoryOnAReadOnlyVolumeIsPassedOver)
+{
+    const QString own = home.path(QStringLiteral("cache/quillhaven/tmp"));
+    const QString volume = home.path(QStringLiteral("volume"));
+    ASSERT_TRUE(QDir().mkpath(volume));
+    const Mount mount(QStringLiteral("tmpfs"), volume, "tmpfs", 0);
+    ASSERT_TRUE(mount.isMounted());
+    const QString readOnly = volume + QStringLiteral("/quillhaven");
+    ASSERT_EQ(privateDirectoryAmong({readOnly}), readOnly);
+    ASSERT_EQ(::mount(nullptr, bytesOf(volume).constData(), nullptr, MS_REMOUNT | MS_RDONLY, nullptr), 0);
+    EXPECT_EQ(privateDirectoryAmong({readOnly, own}), own);
 }
 
 } // namespace

@@ -1,8 +1,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
 #include "FileFixture.h"
+#include "support/InheritedSignals.h"
 
 #include <fcntl.h>
+#include <sys/resource.h>
 
 namespace quillhaven::test {
 
@@ -144,6 +146,27 @@ TEST_P(FileCopiesTest, AnUnreadableFileInATreeFailsAndLeavesNothing)
     EXPECT_EQ(namesAtTarget(), QStringList());
     ASSERT_EQ(chmod(bytesOf(inner).constData(), 0644), 0);
     EXPECT_EQ(read(inner), "inner");
+}
+
+TEST_P(FileCopiesTest, TheCopyingProgramCanBeEndedByASignalThatIsIgnoredAndBlockedHere)
+{
+    constexpr rlim_t limit = 4096; // more than a message of cp
+    const QString source = home.write(QStringLiteral("a.txt"), QByteArray(2 * limit, 'a'));
+    rlimit before{};
+    ASSERT_EQ(getrlimit(RLIMIT_FSIZE, &before), 0);
+    const rlimit fewBytes{limit, before.rlim_max};
+    std::optional<FileError> error;
+    {
+        const InheritedSignal signal(SIGXFSZ);
+        ASSERT_EQ(setrlimit(RLIMIT_FSIZE, &fewBytes), 0); // a write above sends the signal
+        error = errorOf([&] { files.copyItem(source, target(QStringLiteral("b.txt"))); });
+        ASSERT_EQ(setrlimit(RLIMIT_FSIZE, &before), 0);
+    }
+    ASSERT_TRUE(error.has_value());
+    // Without the signal, cp would say why it cannot write.
+    EXPECT_TRUE(error->errorDescription().contains(QStringLiteral("Input/output error")))
+        << qUtf8Printable(error->errorDescription());
+    EXPECT_EQ(namesAtTarget(), QStringList());
 }
 
 INSTANTIATE_TEST_SUITE_P(Places, FileCopiesTest, ::testing::Bool(),

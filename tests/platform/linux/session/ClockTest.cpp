@@ -49,10 +49,10 @@ private:
 INSTANTIATE_TYPED_TEST_SUITE_P(Manual, ClockContract, ManualTime);
 INSTANTIATE_TYPED_TEST_SUITE_P(EventLoop, ClockContract, RealTime);
 
-/// The clocks of the open timers of this process, as the kernel numbers them (man proc_pid_fdinfo).
-QByteArrayList clocksOfOpenTimers()
+/// A field of each open timer of this process (man proc_pid_fdinfo).
+QByteArrayList fieldOfOpenTimers(const QByteArray &field)
 {
-    QByteArrayList clocks;
+    QByteArrayList values;
     const QDir descriptors(QStringLiteral("/proc/self/fdinfo"));
     for (const QString &name : descriptors.entryList(QDir::Files)) {
         QFile file(descriptors.filePath(name));
@@ -60,12 +60,18 @@ QByteArrayList clocksOfOpenTimers()
             continue; // the descriptor with which the folder is read
         }
         for (const QByteArray &line : file.readAll().split('\n')) {
-            if (line.startsWith("clockid:")) {
-                clocks.append(line.mid(8).trimmed());
+            if (line.startsWith(field + ':')) {
+                values.append(line.mid(field.size() + 1).trimmed());
             }
         }
     }
-    return clocks;
+    return values;
+}
+
+/// The clocks of the open timers, as the kernel numbers them.
+QByteArrayList clocksOfOpenTimers()
+{
+    return fieldOfOpenTimers("clockid");
 }
 
 // A test cannot put the machine to sleep, so this checks that the clock is the one that includes suspended time.
@@ -85,6 +91,24 @@ TEST(EventLoopClock, TimersAndUptimeUseTheClockThatIncludesSuspendedTime)
     const auto uptime = clock.uptime();
     EXPECT_GE(uptime, before);
     EXPECT_LE(uptime, bootTime());
+}
+
+TEST(EventLoopClock, LongDelaysAreNotRounded)
+{
+    EventLoopClock clock;
+    for (const auto delay : {std::chrono::seconds(30), std::chrono::seconds(300)}) {
+        const auto start = clock.uptime();
+        const auto timer = clock.startOneShot(delay, [] {});
+        const QByteArrayList remaining = fieldOfOpenTimers("it_value"); // such as "(29, 999998000)"
+        const auto elapsed = clock.uptime() - start;
+        ASSERT_EQ(remaining.size(), 1);
+        const QByteArrayList parts = remaining.constFirst().mid(1).chopped(1).split(',');
+        ASSERT_EQ(parts.size(), 2);
+        const auto left = std::chrono::seconds(parts.at(0).toLongLong()) +
+                          std::chrono::nanoseconds(parts.at(1).trimmed().toLongLong());
+        EXPECT_LE(left, delay);
+        EXPECT_GE(left, delay - elapsed);
+    }
 }
 
 TEST(EventLoopClock, ADestroyedTimerClosesItsDescriptor)

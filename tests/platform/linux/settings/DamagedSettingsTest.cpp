@@ -103,6 +103,18 @@ TEST_F(DamagedSettingsTest, ALogOfAnEmptyDatabaseIsSetAside)
     expectLogSetAside(log);
 }
 
+TEST_F(DamagedSettingsTest, AnEndBetweenTheRenamesLosesNeitherTheDatabaseNorItsLog)
+{
+    const QByteArray log = logOfKilledProgram();
+    const QByteArray damaged(10'000, 'g');
+    m_home.write(QStringLiteral("settings/") + domainName + QStringLiteral(".db"), damaged);
+    // The first rename was made, and the process was killed.
+    const QString aside = database() + QStringLiteral(".corrupt-20260101T000000000Z");
+    ASSERT_TRUE(QFile::rename(database(), aside));
+    expectLogSetAside(log);
+    EXPECT_EQ(TemporaryHome::read(aside), damaged);
+}
+
 TEST_F(DamagedSettingsTest, AnotherProgramDoesNotChangeADamagedDatabase)
 {
     const QByteArray garbage(10'000, 'g');
