@@ -28,7 +28,6 @@
 #include "support/printLogger.h"
 
 #include <QApplication>
-#include <QFileInfo>
 #include <QQmlEngine>
 #include <QQuickWindow>
 #include <QThreadPool>
@@ -104,7 +103,10 @@ int runWindow(const Platform &platform, SingleInstance &instance, QtApplicationP
     });
     QObject::connect(&instance, &SingleInstance::activationRequested, &delegate, &AppDelegate::reopen);
     QObject::connect(&instance, &SingleInstance::openRequested, &delegate, &AppDelegate::openUrls);
-    const auto terminate = [&presence] { presence.terminate(); };
+    const auto terminate = [&instance, &presence] {
+        instance.announceEnd();
+        presence.terminate();
+    };
     // Without a tray icon, there would be no way to open the window again.
     QObject::connect(&window, &MainWindow::closeRequested, &window, terminate);
     const TerminationSignals signals;
@@ -135,8 +137,7 @@ int runApplication(int argc, char **argv)
     QApplication::setFont(Typography::settingLabel());
     try {
         const UserDirectories directories = xdgDirectories();
-        const QString runtime = qEnvironmentVariable("XDG_RUNTIME_DIR");
-        SingleInstance instance(QFileInfo(runtime).isWritable() ? runtime : directories.temporary);
+        SingleInstance instance(directories.configuration, directories.temporary);
         if (instance.claim(QCoreApplication::arguments()) == SingleInstance::Role::Secondary) {
             return 0;
         }

@@ -27,6 +27,9 @@ class LaunchContextManager : public QObject
     Q_OBJECT
 
 public:
+    /// Whether the desktop has started the program at login.
+    [[nodiscard]] static bool hasLoginItemArguments(const QStringList &arguments);
+
     /// `arguments` are those of the process, starting with its name. The reference must outlive this object.
     LaunchContextManager(const QStringList &arguments, ApplicationPresence &presence, QObject *parent = nullptr);
 
@@ -53,7 +56,6 @@ Q_SIGNALS:
     void shouldShowMainWindowChanged();
 
 private:
-    [[nodiscard]] static bool hasLoginItemArguments(const QStringList &arguments);
     void configureLaunchBehavior();
 
     ApplicationPresence &m_presence;

@@ -2,17 +2,15 @@
 
 #include "shell/SingleInstance.h"
 
-#include "platform/FileError.h"
 #include "platform/linux/session/BusConnection.h"
+#include "shell/LaunchContextManager.h"
 #include "support/printLogger.h"
 
 #include <QDBusAbstractAdaptor>
 #include <QDBusConnection>
 #include <QDBusConnectionInterface>
 #include <QDBusMessage>
-#include <QDir>
 #include <QElapsedTimer>
-#include <QFile>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QLocalServer>
@@ -21,10 +19,6 @@
 #include <QUrl>
 #include <QVariantMap>
 
-#include <fcntl.h>
-#include <sys/file.h>
-
-#include <cerrno>
 #include <utility>
 
 namespace quillhaven {
@@ -32,6 +26,7 @@ namespace quillhaven {
 namespace {
 
 constexpr int answerTimeoutMs = 2000;
+constexpr int endTimeoutMs = 60000;
 constexpr unsigned long retryIntervalMs = 10;
 
 /// The interface by which desktops start and address an application (Desktop Entry Specification, D-Bus activation).
@@ -66,7 +61,7 @@ QStringList urlsIn(const QStringList &arguments)
     return urls;
 }
 
-QDBusMessage handOver(const QStringList &urls)
+QDBusMessage busCall(const QStringList &urls)
 {
     const QString method = urls.isEmpty() ? QStringLiteral("Activate") : QStringLiteral("Open");
     QDBusMessage call = QDBusMessage::createMethodCall(SingleInstance::busName, SingleInstance::objectPath,
@@ -78,115 +73,120 @@ QDBusMessage handOver(const QStringList &urls)
     return call;
 }
 
+bool hasBus()
+{
+    return hasSessionBus() && QDBusConnection::sessionBus().isConnected();
+}
+
 } // namespace
 
-SingleInstance::SingleInstance(const QString &socketDirectory, QObject *parent)
-    : QObject(parent), m_socketDirectory(socketDirectory)
+SingleInstance::SingleInstance(const QString &directory, const QString &fallback, QObject *parent)
+    : QObject(parent), m_directory(directory), m_lock(directory, fallback)
 {
 }
 
 SingleInstance::~SingleInstance() = default;
 
+QString SingleInstance::socketPath() const
+{
+    return m_directory + QStringLiteral("/quillhaven.socket");
+}
+
 SingleInstance::Role SingleInstance::claim(const QStringList &arguments)
 {
     const QStringList urls = urlsIn(arguments);
-    return hasSessionBus() && QDBusConnection::sessionBus().isConnected() ? claimOnBus(urls) : claimBySocket(urls);
-}
-
-SingleInstance::Role SingleInstance::claimOnBus(const QStringList &urls)
-{
-    QDBusConnection bus = QDBusConnection::sessionBus();
-    new ApplicationAdaptor(this);
-    bus.interface()->setTimeout(answerTimeoutMs);
-    QString reason;
-    // The second round is for the case that the first instance has just ended without handling the call.
-    for (int round = 0; round < 2; ++round) {
-        // The object is registered before the name, so that a caller which finds the name also finds the object.
-        bus.registerObject(objectPath, this, QDBusConnection::ExportAdaptors);
-        const auto reply = bus.interface()->registerService(busName, QDBusConnectionInterface::DontQueueService,
-                                                            QDBusConnectionInterface::DontAllowReplacement);
-        if (!reply.isValid()) {
-            return claimBySocket(urls);
-        }
-        if (reply.value() == QDBusConnectionInterface::ServiceRegistered) {
-            return Role::Primary;
-        }
-        bus.unregisterObject(objectPath);
-        if (round == 0) {
-            const QDBusMessage answer = bus.call(handOver(urls), QDBus::Block, answerTimeoutMs);
-            if (answer.type() != QDBusMessage::ErrorMessage) {
-                return Role::Secondary;
-            }
-            reason = answer.errorMessage();
-        }
-    }
-    printLogger(QStringLiteral("⚠️ Quillhaven is already running, but it does not answer: ") + reason);
-    return Role::Secondary;
-}
-
-SingleInstance::Role SingleInstance::claimBySocket(const QStringList &urls)
-{
-    const QString path = m_socketDirectory + QStringLiteral("/quillhaven.socket");
-    // The kernel releases the lock when its holder ends for any reason, so a socket whose lock is free is stale.
+    const bool isSilent = urls.isEmpty() && LaunchContextManager::hasLoginItemArguments(arguments);
     QElapsedTimer waiting;
     waiting.start();
-    while (!takeLock(path + QStringLiteral(".lock"))) {
-        QLocalSocket socket;
-        socket.connectToServer(path);
-        if (socket.waitForConnected(answerTimeoutMs)) {
-            socket.write(QJsonDocument(QJsonArray::fromStringList(urls)).toJson(QJsonDocument::Compact) + '\n');
-            socket.waitForBytesWritten(answerTimeoutMs);
-            socket.disconnectFromServer();
+    while (!m_lock.take()) {
+        const bool isEnding = m_lock.isEnding();
+        QString reason;
+        if (!isEnding && (isSilent || handOver(urls, reason) == HandOver::Delivered)) {
             return Role::Secondary;
         }
-        if (waiting.hasExpired(answerTimeoutMs)) {
-            printLogger(QStringLiteral("⚠️ Quillhaven is already running, but it does not answer: ") +
-                        socket.errorString());
+        if (waiting.hasExpired(isEnding ? endTimeoutMs : answerTimeoutMs)) {
+            printLogger(QStringLiteral("⚠️ Quillhaven is already running, but it does not answer: ") + reason);
             return Role::Secondary;
         }
-        // The holder of the lock may not be listening yet.
+        // The holder of the lock is not listening yet, or is ending.
         QThread::msleep(retryIntervalMs);
     }
-    QLocalServer::removeServer(path);
-    m_server = std::make_unique<QLocalServer>();
-    m_server->setSocketOptions(QLocalServer::UserAccessOption);
-    connect(m_server.get(), &QLocalServer::newConnection, this, &SingleInstance::acceptHandOver);
-    if (!m_server->listen(path)) {
-        printLogger(QStringLiteral("⚠️ Cannot listen for later starts: ") + m_server->errorString());
-    }
+    becomeReachable();
     return Role::Primary;
 }
 
-bool SingleInstance::takeLock(const QString &path)
+void SingleInstance::becomeReachable()
 {
-    QDir().mkpath(m_socketDirectory);
-    ScopedFd file(::open(QFile::encodeName(path).constData(), O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW, 0600));
-    if (!file.isOpen()) {
-        // Two processes would overwrite each other's records, so the program must not start without the lock.
-        throw FileError::fromErrno(errno, FileError::Action::Write, path);
+    QLocalServer::removeServer(socketPath()); // The lock was free, so nobody listens there.
+    m_server = std::make_unique<QLocalServer>();
+    m_server->setSocketOptions(QLocalServer::UserAccessOption);
+    connect(m_server.get(), &QLocalServer::newConnection, this, &SingleInstance::acceptHandOver);
+    if (!m_server->listen(socketPath())) {
+        printLogger(QStringLiteral("⚠️ Cannot listen for later starts: ") + m_server->errorString());
     }
-    if (::flock(file.get(), LOCK_EX | LOCK_NB) != 0) {
-        return false;
+    if (!hasBus()) {
+        return;
     }
-    m_lock = std::move(file);
-    return true;
+    QDBusConnection bus = QDBusConnection::sessionBus();
+    new ApplicationAdaptor(this);
+    bus.interface()->setTimeout(answerTimeoutMs);
+    // The object is registered before the name, so that a caller which finds the name also finds the object. The name
+    // may belong to a process with another configuration folder; it comes to this one when that process ends.
+    bus.registerObject(objectPath, this, QDBusConnection::ExportAdaptors);
+    const auto reply = bus.interface()->registerService(busName, QDBusConnectionInterface::QueueService,
+                                                        QDBusConnectionInterface::DontAllowReplacement);
+    m_hasBusName = reply.isValid();
+}
+
+SingleInstance::HandOver SingleInstance::handOver(const QStringList &urls, QString &reason) const
+{
+    QLocalSocket socket;
+    socket.connectToServer(socketPath());
+    if (socket.waitForConnected(answerTimeoutMs)) {
+        socket.write(QJsonDocument(QJsonArray::fromStringList(urls)).toJson(QJsonDocument::Compact) + '\n');
+        socket.waitForBytesWritten(answerTimeoutMs);
+        // A process that is ending closes the connection without an answer. One that is busy answers later: it has the
+        // message.
+        const bool isRefused =
+            !socket.waitForReadyRead(answerTimeoutMs) && socket.state() == QLocalSocket::UnconnectedState;
+        reason = socket.errorString();
+        return isRefused ? HandOver::Failed : HandOver::Delivered;
+    }
+    reason = socket.errorString();
+    if (!hasBus()) {
+        return HandOver::Failed;
+    }
+    const QDBusMessage answer = QDBusConnection::sessionBus().call(busCall(urls), QDBus::Block, answerTimeoutMs);
+    return answer.type() == QDBusMessage::ErrorMessage ? HandOver::Failed : HandOver::Delivered;
+}
+
+void SingleInstance::announceEnd()
+{
+    m_lock.announceEnd();
+    m_server.reset();
+    if (std::exchange(m_hasBusName, false)) {
+        QDBusConnection bus = QDBusConnection::sessionBus();
+        bus.unregisterObject(objectPath);
+        bus.unregisterService(busName);
+    }
 }
 
 void SingleInstance::acceptHandOver()
 {
     while (QLocalSocket *client = m_server->nextPendingConnection()) {
-        connect(client, &QLocalSocket::readyRead, this, [this, client] {
-            if (client->canReadLine()) {
-                receive(client->readLine());
-            }
-        });
+        connect(client, &QLocalSocket::readyRead, this, [this, client] { receive(*client); });
         connect(client, &QLocalSocket::disconnected, client, &QObject::deleteLater);
     }
 }
 
-void SingleInstance::receive(const QByteArray &message)
+void SingleInstance::receive(QLocalSocket &client)
 {
-    const QStringList urls = QJsonDocument::fromJson(message).toVariant().toStringList();
+    if (!client.canReadLine()) {
+        return;
+    }
+    const QStringList urls = QJsonDocument::fromJson(client.readLine()).toVariant().toStringList();
+    client.write("ok\n");
+    client.flush();
     if (urls.isEmpty()) {
         Q_EMIT activationRequested();
     } else {

@@ -2,7 +2,7 @@
 
 #pragma once
 
-#include "platform/linux/files/ScopedFd.h"
+#include "shell/ProcessLock.h"
 
 #include <QObject>
 #include <QStringList>
@@ -11,13 +11,15 @@
 
 QT_BEGIN_NAMESPACE
 class QLocalServer;
+class QLocalSocket;
 QT_END_NAMESPACE
 
 namespace quillhaven {
 
-/// Ensures that only one process of the program runs. The first one owns a name on the session bus; a later one passes
-/// its arguments to it and exits, and the first one brings its window to the front (`AppDelegate::reopen`). Without a
-/// session bus, a local socket in the user's runtime folder is used instead.
+/// Ensures that only one process of the program runs for each configuration folder, in whatever sessions the user
+/// starts it. A later one passes its arguments to the first one and exits, and the first one brings its window to the
+/// front (`AppDelegate::reopen`). They meet at a local socket beside the lock file, or on the session bus where no
+/// socket can be made.
 class SingleInstance : public QObject
 {
     Q_OBJECT
@@ -25,14 +27,18 @@ class SingleInstance : public QObject
 public:
     enum class Role { Primary, Secondary };
 
-    /// `socketDirectory` is a private folder of the user, for sessions without a bus.
-    explicit SingleInstance(const QString &socketDirectory, QObject *parent = nullptr);
+    /// See ProcessLock for the folders.
+    SingleInstance(const QString &directory, const QString &fallback, QObject *parent = nullptr);
     ~SingleInstance() override;
 
-    /// Acquires the name, or passes the arguments that are URLs to the process that owns it. Call it once, at the
-    /// start. Waits at most two seconds for a process that does not answer. Throws a FileError if there is neither a
-    /// bus nor a writable folder.
+    /// Takes the lock, or passes the arguments that are URLs to the process that holds it; a start at login passes
+    /// nothing. Call it once, at the start. Waits at most two seconds for a process that does not answer, and a minute
+    /// for one that is ending. Throws a FileError if no lock file can be opened.
     [[nodiscard]] Role claim(const QStringList &arguments);
+
+    /// Accepts no more hand-overs: whoever starts the program from now on waits for the end of this process. To be
+    /// called as soon as the end is certain.
+    void announceEnd();
 
     static inline const QString busName = QStringLiteral("com.tarnwick.quillhaven");
     static inline const QString objectPath = QStringLiteral("/com/tarnwick/quillhaven");
@@ -44,16 +50,18 @@ Q_SIGNALS:
     void openRequested(const QStringList &urls);
 
 private:
-    [[nodiscard]] Role claimOnBus(const QStringList &urls);
-    [[nodiscard]] Role claimBySocket(const QStringList &urls);
-    [[nodiscard]] bool takeLock(const QString &path);
-    void acceptHandOver();
-    void receive(const QByteArray &message);
+    enum class HandOver { Delivered, Failed };
 
-    QString m_socketDirectory;
-    // Held by the primary instance while it is running.
-    ScopedFd m_lock;
+    void becomeReachable();
+    [[nodiscard]] HandOver handOver(const QStringList &urls, QString &reason) const;
+    [[nodiscard]] QString socketPath() const;
+    void acceptHandOver();
+    void receive(QLocalSocket &client);
+
+    QString m_directory;
+    ProcessLock m_lock;
     std::unique_ptr<QLocalServer> m_server;
+    bool m_hasBusName = false;
 };
 
 } // namespace quillhaven

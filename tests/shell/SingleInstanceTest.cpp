@@ -4,11 +4,9 @@
 #include "support/RunTask.h"
 
 #include <QDBusConnection>
-#include <QDBusContext>
 #include <QFile>
 #include <QProcess>
 #include <QTemporaryDir>
-#include <QVariantMap>
 
 #include <gmock/gmock.h>
 
@@ -27,10 +25,15 @@ const QString activate = QStringLiteral("activate");
 class Claimer
 {
 public:
-    Claimer(const QString &directory, const QStringList &urls, const QProcessEnvironment &environment)
+    Claimer(const QString &directory, const QStringList &arguments, const QProcessEnvironment &environment)
+        : Claimer(directory, directory, arguments, environment)
+    {
+    }
+    Claimer(const QString &directory, const QString &fallback, const QStringList &arguments,
+            const QProcessEnvironment &environment)
     {
         m_process.setProcessEnvironment(environment);
-        m_process.start(QStringLiteral(INSTANCE_CLAIMER), QStringList{directory} + urls);
+        m_process.start(QStringLiteral(INSTANCE_CLAIMER), QStringList{directory, fallback} + arguments);
     }
     ~Claimer()
     {
@@ -61,6 +64,11 @@ public:
         return spinUntil([this] { return hasRole() || hasEnded(); }) && hasRole();
     }
     [[nodiscard]] bool hasEnded() const { return m_process.state() == QProcess::NotRunning; }
+    void announceEnd()
+    {
+        m_process.write("end\n");
+        spinUntil([this] { return has(QStringLiteral("ending")); });
+    }
     /// Closes its input, waits until it has ended, and returns its exit code.
     int finish()
     {
@@ -80,29 +88,43 @@ private:
     QByteArray m_output;
 };
 
-/// Owns the name, and releases it instead of accepting what it is sent.
-class EndingHolder : public QObject, protected QDBusContext
+/// Owns the name on the bus of the test for a process with another home.
+class OtherHolder
 {
-    Q_OBJECT
-    Q_CLASSINFO("D-Bus Interface", "org.freedesktop.Application")
-
 public:
-    EndingHolder()
-    {
-        m_bus.registerObject(SingleInstance::objectPath, this, QDBusConnection::ExportScriptableSlots);
-        EXPECT_TRUE(m_bus.registerService(SingleInstance::busName));
-    }
-    ~EndingHolder() override { m_bus.unregisterObject(SingleInstance::objectPath); }
-
-public Q_SLOTS:
-    Q_SCRIPTABLE void Activate(const QVariantMap &)
-    {
-        EXPECT_TRUE(m_bus.unregisterService(SingleInstance::busName));
-        sendErrorReply(QDBusError::NoReply, QStringLiteral("ended"));
-    }
+    OtherHolder() { EXPECT_TRUE(m_bus.registerService(SingleInstance::busName)); }
+    ~OtherHolder() { m_bus.unregisterService(SingleInstance::busName); }
+    OtherHolder(const OtherHolder &) = delete;
+    OtherHolder &operator=(const OtherHolder &) = delete;
 
 private:
     QDBusConnection m_bus = QDBusConnection::sessionBus();
+};
+
+/// A private bus besides that of the test.
+class SecondBus
+{
+public:
+    SecondBus()
+    {
+        m_daemon.start(QStringLiteral("dbus-daemon"),
+                       {QStringLiteral("--session"), QStringLiteral("--nofork"), QStringLiteral("--print-address")});
+        EXPECT_TRUE(spinUntil([this] { return m_daemon.canReadLine(); }));
+        m_address = QString::fromUtf8(m_daemon.readLine()).trimmed();
+    }
+    ~SecondBus()
+    {
+        m_daemon.kill();
+        m_daemon.waitForFinished();
+    }
+    SecondBus(const SecondBus &) = delete;
+    SecondBus &operator=(const SecondBus &) = delete;
+
+    [[nodiscard]] const QString &address() const { return m_address; }
+
+private:
+    QProcess m_daemon;
+    QString m_address;
 };
 
 /// A desktop session: with the bus of the test's runner, or without a bus.
@@ -197,7 +219,7 @@ TEST_P(SingleInstanceTest, AfterTheFirstWasKilledTheNextIsPrimaryAndReachable)
     const auto first = start();
     ASSERT_TRUE(first->waitForRole());
     first->killAndWait();
-    EXPECT_EQ(QFile::exists(socketPath()), !GetParam());
+    EXPECT_TRUE(QFile::exists(socketPath()));
 
     const auto next = start();
     ASSERT_TRUE(next->waitForRole());
@@ -223,15 +245,99 @@ TEST_P(SingleInstanceTest, AnUnresponsivePrimaryIsStillTheOnlyOne)
     EXPECT_EQ(first->handedOver(), QStringList{activate});
 }
 
-TEST(SingleInstanceBusTest, AProcessThatContactsAnEndingPrimaryReplacesIt)
+TEST_P(SingleInstanceTest, AStartAtLoginBesideARunningProcessShowsNothing)
 {
-    const QTemporaryDir runtime;
-    EndingHolder holder;
-    Claimer next(runtime.path(), {}, QProcessEnvironment::systemEnvironment());
-    ASSERT_TRUE(next.waitForRole());
-    EXPECT_TRUE(next.isPrimary());
-    Claimer another(runtime.path(), {}, QProcessEnvironment::systemEnvironment());
-    EXPECT_TRUE(spinUntil([&] { return next.has(activate); }));
+    const auto first = start();
+    ASSERT_TRUE(first->waitForRole());
+    const auto login = start({QStringLiteral("--login-item")});
+    ASSERT_TRUE(login->waitForRole());
+    EXPECT_TRUE(login->isSecondary());
+    EXPECT_EQ(login->finish(), 0);
+    const auto user = start();
+    ASSERT_TRUE(user->waitForRole());
+    EXPECT_TRUE(spinUntil([&] { return !first->handedOver().isEmpty(); }));
+    EXPECT_EQ(first->finish(), 0);
+    EXPECT_EQ(first->handedOver(), QStringList{activate});
+}
+
+TEST_P(SingleInstanceTest, AStartWhileTheFirstIsEndingWaitsAndReplacesIt)
+{
+    const auto first = start();
+    ASSERT_TRUE(first->waitForRole());
+    first->announceEnd();
+    const auto next = start();
+    const auto login = start({QStringLiteral("--login-item")});
+    EXPECT_EQ(first->finish(), 0);
+    ASSERT_TRUE(next->waitForRole());
+    ASSERT_TRUE(login->waitForRole());
+    EXPECT_NE(next->isPrimary(), login->isPrimary());
+    EXPECT_EQ(first->handedOver(), QStringList{QStringLiteral("ending")});
+
+    Claimer &primary = next->isPrimary() ? *next : *login;
+    const auto another = start();
+    ASSERT_TRUE(another->waitForRole());
+    EXPECT_TRUE(another->isSecondary());
+    EXPECT_TRUE(spinUntil([&] { return primary.has(activate); }));
+}
+
+TEST(SingleInstanceSessionsTest, OneProcessForAHomeInSessionsWithDifferentBusesAndWithout)
+{
+    const QTemporaryDir home;
+    const SecondBus bus;
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    Claimer first(home.path(), {}, environment);
+    ASSERT_TRUE(first.waitForRole());
+    EXPECT_TRUE(first.isPrimary());
+    const QTemporaryDir otherRuntime;
+    environment.insert(QStringLiteral("XDG_RUNTIME_DIR"), otherRuntime.path());
+    environment.insert(QStringLiteral("DBUS_SESSION_BUS_ADDRESS"), bus.address());
+    Claimer second(home.path(), {}, environment);
+    ASSERT_TRUE(second.waitForRole());
+    EXPECT_TRUE(second.isSecondary());
+    environment.remove(QStringLiteral("DBUS_SESSION_BUS_ADDRESS"));
+    Claimer third(home.path(), {}, environment);
+    ASSERT_TRUE(third.waitForRole());
+    EXPECT_TRUE(third.isSecondary());
+    EXPECT_TRUE(spinUntil([&] { return first.handedOver().size() == 2; }));
+    EXPECT_EQ(first.handedOver(), (QStringList{activate, activate}));
+}
+
+TEST(SingleInstanceSessionsTest, AHomeWhoseNameOnTheBusIsTakenByAnotherHasItsOwnProcess)
+{
+    const QTemporaryDir home;
+    const OtherHolder holder;
+    Claimer first(home.path(), {}, QProcessEnvironment::systemEnvironment());
+    ASSERT_TRUE(first.waitForRole());
+    EXPECT_TRUE(first.isPrimary());
+    Claimer second(home.path(), {}, QProcessEnvironment::systemEnvironment());
+    ASSERT_TRUE(second.waitForRole());
+    EXPECT_TRUE(second.isSecondary());
+    EXPECT_TRUE(spinUntil([&] { return first.has(activate); }));
+}
+
+TEST(SingleInstanceSessionsTest, WithoutASocketTheBusHandsOver)
+{
+    const QTemporaryDir home;
+    const QString folder = home.filePath(QString(120, QLatin1Char('d')));
+    Claimer first(folder, {}, QProcessEnvironment::systemEnvironment());
+    ASSERT_TRUE(first.waitForRole());
+    EXPECT_TRUE(first.isPrimary());
+    Claimer second(folder, {}, QProcessEnvironment::systemEnvironment());
+    ASSERT_TRUE(second.waitForRole());
+    EXPECT_TRUE(second.isSecondary());
+    EXPECT_TRUE(spinUntil([&] { return first.has(activate); }));
+}
+
+TEST(SingleInstanceSessionsTest, InAFolderThatCannotBeWrittenTheOtherFolderHoldsTheLock)
+{
+    const QTemporaryDir fallback;
+    const QString folder = QStringLiteral("/proc/self/nowhere");
+    Claimer first(folder, fallback.path(), {}, QProcessEnvironment::systemEnvironment());
+    ASSERT_TRUE(first.waitForRole());
+    EXPECT_TRUE(first.isPrimary());
+    Claimer second(folder, fallback.path(), {}, QProcessEnvironment::systemEnvironment());
+    ASSERT_TRUE(second.waitForRole());
+    EXPECT_TRUE(second.isSecondary());
 }
 
 TEST_P(SingleInstanceSocketTest, ALockHolderThatNeverListensIsStillTheOnlyOne)
@@ -306,5 +412,3 @@ TEST_P(SingleInstanceSocketTest, AnUnreachableBusIsTreatedAsNoBus)
 
 } // namespace
 } // namespace quillhaven
-
-#include "SingleInstanceTest.moc"

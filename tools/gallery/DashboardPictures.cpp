@@ -64,6 +64,23 @@ TEST_F(DashboardPictures, ProtectingAndTheMethods)
     draw(QStringLiteral("method"));
 }
 
+TEST_F(DashboardPictures, Notices)
+{
+    storeThree();
+    shown();
+    NoticesModel &notices = *started().dashboard.notices();
+    notices.show({.id = QStringLiteral("waiting"),
+                  .text = QStringLiteral("Waiting for the keyring to answer."),
+                  .isWaiting = true});
+    notices.show({.id = QStringLiteral("found"),
+                  .text = QStringLiteral("3 items were found in private storage that are not in the list. They can be "
+                                         "given back or taken into the list again."),
+                  .actionTitle = QStringLiteral("Show"),
+                  .isDismissible = true});
+    DashboardHarness::settle();
+    draw(QStringLiteral("notices"));
+}
+
 TEST_F(DashboardPictures, ThreeSelected)
 {
     storeThree();

@@ -32,6 +32,12 @@ Item {
             Layout.topMargin: Spacing.lg
             spacing: view.height < Metrics.compactWindow ? Spacing.md : Spacing.lg
 
+            NoticeList {
+                Layout.fillWidth: true
+                Layout.fillHeight: false
+                notices: view.dashboard.notices
+            }
+
             SearchFilterBar {
                 Layout.fillWidth: true
                 Layout.fillHeight: false
@@ -45,8 +51,9 @@ Item {
                 Layout.fillWidth: true
                 Layout.fillHeight: false
                 isCompact: view.height < Metrics.compactWindow
-                // In a low window the list needs the room for the toolbar of the selected items.
-                visible: !isCompact || view.dashboard.selection.selectedCount === 0
+                // In a low window the list needs the room for the notices and for the toolbar of the selected items.
+                visible: !isCompact || (view.dashboard.selection.selectedCount === 0
+                                        && view.dashboard.notices.count === 0)
                 model: view.dashboard.statistics
             }
 

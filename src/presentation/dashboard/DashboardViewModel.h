@@ -12,6 +12,7 @@
 #include "presentation/dashboard/FilteredItemsModel.h"
 #include "presentation/dashboard/ItemActions.h"
 #include "presentation/dashboard/ItemSelection.h"
+#include "presentation/dashboard/NoticesModel.h"
 #include "presentation/dashboard/ProtectActions.h"
 #include "presentation/dashboard/ProtectedItemsModel.h"
 #include "presentation/dashboard/SearchFilterBarModel.h"
@@ -40,6 +41,7 @@ class DashboardViewModel : public QObject
     Q_PROPERTY(quillhaven::SearchFilterBarModel *filters READ filters CONSTANT)
     Q_PROPERTY(quillhaven::ItemSelection *selection READ selection CONSTANT)
     Q_PROPERTY(quillhaven::DashboardStatisticsModel *statistics READ statistics CONSTANT)
+    Q_PROPERTY(quillhaven::NoticesModel *notices READ notices CONSTANT)
     // The operations
     Q_PROPERTY(quillhaven::ProtectActions *protecting READ protecting CONSTANT)
     Q_PROPERTY(quillhaven::DropActions *dropping READ dropping CONSTANT)
@@ -75,6 +77,7 @@ public:
         return &m_itemActions.removeProtectionDialogManager();
     }
     [[nodiscard]] ItemSelection *selection() { return &m_selection; }
+    [[nodiscard]] NoticesModel *notices() { return &m_notices; }
     [[nodiscard]] ProtectActions *protecting() { return &m_protecting; }
     [[nodiscard]] DropActions *dropping() { return &m_dropping; }
     [[nodiscard]] ItemActions *itemActions() { return &m_itemActions; }
@@ -104,6 +107,7 @@ private:
     SearchFilterBarModel m_filters;
     FilteredItemsModel m_items;
     DashboardStatisticsModel m_statistics;
+    NoticesModel m_notices;
     DashboardErrors m_errors;
     ItemSelection m_selection;
     BulkActions m_bulk;
