@@ -2,6 +2,7 @@
 
 #include "platform/linux/credentials/KeyringCall.h"
 
+#include "platform/linux/credentials/KeyringPrompt.h"
 #include "platform/linux/session/BusConnection.h"
 
 namespace quillhaven {
@@ -13,6 +14,8 @@ constexpr int busLimitMs = 2000;
 /// step.
 constexpr int answerLimitMs = 10'000;
 constexpr const char *serviceName = "org.freedesktop.secrets";
+constexpr const char *servicePath = "/org/freedesktop/secrets";
+constexpr const char *serviceInterface = "org.freedesktop.Secret.Service";
 
 using Connection = Owned<GDBusConnection>;
 using Message = Owned<GDBusMessage>;
@@ -39,9 +42,9 @@ Variant callBus(GDBusConnection *bus, const char *method, GVariant *parameters, 
                                                G_DBUS_CALL_FLAGS_NONE, busLimitMs, cancellable, nullptr));
 }
 
-bool hasOwner(GDBusConnection *bus, GCancellable *cancellable)
+bool hasOwner(GDBusConnection *bus, const char *name, GCancellable *cancellable)
 {
-    const Variant reply = callBus(bus, "NameHasOwner", g_variant_new("(s)", serviceName), "(b)", cancellable);
+    const Variant reply = callBus(bus, "NameHasOwner", g_variant_new("(s)", name), "(b)", cancellable);
     gboolean isOwned = FALSE;
     if (reply) {
         g_variant_get(reply.get(), "(b)", &isOwned);
@@ -68,9 +71,9 @@ bool isActivatable(GDBusConnection *bus, GCancellable *cancellable)
 /// The bus name of the keyring's process, which has answered a question. Empty on a failure.
 QByteArray ownerThatAnswers(GDBusConnection *bus, GCancellable *cancellable, Failure &failure)
 {
-    const Message question(g_dbus_message_new_method_call(serviceName, "/org/freedesktop/secrets",
-                                                          "org.freedesktop.DBus.Properties", "Get"));
-    g_dbus_message_set_body(question.get(), g_variant_new("(ss)", "org.freedesktop.Secret.Service", "Collections"));
+    const Message question(
+        g_dbus_message_new_method_call(serviceName, servicePath, "org.freedesktop.DBus.Properties", "Get"));
+    g_dbus_message_set_body(question.get(), g_variant_new("(ss)", serviceInterface, "Collections"));
     const Message reply(g_dbus_connection_send_message_with_reply_sync(
         bus, question.get(), G_DBUS_SEND_MESSAGE_FLAGS_NONE, answerLimitMs, nullptr, cancellable, failure));
     if (!reply || g_dbus_message_to_gerror(reply.get(), failure)) {
@@ -137,7 +140,7 @@ Attributes keyringAttributes(const QString &service)
 KeyringPresence keyringPresence(GCancellable *cancellable)
 {
     const Connection bus = sessionBus(cancellable);
-    if (!bus || (!hasOwner(bus.get(), cancellable) && !isActivatable(bus.get(), cancellable))) {
+    if (!bus || (!hasOwner(bus.get(), serviceName, cancellable) && !isActivatable(bus.get(), cancellable))) {
         return KeyringPresence::Absent;
     }
     Failure failure;
@@ -154,18 +157,18 @@ KeyringCall::KeyringCall(Prompting prompting, GCancellable *cancellable)
 
 CredentialStatus KeyringCall::open(QByteArray &owner)
 {
-    const Connection bus = sessionBus(m_cancellable);
-    if (!bus) {
+    m_bus = sessionBus(m_cancellable);
+    if (!m_bus) {
         return credentialNotAvailable;
     }
     Failure failure;
-    const QByteArray answering = ownerThatAnswers(bus.get(), m_cancellable, failure);
-    if (answering.isEmpty()) {
+    m_owner = ownerThatAnswers(m_bus.get(), m_cancellable, failure);
+    if (m_owner.isEmpty()) {
         return credentialNotAvailable;
     }
-    if (answering != owner) {
+    if (m_owner != owner) {
         secret_service_disconnect(); // the library's object still has the session with the former process
-        owner = answering;
+        owner = m_owner;
     }
     m_service.reset(secret_service_get_sync(SECRET_SERVICE_NONE, m_cancellable, failure));
     if (!m_service) {
@@ -174,6 +177,27 @@ CredentialStatus KeyringCall::open(QByteArray &owner)
     setLimit(m_service.get());
     return secret_service_ensure_session_sync(m_service.get(), m_cancellable, failure) ? credentialSuccess
                                                                                        : credentialNotAvailable;
+}
+
+CredentialStatus KeyringCall::callAndPrompt(const char *path, const char *interface, const char *method,
+                                            GVariant *arguments)
+{
+    Failure failure;
+    const Variant reply(g_dbus_connection_call_sync(m_bus.get(), m_owner.constData(), path, interface, method,
+                                                    arguments, nullptr, G_DBUS_CALL_FLAGS_NO_AUTO_START, answerLimitMs,
+                                                    m_cancellable, failure));
+    if (!reply) {
+        return failure.status();
+    }
+    // The prompt's path, or "/", is always the last value.
+    const Variant prompt(g_variant_get_child_value(reply.get(), g_variant_n_children(reply.get()) - 1));
+    const char *promptPath = g_variant_get_string(prompt.get(), nullptr);
+    if (!g_str_equal(promptPath, "/")) {
+        showKeyringPrompt(m_bus.get(), m_owner.constData(), promptPath, m_cancellable);
+    }
+    // Whatever keyring took the place of one that ended meanwhile has not been asked.
+    const bool isStillThere = hasOwner(m_bus.get(), m_owner.constData(), m_cancellable);
+    return isStillThere ? credentialSuccess : credentialNotAvailable;
 }
 
 CredentialStatus KeyringCall::find(GHashTable *attributes, Objects &items)
@@ -214,9 +238,12 @@ CredentialStatus KeyringCall::unlock(GList *objects)
     if (m_prompting == Prompting::Forbidden) {
         return credentialInteractionNotAllowed;
     }
-    Failure failure;
-    secret_service_unlock_sync(m_service.get(), objects, m_cancellable, nullptr, failure);
-    return failure.status();
+    GVariantBuilder paths;
+    g_variant_builder_init(&paths, G_VARIANT_TYPE_OBJECT_PATH_ARRAY);
+    for (GList *object = objects; object; object = object->next) {
+        g_variant_builder_add(&paths, "o", g_dbus_proxy_get_object_path(G_DBUS_PROXY(object->data)));
+    }
+    return callAndPrompt(servicePath, serviceInterface, "Unlock", g_variant_new("(ao)", &paths));
 }
 
 CredentialStatus KeyringCall::defaultCollection(Owned<SecretCollection> &collection)
@@ -247,15 +274,13 @@ CredentialStatus KeyringCall::unlockDefaultCollection()
 
 CredentialStatus KeyringCall::createDefaultCollection()
 {
-    if (m_prompting == Prompting::Forbidden) {
-        return credentialNoDefaultCollection;
-    }
-    Failure failure;
-    const Owned<SecretCollection> collection(
-        secret_collection_create_sync(m_service.get(), "Default keyring", SECRET_COLLECTION_DEFAULT,
-                                      SECRET_COLLECTION_CREATE_NONE, m_cancellable, failure));
-    // A keyring without a display to ask on says so by an error: nothing has been created then either.
-    return collection ? unlockDefaultCollection() : credentialNoDefaultCollection;
+    GVariantBuilder properties;
+    g_variant_builder_init(&properties, G_VARIANT_TYPE_VARDICT);
+    g_variant_builder_add(&properties, "{sv}", "org.freedesktop.Secret.Collection.Label",
+                          g_variant_new_string("Default keyring"));
+    GVariant *arguments = g_variant_new("(a{sv}s)", &properties, SECRET_COLLECTION_DEFAULT);
+    const CredentialStatus status = callAndPrompt(servicePath, serviceInterface, "CreateCollection", arguments);
+    return status == credentialSuccess ? unlockDefaultCollection() : credentialNoDefaultCollection;
 }
 
 CredentialStatus KeyringCall::store(GHashTable *attributes, const char *label, const QByteArray &value)
@@ -302,14 +327,13 @@ CredentialStore::Match KeyringCall::load(SecretItem *item)
 CredentialStatus KeyringCall::remove(GHashTable *attributes, GList *items)
 {
     for (GList *item = items; item; item = item->next) {
-        Failure failure;
-        setLimit(item->data);
-        secret_item_delete_sync(SECRET_ITEM(item->data), m_cancellable, failure);
-        if (failure.happened()) {
-            return failure.status();
+        const char *path = g_dbus_proxy_get_object_path(G_DBUS_PROXY(item->data));
+        const CredentialStatus status = callAndPrompt(path, "org.freedesktop.Secret.Item", "Delete", nullptr);
+        if (status != credentialSuccess) {
+            return status;
         }
     }
-    // The library reports success, too, when the user declined the deletion: only another search can tell.
+    // The user may have declined the deletion: only another search can tell.
     Objects remaining;
     const CredentialStatus status = find(attributes, remaining);
     if (status == credentialItemNotFound) {

@@ -62,8 +62,14 @@ private:
     /// Success when the default collection is unlocked, without a prompt.
     [[nodiscard]] CredentialStatus defaultCollection(Owned<SecretCollection> &collection);
 
+    /// Calls a method of the keyring that may answer with a prompt, and shows it. Success when the call was answered.
+    [[nodiscard]] CredentialStatus callAndPrompt(const char *path, const char *interface, const char *method,
+                                                 GVariant *arguments);
+
     Prompting m_prompting;
     GCancellable *m_cancellable;
+    Owned<GDBusConnection> m_bus;
+    QByteArray m_owner;
     Owned<SecretService> m_service;
 };
 

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// CredentialStoreClient FOLDER COMMAND...: one start of a program that keeps its passwords in the store of the session. The
-// commands are "prepare", "add ACCOUNT VALUE", "update ACCOUNT VALUE", "read ACCOUNT" and "remove ACCOUNT", each one
-// argument. Prints the status of each, with the value that was read.
+// CredentialStoreClient FOLDER COMMAND...: one start of a program that keeps its passwords in the store of the session.
+// The commands are "prepare", "add ACCOUNT VALUE", "update ACCOUNT VALUE", "read ACCOUNT" and "remove ACCOUNT", each
+// one argument. Prints the status of each, with the value that was read.
 
 #include "credentials/KeychainManager.h"
 #include "platform/linux/OpenSslRandomSource.h"

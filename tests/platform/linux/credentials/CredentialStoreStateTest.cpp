@@ -146,7 +146,7 @@ TEST_F(StoreState, TheStoreAtHandIsUsedOnRequest)
     EXPECT_EQ(runTask(run.look()), credentialNotAvailable);
     run.state.useStoreAtHand();
     EXPECT_TRUE(spinUntil([&] { return run.readable == 1; }));
-    EXPECT_EQ(run.state.phase(), Phase::Usable);
+    EXPECT_TRUE(spinUntil([&] { return run.state.phase() == Phase::Usable; }));
     EXPECT_EQ(runTask(run.look()), credentialItemNotFound);
 }
 

@@ -177,7 +177,15 @@ TEST_F(KeyringPrompts, ACallThatWaitsForThePromptCanBeCancelled)
     EXPECT_FALSE(reading.isFinished());
     g_cancellable_cancel(cancellable.get());
     EXPECT_TRUE(spinUntil([&] { return reading.isFinished(); }));
-    EXPECT_NE(reading.result().status, credentialSuccess);
+    EXPECT_EQ(reading.result().status, credentialNotAvailable);
+    EXPECT_TRUE(spinUntil([this] { return m_keyring.dismissals() == 1; }));
+}
+
+TEST_F(KeyringPrompts, AKeyringThatEndsWhileItPromptsIsNotWaitedFor)
+{
+    addLocked(m_account);
+    m_keyring.change(QStringLiteral("answer"), QStringLiteral("end"));
+    EXPECT_EQ(match(m_account).status, credentialNotAvailable);
 }
 
 TEST_F(KeyringPrompts, ACallToASilentKeyringCanBeCancelled)

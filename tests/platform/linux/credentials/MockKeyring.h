@@ -40,6 +40,7 @@ public:
         (void)ask(QStringLiteral("AddEntry"), {service, account, isLocked});
     }
     [[nodiscard]] int prompts() { return ask(QStringLiteral("Count"), {QStringLiteral("prompts")}); }
+    [[nodiscard]] int dismissals() { return ask(QStringLiteral("Count"), {QStringLiteral("dismissals")}); }
     [[nodiscard]] int entries() { return ask(QStringLiteral("Count"), {QStringLiteral("entries")}); }
     /// How many calls a silent keyring has received.
     [[nodiscard]] int unanswered() { return ask(QStringLiteral("Count"), {QStringLiteral("unanswered")}); }

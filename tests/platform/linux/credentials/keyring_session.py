@@ -34,6 +34,7 @@ class Desktop:
             except GLib.Error:
                 continue
             if application is not None:
+                application.clear_cache()
                 yield from Node(application, self).walk()
 
     def wait_for(self, condition, what, seconds=30):
@@ -74,7 +75,8 @@ class Start:
     def answers(self):
         """Waits for the end, and returns what each command answered."""
         output, _ = self.process.communicate(timeout=60)
-        self.output = output
+        if self.process.returncode != 0:
+            raise AssertionError(f"The program ended with {self.process.returncode}.")
         return [line.removeprefix("= ") for line in output.splitlines() if line.startswith("= ")]
 
 

@@ -21,13 +21,13 @@ COLLECTION_PATH = ROOT + "/collection/login"
 NO_OBJECT = dbus.ObjectPath("/")
 
 settings = {
-    "answer": "allow",  # what the user answers to a prompt: "allow", "dismiss", or "nothing"
+    "answer": "allow",  # what the user answers to a prompt: "allow", "dismiss", "nothing", or the keyring's "end"
     "collection": "open",  # or "locked", which hides the entries, or "missing"
     "deletion": "silent",  # or "asks"
     "creation": "silent",  # or "asks"
     "silent": "no",  # "yes": calls are answered when it is "no" again
 }
-counts = {"prompts": 0}
+counts = {"prompts": 0, "dismissals": 0}
 entries = {}
 unanswered = []
 
@@ -93,12 +93,14 @@ class Prompt(dbus.service.Object):
         if settings["answer"] == "allow":
             result = self.action()
             GLib.idle_add(self.Completed, False, self.result if result is None else result)
+        elif settings["answer"] == "end":
+            GLib.idle_add(loop.quit)
         elif settings["answer"] == "dismiss":
             GLib.idle_add(self.Completed, True, self.result)
 
     @dbus.service.method(PROMPT)
     def Dismiss(self):
-        self.Completed(True, self.result)
+        counts["dismissals"] += 1  # without an answer, as from a keyring that hangs
 
     @dbus.service.signal(PROMPT, signature="bv")
     def Completed(self, dismissed, result):
@@ -160,7 +162,7 @@ class Keyring(WithProperties):
 
     @dbus.service.method(CONTROL, in_signature="s", out_signature="i")
     def Count(self, name):
-        return {"entries": len(entries), "prompts": counts["prompts"], "unanswered": len(unanswered)}[name]
+        return {**counts, "entries": len(entries), "unanswered": len(unanswered)}[name]
 
 
 class Collection(WithProperties):
@@ -238,4 +240,5 @@ objects = [
     Collection(session_bus, ROOT + "/aliases/default"),
 ]
 name = dbus.service.BusName("org.freedesktop.secrets", session_bus, do_not_queue=True)
-GLib.MainLoop().run()
+loop = GLib.MainLoop()
+loop.run()
