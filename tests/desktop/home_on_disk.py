@@ -175,10 +175,6 @@ class Keyring:
                             GLib.Variant("(s)", ("org.freedesktop.secrets",)), None, Gio.DBusCallFlags.NONE, -1, None)
         os.kill(pid.unpack()[0], number)
 
-    def is_locked(self):
-        collection = self._collection()
-        return collection is None or collection.get_locked()
-
 
 __all__ = ["Gio", "GLib", "Home", "Keyring", "OWN_DOMAIN", "PLACEHOLDER", "ROOT", "SHARED_DOMAIN", "differences",
            "picture"]

@@ -13,11 +13,6 @@ from window_case import WindowTest, main
 class LockedKeyring(WindowTest):
     starts = False
 
-    def setUp(self):
-        super().setUp()
-        if self.keyring.is_locked():
-            self.fail("The keyring was locked before the test.")
-
     def choose_password_protection(self, program, path):
         flows.open_protection(program, path)
         program.find(BUTTON, flows.re.compile(f"^{flows.PASSWORD_CARD}")).press()
