@@ -85,6 +85,7 @@ int runWindow(const Platform &platform, SingleInstance &instance, QtApplicationP
                         .masterPassword = MasterPasswordDialogManager::shared(),
                         .removeProtection = *dashboard.removeProtectionDialogManager(),
                         .recovery = *dashboard.backup()->recoveryDialogManager(),
+                        .rescue = *dashboard.rescue()->dialog(),
                         .error = *dashboard.errorDialogManager(),
                         .bulkFilePicker = *dashboard.bulk()->picker(),
                         .bulkProgress = *dashboard.bulk()->progress(),
@@ -115,6 +116,7 @@ int runWindow(const Platform &platform, SingleInstance &instance, QtApplicationP
     const TerminationSignals signals;
     QObject::connect(&signals, &TerminationSignals::terminationRequested, &window, terminate);
 
+    dashboard.rescue()->look();
     if (LaunchContextManager::shared().shouldShowMainWindow()) {
         window.show();
     } else {

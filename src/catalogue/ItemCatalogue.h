@@ -62,6 +62,8 @@ public:
     [[nodiscard]] QCoro::Task<ItemLease> lease(QString id);
     /// The lease of an item at `path` that has no record yet. Nobody else may wait for one at the same path.
     [[nodiscard]] QCoro::Task<ItemLease> leasePlace(QString path) { return m_leases.acquire(path, path); }
+    /// The same for what has another identity than its path.
+    [[nodiscard]] QCoro::Task<ItemLease> leasePlace(QString id, QString path) { return m_leases.acquire(id, path); }
     [[nodiscard]] bool isLeased(const QString &id) const { return m_leases.isLeased(id); }
 
 Q_SIGNALS:

@@ -2,7 +2,7 @@
 
 // Locking moves an unlocked item's data back into private storage:
 //
-// 1. the data at the target, if any, is removed, and the original moves there;
+// 1. the data at the target, if any, is removed or gets another name, and the original moves there;
 // 2. the placeholder is written;
 // 3. the record is marked locked and saved.
 //
@@ -18,6 +18,7 @@
 #include "credentials/MasterPasswordManager.h"
 #include "engine/OperationScope.h"
 #include "engine/PlaceholderFile.h"
+#include "engine/PrivateCopies.h"
 #include "engine/QuillhavenManager.h"
 #include "platform/Clock.h"
 #include "platform/FileManager.h"
@@ -79,6 +80,17 @@ void moveOriginal(const LockWork &work, const QString &target)
                 secondsText(work.clock.uptime() - start));
 }
 
+/// A lock that was interrupted has left its data at the target, and something new is at the original place. Only a
+/// duplicate of that is removed; other data stays in private storage under another name.
+void clearTarget(FileManager &files, const QString &original, const QString &target)
+{
+    if (files.contentsEqual(original, target)) {
+        files.removeItem(target);
+    } else {
+        files.renameItem(target, freePrivatePath(files, target));
+    }
+}
+
 void moveIntoStorage(const LockWork &work)
 {
     const ProtectedItem &item = work.item;
@@ -95,7 +107,7 @@ void moveIntoStorage(const LockWork &work)
             printLogger(QStringLiteral("Target backup path: ") + target);
         }
         if (work.files.fileExists(target)) {
-            work.files.removeItem(target);
+            clearTarget(work.files, item.originalPath, target);
             if (work.isLogged()) {
                 printLogger(QStringLiteral("Removed existing backup"));
             }

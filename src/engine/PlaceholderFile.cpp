@@ -33,15 +33,21 @@ bool holdsPlaceholder(const FileManager &fileManager, const QString &path)
     return std::ranges::equal(content.bytes(), std::as_bytes(std::span(placeholder)));
 }
 
-bool isLockInterrupted(const FileManager &fileManager, const QString &path, const QString &privateCopy)
+bool holdsPieceOfPlaceholder(const FileManager &fileManager, const QString &path)
 {
     const QByteArray placeholder = placeholderText.toUtf8();
-    if (!fileManager.fileExists(privateCopy) || !fileManager.fileExists(path) || fileManager.isDirectory(path) ||
-        fileManager.sizeOfItem(path) > placeholder.size()) {
+    if (!fileManager.fileExists(path) || fileManager.isDirectory(path) ||
+        fileManager.sizeOfItem(path) > placeholder.size() ||
+        fileManager.identityOfItem(path, Links::Keep) != fileManager.identityOfItem(path, Links::Follow)) {
         return false;
     }
     const FileBuffer content = fileManager.readFile(path);
     return std::ranges::equal(content.bytes(), std::as_bytes(std::span(placeholder)).first(content.size()));
+}
+
+bool isLockInterrupted(const FileManager &fileManager, const QString &path, const QString &privateCopy)
+{
+    return fileManager.fileExists(privateCopy) && holdsPieceOfPlaceholder(fileManager, path);
 }
 
 } // namespace quillhaven

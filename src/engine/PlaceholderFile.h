@@ -15,6 +15,10 @@ void writePlaceholder(FileManager &fileManager, const QString &path);
 /// Whether the file at `path` holds a whole placeholder and nothing else. False for a link. Blocks; throws FileError.
 [[nodiscard]] bool holdsPlaceholder(const FileManager &fileManager, const QString &path);
 
+/// Whether the file at `path` holds a placeholder or the beginning of one, which may be empty: the program ended while
+/// it wrote it. False for a link. Blocks; throws FileError.
+[[nodiscard]] bool holdsPieceOfPlaceholder(const FileManager &fileManager, const QString &path);
+
 /// Whether a placeholder, or the beginning of one, is at `path` while the private copy of the item exists: the
 /// program ended while it was locking, before the record said so. The data is in the private copy then.
 [[nodiscard]] bool isLockInterrupted(const FileManager &fileManager, const QString &path, const QString &privateCopy);

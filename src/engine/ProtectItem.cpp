@@ -16,15 +16,19 @@
 
 #include "async/OffMainThread.h"
 #include "catalogue/QuillhavenError.h"
+#include "engine/ContainerPlace.h"
 #include "engine/ItemPlaces.h"
 #include "engine/OperationScope.h"
 #include "engine/OwnPlaces.h"
 #include "engine/PlaceholderFile.h"
+#include "engine/PrivateCopies.h"
 #include "engine/QuillhavenManager.h"
 #include "formats/SecuredContainer.h"
 #include "platform/FileManager.h"
 #include "support/Paths.h"
 #include "support/printLogger.h"
+
+#include <QScopeGuard>
 
 namespace quillhaven {
 
@@ -37,6 +41,7 @@ struct ProtectionWork
     RandomSource &random;
     UserDirectories directories;
     QString secureStorage;
+    QString itemId;
     QString path;
     QString password;
     QList<ProtectedItem> knownItems;
@@ -44,19 +49,6 @@ struct ProtectionWork
 };
 
 const QString alreadyProtectedText = QStringLiteral("Item is already protected");
-
-QString sanitizedName(QString name)
-{
-    for (const QChar forbidden : QStringLiteral(":/\\*?\"<>|")) {
-        name.replace(forbidden, QLatin1Char('_'));
-    }
-    return name;
-}
-
-QString containerPathFor(const UserDirectories &directories, const QString &originalName)
-{
-    return pathInDirectory(directories.documents, sanitizedName(originalName) + QStringLiteral(".secured"));
-}
 
 /// For a question: what cannot be read is not known to be a placeholder, and protecting it reports why.
 bool isPlaceholder(const FileManager &files, const QString &path)
@@ -92,30 +84,6 @@ void requireReadableAndMovable(const ProtectionWork &work)
     }
 }
 
-/// Asked before anything moves: what cannot be sealed would remain in private storage without a record.
-void requireSealable(const ProtectionWork &work)
-{
-    constexpr qsizetype longestName = 255; // bytes, on every file system in use
-    requireReadableAndMovable(work);
-    const QString containerName = lastPathComponent(containerPathFor(work.directories, lastPathComponent(work.path)));
-    if (containerName.toUtf8().size() > longestName) {
-        throw FileError(FileError::Kind::InvalidName,
-                        QStringLiteral("The name of \"%1\" is too long to be protected. Please shorten it first.")
-                            .arg(lastPathComponent(work.path)));
-    }
-}
-
-QString freeBackupPath(const FileManager &files, const QString &secureStorage, const QString &id)
-{
-    const QString base = pathInDirectory(secureStorage, id + QStringLiteral("_original"));
-    QString candidate = base;
-    for (int counter = 1; files.fileExists(candidate); ++counter) {
-        (void)files.sizeOfItem(candidate); // throws for a place that cannot be looked at
-        candidate = base + QLatin1Char('_') + QString::number(counter);
-    }
-    return candidate;
-}
-
 void writeContainer(const ProtectionWork &work, const ProtectedItem &item)
 {
     if (item.isFolder) {
@@ -128,8 +96,8 @@ void writeContainer(const ProtectionWork &work, const ProtectedItem &item)
                              work.password, item.id);
 }
 
-/// Moves the item and writes its container and placeholder. The new record, not yet in the catalogue.
-ProtectedItem moveIntoProtection(const ProtectionWork &work, bool useTouchID)
+/// Asked before anything moves: what fails later would remain in private storage without a record.
+void requireProtectable(const ProtectionWork &work)
 {
     if (!work.files.fileExists(work.path)) {
         throw QuillhavenError(QuillhavenError::itemNotFound);
@@ -141,17 +109,23 @@ ProtectedItem moveIntoProtection(const ProtectionWork &work, bool useTouchID)
     if (const auto reason = reasonNotToProtect(work.files, work.ownPlaces, work.knownItems, work.path)) {
         throw QuillhavenError(QuillhavenError::accessDenied, *reason);
     }
-    requireSealable(work);
-
-    ProtectedItem item;
-    item.id = work.random.uuidString();
-    item.originalName = lastPathComponent(work.path);
-    item.originalPath = work.path;
-    item.useTouchID = useTouchID;
+    requireReadableAndMovable(work);
     if (!work.files.fileExists(work.secureStorage)) {
         work.files.createDirectory(work.secureStorage);
     }
-    item.originalBackupPath = freeBackupPath(work.files, work.secureStorage, item.id);
+    requirePlaceForContainer(work.files, work.directories, work.secureStorage, work.path);
+}
+
+/// Moves the item and writes its container and placeholder. The new record, not yet in the catalogue.
+ProtectedItem moveIntoProtection(const ProtectionWork &work, bool useTouchID)
+{
+    ProtectedItem item;
+    item.id = work.itemId;
+    item.originalName = lastPathComponent(work.path);
+    item.originalPath = work.path;
+    item.useTouchID = useTouchID;
+    item.originalBackupPath =
+        freePrivatePath(work.files, pathInDirectory(work.secureStorage, item.id + privateCopySuffix));
     work.files.moveItem(work.path, item.originalBackupPath);
 
     item.containerPath = containerPathFor(work.directories, item.originalName);
@@ -235,8 +209,26 @@ QCoro::Task<> QuillhavenManager::protectItemWithAccessibleURL(QString path, QStr
     }
     // A folder above may be moving, or an item below.
     ItemLease lease = co_await m_catalogue.leasePlace(path);
-    ProtectionWork work{files, m_platform.random, m_platform.directories, secureStorageDirectory(),
-                        path,  password,          protectedItems(),       placesOfProgram()};
+    const QString id = m_platform.random.uuidString();
+    ProtectionWork work{.files = files,
+                        .random = m_platform.random,
+                        .directories = m_platform.directories,
+                        .secureStorage = secureStorageDirectory(),
+                        .itemId = id,
+                        .path = path,
+                        .password = password,
+                        .knownItems = protectedItems(),
+                        .ownPlaces = placesOfProgram()};
+    auto check = [work] { requireProtectable(work); };
+    co_await offMainThread(std::move(check));
+    co_await clearContainerName(containerPathFor(work.directories, lastPathComponent(path)));
+    m_idsInProtection.insert(id);
+    const auto ended = qScopeGuard([this, id] {
+        m_idsInProtection.remove(id);
+        if (!isListed(id)) {
+            Q_EMIT itemLeftBehind();
+        }
+    });
     auto move = [work = std::move(work), useTouchID] { return moveIntoProtection(work, useTouchID); };
     const ProtectedItem item = co_await offMainThread(std::move(move));
 
@@ -261,6 +253,17 @@ QCoro::Task<> QuillhavenManager::prepareToStoreCredentials()
 {
     auto prepare = [keychain = m_keychain] { keychain->prepareForWriting(); };
     co_await offMainThread(m_platform.credentialQueue, std::move(prepare));
+}
+
+QCoro::Task<> QuillhavenManager::clearContainerName(QString containerPath)
+{
+    auto clear = [&files = m_platform.fileManager, items = protectedItems(), containerPath] {
+        return keepForeignContainer(files, items, containerPath);
+    };
+    const std::optional<QString> aside = co_await offMainThread(std::move(clear));
+    if (aside) {
+        Q_EMIT keptAside(containerPath, *aside);
+    }
 }
 
 } // namespace quillhaven

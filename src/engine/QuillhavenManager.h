@@ -6,6 +6,7 @@
 #include "catalogue/ItemCatalogue.h"
 #include "credentials/KeychainManager.h"
 #include "engine/ItemPlaces.h"
+#include "engine/LostItems.h"
 #include "engine/OwnPlaces.h"
 #include "engine/RemovalLog.h"
 #include "platform/Platform.h"
@@ -136,9 +137,28 @@ public:
     /// stay.
     [[nodiscard]] QCoro::Task<QStringList> recoverFromiCloud(QString masterPassword);
 
+    // RescueItems.cpp
+
+    /// Looks for what an interrupted run has left. Changes nothing but for removing abandoned temporary files.
+    [[nodiscard]] QCoro::Task<RescueFindings> findLostItems();
+    /// Moves a lost item to `place`, where nothing or a placeholder is; anything else there is kept aside. A file whose
+    /// password or fingerprint key is stored is given back only for that. False when a question was cancelled.
+    [[nodiscard]] QCoro::Task<bool> giveBackLostItem(LostItem lost, QString place);
+    /// Takes a lost item into the list again, locked, with `place` as its place, where nothing or a placeholder is.
+    /// Throws for a file without a stored password.
+    [[nodiscard]] QCoro::Task<bool> listLostItem(LostItem lost, QString place);
+    enum class Returned { Unlocked, Removed };
+    /// Marks a record whose data is back at its place as unlocked, or finishes its removal.
+    [[nodiscard]] QCoro::Task<bool> settleReturnedItem(QString id, Returned wanted);
+
 Q_SIGNALS:
     void protectedItemsChanged();
     void isProcessingChanged();
+    /// Something else had taken the place of an item, or the name of its container, and is at `aside` now, or in the
+    /// trash when that is empty.
+    void keptAside(const QString &place, const QString &aside);
+    /// A protection failed after its item had moved: the item is lost until the rescue finds it.
+    void itemLeftBehind();
 
 protected:
     // The cores of the bulk operations: they expect a place that the user has confirmed, pass no guard, set no flag and
@@ -171,6 +191,17 @@ private:
     void migrateBackupFiles();
     void migrateBackupPaths();
 
+    // ProtectItem.cpp
+    /// Takes what is not the program's from the place of a new container; see keepForeignContainer.
+    [[nodiscard]] QCoro::Task<> clearContainerName(QString containerPath);
+
+    // RescueItems.cpp
+    [[nodiscard]] bool isLost(const LostItem &lost) const;
+    /// Throws itemNotFound unless the item is still lost.
+    void requireLost(const LostItem &lost) const;
+    /// Throws accessDenied for the place of a listed item.
+    void requireNoPlaceOfAnItem(const QString &place) const;
+
     // FileAccess.cpp
     /// Has the user confirm the item in a panel; the confirmed path. Throws QuillhavenError::accessDenied.
     [[nodiscard]] QCoro::Task<QString> requestFileAccess(QString path);
@@ -185,6 +216,8 @@ private:
     [[nodiscard]] QCoro::Task<> performLockOperation(ProtectedItem item);
     [[nodiscard]] QCoro::Task<> performUnlockOperation(ProtectedItem item, OperationScope &operation);
     [[nodiscard]] QCoro::Task<> performRemoval(ProtectedItem item, OperationScope &operation);
+    /// Keeps what has taken the item's place, before its private copy comes back to it; see keepForeignItemAside.
+    [[nodiscard]] QCoro::Task<> keepForeignItem(QString place, QString privateCopy);
     [[nodiscard]] QCoro::Task<> restoreForRemoval(ProtectedItem item, QString place, RemovalLog log);
     [[nodiscard]] QCoro::Task<> cleanUpProtection(ProtectedItem item, RemovalLog log);
 
@@ -234,6 +267,7 @@ private:
     CloudBackups m_cloudBackups;
     ItemCatalogue m_catalogue;
     PlacesInProtection m_placesInProtection;
+    QSet<QString> m_idsInProtection; ///< of items that may be in private storage and have no record yet
     bool m_isProcessing = false;
 };
 

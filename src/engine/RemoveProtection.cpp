@@ -2,8 +2,8 @@
 
 // Removing protection gives an item back and forgets it:
 //
-// 1. a locked item's private copy takes the place of the placeholder, which the user has confirmed; an unlocked item
-//    stays as it is;
+// 1. a locked item's private copy takes the place of the placeholder, which the user has confirmed; anything else there
+//    is kept aside. An unlocked item stays as it is;
 // 2. the container and the credentials are removed, as far as that works;
 // 3. the record leaves the catalogue, and the catalogue is saved.
 //
@@ -11,10 +11,12 @@
 
 #include "async/OffMainThread.h"
 #include "catalogue/QuillhavenError.h"
+#include "engine/ContainerPlace.h"
 #include "engine/OperationScope.h"
 #include "engine/PlaceholderFile.h"
 #include "engine/QuillhavenManager.h"
 #include "platform/FileManager.h"
+#include "support/printLogger.h"
 
 namespace quillhaven {
 
@@ -68,6 +70,10 @@ void restoreSilently(FileManager &files, const QString &privateCopy, const QStri
 void removeContainer(FileManager &files, const QString &containerPath, RemovalLog log)
 {
     if (!files.fileExists(containerPath)) {
+        return;
+    }
+    if (!isContainer(files, containerPath)) {
+        printLogger(QStringLiteral("📦 This is no container, and stays: ") + containerPath);
         return;
     }
     log.removesContainer();
@@ -151,6 +157,7 @@ QCoro::Task<> QuillhavenManager::restoreForRemoval(ProtectedItem item, QString p
             log.privateCopyIsMissing(files, privateCopy);
             throw QuillhavenError(QuillhavenError::itemNotFound);
         }
+        co_await keepForeignItem(place, privateCopy);
         auto work = [&files, privateCopy, place, log] { restore(files, privateCopy, place, log); };
         co_await offMainThread(std::move(work));
     } catch (...) {
@@ -173,6 +180,7 @@ QCoro::Task<> QuillhavenManager::removeProtectionWithAccessibleURL(ProtectedItem
     }
     FileManager &files = m_platform.fileManager;
     if (!item.isMounted || !isInPlace(files, item, accessiblePath)) {
+        co_await keepForeignItem(accessiblePath, item.originalBackupPath);
         auto work = [&files, privateCopy = item.originalBackupPath, accessiblePath] {
             restoreSilently(files, privateCopy, accessiblePath);
         };

@@ -6,6 +6,7 @@
 
 #include "async/OffMainThread.h"
 #include "catalogue/QuillhavenError.h"
+#include "engine/ContainerPlace.h"
 #include "engine/OperationScope.h"
 #include "engine/QuillhavenManager.h"
 #include "platform/FileManager.h"
@@ -74,7 +75,10 @@ QCoro::Task<> QuillhavenManager::destroyItem(ProtectedItem item, OperationScope 
     for (const Part &part : parts) {
         co_await operation.lease(); // An operation that moves the item is waited for before anything is looked for.
         wasMounted = requireUnchanged(item, operation, wasMounted);
-        if (!files.fileExists(part.path)) {
+        if (part.path == item.originalPath) {
+            co_await keepForeignItem(item.originalPath, item.originalBackupPath);
+        }
+        if (!files.fileExists(part.path) || (part.path == item.containerPath && !isContainer(files, part.path))) {
             continue;
         }
         progressCallback(part.status, part.progress);

@@ -4,7 +4,7 @@
 //
 // 1. the item's own password or the user's finger is checked (a folder has neither);
 // 2. the private copy is looked for, and the user confirms the place;
-// 3. the placeholder is removed, and the private copy moves to its place;
+// 3. the placeholder is removed, anything else at the place is kept aside, and the private copy moves there;
 // 4. the record is marked unlocked and saved.
 //
 // Another operation on the item comes first or waits: an unlock that finds the item unlocked meanwhile is done.
@@ -14,6 +14,7 @@
 
 #include "async/OffMainThread.h"
 #include "catalogue/QuillhavenError.h"
+#include "engine/KeptAside.h"
 #include "engine/OperationScope.h"
 #include "engine/PrivateCopyLog.h"
 #include "engine/QuillhavenManager.h"
@@ -103,6 +104,7 @@ QCoro::Task<> QuillhavenManager::performUnlockOperation(ProtectedItem item, Oper
 
     co_await operation.lease();
     if (meanwhile(item, operation.wasListed()) == Meanwhile::Nothing) {
+        co_await keepForeignItem(place, item.originalBackupPath);
         auto restore = [&files = m_platform.fileManager, backupPath = item.originalBackupPath, place] {
             restorePrivateCopy(files, backupPath, place, UnlockLines::Printed);
         };
@@ -113,6 +115,17 @@ QCoro::Task<> QuillhavenManager::performUnlockOperation(ProtectedItem item, Oper
         });
     }
     operation.endSession();
+}
+
+QCoro::Task<> QuillhavenManager::keepForeignItem(QString place, QString privateCopy)
+{
+    auto keep = [&files = m_platform.fileManager, place, privateCopy] {
+        return keepForeignItemAside(files, place, privateCopy);
+    };
+    const std::optional<QString> aside = co_await offMainThread(std::move(keep));
+    if (aside) {
+        Q_EMIT keptAside(place, *aside);
+    }
 }
 
 QCoro::Task<> QuillhavenManager::unlockItemWithAccessibleURL(ProtectedItem item, QString accessiblePath)
@@ -126,6 +139,7 @@ QCoro::Task<> QuillhavenManager::unlockItemWithAccessibleURL(ProtectedItem item,
     if (meanwhile(item, wasListed) != Meanwhile::Nothing) {
         co_return;
     }
+    co_await keepForeignItem(accessiblePath, item.originalBackupPath);
     auto restore = [&files = m_platform.fileManager, backupPath = item.originalBackupPath, accessiblePath] {
         restorePrivateCopy(files, backupPath, accessiblePath, UnlockLines::Silent);
     };

@@ -45,6 +45,8 @@ QString attemptedWords(FileError::Action action, const QString &path, const QStr
         return QStringLiteral("replace ") + name;
     case FileError::Action::Remove:
         return QStringLiteral("remove ") + name;
+    case FileError::Action::Trash:
+        return QStringLiteral("move ") + name + QStringLiteral(" to the trash");
     case FileError::Action::CreateFolder:
         return QStringLiteral("create the folder ") + name;
     case FileError::Action::List:

@@ -23,7 +23,7 @@ public:
         NotPreserved, ///< the copy on the other file system lacks something of the original
         Other,
     };
-    enum class Action { Read, Write, Overwrite, Move, Copy, Replace, Remove, CreateFolder, List, Use };
+    enum class Action { Read, Write, Overwrite, Move, Copy, Replace, Remove, Trash, CreateFolder, List, Use };
 
     FileError(Kind kind, const QString &sentence) : LocalizedError(sentence), m_kind(kind) {}
 

@@ -8,6 +8,7 @@
 #include "platform/FileReader.h"
 #include "platform/FileWriter.h"
 
+#include <QDateTime>
 #include <QList>
 #include <QString>
 #include <QStringList>
@@ -76,15 +77,19 @@ public:
     virtual void renameItem(const QString &path, const QString &newPath) = 0;
     /// Puts `replacement` in the place of `original`, which must exist. Either may be a folder. Afterwards nothing is
     /// at `replacement`; on failure `original` is whole. A file takes a file's place in one step. With a folder the
-    /// place is empty for a moment: a program that ends then leaves `replacement` where it was.
+    /// place is empty for a moment: a program that ends then leaves `replacement` where it was, and `original` as an
+    /// abandoned item.
     virtual void replaceItemAt(const QString &original, const QString &replacement) = 0;
     /// Copies a file or folder with its metadata to a free name, flushed to the device. Fails with `TargetExists` when
     /// the name is not free. On any other failure nothing is at `target`.
     virtual void copyItem(const QString &source, const QString &target) = 0;
     /// Removes a file, a link itself, or a folder with all it holds.
     virtual void removeItem(const QString &path) = 0;
-    /// Removes temporary files that an interrupted move or copy left in the folder. Each is a duplicate; removing it
-    /// loses nothing. What cannot be removed is logged.
+    /// Moves a file, a link itself or a folder to the user's trash, from which it can be restored. Fails where there is
+    /// no trash.
+    virtual void trashItem(const QString &path) = 0;
+    /// Removes what an interrupted move, copy or replacement left in the folder: a duplicate, or what was replaced.
+    /// What cannot be removed is logged.
     virtual void discardAbandonedItems(const QString &folder) = 0;
 
     /// Opens a regular file, or what a link to one leads to, for reading.
@@ -99,6 +104,12 @@ public:
 
     /// The size of the item at the path, in bytes; a link counts by itself.
     [[nodiscard]] virtual int64_t sizeOfItem(const QString &path) const = 0;
+    [[nodiscard]] virtual QDateTime modificationDateOfItem(const QString &path) const = 0;
+    /// Whether both paths lead to items with the same content and the same metadata: two files, or two folders with the
+    /// same items. False also for what cannot be read.
+    [[nodiscard]] virtual bool contentsEqual(const QString &path, const QString &other) const = 0;
+    /// The free space for this user on the volume of an item, in bytes.
+    [[nodiscard]] virtual int64_t availableSpace(const QString &path) const = 0;
     /// Every regular file below a folder at any depth, hidden ones included, in a fixed order. Links are not followed.
     /// Throws for a link, for a folder inside that cannot be listed, and for another volume mounted inside. A folder
     /// that itself cannot be listed counts as empty.

@@ -42,6 +42,10 @@ Item {
             anchors.fill: parent
 
             SheetLoader {
+                presented: host.models.rescue.isPresented
+                sourceComponent: RescueDialog { rescue: host.models.rescue }
+            }
+            SheetLoader {
                 presented: host.models.bulkFilePicker.isPresented
                 sourceComponent: BulkFilePickerView { picker: host.models.bulkFilePicker }
             }

@@ -14,6 +14,7 @@
 #include "presentation/dialogs/ProtectionMethodDialogManager.h"
 #include "presentation/dialogs/RecoveryDialogManager.h"
 #include "presentation/dialogs/RemoveProtectionDialogManager.h"
+#include "presentation/dialogs/RescueDialogModel.h"
 #include "presentation/dialogs/ShredConfirmationDialogModel.h"
 
 #include <QObject>
@@ -33,6 +34,7 @@ struct Sheets
     MasterPasswordDialogManager &masterPassword;
     RemoveProtectionDialogManager &removeProtection;
     RecoveryDialogManager &recovery;
+    RescueDialogModel &rescue;
     ErrorDialogManager &error;
     BulkFilePickerModel &bulkFilePicker;
     OperationProgress &bulkProgress;
@@ -58,6 +60,7 @@ class SheetModels : public QObject
     Q_PROPERTY(quillhaven::RemoveProtectionDialogManager *removeProtectionDialogManager READ
                    removeProtectionDialogManager CONSTANT)
     Q_PROPERTY(quillhaven::RecoveryDialogManager *recoveryDialogManager READ recoveryDialogManager CONSTANT)
+    Q_PROPERTY(quillhaven::RescueDialogModel *rescue READ rescue CONSTANT)
     Q_PROPERTY(quillhaven::ErrorDialogManager *errorDialogManager READ errorDialogManager CONSTANT)
     Q_PROPERTY(quillhaven::BulkFilePickerModel *bulkFilePicker READ bulkFilePicker CONSTANT)
     Q_PROPERTY(quillhaven::OperationProgress *bulkProgress READ bulkProgress CONSTANT)
@@ -85,6 +88,7 @@ public:
         return &m_sheets.removeProtection;
     }
     [[nodiscard]] RecoveryDialogManager *recoveryDialogManager() const { return &m_sheets.recovery; }
+    [[nodiscard]] RescueDialogModel *rescue() const { return &m_sheets.rescue; }
     [[nodiscard]] ErrorDialogManager *errorDialogManager() const { return &m_sheets.error; }
     [[nodiscard]] BulkFilePickerModel *bulkFilePicker() const { return &m_sheets.bulkFilePicker; }
     [[nodiscard]] OperationProgress *bulkProgress() const { return &m_sheets.bulkProgress; }

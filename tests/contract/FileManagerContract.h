@@ -71,6 +71,45 @@ TEST_P(FileManagerContract, ALinkCountsByWhatItLeadsToAndARemovalTakesTheLinkIts
     EXPECT_FALSE(files->fileExists(link));
 }
 
+TEST_P(FileManagerContract, WhatIsMovedToTheTrashLeavesItsPlaceAndAMissingItemIsAnError)
+{
+    makeFolder();
+    write(a, "first");
+    files->trashItem(a);
+    files->trashItem(folder);
+    EXPECT_FALSE(files->fileExists(a));
+    EXPECT_FALSE(files->fileExists(folder));
+    EXPECT_EQ(kindOf([&] { files->trashItem(a); }), Kind::NoSuchFile);
+}
+
+TEST_P(FileManagerContract, EqualContentsAreThoseOfACopy)
+{
+    makeFolder();
+    write(a, "first");
+    EXPECT_FALSE(files->contentsEqual(a, folder));
+    EXPECT_FALSE(files->contentsEqual(a, absent));
+    files->copyItem(a, b);
+    EXPECT_TRUE(files->contentsEqual(a, b));
+    write(b, "other");
+    EXPECT_FALSE(files->contentsEqual(a, b));
+    const QString copy = home.path(QStringLiteral("copy"));
+    files->copyItem(folder, copy);
+    EXPECT_TRUE(files->contentsEqual(folder, copy));
+    home.write(QStringLiteral("copy/another"), "more");
+    EXPECT_FALSE(files->contentsEqual(folder, copy));
+}
+
+TEST_P(FileManagerContract, AnItemHasADateAndItsVolumeSpace)
+{
+    const QDateTime before = QDateTime::currentDateTime().addSecs(-60);
+    write(a, "first");
+    EXPECT_GT(files->modificationDateOfItem(a), before);
+    EXPECT_LT(files->modificationDateOfItem(a), before.addSecs(600));
+    EXPECT_EQ(kindOf([&] { (void)files->modificationDateOfItem(absent); }), Kind::NoSuchFile);
+    EXPECT_GT(files->availableSpace(home.path()), 0);
+    EXPECT_EQ(kindOf([&] { (void)files->availableSpace(absent); }), Kind::NoSuchFile);
+}
+
 TEST_P(FileManagerContract, AMoveOrACopyNeedsAFreeNameAndOtherwiseLeavesBothItems)
 {
     makeFolder();

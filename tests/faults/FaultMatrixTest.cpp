@@ -38,6 +38,15 @@ protected:
             }
         };
     }
+    /// Makes the next call of this name fail.
+    void failNext(const QString &name)
+    {
+        hooks.before = [this, name](const char *call, const QString &path) {
+            if (name == QLatin1String(call) && std::exchange(failedCall, name) != name) {
+                throw FileError::fromErrno(GetParam().errorNumber, FileError::Action::Write, path);
+            }
+        };
+    }
     void failNothing() { hooks.before = nullptr; }
 
     /// Returns the description of the error that the call throws, or nothing if it throws none.
@@ -160,16 +169,14 @@ TEST_P(FaultMatrix, LockFailsInTurn)
 TEST_P(FaultMatrix, UnlockFailsInTurn)
 {
     engine.protect(itemPath);
-    failChange(1);
+    failNext(QStringLiteral("removeItem"));
     QString sentence = errorOf([&] { engine.unlock(); });
-    EXPECT_EQ(failedCall, QStringLiteral("removeItem"));
     EXPECT_TRUE(sentence.contains(QStringLiteral("a.txt"))) << sentence.toStdString();
     EXPECT_EQ(state(engine), QStringLiteral("placeholder, data, locked"));
     EXPECT_FALSE(engine.item().isProcessing);
 
-    failChange(2);
+    failNext(QStringLiteral("moveItem"));
     sentence = errorOf([&] { engine.unlock(); });
-    EXPECT_EQ(failedCall, QStringLiteral("moveItem"));
     EXPECT_FALSE(sentence.isEmpty());
     EXPECT_EQ(state(engine), QStringLiteral("nothing, data, locked"));
     EXPECT_FALSE(engine.item().isProcessing);
@@ -178,13 +185,12 @@ TEST_P(FaultMatrix, UnlockFailsInTurn)
 TEST_P(FaultMatrix, RemovalFailsInTurn)
 {
     engine.protect(itemPath);
-    failChange(1);
+    failNext(QStringLiteral("replaceItemAt"));
     const QString sentence = errorOf([&] { engine.remove(); });
-    EXPECT_EQ(failedCall, QStringLiteral("replaceItemAt"));
     EXPECT_TRUE(sentence.startsWith(QStringLiteral("Could not restore file to original location.")));
     EXPECT_EQ(state(engine), QStringLiteral("placeholder, data, locked"));
 
-    failChange(2);
+    failNext(QStringLiteral("removeItem"));
     EXPECT_EQ(errorOf([&] { engine.remove(); }), QString()) << "a container that cannot be removed is only logged";
     EXPECT_EQ(failedCall, QStringLiteral("removeItem"));
     EXPECT_EQ(state(engine), QStringLiteral("data, nothing, none"));
@@ -195,18 +201,27 @@ INSTANTIATE_TEST_SUITE_P(Reasons, FaultMatrix,
                                            Reason{"InputOutput", EIO}),
                          [](const auto &info) { return info.param.name; });
 
-TEST_F(FullDisk, DocumentsWithoutSpaceForTheContainerLeavesTheDataInStorageAndReportsIt)
+TEST_F(FullDisk, WithoutSpaceForTheContainerNothingMoves)
 {
     const SmallDisk documents(services.home.path(QStringLiteral("Documents")), "256k");
     ASSERT_TRUE(documents.isMounted()) << "this test needs the right to mount a tmpfs: run it as root";
     EngineHarness engine(services);
     const QString sentence = protectWithoutSpace(engine);
-    EXPECT_TRUE(sentence.contains(QStringLiteral("big.bin.secured"))) << sentence.toStdString();
+    EXPECT_TRUE(sentence.contains(QStringLiteral("\"big.bin\""))) << sentence.toStdString();
     EXPECT_EQ(engine.count(), 0);
-    const QDir storage(services.home.path(QStringLiteral(".local/share/quillhaven")));
-    const QStringList stored = storage.entryList(QDir::Files);
-    ASSERT_EQ(stored.size(), 1);
-    EXPECT_EQ(TemporaryHome::read(storage.filePath(stored.first())), bytes);
+    EXPECT_EQ(TemporaryHome::read(path), bytes);
+    EXPECT_TRUE(QDir(services.home.path(QStringLiteral(".local/share/quillhaven"))).isEmpty());
+    EXPECT_TRUE(QDir(services.home.path(QStringLiteral("Documents"))).isEmpty());
+}
+
+TEST_F(FullDisk, AContainerThatIsReplacedCountsAsSpace)
+{
+    const SmallDisk documents(services.home.path(QStringLiteral("Documents")), "1536k");
+    ASSERT_TRUE(documents.isMounted()) << "this test needs the right to mount a tmpfs: run it as root";
+    EngineHarness engine(services);
+    engine.protect(path);
+    engine.protect(services.home.write(QStringLiteral("papers/big.bin"), bytes));
+    EXPECT_EQ(engine.count(), 2);
 }
 
 TEST_F(FullDisk, StorageWithoutSpaceForTheItemLeavesItAtItsPlace)

@@ -76,6 +76,12 @@ void makeBackedUp(const Scene &scene)
     QDir().mkpath(scene.recoveryFolder());
 }
 
+void makeBackedUpOnce(const Scene &scene)
+{
+    makeReadyForBackup(scene);
+    backUp(scene); // The operation replaces it.
+}
+
 bool isNeverDone(const Scene & /*scene*/)
 {
     return false;
@@ -120,7 +126,7 @@ std::vector<Operation> makeOperations()
              [](const Scene &scene) { runTask(scene.engine.manager.shredUnprotectedItems({scene.place()}, quiet)); },
          .isDone = [](const Scene &scene) { return !TemporaryHome::exists(scene.place()); },
          .destroysData = true},
-        {QStringLiteral("backup"), makeReadyForBackup, backUp, isNeverDone},
+        {QStringLiteral("backup"), makeBackedUpOnce, backUp, isNeverDone},
         {QStringLiteral("recover"), makeBackedUp,
          [](const Scene &scene) { (void)runTask(scene.engine.manager.recoverFromiCloud(operationMasterPassword)); },
          isNeverDone},
@@ -153,7 +159,6 @@ void makeItem(const QString &home, bool isFolder)
         EXPECT_TRUE(QFile::link(QStringLiteral("inner.txt"), place + QStringLiteral("/link")));
     }
     write(isFolder ? place + QStringLiteral("/inner.txt") : place, itemBytes());
-    write(home + QStringLiteral("/Documents/item.secured"), "an older container");
     // An access list: the owner, user 0, the group, the mask and others. See <linux/posix_acl_xattr.h>.
     const QByteArray list = QByteArray::fromHex("02000000"
                                                 "01000600ffffffff"

@@ -26,7 +26,7 @@ struct OperationScene
 /// The data of the item: a whole number of disk blocks.
 [[nodiscard]] const QByteArray &itemBytes();
 /// Creates the item of a scene: a file, or a folder with the bytes in one of its files, with extended attributes and an
-/// access list. A container with its name exists already.
+/// access list.
 void makeItem(const QString &home, bool isFolder);
 /// The number of files below a folder that contain the bytes.
 [[nodiscard]] int wholeCopiesBelow(const QString &folder);

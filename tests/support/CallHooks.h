@@ -25,6 +25,7 @@ namespace quillhaven::test {
         {"moveItem", Action::Move},   {"openForOverwriting", Action::Overwrite},
         {"readFile", Action::Read},   {"removeItem", Action::Remove},
         {"writeFile", Action::Write}, {"replaceItemAt", Action::Replace},
+        {"trashItem", Action::Trash}, {"renameItem", Action::Move},
     };
     return [=, action = actions.at(call)](const char *name, const QString &path) {
         if (name == call && (paths.isEmpty() || paths.contains(path))) {

@@ -72,6 +72,10 @@ public:
     {
         forward({"removeItem", path}, [&] { m_next.removeItem(path); });
     }
+    void trashItem(const QString &path) override
+    {
+        forward({"trashItem", path}, [&] { m_next.trashItem(path); });
+    }
     void discardAbandonedItems(const QString &folder) override
     {
         forward({"discardAbandonedItems", folder}, [&] { m_next.discardAbandonedItems(folder); });
@@ -89,6 +93,18 @@ public:
     [[nodiscard]] int64_t sizeOfItem(const QString &path) const override
     {
         return forward({"sizeOfItem", path}, [&] { return m_next.sizeOfItem(path); });
+    }
+    [[nodiscard]] QDateTime modificationDateOfItem(const QString &path) const override
+    {
+        return forward({"modificationDateOfItem", path}, [&] { return m_next.modificationDateOfItem(path); });
+    }
+    [[nodiscard]] bool contentsEqual(const QString &path, const QString &other) const override
+    {
+        return forward({"contentsEqual", path, other}, [&] { return m_next.contentsEqual(path, other); });
+    }
+    [[nodiscard]] int64_t availableSpace(const QString &path) const override
+    {
+        return forward({"availableSpace", path}, [&] { return m_next.availableSpace(path); });
     }
     [[nodiscard]] QList<FileEntry> regularFilesBelow(const QString &folder) const override
     {

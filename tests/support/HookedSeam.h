@@ -56,8 +56,8 @@ protected:
     void around(const FileCall &call, const std::function<void()> &next) const override
     {
         static const std::set<std::string_view> reported{
-            "createDirectory",   "moveItem",           "replaceItemAt", "renameItem",   "copyItem",
-            "regularFilesBelow", "openForOverwriting", "removeItem",    "writeThrough", "synchronizeFile"};
+            "createDirectory",    "moveItem",   "replaceItemAt", "renameItem",      "copyItem", "regularFilesBelow",
+            "openForOverwriting", "removeItem", "writeThrough",  "synchronizeFile", "trashItem"};
         const std::string_view name = call.name;
         if (reported.contains(name)) {
             m_hooks.around(call.name, call.path, next);

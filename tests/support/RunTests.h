@@ -2,6 +2,7 @@
 
 #pragma once
 
+#include <QTemporaryDir>
 #include <QThreadPool>
 
 #include <gtest/gtest.h>
@@ -21,6 +22,8 @@ template <typename Application>
 int runTests(int argc, char **argv)
 {
     ::testing::InitGoogleTest(&argc, argv);
+    const QTemporaryDir dataHome; // The trash is in it.
+    qputenv("XDG_DATA_HOME", dataHome.path().toUtf8());
     const Application application(argc, argv);
     qInstallMessageHandler(failOnWarning);
     const int result = RUN_ALL_TESTS();

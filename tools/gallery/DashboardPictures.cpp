@@ -81,6 +81,23 @@ TEST_F(DashboardPictures, Notices)
     draw(QStringLiteral("notices"));
 }
 
+TEST_F(DashboardPictures, LostItems)
+{
+    const QString path = services.home.write(QStringLiteral("papers/will.pdf"), QByteArray(123456, 'x'));
+    services.home.write(QStringLiteral("papers/photos/summer.jpg"), QByteArray(1234567, 'x'));
+    shown();
+    QuillhavenManager &engine = started().manager;
+    for (const QString &each : {path, services.home.path(QStringLiteral("papers/photos"))}) {
+        runTask(engine.protectItem(each, QStringLiteral("Abcdefg1"), false));
+        engine.removeFromProtectedItems(engine.protectedItems().constLast().id);
+    }
+    services.home.write(QStringLiteral(".local/share/quillhaven/3F2504E0-4F89-41D3-9A0C-0305E82C3301_original"), "x");
+    started().dashboard.rescue()->show();
+    spinUntil([this] { return started().dashboard.rescue()->dialog()->count() == 3; });
+    DashboardHarness::settle();
+    draw(QStringLiteral("lost-items"));
+}
+
 TEST_F(DashboardPictures, ThreeSelected)
 {
     storeThree();

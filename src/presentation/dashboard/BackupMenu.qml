@@ -13,6 +13,7 @@ PopMenu {
     id: menu
 
     required property BackupActions backup
+    required property RescueActions rescue
 
     width: Metrics.wideMenuWidth
 
@@ -33,6 +34,11 @@ PopMenu {
         symbol: "arrow.clockwise"
         enabled: menu.backup.isAvailable
         onChosen: menu.backup.showRecoveryDialog()
+    }
+    PopMenuItem {
+        text: "Look for Lost Items"
+        symbol: "magnifyingglass"
+        onChosen: menu.rescue.show()
     }
 
     MenuItem {

@@ -22,13 +22,15 @@ DashboardViewModel::DashboardViewModel(const Platform &platform, QuillhavenManag
       m_rows(quillhavenManager.catalogue(), platform.directories.home),
       m_items(m_rows, m_filters),
       m_statistics(m_items, m_filters),
+      m_keptAside(quillhavenManager, m_notices),
       m_selection(m_items),
       m_bulk(context(), platform.panels),
       m_protecting(context(), m_bulk, platform.panels),
       m_dropping(context(), m_protecting, m_bulk),
       m_itemActions(context(), m_bulk, platform.clock),
       m_shredding(context()),
-      m_backup(context(), platform.defaults.standard())
+      m_backup(context(), platform.defaults.standard()),
+      m_rescue(context(), platform.panels, m_notices, platform.directories.home)
 {
     connect(&masterPasswordManager, &MasterPasswordManager::hasMasterPasswordChanged, this,
             &DashboardViewModel::masterPasswordTextChanged);

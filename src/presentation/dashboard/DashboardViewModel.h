@@ -12,9 +12,11 @@
 #include "presentation/dashboard/FilteredItemsModel.h"
 #include "presentation/dashboard/ItemActions.h"
 #include "presentation/dashboard/ItemSelection.h"
+#include "presentation/dashboard/KeptAsideNotice.h"
 #include "presentation/dashboard/NoticesModel.h"
 #include "presentation/dashboard/ProtectActions.h"
 #include "presentation/dashboard/ProtectedItemsModel.h"
+#include "presentation/dashboard/RescueActions.h"
 #include "presentation/dashboard/SearchFilterBarModel.h"
 #include "presentation/dashboard/ShredActions.h"
 
@@ -49,6 +51,7 @@ class DashboardViewModel : public QObject
     Q_PROPERTY(quillhaven::BulkActions *bulk READ bulk CONSTANT)
     Q_PROPERTY(quillhaven::ShredActions *shredding READ shredding CONSTANT)
     Q_PROPERTY(quillhaven::BackupActions *backup READ backup CONSTANT)
+    Q_PROPERTY(quillhaven::RescueActions *rescue READ rescue CONSTANT)
 
 public:
     /// The references must outlive this object. This object must outlive every job it has started.
@@ -84,6 +87,7 @@ public:
     [[nodiscard]] BulkActions *bulk() { return &m_bulk; }
     [[nodiscard]] ShredActions *shredding() { return &m_shredding; }
     [[nodiscard]] BackupActions *backup() { return &m_backup; }
+    [[nodiscard]] RescueActions *rescue() { return &m_rescue; }
 
     /// Handles a request from the file manager's menu: "action" is "protect", "unlock", "lock" or "shred", "path" the
     /// file. Any other request is ignored, and so is a request to lock an item that is locked.
@@ -108,6 +112,7 @@ private:
     FilteredItemsModel m_items;
     DashboardStatisticsModel m_statistics;
     NoticesModel m_notices;
+    KeptAsideNotice m_keptAside;
     DashboardErrors m_errors;
     ItemSelection m_selection;
     BulkActions m_bulk;
@@ -116,6 +121,7 @@ private:
     ItemActions m_itemActions;
     ShredActions m_shredding;
     BackupActions m_backup;
+    RescueActions m_rescue;
 };
 
 } // namespace quillhaven

@@ -109,6 +109,7 @@ Rectangle {
 
                     y: backupButton.height + Spacing.xs
                     backup: toolbar.dashboard.backup
+                    rescue: toolbar.dashboard.rescue
                 }
             }
 

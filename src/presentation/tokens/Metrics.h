@@ -52,6 +52,7 @@ class Metrics : public QObject
     Q_PROPERTY(int sheetSymbolCircle MEMBER sheetSymbolCircle CONSTANT)
     Q_PROPERTY(int largeSheetSymbolCircle MEMBER largeSheetSymbolCircle CONSTANT)
     Q_PROPERTY(int shortListHeight MEMBER shortListHeight CONSTANT)
+    Q_PROPERTY(int tallListHeight MEMBER tallListHeight CONSTANT)
     Q_PROPERTY(int nameRowHeight MEMBER nameRowHeight CONSTANT)
     Q_PROPERTY(int nameListHeight MEMBER nameListHeight CONSTANT)
     Q_PROPERTY(int compactNameListHeight MEMBER compactNameListHeight CONSTANT)
@@ -123,6 +124,7 @@ public:
     static constexpr int sheetSymbolCircle = 64;
     static constexpr int largeSheetSymbolCircle = 80;
     static constexpr int shortListHeight = 200; ///< at most
+    static constexpr int tallListHeight = 320;  ///< at most
     static constexpr int nameRowHeight = 24;
     static constexpr int nameListHeight = 108; ///< at most
     static constexpr int compactNameListHeight = 52;

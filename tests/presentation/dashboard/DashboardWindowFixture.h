@@ -59,6 +59,7 @@ protected:
                                     .masterPassword = harness.masterPasswordDialog,
                                     .removeProtection = *harness.dashboard.removeProtectionDialogManager(),
                                     .recovery = *harness.dashboard.backup()->recoveryDialogManager(),
+                                    .rescue = *harness.dashboard.rescue()->dialog(),
                                     .error = *harness.dashboard.errorDialogManager(),
                                     .bulkFilePicker = *harness.dashboard.bulk()->picker(),
                                     .bulkProgress = *harness.dashboard.bulk()->progress(),

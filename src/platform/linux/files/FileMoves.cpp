@@ -111,8 +111,8 @@ int swapIn(const QByteArray &original, const struct stat &old, const QByteArray 
     // Finds a folder that could not be emptied afterwards while both items are still whole.
     requireRemovable(original);
     // The names are not exchanged: a program that ended right after that would leave the old item under the name of the
-    // new one, and later mistake it for that.
-    const QByteArray aside = hiddenNameForOriginal(original);
+    // new one, and later mistake it for that. Aside it has a name that is discarded later.
+    const QByteArray aside = hiddenNameForDuplicate(original);
     if (const int error = renameWithoutReplacing(original, aside)) {
         return error;
     }
@@ -192,7 +192,7 @@ void FileMoves::moveAcross(const QByteArray &source, const QByteArray &target, c
     copy.keep();
     const int error = syncParentFolders(target) ? removeReplaced(source, copy.sourceState()) : EIO;
     if (error != 0) {
-        removeTree(target);
+        removeTree(target, ReadOnlyFolders::Open);
         names.fail(error);
     }
     syncParentFolders(source);
@@ -243,7 +243,7 @@ void FileMoves::copy(const QByteArray &source, const QByteArray &target, const M
     }
     copy.keep();
     if (!syncParentFolders(target)) {
-        removeTree(target);
+        removeTree(target, ReadOnlyFolders::Open);
         names.fail(EIO);
     }
 }

@@ -10,10 +10,13 @@
 #include "platform/linux/files/LinuxFileWriter.h"
 #include "platform/linux/files/RemoveTree.h"
 #include "platform/linux/files/ScopedFd.h"
+#include "platform/linux/files/Trash.h"
+#include "platform/linux/files/TreeComparison.h"
 
 #include <dirent.h>
 #include <fcntl.h>
 #include <sys/stat.h>
+#include <sys/statvfs.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -188,6 +191,11 @@ void LinuxFileManager::removeItem(const QString &path)
     removeTree(encodedItemPath(path, Action::Remove));
 }
 
+void LinuxFileManager::trashItem(const QString &path)
+{
+    moveToTrash(path, encodedItemPath(path, Action::Trash));
+}
+
 void LinuxFileManager::discardAbandonedItems(const QString &folder)
 {
     discardAbandonedDuplicates(encodedPath(folder, Action::Remove));
@@ -211,6 +219,40 @@ int64_t LinuxFileManager::sizeOfItem(const QString &path) const
         throw FileError::fromErrno(errno, Action::Read, path);
     }
     return status.st_size;
+}
+
+QDateTime LinuxFileManager::modificationDateOfItem(const QString &path) const
+{
+    const QByteArray name = encodedItemPath(path, Action::Read);
+    struct stat status{};
+    if (lstat(name.constData(), &status) != 0) {
+        throw FileError::fromErrno(errno, Action::Read, path);
+    }
+    constexpr qint64 millisecondsPerSecond = 1000;
+    constexpr qint64 nanosecondsPerMillisecond = 1000000;
+    return QDateTime::fromMSecsSinceEpoch(status.st_mtim.tv_sec * millisecondsPerSecond +
+                                          status.st_mtim.tv_nsec / nanosecondsPerMillisecond);
+}
+
+bool LinuxFileManager::contentsEqual(const QString &path, const QString &other) const
+{
+    try {
+        requireSameTree(encodedItemPath(path, Action::Read), encodedItemPath(other, Action::Read), other);
+        return true;
+    } catch (const FileError &) {
+        return false; // dropped
+    }
+}
+
+int64_t LinuxFileManager::availableSpace(const QString &path) const
+{
+    const QByteArray name = encodedItemPath(path, Action::Use);
+    struct statvfs volume{};
+    if (statvfs(name.constData(), &volume) != 0) {
+        throw FileError::fromErrno(errno, Action::Use, path);
+    }
+    const auto blocks = geteuid() == 0 ? volume.f_bfree : volume.f_bavail; // A part is kept for the administrator.
+    return static_cast<int64_t>(blocks) * static_cast<int64_t>(volume.f_frsize);
 }
 
 QList<FileEntry> LinuxFileManager::regularFilesBelow(const QString &folder) const

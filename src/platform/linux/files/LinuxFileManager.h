@@ -24,10 +24,14 @@ public:
     void renameItem(const QString &path, const QString &newPath) override;
     void copyItem(const QString &source, const QString &target) override;
     void removeItem(const QString &path) override;
+    void trashItem(const QString &path) override;
     void discardAbandonedItems(const QString &folder) override;
     [[nodiscard]] std::unique_ptr<FileReader> openForReading(const QString &path) const override;
     [[nodiscard]] std::unique_ptr<FileWriter> openForWriting(const QString &path) override;
     [[nodiscard]] int64_t sizeOfItem(const QString &path) const override;
+    [[nodiscard]] QDateTime modificationDateOfItem(const QString &path) const override;
+    [[nodiscard]] bool contentsEqual(const QString &path, const QString &other) const override;
+    [[nodiscard]] int64_t availableSpace(const QString &path) const override;
     [[nodiscard]] QList<FileEntry> regularFilesBelow(const QString &folder) const override;
     [[nodiscard]] std::unique_ptr<FileHandle> openForOverwriting(const QString &path) override;
     void sync() override;

@@ -51,10 +51,28 @@ private:
     dev_t m_volume;
 };
 
+bool isOwn(int folder)
+{
+    struct stat status{};
+    return fstat(folder, &status) == 0 && status.st_uid == geteuid();
+}
+
 class Removal final : public OneVolumeVisitor
 {
 public:
-    using OneVolumeVisitor::OneVolumeVisitor;
+    Removal(dev_t volume, ReadOnlyFolders readOnlyFolders)
+        : OneVolumeVisitor(volume), m_opensReadOnlyFolders(readOnlyFolders == ReadOnlyFolders::Open)
+    {
+    }
+
+    void entered(const TreeEntry &entry, int folder, const std::vector<QByteArray> &names) override
+    {
+        OneVolumeVisitor::entered(entry, folder, names);
+        if (m_opensReadOnlyFolders && !names.empty() && faccessat(folder, ".", W_OK | X_OK, AT_EACCESS) != 0 &&
+            isOwn(folder)) {
+            (void)fchmod(folder, S_IRWXU); // If it fails, so does the next removal.
+        }
+    }
 
     [[nodiscard]] bool visit(const TreeEntry &entry) override
     {
@@ -77,6 +95,9 @@ public:
             fail(errno, entry.path);
         }
     }
+
+private:
+    bool m_opensReadOnlyFolders;
 };
 
 /// Whether entries of this folder that belong to `owner` may be taken out of it.
@@ -113,7 +134,7 @@ public:
     void entered(const TreeEntry &entry, int folder, const std::vector<QByteArray> &names) override
     {
         OneVolumeVisitor::entered(entry, folder, names);
-        if (!names.empty() && faccessat(folder, ".", W_OK | X_OK, AT_EACCESS) != 0) {
+        if (!names.empty() && faccessat(folder, ".", W_OK | X_OK, AT_EACCESS) != 0 && !isOwn(folder)) {
             fail(errno, entry.path + '/' + names.front());
         }
     }
@@ -121,19 +142,19 @@ public:
     void left(const TreeEntry & /*entry*/) override {}
 };
 
-template <typename Visitor>
-void walk(const QByteArray &path)
+template <typename Visitor, typename... Arguments>
+void walk(const QByteArray &path, Arguments... arguments)
 {
     const QByteArray trimmed = withoutTrailingSlashes(path);
-    Visitor visitor(volumeOf(trimmed));
+    Visitor visitor(volumeOf(trimmed), arguments...);
     walkTree(trimmed, FileError::Action::Remove, visitor);
 }
 
 } // namespace
 
-void removeTree(const QByteArray &path)
+void removeTree(const QByteArray &path, ReadOnlyFolders readOnlyFolders)
 {
-    walk<Removal>(path);
+    walk<Removal>(path, readOnlyFolders);
 }
 
 void discardTree(const QByteArray &path) noexcept
@@ -141,7 +162,7 @@ void discardTree(const QByteArray &path) noexcept
     constexpr int attempts = 2;
     for (int attempt = 1; attempt <= attempts; ++attempt) {
         try {
-            removeTree(path);
+            removeTree(path, ReadOnlyFolders::Open);
             return;
         } catch (const FileError &error) {
             if (error.kind() == FileError::Kind::NoSuchFile) {

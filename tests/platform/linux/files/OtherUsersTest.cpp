@@ -53,6 +53,39 @@ TEST_F(OtherUsersTest, APropertyThatWouldBeLostOnTheOtherFileSystemStopsTheMove)
     EXPECT_FALSE(exists(other(QStringLiteral("theirs.txt"))));
 }
 
+TEST_F(OtherUsersTest, AFolderOfAnotherUserThatCannotBeEmptiedIsNotCopied)
+{
+    const QString inner = home.write(QStringLiteral("folder/locked/file"));
+    ASSERT_EQ(chmod(bytesOf(home.path()).constData(), 0777), 0);
+    ASSERT_EQ(chmod(bytesOf(home.path(QStringLiteral("folder"))).constData(), 0777), 0);
+    ASSERT_EQ(chmod(bytesOf(home.path(QStringLiteral("folder/locked"))).constData(), 0555), 0);
+    ASSERT_EQ(chmod(bytesOf(other({})).constData(), 0777), 0);
+    {
+        const AsPlainUser user;
+        expectKind(Kind::NoPermission,
+                   [&] { files.moveItem(home.path(QStringLiteral("folder")), other(QStringLiteral("folder"))); });
+    }
+    EXPECT_TRUE(exists(inner));
+    EXPECT_FALSE(exists(other(QStringLiteral("folder"))));
+    ASSERT_EQ(chmod(bytesOf(home.path(QStringLiteral("folder/locked"))).constData(), 0755), 0);
+}
+
+TEST_F(OtherUsersTest, AFolderOfAnotherUserThatCannotBeEmptiedIsNotReplaced)
+{
+    const QString inner = home.write(QStringLiteral("old/locked/file"));
+    const QString fresh = home.write(QStringLiteral("new"), "new");
+    ASSERT_EQ(chmod(bytesOf(home.path()).constData(), 0777), 0);
+    ASSERT_EQ(chmod(bytesOf(home.path(QStringLiteral("old"))).constData(), 0777), 0);
+    ASSERT_EQ(chmod(bytesOf(home.path(QStringLiteral("old/locked"))).constData(), 0555), 0);
+    {
+        const AsPlainUser user;
+        expectKind(Kind::NoPermission, [&] { files.replaceItemAt(home.path(QStringLiteral("old")), fresh); });
+    }
+    EXPECT_TRUE(exists(inner));
+    EXPECT_EQ(read(fresh), "new");
+    ASSERT_EQ(chmod(bytesOf(home.path(QStringLiteral("old/locked"))).constData(), 0755), 0);
+}
+
 TEST_F(OtherUsersTest, ATemporaryDirectoryOfAnotherUserIsRejected)
 {
     const QByteArray theirs = bytesOf(home.path(QStringLiteral("quillhaven-0")));
