@@ -16,6 +16,7 @@
 #include "presentation/MainWindow.h"
 #include "presentation/SheetModels.h"
 #include "presentation/WindowEngine.h"
+#include "presentation/dashboard/CredentialStoreNotice.h"
 #include "presentation/dashboard/DashboardViewModel.h"
 #include "presentation/dashboard/SettingsNotice.h"
 #include "presentation/dialogs/ConfirmationDialogManager.h"
@@ -78,6 +79,8 @@ int runWindow(const Platform &platform, SingleInstance &instance, QtApplicationP
                                   .protectionMethod = ProtectionMethodDialogManager::shared(),
                                   .passwordInput = PasswordInputDialogManager::shared(),
                                   .masterPassword = MasterPasswordDialogManager::shared()});
+    const CredentialStoreNotice storeNotice(platform.credentialStoreState, *dashboard.notices(),
+                                            ConfirmationDialogManager::shared());
     const Sheets sheets{.confirmation = ConfirmationDialogManager::shared(),
                         .protectionMethod = ProtectionMethodDialogManager::shared(),
                         .passwordInput = PasswordInputDialogManager::shared(),

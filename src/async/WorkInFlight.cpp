@@ -18,6 +18,7 @@ struct State
     bool isClosed = false;
     std::function<void()> exit;
     std::vector<std::coroutine_handle<>> parked;
+    std::list<std::function<void()>> atClosing;
 };
 
 State &state()
@@ -53,7 +54,20 @@ void WorkInFlight::close(std::function<void()> exit)
     }
     state().isClosing = true;
     state().exit = std::move(exit);
+    for (const auto &action : state().atClosing) {
+        action();
+    }
     exitWhenIdle();
+}
+
+WorkInFlight::AtClosing::AtClosing(std::function<void()> action)
+    : m_place(state().atClosing.insert(state().atClosing.end(), std::move(action)))
+{
+}
+
+WorkInFlight::AtClosing::~AtClosing()
+{
+    state().atClosing.erase(m_place);
 }
 
 bool WorkInFlight::isClosing()

@@ -7,6 +7,7 @@
 
 #include <coroutine>
 #include <functional>
+#include <list>
 
 namespace quillhaven {
 
@@ -35,6 +36,20 @@ public:
     [[nodiscard]] static bool isClosing();
     /// Whether the end is decided: no work starts and no coroutine goes on any more.
     [[nodiscard]] static bool isClosed();
+
+    /// Calls an action when the end is asked for, or never, for as long as it lives: to limit what the process would
+    /// otherwise wait for.
+    class AtClosing
+    {
+    public:
+        explicit AtClosing(std::function<void()> action);
+        ~AtClosing();
+        AtClosing(const AtClosing &) = delete;
+        AtClosing &operator=(const AtClosing &) = delete;
+
+    private:
+        std::list<std::function<void()>>::iterator m_place;
+    };
 
     /// Keeps a coroutine that wanted to go on after the end was decided. It is never resumed: it stays at the step it
     /// had reached, like one that waits for a user who does not answer.

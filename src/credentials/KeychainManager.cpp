@@ -29,6 +29,14 @@ KeychainManager::KeychainManager(CredentialStore &store, RandomSource &random, c
 {
 }
 
+void KeychainManager::prepareForWriting()
+{
+    const CredentialStatus status = m_store.prepareForWriting();
+    if (status != credentialSuccess) {
+        throw KeychainError(KeychainError::saveFailed, status);
+    }
+}
+
 void KeychainManager::storePassword(const QString &password, const QString &id)
 {
     store(id, password);

@@ -20,6 +20,8 @@ public:
     /// The references must outlive this object.
     KeychainManager(CredentialStore &store, RandomSource &random, const QString &serviceName);
 
+    /// Makes the store ready for a new entry, which may ask the user to unlock it. Throws what storing would throw.
+    void prepareForWriting();
     /// Stores or replaces the password of an item.
     void storePassword(const QString &password, const QString &id);
     [[nodiscard]] QString retrievePassword(const QString &id);

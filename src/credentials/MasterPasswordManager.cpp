@@ -5,9 +5,11 @@
 #include "async/Answer.h"
 #include "async/Jobs.h"
 #include "async/OffMainThread.h"
+#include "credentials/KeychainError.h"
 #include "credentials/MasterPasswordDialogManager.h"
 #include "credentials/MasterPasswordError.h"
 #include "credentials/PasswordStrength.h"
+#include "platform/CredentialStoreState.h"
 #include "platform/Platform.h"
 
 namespace quillhaven {
@@ -28,6 +30,15 @@ MasterPasswordManager::MasterPasswordManager(const Platform &platform, MasterPas
       m_dialogManager(dialogManager),
       m_keychain(std::make_shared<KeychainManager>(platform.credentials, platform.random, keychainServiceName))
 {
+    connect(&platform.credentialStoreState, &CredentialStoreState::becameReadable, this,
+            &MasterPasswordManager::readAgain);
+    startReading();
+}
+
+MasterPasswordManager::~MasterPasswordManager() = default;
+
+void MasterPasswordManager::startReading()
+{
     startJob([self = QPointer(this)]() -> QCoro::Task<> {
         if (self) {
             co_await readAtStart(self);
@@ -35,16 +46,25 @@ MasterPasswordManager::MasterPasswordManager(const Platform &platform, MasterPas
     });
 }
 
-MasterPasswordManager::~MasterPasswordManager() = default;
+void MasterPasswordManager::readAgain()
+{
+    if (m_hasReadAtStart && m_couldNotRead && !m_hasMasterPassword) {
+        m_hasReadAtStart = false;
+        startReading();
+    }
+}
 
 QCoro::Task<> MasterPasswordManager::readAtStart(QPointer<MasterPasswordManager> self)
 {
     // Any failure means that there is no master password: all guards of the program wait for the end of this read.
     bool exists = false;
+    bool isRefused = false;
     try {
         auto read = [keychain = self->m_keychain] { (void)keychain->retrieveMasterPassword(); };
         co_await offMainThread(self->m_credentialQueue, std::move(read));
         exists = true;
+    } catch (const KeychainError &error) {
+        isRefused = error.errorCase() == KeychainError::retrieveFailed && error.status() != credentialItemNotFound;
     } catch (...) { // NOLINT(bugprone-empty-catch)
     }
     if (!self) {
@@ -52,6 +72,7 @@ QCoro::Task<> MasterPasswordManager::readAtStart(QPointer<MasterPasswordManager>
     }
     self->setHasMasterPassword(exists);
     self->m_hasReadAtStart = true;
+    self->m_couldNotRead = isRefused;
     for (const auto &waiting : std::exchange(self->m_waitingForStart, {})) {
         waiting.give(true);
     }

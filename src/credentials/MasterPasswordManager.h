@@ -44,7 +44,8 @@ public:
 
     /// Whether a session is open.
     [[nodiscard]] bool isAuthenticated() const { return m_isAuthenticated; }
-    /// Whether an entry exists in the store. False until the store has answered at start, and if it could not be read.
+    /// Whether an entry exists in the store. False until the store has answered at start, and if it could not be read;
+    /// a store that answers later is read again.
     [[nodiscard]] bool hasMasterPassword() const { return m_hasMasterPassword; }
 
     /// Stores a new master password or replaces the old one. Throws a MasterPasswordError if it is empty or weak, or
@@ -78,6 +79,9 @@ private:
 
     // Static, since this object may be destroyed before the store answers.
     [[nodiscard]] static QCoro::Task<> readAtStart(QPointer<MasterPasswordManager> self);
+    void startReading();
+    /// Reads again if the store had refused the read at start.
+    void readAgain();
     [[nodiscard]] static QCoro::Task<> checkEntered(QPointer<MasterPasswordManager> self, QString entered,
                                                     std::shared_ptr<Showing> showing);
     /// Ends when the store has answered whether a master password exists.
@@ -93,7 +97,8 @@ private:
     std::shared_ptr<KeychainManager> m_keychain;
     bool m_isAuthenticated = false;
     bool m_hasMasterPassword = false;
-    bool m_hasReadAtStart = false;
+    bool m_hasReadAtStart = false; ///< false also while it is read again
+    bool m_couldNotRead = false;   ///< the store refused to say whether there is one
     std::vector<Answer<bool>> m_waitingForStart;
     std::shared_ptr<Showing> m_showing; ///< the latest one
     std::unique_ptr<RunningTimer> m_authenticationTimer;

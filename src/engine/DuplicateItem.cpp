@@ -64,6 +64,9 @@ QCoro::Task<> QuillhavenManager::duplicate(ProtectedItem item, OperationScope &o
 {
     requireKeptRecords(); // before there is a copy, which lies open
     FileManager &files = m_platform.fileManager;
+    if (!item.isFolder) {
+        co_await prepareToStoreCredentials(); // before there is a copy that could not be protected
+    }
     co_await operation.lease(); // until the copy is made
     progressCallback(QStringLiteral("Preparing to duplicate item..."), 0.1);
     if (!files.fileExists(item.originalBackupPath)) {

@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// Protecting moves an item into private storage and records it. Nothing is undone on a failure; what exists after
-// each step, also when the process dies there:
+// Protecting moves an item into private storage and records it. A file is only moved when the credential store is ready
+// to keep its password: it is unlocked first. Nothing is undone on a failure; what exists after each step, also when
+// the process dies there:
 //
 // | After         | Original place | Private storage | Documents | Credential | Catalogue     |
 // |---------------|----------------|-----------------|-----------|------------|---------------|
@@ -214,6 +215,9 @@ QCoro::Task<> QuillhavenManager::protectItemWithAccessibleURL(QString path, QStr
     if (!claim) {
         throw QuillhavenError(QuillhavenError::accessDenied, alreadyProtectedText);
     }
+    if (files.fileExists(path) && !files.isDirectory(path)) {
+        co_await prepareToStoreCredentials();
+    }
     // A folder above may be moving, or an item below.
     ItemLease lease = co_await m_catalogue.leasePlace(path);
     const QString id = m_platform.random.uuidString();
@@ -254,6 +258,12 @@ QCoro::Task<> QuillhavenManager::protectItemWithAccessibleURL(QString path, QStr
     m_catalogue.append(item);
     lease.release();
     co_await backupNewItem(item.id);
+}
+
+QCoro::Task<> QuillhavenManager::prepareToStoreCredentials()
+{
+    auto prepare = [keychain = m_keychain] { keychain->prepareForWriting(); };
+    co_await offMainThread(m_platform.credentialQueue, std::move(prepare));
 }
 
 QCoro::Task<> QuillhavenManager::clearContainerName(QString containerPath)

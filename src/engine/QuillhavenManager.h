@@ -172,6 +172,8 @@ protected:
     // close no session. Errors are passed on as reported.
 
     [[nodiscard]] QCoro::Task<> protectItemWithAccessibleURL(QString path, QString password, bool useTouchID);
+    /// Asks the credential store to be ready for a new entry. Throws KeychainError::saveFailed if it is not.
+    [[nodiscard]] QCoro::Task<> prepareToStoreCredentials();
     [[nodiscard]] QCoro::Task<> lockItemWithoutFileAccess(ProtectedItem item);
     [[nodiscard]] QCoro::Task<> unlockItemWithAccessibleURL(ProtectedItem item, QString accessiblePath);
     [[nodiscard]] QCoro::Task<> removeProtectionWithAccessibleURL(ProtectedItem item, QString accessiblePath);

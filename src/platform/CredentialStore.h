@@ -15,7 +15,7 @@ using CredentialStatus = qint32;
 inline constexpr CredentialStatus credentialSuccess = 0;
 inline constexpr CredentialStatus credentialDuplicateItem = -25299; ///< an entry of this service and account exists
 inline constexpr CredentialStatus credentialItemNotFound = -25300;
-inline constexpr CredentialStatus credentialInteractionNotAllowed = -25308; ///< the store is locked
+inline constexpr CredentialStatus credentialInteractionNotAllowed = -25308; ///< the user did not let the store do it
 inline constexpr CredentialStatus credentialNotAvailable = -25291;          ///< the store does not answer
 inline constexpr CredentialStatus credentialNoDefaultCollection = -25294;   ///< the store has no place for new entries
 inline constexpr CredentialStatus credentialDecodeFailed = -26275;          ///< the stored value cannot be opened
@@ -36,6 +36,9 @@ public:
     CredentialStore(const CredentialStore &) = delete;
     CredentialStore &operator=(const CredentialStore &) = delete;
 
+    /// Makes the place of new entries ready without storing one: what is locked is unlocked, which may ask the user.
+    /// `credentialSuccess` when an entry can be stored now, else what storing one would fail with.
+    [[nodiscard]] virtual CredentialStatus prepareForWriting() = 0;
     /// Makes an entry; `credentialDuplicateItem` when one exists.
     [[nodiscard]] virtual CredentialStatus add(const QString &service, const QString &account,
                                                const QByteArray &value) = 0;

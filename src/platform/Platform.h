@@ -14,6 +14,7 @@ class BiometricAuthenticator;
 class Clock;
 class CloudStorage;
 class CredentialStore;
+class CredentialStoreState;
 class FileManager;
 class FilePanels;
 class RandomSource;
@@ -27,6 +28,7 @@ struct Platform
     UserDefaultsProvider &defaults;
     CredentialStore &credentials;
     QThreadPool &credentialQueue; ///< one thread: the credential store is asked one thing at a time
+    CredentialStoreState &credentialStoreState;
     BiometricAuthenticator &biometrics;
     FilePanels &panels;
     CloudStorage &cloud;

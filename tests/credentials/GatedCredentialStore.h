@@ -17,6 +17,7 @@ class GatedCredentialStore : public CredentialStore
 public:
     explicit GatedCredentialStore(CredentialStore &next) : m_next(next) {}
 
+    [[nodiscard]] CredentialStatus prepareForWriting() override { return m_next.prepareForWriting(); }
     [[nodiscard]] CredentialStatus add(const QString &service, const QString &account, const QByteArray &value) override
     {
         return m_next.add(service, account, value);

@@ -145,6 +145,45 @@ TEST_F(MasterPassword, AStoreThatCannotBeReadAtStartLetsEveryGuardPass)
     }
 }
 
+TEST_F(MasterPassword, AStoreThatAnswersAfterARefusedStartBringsTheGuardBack)
+{
+    m_services.credentials.entries[masterAccount] = masterPassword.toUtf8();
+    m_services.credentials.failWith = credentialNotAvailable;
+    start();
+    EXPECT_TRUE(runTask(m_manager->requireAuthenticationOrCancel()));
+
+    m_services.credentials.failWith = credentialSuccess;
+    Q_EMIT m_services.credentialStoreState.becameReadable();
+    const auto waiting = guard();
+    EXPECT_TRUE(spinUntil([this] { return m_dialog.isPresented(); }));
+    EXPECT_TRUE(m_manager->hasMasterPassword());
+    enter(masterPassword);
+    EXPECT_TRUE(waiting.wait());
+}
+
+TEST_F(MasterPassword, AStoreThatIsStillRefusedKeepsBeingReadAgain)
+{
+    m_services.credentials.entries[masterAccount] = masterPassword.toUtf8();
+    m_services.credentials.failWith = credentialInteractionNotAllowed;
+    start();
+    Q_EMIT m_services.credentialStoreState.becameReadable();
+    EXPECT_TRUE(runTask(m_manager->requireAuthenticationOrCancel()));
+    EXPECT_FALSE(m_manager->hasMasterPassword());
+
+    m_services.credentials.failWith = credentialSuccess;
+    Q_EMIT m_services.credentialStoreState.becameReadable();
+    EXPECT_TRUE(spinUntil([this] { return m_manager->hasMasterPassword(); }));
+}
+
+TEST_F(MasterPassword, AStoreThatAnsweredAtStartIsNotReadAgain)
+{
+    start();
+    const int lookups = m_store.lookups;
+    Q_EMIT m_services.credentialStoreState.becameReadable();
+    EXPECT_TRUE(runTask(m_manager->requireAuthenticationOrCancel()));
+    EXPECT_EQ(m_store.lookups, lookups);
+}
+
 TEST_F(MasterPassword, AStoreThatThrowsAtStartLetsEveryGuardPass)
 {
     m_store.failure = std::make_exception_ptr(std::bad_alloc());

@@ -141,13 +141,13 @@ class Keyring:
     def __init__(self):
         self._service = Secret.Service.get_sync(Secret.ServiceFlags.LOAD_COLLECTIONS, None)
 
-    def _items(self):
-        return self._service.search_sync(None, {}, Secret.SearchFlags.ALL | Secret.SearchFlags.LOAD_SECRETS, None)
+    def _items(self, attributes=None):
+        return self._service.search_sync(None, attributes or {}, Secret.SearchFlags.ALL | Secret.SearchFlags.LOAD_SECRETS, None)
 
     def entries(self):
-        """Returns the secrets by their account."""
+        """Returns the program's secrets by their account."""
         found = {}
-        for item in self._items():
+        for item in self._items({"service": OWN_DOMAIN}):
             secret = item.get_secret()
             account = item.get_attributes().get("account")
             if account is not None:
@@ -163,14 +163,17 @@ class Keyring:
             self._service, Secret.COLLECTION_DEFAULT, Secret.CollectionFlags.NONE, None)
 
     def lock(self):
-        """Locks the keyring in which new secrets are stored. The daemon cannot unlock it again without its password."""
+        """Locks the keyring in which new secrets are stored. The daemon asks for its password to unlock it again."""
         locked, _ = self._service.lock_sync([self._collection()], None)
         if not locked:
             raise AssertionError("The keyring could not be locked.")
 
-    def is_locked(self):
-        collection = self._collection()
-        return collection is None or collection.get_locked()
+    def send(self, number):
+        """Sends a signal to the daemon, such as one that stops it."""
+        bus = Gio.bus_get_sync(Gio.BusType.SESSION, None)
+        pid = bus.call_sync("org.freedesktop.DBus", "/", "org.freedesktop.DBus", "GetConnectionUnixProcessID",
+                            GLib.Variant("(s)", ("org.freedesktop.secrets",)), None, Gio.DBusCallFlags.NONE, -1, None)
+        os.kill(pid.unpack()[0], number)
 
 
 __all__ = ["Gio", "GLib", "Home", "Keyring", "OWN_DOMAIN", "PLACEHOLDER", "ROOT", "SHARED_DOMAIN", "differences",

@@ -1,8 +1,11 @@
 #!/usr/bin/python3
 # SPDX-License-Identifier: GPL-3.0-or-later
-"""A locked keyring. In its own session, since a locked keyring remains locked until the session ends."""
+"""A locked keyring, which asks for its password, and one that does not answer at all."""
+
+import signal
 
 import flows
+import keyring_prompt
 from desktop_driver import BUTTON
 from window_case import WindowTest, main
 
@@ -10,20 +13,70 @@ from window_case import WindowTest, main
 class LockedKeyring(WindowTest):
     starts = False
 
-    def test_the_program_starts_and_reports_that_it_cannot_store_the_password(self):
-        letter = self.file("letter.txt")
-        self.keyring.lock()
-        self.assertTrue(self.keyring.is_locked())
-        program = self.start()
-        program.find(BUTTON, "Set Master Password")
-        flows.open_protection(program, letter)
+    def choose_password_protection(self, program, path):
+        flows.open_protection(program, path)
         program.find(BUTTON, flows.re.compile(f"^{flows.PASSWORD_CARD}")).press()
         flows.enter_new_password(program, flows.ITEM_PASSWORD)
         flows.grant_access(program)
+
+    def test_a_file_stays_where_it_is_if_its_password_cannot_be_stored(self):
+        letter = self.file("letter.txt")
+        self.keyring.lock()
+        program = self.start()
+        keyring_prompt.dismiss()
+        program.find(BUTTON, "Set Master Password")
+        self.choose_password_protection(program, letter)
+        keyring_prompt.dismiss()
         program.says("Failed to save to keychain: -25308")
-        # The data is in private storage without a record, as the README says, and must not be lost there.
-        self.assertEqual([entry.read_text() for entry in self.home.storage.iterdir()], ["content\n"])
+        self.assertEqual(letter.read_text(), "content\n")
+        self.assertEqual(list(self.home.storage.iterdir()), [])
         self.assertEqual(self.home.catalogue(), [])
+
+        # The prompt comes again at the next attempt, and the program goes on with what it was asked for.
+        program.press(BUTTON, "OK")
+        self.choose_password_protection(program, letter)
+        keyring_prompt.unlock()
+        flows.row(program, "letter.txt", "locked")
+        self.assertEqual(list(self.keyring.entries().values()), [flows.ITEM_PASSWORD])
+
+    def test_the_master_password_is_asked_for_as_soon_as_it_can_be_read(self):
+        letter, notes = self.file("letter.txt"), self.file("notes.txt")
+        program = self.start()
+        flows.protect_with_password(program, letter)
+        flows.set_master_password(program, self.home, self.keyring)
+        self.assertEqual(program.quit(), 0)
+
+        self.keyring.lock()
+        again = self.start()
+        keyring_prompt.dismiss()
+        again.find(BUTTON, "Set Master Password")
+        self.choose_password_protection(again, notes)
+        keyring_prompt.unlock()
+        again.find(BUTTON, "Change Master Password")
+        flows.row(again, "notes.txt", "locked")
+        flows.unlock(again, "letter.txt", master_password=flows.MASTER_PASSWORD)
+
+
+class SilentKeyring(WindowTest):
+    starts = False
+
+    def setUp(self):
+        super().setUp()
+        self.keyring.send(signal.SIGSTOP)
+        self.addCleanup(self.keyring.send, signal.SIGCONT)
+        self.silent = self.start()
+
+    def test_the_window_says_that_it_waits_and_the_program_can_end(self):
+        self.silent.find(None, flows.re.compile("^Waiting for the keyring."))
+        self.assertEqual(self.silent.quit(), 0)
+
+    def test_a_keyring_that_answers_later_is_used(self):
+        letter = self.file("letter.txt")
+        self.silent.find(None, flows.re.compile("^Waiting for the keyring."))
+        self.keyring.send(signal.SIGCONT)
+        self.silent.gone(None, flows.re.compile("^Waiting for the keyring."))
+        flows.protect_with_password(self.silent, letter)
+        self.assertEqual(list(self.keyring.entries().values()), [flows.ITEM_PASSWORD])
 
 
 if __name__ == "__main__":

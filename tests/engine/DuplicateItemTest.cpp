@@ -71,6 +71,16 @@ protected:
 
 } // namespace
 
+TEST_F(DuplicateItem, IfTheCredentialStoreIsNotReadyNoCopyIsMade)
+{
+    start(QStringLiteral("a.txt"));
+    services.credentials.failWith = credentialInteractionNotAllowed;
+    EXPECT_THROW(duplicate(), KeychainError);
+    EXPECT_EQ(onDesktop(), QStringList{QStringLiteral("a.txt")});
+    EXPECT_EQ(engine->count(), 1);
+    expectFlagIsReset();
+}
+
 TEST_F(DuplicateItem, DuplicateOfALockedFileIsAnItemWithoutAFileAtItsPlace)
 {
     start(QStringLiteral("report.txt"));

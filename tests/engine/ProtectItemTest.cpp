@@ -156,9 +156,17 @@ TEST_F(ProtectItem, TakenNameInPrivateStorageGetsACounter)
     MasterPasswordDialogManager dialog;
     MasterPasswordManager master(platform, dialog);
     PasswordInputDialogManager passwordDialog;
-    const Platform fixed{
-        platform.fileManager, platform.directories, platform.defaults, platform.credentials, platform.credentialQueue,
-        platform.biometrics,  platform.panels,      platform.cloud,    platform.clock,       random};
+    const Platform fixed{platform.fileManager,
+                         platform.directories,
+                         platform.defaults,
+                         platform.credentials,
+                         platform.credentialQueue,
+                         platform.credentialStoreState,
+                         platform.biometrics,
+                         platform.panels,
+                         platform.cloud,
+                         platform.clock,
+                         random};
     QuillhavenShredder shredder(fixed, master);
     QuillhavenManager manager(fixed, master, passwordDialog, shredder);
     runTask(manager.protectItem(services.home.write(QStringLiteral("Desktop/a.txt"), "mine"),
@@ -188,11 +196,37 @@ TEST_F(ProtectItem, FailingCredentialStoreLeavesThePlaceholderAndNoRecord)
 {
     const QString path = services.home.write(QStringLiteral("Desktop/a.txt"), "mine");
     EngineHarness engine(services);
-    services.credentials.failWith = credentialInteractionNotAllowed;
+    services.credentials.failWritesWith = credentialInteractionNotAllowed;
     EXPECT_THROW(engine.protect(path), LocalizedError);
     EXPECT_EQ(engine.count(), 0);
     EXPECT_EQ(TemporaryHome::read(path), placeholderText.toUtf8());
     EXPECT_EQ(TemporaryHome::read(storage(storedNames().first())), "mine");
+}
+
+TEST_F(ProtectItem, IfTheCredentialStoreIsNotReadyAFileIsNotMoved)
+{
+    const QString path = services.home.write(QStringLiteral("Desktop/a.txt"), "mine");
+    EngineHarness engine(services);
+    services.credentials.failWith = credentialInteractionNotAllowed;
+    EXPECT_EQ(failureOf([&] { engine.protect(path); }), QStringLiteral("Failed to save to keychain: -25308"));
+    EXPECT_EQ(engine.count(), 0);
+    EXPECT_EQ(TemporaryHome::read(path), "mine");
+    EXPECT_TRUE(storedNames().isEmpty());
+    EXPECT_FALSE(TemporaryHome::exists(services.home.path(QStringLiteral("Documents/a.txt.secured"))));
+    EXPECT_FALSE(engine.manager.isProcessing());
+
+    services.credentials.failWith = credentialSuccess;
+    engine.protect(path);
+    EXPECT_EQ(engine.count(), 1);
+}
+
+TEST_F(ProtectItem, AFolderNeedsNoCredentialStore)
+{
+    (void)services.home.write(QStringLiteral("Desktop/papers/a.txt"), "mine");
+    EngineHarness engine(services);
+    services.credentials.failWith = credentialNotAvailable;
+    engine.protect(services.home.path(QStringLiteral("Desktop/papers")));
+    EXPECT_EQ(engine.count(), 1);
 }
 
 TEST_F(ProtectItem, ChoosingAnotherFileInThePanelFailsWithTheNameOfTheItemAndMovesNothing)

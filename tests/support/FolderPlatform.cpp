@@ -33,6 +33,7 @@ Platform FolderPlatform::platform(FileManager &otherFiles, UserDefaultsProvider 
             .defaults = otherDefaults,
             .credentials = otherCredentials,
             .credentialQueue = credentialQueue,
+            .credentialStoreState = credentialStoreState,
             .biometrics = biometrics,
             .panels = panels,
             .cloud = cloud,

@@ -8,6 +8,7 @@
 #include "platform/linux/files/LinuxFileManager.h"
 #include "platform/linux/settings/SqliteUserDefaultsProvider.h"
 #include "support/FakeBiometricAuthenticator.h"
+#include "support/FakeCredentialStoreState.h"
 #include "support/FakeFilePanels.h"
 #include "support/InMemoryCredentialStore.h"
 #include "support/ManualClock.h"
@@ -39,6 +40,7 @@ public:
     SqliteUserDefaultsProvider defaults;
     InMemoryCredentialStore credentials;
     QThreadPool credentialQueue;
+    FakeCredentialStoreState credentialStoreState;
     FakeBiometricAuthenticator biometrics;
     FakeFilePanels panels;
     CloudFolders cloud;

@@ -84,6 +84,7 @@ class HookedCredentialStore : public CredentialStore
 public:
     HookedCredentialStore(CredentialStore &next, const SeamHooks &hooks) : m_next(next), m_hooks(hooks) {}
 
+    [[nodiscard]] CredentialStatus prepareForWriting() override { return m_next.prepareForWriting(); }
     [[nodiscard]] CredentialStatus add(const QString &service, const QString &account, const QByteArray &value) override
     {
         return m_hooks.around("add", account, [&] { return m_next.add(service, account, value); });

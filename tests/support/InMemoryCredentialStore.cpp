@@ -9,6 +9,9 @@ CredentialStatus InMemoryCredentialStore::add(const QString &, const QString &ac
     if (failWith != credentialSuccess) {
         return failWith;
     }
+    if (failWritesWith != credentialSuccess) {
+        return failWritesWith;
+    }
     if (entries.contains(account)) {
         return credentialDuplicateItem;
     }
@@ -20,6 +23,9 @@ CredentialStatus InMemoryCredentialStore::update(const QString &, const QString 
 {
     if (failWith != credentialSuccess) {
         return failWith;
+    }
+    if (failWritesWith != credentialSuccess) {
+        return failWritesWith;
     }
     if (!entries.contains(account)) {
         return credentialItemNotFound;

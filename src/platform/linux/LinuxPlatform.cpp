@@ -8,6 +8,7 @@ LinuxPlatform::LinuxPlatform(const UserDirectories &directories)
     : m_directories(directories),
       m_defaults(directories.configuration),
       m_credentials(directories.configuration, m_random),
+      m_credentialStoreState(m_credentials, m_credentialQueue, m_clock),
       m_cloud(m_directories)
 {
     m_credentialQueue.setMaxThreadCount(1);
@@ -15,6 +16,7 @@ LinuxPlatform::LinuxPlatform(const UserDirectories &directories)
 
 LinuxPlatform::~LinuxPlatform()
 {
+    m_credentials.close();
     m_credentialQueue.waitForDone();
 }
 
@@ -25,6 +27,7 @@ Platform LinuxPlatform::platform(FilePanels &panels)
             .defaults = m_defaults,
             .credentials = m_credentials,
             .credentialQueue = m_credentialQueue,
+            .credentialStoreState = m_credentialStoreState,
             .biometrics = m_biometrics,
             .panels = panels,
             .cloud = m_cloud,

@@ -5,6 +5,7 @@
 #include "platform/Platform.h"
 #include "platform/linux/OpenSslRandomSource.h"
 #include "platform/linux/credentials/SystemCredentialStore.h"
+#include "platform/linux/credentials/SystemCredentialStoreState.h"
 #include "platform/linux/files/CloudFolders.h"
 #include "platform/linux/files/LinuxFileManager.h"
 #include "platform/linux/session/EventLoopClock.h"
@@ -20,7 +21,7 @@ class LinuxPlatform
 {
 public:
     explicit LinuxPlatform(const UserDirectories &directories);
-    /// Waits for what the credential store was still asked.
+    /// Ends what the credential store was still asked.
     ~LinuxPlatform();
     LinuxPlatform(const LinuxPlatform &) = delete;
     LinuxPlatform &operator=(const LinuxPlatform &) = delete;
@@ -35,9 +36,10 @@ private:
     SqliteUserDefaultsProvider m_defaults;
     SystemCredentialStore m_credentials;
     QThreadPool m_credentialQueue;
+    EventLoopClock m_clock;
+    SystemCredentialStoreState m_credentialStoreState;
     FprintAuthenticator m_biometrics;
     CloudFolders m_cloud;
-    EventLoopClock m_clock;
 };
 
 } // namespace quillhaven

@@ -5,7 +5,9 @@
 #include "cipher/CipherError.h"
 #include "cipher/SealedBox.h"
 #include "platform/linux/files/FolderEntries.h"
+#include "support/printLogger.h"
 
+#include <QDateTime>
 #include <QDir>
 #include <QFile>
 #include <QSaveFile>
@@ -69,10 +71,65 @@ bool EmbeddedCredentialStore::open()
 {
     if (!m_isOpen) {
         QDir().mkpath(m_directory);
-        m_isOpen =
-            m_database.open(m_directory + QStringLiteral("/credentials.db")) == SqliteDatabase::OpenResult::Opened;
+        m_lastOpening = m_database.open(databasePath());
+        m_isOpen = m_lastOpening == SqliteDatabase::OpenResult::Opened;
     }
     return m_isOpen;
+}
+
+EmbeddedCredentialStore::Content EmbeddedCredentialStore::content()
+{
+    if (!m_isOpen && !QFile::exists(databasePath()) && !QFile::exists(databasePath() + QStringLiteral("-wal"))) {
+        return Content::None;
+    }
+    if (!open()) {
+        return m_lastOpening == SqliteDatabase::OpenResult::Damaged ? Content::Damaged : Content::Unusable;
+    }
+    const auto rows = m_database.rows();
+    if (!rows) {
+        return Content::Unusable;
+    }
+    return rows->isEmpty() ? Content::Empty : Content::Entries;
+}
+
+void EmbeddedCredentialStore::setAsideIfUnusable()
+{
+    const Content found = content();
+    if (found != Content::Damaged && found != Content::Unusable) {
+        return;
+    }
+    m_database.close();
+    m_isOpen = false;
+    const QString stamp = QDateTime::currentDateTimeUtc().toString(QStringLiteral("yyyyMMddTHHmmsszzzZ"));
+    const QString suffix = QStringLiteral(".unusable-") + stamp;
+    printLogger(QStringLiteral("⚠️ The store of credentials ") + databasePath() +
+                QStringLiteral(" cannot be used. It is set aside as ") + databasePath() + suffix);
+    for (const QString &part : {QString(), QStringLiteral("-wal"), QStringLiteral("-shm")}) {
+        QFile::rename(databasePath() + part, databasePath() + suffix + part);
+    }
+    QFile::rename(keyPath(), keyPath() + suffix);
+}
+
+CredentialStatus EmbeddedCredentialStore::prepareForWriting()
+{
+    if (!open()) {
+        return credentialNotAvailable;
+    }
+    if (!sealingKey()) {
+        return credentialDecodeFailed;
+    }
+    bool isStored = false;
+    const auto storeAndUndo = [this, &isStored] {
+        isStored = m_database.store({QStringLiteral("writable"), sealedType, QByteArray(1, '\0')});
+        return false;
+    };
+    (void)m_database.inTransaction(storeAndUndo); // always false
+    return isStored ? credentialSuccess : credentialNotAvailable;
+}
+
+QString EmbeddedCredentialStore::databasePath() const
+{
+    return m_directory + QStringLiteral("/credentials.db");
 }
 
 QString EmbeddedCredentialStore::keyPath() const

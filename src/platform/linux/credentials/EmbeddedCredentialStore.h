@@ -17,6 +17,22 @@ public:
     /// `directory` is the program's configuration folder. `random` must outlive this object.
     EmbeddedCredentialStore(const QString &directory, RandomSource &random);
 
+    /// What is in the folder.
+    enum class Content {
+        None, ///< no database
+        Empty,
+        Entries,
+        Damaged,  ///< the file is not a database of ours
+        Unusable, ///< it cannot be read or written
+    };
+    /// Looks without creating anything.
+    [[nodiscard]] Content content();
+    /// Renames a damaged or unusable database and its key, and logs the new name. Anything else stays.
+    void setAsideIfUnusable();
+
+    /// Whether the database can be written, and the key opens what is in it. Creates both when they are missing.
+    [[nodiscard]] CredentialStatus prepareForWriting() override;
+
     [[nodiscard]] CredentialStatus add(const QString &service, const QString &account,
                                        const QByteArray &value) override;
     [[nodiscard]] CredentialStatus update(const QString &service, const QString &account,
@@ -27,6 +43,7 @@ public:
 
 private:
     [[nodiscard]] bool open();
+    [[nodiscard]] QString databasePath() const;
     [[nodiscard]] QString keyPath() const;
     /// The key in the file beside the database; nothing when it is missing or not whole.
     [[nodiscard]] std::optional<SymmetricKey> storedKey() const;
@@ -39,6 +56,7 @@ private:
     QString m_directory;
     RandomSource &m_random;
     SqliteDatabase m_database;
+    SqliteDatabase::OpenResult m_lastOpening = SqliteDatabase::OpenResult::Opened;
     bool m_isOpen = false;
 };
 

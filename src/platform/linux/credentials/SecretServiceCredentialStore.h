@@ -4,24 +4,58 @@
 
 #include "platform/CredentialStore.h"
 
+#include <memory>
+
+using GCancellable = struct _GCancellable;
+
 namespace quillhaven {
 
-/// The desktop's keyring over the Secret Service interface (libsecret). It never prompts: what a locked keyring cannot
-/// answer is `credentialInteractionNotAllowed`, and a keyring without a default collection is
-/// `credentialNoDefaultCollection`.
+class KeyringCall;
+
+/// The desktop's keyring over the Secret Service interface (libsecret). What is locked is unlocked by the keyring's own
+/// prompt, at most once for each call; only a prompt that the user dismissed is `credentialInteractionNotAllowed`.
+/// Looking up never creates a default collection: `credentialNoDefaultCollection`.
 class SecretServiceCredentialStore : public CredentialStore
 {
 public:
-    /// Whether a service answers on the session bus, or can be started by it. Blocks, at most a few seconds.
-    [[nodiscard]] static bool isAvailable();
-
+    [[nodiscard]] CredentialStatus prepareForWriting() override;
     [[nodiscard]] CredentialStatus add(const QString &service, const QString &account,
                                        const QByteArray &value) override;
     [[nodiscard]] CredentialStatus update(const QString &service, const QString &account,
                                           const QByteArray &value) override;
+    /// A first lookup whose prompt was dismissed, as the program makes one at its start, never prompts again.
     [[nodiscard]] Match copyMatching(const QString &service, const QString &account) override;
     [[nodiscard]] CredentialStatus remove(const QString &service, const QString &account) override;
     [[nodiscard]] QString displayName() const override { return QStringLiteral("Secret Service"); }
+
+    /// The later calls end when this is cancelled, from any thread.
+    void cancelWith(const std::shared_ptr<GCancellable> &cancellable) { m_cancellable = cancellable; }
+
+    [[nodiscard]] GCancellable *cancellable() const { return m_cancellable.get(); }
+
+    /// Whether the keyring that answers now has the marker; `credentialItemNotFound` if it has not. Unlocks a keyring
+    /// that hides its entries while it is locked, but reads no secret.
+    [[nodiscard]] CredentialStatus findMarker(const QString &marker);
+    /// The marker of the keyring: an entry that another home of this user has left there, or `fresh`, which is stored.
+    /// Empty when it could not be stored.
+    [[nodiscard]] QString markerOrNew(const QString &fresh);
+
+    /// From now on only the process that answered last is asked; another one that has taken its place is
+    /// `credentialNotAvailable`, and `isReplaced`.
+    void bindToOwner() { m_boundOwner = m_owner; }
+    void unbind() { m_boundOwner.clear(); }
+    [[nodiscard]] bool isReplaced() const { return !m_boundOwner.isEmpty() && m_owner != m_boundOwner; }
+    /// Lets the lookup that was declined at the start prompt again.
+    void forgetDeclined() { m_declinedAtStart.clear(); }
+
+private:
+    [[nodiscard]] CredentialStatus open(KeyringCall &call);
+
+    QByteArray m_owner;      ///< the bus name of the process that answered last
+    QByteArray m_boundOwner; ///< empty when any may answer
+    std::shared_ptr<GCancellable> m_cancellable;
+    bool m_hasLookedUp = false;
+    QString m_declinedAtStart; ///< the account whose first lookup was declined
 };
 
 } // namespace quillhaven

@@ -142,8 +142,15 @@ BusConnection::~BusConnection()
 
 QCoro::Task<QDBusMessage> BusConnection::call(std::shared_ptr<BusConnection> bus, QDBusMessage message)
 {
+    const milliseconds limit = bus->m_answerLimit;
+    return call(std::move(bus), std::move(message), limit);
+}
+
+QCoro::Task<QDBusMessage> BusConnection::call(std::shared_ptr<BusConnection> bus, QDBusMessage message,
+                                              milliseconds limit)
+{
     const Answer<QDBusMessage> answer;
-    const QDBusPendingCall pending = bus->m_connection.asyncCall(message, static_cast<int>(bus->m_answerLimit.count()));
+    const QDBusPendingCall pending = bus->m_connection.asyncCall(message, static_cast<int>(limit.count()));
     if (pending.isFinished()) {
         // A call over a lost connection ends like this; a watcher would never report it.
         answer.give(pending.reply());

@@ -41,6 +41,9 @@ public:
     /// Calls a method and returns the reply, or the error it ended with; no reply within the limit is an error too.
     /// Unlike an interface object it asks for no description of the service first, which would block.
     [[nodiscard]] static QCoro::Task<QDBusMessage> call(std::shared_ptr<BusConnection> bus, QDBusMessage message);
+    /// The same with a limit of its own, for a call that starts a service or opens a device.
+    [[nodiscard]] static QCoro::Task<QDBusMessage> call(std::shared_ptr<BusConnection> bus, QDBusMessage message,
+                                                        std::chrono::milliseconds limit);
 
 private:
     QDBusConnection m_connection;

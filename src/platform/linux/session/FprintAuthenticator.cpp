@@ -2,9 +2,8 @@
 
 #include "platform/linux/session/FprintAuthenticator.h"
 
+#include "async/Jobs.h"
 #include "platform/linux/session/FprintVerification.h"
-
-#include <QPointer>
 
 #include <utility>
 
@@ -16,7 +15,8 @@ constexpr std::chrono::seconds answerLimit(2);
 
 } // namespace
 
-FprintAuthenticator::FprintAuthenticator(QObject *parent) : BiometricAuthenticator(parent)
+FprintAuthenticator::FprintAuthenticator(std::chrono::milliseconds startLimit, QObject *parent)
+    : BiometricAuthenticator(parent), m_startLimit(startLimit)
 {
     m_connecting.setMaxThreadCount(1);
 }
@@ -31,11 +31,12 @@ FprintAuthenticator::~FprintAuthenticator()
 
 QCoro::Task<bool> FprintAuthenticator::canEvaluatePolicy()
 {
+    const std::chrono::milliseconds startLimit = m_startLimit; // this object may be destroyed meanwhile
     const std::shared_ptr<BusConnection> bus = co_await systemBus();
     if (!bus) {
         co_return false;
     }
-    const std::optional<FprintDevice> device = co_await FprintDevice::findDefault(bus);
+    const std::optional<FprintDevice> device = co_await FprintDevice::findDefault(bus, startLimit);
     if (!device) {
         co_return false;
     }
@@ -51,27 +52,35 @@ QCoro::Task<bool> FprintAuthenticator::evaluatePolicy(QString reason)
         co_return false;
     }
     const QPointer<FprintAuthenticator> self(this);
-    const auto verification = std::make_shared<FprintVerification>();
+    const auto verification = std::make_shared<FprintVerification>(m_startLimit);
     const auto former = std::exchange(m_verification, verification);
     connect(verification.get(), &FprintVerification::hintChanged, this,
             [this, reason](const QString &hint) { setPrompt(true, reason, hint); });
     connect(verification.get(), &FprintVerification::decided, this, [this] { setPrompt(false, {}, {}); });
 
+    startJob([self, verification, former] { return verify(self, verification, former); });
+    const Answer<bool> result = verification->result();
+    co_return co_await result;
+}
+
+QCoro::Task<> FprintAuthenticator::verify(QPointer<FprintAuthenticator> self,
+                                          std::shared_ptr<FprintVerification> verification,
+                                          std::shared_ptr<FprintVerification> former)
+{
     if (former) {
         const Answer<bool> closed = former->closed();
         static_cast<void>(co_await closed);
     }
     std::shared_ptr<BusConnection> bus;
     if (self && !verification->isDecided()) {
-        bus = co_await systemBus();
+        bus = co_await self->systemBus();
     }
-    const bool matches = co_await FprintVerification::run(verification, bus);
+    co_await FprintVerification::run(verification, bus);
     bus.reset();
-    if (self && m_bus && !m_bus->isUsable()) {
+    if (self && self->m_bus && !self->m_bus->isUsable()) {
         // A reader whose release went unanswered is let go by closing the connection that claimed it.
-        m_bus.reset();
+        self->m_bus.reset();
     }
-    co_return matches;
 }
 
 void FprintAuthenticator::cancel()

@@ -4,8 +4,10 @@
 
 #include "platform/BiometricAuthenticator.h"
 
+#include <QPointer>
 #include <QThreadPool>
 
+#include <chrono>
 #include <memory>
 
 namespace quillhaven {
@@ -15,13 +17,17 @@ class BusConnection;
 
 /// The check of the user's finger by fprintd, over the system bus. A machine without a bus, without fprintd, without a
 /// reader or without an enrolled finger cannot evaluate. A call that fprintd leaves unanswered fails after two seconds,
-/// while the wait for the finger itself has no limit: the prompt offers to cancel it.
+/// but its start and the opening of the reader may take 25, as long as the bus itself waits. The wait for the finger
+/// has no limit: the prompt offers to cancel it.
 class FprintAuthenticator : public BiometricAuthenticator
 {
     Q_OBJECT
 
 public:
-    explicit FprintAuthenticator(QObject *parent = nullptr);
+    /// How long to wait for fprintd to start, and for the reader to open.
+    static constexpr std::chrono::seconds defaultStartLimit{25};
+
+    explicit FprintAuthenticator(std::chrono::milliseconds startLimit = defaultStartLimit, QObject *parent = nullptr);
     /// Cancels a running evaluation.
     ~FprintAuthenticator() override;
 
@@ -33,7 +39,12 @@ public:
 
 private:
     [[nodiscard]] QCoro::Task<std::shared_ptr<BusConnection>> systemBus();
+    /// Runs the verification on the bus, after the former one has given the reader back.
+    [[nodiscard]] static QCoro::Task<> verify(QPointer<FprintAuthenticator> self,
+                                              std::shared_ptr<FprintVerification> verification,
+                                              std::shared_ptr<FprintVerification> former);
 
+    std::chrono::milliseconds m_startLimit;
     QThreadPool m_connecting; ///< of its own, so that file and cipher work does not hold up the answer
     std::shared_ptr<BusConnection> m_bus;
     std::shared_ptr<FprintVerification> m_verification; ///< the running one, or the last

@@ -48,12 +48,13 @@ QString retryHint(const QString &status, bool isSwiped)
 
 } // namespace
 
-QCoro::Task<std::optional<FprintDevice>> FprintDevice::findDefault(std::shared_ptr<BusConnection> bus)
+QCoro::Task<std::optional<FprintDevice>> FprintDevice::findDefault(std::shared_ptr<BusConnection> bus,
+                                                                   std::chrono::milliseconds startLimit)
 {
     const QDBusMessage question = QDBusMessage::createMethodCall(
         QStringLiteral("net.reactivated.Fprint"), QStringLiteral("/net/reactivated/Fprint/Manager"),
         QStringLiteral("net.reactivated.Fprint.Manager"), QStringLiteral("GetDefaultDevice"));
-    const QDBusMessage reply = co_await BusConnection::call(bus, question);
+    const QDBusMessage reply = co_await BusConnection::call(bus, question, startLimit);
     const QString path = reply.arguments().value(0).value<QDBusObjectPath>().path();
     if (!isReply(reply) || path.isEmpty()) {
         co_return std::nullopt;
@@ -68,28 +69,45 @@ QDBusMessage FprintDevice::call(const QString &method, const QVariantList &argum
     return message;
 }
 
-QCoro::Task<bool> FprintVerification::run(std::shared_ptr<FprintVerification> verification,
-                                          std::shared_ptr<BusConnection> bus)
+FprintVerification::FprintVerification(std::chrono::milliseconds startLimit) : m_startLimit(startLimit)
+{
+    constexpr std::chrono::milliseconds moment(300);
+    m_untilWaiting.setSingleShot(true);
+    connect(&m_untilWaiting, &QTimer::timeout, this,
+            [this] { Q_EMIT hintChanged(QStringLiteral("Waiting for the fingerprint reader")); });
+    m_untilWaiting.start(moment);
+}
+
+void FprintVerification::cancel()
+{
+    decide(false);
+    if (!m_isClaimed) {
+        m_result.give(false); // fprintd may take long to answer, and what it has opened is given back then
+    }
+}
+
+QCoro::Task<> FprintVerification::run(std::shared_ptr<FprintVerification> verification,
+                                      std::shared_ptr<BusConnection> bus)
 {
     // The empty name stands for the user who asks.
     const QVariantList thisUser = {QString()};
     std::optional<FprintDevice> device;
     if (bus && !verification->isDecided()) {
-        device = co_await FprintDevice::findDefault(bus);
+        device = co_await FprintDevice::findDefault(bus, verification->m_startLimit);
     }
-    bool isClaimed = false;
     if (device && !verification->isDecided()) {
-        isClaimed = isReply(co_await BusConnection::call(bus, device->call(QStringLiteral("Claim"), thisUser)));
+        const QDBusMessage claim = device->call(QStringLiteral("Claim"), thisUser);
+        verification->m_isClaimed = isReply(co_await BusConnection::call(bus, claim, verification->m_startLimit));
     }
-    if (isClaimed) {
+    if (verification->m_isClaimed) {
         co_await verification->verify(bus, *device);
         // An unplugged reader has nothing to give back; the failure says nothing new.
         co_await BusConnection::call(bus, device->call(QStringLiteral("Release")));
     }
     verification->decide(false);
     const bool matches = co_await verification->m_outcome;
+    verification->m_result.give(matches);
     verification->m_closed.give(true);
-    co_return matches;
 }
 
 QCoro::Task<> FprintVerification::verify(std::shared_ptr<BusConnection> bus, FprintDevice device)
@@ -106,6 +124,7 @@ QCoro::Task<> FprintVerification::verify(std::shared_ptr<BusConnection> bus, Fpr
     if (!isWaiting) {
         decide(false);
     } else if (!isDecided()) {
+        m_untilWaiting.stop();
         Q_EMIT hintChanged(firstHint(m_isSwiped));
     }
     const Answer<bool> outcome = m_outcome;
@@ -157,6 +176,7 @@ void FprintVerification::onVerifyStatus(const QString &result, bool done)
 void FprintVerification::decide(bool matches)
 {
     if (m_outcome.give(matches)) {
+        m_untilWaiting.stop();
         Q_EMIT decided();
     }
 }

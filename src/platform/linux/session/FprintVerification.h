@@ -4,6 +4,7 @@
 
 // Before the standard library's coroutines, whose concepts moc cannot read otherwise.
 #include <QObject>
+#include <QTimer>
 
 #include "async/Answer.h"
 #include "platform/linux/session/BusConnection.h"
@@ -18,8 +19,9 @@ struct FprintDevice
     QString owner;
     QString path;
 
-    /// Nothing when there is no fprintd or no reader.
-    [[nodiscard]] static QCoro::Task<std::optional<FprintDevice>> findDefault(std::shared_ptr<BusConnection> bus);
+    /// Starts fprintd if it does not run, within `startLimit`. Nothing when there is no fprintd or no reader.
+    [[nodiscard]] static QCoro::Task<std::optional<FprintDevice>> findDefault(std::shared_ptr<BusConnection> bus,
+                                                                              std::chrono::milliseconds startLimit);
     [[nodiscard]] QDBusMessage call(const QString &method, const QVariantList &arguments = {}) const;
 };
 
@@ -30,21 +32,24 @@ class FprintVerification : public QObject
     Q_OBJECT
 
 public:
-    using QObject::QObject;
+    /// To start fprintd, and to open the reader, may each take `startLimit`.
+    explicit FprintVerification(std::chrono::milliseconds startLimit);
 
     /// Claims the reader, waits without limit for a finger that matches or for another end, and always gives the reader
-    /// back. Whether the finger matched; false also without a bus. Once for each object.
-    [[nodiscard]] static QCoro::Task<bool> run(std::shared_ptr<FprintVerification> verification,
-                                               std::shared_ptr<BusConnection> bus);
+    /// back. Once for each object. `result` says whether the finger matched; false also without a bus.
+    [[nodiscard]] static QCoro::Task<> run(std::shared_ptr<FprintVerification> verification,
+                                           std::shared_ptr<BusConnection> bus);
+    /// Given when the reader has been given back, or at once when it is cancelled before the reader was opened.
+    [[nodiscard]] Answer<bool> result() const { return m_result; }
 
     /// Ends it with false when nothing has ended it before.
-    void cancel() { decide(false); }
+    void cancel();
     [[nodiscard]] bool isDecided() const { return m_outcome.isGiven(); }
     /// Given when the reader is free again.
     [[nodiscard]] Answer<bool> closed() const { return m_closed; }
 
 Q_SIGNALS:
-    /// The reader waits for a finger: what the user should do next.
+    /// The reader waits for a finger, or is still being opened after a while: what the user should do next.
     void hintChanged(const QString &hint);
     /// It is decided; the reader is given back next.
     void decided();
@@ -60,8 +65,12 @@ private:
     void stopListening(QDBusConnection &connection, const FprintDevice &device);
     void decide(bool matches);
 
+    std::chrono::milliseconds m_startLimit;
+    QTimer m_untilWaiting; ///< so that a reader that is ready at once shows no other hint first
     Answer<bool> m_outcome;
+    Answer<bool> m_result;
     Answer<bool> m_closed;
+    bool m_isClaimed = false;
     bool m_isSwiped = false; ///< the finger is drawn across the reader, rather than laid on it
 };
 

@@ -3,7 +3,7 @@
 """A keyring that answers only on request, to test that its client does not block.
 
 Acquires org.freedesktop.secrets on the session bus, with one unlocked collection and one entry: the master password, which
-is the last argument. Every search is held until Release is called on com.tarnwick.HeldKeyring; Held returns the number of
+is the last argument. Every search for a password is held until Release is called on com.tarnwick.HeldKeyring; Held returns the number of
 held searches. With --answer-at-once as the first argument no search is held.
 """
 import sys
@@ -52,9 +52,11 @@ class Keyring(WithProperties):
     def SearchItems(self, attributes, reply, fail):
         wanted = {name: value for name, value in attributes.items() if name != "xdg:schema"}
         found = [ITEM_PATH] if wanted == ATTRIBUTES else []
-        self.held.append(lambda: reply(dbus.Array(found, "o"), dbus.Array([], "o")))
-        if "--answer-at-once" in sys.argv:
-            self.Release()
+        answer = lambda: reply(dbus.Array(found, "o"), dbus.Array([], "o"))
+        if "--answer-at-once" in sys.argv or wanted.get("service") != ATTRIBUTES["service"]:
+            answer()
+        else:
+            self.held.append(answer)
 
     @dbus.service.method(SERVICE, in_signature="s", out_signature="o")
     def ReadAlias(self, _name):

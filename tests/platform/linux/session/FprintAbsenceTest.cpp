@@ -59,6 +59,39 @@ private:
     QByteArray m_former;
 };
 
+/// A system bus of one test, with a policy service that allows everything.
+class OwnBus
+{
+public:
+    OwnBus(const QString &folder, const QString &configuration)
+        : m_address("unix:path=" + QFile::encodeName(folder) + "/bus"),
+          m_variable("DBUS_SYSTEM_BUS_ADDRESS", m_address),
+          m_bus(std::make_unique<Daemon>(QStringLiteral("dbus-daemon"),
+                                         QStringList{QStringLiteral("--config-file=") + configuration,
+                                                     QStringLiteral("--nofork"),
+                                                     QStringLiteral("--address=") + QString::fromUtf8(m_address)},
+                                         QProcessEnvironment::systemEnvironment()))
+    {
+        EXPECT_TRUE(spinUntil([&] { return QFile::exists(folder + QStringLiteral("/bus")); }));
+        m_policy = std::make_unique<Daemon>(QStringLiteral("/usr/bin/python3"),
+                                            QStringList{QStringLiteral("-m"), QStringLiteral("dbusmock"),
+                                                        QStringLiteral("--system"), QStringLiteral("--template"),
+                                                        QStringLiteral("polkitd")},
+                                            QProcessEnvironment::systemEnvironment());
+        FprintClient client;
+        EXPECT_TRUE(spinUntil([&client] { return client.hasPolicyService(); }));
+        client.setAllowed(true);
+    }
+
+    void end() { m_bus.reset(); }
+
+private:
+    QByteArray m_address;
+    ScopedVariable m_variable;
+    std::unique_ptr<Daemon> m_bus;
+    std::unique_ptr<Daemon> m_policy;
+};
+
 class FprintAbsenceTest : public FprintFixture
 {
 protected:
@@ -87,6 +120,33 @@ protected:
         return daemon;
     }
 
+    void write(const QString &name, const QByteArray &content)
+    {
+        QFile file(folder.filePath(name));
+        EXPECT_TRUE(file.open(QIODevice::WriteOnly));
+        EXPECT_EQ(file.write(content), content.size());
+    }
+    /// Writes the configuration of a bus that starts fprintd, which begins once there is a file called "go".
+    QString writeActivatingBus()
+    {
+        const QByteArray here = QFile::encodeName(folder.path());
+        write(QStringLiteral("start-fprintd"), "#!/bin/bash\nuntil [ -e " + here +
+                                                   "/go ]; do read -rt 0.02 <> <(:); done\n"
+                                                   "exec /usr/libexec/fprintd --no-timeout\n");
+        EXPECT_TRUE(QFile::setPermissions(folder.filePath(QStringLiteral("start-fprintd")),
+                                          QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner));
+        write(QStringLiteral("net.reactivated.Fprint.service"),
+              "[D-BUS Service]\nName=net.reactivated.Fprint\nExec=" + here + "/start-fprintd\n");
+        QFile plain(QStringLiteral(SYSTEM_BUS_CONF));
+        EXPECT_TRUE(plain.open(QIODevice::ReadOnly));
+        QByteArray configuration = plain.readAll();
+        // A bus of the type "system" starts services by a helper of the real system.
+        configuration.replace("<type>system</type>", "<type>session</type>\n  <servicedir>" + here + "</servicedir>");
+        write(QStringLiteral("bus.conf"), configuration);
+        return folder.filePath(QStringLiteral("bus.conf"));
+    }
+
+    const QString waitingForReader = QStringLiteral("Waiting for the fingerprint reader");
     QTemporaryDir folder;
 };
 
@@ -132,6 +192,7 @@ TEST_F(FprintAbsenceTest, IfFprintdEndsWhileTheReaderWaitsItReturnsFalseAndTheNe
 TEST_F(FprintAbsenceTest, CannotEvaluateIfFprintdDoesNotAnswerAndTheEventLoopIsNotBlocked)
 {
     const auto fprintd = startFprintdWithAlice();
+    authenticator = std::make_unique<FprintAuthenticator>(std::chrono::seconds(2));
     fprintd->send(SIGSTOP);
     const Ticker ticker;
     EXPECT_FALSE(canEvaluatePolicy());
@@ -147,11 +208,45 @@ TEST_F(FprintAbsenceTest, AConnectionWithAnUnansweredCallIsNotUsedAgain)
     QThreadPool pool;
     const auto bus = runTask(BusConnection::open(pool, MessageBus::System, std::chrono::seconds(2)));
     ASSERT_TRUE(bus);
-    EXPECT_TRUE(runTask(FprintDevice::findDefault(bus)).has_value());
+    const std::chrono::seconds limit(2);
+    EXPECT_TRUE(runTask(FprintDevice::findDefault(bus, limit)).has_value());
     EXPECT_TRUE(bus->isUsable());
     fprintd->send(SIGSTOP);
-    EXPECT_FALSE(runTask(FprintDevice::findDefault(bus)).has_value());
+    EXPECT_FALSE(runTask(FprintDevice::findDefault(bus, limit)).has_value());
     EXPECT_FALSE(bus->isUsable());
+}
+
+TEST_F(FprintAbsenceTest, AReaderThatOpensSlowlyIsWaitedForWithAPrompt)
+{
+    const auto fprintd = startFprintdWithAlice();
+    fprintd->send(SIGSTOP);
+    const Ticker ticker;
+    const RunningTask<bool> evaluation(authenticator->evaluatePolicy(reasonText));
+    expectPrompt(waitingForReader);
+    EXPECT_TRUE(spinUntil([&] { return ticker.count() >= 300; })); // longer than other calls may take
+    EXPECT_FALSE(evaluation.isFinished());
+    fprintd->send(SIGCONT);
+    expectPrompt(placeFinger);
+    ASSERT_TRUE(FprintClient::sendToReader("SCAN alice"));
+    EXPECT_TRUE(evaluation.wait());
+}
+
+TEST_F(FprintAbsenceTest, AReaderThatDoesNotOpenCanBeCancelled)
+{
+    const auto fprintd = startFprintdWithAlice();
+    fprintd->send(SIGSTOP);
+    const RunningTask<bool> cancelled(authenticator->evaluatePolicy(reasonText));
+    expectPrompt(waitingForReader);
+    authenticator->cancel();
+    expectNoPrompt();
+    EXPECT_FALSE(cancelled.wait());
+
+    const RunningTask<bool> next(authenticator->evaluatePolicy(reasonText));
+    expectPrompt(waitingForReader);
+    fprintd->send(SIGCONT);
+    expectPrompt(placeFinger);
+    ASSERT_TRUE(FprintClient::sendToReader("SCAN alice"));
+    EXPECT_TRUE(next.wait());
 }
 
 TEST_F(FprintAbsenceTest, AReaderClaimedByAnUnresponsiveFprintdIsReleasedLater)
@@ -195,28 +290,35 @@ TEST_F(FprintAbsenceTest, CannotEvaluateIfTheBusDoesNotAnswerAndTheEventLoopIsNo
 
 TEST_F(FprintAbsenceTest, IfTheBusEndsWhileTheReaderWaitsItReturnsFalse)
 {
-    const QByteArray busAddress = "unix:path=" + folder.filePath(QStringLiteral("bus")).toUtf8();
-    const ScopedVariable address("DBUS_SYSTEM_BUS_ADDRESS", busAddress);
-    auto bus = std::make_unique<Daemon>(QStringLiteral("dbus-daemon"),
-                                        QStringList{QStringLiteral("--config-file=" SYSTEM_BUS_CONF),
-                                                    QStringLiteral("--nofork"),
-                                                    QStringLiteral("--address=") + QString::fromUtf8(busAddress)},
-                                        QProcessEnvironment::systemEnvironment());
-    ASSERT_TRUE(spinUntil([this] { return QFile::exists(folder.filePath(QStringLiteral("bus"))); }));
-    Daemon policy(QStringLiteral("/usr/bin/python3"),
-                  {QStringLiteral("-m"), QStringLiteral("dbusmock"), QStringLiteral("--system"),
-                   QStringLiteral("--template"), QStringLiteral("polkitd")},
-                  QProcessEnvironment::systemEnvironment());
-    FprintClient client;
-    ASSERT_TRUE(spinUntil([&client] { return client.hasPolicyService(); }));
-    client.setAllowed(true);
+    OwnBus bus(folder.path(), QStringLiteral(SYSTEM_BUS_CONF));
     const auto fprintd = startFprintdWithAlice();
 
     const auto evaluation = beginEvaluation();
-    bus.reset();
+    bus.end();
     EXPECT_FALSE(evaluation.wait());
     expectNoPrompt();
     EXPECT_FALSE(canEvaluatePolicy());
+}
+
+TEST_F(FprintAbsenceTest, AnFprintdThatTheBusStartsSlowlyIsWaitedFor)
+{
+    const QString configuration = writeActivatingBus();
+    OwnBus bus(folder.path(), configuration);
+    const Ticker ticker;
+    const RunningTask<bool> evaluating(authenticator->canEvaluatePolicy());
+    EXPECT_TRUE(spinUntil([&] { return ticker.count() >= 300; })); // longer than other calls may take
+    EXPECT_FALSE(evaluating.isFinished());
+    write(QStringLiteral("go"), "");
+    (void)evaluating.wait(); // whether a finger is enrolled already depends on the tests before
+
+    FprintClient client;
+    client.forgetAllFingers();
+    client.enrol("alice");
+    client.setScanType("press");
+    EXPECT_TRUE(canEvaluatePolicy());
+    const auto evaluation = beginEvaluation();
+    ASSERT_TRUE(FprintClient::sendToReader("SCAN alice"));
+    EXPECT_TRUE(evaluation.wait());
 }
 
 } // namespace
