@@ -60,23 +60,29 @@ bool isRightToLeft(const QString &text)
     return false;
 }
 
+/// The text within a whole isolate, which this function may have made before.
+QString withoutIsolate(const QString &text, char16_t opening)
+{
+    const bool isIsolated = text.size() >= 2 && text.front() == QChar(opening) && text.back() == QChar(popIsolate);
+    return isIsolated ? text.mid(1, text.size() - 2) : text;
+}
+
+QString shownComponent(QString component)
+{
+    component = withoutIsolate(component, firstStrongIsolate);
+    std::ranges::transform(component, component.begin(), shown);
+    return isRightToLeft(component) ? QChar(firstStrongIsolate) + component + QChar(popIsolate) : component;
+}
+
 } // namespace
 
 QString displayName(const QString &name)
 {
-    QString line = name;
-    std::ranges::transform(line, line.begin(), shown);
-    if (!isRightToLeft(line)) {
-        return line;
-    }
-    QStringList components = line.split(QLatin1Char('/'));
-    for (QString &component : components) {
-        if (isRightToLeft(component)) {
-            component = QChar(firstStrongIsolate) + component + QChar(popIsolate);
-        }
-    }
+    QStringList components = withoutIsolate(name, leftToRightIsolate).split(QLatin1Char('/'));
+    std::ranges::transform(components, components.begin(), shownComponent);
     const QString joined = components.join(QLatin1Char('/'));
-    return components.size() == 1 ? joined : QChar(leftToRightIsolate) + joined + QChar(popIsolate);
+    const bool isMixedPath = components.size() > 1 && isRightToLeft(joined);
+    return isMixedPath ? QChar(leftToRightIsolate) + joined + QChar(popIsolate) : joined;
 }
 
 } // namespace quillhaven

@@ -50,5 +50,20 @@ TEST(DisplayName, NamesFromRightToLeftAreIsolatedAndKeepTheirCharacters)
         << "a name cannot end its own isolation";
 }
 
+TEST(DisplayName, TheResultForANameOrPathStaysAsItIs)
+{
+    for (const std::u16string_view name :
+         {u"שלום.pdf", u"/home/תיק/a.txt", u"\u202egnp.\nexe", u"a/b", u"ملف\u2069.txt"}) {
+        const QString once = displayName(utf16(name));
+        EXPECT_EQ(displayName(once), once);
+    }
+}
+
+TEST(DisplayName, AnIsolateOfTheNameItselfIsNotShown)
+{
+    EXPECT_EQ(displayName(utf16(u"\u2068plain.txt\u2069")), utf16(u"plain.txt"));
+    EXPECT_EQ(displayName(utf16(u"\u2069")), utf16(u"\ufffd"));
+}
+
 } // namespace
 } // namespace quillhaven
