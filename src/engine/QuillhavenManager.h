@@ -146,7 +146,8 @@ public:
 
     // RescueItems.cpp
 
-    /// Looks for what an interrupted run has left. Changes nothing but for removing abandoned temporary files.
+    /// Looks for what an interrupted run has left. Changes nothing but for removing abandoned temporary files. Finds
+    /// nothing while the records cannot be read or written.
     [[nodiscard]] QCoro::Task<RescueFindings> findLostItems();
     /// Moves a lost item to `place`, where nothing or a placeholder is; anything else there is kept aside. A file whose
     /// password or fingerprint key is stored is given back only for that. False when a question was cancelled.
@@ -206,7 +207,7 @@ private:
 
     // RescueItems.cpp
     [[nodiscard]] bool isLost(const LostItem &lost) const;
-    /// Throws itemNotFound unless the item is still lost.
+    /// Throws itemNotFound unless the item is still lost, and accessDenied while that cannot be known.
     void requireLost(const LostItem &lost) const;
     /// Throws accessDenied for the place of a listed item.
     void requireNoPlaceOfAnItem(const QString &place) const;

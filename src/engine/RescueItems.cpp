@@ -88,6 +88,9 @@ void requirePlaceholder(FileManager &files, const QString &place)
 
 QCoro::Task<RescueFindings> QuillhavenManager::findLostItems()
 {
+    if (m_catalogue.problem()) {
+        co_return RescueFindings(); // Without the records, every item would look lost.
+    }
     FileManager &files = m_platform.fileManager;
     auto look = [&files, directories = m_platform.directories, storage = secureStorageDirectory(),
                  items = protectedItems()] { return quillhaven::findLostItems(files, directories, storage, items); };
@@ -110,6 +113,7 @@ bool QuillhavenManager::isLost(const LostItem &lost) const
 
 void QuillhavenManager::requireLost(const LostItem &lost) const
 {
+    requireKeptRecords();
     if (!isLost(lost)) {
         throw QuillhavenError(QuillhavenError::itemNotFound);
     }

@@ -98,6 +98,41 @@ class SettingsThatCannotBeWritten(WindowTest):
         self.assertFalse(self.home.item(notes)["isMounted"])
 
 
+class PlacesThatAreAway(WindowTest):
+    starts = False
+
+    def test_without_the_documents_the_list_is_shown_and_nothing_is_taken(self):
+        desktop = self.home.path / "Desktop"
+        desktop.mkdir()
+        letter, notes = desktop / "letter.txt", desktop / "notes.txt"
+        for file in (letter, notes):
+            file.write_text("content\n")
+        first = self.start()
+        flows.protect_with_password(first, letter)
+        self.assertEqual(first.quit(), 0)
+        self.home.documents.rename(self.home.path / "drive")
+        self.home.documents.symlink_to(self.home.path / "away")
+
+        program = self.start()
+        flows.row(program, "letter.txt", "locked")
+        program.press(BUTTON, flows.PROTECT)
+        flows.choose_in_panel(program, notes)
+        program.says("Cannot write to Documents folder. Please check app permissions.")
+        program.press(BUTTON, "OK")
+        flows.unlock(program, "letter.txt")
+        self.assertEqual(letter.read_text(), "content\n")
+        self.assertEqual(notes.read_text(), "content\n")
+
+    def test_a_taken_name_for_temporary_files_and_relative_places_do_not_prevent_a_start(self):
+        taken = self.home.temporary / f"quillhaven-{os.geteuid()}"
+        taken.write_text("theirs")
+        program = self.start(XDG_DATA_HOME="data", XDG_CONFIG_HOME="config", HOME=str(self.home.path))
+        flows.protect_with_password(program, self.file("letter.txt"))
+        self.assertEqual(taken.read_text(), "theirs")
+        self.assertTrue(self.home.catalogue())
+        self.assertEqual(len(list(self.home.storage.iterdir())), 1)
+
+
 class AStartThatFails(WindowTest):
     """The file that keeps a second process from running can be made nowhere."""
 

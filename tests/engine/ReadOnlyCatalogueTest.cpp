@@ -7,6 +7,7 @@
 #include "support/UnwritableSettings.h"
 
 #include <QDir>
+#include <QFile>
 
 using namespace quillhaven;
 using namespace quillhaven::test;
@@ -87,6 +88,34 @@ TEST_F(ReadOnlyCatalogueTest, NoOpenCopyIsMadeForADuplicate)
               QuillhavenError::accessDenied);
     EXPECT_EQ(QDir(home.path(QStringLiteral("Desktop"))).entryList(QDir::Files),
               QStringList({QStringLiteral("locked.txt"), QStringLiteral("new.txt"), QStringLiteral("open.txt")}));
+}
+
+TEST_F(ReadOnlyCatalogueTest, WithoutTheRecordsNoItemIsTakenForLost)
+{
+    const QString database =
+        SqliteUserDefaults::databasePath(home.directories().configuration, SqliteUserDefaultsProvider::standardDomain);
+    const QString kept = home.path(QStringLiteral("kept.db"));
+    ASSERT_TRUE(QFile::rename(database, kept));
+    ASSERT_TRUE(QDir().mkdir(database));
+    start();
+    EXPECT_EQ(engine->count(), 0);
+    EXPECT_EQ(runTask(engine->manager.findLostItems()), RescueFindings());
+    const QString storage = home.path(QStringLiteral(".local/share/quillhaven"));
+    const QStringList copies = QDir(storage).entryList(QDir::Files);
+    ASSERT_EQ(copies.size(), 1);
+    LostItem lost;
+    lost.privatePath = storage + QLatin1Char('/') + copies.constFirst();
+    lost.id = copies.constFirst().section(QLatin1Char('_'), 0, 0);
+    EXPECT_EQ(engineErrorOf([&] { (void)runTask(engine->manager.giveBackLostItem(lost, path("found.txt"))); }),
+              QuillhavenError::accessDenied);
+    EXPECT_FALSE(TemporaryHome::exists(path("found.txt")));
+
+    ASSERT_TRUE(QDir().rmdir(database));
+    ASSERT_TRUE(QFile::rename(kept, database));
+    obstacle.reset();
+    EXPECT_TRUE(engine->manager.retryLoading());
+    EXPECT_EQ(engine->count(), 2);
+    EXPECT_EQ(runTask(engine->manager.findLostItems()), RescueFindings());
 }
 
 TEST_F(ReadOnlyCatalogueTest, AnItemCanBeUnlockedAndItsDataStaysAtItsPlaceAfterARestart)

@@ -221,7 +221,6 @@ FAULTY(ssize_t, -1, lgetxattr, (const char *path, const char *name, void *value,
        (path, name, value, size))
 // These are used by SQLite and Qt. Not fcntl64, with which SQLite locks: it would wait for a lock that it cannot
 // release.
-FAULTY(int, -1, access, (const char *path, int mode), (path, mode))
 FAULTY(int, -1, stat64, (const char *path, struct stat64 *status), (path, status))
 FAULTY(int, -1, lstat64, (const char *path, struct stat64 *status), (path, status))
 FAULTY(int, -1, fstat64, (int fd, struct stat64 *status), (fd, status))

@@ -65,6 +65,7 @@ RescueActions::RescueActions(const DashboardContext &context, FilePanels &panels
     : QObject(parent), m_context(context), m_panels(panels), m_notices(notices), m_home(home)
 {
     connect(&context.quillhavenManager, &QuillhavenManager::itemLeftBehind, this, &RescueActions::look);
+    connect(&context.quillhavenManager.catalogue(), &ItemCatalogue::problemChanged, this, &RescueActions::look);
     m_dialog.onLookAgain = [this] { look(); };
     m_dialog.onChosen = [this](int entry, int choice) {
         const Found found = m_found.at(entry);
