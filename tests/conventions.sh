@@ -43,7 +43,7 @@ for file in "${qml[@]}"; do
 done
 
 # QML is typed: a property that holds a model names its class. These files have a property with values of several types.
-untyped='controls/(PrimaryFilledButtonStyle|SheetLoader)|dialogs/BulkFilePickerView|dashboard/EnhancedEmptyStateView'
+untyped='controls/(PrimaryFilledButtonStyle|SheetLoader)|dialogs/(BulkFilePickerView|RescueDialog)|dashboard/EnhancedEmptyStateView'
 # A component in QML accesses its surroundings only by their ids, which the compiler checks. The Loader of Qt 6.4 cannot
 # create such a component: use a Repeater with one item or none instead.
 component='(delegate|sourceComponent): |(Component|Repeater|Instantiator) \{|^ *component '
