@@ -7,7 +7,7 @@ namespace quillhaven {
 LinuxPlatform::LinuxPlatform(const UserDirectories &directories)
     : m_directories(directories),
       m_defaults(directories.configuration),
-      m_credentials(directories.configuration, m_random),
+      m_credentials(directories.configuration, m_random, &m_clock),
       m_credentialStoreState(m_credentials, m_credentialQueue, m_clock),
       m_cloud(m_directories)
 {

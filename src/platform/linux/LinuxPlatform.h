@@ -34,9 +34,9 @@ private:
     OpenSslRandomSource m_random;
     LinuxFileManager m_fileManager;
     SqliteUserDefaultsProvider m_defaults;
+    EventLoopClock m_clock;
     SystemCredentialStore m_credentials;
     QThreadPool m_credentialQueue;
-    EventLoopClock m_clock;
     SystemCredentialStoreState m_credentialStoreState;
     FprintAuthenticator m_biometrics;
     CloudFolders m_cloud;

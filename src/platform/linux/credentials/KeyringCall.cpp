@@ -193,6 +193,7 @@ CredentialStatus KeyringCall::callAndPrompt(const char *path, const char *interf
     const Variant prompt(g_variant_get_child_value(reply.get(), g_variant_n_children(reply.get()) - 1));
     const char *promptPath = g_variant_get_string(prompt.get(), nullptr);
     if (!g_str_equal(promptPath, "/")) {
+        m_hasPrompted = true;
         showKeyringPrompt(m_bus.get(), m_owner.constData(), promptPath, m_cancellable);
     }
     // Whatever keyring took the place of one that ended meanwhile has not been asked.
@@ -274,6 +275,9 @@ CredentialStatus KeyringCall::unlockDefaultCollection()
 
 CredentialStatus KeyringCall::createDefaultCollection()
 {
+    if (m_prompting == Prompting::Forbidden) {
+        return credentialNoDefaultCollection;
+    }
     GVariantBuilder properties;
     g_variant_builder_init(&properties, G_VARIANT_TYPE_VARDICT);
     g_variant_builder_add(&properties, "{sv}", "org.freedesktop.Secret.Collection.Label",

@@ -33,6 +33,10 @@ class KeyringCall
 public:
     KeyringCall(Prompting prompting, GCancellable *cancellable);
 
+    /// Whether the user has been asked anything.
+    [[nodiscard]] bool hasPrompted() const { return m_hasPrompted; }
+    void forbidPrompts() { m_prompting = Prompting::Forbidden; }
+
     /// Connects. `owner` is the bus name of the keyring process that was asked last, and becomes that of this one.
     [[nodiscard]] CredentialStatus open(QByteArray &owner);
 
@@ -67,6 +71,7 @@ private:
                                                  GVariant *arguments);
 
     Prompting m_prompting;
+    bool m_hasPrompted = false;
     GCancellable *m_cancellable;
     Owned<GDBusConnection> m_bus;
     QByteArray m_owner;

@@ -20,27 +20,48 @@ QString accountOf(SecretItem *item)
 
 } // namespace
 
+bool SecretServiceCredentialStore::wasJustDeclined() const
+{
+    constexpr std::chrono::seconds pause(2);
+    return m_clock && m_declinedAt && m_clock->uptime() - *m_declinedAt < pause;
+}
+
+KeyringCall SecretServiceCredentialStore::newCall() const
+{
+    return {wasJustDeclined() ? Prompting::Forbidden : Prompting::Allowed, m_cancellable.get()};
+}
+
 CredentialStatus SecretServiceCredentialStore::open(KeyringCall &call)
 {
     const CredentialStatus status = call.open(m_owner);
     return isReplaced() ? credentialNotAvailable : status;
 }
 
+CredentialStatus SecretServiceCredentialStore::noted(const KeyringCall &call, CredentialStatus status)
+{
+    const bool isRefusal = status == credentialInteractionNotAllowed || status == credentialNoDefaultCollection;
+    // A call that did not prompt, since another was declined just before, belongs to the same run.
+    if (m_clock && isRefusal && (call.hasPrompted() || wasJustDeclined())) {
+        m_declinedAt = m_clock->uptime();
+    }
+    return status;
+}
+
 CredentialStatus SecretServiceCredentialStore::prepareForWriting()
 {
-    KeyringCall call(Prompting::Allowed, m_cancellable.get());
+    KeyringCall call = newCall();
     CredentialStatus status = open(call);
     if (status == credentialSuccess) {
         status = call.unlockDefaultCollection();
     }
-    return status == credentialNoDefaultCollection ? call.createDefaultCollection() : status;
+    return noted(call, status == credentialNoDefaultCollection ? call.createDefaultCollection() : status);
 }
 
 CredentialStatus SecretServiceCredentialStore::add(const QString &service, const QString &account,
                                                    const QByteArray &value)
 {
     // The interface has no create that refuses a second entry; the one queue of calls makes search and store one step.
-    KeyringCall call(Prompting::Allowed, m_cancellable.get());
+    KeyringCall call = newCall();
     const Attributes attributes = keyringAttributes(service, account);
     Objects items;
     CredentialStatus status = open(call);
@@ -50,27 +71,29 @@ CredentialStatus SecretServiceCredentialStore::add(const QString &service, const
     if (status == credentialSuccess) {
         return credentialDuplicateItem;
     }
-    return status == credentialItemNotFound ? call.store(attributes.get(), "Quillhaven", value) : status;
+    return noted(call, status == credentialItemNotFound ? call.store(attributes.get(), "Quillhaven", value) : status);
 }
 
 CredentialStatus SecretServiceCredentialStore::update(const QString &service, const QString &account,
                                                       const QByteArray &value)
 {
-    KeyringCall call(Prompting::Allowed, m_cancellable.get());
+    KeyringCall call = newCall();
     Objects items;
     CredentialStatus status = open(call);
     if (status == credentialSuccess) {
         status = call.findUnlocked(keyringAttributes(service, account).get(), items);
     }
     // The entry itself is changed, in whichever collection it is: storing would make a second one in the default.
-    return status == credentialSuccess ? call.replace(SECRET_ITEM(items->data), value) : status;
+    return noted(call, status == credentialSuccess ? call.replace(SECRET_ITEM(items->data), value) : status);
 }
 
 CredentialStore::Match SecretServiceCredentialStore::copyMatching(const QString &service, const QString &account)
 {
     const bool isFirst = !std::exchange(m_hasLookedUp, true);
-    const bool wasDeclined = !m_declinedAtStart.isNull() && account == m_declinedAtStart;
-    KeyringCall call(wasDeclined ? Prompting::Forbidden : Prompting::Allowed, m_cancellable.get());
+    KeyringCall call = newCall();
+    if (!m_declinedAtStart.isNull() && account == m_declinedAtStart) {
+        call.forbidPrompts();
+    }
     Objects items;
     CredentialStatus status = open(call);
     if (status == credentialSuccess) {
@@ -78,25 +101,26 @@ CredentialStore::Match SecretServiceCredentialStore::copyMatching(const QString 
     }
     if (isFirst && status == credentialInteractionNotAllowed) {
         m_declinedAtStart = account;
+        return {status, std::nullopt}; // what the user asks for next may prompt
     }
-    return status == credentialSuccess ? call.load(SECRET_ITEM(items->data)) : Match{status, std::nullopt};
+    return status == credentialSuccess ? call.load(SECRET_ITEM(items->data)) : Match{noted(call, status), std::nullopt};
 }
 
 CredentialStatus SecretServiceCredentialStore::remove(const QString &service, const QString &account)
 {
-    KeyringCall call(Prompting::Allowed, m_cancellable.get());
+    KeyringCall call = newCall();
     const Attributes attributes = keyringAttributes(service, account);
     Objects items;
     CredentialStatus status = open(call);
     if (status == credentialSuccess) {
         status = call.findUnlocked(attributes.get(), items);
     }
-    return status == credentialSuccess ? call.remove(attributes.get(), items.get()) : status;
+    return noted(call, status == credentialSuccess ? call.remove(attributes.get(), items.get()) : status);
 }
 
 CredentialStatus SecretServiceCredentialStore::findMarker(const QString &marker)
 {
-    KeyringCall call(Prompting::Allowed, m_cancellable.get());
+    KeyringCall call = newCall();
     const Attributes attributes = keyringAttributes(markerService, marker);
     Objects items;
     CredentialStatus status = open(call);
@@ -110,7 +134,7 @@ CredentialStatus SecretServiceCredentialStore::findMarker(const QString &marker)
     if (status == credentialNoDefaultCollection) {
         return credentialItemNotFound;
     }
-    return status == credentialSuccess ? call.find(attributes.get(), items) : status;
+    return status == credentialSuccess ? call.find(attributes.get(), items) : noted(call, status);
 }
 
 QString SecretServiceCredentialStore::markerOrNew(const QString &fresh)

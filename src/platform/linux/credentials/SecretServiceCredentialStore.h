@@ -2,9 +2,12 @@
 
 #pragma once
 
+#include "platform/Clock.h"
 #include "platform/CredentialStore.h"
 
+#include <chrono>
 #include <memory>
+#include <optional>
 
 using GCancellable = struct _GCancellable;
 
@@ -18,6 +21,10 @@ class KeyringCall;
 class SecretServiceCredentialStore : public CredentialStore
 {
 public:
+    /// With a clock, a dismissed prompt is not followed by another one within two seconds, so that a run over many
+    /// items is declined once. The clock must outlive this object.
+    explicit SecretServiceCredentialStore(const Clock *clock = nullptr) : m_clock(clock) {}
+
     [[nodiscard]] CredentialStatus prepareForWriting() override;
     [[nodiscard]] CredentialStatus add(const QString &service, const QString &account,
                                        const QByteArray &value) override;
@@ -46,13 +53,23 @@ public:
     void unbind() { m_boundOwner.clear(); }
     [[nodiscard]] bool isReplaced() const { return !m_boundOwner.isEmpty() && m_owner != m_boundOwner; }
     /// Lets the lookup that was declined at the start prompt again.
-    void forgetDeclined() { m_declinedAtStart.clear(); }
+    void forgetDeclined()
+    {
+        m_declinedAtStart.clear();
+        m_declinedAt.reset();
+    }
 
 private:
+    [[nodiscard]] KeyringCall newCall() const;
     [[nodiscard]] CredentialStatus open(KeyringCall &call);
+    [[nodiscard]] bool wasJustDeclined() const;
+    /// Remembers when the user declined. Returns the status that it is given.
+    [[nodiscard]] CredentialStatus noted(const KeyringCall &call, CredentialStatus status);
 
-    QByteArray m_owner;      ///< the bus name of the process that answered last
-    QByteArray m_boundOwner; ///< empty when any may answer
+    const Clock *m_clock;
+    std::optional<std::chrono::nanoseconds> m_declinedAt; ///< by the clock's uptime
+    QByteArray m_owner;                                   ///< the bus name of the process that answered last
+    QByteArray m_boundOwner;                              ///< empty when any may answer
     std::shared_ptr<GCancellable> m_cancellable;
     bool m_hasLookedUp = false;
     QString m_declinedAtStart; ///< the account whose first lookup was declined

@@ -58,8 +58,8 @@ private:
     gulong m_connection;
 };
 
-SystemCredentialStore::SystemCredentialStore(const QString &directory, RandomSource &random)
-    : m_directory(directory), m_random(random), m_end(newCancellable()), m_embedded(directory, random)
+SystemCredentialStore::SystemCredentialStore(const QString &directory, RandomSource &random, const Clock *clock)
+    : m_directory(directory), m_random(random), m_end(newCancellable()), m_keyring(clock), m_embedded(directory, random)
 {
 }
 

@@ -34,8 +34,9 @@ public:
         std::function<void()> becameReadable;
     };
 
-    /// `directory` is the program's configuration folder. `random` must outlive this object.
-    SystemCredentialStore(const QString &directory, RandomSource &random);
+    /// `directory` is the program's configuration folder. `random` and `clock` must outlive this object; without a
+    /// clock a dismissed prompt may be followed by another one at once.
+    SystemCredentialStore(const QString &directory, RandomSource &random, const Clock *clock = nullptr);
     ~SystemCredentialStore() override;
 
     /// Before the first call.

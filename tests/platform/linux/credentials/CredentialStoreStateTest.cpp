@@ -165,21 +165,22 @@ TEST_F(StoreState, AKeyringThatIsUnlockedAfterARefusalIsReadableAgain)
     EXPECT_EQ(runTask(run.look()), credentialSuccess);
 }
 
-TEST_F(StoreState, TheEndDoesNotWaitForAKeyringThatNeverAnswers)
+TEST_F(StoreState, TheEndDoesNotWaitForAPromptThatIsNeverAnswered)
 {
     MockKeyring keyring;
-    keyring.change(QStringLiteral("silent"), QStringLiteral("yes"));
+    keyring.addEntry(service, account, true);
+    keyring.change(QStringLiteral("answer"), QStringLiteral("nothing"));
     {
         ProgramRun run(directory());
         const RunningTask<CredentialStatus> reading(run.look());
-        ASSERT_TRUE(spinUntil([&] { return keyring.unanswered() > 0; }));
+        ASSERT_TRUE(spinUntil([&] { return keyring.prompts() == 1; }));
         spinOnce();
         EXPECT_FALSE(reading.isFinished());
         run.store.close();
         EXPECT_EQ(reading.wait(), credentialNotAvailable);
         EXPECT_EQ(run.store.add(service, account, "late"), credentialNotAvailable);
     }
-    EXPECT_EQ(keyring.unanswered(), 1);
+    EXPECT_EQ(keyring.prompts(), 1);
 }
 
 // The last one, since the end of the process cannot be taken back.
@@ -188,9 +189,10 @@ TEST_F(StoreState, ZzOnceTheEndIsAskedForACallGetsTwoSeconds)
     MockKeyring keyring;
     ProgramRun run(directory());
     EXPECT_EQ(runTask(run.look()), credentialItemNotFound);
-    keyring.change(QStringLiteral("silent"), QStringLiteral("yes"));
+    keyring.addEntry(service, account, true);
+    keyring.change(QStringLiteral("answer"), QStringLiteral("nothing"));
     const RunningTask<CredentialStatus> reading(run.look());
-    ASSERT_TRUE(spinUntil([&] { return keyring.unanswered() > 0; }));
+    ASSERT_TRUE(spinUntil([&] { return keyring.prompts() == 1; }));
     spinOnce();
     bool hasEnded = false;
     WorkInFlight::close([&] { hasEnded = true; });

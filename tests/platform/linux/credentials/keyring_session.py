@@ -12,8 +12,8 @@ from pathlib import Path
 sys.path.insert(0, str(Path(__file__).resolve().parents[3] / "desktop"))
 from desktop_driver import Atspi, GLib, Node, key, screenshot, type_text, wait_for  # noqa: E402,F401
 
-CLIENT = os.environ["CREDENTIAL_STORE_CLIENT"]
-FAILURES = Path(CLIENT).parents[4] / "keyring-failures"
+ROOT = Path(__file__).resolve().parents[4]
+FAILURES = ROOT / "build" / "keyring-failures"
 
 SUCCESS = "0"
 NOT_FOUND = "-25300"
@@ -70,7 +70,7 @@ class Start:
     """One start of a program that keeps passwords. It runs while the test answers its prompts."""
 
     def __init__(self, folder, *commands):
-        self.process = subprocess.Popen([CLIENT, str(folder), *commands], stdout=subprocess.PIPE, text=True)
+        self.process = subprocess.Popen([os.environ["CREDENTIAL_STORE_CLIENT"], str(folder), *commands], stdout=subprocess.PIPE, text=True)
 
     def answers(self):
         """Waits for the end, and returns what each command answered."""
