@@ -35,7 +35,6 @@
 #include <QQmlEngine>
 #include <QQuickWindow>
 #include <QScopeGuard>
-#include <QSettings>
 #include <QThreadPool>
 
 namespace quillhaven {
@@ -49,13 +48,6 @@ void chooseRenderer()
     if (qEnvironmentVariableIsEmpty("QT_QUICK_BACKEND") && qEnvironmentVariableIsEmpty("QSG_RHI_BACKEND")) {
         QQuickWindow::setGraphicsApi(QSGRendererInterface::Software);
     }
-}
-
-/// Keeps the toolkit's dialogs from storing the folders in which files were chosen, in a file that every program reads
-/// (QtProject.conf). Nothing of this program is kept in the toolkit's settings.
-void forgetChosenFolders()
-{
-    QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, QStringLiteral("/dev/null"));
 }
 
 /// The services that start and end with the program.
@@ -157,7 +149,6 @@ int runApplication(int argc, char **argv)
     protectProcess();
     TerminationSignals::block();
     repairEnvironment();
-    forgetChosenFolders();
     QApplication application(argc, argv);
     QApplication::setApplicationName(QStringLiteral("quillhaven"));
     QApplication::setApplicationVersion(QStringLiteral(QUILLHAVEN_VERSION));
