@@ -12,6 +12,7 @@ from window_case import WindowTest, main
 
 class LockedKeyring(WindowTest):
     starts = False
+    REFUSED = "Failed to save to keychain: -25308"
 
     def choose_password_protection(self, program, path):
         flows.open_protection(program, path)
@@ -27,14 +28,20 @@ class LockedKeyring(WindowTest):
         program.find(BUTTON, "Set Master Password")
         self.choose_password_protection(program, letter)
         keyring_prompt.dismiss()
-        program.says("Failed to save to keychain: -25308")
+        program.says(self.REFUSED)
         self.assertEqual(letter.read_text(), "content\n")
         self.assertEqual(list(self.home.storage.iterdir()), [])
         self.assertEqual(self.home.catalogue(), [])
 
-        # The prompt comes again at the next attempt, and the program goes on with what it was asked for.
-        program.press(BUTTON, "OK")
-        self.choose_password_protection(program, letter)
+        # The prompt comes again at another attempt, though not at once after it was dismissed, and the program goes on
+        # with what it was asked for.
+        def prompts_again():
+            program.press(BUTTON, "OK")
+            self.choose_password_protection(program, letter)
+            program.wait_for(lambda: keyring_prompt.window() or program.look(None, self.REFUSED), "an answer")
+            return keyring_prompt.window()
+
+        program.wait_for(prompts_again, "the keyring's prompt")
         keyring_prompt.unlock()
         flows.row(program, "letter.txt", "locked")
         self.assertEqual(list(self.keyring.entries().values()), [flows.ITEM_PASSWORD])

@@ -22,7 +22,7 @@ QString accountOf(SecretItem *item)
 
 bool SecretServiceCredentialStore::wasJustDeclined() const
 {
-    constexpr std::chrono::seconds pause(2);
+    constexpr std::chrono::milliseconds pause(500);
     return m_clock && m_declinedAt && m_clock->uptime() - *m_declinedAt < pause;
 }
 

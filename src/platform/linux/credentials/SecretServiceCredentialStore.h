@@ -21,8 +21,8 @@ class KeyringCall;
 class SecretServiceCredentialStore : public CredentialStore
 {
 public:
-    /// With a clock, a dismissed prompt is not followed by another one within two seconds, so that a run over many
-    /// items is declined once. The clock must outlive this object.
+    /// With a clock, a call that follows a declined one within half a second does not prompt again, so that a run over
+    /// many items is declined once. The clock must outlive this object.
     explicit SecretServiceCredentialStore(const Clock *clock = nullptr) : m_clock(clock) {}
 
     [[nodiscard]] CredentialStatus prepareForWriting() override;

@@ -76,9 +76,10 @@ TEST_F(KeyringPrompts, ARunOverManyItemsIsDeclinedOnce)
     dismissPrompts();
     for (int i = 0; i < 5; ++i) {
         EXPECT_EQ(store.prepareForWriting(), credentialInteractionNotAllowed);
+        clock.advance(std::chrono::milliseconds(400));
     }
     EXPECT_EQ(m_keyring.prompts(), 1);
-    clock.advance(std::chrono::seconds(2));
+    clock.advance(std::chrono::milliseconds(100));
     allowPrompts();
     EXPECT_EQ(store.prepareForWriting(), credentialSuccess);
     EXPECT_EQ(m_keyring.prompts(), 2);
