@@ -48,7 +48,7 @@ void requireFreeOrFile(const FileManager &files, const QString &containerPath, c
 }
 
 void requireSpace(const FileManager &files, const QString &documents, const QString &secureStorage, const QString &path,
-                  const QString &containerPath)
+                  const QString &containerPath, bool isReplaced)
 {
     using namespace secured_container;
     constexpr int64_t overhead = 4096; // header, tag, and the block that they begin
@@ -57,7 +57,7 @@ void requireSpace(const FileManager &files, const QString &documents, const QStr
     if (isOnVolumeOf(files, secureStorage, documents) && !isOnVolumeOf(files, path, secureStorage)) {
         needed += size; // The item itself comes to this volume first.
     }
-    const int64_t replaced = files.fileExists(containerPath) ? files.sizeOfItem(containerPath) : 0;
+    const int64_t replaced = isReplaced ? files.sizeOfItem(containerPath) : 0;
     const int64_t available = files.availableSpace(documents) + replaced;
     if (needed > available) {
         const QLocale locale = QLocale::c();
@@ -69,6 +69,16 @@ void requireSpace(const FileManager &files, const QString &documents, const QStr
     }
 }
 
+/// Whether the file is a container, and that of one of the items.
+bool isOwnContainer(const FileManager &files, const QList<ProtectedItem> &items, const QString &path)
+{
+    const auto identity = files.identityOfItem(path, Links::Keep);
+    const auto isOf = [&](const ProtectedItem &item) {
+        return item.containerPath == path || files.identityOfItem(item.containerPath, Links::Keep) == identity;
+    };
+    return identity && std::ranges::any_of(items, isOf) && isContainer(files, path);
+}
+
 } // namespace
 
 QString containerPathFor(const UserDirectories &directories, const QString &originalName)
@@ -77,7 +87,7 @@ QString containerPathFor(const UserDirectories &directories, const QString &orig
 }
 
 void requirePlaceForContainer(const FileManager &files, const UserDirectories &directories,
-                              const QString &secureStorage, const QString &path)
+                              const QString &secureStorage, const QList<ProtectedItem> &items, const QString &path)
 {
     constexpr qsizetype longestName = 255; // bytes, on every file system in use
     const QString name = lastPathComponent(path);
@@ -89,18 +99,15 @@ void requirePlaceForContainer(const FileManager &files, const UserDirectories &d
     }
     requireFreeOrFile(files, containerPath, name);
     if (!files.isDirectory(path)) { // The container of a folder is only a marker.
-        requireSpace(files, directories.documents, secureStorage, path, containerPath);
+        requireSpace(files, directories.documents, secureStorage, path, containerPath,
+                     isOwnContainer(files, items, containerPath));
     }
 }
 
 std::optional<QString> keepForeignContainer(FileManager &files, const QList<ProtectedItem> &items,
                                             const QString &containerPath)
 {
-    const auto identity = files.identityOfItem(containerPath, Links::Keep);
-    const auto isOwn = [&](const ProtectedItem &item) {
-        return item.containerPath == containerPath || files.identityOfItem(item.containerPath, Links::Keep) == identity;
-    };
-    if (!identity || std::ranges::any_of(items, isOwn)) {
+    if (!files.identityOfItem(containerPath, Links::Keep) || isOwnContainer(files, items, containerPath)) {
         return std::nullopt;
     }
     try {

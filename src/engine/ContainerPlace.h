@@ -16,9 +16,10 @@ namespace quillhaven {
 [[nodiscard]] QString containerPathFor(const UserDirectories &directories, const QString &originalName);
 
 /// Throws unless the container of the item at `path` can be written to its place: its name is not too long, neither a
-/// link nor a folder has it, and the volume has room for it. Blocks. `secureStorage` is where the item itself will be.
+/// link nor a folder has it, and the volume has room for it. Blocks. `secureStorage` is where the item itself will be;
+/// `items` are those of the list.
 void requirePlaceForContainer(const FileManager &files, const UserDirectories &directories,
-                              const QString &secureStorage, const QString &path);
+                              const QString &secureStorage, const QList<ProtectedItem> &items, const QString &path);
 
 /// Takes a file of a container's name that belongs to none of the items out of the way: to the trash, or beside its
 /// place under another name where there is no trash. Blocks; throws FileError.

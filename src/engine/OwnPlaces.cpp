@@ -13,8 +13,8 @@ namespace {
 
 using Identity = std::optional<FileIdentity>;
 
-/// Whether the item is `path` or one of the folders above it.
-bool isAtOrAbove(const FileManager &files, const Identity &item, QString path)
+/// Whether the item is `path` or one of the folders above it as the path names them.
+bool isAtOrAboveAsNamed(const FileManager &files, const Identity &item, QString path)
 {
     for (;;) {
         if (item && item == files.identityOfItem(path, Links::Follow)) {
@@ -26,6 +26,13 @@ bool isAtOrAbove(const FileManager &files, const Identity &item, QString path)
         }
         path = above;
     }
+}
+
+/// The same, whether the path leads there by itself or through links.
+bool isAtOrAbove(const FileManager &files, const Identity &item, const QString &path)
+{
+    const QString resolved = files.resolvedPath(path);
+    return isAtOrAboveAsNamed(files, item, path) || (resolved != path && isAtOrAboveAsNamed(files, item, resolved));
 }
 
 QString quotedName(const QString &path)

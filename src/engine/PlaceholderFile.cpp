@@ -3,21 +3,44 @@
 #include "engine/PlaceholderFile.h"
 
 #include "platform/FileManager.h"
+#include "support/printLogger.h"
 
 #include <algorithm>
 
 namespace quillhaven {
 
+namespace {
+
+/// A piece of a placeholder would be taken for the item itself.
+void removePiece(FileManager &fileManager, const QString &path) noexcept
+{
+    try {
+        if (fileManager.fileExists(path)) {
+            fileManager.removeItem(path);
+        }
+    } catch (const FileError &error) {
+        printLogger(error.errorDescription()); // The failure of the write is reported.
+    }
+}
+
+} // namespace
+
 void writePlaceholder(FileManager &fileManager, const QString &path)
 {
     const QByteArray bytes = placeholderText.toUtf8();
-    const bool isReplaced = fileManager.fileExists(path);
+    if (holdsPieceOfPlaceholder(fileManager, path)) {
+        fileManager.removeItem(path);
+    }
     try {
-        fileManager.writeFile(path, std::as_bytes(std::span(bytes)));
-    } catch (const FileError &) {
-        if (!isReplaced && fileManager.fileExists(path)) {
-            fileManager.removeItem(path); // A piece of one would be taken for the item itself.
+        fileManager.createFile(path, std::as_bytes(std::span(bytes)));
+    } catch (const FileError &error) {
+        if (error.kind() == FileError::Kind::TargetExists) {
+            // Someone has put something else there since the item left the place. It stays.
+            printLogger(QStringLiteral("📦 There is no placeholder at ") + path +
+                        QStringLiteral(": something else is there"));
+            return;
         }
+        removePiece(fileManager, path);
         throw;
     }
 }

@@ -49,6 +49,7 @@ struct ProtectionWork
     OwnPlaces ownPlaces;
 };
 
+const QString documentsText = QStringLiteral("Cannot write to Documents folder. Please check app permissions.");
 const QString alreadyProtectedText = QStringLiteral("Item is already protected");
 
 /// For a question: what cannot be read is not known to be a placeholder, and protecting it reports why.
@@ -110,11 +111,14 @@ void requireProtectable(const ProtectionWork &work)
     if (const auto reason = reasonNotToProtect(work.files, work.ownPlaces, work.knownItems, work.path)) {
         throw QuillhavenError(QuillhavenError::accessDenied, *reason);
     }
+    if (!work.files.isWritableFile(work.directories.documents)) {
+        throw QuillhavenError(QuillhavenError::accessDenied, documentsText);
+    }
     requireReadableAndMovable(work.files, work.path);
     if (!work.files.fileExists(work.secureStorage)) {
         work.files.createDirectory(work.secureStorage);
     }
-    requirePlaceForContainer(work.files, work.directories, work.secureStorage, work.path);
+    requirePlaceForContainer(work.files, work.directories, work.secureStorage, work.knownItems, work.path);
 }
 
 /// Moves the item and writes its container and placeholder. The new record, not yet in the catalogue.
@@ -159,7 +163,7 @@ QuillhavenManager::CanProtect QuillhavenManager::canProtectItem(QString path) co
         return {false, QStringLiteral("Cannot write to temporary directory. Please check app permissions.")};
     }
     if (!files.isWritableFile(m_platform.directories.documents)) {
-        return {false, QStringLiteral("Cannot write to Documents folder. Please check app permissions.")};
+        return {false, documentsText};
     }
     if (auto problem = m_catalogue.problem()) {
         return {false, std::move(problem)};
@@ -169,7 +173,7 @@ QuillhavenManager::CanProtect QuillhavenManager::canProtectItem(QString path) co
     }
     try {
         requireReadableAndMovable(files, path);
-        requirePlaceForContainer(files, m_platform.directories, secureStorageDirectory(), path);
+        requirePlaceForContainer(files, m_platform.directories, secureStorageDirectory(), protectedItems(), path);
     } catch (const FileError &error) {
         return {false, error.errorDescription()};
     }

@@ -18,4 +18,11 @@ void FileManager::writeFile(const QString &path, std::span<const std::byte> byte
     writer->close();
 }
 
+void FileManager::createFile(const QString &path, std::span<const std::byte> bytes)
+{
+    const std::unique_ptr<FileWriter> writer = createForWriting(path);
+    writer->write(bytes);
+    writer->close();
+}
+
 } // namespace quillhaven

@@ -59,6 +59,8 @@ public:
     [[nodiscard]] virtual bool isDirectory(const QString &path) const = 0;
     /// The identity of the file or folder at the path, or nothing when none exists or it cannot be examined.
     [[nodiscard]] virtual std::optional<FileIdentity> identityOfItem(const QString &path, Links links) const = 0;
+    /// The path without links in it, or the path itself when it leads to nothing.
+    [[nodiscard]] virtual QString resolvedPath(const QString &path) const = 0;
     /// Whether this process may write to the item at the path.
     [[nodiscard]] virtual bool isWritableFile(const QString &path) const = 0;
     /// Throws unless the path leads to a folder, or to a regular file that can be read and that fits in memory together
@@ -101,6 +103,11 @@ public:
     [[nodiscard]] virtual std::unique_ptr<FileWriter> openForWriting(const QString &path) = 0;
     /// Writes a whole file so.
     void writeFile(const QString &path, std::span<const std::byte> bytes);
+    /// Makes a file, for this user alone. Fails with `TargetExists` when anything exists at the path, be it a link that
+    /// leads nowhere.
+    [[nodiscard]] virtual std::unique_ptr<FileWriter> createForWriting(const QString &path) = 0;
+    /// Writes a whole file so.
+    void createFile(const QString &path, std::span<const std::byte> bytes);
 
     /// The size of the item at the path, in bytes; a link counts by itself.
     [[nodiscard]] virtual int64_t sizeOfItem(const QString &path) const = 0;

@@ -36,6 +36,10 @@ public:
     {
         return forward({"identityOfItem", path}, [&] { return m_next.identityOfItem(path, links); });
     }
+    [[nodiscard]] QString resolvedPath(const QString &path) const override
+    {
+        return forward({"resolvedPath", path}, [&] { return m_next.resolvedPath(path); });
+    }
     [[nodiscard]] bool isWritableFile(const QString &path) const override
     {
         return forward({"isWritableFile", path}, [&] { return m_next.isWritableFile(path); });
@@ -88,6 +92,11 @@ public:
     [[nodiscard]] std::unique_ptr<FileWriter> openForWriting(const QString &path) override
     {
         auto writer = forward({"openForWriting", path}, [&] { return m_next.openForWriting(path); });
+        return std::make_unique<Writer>(std::move(writer), path, *this);
+    }
+    [[nodiscard]] std::unique_ptr<FileWriter> createForWriting(const QString &path) override
+    {
+        auto writer = forward({"createForWriting", path}, [&] { return m_next.createForWriting(path); });
         return std::make_unique<Writer>(std::move(writer), path, *this);
     }
     [[nodiscard]] int64_t sizeOfItem(const QString &path) const override

@@ -63,7 +63,7 @@ protected:
             m_hooks.around(call.name, call.path, next);
         } else if (name == "openForReading") {
             m_hooks.around("readFile", call.path, next);
-        } else if (name == "openForWriting" && m_hooks.before) {
+        } else if ((name == "openForWriting" || name == "createForWriting") && m_hooks.before) {
             m_hooks.before("writeFile", call.path);
             next();
         } else if (name == "close" && m_hooks.after) {

@@ -107,7 +107,7 @@ void RescueActions::showFindings(const RescueFindings &findings)
     m_found.clear();
     for (const LostItem &lost : findings.lostItems) {
         const QList<Choice> choices = lost.probablePlace.isEmpty()
-                                          ? QList{Choice::ChooseFolder}
+                                          ? QList{Choice::ChooseFolder, Choice::AddToList}
                                           : QList{Choice::GiveBack, Choice::ChooseFolder, Choice::AddToList};
         m_found.append({.lost = lost, .returnedId = {}, .choices = choices});
     }
@@ -197,7 +197,7 @@ QCoro::Task<> RescueActions::settle(LostItem lost, Choice choice)
 {
     QuillhavenManager &engine = m_context.quillhavenManager;
     std::optional<QString> place = lost.probablePlace;
-    if (choice == Choice::ChooseFolder) {
+    if (choice == Choice::ChooseFolder || lost.probablePlace.isEmpty()) {
         place = co_await askForPlace(lost);
     }
     if (!place) {

@@ -12,6 +12,7 @@
 #include "platform/linux/files/ScopedFd.h"
 #include "platform/linux/files/Trash.h"
 #include "platform/linux/files/TreeComparison.h"
+#include "support/Calls.h"
 
 #include <dirent.h>
 #include <fcntl.h>
@@ -21,6 +22,7 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <cstdlib>
 #include <memory>
 #include <optional>
 
@@ -106,6 +108,13 @@ std::optional<FileIdentity> LinuxFileManager::identityOfItem(const QString &path
     return FileIdentity{.device = status.st_dev,
                         .inode = status.st_ino,
                         .hasOtherNames = !S_ISDIR(status.st_mode) && status.st_nlink > 1};
+}
+
+QString LinuxFileManager::resolvedPath(const QString &path) const
+{
+    const std::optional<QByteArray> name = possiblePath(path);
+    const std::unique_ptr<char, Calls<std::free>> resolved(name ? realpath(name->constData(), nullptr) : nullptr);
+    return resolved ? decodedPath(resolved.get()) : path;
 }
 
 bool LinuxFileManager::isWritableFile(const QString &path) const
@@ -208,7 +217,12 @@ std::unique_ptr<FileReader> LinuxFileManager::openForReading(const QString &path
 
 std::unique_ptr<FileWriter> LinuxFileManager::openForWriting(const QString &path)
 {
-    return std::make_unique<LinuxFileWriter>(path);
+    return std::make_unique<LinuxFileWriter>(path, LinuxFileWriter::Existing::Empty);
+}
+
+std::unique_ptr<FileWriter> LinuxFileManager::createForWriting(const QString &path)
+{
+    return std::make_unique<LinuxFileWriter>(path, LinuxFileWriter::Existing::Refuse);
 }
 
 int64_t LinuxFileManager::sizeOfItem(const QString &path) const

@@ -15,6 +15,7 @@ public:
     [[nodiscard]] bool fileExists(const QString &path) const override;
     [[nodiscard]] bool isDirectory(const QString &path) const override;
     [[nodiscard]] std::optional<FileIdentity> identityOfItem(const QString &path, Links links) const override;
+    [[nodiscard]] QString resolvedPath(const QString &path) const override;
     [[nodiscard]] bool isWritableFile(const QString &path) const override;
     void requireReadableAndMovable(const QString &path, size_t headroom) const override;
     [[nodiscard]] QStringList contentsOfDirectory(const QString &path) const override;
@@ -28,6 +29,7 @@ public:
     void discardAbandonedItems(const QString &folder) override;
     [[nodiscard]] std::unique_ptr<FileReader> openForReading(const QString &path) const override;
     [[nodiscard]] std::unique_ptr<FileWriter> openForWriting(const QString &path) override;
+    [[nodiscard]] std::unique_ptr<FileWriter> createForWriting(const QString &path) override;
     [[nodiscard]] int64_t sizeOfItem(const QString &path) const override;
     [[nodiscard]] QDateTime modificationDateOfItem(const QString &path) const override;
     [[nodiscard]] bool contentsEqual(const QString &path, const QString &other) const override;

@@ -17,6 +17,8 @@ namespace {
 using Action = FileError::Action;
 using Kind = FileError::Kind;
 
+constexpr mode_t ownerOnly = 0600;
+
 /// What the link at `name` leads to; empty with errno set when it cannot be read. `path` is for the error.
 QByteArray ownLinkTarget(const QString &path, const QByteArray &name)
 {
@@ -41,7 +43,6 @@ QByteArray ownLinkTarget(const QString &path, const QByteArray &name)
 ScopedFd openFollowingOwnLinks(const QString &path)
 {
     constexpr int maxLinks = 40; // as the kernel
-    constexpr mode_t ownerOnly = 0600;
     QByteArray name = encodedPath(path, Action::Write);
     for (int links = 0; links < maxLinks; ++links) {
         ScopedFd file(
@@ -58,9 +59,16 @@ ScopedFd openFollowingOwnLinks(const QString &path)
     return {};
 }
 
+ScopedFd createNew(const QString &path)
+{
+    const QByteArray name = encodedPath(path, Action::Write);
+    return ScopedFd(open(name.constData(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, ownerOnly));
+}
+
 } // namespace
 
-LinuxFileWriter::LinuxFileWriter(const QString &path) : m_path(path), m_file(openFollowingOwnLinks(path))
+LinuxFileWriter::LinuxFileWriter(const QString &path, Existing existing)
+    : m_path(path), m_file(existing == Existing::Refuse ? createNew(path) : openFollowingOwnLinks(path))
 {
     struct stat status{};
     if (!m_file.isOpen() || fstat(m_file.get(), &status) != 0) {
@@ -68,6 +76,10 @@ LinuxFileWriter::LinuxFileWriter(const QString &path) : m_path(path), m_file(ope
     }
     if (!S_ISREG(status.st_mode)) {
         throw FileError::of(Kind::NotAFileOrFolder, Action::Write, path);
+    }
+    constexpr mode_t others = S_IRWXG | S_IRWXO;
+    if ((status.st_mode & others) != 0 && status.st_uid == geteuid()) {
+        (void)fchmod(m_file.get(), status.st_mode & ~others & ALLPERMS); // Some volumes have no modes.
     }
     // An empty file is left alone: ext4 mistakes any truncation for a replacement and waits for the disk at the close.
     if (status.st_size != 0 && ftruncate(m_file.get(), 0) != 0) {

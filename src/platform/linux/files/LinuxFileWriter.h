@@ -13,9 +13,12 @@ namespace quillhaven {
 class LinuxFileWriter final : public FileWriter
 {
 public:
-    /// Follows a link of this user's own. A link of another user is not followed: in a folder shared with others it
-    /// could send the bytes to any file of this user.
-    explicit LinuxFileWriter(const QString &path);
+    enum class Existing { Empty, Refuse };
+
+    /// Follows a link of this user's own, unless an existing file is refused. A link of another user is not followed:
+    /// in a folder shared with others it could send the bytes to any file of this user. A file of this user that others
+    /// may read is closed to them.
+    LinuxFileWriter(const QString &path, Existing existing);
 
     void write(std::span<const std::byte> bytes) override;
     void close() override;
