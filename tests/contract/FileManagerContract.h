@@ -71,6 +71,28 @@ TEST_P(FileManagerContract, ALinkCountsByWhatItLeadsToAndARemovalTakesTheLinkIts
     EXPECT_FALSE(files->fileExists(link));
 }
 
+TEST_P(FileManagerContract, ANewFileNeedsAFreeName)
+{
+    const auto create = [this](const QString &path) { files->createFile(path, std::as_bytes(std::span("new", 3))); };
+    create(a);
+    EXPECT_EQ(read(a), "new");
+    write(b, "old");
+    ASSERT_TRUE(QFile::link(absent, link));
+    for (const QString &taken : {b, link, home.path()}) {
+        EXPECT_EQ(kindOf([&] { create(taken); }), Kind::TargetExists) << taken.toStdString();
+    }
+    EXPECT_EQ(read(b), "old");
+    EXPECT_FALSE(files->fileExists(absent));
+}
+
+TEST_P(FileManagerContract, AResolvedPathHasNoLinks)
+{
+    makeFolder();
+    ASSERT_TRUE(QFile::link(folder, link));
+    EXPECT_EQ(files->resolvedPath(link + QStringLiteral("/.inner")), files->resolvedPath(inner));
+    EXPECT_EQ(files->resolvedPath(absent), absent);
+}
+
 TEST_P(FileManagerContract, WhatIsMovedToTheTrashLeavesItsPlaceAndAMissingItemIsAnError)
 {
     makeFolder();

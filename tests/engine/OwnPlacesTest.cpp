@@ -83,6 +83,24 @@ TEST_F(OwnPlacesTest, LinkedFolderOnTheWayDoesNotHideIt)
                   needed);
 }
 
+TEST_F(OwnPlacesTest, FolderThatHoldsTheTargetOfALinkedDocumentsFolderIsRefused)
+{
+    const QString target = services.home.path(QStringLiteral("Synced/Docs"));
+    ASSERT_TRUE(QDir().mkpath(target) && QDir().rmdir(directories.documents));
+    ASSERT_TRUE(QFile::link(target, directories.documents));
+    expectRefused(services.home.path(QStringLiteral("Synced")), contains);
+    expectRefused(target, needed);
+}
+
+TEST_F(OwnPlacesTest, WhatLiesInAPrivateCopyIsRefusedThroughALinkToIt)
+{
+    services.home.write(QStringLiteral("papers/will.txt"), "will");
+    engine.protect(services.home.path(QStringLiteral("papers")));
+    const QString link = services.home.path(QStringLiteral("shortcut"));
+    ASSERT_TRUE(QFile::link(engine.item().originalBackupPath, link));
+    expectRefused(link + QStringLiteral("/will.txt"), own);
+}
+
 TEST_F(OwnPlacesTest, PrivateCopySettingsAndTemporaryFilesAreRefused)
 {
     engine.protect(services.home.write(QStringLiteral("Desktop/a.txt"), "mine"));

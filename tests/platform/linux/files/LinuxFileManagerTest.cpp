@@ -101,6 +101,9 @@ TEST_F(LinuxFileManagerTest, ANewFileIsForItsOwnerAloneWhateverTheUmask)
     write(file, "x");
     umask(mask);
     EXPECT_EQ(status(file).st_mode & 07777, 0600);
+    ASSERT_EQ(chmod(bytesOf(file).constData(), 0644), 0);
+    write(file, "again");
+    EXPECT_EQ(status(file).st_mode & 07777, 0600);
 }
 
 TEST_F(LinuxFileManagerTest, WritesThroughTheUsersOwnLinks)
