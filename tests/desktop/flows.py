@@ -125,6 +125,13 @@ def remove_protection(program, name, locked=True, master_password=None):
     program.gone(ROW, re.compile(f"^{re.escape(name)}, "))
 
 
+def find_lost_items(program):
+    """Opens the sheet of lost items from the notice, and waits until the search has ended."""
+    program.find("alert", re.compile("left in private storage|back at its place"))
+    program.press(BUTTON, "Show")
+    program.says(re.compile("needs? your decision"))
+
+
 def dialog_button(program, name):
     """Returns a button outside the rows: the last one with that name."""
 

@@ -80,6 +80,13 @@ class Home:
         """Returns the stored record of the item with this original path, or None."""
         return next((item for item in self.catalogue() if item["originalPath"] == str(path)), None)
 
+    def forget(self, path):
+        """Takes the record of an item out of the catalogue, as if the program had ended before it saved it."""
+        identity = self.item(path)["id"]
+        with sqlite3.connect(self.settings_file(OWN_DOMAIN)) as connection:
+            connection.execute("DELETE FROM elements WHERE id = ?", (identity,))
+        connection.close()
+
     def remove(self):
         shutil.rmtree(self.path, ignore_errors=True)
 
