@@ -45,33 +45,39 @@ QStringList distinctPlaces(const FileManager &files, const QStringList &paths)
     return distinct;
 }
 
-bool PlacesInProtection::Place::isSameAs(const Place &other) const
+bool PlacesInProtection::Place::isSameAs(const FileManager &files, const Place &other) const
 {
-    return (item && item == other.item && !item->hasOtherNames) ||
-           (folder && folder == other.folder && name == other.name);
+    if (item && item == other.item && !item->hasOtherNames) {
+        return true;
+    }
+    if (folder && folder == other.folder && lastPathComponent(path) == lastPathComponent(other.path)) {
+        return true;
+    }
+    const std::optional<FileIdentity> now = files.identityOfItem(path, Links::Follow);
+    return now && now == other.item && (!now->hasOtherNames || areOneEntry(files, path, other.path));
 }
 
 PlacesInProtection::Place PlacesInProtection::placeOf(const FileManager &files, const QString &path)
 {
     return {.item = files.identityOfItem(path, Links::Follow),
             .folder = files.identityOfItem(parentDirectory(path), Links::Follow),
-            .name = lastPathComponent(path)};
+            .path = path};
 }
 
-bool PlacesInProtection::holds(const Place &place) const
+bool PlacesInProtection::holds(const FileManager &files, const Place &place) const
 {
-    return std::ranges::any_of(m_places, [&place](const Place *known) { return known->isSameAs(place); });
+    return std::ranges::any_of(m_places, [&](const Place *known) { return known->isSameAs(files, place); });
 }
 
 std::unique_ptr<PlacesInProtection::Claim> PlacesInProtection::claim(const FileManager &files, const QString &path)
 {
     Place place = placeOf(files, path);
-    return holds(place) ? nullptr : std::make_unique<Claim>(*this, std::move(place));
+    return holds(files, place) ? nullptr : std::make_unique<Claim>(*this, std::move(place));
 }
 
 bool PlacesInProtection::isClaimed(const FileManager &files, const QString &path) const
 {
-    return holds(placeOf(files, path));
+    return holds(files, placeOf(files, path));
 }
 
 PlacesInProtection::Claim::Claim(PlacesInProtection &places, Place place) : m_places(places), m_place(std::move(place))

@@ -33,18 +33,20 @@ public:
     [[nodiscard]] bool isClaimed(const FileManager &files, const QString &path) const;
 
 private:
-    /// An item is recognised by itself until it moves, and by its folder and name from then on. Hard links of one file
-    /// are items of their own.
+    /// An item is recognised by itself until it moves, and by its folder and name from then on, or by what has taken
+    /// its place: some folders know a file by several spellings of its name. Hard links of one file are items of their
+    /// own.
     struct Place
     {
         std::optional<FileIdentity> item;
         std::optional<FileIdentity> folder;
-        QString name;
+        QString path;
 
-        [[nodiscard]] bool isSameAs(const Place &other) const;
+        /// Whether another place, of this moment, is this one.
+        [[nodiscard]] bool isSameAs(const FileManager &files, const Place &other) const;
     };
     [[nodiscard]] static Place placeOf(const FileManager &files, const QString &path);
-    [[nodiscard]] bool holds(const Place &place) const;
+    [[nodiscard]] bool holds(const FileManager &files, const Place &place) const;
 
     std::vector<const Place *> m_places;
 };

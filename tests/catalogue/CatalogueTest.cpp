@@ -40,6 +40,34 @@ protected:
     LogCapture log;
 };
 
+/// A field that every record must have.
+class RequiredField : public Catalogue, public ::testing::WithParamInterface<const char *>
+{
+protected:
+    static QString key() { return QString::fromLatin1(GetParam()); }
+    /// Expects that one record with this value in the field makes the start ignore the list, and keep its bytes.
+    void expectUnreadable(const QJsonValue &value)
+    {
+        const QString there = services.home.write(QStringLiteral("there.txt"));
+        QJsonArray array = QJsonDocument::fromJson(
+                               encodeProtectedItems({sampleItem(QStringLiteral("A"), there, QStringLiteral("/p")),
+                                                     sampleItem(QStringLiteral("B"), there, QStringLiteral("/q"))}))
+                               .array();
+        QJsonObject broken = array.at(1).toObject();
+        ASSERT_TRUE(broken.contains(key()));
+        value.isUndefined() ? broken.remove(key()) : void(broken.insert(key(), value));
+        array.replace(1, broken);
+        const QByteArray json = QJsonDocument(array).toJson();
+        storeJson(json);
+        log.clear();
+
+        const EngineHarness engine(services);
+        EXPECT_EQ(engine.count(), 0) << json.constData();
+        EXPECT_TRUE(log.contains(QStringLiteral("DEBUG: Failed to decode protected items from UserDefaults")));
+        EXPECT_EQ(storedJson(), json) << "the stored bytes are kept until the next save";
+    }
+};
+
 } // namespace
 
 TEST_F(Catalogue, RecordsAreReadAsTheyWereWritten)
@@ -66,23 +94,23 @@ TEST_F(Catalogue, EveryFieldIsStoredUnderItsNameAndAMissingMountedPathIsOmitted)
                              "originalPath useTouchID"));
 }
 
-TEST_F(Catalogue, ListWithARecordThatLacksAFieldIsLoadedAsAnEmptyList)
+TEST_P(RequiredField, ListWithARecordThatLacksItIsLoadedAsAnEmptyList)
 {
-    const QString there = services.home.write(QStringLiteral("there.txt"));
-    const QList<ProtectedItem> items{sampleItem(QStringLiteral("A"), there, QStringLiteral("/p")),
-                                     sampleItem(QStringLiteral("B"), there, QStringLiteral("/q"))};
-    QJsonArray array = QJsonDocument::fromJson(encodeProtectedItems(items)).array();
-    QJsonObject broken = array.at(1).toObject();
-    broken.remove(QStringLiteral("originalBackupPath"));
-    array.replace(1, broken);
-    const QByteArray json = QJsonDocument(array).toJson();
-    storeJson(json);
-
-    const EngineHarness engine(services);
-    EXPECT_EQ(engine.count(), 0);
-    EXPECT_TRUE(log.contains(QStringLiteral("DEBUG: Failed to decode protected items from UserDefaults")));
-    EXPECT_EQ(storedJson(), json) << "the stored bytes are kept until the next save";
+    expectUnreadable(QJsonValue::Undefined);
 }
+
+TEST_P(RequiredField, ListWithARecordThatHasItWithAnotherTypeIsLoadedAsAnEmptyList)
+{
+    const bool isText = !key().startsWith(QStringLiteral("is")) && key() != QStringLiteral("useTouchID");
+    expectUnreadable(isText ? QJsonValue(1) : QJsonValue(QStringLiteral("false")));
+    expectUnreadable(isText ? QJsonValue(true) : QJsonValue(0));
+    expectUnreadable(QJsonValue::Null);
+}
+
+INSTANTIATE_TEST_SUITE_P(Catalogue, RequiredField,
+                         ::testing::Values("id", "originalName", "originalPath", "containerPath", "originalBackupPath",
+                                           "isFolder", "useTouchID", "isMounted", "isProcessing"),
+                         [](const auto &info) { return std::string(info.param); });
 
 TEST_F(Catalogue, FieldOfAnotherTypeMakesTheWholeListUnreadable)
 {
@@ -206,6 +234,37 @@ TEST_F(Catalogue, WithoutMissingFilesTheListIsNotSaved)
     storeJson(json);
     const EngineHarness engine(services);
     EXPECT_EQ(storedJson(), json);
+    EXPECT_EQ(log.lines(), QStringList({QStringLiteral("DEBUG: Loading protected items from UserDefaults"),
+                                        QStringLiteral("DEBUG: Loaded 1 protected items from UserDefaults")}));
+}
+
+TEST_F(Catalogue, EveryRecordWithoutFilesIsRemovedAndTheOthersKeepTheirOrder)
+{
+    const QString there = services.home.write(QStringLiteral("there.txt"));
+    const auto item = [&there](const QString &id, bool isThere) {
+        return sampleItem(id, isThere ? there : QStringLiteral("/gone"), QStringLiteral("/gone too"));
+    };
+    const QList<ProtectedItem> items{item(QStringLiteral("E"), false), item(QStringLiteral("D"), true),
+                                     item(QStringLiteral("C"), false), item(QStringLiteral("B"), true),
+                                     item(QStringLiteral("A"), false)};
+    storeJson(encodeProtectedItems(items));
+    const EngineHarness engine(services);
+    const QList<ProtectedItem> kept{items.at(1), items.at(3)};
+    EXPECT_EQ(engine.manager.protectedItems(), kept);
+    EXPECT_EQ(decodeProtectedItems(storedJson()), kept);
+    EXPECT_EQ(log.lines().filter(QStringLiteral("🧹")), QStringList(QStringLiteral("🧹 Cleaning up 3 missing files")));
+}
+
+TEST_F(Catalogue, RecordsWithTheIdOfAMissingOneAreRemovedWithItAndNotCounted)
+{
+    const QString there = services.home.write(QStringLiteral("there.txt"));
+    const QString gone = QStringLiteral("/gone");
+    const ProtectedItem other = sampleItem(QStringLiteral("B"), there, gone);
+    storeJson(encodeProtectedItems(
+        {sampleItem(QStringLiteral("A"), gone, gone), other, sampleItem(QStringLiteral("A"), there, gone)}));
+    const EngineHarness engine(services);
+    EXPECT_EQ(engine.manager.protectedItems(), QList<ProtectedItem>{other});
+    EXPECT_TRUE(log.contains(QStringLiteral("🧹 Cleaning up 1 missing files")));
 }
 
 TEST_F(Catalogue, EmptyListSavesAsAnEmptyArrayInBothStores)
@@ -226,6 +285,28 @@ TEST_F(Catalogue, SharedStoreHoldsExactlyFiveKeysAndNoPrivatePaths)
     EXPECT_EQ(keys.join(QLatin1Char(' ')), QStringLiteral("id isFolder isMounted originalName originalPath"));
     EXPECT_FALSE(sharedJson().contains(".secured"));
     EXPECT_FALSE(sharedJson().contains("_original"));
+}
+
+TEST_F(Catalogue, SharedStoreHoldsTheValuesOfEachItem)
+{
+    EngineHarness engine(services);
+    const QString file = services.home.write(QStringLiteral("Desktop/a.txt"));
+    services.home.write(QStringLiteral("Desktop/folder/inner.txt"));
+    const QString folder = services.home.path(QStringLiteral("Desktop/folder"));
+    engine.protect(file);
+    engine.protect(folder, {});
+    engine.unlock();
+    const QJsonArray expected{QJsonObject{{QStringLiteral("id"), engine.item(0).id},
+                                          {QStringLiteral("originalName"), QStringLiteral("a.txt")},
+                                          {QStringLiteral("originalPath"), file},
+                                          {QStringLiteral("isFolder"), false},
+                                          {QStringLiteral("isMounted"), true}},
+                              QJsonObject{{QStringLiteral("id"), engine.item(1).id},
+                                          {QStringLiteral("originalName"), QStringLiteral("folder")},
+                                          {QStringLiteral("originalPath"), folder},
+                                          {QStringLiteral("isFolder"), true},
+                                          {QStringLiteral("isMounted"), false}}};
+    EXPECT_EQ(QJsonDocument::fromJson(sharedJson()).array(), expected) << sharedJson().constData();
 }
 
 TEST_F(Catalogue, BusyFlagIsReadAsItWasStored)

@@ -40,6 +40,24 @@ protected:
     {
         runTask(engine->manager.duplicateAsEncryptedCopy(engine->item(index), progress->callback()));
     }
+    /// Duplicates the item, while the session ends before the copy is protected; the user enters this at the prompt.
+    void duplicateBeyondTheSession(const std::optional<QString> &secondEntry)
+    {
+        services.credentials.entries.insert(QStringLiteral("master_password"), "Master12");
+        start(QStringLiteral("report.txt"));
+        HeldCall held(hooks, "copyItem");
+        const RunningTask task(engine->manager.duplicateAsEncryptedCopy(engine->item(), progress->callback()));
+        ASSERT_TRUE(held.hasStarted());
+        ASSERT_TRUE(engine->masterPassword.isAuthenticated());
+        services.clock.advance(std::chrono::seconds(300));
+        EXPECT_FALSE(engine->masterPassword.isAuthenticated());
+        engine->masterPasswordEntry = secondEntry;
+        held.letGo();
+        task.wait();
+        EXPECT_EQ(engine->masterPrompts, 2);
+        EXPECT_FALSE(engine->masterPassword.isAuthenticated());
+        expectFlagIsReset();
+    }
     void expectFlagIsReset()
     {
         EXPECT_TRUE(spinUntil([this] { return !engine->manager.isProcessing(); }));
@@ -312,4 +330,22 @@ TEST_F(DuplicateItem, PanelAsksForTheDuplicateInTheOriginalsFolder)
     duplicate();
     ASSERT_EQ(services.panels.placeRequests.size(), 1);
     EXPECT_EQ(services.panels.placeRequests.first().path, desktop(QStringLiteral("report Copy.txt")));
+}
+
+TEST_F(DuplicateItem, SessionThatEndsMeanwhileIsAskedForAgainBeforeTheCopyIsProtected)
+{
+    duplicateBeyondTheSession(QStringLiteral("Master12"));
+    ASSERT_EQ(engine->count(), 2);
+    EXPECT_EQ(TemporaryHome::read(engine->item(1).originalBackupPath), "the bytes");
+    EXPECT_EQ(onDesktop(), QStringList(QStringLiteral("report.txt")));
+}
+
+TEST_F(DuplicateItem, PromptThatIsCancelledAfterTheSessionHasEndedLeavesNoPlainCopyAndTheOriginal)
+{
+    duplicateBeyondTheSession(std::nullopt);
+    ASSERT_EQ(engine->count(), 1);
+    EXPECT_EQ(engine->storedItems(), engine->manager.protectedItems());
+    EXPECT_EQ(TemporaryHome::read(engine->item().originalBackupPath), "the bytes");
+    EXPECT_EQ(TemporaryHome::read(desktop(QStringLiteral("report.txt"))), placeholderText.toUtf8());
+    EXPECT_EQ(onDesktop(), QStringList(QStringLiteral("report.txt")));
 }

@@ -10,6 +10,8 @@
 
 #include <sys/stat.h>
 
+#include <algorithm>
+
 using namespace quillhaven;
 using namespace quillhaven::test;
 
@@ -394,24 +396,43 @@ TEST_F(ProtectItem, RecordWithTheSameNameFurtherBelowTheFolderCountsAsProtected)
     EXPECT_EQ(engine.manager.canProtectItem(above).errorMessage, QStringLiteral("Item is already protected"));
 }
 
+TEST_F(ProtectItem, RecordWithTheSameNameInAnotherFolderDoesNotCount)
+{
+    EngineHarness engine(services);
+    engine.protect(services.home.write(QStringLiteral("Desktop/a.txt"), "first"));
+    const QString other = services.home.write(QStringLiteral("work/a.txt"), "second");
+    EXPECT_TRUE(engine.manager.canProtectItem(other).canProtect);
+    engine.protect(other);
+    engine.unlock(0);
+    engine.unlock(1);
+    EXPECT_EQ(TemporaryHome::read(services.home.path(QStringLiteral("Desktop/a.txt"))), "first");
+    EXPECT_EQ(TemporaryHome::read(other), "second");
+}
+
 TEST_F(ProtectItem, UnwritableFoldersAreReportedByName)
 {
     class Unwritable : public FileManagerDecorator
     {
     public:
         using FileManagerDecorator::FileManagerDecorator;
-        [[nodiscard]] bool isWritableFile(const QString &path) const override { return !path.endsWith(refused); }
-        QString refused;
+        [[nodiscard]] bool isWritableFile(const QString &path) const override
+        {
+            return std::ranges::none_of(refused, [&path](const QString &end) { return path.endsWith(end); });
+        }
+        QStringList refused;
     };
     Unwritable files(services.fileManager);
     EngineHarness engine(services, files);
     const QString path = services.home.write(QStringLiteral("Desktop/a.txt"));
-    files.refused = QStringLiteral("/tmp");
+    files.refused = {QStringLiteral("/tmp")};
     EXPECT_EQ(engine.manager.canProtectItem(path).errorMessage,
               QStringLiteral("Cannot write to temporary directory. Please check app permissions."));
-    files.refused = QStringLiteral("/Documents");
+    files.refused = {QStringLiteral("/Documents")};
     EXPECT_EQ(engine.manager.canProtectItem(path).errorMessage,
               QStringLiteral("Cannot write to Documents folder. Please check app permissions."));
+    files.refused = {QStringLiteral("/Documents"), QStringLiteral("/tmp")};
+    EXPECT_EQ(engine.manager.canProtectItem(path).errorMessage,
+              QStringLiteral("Cannot write to temporary directory. Please check app permissions."));
 }
 
 TEST_F(ProtectItem, WhatCannotBeSealedIsRefusedBeforeTheQuestions)

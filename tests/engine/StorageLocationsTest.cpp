@@ -127,8 +127,10 @@ TEST_F(StorageLocations, PathIsSavedBeforeMissingFilesAreCleanedUp)
     const EngineHarness engine(services);
     EXPECT_EQ(engine.count(), 0) << "the file was lost with the temporary directory";
     const QStringList lines = log.lines();
-    EXPECT_LT(lines.indexOf(QStringLiteral("✅ Backup paths migration completed")),
-              lines.indexOf(QStringLiteral("🧹 Cleaning up 1 missing files")));
+    const qsizetype migrated = lines.indexOf(QStringLiteral("✅ Backup paths migration completed"));
+    const qsizetype cleanedUp = lines.indexOf(QStringLiteral("🧹 Cleaning up 1 missing files"));
+    ASSERT_GE(migrated, 0);
+    EXPECT_GT(cleanedUp, migrated);
 }
 
 TEST_F(StorageLocations, UnlockedItemGetsABackupPathInTheNewFolderWithoutAFileThere)

@@ -1,14 +1,15 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
 // The process that runs an operation is killed instead of each of its system calls in turn. After a restart and a
-// rescue the item is at its place or in the list, unless it was to be destroyed, and the operation can be continued. A
-// run tries only some of the calls: see support/Sample.h.
+// rescue the item is at its place or in the list, unless it was to be destroyed, no temporary file remains, and the
+// operation can be continued. A run tries only some of the calls: see support/Sample.h.
 
 #include "faults/HomePlatform.h"
 #include "faults/Rescue.h"
 #include "faults/SmallDisk.h"
 #include "support/Sample.h"
 
+#include <QDir>
 #include <QDirIterator>
 #include <QProcess>
 
@@ -67,7 +68,7 @@ public:
 
     [[nodiscard]] int wholeCopies() const { return wholeCopiesBelow(home.path()); }
 
-    /// Temporary files of moves, wherever they are.
+    /// Temporary files of moves, wherever they are, and everything in the temporary directory.
     [[nodiscard]] QStringList leftovers() const
     {
         QStringList found;
@@ -76,7 +77,8 @@ public:
         while (each.hasNext()) {
             found.append(each.next());
         }
-        return found;
+        const QDir temporary(home.directories().temporary);
+        return found + temporary.entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot);
     }
 
     /// Whether the item can be had: at its place, or by unlocking it.

@@ -37,6 +37,24 @@ class Keyring : public ::testing::Test
 {
 protected:
     CredentialStore &store() { return m_empty.store(); }
+    /// Adds another entry of the account, even if there is one, as another program or a merged keyring may.
+    void addEntry(const QByteArray &bytes)
+    {
+        const EntryAttributes attributes(m_account);
+        SecretService *service = secret_service_get_sync(SECRET_SERVICE_OPEN_SESSION, nullptr, nullptr);
+        ASSERT_NE(service, nullptr);
+        SecretCollection *collection = secret_collection_for_alias_sync(service, SECRET_COLLECTION_DEFAULT,
+                                                                        SECRET_COLLECTION_NONE, nullptr, nullptr);
+        g_object_unref(service);
+        ASSERT_NE(collection, nullptr);
+        SecretValue *value = secret_value_new(bytes.constData(), bytes.size(), "text/plain");
+        SecretItem *item = secret_item_create_sync(collection, nullptr, attributes.table(), "another", value,
+                                                   SECRET_ITEM_CREATE_NONE, nullptr, nullptr);
+        EXPECT_NE(item, nullptr);
+        g_clear_object(&item);
+        secret_value_unref(value);
+        g_object_unref(collection);
+    }
 
     const QString m_service = keychainServiceName;
     const QString m_account = QStringLiteral("6F9619FF-8B86-D011-B42D-00CF4FC964FF");
@@ -79,6 +97,28 @@ TEST_F(Keyring, AnEntryInAnotherCollectionIsReplacedThere)
     EXPECT_EQ(before.size(), 1);
     EXPECT_EQ(entryPaths(m_account), before);
     EXPECT_EQ(m_keychain.retrievePassword(m_account), QStringLiteral("second"));
+}
+
+TEST_F(Keyring, OfTwoEntriesOfOneAccountTheOneThatIsReadIsReplaced)
+{
+    addEntry("one");
+    addEntry("two");
+    const QStringList before = entryPaths(m_account);
+    ASSERT_EQ(before.size(), 2);
+    EXPECT_EQ(store().add(m_service, m_account, "three"), credentialDuplicateItem);
+    m_keychain.storePassword(QStringLiteral("new"), m_account);
+    EXPECT_EQ(m_keychain.retrievePassword(m_account), QStringLiteral("new"));
+    EXPECT_EQ(entryPaths(m_account), before);
+}
+
+TEST_F(Keyring, EveryEntryOfTheAccountIsRemoved)
+{
+    addEntry("one");
+    addEntry("two");
+    ASSERT_EQ(entryPaths(m_account).size(), 2);
+    EXPECT_EQ(store().remove(m_service, m_account), credentialSuccess);
+    EXPECT_EQ(entryPaths(m_account), QStringList());
+    EXPECT_EQ(store().copyMatching(m_service, m_account).status, credentialItemNotFound);
 }
 
 TEST_F(Keyring, EntriesOfAnotherServiceAreIgnored)
