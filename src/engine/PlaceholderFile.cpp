@@ -3,10 +3,27 @@
 #include "engine/PlaceholderFile.h"
 
 #include "platform/FileManager.h"
+#include "support/printLogger.h"
 
 #include <algorithm>
 
 namespace quillhaven {
+
+namespace {
+
+/// Removes what a failed write has left: a piece of a placeholder would be taken for the item itself.
+void removePiece(FileManager &fileManager, const QString &path)
+{
+    try {
+        if (fileManager.fileExists(path)) {
+            fileManager.removeItem(path);
+        }
+    } catch (const FileError &error) {
+        printLogger(QStringLiteral("⚠️ A piece of a placeholder could not be removed: ") + error.errorDescription());
+    }
+}
+
+} // namespace
 
 void writePlaceholder(FileManager &fileManager, const QString &path)
 {
@@ -15,8 +32,8 @@ void writePlaceholder(FileManager &fileManager, const QString &path)
     try {
         fileManager.writeFile(path, std::as_bytes(std::span(bytes)));
     } catch (const FileError &) {
-        if (!isReplaced && fileManager.fileExists(path)) {
-            fileManager.removeItem(path); // A piece of one would be taken for the item itself.
+        if (!isReplaced) {
+            removePiece(fileManager, path);
         }
         throw;
     }

@@ -9,7 +9,7 @@ namespace quillhaven {
 class FileManager;
 
 /// Writes the small text file that takes a locked item's place, not atomically. A failure leaves nothing where nothing
-/// existed before. Blocks; throws FileError.
+/// existed before, unless that cannot be removed either, which is logged. Blocks; throws FileError.
 void writePlaceholder(FileManager &fileManager, const QString &path);
 
 /// Whether the file at `path` holds a whole placeholder and nothing else. False for a link. Blocks; throws FileError.
