@@ -6,6 +6,7 @@
 #include "backup/RecoveryName.h"
 #include "formats/RecoveryBackup.h"
 #include "platform/FileManager.h"
+#include "support/CharacterCount.h"
 #include "support/Paths.h"
 #include "support/printLogger.h"
 
@@ -23,11 +24,21 @@ std::optional<FileBuffer> readBackup(const FileManager &files, const QString &pa
     }
 }
 
+/// A write would go through a link, to a file that may be outside the chosen folder.
+void removeLink(FileManager &files, const QString &path)
+{
+    const std::optional<FileIdentity> item = files.identityOfItem(path, Links::Keep);
+    if (item && item != files.identityOfItem(path, Links::Follow)) {
+        files.removeItem(path);
+    }
+}
+
 /// Writes the contents of the backup; false if it could not be decrypted or written.
 bool writeDecrypted(FileManager &files, FileBuffer backup, const QString &masterPassword, const QString &output)
 {
     try {
         const OwnedBytes plain = decryptBackup(std::move(backup), masterPassword);
+        removeLink(files, output);
         files.writeFile(output, plain.bytes);
         return true;
     } catch (const FileError &error) {
@@ -40,15 +51,15 @@ bool writeDecrypted(FileManager &files, FileBuffer backup, const QString &master
     }
 }
 
-QString nameInCatalogue(const QString &itemId, const NameOfItem &nameOfItem)
+QString nameInCatalogue(const QString &itemId, const std::optional<QString> &listedName)
 {
     constexpr qsizetype maxLengthOfOtherNames = 20; // An id is longer.
-    if (itemId.size() <= maxLengthOfOtherNames) {
+    if (characterCount(itemId) <= maxLengthOfOtherNames) {
         return itemId;
     }
-    if (const std::optional<QString> name = nameOfItem(itemId)) {
-        printLogger(QStringLiteral("✅ Found original filename from protected items: ") + *name);
-        return *name;
+    if (listedName) {
+        printLogger(QStringLiteral("✅ Found original filename from protected items: ") + *listedName);
+        return *listedName;
     }
     printLogger(QStringLiteral("⚠️ Could not find original filename for backup: ") + itemId);
     return itemId;
@@ -57,13 +68,13 @@ QString nameInCatalogue(const QString &itemId, const NameOfItem &nameOfItem)
 } // namespace
 
 QString recoverBackup(FileManager &files, const QString &backupPath, const QString &folder,
-                      const QString &masterPassword, const NameOfItem &nameOfItem)
+                      const QString &masterPassword, const std::optional<QString> &listedName)
 {
     const QString itemId = CloudBackups::itemId(backupPath);
     std::optional<FileBuffer> backup = readBackup(files, backupPath);
     QString name = backup ? nameInMetadata(backup->bytes()).value_or(itemId) : itemId;
     if (name == itemId) {
-        name = nameInCatalogue(itemId, nameOfItem);
+        name = nameInCatalogue(itemId, listedName);
     }
     QString output = pathInDirectory(folder, name);
     if (backup && writeDecrypted(files, std::move(*backup), masterPassword, output)) {

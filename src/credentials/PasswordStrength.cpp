@@ -2,30 +2,17 @@
 
 #include "credentials/PasswordStrength.h"
 
+#include "support/CharacterCount.h"
+
 #include <QList>
-#include <QTextBoundaryFinder>
 
 namespace quillhaven {
-
-namespace {
-
-constexpr int minimumLength = 8;
-
-bool isAtLeast(const QString &text, int graphemes)
-{
-    QTextBoundaryFinder finder(QTextBoundaryFinder::Grapheme, text);
-    while (graphemes > 0 && finder.toNextBoundary() != -1) {
-        --graphemes;
-    }
-    return graphemes == 0;
-}
-
-} // namespace
 
 PasswordStrength PasswordStrength::of(const QString &password)
 {
     PasswordStrength strength;
-    strength.hasMinimumLength = isAtLeast(password, minimumLength);
+    constexpr qsizetype minimumLength = 8;
+    strength.hasMinimumLength = characterCount(password) >= minimumLength;
     for (const char32_t character : password.toUcs4()) {
         switch (QChar::category(character)) {
         case QChar::Letter_Uppercase:

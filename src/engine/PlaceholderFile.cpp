@@ -11,15 +11,15 @@ namespace quillhaven {
 
 namespace {
 
-/// A piece of a placeholder would be taken for the item itself.
-void removePiece(FileManager &fileManager, const QString &path) noexcept
+/// Removes what a failed write has left: a piece of a placeholder would be taken for the item itself.
+void removePiece(FileManager &fileManager, const QString &path)
 {
     try {
-        if (fileManager.fileExists(path)) {
+        if (holdsPieceOfPlaceholder(fileManager, path)) {
             fileManager.removeItem(path);
         }
     } catch (const FileError &error) {
-        printLogger(error.errorDescription()); // The failure of the write is reported.
+        printLogger(QStringLiteral("⚠️ A piece of a placeholder could not be removed: ") + error.errorDescription());
     }
 }
 

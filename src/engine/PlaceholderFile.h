@@ -9,8 +9,8 @@ namespace quillhaven {
 class FileManager;
 
 /// Writes the small text file that takes a locked item's place, not atomically; a piece of one that is there is
-/// replaced. Anything else that is there stays, and there is no placeholder then. A failure leaves nothing. Blocks;
-/// throws FileError.
+/// replaced. Anything else that is there stays, and there is no placeholder then. A failure leaves nothing, unless that
+/// cannot be removed either, which is logged. Blocks; throws FileError.
 void writePlaceholder(FileManager &fileManager, const QString &path);
 
 /// Whether the file at `path` holds a whole placeholder and nothing else. False for a link. Blocks; throws FileError.

@@ -19,14 +19,15 @@ class BiometricAuthenticator : public QObject
 public:
     using QObject::QObject;
 
-    /// Whether a reader stands ready and a finger of this user is enrolled. Never throws.
+    /// Whether a reader is ready and a finger of this user is enrolled. Prompts without a reason while the answer takes
+    /// long. False after a cancel. Never throws.
     [[nodiscard]] virtual QCoro::Task<bool> canEvaluatePolicy() = 0;
     /// Prompts with `reason` and waits for a finger. False on a mismatch, a cancel or a failing reader.
     [[nodiscard]] virtual QCoro::Task<bool> evaluatePolicy(QString reason) = 0;
-    /// Ends a running evaluation with false; nothing when none runs.
+    /// Ends whatever is running with false; nothing when nothing is.
     Q_INVOKABLE virtual void cancel() = 0;
 
-    /// What the prompt shows while an evaluation waits for the finger.
+    /// What the prompt shows while the reader or the finger is waited for.
     [[nodiscard]] bool isPrompting() const { return m_isPrompting; }
     [[nodiscard]] QString reason() const { return m_reason; }
     /// What the user should do next, such as "Place your finger on the reader".

@@ -24,6 +24,13 @@ ApplicationWindow {
     palette.toolTipText: Colors.textPrimary
     palette.dark: Colors.border
 
+    Shortcut {
+        sequence: "Ctrl+Q" // the standard key for this is empty on a desktop that the toolkit does not know
+        context: Qt.ApplicationShortcut // a sheet blocks those of the window
+        enabled: window.active
+        onActivated: window.close()
+    }
+
     DashboardView {
         anchors.fill: parent
         dashboard: window.dashboard

@@ -7,16 +7,25 @@
 
 namespace quillhaven {
 
-/// The name after the last slash of an absolute path.
-[[nodiscard]] inline QString lastPathComponent(const QString &path)
+/// The path without slashes at its end, which name the same item. The root keeps its own.
+[[nodiscard]] inline QString withoutTrailingSlashes(QString path)
 {
-    return QFileInfo(path).fileName();
+    while (path.size() > 1 && path.endsWith(QLatin1Char('/'))) {
+        path.chop(1);
+    }
+    return path;
 }
 
-/// The path of the folder that holds the item.
+/// The name of the item at an absolute path; empty for the root.
+[[nodiscard]] inline QString lastPathComponent(const QString &path)
+{
+    return QFileInfo(withoutTrailingSlashes(path)).fileName();
+}
+
+/// The path of the folder that holds the item; the root for the root.
 [[nodiscard]] inline QString parentDirectory(const QString &path)
 {
-    return QFileInfo(path).path();
+    return withoutTrailingSlashes(QFileInfo(withoutTrailingSlashes(path)).path());
 }
 
 /// A name below a folder.

@@ -259,6 +259,35 @@ TEST_F(Recovery, ExistingFileWithTheNameIsReplaced)
     EXPECT_EQ(TemporaryHome::read(inFolder(QStringLiteral("report.pdf"))), "the bytes");
 }
 
+TEST_F(Recovery, LinkWithTheNameIsReplacedAndWhatItLeadsToIsKept)
+{
+    QDir().mkpath(services.home.path(QStringLiteral("elsewhere/folder")));
+    const QString outside = services.home.write(QStringLiteral("elsewhere/mine.txt"), "mine");
+    const QStringList targets{outside, services.home.path(QStringLiteral("elsewhere/none.txt")),
+                              services.home.path(QStringLiteral("elsewhere/folder"))};
+    const QString output = inFolder(QStringLiteral("report.pdf"));
+    writeBackup(id, QStringLiteral("abc:report.pdf"));
+    for (const QString &target : targets) {
+        QFile::remove(output);
+        ASSERT_TRUE(QFile::link(target, output));
+        EXPECT_EQ(recover(), QStringList(output));
+        EXPECT_FALSE(QFileInfo(output).isSymLink()) << target.toStdString();
+        EXPECT_EQ(TemporaryHome::read(output), "the bytes");
+    }
+    EXPECT_EQ(TemporaryHome::read(outside), "mine");
+    EXPECT_FALSE(TemporaryHome::exists(targets.at(1)));
+    EXPECT_TRUE(TemporaryHome::exists(targets.at(2)));
+}
+
+TEST_F(Recovery, RawCopyDoesNotGoThroughALink)
+{
+    writeBackup(id, QStringLiteral("abc:report.pdf"), "the bytes", QStringLiteral("Earlier1"));
+    const QString outside = services.home.path(QStringLiteral("outside.txt"));
+    ASSERT_TRUE(QFile::link(outside, inFolder(QStringLiteral("report.pdf"))));
+    EXPECT_THROW(recover(), FileError);
+    EXPECT_FALSE(TemporaryHome::exists(outside));
+}
+
 TEST_F(Recovery, TwoBackupsWithOneNameCountTwiceAndTheLaterReplacesTheEarlier)
 {
     writeBackup(QStringLiteral("first"), QStringLiteral("first:report.pdf"), "first");
@@ -367,6 +396,14 @@ TEST_F(Recovery, IdOfTwentyCharactersIsNotLookedUpButOneOfTwentyOneIs)
     writeRecord(twentyOne, QStringLiteral("mine.txt"));
     cloud.writeBackup(twentyOne, QByteArray(100, 'x'));
     EXPECT_EQ(recover(), QStringList(inFolder(QStringLiteral("mine.txt"))));
+}
+
+TEST_F(Recovery, LengthOfAnIdIsCountedInCharacters)
+{
+    const QString twenty = QStringLiteral("😀").repeated(10) + QStringLiteral("e\u0301").repeated(10);
+    writeRecord(twenty, QStringLiteral("mine.txt"));
+    cloud.writeBackup(twenty, QByteArray(100, 'x'));
+    EXPECT_EQ(recover(), QStringList(inFolder(twenty)));
 }
 
 TEST_F(Recovery, FileOfZerosIsRecoveredUnchanged)

@@ -47,6 +47,16 @@ class Keyboard(WindowTest):
         key("Return")
         flows.row(self.program, "letter.txt", "locked")
 
+    def test_control_q_ends_the_program_as_closing_its_window_does(self):
+        key("ctrl+q")
+        self.assertEqual(self.program.wait(), 0)
+
+    def test_control_q_ends_the_program_while_a_dialog_has_the_focus(self):
+        flows.open_protection(self.program, self.letter)
+        key("ctrl+q")
+        self.assertEqual(self.program.wait(), 0)
+        self.assertEqual(self.home.catalogue(), [])
+
     def test_escape_closes_each_dialog(self):
         flows.open_protection(self.program, self.letter)
         key("Escape")

@@ -29,7 +29,7 @@ const QString silentKeyring =
 
 } // namespace
 
-/// The time of one call, which the observer and the end of the store can cut short.
+/// The time of one call, which the end of the store can cut short.
 class SystemCredentialStore::Call
 {
 public:
@@ -39,7 +39,7 @@ public:
         m_connection = g_cancellable_connect(m_store.m_end.get(), G_CALLBACK(cancelOther),
                                              g_object_ref(m_cancellable.get()), g_object_unref);
         if (m_store.m_observer.callBegan) {
-            m_store.m_observer.callBegan(m_cancellable);
+            m_store.m_observer.callBegan();
         }
     }
     ~Call()

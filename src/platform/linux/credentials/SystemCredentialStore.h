@@ -25,8 +25,8 @@ public:
     /// What happens in the store, for an observer on another thread: each is called on the credential queue.
     struct Observer
     {
-        /// A call to the store began; it ends early when the value is cancelled.
-        std::function<void(std::shared_ptr<GCancellable>)> callBegan;
+        /// A call to the store began; `close` ends it early.
+        std::function<void()> callBegan;
         std::function<void()> callEnded;
         /// The sentence that says what is wrong with the place of the secrets; empty when the store answers.
         std::function<void(QString)> missing;

@@ -12,8 +12,6 @@
 #include <QDBusServiceWatcher>
 #include <QPointer>
 
-#include <gio/gio.h>
-
 namespace quillhaven {
 
 using namespace std::chrono_literals;
@@ -21,11 +19,12 @@ using namespace std::chrono_literals;
 namespace {
 
 constexpr auto moment = 2s;
+constexpr auto limitAtEnd = 2s;
 
 } // namespace
 
 SystemCredentialStoreState::SystemCredentialStoreState(SystemCredentialStore &store, QThreadPool &queue, Clock &clock)
-    : m_store(store), m_queue(queue), m_clock(clock), m_atClosing([this] { limitRunningCall(); })
+    : m_store(store), m_queue(queue), m_clock(clock), m_leftAtEnd(limitAtEnd), m_atClosing([this] { limitCalls(); })
 {
     const auto posted =
         [self = QPointer(this)]<typename... Arguments>(void (SystemCredentialStoreState::*member)(Arguments...)) {
@@ -60,28 +59,34 @@ void SystemCredentialStoreState::useStoreAtHand()
     });
 }
 
-void SystemCredentialStoreState::callBegan(const std::shared_ptr<GCancellable> &call)
+void SystemCredentialStoreState::callBegan()
 {
-    m_runningCall = call;
+    m_isCallRunning = true;
     m_untilWaiting = m_clock.startOneShot(moment, [this] { setPhase(Phase::Waiting); });
     if (WorkInFlight::isClosing()) {
-        limitRunningCall();
+        limitCalls();
     }
 }
 
 void SystemCredentialStoreState::callEnded()
 {
-    m_runningCall.reset();
+    m_isCallRunning = false;
     m_untilWaiting.reset();
-    m_untilCancelled.reset();
+    if (m_untilClosed) {
+        m_leftAtEnd -= m_clock.uptime() - m_limitedSince;
+        m_untilClosed.reset();
+    }
     setPhase(m_missing.isEmpty() ? Phase::Usable : Phase::Missing, m_missing);
 }
 
-void SystemCredentialStoreState::limitRunningCall()
+void SystemCredentialStoreState::limitCalls()
 {
-    // Not at once: the password of an item that has just been moved is still to be stored.
-    if (m_runningCall) {
-        m_untilCancelled = m_clock.startOneShot(moment, [call = m_runningCall] { g_cancellable_cancel(call.get()); });
+    // Not at once: the password of an item that has just been moved is still to be stored. Nor by the time of the end
+    // alone: moving the item may take longer than a store that answers may be given.
+    if (m_isCallRunning) {
+        m_limitedSince = m_clock.uptime();
+        m_untilClosed = m_clock.startOneShot(std::chrono::ceil<std::chrono::milliseconds>(m_leftAtEnd),
+                                             [&store = m_store] { store.close(); });
     }
 }
 

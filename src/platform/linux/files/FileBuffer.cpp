@@ -2,6 +2,8 @@
 
 #include "platform/FileBuffer.h"
 
+#include "platform/linux/files/ControlGroupMemory.h"
+
 #include <QByteArray>
 #include <QFile>
 #include <QString>
@@ -104,7 +106,8 @@ bool FileBuffer::fits(size_t size)
     const QByteArray table = file.readAll();
     const size_t available = memoryValue(table, "MemAvailable");
     const size_t swap = memoryValue(table, "SwapFree");
-    return size <= available || size - available <= swap;
+    const bool fitsInMachine = size <= available || size - available <= swap;
+    return fitsInMachine && size <= memoryLeftInControlGroups().value_or(size);
 }
 
 } // namespace quillhaven

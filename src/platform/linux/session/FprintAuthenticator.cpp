@@ -19,10 +19,20 @@ FprintAuthenticator::FprintAuthenticator(std::chrono::milliseconds startLimit, Q
     : BiometricAuthenticator(parent), m_startLimit(startLimit)
 {
     m_connecting.setMaxThreadCount(1);
+    m_untilWaiting.setSingleShot(true);
+    m_untilWaiting.setInterval(FprintVerification::waitingDelay);
+    connect(&m_untilWaiting, &QTimer::timeout, this, [this] {
+        if (!isEvaluating()) {
+            setPrompt(true, {}, FprintVerification::waitingHint);
+        }
+    });
 }
 
 FprintAuthenticator::~FprintAuthenticator()
 {
+    if (m_canEvaluate) {
+        m_canEvaluate->give(false);
+    }
     if (m_verification) {
         m_verification->disconnect(this);
         m_verification->cancel();
@@ -31,8 +41,31 @@ FprintAuthenticator::~FprintAuthenticator()
 
 QCoro::Task<bool> FprintAuthenticator::canEvaluatePolicy()
 {
-    const std::chrono::milliseconds startLimit = m_startLimit; // this object may be destroyed meanwhile
-    const std::shared_ptr<BusConnection> bus = co_await systemBus();
+    if (!m_canEvaluate || m_canEvaluate->isGiven()) {
+        m_canEvaluate.emplace();
+        m_untilWaiting.start();
+        startJob([self = QPointer(this), canEvaluate = *m_canEvaluate] { return look(self, canEvaluate); });
+    }
+    const Answer<bool> canEvaluate = *m_canEvaluate;
+    co_return co_await canEvaluate;
+}
+
+QCoro::Task<> FprintAuthenticator::look(QPointer<FprintAuthenticator> self, Answer<bool> canEvaluate)
+{
+    bool result = false;
+    if (self && !canEvaluate.isGiven()) {
+        const std::chrono::milliseconds startLimit = self->m_startLimit;
+        const std::shared_ptr<BusConnection> bus = co_await self->systemBus();
+        result = co_await hasEnrolledFinger(bus, startLimit);
+    }
+    if (self) {
+        self->endLook(canEvaluate, result);
+    }
+}
+
+QCoro::Task<bool> FprintAuthenticator::hasEnrolledFinger(std::shared_ptr<BusConnection> bus,
+                                                         std::chrono::milliseconds startLimit)
+{
     if (!bus) {
         co_return false;
     }
@@ -46,9 +79,25 @@ QCoro::Task<bool> FprintAuthenticator::canEvaluatePolicy()
     co_return reply.type() == QDBusMessage::ReplyMessage && !reply.arguments().value(0).toStringList().isEmpty();
 }
 
+void FprintAuthenticator::endLook(const Answer<bool> &canEvaluate, bool result)
+{
+    if (!canEvaluate.give(result)) {
+        return; // cancelled before; another one may be running
+    }
+    m_untilWaiting.stop();
+    if (!isEvaluating()) {
+        setPrompt(false, {}, {});
+    }
+}
+
+bool FprintAuthenticator::isEvaluating() const
+{
+    return m_verification && !m_verification->isDecided();
+}
+
 QCoro::Task<bool> FprintAuthenticator::evaluatePolicy(QString reason)
 {
-    if (m_verification && !m_verification->isDecided()) {
+    if (isEvaluating()) {
         co_return false;
     }
     const QPointer<FprintAuthenticator> self(this);
@@ -85,6 +134,9 @@ QCoro::Task<> FprintAuthenticator::verify(QPointer<FprintAuthenticator> self,
 
 void FprintAuthenticator::cancel()
 {
+    if (m_canEvaluate) {
+        endLook(*m_canEvaluate, false);
+    }
     if (m_verification) {
         m_verification->cancel();
     }

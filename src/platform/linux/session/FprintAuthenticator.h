@@ -4,11 +4,15 @@
 
 #include "platform/BiometricAuthenticator.h"
 
+#include "async/Answer.h"
+
 #include <QPointer>
 #include <QThreadPool>
+#include <QTimer>
 
 #include <chrono>
 #include <memory>
+#include <optional>
 
 namespace quillhaven {
 
@@ -28,7 +32,7 @@ public:
     static constexpr std::chrono::seconds defaultStartLimit{25};
 
     explicit FprintAuthenticator(std::chrono::milliseconds startLimit = defaultStartLimit, QObject *parent = nullptr);
-    /// Cancels a running evaluation.
+    /// Cancels what is running.
     ~FprintAuthenticator() override;
 
     [[nodiscard]] QCoro::Task<bool> canEvaluatePolicy() override;
@@ -38,6 +42,13 @@ public:
     void cancel() override;
 
 private:
+    /// Asks fprintd for an enrolled finger. Not a step of `canEvaluatePolicy`, which a cancel ends before fprintd
+    /// answers.
+    [[nodiscard]] static QCoro::Task<> look(QPointer<FprintAuthenticator> self, Answer<bool> canEvaluate);
+    [[nodiscard]] static QCoro::Task<bool> hasEnrolledFinger(std::shared_ptr<BusConnection> bus,
+                                                             std::chrono::milliseconds startLimit);
+    void endLook(const Answer<bool> &canEvaluate, bool result);
+    [[nodiscard]] bool isEvaluating() const;
     [[nodiscard]] QCoro::Task<std::shared_ptr<BusConnection>> systemBus();
     /// Runs the verification on the bus, after the former one has given the reader back.
     [[nodiscard]] static QCoro::Task<> verify(QPointer<FprintAuthenticator> self,
@@ -45,7 +56,9 @@ private:
                                               std::shared_ptr<FprintVerification> former);
 
     std::chrono::milliseconds m_startLimit;
-    QThreadPool m_connecting; ///< of its own, so that file and cipher work does not hold up the answer
+    QThreadPool m_connecting;                  ///< of its own, so that file and cipher work does not hold up the answer
+    QTimer m_untilWaiting;                     ///< runs from the start of a look
+    std::optional<Answer<bool>> m_canEvaluate; ///< of the running look, or the last
     std::shared_ptr<BusConnection> m_bus;
     std::shared_ptr<FprintVerification> m_verification; ///< the running one, or the last
 };

@@ -71,11 +71,9 @@ QDBusMessage FprintDevice::call(const QString &method, const QVariantList &argum
 
 FprintVerification::FprintVerification(std::chrono::milliseconds startLimit) : m_startLimit(startLimit)
 {
-    constexpr std::chrono::milliseconds moment(300);
     m_untilWaiting.setSingleShot(true);
-    connect(&m_untilWaiting, &QTimer::timeout, this,
-            [this] { Q_EMIT hintChanged(QStringLiteral("Waiting for the fingerprint reader")); });
-    m_untilWaiting.start(moment);
+    connect(&m_untilWaiting, &QTimer::timeout, this, [this] { Q_EMIT hintChanged(waitingHint); });
+    m_untilWaiting.start(waitingDelay);
 }
 
 void FprintVerification::cancel()

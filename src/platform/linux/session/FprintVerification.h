@@ -9,6 +9,7 @@
 #include "async/Answer.h"
 #include "platform/linux/session/BusConnection.h"
 
+#include <chrono>
 #include <optional>
 
 namespace quillhaven {
@@ -32,6 +33,10 @@ class FprintVerification : public QObject
     Q_OBJECT
 
 public:
+    /// After which time without an answer the prompt shows `waitingHint`, so that none flashes up for a quick reader.
+    static constexpr std::chrono::milliseconds waitingDelay{300};
+    static inline const QString waitingHint = QStringLiteral("Waiting for the fingerprint reader");
+
     /// To start fprintd, and to open the reader, may each take `startLimit`.
     explicit FprintVerification(std::chrono::milliseconds startLimit);
 
@@ -66,7 +71,7 @@ private:
     void decide(bool matches);
 
     std::chrono::milliseconds m_startLimit;
-    QTimer m_untilWaiting; ///< so that a reader that is ready at once shows no other hint first
+    QTimer m_untilWaiting;
     Answer<bool> m_outcome;
     Answer<bool> m_result;
     Answer<bool> m_closed;

@@ -184,22 +184,36 @@ TEST_F(StoreState, TheEndDoesNotWaitForAPromptThatIsNeverAnswered)
 }
 
 // The last one, since the end of the process cannot be taken back.
-TEST_F(StoreState, ZzOnceTheEndIsAskedForACallGetsTwoSeconds)
+TEST_F(StoreState, ZzOnceTheEndIsAskedForAllCallsTogetherGetTwoSeconds)
 {
     MockKeyring keyring;
     ProgramRun run(directory());
     EXPECT_EQ(runTask(run.look()), credentialItemNotFound);
     keyring.addEntry(service, account, true);
     keyring.change(QStringLiteral("answer"), QStringLiteral("nothing"));
-    const RunningTask<CredentialStatus> reading(run.look());
-    ASSERT_TRUE(spinUntil([&] { return keyring.prompts() == 1; }));
+    const int unanswered = keyring.unanswered();
+    keyring.change(QStringLiteral("silent"), QStringLiteral("yes"));
+    auto prepare = [&run] { return run.store.prepareForWriting(); };
+    const RunningTask<CredentialStatus> answeredLate(offMainThread(run.queue, prepare));
+    const RunningTask<CredentialStatus> prompted(run.look());
+    const RunningTask<CredentialStatus> queued(run.look());
+    ASSERT_TRUE(spinUntil([&] { return keyring.unanswered() > unanswered; }));
     spinOnce();
     bool hasEnded = false;
     WorkInFlight::close([&] { hasEnded = true; });
     spinOnce();
-    run.clock.advance(1999ms);
+    run.clock.advance(1500ms);
+    keyring.change(QStringLiteral("silent"), QStringLiteral("no"));
+    EXPECT_EQ(answeredLate.wait(), credentialSuccess) << "a store that answers is still used";
+    ASSERT_TRUE(spinUntil([&] { return keyring.prompts() == 1; }));
+    spinOnce();
+    run.clock.advance(499ms);
+    spinOnce();
     EXPECT_FALSE(hasEnded);
-    EXPECT_EQ(WorkInFlight::count(), 1);
+    EXPECT_FALSE(prompted.isFinished());
     run.clock.advance(1ms);
     EXPECT_TRUE(spinUntil([&] { return hasEnded; }));
+    EXPECT_EQ(prompted.wait(), credentialNotAvailable);
+    EXPECT_EQ(queued.wait(), credentialNotAvailable);
+    EXPECT_EQ(keyring.prompts(), 1);
 }

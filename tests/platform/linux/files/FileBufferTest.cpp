@@ -2,6 +2,9 @@
 
 #include "platform/FileBuffer.h"
 
+#include "platform/linux/files/ControlGroupMemory.h"
+#include "support/TemporaryHome.h"
+
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -12,6 +15,8 @@
 namespace quillhaven {
 
 namespace {
+
+using test::TemporaryHome;
 
 TEST(FileBuffer, HoldsZeroesAndMovesWithoutACopy)
 {
@@ -51,6 +56,57 @@ TEST(FileBuffer, FitsIsFalseForMoreThanTheAvailableMemory)
     EXPECT_FALSE(FileBuffer::fits(size_t{1} << 50));
     EXPECT_FALSE(FileBuffer::fits(std::numeric_limits<size_t>::max()));
     EXPECT_THROW(FileBuffer(std::numeric_limits<size_t>::max() / 2), std::bad_alloc);
+}
+
+/// A process in the group "/user/app", and the limits of the groups.
+class ControlGroups : public ::testing::Test
+{
+protected:
+    void write(const char *path, const QByteArray &content)
+    {
+        m_home.write(QStringLiteral("groups/") + QLatin1String(path), content);
+    }
+    std::optional<size_t> left() const
+    {
+        return memoryLeftInControlGroups(m_membership, m_home.path(QStringLiteral("groups")));
+    }
+
+    TemporaryHome m_home;
+    QString m_membership = m_home.write(QStringLiteral("cgroup"), "4:memory:/other\n0::/user/app\n");
+};
+
+TEST_F(ControlGroups, WithoutALimitNothingIsSaid)
+{
+    EXPECT_EQ(left(), std::nullopt);
+    write("user/app/memory.max", "max\n");
+    write("user/app/memory.current", "1000\n");
+    write("other/memory.max", "5\n");
+    EXPECT_EQ(left(), std::nullopt);
+    m_membership = m_home.path(QStringLiteral("missing"));
+    EXPECT_EQ(left(), std::nullopt);
+}
+
+TEST_F(ControlGroups, TheLeastOfTheGroupAndThoseAboveItCounts)
+{
+    write("user/app/memory.max", "10000\n");
+    write("user/app/memory.current", "1000\n");
+    EXPECT_EQ(left(), 9000);
+    write("user/memory.max", "12000\n");
+    write("user/memory.current", "9000\n");
+    EXPECT_EQ(left(), 3000);
+    write("memory.max", "4000\n");
+    write("memory.current", "3500\n");
+    EXPECT_EQ(left(), 500);
+    write("memory.current", "4500\n");
+    EXPECT_EQ(left(), 0);
+}
+
+TEST_F(ControlGroups, CachedFilesCountAsFree)
+{
+    write("user/app/memory.max", "10000\n");
+    write("user/app/memory.current", "9000\n");
+    write("user/app/memory.stat", "anon 3000\nfile 6000\ninactive_file 4000\nactive_file 1500\n");
+    EXPECT_EQ(left(), 6500);
 }
 
 } // namespace

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
+#include "async/WorkInFlight.h"
 #include "platform/linux/session/FprintFixture.h"
 #include "platform/linux/session/FprintVerification.h"
 
@@ -200,6 +201,41 @@ TEST_F(FprintAbsenceTest, CannotEvaluateIfFprintdDoesNotAnswerAndTheEventLoopIsN
     EXPECT_FALSE(evaluatePolicy());
     fprintd->send(SIGCONT);
     EXPECT_TRUE(canEvaluatePolicy());
+}
+
+TEST_F(FprintAbsenceTest, AnUnresponsiveFprintdIsWaitedForWithAPromptThatCanBeCancelled)
+{
+    const auto fprintd = startFprintdWithAlice();
+    EXPECT_TRUE(canEvaluatePolicy());
+    const auto expectWaiting = [this] {
+        EXPECT_TRUE(spinUntil([this] { return authenticator->hint() == waitingForReader; }));
+        EXPECT_TRUE(authenticator->isPrompting());
+        EXPECT_EQ(WorkInFlight::count(), 0) << "the end of the program is not held up";
+    };
+    fprintd->send(SIGSTOP);
+    const RunningTask<bool> cancelled(authenticator->canEvaluatePolicy());
+    EXPECT_FALSE(authenticator->isPrompting()) << "an answer may come at once";
+    expectWaiting();
+    authenticator->cancel();
+    expectNoPrompt();
+    EXPECT_FALSE(cancelled.wait());
+
+    const RunningTask<bool> next(authenticator->canEvaluatePolicy());
+    expectWaiting();
+    fprintd->send(SIGCONT);
+    EXPECT_TRUE(next.wait());
+    expectNoPrompt();
+}
+
+TEST_F(FprintAbsenceTest, DestroyingItWhileFprintdIsUnresponsiveReturnsFalse)
+{
+    const auto fprintd = startFprintdWithAlice();
+    fprintd->send(SIGSTOP);
+    const RunningTask<bool> asking(authenticator->canEvaluatePolicy());
+    EXPECT_TRUE(spinUntil([this] { return authenticator->isPrompting(); }));
+    authenticator.reset();
+    EXPECT_FALSE(asking.wait());
+    authenticator = std::make_unique<FprintAuthenticator>();
 }
 
 TEST_F(FprintAbsenceTest, AConnectionWithAnUnansweredCallIsNotUsedAgain)
