@@ -2,7 +2,9 @@
 
 """The virtual fingerprint reader of the session: enrols a finger with fprintd, and simulates scans."""
 
+import contextlib
 import os
+import signal
 import socket
 
 import gi
@@ -37,6 +39,21 @@ def _device():
     manager = Gio.DBusProxy.new_sync(bus, Gio.DBusProxyFlags.NONE, None, SERVICE, "/net/reactivated/Fprint/Manager",
                                      f"{SERVICE}.Manager", None)
     return Gio.DBusProxy.new_sync(bus, Gio.DBusProxyFlags.NONE, None, SERVICE, manager.GetDefaultDevice(), DEVICE, None)
+
+
+@contextlib.contextmanager
+def unresponsive():
+    """Suspends fprintd for as long as the block runs."""
+    bus = Gio.bus_get_sync(Gio.BusType.SYSTEM, None)
+    reply = bus.call_sync("org.freedesktop.DBus", "/org/freedesktop/DBus", "org.freedesktop.DBus",
+                          "GetConnectionUnixProcessID", GLib.Variant("(s)", (SERVICE,)), None,
+                          Gio.DBusCallFlags.NONE, -1, None)
+    process = reply.unpack()[0]
+    os.kill(process, signal.SIGSTOP)
+    try:
+        yield
+    finally:
+        os.kill(process, signal.SIGCONT)
 
 
 def forget_all():

@@ -4,7 +4,7 @@
 
 import flows
 from desktop_driver import BUTTON
-from fingerprint_reader import enrol, forget_all, lay_finger
+from fingerprint_reader import enrol, forget_all, lay_finger, unresponsive
 from home_on_disk import PLACEHOLDER, picture
 from window_case import WindowTest, main
 
@@ -43,6 +43,21 @@ class Fingerprint(WindowTest):
         self.program.says("Authentication failed. Please try again.")
         flows.row(self.program, "letter.txt", "locked")
         self.assertEqual(self.letter.read_bytes(), PLACEHOLDER)
+
+    def test_a_reader_that_does_not_answer_is_waited_for_visibly(self):
+        enrol("alice")
+        self.protect_with_touch_id()
+        waiting = "Waiting for the fingerprint reader"
+        with unresponsive():
+            flows.press_in_row(self.program, "letter.txt", "Unlock Item")
+            self.program.says(waiting)
+            self.program.press(BUTTON, "Cancel")
+            self.program.gone(None, waiting)
+            self.program.says("Touch ID is not available on this device.")
+            self.program.press(BUTTON, "OK")
+            flows.press_in_row(self.program, "letter.txt", "Unlock Item")
+            self.program.says(waiting)
+            self.assertEqual(self.program.quit(), 0)
 
     def test_without_an_enrolled_finger_touch_id_is_reported_as_not_available(self):
         enrol("alice")
