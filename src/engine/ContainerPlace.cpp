@@ -130,7 +130,7 @@ bool isContainer(const FileManager &files, const QString &path)
         const QByteArray beginning(reinterpret_cast<const char *>(bytes.data()), static_cast<qsizetype>(count));
         return std::ranges::any_of(beginnings, [&](const QByteArray &known) { return beginning.startsWith(known); });
     } catch (const FileError &) {
-        return true; // dropped: its removal reports the reason
+        return false; // dropped: it is left alone
     }
 }
 

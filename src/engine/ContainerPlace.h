@@ -28,7 +28,7 @@ void requirePlaceForContainer(const FileManager &files, const UserDirectories &d
 std::optional<QString> keepForeignContainer(FileManager &files, const QList<ProtectedItem> &items,
                                             const QString &containerPath);
 
-/// Whether the file at `path` begins like a container or is the marker of a folder. True for what cannot be read.
+/// Whether the file at `path` begins like a container or is the marker of a folder. False for what cannot be read.
 /// Blocks.
 [[nodiscard]] bool isContainer(const FileManager &files, const QString &path);
 

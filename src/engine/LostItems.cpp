@@ -99,19 +99,37 @@ public:
         m_paths.sort();
     }
 
-    void assignTo(LostItem &lost)
+    /// Only where nothing else fits: of several files of one size none is named, rather than one by the name of
+    /// another.
+    void assignTo(QList<LostItem> &lostItems) const
     {
-        const auto fits = [&](const QString &path) { return valueOr(false, [&] { return isOf(lost, path); }); };
-        const auto found = std::ranges::find_if(m_paths, fits);
-        if (found == m_paths.end()) {
-            return;
+        QHash<QString, QList<LostItem *>> fittingItems;
+        for (LostItem &lost : lostItems) {
+            const QStringList paths = pathsFitting(lost);
+            for (const QString &path : paths) {
+                fittingItems[path].append(&lost);
+            }
+            if (paths.size() == 1) {
+                lost.containerPath = paths.constFirst();
+            }
         }
-        lost.containerPath = *found;
-        lost.name = lastPathComponent(*found).chopped(containerSuffix.size());
-        m_paths.erase(found); // Each belongs to one item.
+        for (LostItem &lost : lostItems) {
+            if (fittingItems.value(lost.containerPath).size() > 1) {
+                lost.containerPath.clear();
+            }
+            if (!lost.containerPath.isEmpty()) {
+                lost.name = lastPathComponent(lost.containerPath).chopped(containerSuffix.size());
+            }
+        }
     }
 
 private:
+    [[nodiscard]] QStringList pathsFitting(const LostItem &lost) const
+    {
+        QStringList paths = m_paths;
+        paths.removeIf([&](const QString &path) { return !valueOr(false, [&] { return isOf(lost, path); }); });
+        return paths;
+    }
     [[nodiscard]] bool isOf(const LostItem &lost, const QString &path) const
     {
         using namespace secured_container;
@@ -210,9 +228,17 @@ void discardLeftovers(FileManager &files, const QString &secureStorage, const QL
 
 bool isReturned(const FileManager &files, const ProtectedItem &item)
 {
-    return !item.isMounted && !files.fileExists(item.originalBackupPath) && files.fileExists(item.originalPath) &&
+    return !item.isMounted && files.fileExists(parentDirectory(item.originalBackupPath)) &&
+           !files.fileExists(item.originalBackupPath) && files.fileExists(item.originalPath) &&
            files.isDirectory(item.originalPath) == item.isFolder &&
            !valueOr(true, [&] { return holdsPlaceholder(files, item.originalPath); });
+}
+
+bool isLockUnfinished(const FileManager &files, const ProtectedItem &item)
+{
+    return item.isMounted && files.fileExists(item.originalBackupPath) &&
+           (!files.fileExists(item.originalPath) ||
+            valueOr(false, [&] { return holdsPieceOfPlaceholder(files, item.originalPath); }));
 }
 
 RescueFindings findLostItems(FileManager &files, const UserDirectories &directories, const QString &secureStorage,
@@ -222,15 +248,14 @@ RescueFindings findLostItems(FileManager &files, const UserDirectories &director
     RescueFindings findings;
     findings.lostItems = privateCopiesWithoutRecord(files, secureStorage, items);
     if (!findings.lostItems.isEmpty()) {
-        Containers containers(files, directories.documents, items);
-        for (LostItem &lost : findings.lostItems) {
-            containers.assignTo(lost);
-        }
+        Containers(files, directories.documents, items).assignTo(findings.lostItems);
         PlaceholderSearch(files, directories, items).findPlacesOf(findings.lostItems);
     }
     for (const ProtectedItem &item : items) {
         if (isReturned(files, item)) {
             findings.returnedItems.append(item.id);
+        } else if (isLockUnfinished(files, item)) {
+            findings.interruptedLocks.append(item.id);
         }
     }
     return findings;

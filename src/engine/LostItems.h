@@ -32,10 +32,11 @@ struct LostItem
 /// What an interrupted run has left in a state that the list does not show.
 struct RescueFindings
 {
-    QList<LostItem> lostItems; ///< the newest first
-    QStringList returnedItems; ///< ids of records that say locked, whose data is back at the original place
+    QList<LostItem> lostItems;    ///< the newest first
+    QStringList returnedItems;    ///< ids of records that say locked, whose data is back at the original place
+    QStringList interruptedLocks; ///< ids of records that say unlocked, whose data is in private storage
 
-    [[nodiscard]] qsizetype count() const { return lostItems.size() + returnedItems.size(); }
+    [[nodiscard]] qsizetype count() const { return lostItems.size() + returnedItems.size() + interruptedLocks.size(); }
     bool operator==(const RescueFindings &) const = default;
 };
 
@@ -46,5 +47,8 @@ struct RescueFindings
 
 /// Whether a record says locked while there is no private copy and the item itself is at its place.
 [[nodiscard]] bool isReturned(const FileManager &files, const ProtectedItem &item);
+
+/// Whether a record says unlocked while its data is in private storage, and nothing or a placeholder is at its place.
+[[nodiscard]] bool isLockUnfinished(const FileManager &files, const ProtectedItem &item);
 
 } // namespace quillhaven

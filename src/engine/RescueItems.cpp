@@ -12,6 +12,7 @@
 #include "engine/ItemPlaces.h"
 #include "engine/LostItems.h"
 #include "engine/OperationScope.h"
+#include "engine/OwnPlaces.h"
 #include "engine/PlaceholderFile.h"
 #include "engine/QuillhavenManager.h"
 #include "platform/FileManager.h"
@@ -97,10 +98,12 @@ QCoro::Task<RescueFindings> QuillhavenManager::findLostItems()
     RescueFindings findings = co_await offMainThread(std::move(look));
     // Operations went on meanwhile.
     findings.lostItems.removeIf([this](const LostItem &lost) { return !isLost(lost); });
-    findings.returnedItems.removeIf([this](const QString &id) {
+    const auto isSettled = [this](const QString &id, auto isIn) {
         const ProtectedItem *item = m_catalogue.item(id);
-        return !item || m_catalogue.isLeased(id) || !isReturned(m_platform.fileManager, *item);
-    });
+        return !item || m_catalogue.isLeased(id) || !isIn(m_platform.fileManager, *item);
+    };
+    findings.returnedItems.removeIf([&](const QString &id) { return isSettled(id, isReturned); });
+    findings.interruptedLocks.removeIf([&](const QString &id) { return isSettled(id, isLockUnfinished); });
     co_return findings;
 }
 
@@ -121,12 +124,17 @@ void QuillhavenManager::requireLost(const LostItem &lost) const
 
 void QuillhavenManager::requireNoPlaceOfAnItem(const QString &place) const
 {
-    const bool isRecorded = m_catalogue.itemAt(place) != nullptr;
-    if (isRecorded || isPlaceOfAnItem(m_platform.fileManager, protectedItems(), place)) {
+    const FileManager &files = m_platform.fileManager;
+    if (m_catalogue.itemAt(place) || isPlaceOfAnItem(files, protectedItems(), place)) {
         throw QuillhavenError(QuillhavenError::accessDenied,
                               QStringLiteral("\"%1\" is the place of another item of the list. Please choose another "
                                              "folder.")
                                   .arg(displayName(lastPathComponent(place))));
+    }
+    if (reasonNotToProtect(files, placesOfProgram(), protectedItems(), place)) {
+        throw QuillhavenError(QuillhavenError::accessDenied,
+                              QStringLiteral("\"%1\" belongs to Quillhaven itself. Please choose another folder.")
+                                  .arg(displayName(lastPathComponent(parentDirectory(place)))));
     }
 }
 

@@ -284,6 +284,21 @@ TEST_F(ForeignItems, AFolderOrALinkWithTheNameOfANewContainerIsRefusedBeforeAnyt
     EXPECT_EQ(TemporaryHome::read(target), "other");
 }
 
+TEST_F(ForeignItems, AFolderWithTheNameOfAContainerIsNeitherRemovedNorShredded)
+{
+    startLocked();
+    QFile::remove(containerPath);
+    services.home.write(QStringLiteral("Documents/a.txt.secured/thesis.txt"), "thesis");
+    engine.remove();
+    EXPECT_EQ(TemporaryHome::read(containerPath + QStringLiteral("/thesis.txt")), "thesis");
+    ASSERT_TRUE(QDir().rename(containerPath, containerPath + QStringLiteral("-away")));
+    engine.protect(path);
+    QFile::remove(containerPath);
+    ASSERT_TRUE(QDir().rename(containerPath + QStringLiteral("-away"), containerPath));
+    runTask(engine.manager.shredProtectedItem(engine.item(), [](const QString &, double) {}));
+    EXPECT_EQ(TemporaryHome::read(containerPath + QStringLiteral("/thesis.txt")), "thesis");
+}
+
 TEST_F(ForeignItems, ARemovalLeavesAFileThatIsNoContainer)
 {
     startLocked();

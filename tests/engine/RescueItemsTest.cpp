@@ -225,6 +225,43 @@ TEST_F(RescueItems, WithoutAPlaceholderTheListedAgainItemGetsOne)
     EXPECT_EQ(engine.item().originalName, QStringLiteral("elsewhere.txt"));
 }
 
+TEST_F(RescueItems, OfSeveralFilesOfOneSizeNoneIsNamedByAnother)
+{
+    for (const QString &name : {QStringLiteral("alpha.txt"), QStringLiteral("gamma.txt")}) {
+        engine.protect(services.home.write(QStringLiteral("Desktop/") + name, "same size"));
+    }
+    loseRecord();
+    loseRecord();
+    const RescueFindings findings = find();
+    ASSERT_EQ(findings.lostItems.size(), 2);
+    for (const LostItem &item : findings.lostItems) {
+        EXPECT_EQ(item.name, QString());
+        EXPECT_EQ(item.probablePlace, QString());
+    }
+}
+
+TEST_F(RescueItems, AFolderOfTheProgramIsNoPlaceForALostItem)
+{
+    startLocked();
+    loseRecord();
+    const LostItem item = lost();
+    for (const QString &folder : {QStringLiteral(".local/share/quillhaven"), QStringLiteral(".config/quillhaven")}) {
+        const QString place = inHome(folder + QStringLiteral("/a.txt"));
+        EXPECT_EQ(engineErrorOf([&] { (void)giveBack(item, place); }), QuillhavenError::accessDenied);
+        EXPECT_EQ(engineErrorOf([&] { (void)listAgain(item, place); }), QuillhavenError::accessDenied);
+    }
+    EXPECT_EQ(lost(), item);
+}
+
+TEST_F(RescueItems, WithoutPrivateStorageNothingIsTakenForReturned)
+{
+    startLocked();
+    services.home.write(QStringLiteral("Desktop/a.txt"), "saved over the placeholder");
+    const QString storage = inHome(QStringLiteral(".local/share/quillhaven"));
+    ASSERT_TRUE(QDir().rename(storage, storage + QStringLiteral("-away")));
+    EXPECT_EQ(find(), RescueFindings());
+}
+
 TEST_F(RescueItems, AFileWithoutAStoredPasswordCannotBeListedAgain)
 {
     const QString place = services.home.write(QStringLiteral("Desktop/a.txt"), "mine");
@@ -249,6 +286,19 @@ TEST_F(RescueItems, TheDataOfAnInterruptedLockComesBackForThePasswordOfItsItem)
     EXPECT_EQ(TemporaryHome::read(inHome(QStringLiteral("old.txt"))), "old");
     engine.unlock();
     EXPECT_EQ(TemporaryHome::read(path), "new");
+}
+
+TEST_F(RescueItems, AnInterruptedLockIsFoundAndFinished)
+{
+    startUnlocked("mine");
+    ASSERT_TRUE(QFile::rename(path, engine.item().originalBackupPath));
+    EXPECT_EQ(find().interruptedLocks, QStringList(engine.item().id));
+    services.home.write(QStringLiteral("Desktop/a.txt"), placeholderText.toUtf8().left(30));
+    EXPECT_EQ(find().interruptedLocks, QStringList(engine.item().id));
+    engine.lock();
+    EXPECT_EQ(find(), RescueFindings());
+    engine.unlock();
+    EXPECT_EQ(TemporaryHome::read(path), "mine");
 }
 
 TEST_F(RescueItems, ARunningProtectionIsNotLost)

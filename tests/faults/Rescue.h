@@ -21,6 +21,9 @@ inline void rescueAll(EngineHarness &engine, const std::function<QString(const L
     for (const QString &id : findings.returnedItems) {
         EXPECT_TRUE(runTask(engine.manager.settleReturnedItem(id, returned)));
     }
+    for (const QString &id : findings.interruptedLocks) {
+        runTask(engine.manager.lockItem(*engine.manager.catalogue().item(id)));
+    }
     EXPECT_EQ(runTask(engine.manager.findLostItems()).count(), 0);
 }
 

@@ -98,6 +98,12 @@ QCoro::Task<> RescueActions::runSearch()
         showFindings(findings);
     } while (m_looksAgain);
     m_isLooking = false;
+    if (const auto problem = m_context.quillhavenManager.catalogue().problem()) {
+        m_dialog.setEntries({{.title = QStringLiteral("The list of items cannot be compared"),
+                              .details = *problem,
+                              .symbol = QStringLiteral("exclamationmark.triangle.fill"),
+                              .choices = {}}});
+    }
     m_dialog.setIsBusy(false);
     showNotice();
 }
@@ -109,10 +115,13 @@ void RescueActions::showFindings(const RescueFindings &findings)
         const QList<Choice> choices = lost.probablePlace.isEmpty()
                                           ? QList{Choice::ChooseFolder, Choice::AddToList}
                                           : QList{Choice::GiveBack, Choice::ChooseFolder, Choice::AddToList};
-        m_found.append({.lost = lost, .returnedId = {}, .choices = choices});
+        m_found.append({.lost = lost, .itemId = {}, .choices = choices});
     }
     for (const QString &id : findings.returnedItems) {
-        m_found.append({.lost = {}, .returnedId = id, .choices = {Choice::MarkUnlocked, Choice::RemoveFromList}});
+        m_found.append({.lost = {}, .itemId = id, .choices = {Choice::MarkUnlocked, Choice::RemoveFromList}});
+    }
+    for (const QString &id : findings.interruptedLocks) {
+        m_found.append({.lost = {}, .itemId = id, .choices = {Choice::FinishLocking}});
     }
     QList<RescueEntry> entries;
     for (const Found &found : std::as_const(m_found)) {
@@ -127,7 +136,8 @@ RescueEntry RescueActions::entryOf(const Found &found) const
                                               {Choice::ChooseFolder, QStringLiteral("Give Back To…")},
                                               {Choice::AddToList, QStringLiteral("Add to List")},
                                               {Choice::MarkUnlocked, QStringLiteral("Mark as Unlocked")},
-                                              {Choice::RemoveFromList, QStringLiteral("Remove from List")}};
+                                              {Choice::RemoveFromList, QStringLiteral("Remove from List")},
+                                              {Choice::FinishLocking, QStringLiteral("Finish Locking")}};
     RescueEntry entry;
     for (const Choice choice : found.choices) {
         entry.choices.append(labels.value(choice));
@@ -136,34 +146,40 @@ RescueEntry RescueActions::entryOf(const Found &found) const
         entry.title = displayName(nameOf(*found.lost));
         entry.details = detailsOf(*found.lost, m_home);
         entry.symbol = found.lost->isFolder ? QStringLiteral("folder.fill") : finder_row::fileIcon(found.lost->name);
-    } else if (const ProtectedItem *item = m_context.quillhavenManager.catalogue().item(found.returnedId)) {
+    } else if (const ProtectedItem *item = m_context.quillhavenManager.catalogue().item(found.itemId)) {
         entry.title = displayName(item->originalName);
-        entry.details = QStringLiteral("Is back in %1, although the list says that it is locked.")
-                            .arg(displayName(finder_row::shortenedPath(item->originalPath, m_home)));
+        const QString text = found.choices.contains(Choice::FinishLocking)
+                                 ? QStringLiteral("Locking it was interrupted: it is no longer in %1, although the "
+                                                  "list says that it is unlocked.")
+                                 : QStringLiteral("Is back in %1, although the list says that it is locked.");
+        entry.details = text.arg(displayName(finder_row::shortenedPath(item->originalPath, m_home)));
         entry.symbol = finder_row::leadingIcon(*item);
     }
     return entry;
 }
 
+int RescueActions::countWith(Choice choice) const
+{
+    return static_cast<int>(
+        std::ranges::count_if(m_found, [choice](const Found &each) { return each.choices.contains(choice); }));
+}
+
 void RescueActions::showNotice()
 {
-    const auto lost =
-        static_cast<int>(std::ranges::count_if(m_found, [](const Found &each) { return each.lost.has_value(); }));
-    const int returned = static_cast<int>(m_found.size()) - lost;
     QStringList sentences;
-    if (lost > 0) {
-        sentences.append((lost == 1 ? QStringLiteral("%1 item was left in private storage by an interrupted operation.")
-                                    : QStringLiteral("%1 items were left in private storage by an interrupted "
-                                                     "operation."))
-                             .arg(lost));
-    }
-    if (returned > 0) {
-        sentences.append((returned == 1 ? QStringLiteral("%1 item is back at its place although the list says that it "
-                                                         "is locked.")
-                                        : QStringLiteral("%1 items are back at their places although the list says "
-                                                         "that they are locked."))
-                             .arg(returned));
-    }
+    const auto add = [&sentences](int count, const QString &one, const QString &several) {
+        if (count > 0) {
+            sentences.append((count == 1 ? one : several).arg(count));
+        }
+    };
+    add(countWith(Choice::ChooseFolder),
+        QStringLiteral("%1 item was left in private storage by an interrupted operation."),
+        QStringLiteral("%1 items were left in private storage by an interrupted operation."));
+    add(countWith(Choice::MarkUnlocked),
+        QStringLiteral("%1 item is back at its place although the list says that it is locked."),
+        QStringLiteral("%1 items are back at their places although the list says that they are locked."));
+    add(countWith(Choice::FinishLocking), QStringLiteral("%1 item was being locked when the program ended."),
+        QStringLiteral("%1 items were being locked when the program ended."));
     if (sentences.isEmpty()) {
         m_notices.remove(noticeId);
         return;
@@ -181,10 +197,14 @@ QCoro::Task<> RescueActions::carryOut(Found found, Choice choice)
     try {
         if (found.lost) {
             co_await settle(*found.lost, choice);
+        } else if (choice == Choice::FinishLocking) {
+            if (const ProtectedItem *item = engine.catalogue().item(found.itemId)) {
+                co_await engine.lockItem(*item);
+            }
         } else {
             const auto wanted = choice == Choice::MarkUnlocked ? QuillhavenManager::Returned::Unlocked
                                                                : QuillhavenManager::Returned::Removed;
-            (void)co_await engine.settleReturnedItem(found.returnedId, wanted);
+            (void)co_await engine.settleReturnedItem(found.itemId, wanted);
         }
     } catch (...) {
         m_context.errors.report(std::current_exception());

@@ -38,11 +38,11 @@ public:
     Q_INVOKABLE void show();
 
 private:
-    enum class Choice { GiveBack, ChooseFolder, AddToList, MarkUnlocked, RemoveFromList };
+    enum class Choice { GiveBack, ChooseFolder, AddToList, MarkUnlocked, RemoveFromList, FinishLocking };
     struct Found
     {
-        std::optional<LostItem> lost; ///< or else a row whose data is back
-        QString returnedId;
+        std::optional<LostItem> lost; ///< or else a row that is not as the list says
+        QString itemId;
         QList<Choice> choices;
     };
 
@@ -53,6 +53,8 @@ private:
     [[nodiscard]] QCoro::Task<std::optional<QString>> askForPlace(LostItem lost);
     void showFindings(const RescueFindings &findings);
     [[nodiscard]] RescueEntry entryOf(const Found &found) const;
+    /// Those of the found items that offer this choice.
+    [[nodiscard]] int countWith(Choice choice) const;
     void showNotice();
 
     DashboardContext m_context;

@@ -105,10 +105,8 @@ void showKeyringPrompt(GDBusConnection *bus, const char *owner, const char *path
     g_clear_pointer(&started, g_variant_unref);
     g_source_destroy(cancelled.get());
     g_source_destroy(check.get());
-    if (cancellable && g_cancellable_is_cancelled(cancellable)) {
-        g_dbus_connection_call(bus, owner, path, promptInterface, "Dismiss", nullptr, nullptr,
-                               G_DBUS_CALL_FLAGS_NO_AUTO_START, -1, nullptr, nullptr, nullptr);
-    }
+    // A prompt that is given up is not dismissed: that ends gnome-keyring 42, and with it the keyring of the session.
+    // It closes with the connection.
 }
 
 } // namespace quillhaven

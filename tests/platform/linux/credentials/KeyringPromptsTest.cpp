@@ -196,7 +196,8 @@ TEST_F(KeyringPrompts, ACallThatWaitsForThePromptCanBeCancelled)
     g_cancellable_cancel(cancellable.get());
     EXPECT_TRUE(spinUntil([&] { return reading.isFinished(); }));
     EXPECT_EQ(reading.result().status, credentialNotAvailable);
-    EXPECT_TRUE(spinUntil([this] { return m_keyring.dismissals() == 1; }));
+    // Dismissing it would end the keyring of the session, if that is gnome-keyring 42.
+    EXPECT_EQ(m_keyring.dismissals(), 0);
 }
 
 TEST_F(KeyringPrompts, AKeyringThatEndsWhileItPromptsIsNotWaitedFor)
