@@ -203,6 +203,7 @@ FAULTY(int, -1, fstatat, (int folder, const char *path, struct stat *status, int
 FAULTY(int, -1, statx, (int folder, const char *path, int flags, unsigned mask, struct statx *status),
        (folder, path, flags, mask, status))
 FAULTY(int, -1, faccessat, (int folder, const char *path, int mode, int flags), (folder, path, mode, flags))
+FAULTY(char *, nullptr, realpath, (const char *path, char *resolved), (path, resolved))
 FAULTY(int, -1, statvfs, (const char *path, struct statvfs *volume), (path, volume))
 FAULTY(int, -1, ftruncate, (int fd, off_t size), (fd, size))
 FAULTY(int, -1, fsync, (int fd), (fd))
