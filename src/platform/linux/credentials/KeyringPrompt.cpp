@@ -20,7 +20,7 @@ using Source = std::unique_ptr<GSource, Calls<g_source_unref>>;
 /// The wait for one prompt, in a main context of its own.
 struct Wait
 {
-    GDBusConnection *bus;
+    GDBusConnection *bus = nullptr;
     bool isOver = false;
 };
 

@@ -9,7 +9,7 @@
 #include <memory>
 #include <optional>
 
-using GCancellable = struct _GCancellable;
+using GCancellable = struct _GCancellable; // NOLINT(bugprone-reserved-identifier): the name in GLib
 
 namespace quillhaven {
 

@@ -143,7 +143,7 @@ BusConnection::~BusConnection()
 QCoro::Task<QDBusMessage> BusConnection::call(std::shared_ptr<BusConnection> bus, QDBusMessage message)
 {
     const milliseconds limit = bus->m_answerLimit;
-    return call(std::move(bus), std::move(message), limit);
+    return call(std::move(bus), message, limit);
 }
 
 QCoro::Task<QDBusMessage> BusConnection::call(std::shared_ptr<BusConnection> bus, QDBusMessage message,
