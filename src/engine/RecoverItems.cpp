@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
 // Recovery writes every backup of the cloud folder as a plain file into a folder that the user chooses. It works from
-// the backups themselves: the list is only a second source of names.
+// the backups themselves: the list is only a second source of names. The program does
+// nothing else while it runs.
 
 #include "async/OffMainThread.h"
-#include "async/StopForEnd.h"
 #include "backup/CloudBackups.h"
 #include "backup/RecoverBackup.h"
 #include "catalogue/QuillhavenError.h"
@@ -35,16 +35,9 @@ QCoro::Task<QStringList> QuillhavenManager::recoverFromiCloud(QString masterPass
     }
     QStringList recovered;
     for (const QString &backup : backups) {
-        if (stopsForEnd(recovered.size(), backups.size())) {
-            break;
-        }
         const ProtectedItem *item = m_catalogue.item(CloudBackups::itemId(backup));
         const std::optional<QString> listedName = item ? std::optional(item->originalName) : std::nullopt;
-        auto recover = [&files = m_platform.fileManager, backup, folder = *folder, masterPassword, listedName] {
-            return recoverBackup(files, backup, folder, masterPassword, listedName);
-        };
-        const QString path = co_await offMainThread(std::move(recover));
-        recovered.append(path);
+        recovered.append(recoverBackup(m_platform.fileManager, backup, *folder, masterPassword, listedName));
     }
     co_return recovered;
 }
