@@ -75,12 +75,13 @@ private:
     std::unique_ptr<EngineHarness> m_engine;
 };
 
-/// Some messages name no file: those of a failed check of a file, and those of the credential store.
+/// Some messages name no file: those of a failed check of a file or of Documents, and those of the credential store.
 bool namesTheProblem(const QString &sentence)
 {
     return sentence.contains(QLatin1Char('"')) || sentence.contains(QStringLiteral("item")) ||
            sentence.startsWith(QStringLiteral("The selected file or folder could not be found.")) ||
            sentence.startsWith(QStringLiteral("Could not restore file to original location.")) ||
+           sentence.startsWith(QStringLiteral("Cannot write to Documents folder.")) ||
            sentence.startsWith(QStringLiteral("Failed to save to keychain: ")) ||
            sentence.startsWith(QStringLiteral("Failed to delete from keychain: "));
 }
