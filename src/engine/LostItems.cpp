@@ -220,7 +220,10 @@ void discardLeftovers(FileManager &files, const QString &secureStorage, const QL
         folders.insert(parentDirectory(item.originalPath));
     }
     for (const QString &folder : std::as_const(folders)) {
-        files.discardAbandonedItems(folder);
+        valueOr(false, [&] {
+            files.discardAbandonedItems(folder);
+            return true;
+        });
     }
 }
 

@@ -1,8 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
 // Recovery writes every backup of the cloud folder as a plain file into a folder that the user chooses. It works from
-// the backups themselves: the list is only a second source of names. The program does
-// nothing else while it runs.
+// the backups themselves: the list is only a second source of names. The program does nothing else while it runs.
 
 #include "async/OffMainThread.h"
 #include "backup/CloudBackups.h"
