@@ -13,6 +13,8 @@
 #include "platform/linux/files/XdgDirectories.h"
 #include "platform/widgets/QtApplicationPresence.h"
 #include "platform/widgets/QtFilePanels.h"
+#include "platform/widgets/QtUrlOpener.h"
+#include "platform/widgets/QtUserInput.h"
 #include "presentation/MainWindow.h"
 #include "presentation/SheetModels.h"
 #include "presentation/WindowEngine.h"
@@ -134,12 +136,14 @@ int startAndRun()
     }
     LinuxPlatform services(directories);
     QtFilePanels panels(panelPalette(ColorTokens()));
+    QtUserInput input;
+    QtUrlOpener opener;
     QtApplicationPresence presence;
     const auto shutDown = qScopeGuard([] {
         shutDownSharedInstances();
         QThreadPool::globalInstance()->waitForDone();
     });
-    return runWindow(services.platform(panels), instance, presence);
+    return runWindow(services.platform(panels, input, opener), instance, presence);
 }
 
 } // namespace

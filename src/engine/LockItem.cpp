@@ -129,9 +129,20 @@ QCoro::Task<> QuillhavenManager::lockItem(ProtectedItem item)
     if (!operation) {
         co_return;
     }
-    co_await operation->lease();
-    if (meanwhile(item, operation->wasListed()) != Meanwhile::Nothing) {
-        operation->endSession();
+    co_await lockWithinLimit(std::move(item), *operation);
+}
+
+QCoro::Task<> QuillhavenManager::lockItemUnattended(ProtectedItem item)
+{
+    const auto operation = OperationScope::beginUnattended(*this, OperationScope::Mark::Item, item.id);
+    co_await lockWithinLimit(std::move(item), *operation);
+}
+
+QCoro::Task<> QuillhavenManager::lockWithinLimit(ProtectedItem item, OperationScope &operation)
+{
+    co_await operation.lease();
+    if (meanwhile(item, operation.wasListed()) != Meanwhile::Nothing) {
+        operation.endSession();
         co_return;
     }
 

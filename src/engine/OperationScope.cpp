@@ -22,6 +22,12 @@ QCoro::Task<std::unique_ptr<OperationScope>> OperationScope::begin(QuillhavenMan
     co_return std::unique_ptr<OperationScope>(new OperationScope(engine, mark, std::move(itemId), wasListed));
 }
 
+std::unique_ptr<OperationScope> OperationScope::beginUnattended(QuillhavenManager &engine, Mark mark, QString itemId)
+{
+    const bool wasListed = engine.isListed(itemId);
+    return std::unique_ptr<OperationScope>(new OperationScope(engine, mark, std::move(itemId), wasListed));
+}
+
 OperationScope::OperationScope(QuillhavenManager &engine, Mark mark, QString itemId, bool wasListed)
     : m_engine(engine), m_mark(mark), m_itemId(std::move(itemId)), m_wasListed(wasListed)
 {

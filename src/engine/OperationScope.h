@@ -29,6 +29,9 @@ public:
     /// must outlive the scope.
     [[nodiscard]] static QCoro::Task<std::unique_ptr<OperationScope>> begin(QuillhavenManager &engine, Mark mark,
                                                                             QString itemId = {});
+    /// The same without the guard.
+    [[nodiscard]] static std::unique_ptr<OperationScope> beginUnattended(QuillhavenManager &engine, Mark mark,
+                                                                         QString itemId);
     ~OperationScope();
     OperationScope(const OperationScope &) = delete;
     OperationScope &operator=(const OperationScope &) = delete;

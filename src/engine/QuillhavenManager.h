@@ -28,7 +28,8 @@ class PasswordInputDialogManager;
 /// own, named after it. Operations start and continue on the main thread; file, cipher and credential work runs
 /// off it. Nothing is rolled back: an operation runs a fixed order of steps and stops where it fails.
 ///
-/// Every operation passes the master password's guard first and returns without an error when that is cancelled.
+/// Every operation but lockItemUnattended passes the master password's guard first and returns without an error when
+/// that is cancelled.
 /// Those that succeed close the master password session.
 ///
 /// One operation at a time touches an item's files. A second one waits once its questions are answered, and then looks
@@ -91,6 +92,8 @@ public:
     /// the item is unlocked. Fails with `operationTimeout` when the work took longer than 30 seconds, and then returns
     /// only after it has ended.
     [[nodiscard]] QCoro::Task<> lockItem(ProtectedItem item);
+    /// The same without the master password's guard, for a lock that nobody is there to confirm.
+    [[nodiscard]] QCoro::Task<> lockItemUnattended(ProtectedItem item);
 
     // UnlockItem.cpp
 
@@ -223,6 +226,7 @@ private:
     [[nodiscard]] QCoro::Task<bool> authenticateForUnlock(ProtectedItem item);
 
     // LockItem.cpp, UnlockItem.cpp, RemoveProtection.cpp
+    [[nodiscard]] QCoro::Task<> lockWithinLimit(ProtectedItem item, OperationScope &operation);
     [[nodiscard]] QCoro::Task<> performLockOperation(ProtectedItem item);
     [[nodiscard]] QCoro::Task<> performUnlockOperation(ProtectedItem item, OperationScope &operation);
     [[nodiscard]] QCoro::Task<> performRemoval(ProtectedItem item, OperationScope &operation);

@@ -18,7 +18,11 @@ class CredentialStoreState;
 class FileManager;
 class FilePanels;
 class RandomSource;
+class UrlOpener;
 class UserDefaultsProvider;
+class UserInput;
+class WatchedSources;
+struct NotificationCenters;
 
 /// The services of the desktop, by reference: whoever builds one keeps them alive for as long as the program runs.
 struct Platform
@@ -34,6 +38,10 @@ struct Platform
     CloudStorage &cloud;
     Clock &clock;
     RandomSource &random;
+    NotificationCenters &notifications;
+    UserInput &input;
+    UrlOpener &opener;
+    WatchedSources &watched;
 };
 
 } // namespace quillhaven

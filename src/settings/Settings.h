@@ -20,6 +20,8 @@ inline constexpr Setting<bool> isAutoLockEnabled{"isAutoLockEnabled", false};
 /// chosen, and auto-lock and the preferences take no choice for false: the two differ on purpose.
 inline constexpr Setting<bool> lockOnSleep{"lockOnSleep", false};
 inline constexpr Setting<bool> lockOnSleepInViewModel{"lockOnSleep", true};
+/// Whether auto-lock locks without asking for the master password.
+inline constexpr Setting<bool> autoLockWithoutMasterPassword{"autoLockWithoutMasterPassword", false};
 /// Whether items are locked at the events of the rules.
 inline constexpr Setting<bool> smartAutoLockEnabled{"smartAutoLockEnabled", false};
 /// Those rules, as JSON.
@@ -34,6 +36,8 @@ inline constexpr Setting<bool> enableiCloudBackup{"enableiCloudBackup", false};
 
 /// Whether the program is started when the user logs in.
 inline constexpr Setting<bool> startAtLogin{"startAtLogin", false};
+/// Whether that start shows no window.
+inline constexpr Setting<bool> startHiddenAtLogin{"startHiddenAtLogin", false};
 /// Kept and validated by the settings model; nothing else reads it.
 inline constexpr Setting<bool> hideMenuBarIcon{"hideMenuBarIcon", false};
 /// "system", "light" or "dark". Kept and validated by the settings model; nothing else reads it.

@@ -38,7 +38,11 @@ Platform FolderPlatform::platform(FileManager &otherFiles, UserDefaultsProvider 
             .panels = panels,
             .cloud = cloud,
             .clock = clock,
-            .random = random};
+            .random = random,
+            .notifications = notifications,
+            .input = input,
+            .opener = opener,
+            .watched = watched};
 }
 
 } // namespace quillhaven::test

@@ -2,7 +2,9 @@
 
 #pragma once
 
+#include "platform/NotificationCenter.h"
 #include "platform/Platform.h"
+#include "platform/WatchedSources.h"
 #include "platform/linux/OpenSslRandomSource.h"
 #include "platform/linux/files/CloudFolders.h"
 #include "platform/linux/files/LinuxFileManager.h"
@@ -10,6 +12,8 @@
 #include "support/FakeBiometricAuthenticator.h"
 #include "support/FakeCredentialStoreState.h"
 #include "support/FakeFilePanels.h"
+#include "support/FakeUrlOpener.h"
+#include "support/FakeUserInput.h"
 #include "support/InMemoryCredentialStore.h"
 #include "support/ManualClock.h"
 
@@ -46,6 +50,10 @@ public:
     CloudFolders cloud;
     ManualClock clock;
     OpenSslRandomSource random;
+    NotificationCenters notifications;
+    FakeUserInput input;
+    FakeUrlOpener opener;
+    WatchedSources watched;
 };
 
 } // namespace quillhaven::test

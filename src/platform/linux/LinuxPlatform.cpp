@@ -20,7 +20,7 @@ LinuxPlatform::~LinuxPlatform()
     m_credentialQueue.waitForDone();
 }
 
-Platform LinuxPlatform::platform(FilePanels &panels)
+Platform LinuxPlatform::platform(FilePanels &panels, UserInput &input, UrlOpener &opener)
 {
     return {.fileManager = m_fileManager,
             .directories = m_directories,
@@ -32,7 +32,11 @@ Platform LinuxPlatform::platform(FilePanels &panels)
             .panels = panels,
             .cloud = m_cloud,
             .clock = m_clock,
-            .random = m_random};
+            .random = m_random,
+            .notifications = m_notifications,
+            .input = input,
+            .opener = opener,
+            .watched = m_watched};
 }
 
 } // namespace quillhaven

@@ -2,7 +2,9 @@
 
 #pragma once
 
+#include "platform/NotificationCenter.h"
 #include "platform/Platform.h"
+#include "platform/WatchedSources.h"
 #include "platform/linux/OpenSslRandomSource.h"
 #include "platform/linux/credentials/SystemCredentialStore.h"
 #include "platform/linux/credentials/SystemCredentialStoreState.h"
@@ -16,7 +18,7 @@
 
 namespace quillhaven {
 
-/// The real services of a Linux desktop, but for those that need a toolkit: the panels come from the caller.
+/// The real services of a Linux desktop, but for those that need a toolkit, which come from the caller.
 class LinuxPlatform
 {
 public:
@@ -26,8 +28,11 @@ public:
     LinuxPlatform(const LinuxPlatform &) = delete;
     LinuxPlatform &operator=(const LinuxPlatform &) = delete;
 
-    /// References to the services; this object and `panels` must outlive them.
-    [[nodiscard]] Platform platform(FilePanels &panels);
+    /// References to the services; this object and those of the toolkit must outlive them.
+    [[nodiscard]] Platform platform(FilePanels &panels, UserInput &input, UrlOpener &opener);
+    [[nodiscard]] Clock &clock() { return m_clock; }
+    [[nodiscard]] NotificationCenters &notifications() { return m_notifications; }
+    [[nodiscard]] WatchedSources &watched() { return m_watched; }
 
 private:
     UserDirectories m_directories;
@@ -40,6 +45,8 @@ private:
     SystemCredentialStoreState m_credentialStoreState;
     FprintAuthenticator m_biometrics;
     CloudFolders m_cloud;
+    NotificationCenters m_notifications;
+    WatchedSources m_watched;
 };
 
 } // namespace quillhaven

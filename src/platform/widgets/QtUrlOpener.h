@@ -1,0 +1,16 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+#pragma once
+
+#include "platform/UrlOpener.h"
+
+namespace quillhaven {
+
+/// Opens addresses as the toolkit does on this desktop.
+class QtUrlOpener : public UrlOpener
+{
+public:
+    bool open(const QUrl &url) override;
+};
+
+} // namespace quillhaven

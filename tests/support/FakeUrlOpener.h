@@ -1,0 +1,25 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+#pragma once
+
+#include "platform/UrlOpener.h"
+
+#include <QList>
+
+namespace quillhaven::test {
+
+/// Keeps the addresses that it is asked to open.
+class FakeUrlOpener : public UrlOpener
+{
+public:
+    bool open(const QUrl &url) override
+    {
+        opened.append(url);
+        return canOpen;
+    }
+
+    QList<QUrl> opened;
+    bool canOpen = true;
+};
+
+} // namespace quillhaven::test
