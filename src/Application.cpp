@@ -4,6 +4,8 @@
 
 #include "SharedInstances.h"
 #include "StartFailure.h"
+#include "autolock/AutoLockManager.h"
+#include "autolock/SmartAutoLockManager.h"
 #include "credentials/MasterPasswordDialogManager.h"
 #include "credentials/MasterPasswordManager.h"
 #include "credentials/PasswordInputDialogModel.h"
@@ -56,7 +58,9 @@ void chooseRenderer()
 LaunchSequence launchSequence()
 {
     return {.launchContext = LaunchContextManager::shared,
-            .launch = {{LaunchPhase::setupMenuBar, [] { QuillhavenManager::shared(); }}},
+            .launch = {{LaunchPhase::setupMenuBar, [] { QuillhavenManager::shared(); }},
+                       {LaunchPhase::autoLockManagers,
+                        autoLockStep([] { AutoLockManager::shared(); }, [] { SmartAutoLockManager::shared(); })}},
             .termination = {}};
 }
 
