@@ -32,6 +32,7 @@
 #include "shell/ProcessProtection.h"
 #include "shell/SingleInstance.h"
 #include "shell/TerminationSignals.h"
+#include "shell/handover/HandedOverActions.h"
 #include "shell/quillhavenApp.h"
 #include "support/LocalizedError.h"
 
@@ -99,7 +100,11 @@ int runWindow(const Platform &platform, SingleInstance &instance, QtApplicationP
     const std::unique_ptr<QQmlEngine> engine = makeWindowEngine();
     MainWindow window(*engine, dashboard, sheetModels);
     presence.setMainWindow(window.window());
-    quillhavenApp app(LaunchContextManager::shared(), presence, platform.clock, {});
+    HandedOverActions handedOver(platform, QuillhavenManager::shared(), MasterPasswordManager::shared(), presence,
+                                 {ConfirmationDialogManager::shared(), ProtectionMethodDialogManager::shared(),
+                                  PasswordInputDialogManager::shared()});
+    quillhavenApp app(LaunchContextManager::shared(), presence, platform.clock,
+                      [&handedOver] { handedOver.checkForPendingActions(); });
 
     QObject::connect(&window, &MainWindow::contentAppeared, &window, [&app] { app.contentAppeared(); });
     QObject::connect(qGuiApp, &QGuiApplication::applicationStateChanged, &window, [&app](Qt::ApplicationState state) {
@@ -108,7 +113,15 @@ int runWindow(const Platform &platform, SingleInstance &instance, QtApplicationP
         }
     });
     QObject::connect(&instance, &SingleInstance::activationRequested, &delegate, &AppDelegate::reopen);
-    QObject::connect(&instance, &SingleInstance::openRequested, &delegate, &AppDelegate::openUrls);
+    const auto openUrls = [&delegate, &handedOver](const QStringList &urls) {
+        for (const QString &url : urls) {
+            if (HandedOverActions::asksForMainWindow(url)) {
+                delegate.reopen();
+            }
+            handedOver.handleURLScheme(url);
+        }
+    };
+    QObject::connect(&instance, &SingleInstance::openRequested, &delegate, openUrls);
     const auto terminate = [&instance, &presence] {
         instance.announceEnd();
         presence.terminate();
@@ -124,6 +137,7 @@ int runWindow(const Platform &platform, SingleInstance &instance, QtApplicationP
     } else {
         app.contentAppeared();
     }
+    openUrls(SingleInstance::urlsIn(QCoreApplication::arguments()));
     const int result = QApplication::exec();
     delegate.applicationWillTerminate();
     QuillhavenManager::shared().catalogue().saveUnsaved();
