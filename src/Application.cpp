@@ -8,6 +8,7 @@
 #include "credentials/MasterPasswordManager.h"
 #include "credentials/PasswordInputDialogModel.h"
 #include "engine/QuillhavenManager.h"
+#include "platform/NotificationCenter.h"
 #include "platform/linux/LinuxPlatform.h"
 #include "platform/linux/files/UserEnvironment.h"
 #include "platform/linux/files/XdgDirectories.h"
@@ -23,6 +24,7 @@
 #include "presentation/dashboard/SettingsNotice.h"
 #include "presentation/dialogs/ConfirmationDialogManager.h"
 #include "presentation/dialogs/ProtectionMethodDialogManager.h"
+#include "presentation/preferences/PreferencesModel.h"
 #include "presentation/tokens/PanelPalette.h"
 #include "presentation/tokens/Typography.h"
 #include "shell/AppDelegate.h"
@@ -75,6 +77,7 @@ int runWindow(const Platform &platform, SingleInstance &instance, QtApplicationP
                                   .masterPassword = MasterPasswordDialogManager::shared()});
     const CredentialStoreNotice storeNotice(platform.credentialStoreState, *dashboard.notices(),
                                             ConfirmationDialogManager::shared());
+    PreferencesModel preferences(platform.notifications.standard);
     const Sheets sheets{.confirmation = ConfirmationDialogManager::shared(),
                         .protectionMethod = ProtectionMethodDialogManager::shared(),
                         .passwordInput = PasswordInputDialogManager::shared(),
@@ -88,6 +91,7 @@ int runWindow(const Platform &platform, SingleInstance &instance, QtApplicationP
                         .bulkProgress = *dashboard.bulk()->progress(),
                         .shredConfirmation = *dashboard.shredding()->confirmation(),
                         .shredProgress = *dashboard.shredding()->progress(),
+                        .preferences = preferences,
                         .biometrics = platform.biometrics};
     // Handled as a reopening: after a start at login, a window that is merely shown would be hidden again immediately.
     SheetModels sheetModels(sheets, [&delegate] { delegate.applicationShouldHandleReopen(false); });
