@@ -10,6 +10,7 @@
 #include "credentials/MasterPasswordManager.h"
 #include "credentials/PasswordInputDialogModel.h"
 #include "engine/QuillhavenManager.h"
+#include "platform/NotificationCenter.h"
 #include "platform/linux/LinuxPlatform.h"
 #include "platform/linux/files/UserEnvironment.h"
 #include "platform/linux/files/XdgDirectories.h"
@@ -25,6 +26,7 @@
 #include "presentation/dashboard/SettingsNotice.h"
 #include "presentation/dialogs/ConfirmationDialogManager.h"
 #include "presentation/dialogs/ProtectionMethodDialogManager.h"
+#include "presentation/preferences/PreferencesModel.h"
 #include "presentation/tokens/PanelPalette.h"
 #include "presentation/tokens/Typography.h"
 #include "shell/AppDelegate.h"
@@ -80,6 +82,7 @@ int runWindow(const Platform &platform, SingleInstance &instance, QtApplicationP
                                   .masterPassword = MasterPasswordDialogManager::shared()});
     const CredentialStoreNotice storeNotice(platform.credentialStoreState, *dashboard.notices(),
                                             ConfirmationDialogManager::shared());
+    PreferencesModel preferences(platform.notifications.standard);
     const Sheets sheets{.confirmation = ConfirmationDialogManager::shared(),
                         .protectionMethod = ProtectionMethodDialogManager::shared(),
                         .passwordInput = PasswordInputDialogManager::shared(),
@@ -93,6 +96,7 @@ int runWindow(const Platform &platform, SingleInstance &instance, QtApplicationP
                         .bulkProgress = *dashboard.bulk()->progress(),
                         .shredConfirmation = *dashboard.shredding()->confirmation(),
                         .shredProgress = *dashboard.shredding()->progress(),
+                        .preferences = preferences,
                         .biometrics = platform.biometrics};
     // Handled as a reopening: after a start at login, a window that is merely shown would be hidden again immediately.
     SheetModels sheetModels(sheets, [&delegate] { delegate.applicationShouldHandleReopen(false); });

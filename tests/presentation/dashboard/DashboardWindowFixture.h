@@ -65,6 +65,7 @@ protected:
                                     .bulkProgress = *harness.dashboard.bulk()->progress(),
                                     .shredConfirmation = *harness.dashboard.shredding()->confirmation(),
                                     .shredProgress = *harness.dashboard.shredding()->progress(),
+                                    .preferences = preferences,
                                     .biometrics = services.biometrics},
                              [this] { bringForward(); });
         }
@@ -91,6 +92,7 @@ protected:
     }
 
     std::function<void()> bringForward = [this] { m_window->show(); };
+    PreferencesModel preferences{services.notifications.standard};
 
     /// Updates bindings, layouts and short animations, and draws the window.
     void render()

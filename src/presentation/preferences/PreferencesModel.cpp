@@ -1,0 +1,14 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+#include "presentation/preferences/PreferencesModel.h"
+
+#include "platform/NotificationCenter.h"
+
+namespace quillhaven {
+
+PreferencesModel::PreferencesModel(NotificationCenter &notifications, QObject *parent) : DialogModel(parent)
+{
+    notifications.observe(notifications::showPreferences, this, [this](const QVariantMap & /*userInfo*/) { show(); });
+}
+
+} // namespace quillhaven
