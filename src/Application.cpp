@@ -82,7 +82,10 @@ int runWindow(const Platform &platform, SingleInstance &instance, QtApplicationP
                                   .masterPassword = MasterPasswordDialogManager::shared()});
     const CredentialStoreNotice storeNotice(platform.credentialStoreState, *dashboard.notices(),
                                             ConfirmationDialogManager::shared());
-    PreferencesModel preferences(platform.notifications.standard);
+    AutoLockSectionModel autoLockSection(AutoLockManager::shared(), SmartAutoLockManager::shared(),
+                                         MasterPasswordManager::shared(), platform.defaults.standard());
+    WatchedSourcesModel watchedSources(platform.watched, [&dashboard] { dashboard.bulk()->lockEverything(); });
+    PreferencesModel preferences(platform.notifications.standard, {autoLockSection, watchedSources});
     const Sheets sheets{.confirmation = ConfirmationDialogManager::shared(),
                         .protectionMethod = ProtectionMethodDialogManager::shared(),
                         .passwordInput = PasswordInputDialogManager::shared(),
