@@ -161,7 +161,7 @@ int startAndRun()
     }
     LinuxPlatform services(directories);
     QtFilePanels panels(panelPalette(ColorTokens()));
-    QtUserInput input;
+    QtUserInput input(services.globalInput());
     QtUrlOpener opener;
     QtApplicationPresence presence;
     const auto shutDown = qScopeGuard([] {

@@ -9,7 +9,8 @@ LinuxPlatform::LinuxPlatform(const UserDirectories &directories)
       m_defaults(directories.configuration),
       m_credentials(directories.configuration, m_random, &m_clock),
       m_credentialStoreState(m_credentials, m_credentialQueue, m_clock),
-      m_cloud(m_directories)
+      m_cloud(m_directories),
+      m_globalInput(m_clock, m_watched)
 {
     m_credentialQueue.setMaxThreadCount(1);
 }

@@ -12,6 +12,7 @@
 #include "platform/linux/files/LinuxFileManager.h"
 #include "platform/linux/session/EventLoopClock.h"
 #include "platform/linux/session/FprintAuthenticator.h"
+#include "platform/linux/session/SessionInput.h"
 #include "platform/linux/settings/SqliteUserDefaultsProvider.h"
 
 #include <QThreadPool>
@@ -32,6 +33,7 @@ public:
     [[nodiscard]] Platform platform(FilePanels &panels, UserInput &input, UrlOpener &opener);
     [[nodiscard]] Clock &clock() { return m_clock; }
     [[nodiscard]] NotificationCenters &notifications() { return m_notifications; }
+    [[nodiscard]] GlobalInput &globalInput() { return m_globalInput; }
     [[nodiscard]] WatchedSources &watched() { return m_watched; }
 
 private:
@@ -47,6 +49,7 @@ private:
     CloudFolders m_cloud;
     NotificationCenters m_notifications;
     WatchedSources m_watched;
+    SessionInput m_globalInput;
 };
 
 } // namespace quillhaven
