@@ -10,6 +10,7 @@
 #include "platform/linux/credentials/SystemCredentialStoreState.h"
 #include "platform/linux/files/CloudFolders.h"
 #include "platform/linux/files/LinuxFileManager.h"
+#include "platform/linux/login/AutostartLoginItem.h"
 #include "platform/linux/session/EventLoopClock.h"
 #include "platform/linux/session/FprintAuthenticator.h"
 #include "platform/linux/settings/SqliteUserDefaultsProvider.h"
@@ -47,6 +48,7 @@ private:
     CloudFolders m_cloud;
     NotificationCenters m_notifications;
     WatchedSources m_watched;
+    AutostartLoginItem m_loginItem;
 };
 
 } // namespace quillhaven
