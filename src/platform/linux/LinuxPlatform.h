@@ -10,6 +10,7 @@
 #include "platform/linux/credentials/SystemCredentialStoreState.h"
 #include "platform/linux/files/CloudFolders.h"
 #include "platform/linux/files/LinuxFileManager.h"
+#include "platform/linux/login/AutostartLoginItem.h"
 #include "platform/linux/session/EventLoopClock.h"
 #include "platform/linux/session/FprintAuthenticator.h"
 #include "platform/linux/session/SessionInput.h"
@@ -50,6 +51,7 @@ private:
     NotificationCenters m_notifications;
     WatchedSources m_watched;
     SessionInput m_globalInput;
+    AutostartLoginItem m_loginItem;
 };
 
 } // namespace quillhaven
