@@ -13,6 +13,7 @@
 #include "platform/linux/session/EventLoopClock.h"
 #include "platform/linux/session/FprintAuthenticator.h"
 #include "platform/linux/session/SessionInput.h"
+#include "platform/linux/session/SessionWatch.h"
 #include "platform/linux/settings/SqliteUserDefaultsProvider.h"
 
 #include <QThreadPool>
@@ -50,6 +51,7 @@ private:
     NotificationCenters m_notifications;
     WatchedSources m_watched;
     SessionInput m_globalInput;
+    SessionWatch m_session;
 };
 
 } // namespace quillhaven
