@@ -121,8 +121,11 @@ TEST_F(ScreenSaverWatchTest, OnlyTheOwnerOfTheNameMayReportAStart)
                                    QStringLiteral("NameOwnerChanged"));
     change.setArguments({gnomeName, QString(), stranger.baseService()});
     ASSERT_TRUE(stranger.send(change));
-    ASSERT_TRUE(stranger.send(signal));
-    setActive(*saver, gnomeName, true); // comes after them
+    // Noticed after it.
+    const auto later = startSaver(QStringLiteral("org.xfce.ScreenSaver"), QStringLiteral("/org/xfce/ScreenSaver"));
+    expectState(Source::ScreenSaver, true,
+                watchedThrough(QStringLiteral("org.gnome.ScreenSaver and org.xfce.ScreenSaver")));
+    setActive(*saver, gnomeName, true);
     expectPosts(distributed, {started});
     spinOnce();
     EXPECT_EQ(distributed.size(), 1);

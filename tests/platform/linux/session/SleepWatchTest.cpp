@@ -3,6 +3,8 @@
 #include "platform/linux/session/SessionWatchFixture.h"
 #include "support/EventLoopChecker.h"
 
+#include <QDBusPendingCall>
+
 #include <atomic>
 
 namespace quillhaven::test {
@@ -141,11 +143,38 @@ TEST_F(SleepWatchTest, ALockThatComesWhenTheSleepHasBegunIsNotHeld)
     startBoth();
     prepareForSleep(true);
     EXPECT_TRUE(waitForNoLock());
-    // The lock is asked for on waking, and logind falls asleep again before the answer is read.
-    prepareForSleep(false);
-    prepareForSleep(true);
+    QDBusConnection client = QDBusConnection::connectToBus(QDBusConnection::SystemBus, QStringLiteral("client"));
+    // On waking the lock is asked for only after logind has been asked to report the next sleep.
+    centers.workspace.observe(notifications::didWake, watch.get(), [&](const QVariantMap &) {
+        logind->send(SIGSTOP);
+        QDBusMessage sleepAgain = QDBusMessage::createMethodCall(
+            QStringLiteral("org.freedesktop.login1"), QStringLiteral("/org/freedesktop/login1"),
+            QStringLiteral("org.freedesktop.DBus.Mock"), QStringLiteral("EmitSignal"));
+        sleepAgain.setArguments({QStringLiteral("org.freedesktop.login1.Manager"), QStringLiteral("PrepareForSleep"),
+                                 QStringLiteral("b"), QVariantList{true}});
+        client.asyncCall(sleepAgain);
+        const QDBusMessage toTheBus = QDBusMessage::createMethodCall(
+            QStringLiteral("org.freedesktop.DBus"), QStringLiteral("/org/freedesktop/DBus"),
+            QStringLiteral("org.freedesktop.DBus"), QStringLiteral("GetId"));
+        client.call(toTheBus); // it has the first message by then
+    });
+    QProcess waking;
+    waking.start(QStringLiteral("gdbus"),
+                 {QStringLiteral("call"), QStringLiteral("--system"), QStringLiteral("-d"),
+                  QStringLiteral("org.freedesktop.login1"), QStringLiteral("-o"),
+                  QStringLiteral("/org/freedesktop/login1"), QStringLiteral("-m"),
+                  QStringLiteral("org.freedesktop.DBus.Mock.EmitSignal"),
+                  QStringLiteral("org.freedesktop.login1.Manager"), QStringLiteral("PrepareForSleep"),
+                  QStringLiteral("b"), QStringLiteral("[<false>]")});
+    EXPECT_TRUE(spinUntil([this] { return workspace.contains(notifications::didWake); }));
+    spinOnce(); // the lock is asked for
+    logind->send(SIGCONT);
     expectPosts(workspace, {notifications::willSleep, notifications::didWake, notifications::willSleep});
+    EXPECT_TRUE(spinUntil([&waking] { return waking.state() == QProcess::NotRunning; }));
     EXPECT_TRUE(waitForNoLock());
+    spinOnce();
+    EXPECT_FALSE(isLockHeld());
+    QDBusConnection::disconnectFromBus(QStringLiteral("client"));
 }
 
 TEST_F(SleepWatchTest, ALogindThatRefusesTheLockIsStillListenedToAndTheStateSaysSo)
