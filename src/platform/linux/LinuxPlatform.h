@@ -14,6 +14,7 @@
 #include "platform/linux/session/EventLoopClock.h"
 #include "platform/linux/session/FprintAuthenticator.h"
 #include "platform/linux/session/SessionInput.h"
+#include "platform/linux/session/SessionWatch.h"
 #include "platform/linux/settings/SqliteUserDefaultsProvider.h"
 
 #include <QThreadPool>
@@ -52,6 +53,7 @@ private:
     WatchedSources m_watched;
     SessionInput m_globalInput;
     AutostartLoginItem m_loginItem;
+    SessionWatch m_session;
 };
 
 } // namespace quillhaven

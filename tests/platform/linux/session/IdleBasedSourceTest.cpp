@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
 #include "platform/linux/session/SessionInputFixture.h"
+#include "support/EventLoopChecker.h"
 
 #ifdef WITH_KWIN
 #include "platform/linux/session/KWinInput.h"
@@ -8,6 +9,9 @@
 #include "platform/linux/session/MutterInput.h"
 #endif
 
+#include <QThreadPool>
+
+#include <atomic>
 #include <csignal>
 
 namespace quillhaven::test {
@@ -98,6 +102,38 @@ TEST_F(IdleBasedSourceTest, NothingIsWatchedAfterTheMonitorIsGone)
     user.movePointer();
     spinOnce();
     EXPECT_EQ(reports, 0);
+}
+
+TEST_F(IdleBasedSourceTest, ACompositorThatDoesNotAnswerDoesNotBlockTheLoop)
+{
+    const auto compositor = static_cast<pid_t>(qEnvironmentVariableIntValue("COMPOSITOR_PID"));
+    ASSERT_EQ(::kill(compositor, SIGSTOP), 0);
+    const CountingMonitor monitor(input, anyInput);
+    EventLoopChecker loop;
+    QThreadPool pool;
+    std::atomic<bool> hasTicked = false;
+    pool.start([&] { hasTicked = loop.ticksAgain() && loop.ticksAgain() && loop.ticksAgain(); });
+    EXPECT_TRUE(spinUntil([&pool] { return pool.waitForDone(0); }));
+    ASSERT_EQ(::kill(compositor, SIGCONT), 0);
+    EXPECT_TRUE(hasTicked);
+    EXPECT_TRUE(monitor.isWatching());
+    EXPECT_TRUE(spinUntil([this] { return state().isAvailable; }));
+}
+
+TEST_F(IdleBasedSourceTest, ADesktopThatOffersNothingHasNoMonitorAndTheStateSaysWhy)
+{
+    const QByteArray display = qgetenv("WAYLAND_DISPLAY");
+    const QByteArray bus = qgetenv("DBUS_SESSION_BUS_ADDRESS");
+    const bool hasNotifications = sentence.contains(QStringLiteral("notifications"));
+    qputenv(hasNotifications ? "WAYLAND_DISPLAY" : "DBUS_SESSION_BUS_ADDRESS", "unix:path=/nonexistent");
+    const CountingMonitor first(input, anyInput);
+    EXPECT_TRUE(spinUntil([this] { return !state().sentence.isEmpty(); }));
+    EXPECT_EQ(state(),
+              (WatchedSources::State{false, QStringLiteral("Only input to Quillhaven's own windows is noticed: this "
+                                                           "Wayland desktop does not report when you are idle.")}));
+    EXPECT_FALSE(CountingMonitor(input, anyInput).isWatching());
+    qputenv("WAYLAND_DISPLAY", display);
+    qputenv("DBUS_SESSION_BUS_ADDRESS", bus);
 }
 
 /// The last test: it ends the compositor.
