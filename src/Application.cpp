@@ -4,10 +4,13 @@
 
 #include "SharedInstances.h"
 #include "StartFailure.h"
+#include "autolock/AutoLockManager.h"
+#include "autolock/SmartAutoLockManager.h"
 #include "credentials/MasterPasswordDialogManager.h"
 #include "credentials/MasterPasswordManager.h"
 #include "credentials/PasswordInputDialogModel.h"
 #include "engine/QuillhavenManager.h"
+#include "platform/NotificationCenter.h"
 #include "platform/linux/LinuxPlatform.h"
 #include "platform/linux/files/UserEnvironment.h"
 #include "platform/linux/files/XdgDirectories.h"
@@ -23,6 +26,7 @@
 #include "presentation/dashboard/SettingsNotice.h"
 #include "presentation/dialogs/ConfirmationDialogManager.h"
 #include "presentation/dialogs/ProtectionMethodDialogManager.h"
+#include "presentation/preferences/PreferencesModel.h"
 #include "presentation/tokens/PanelPalette.h"
 #include "presentation/tokens/Typography.h"
 #include "shell/AppDelegate.h"
@@ -30,6 +34,7 @@
 #include "shell/ProcessProtection.h"
 #include "shell/SingleInstance.h"
 #include "shell/TerminationSignals.h"
+#include "shell/handover/HandedOverActions.h"
 #include "shell/quillhavenApp.h"
 #include "support/LocalizedError.h"
 
@@ -56,7 +61,9 @@ void chooseRenderer()
 LaunchSequence launchSequence()
 {
     return {.launchContext = LaunchContextManager::shared,
-            .launch = {{LaunchPhase::setupMenuBar, [] { QuillhavenManager::shared(); }}},
+            .launch = {{LaunchPhase::setupMenuBar, [] { QuillhavenManager::shared(); }},
+                       {LaunchPhase::autoLockManagers,
+                        autoLockStep([] { AutoLockManager::shared(); }, [] { SmartAutoLockManager::shared(); })}},
             .termination = {}};
 }
 
@@ -75,6 +82,10 @@ int runWindow(const Platform &platform, SingleInstance &instance, QtApplicationP
                                   .masterPassword = MasterPasswordDialogManager::shared()});
     const CredentialStoreNotice storeNotice(platform.credentialStoreState, *dashboard.notices(),
                                             ConfirmationDialogManager::shared());
+    AutoLockSectionModel autoLockSection(AutoLockManager::shared(), SmartAutoLockManager::shared(),
+                                         MasterPasswordManager::shared(), platform.defaults.standard());
+    WatchedSourcesModel watchedSources(platform.watched, [&dashboard] { dashboard.bulk()->lockEverything(); });
+    PreferencesModel preferences(platform.notifications.standard, {autoLockSection, watchedSources});
     const Sheets sheets{.confirmation = ConfirmationDialogManager::shared(),
                         .protectionMethod = ProtectionMethodDialogManager::shared(),
                         .passwordInput = PasswordInputDialogManager::shared(),
@@ -88,6 +99,7 @@ int runWindow(const Platform &platform, SingleInstance &instance, QtApplicationP
                         .bulkProgress = *dashboard.bulk()->progress(),
                         .shredConfirmation = *dashboard.shredding()->confirmation(),
                         .shredProgress = *dashboard.shredding()->progress(),
+                        .preferences = preferences,
                         .biometrics = platform.biometrics};
     // Handled as a reopening: after a start at login, a window that is merely shown would be hidden again immediately.
     SheetModels sheetModels(sheets, [&delegate] { delegate.applicationShouldHandleReopen(false); });
@@ -95,7 +107,11 @@ int runWindow(const Platform &platform, SingleInstance &instance, QtApplicationP
     const std::unique_ptr<QQmlEngine> engine = makeWindowEngine();
     MainWindow window(*engine, dashboard, sheetModels);
     presence.setMainWindow(window.window());
-    quillhavenApp app(LaunchContextManager::shared(), presence, platform.clock, {});
+    HandedOverActions handedOver(platform, QuillhavenManager::shared(), MasterPasswordManager::shared(), presence,
+                                 {ConfirmationDialogManager::shared(), ProtectionMethodDialogManager::shared(),
+                                  PasswordInputDialogManager::shared()});
+    quillhavenApp app(LaunchContextManager::shared(), presence, platform.clock,
+                      [&handedOver] { handedOver.checkForPendingActions(); });
 
     QObject::connect(&window, &MainWindow::contentAppeared, &window, [&app] { app.contentAppeared(); });
     QObject::connect(qGuiApp, &QGuiApplication::applicationStateChanged, &window, [&app](Qt::ApplicationState state) {
@@ -104,7 +120,15 @@ int runWindow(const Platform &platform, SingleInstance &instance, QtApplicationP
         }
     });
     QObject::connect(&instance, &SingleInstance::activationRequested, &delegate, &AppDelegate::reopen);
-    QObject::connect(&instance, &SingleInstance::openRequested, &delegate, &AppDelegate::openUrls);
+    const auto openUrls = [&delegate, &handedOver](const QStringList &urls) {
+        for (const QString &url : urls) {
+            if (HandedOverActions::asksForMainWindow(url)) {
+                delegate.reopen();
+            }
+            handedOver.handleURLScheme(url);
+        }
+    };
+    QObject::connect(&instance, &SingleInstance::openRequested, &delegate, openUrls);
     const auto terminate = [&instance, &presence] {
         instance.announceEnd();
         presence.terminate();
@@ -120,6 +144,7 @@ int runWindow(const Platform &platform, SingleInstance &instance, QtApplicationP
     } else {
         app.contentAppeared();
     }
+    openUrls(SingleInstance::urlsIn(QCoreApplication::arguments()));
     const int result = QApplication::exec();
     delegate.applicationWillTerminate();
     QuillhavenManager::shared().catalogue().saveUnsaved();

@@ -31,10 +31,16 @@ ApplicationWindow {
         onActivated: window.close()
     }
 
+    Shortcut {
+        sequence: "Ctrl+," // as for Ctrl+Q
+        onActivated: window.sheets.preferences.show()
+    }
+
     DashboardView {
         anchors.fill: parent
         dashboard: window.dashboard
         acceptsDrops: !window.sheets.isAnyPresented
+        onPreferencesWanted: window.sheets.preferences.show()
     }
 
     SheetHost {

@@ -6,6 +6,7 @@ import QtQuick
 import Quillhaven
 import Quillhaven.Controls
 import Quillhaven.Dialogs
+import Quillhaven.Preferences
 
 /// The sheets of a window, over its content. Questions are shown in one of the windows, the progress of operations in
 /// the main window.
@@ -41,6 +42,10 @@ Item {
         Item {
             anchors.fill: parent
 
+            SheetLoader {
+                presented: host.models.preferences.isPresented
+                sourceComponent: PreferencesView { preferences: host.models.preferences }
+            }
             SheetLoader {
                 presented: host.models.rescue.isPresented
                 sourceComponent: RescueDialog { rescue: host.models.rescue }

@@ -16,6 +16,7 @@
 #include "presentation/dialogs/RemoveProtectionDialogManager.h"
 #include "presentation/dialogs/RescueDialogModel.h"
 #include "presentation/dialogs/ShredConfirmationDialogModel.h"
+#include "presentation/preferences/PreferencesModel.h"
 
 #include <QObject>
 #include <QtQml/qqmlregistration.h>
@@ -40,6 +41,7 @@ struct Sheets
     OperationProgress &bulkProgress;
     ShredConfirmationDialogModel &shredConfirmation;
     OperationProgress &shredProgress;
+    PreferencesModel &preferences;
     BiometricAuthenticator &biometrics;
 };
 
@@ -66,6 +68,7 @@ class SheetModels : public QObject
     Q_PROPERTY(quillhaven::OperationProgress *bulkProgress READ bulkProgress CONSTANT)
     Q_PROPERTY(quillhaven::ShredConfirmationDialogModel *shredConfirmation READ shredConfirmation CONSTANT)
     Q_PROPERTY(quillhaven::OperationProgress *shredProgress READ shredProgress CONSTANT)
+    Q_PROPERTY(quillhaven::PreferencesModel *preferences READ preferences CONSTANT)
     Q_PROPERTY(quillhaven::BiometricAuthenticator *biometrics READ biometrics CONSTANT)
     Q_PROPERTY(quillhaven::QuestionWindow *questionWindow READ questionWindow CONSTANT)
     Q_PROPERTY(bool isAnyPresented READ isAnyPresented NOTIFY isAnyPresentedChanged)
@@ -94,6 +97,7 @@ public:
     [[nodiscard]] OperationProgress *bulkProgress() const { return &m_sheets.bulkProgress; }
     [[nodiscard]] ShredConfirmationDialogModel *shredConfirmation() const { return &m_sheets.shredConfirmation; }
     [[nodiscard]] OperationProgress *shredProgress() const { return &m_sheets.shredProgress; }
+    [[nodiscard]] PreferencesModel *preferences() const { return &m_sheets.preferences; }
     [[nodiscard]] BiometricAuthenticator *biometrics() const { return &m_sheets.biometrics; }
     [[nodiscard]] QuestionWindow *questionWindow() { return &m_questionWindow; }
     /// Whether any window shows a sheet.

@@ -61,12 +61,6 @@ void AppDelegate::reopen()
     m_presence.activate();
 }
 
-void AppDelegate::openUrls(const QStringList & /*urls*/)
-{
-    // The program does not handle any URLs yet.
-    reopen();
-}
-
 void AppDelegate::showMainWindow()
 {
     if (m_presence.activationPolicy() != ApplicationPresence::ActivationPolicy::Regular) {

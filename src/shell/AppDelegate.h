@@ -5,7 +5,6 @@
 #include "shell/LaunchSteps.h"
 
 #include <QObject>
-#include <QStringList>
 
 #include <functional>
 #include <map>
@@ -46,8 +45,6 @@ public:
 
     /// The program was started a second time: shows the window, or brings it to the front.
     void reopen();
-    /// The program was started a second time, with something to open.
-    void openUrls(const QStringList &urls);
 
     /// Null before the launch and after the termination.
     [[nodiscard]] LaunchContextManager *launchContext() const { return m_launchContext; }

@@ -16,6 +16,8 @@ Item {
     property bool acceptsDrops: true
     readonly property bool hasRoomForDropArea: height >= Metrics.roomyWindow
 
+    signal preferencesWanted
+
     ColumnLayout {
         anchors.fill: parent
         spacing: 0
@@ -23,6 +25,7 @@ Item {
         EnhancedToolbar {
             Layout.fillWidth: true
             dashboard: view.dashboard
+            onPreferencesWanted: view.preferencesWanted()
         }
 
         ColumnLayout {

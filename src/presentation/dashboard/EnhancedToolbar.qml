@@ -16,6 +16,8 @@ Rectangle {
     property string title: "Quillhaven"
     readonly property bool isNarrow: width < Metrics.narrowToolbar
 
+    signal preferencesWanted
+
     implicitHeight: content.implicitHeight
     color: Colors.backgroundSecondary
 
@@ -135,6 +137,12 @@ Rectangle {
                 enabled: !toolbar.dashboard.protecting.showingFilePicker
                 Accessible.description: "Opens file picker to select items to protect"
                 onClicked: toolbar.dashboard.protecting.protectNewItem()
+            }
+
+            IconButton {
+                symbol: "gearshape"
+                helpText: "Preferences"
+                onClicked: toolbar.preferencesWanted()
             }
         }
 

@@ -3,6 +3,7 @@
 #pragma once
 
 #include "DashboardHarness.h"
+#include "PreferencesHarness.h"
 
 #include "presentation/MainWindow.h"
 #include "presentation/SheetModels.h"
@@ -65,6 +66,7 @@ protected:
                                     .bulkProgress = *harness.dashboard.bulk()->progress(),
                                     .shredConfirmation = *harness.dashboard.shredding()->confirmation(),
                                     .shredProgress = *harness.dashboard.shredding()->progress(),
+                                    .preferences = preferences().model,
                                     .biometrics = services.biometrics},
                              [this] { bringForward(); });
         }
@@ -91,6 +93,13 @@ protected:
     }
 
     std::function<void()> bringForward = [this] { m_window->show(); };
+    PreferencesHarness &preferences()
+    {
+        if (!m_preferences) {
+            m_preferences.emplace(started());
+        }
+        return *m_preferences;
+    }
 
     /// Updates bindings, layouts and short animations, and draws the window.
     void render()
@@ -162,6 +171,7 @@ protected:
 
 private:
     std::unique_ptr<QQmlEngine> m_engine;
+    std::optional<PreferencesHarness> m_preferences;
     std::optional<SheetModels> m_sheets;
     std::optional<MainWindow> m_window;
     bool m_isShown = false;
