@@ -67,6 +67,21 @@ QString PlugInRegistry::listing() const
            QStringLiteral(")\t") + managers.join(QStringLiteral(", "));
 }
 
+QStringList PlugInRegistry::managersToBeRestarted() const
+{
+    const auto known = registration();
+    if (!known || !known->isUsed) {
+        return {};
+    }
+    QStringList managers;
+    for (const auto &menus : menusOfAllManagers(known->extension, m_places)) {
+        if (menus->isToBeRestarted()) {
+            managers.append(menus->name());
+        }
+    }
+    return managers;
+}
+
 QStringList PlugInRegistry::add(const QString &extension)
 {
     const QString path = QFileInfo(extension).canonicalFilePath();

@@ -17,6 +17,9 @@ public:
     /// One line for the registered extension, empty when there is none: "+" or "-" for whether it is in use with all
     /// menus in place, four blanks, its identifier and version and, after a tab, the file managers that have the menus.
     [[nodiscard]] QString listing() const;
+    /// The running file managers that have the menus only after all of their windows were closed. None is ended here: a
+    /// window of the user's, or a copy that is under way, would end with it.
+    [[nodiscard]] QStringList managersToBeRestarted() const;
     /// Registers the extension in this folder, and installs its menus unless they are not to be used.
     [[nodiscard]] QStringList add(const QString &extension);
     /// Removes the registration and the menus.
