@@ -22,7 +22,7 @@ public:
     [[nodiscard]] QStringList managersToBeRestarted() const;
     /// Registers the extension in this folder, and installs its menus unless they are not to be used.
     [[nodiscard]] QStringList add(const QString &extension);
-    /// Removes the registration and the menus.
+    /// Removes the registration and the menus, as far as there are any.
     [[nodiscard]] QStringList remove();
     /// Installs the menus of the registered extension, or removes them but keeps the registration.
     [[nodiscard]] QStringList elect(bool isUsed);
@@ -39,7 +39,7 @@ private:
     [[nodiscard]] std::optional<Registration> registration() const;
     [[nodiscard]] QStringList save(const Registration &registration);
     [[nodiscard]] QStringList installMenus(const QString &extension) const;
-    [[nodiscard]] QStringList removeMenus(const QString &extension) const;
+    [[nodiscard]] QStringList removeMenus() const;
 
     QString m_file;
     MenuPlaces m_places;
