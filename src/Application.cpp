@@ -30,6 +30,7 @@
 #include "presentation/tokens/PanelPalette.h"
 #include "presentation/tokens/Typography.h"
 #include "shell/AppDelegate.h"
+#include "shell/FinderExtension.h"
 #include "shell/LaunchContextManager.h"
 #include "shell/ProcessProtection.h"
 #include "shell/SingleInstance.h"
@@ -57,13 +58,24 @@ void chooseRenderer()
     }
 }
 
+void askToEnableExtension(const FinderExtension::Question &question, const std::function<void()> &confirm)
+{
+    ConfirmationDialogManager::shared().show({.title = question.title,
+                                              .message = question.message,
+                                              .confirmTitle = question.confirmTitle,
+                                              .cancelTitle = question.cancelTitle},
+                                             confirm);
+}
+
 /// The services that start and end with the program.
-LaunchSequence launchSequence()
+LaunchSequence launchSequence(FinderExtension &finderExtension)
 {
     return {.launchContext = LaunchContextManager::shared,
             .launch = {{LaunchPhase::setupMenuBar, [] { QuillhavenManager::shared(); }},
                        {LaunchPhase::autoLockManagers,
-                        autoLockStep([] { AutoLockManager::shared(); }, [] { SmartAutoLockManager::shared(); })}},
+                        autoLockStep([] { AutoLockManager::shared(); }, [] { SmartAutoLockManager::shared(); })},
+                       {LaunchPhase::activateFinderExtension,
+                        [&finderExtension] { finderExtension.activateFinderExtension(); }}},
             .termination = {}};
 }
 
@@ -71,7 +83,9 @@ LaunchSequence launchSequence()
 int runWindow(const Platform &platform, SingleInstance &instance, QtApplicationPresence &presence)
 {
     installPlatform(platform, presence, QCoreApplication::arguments());
-    AppDelegate delegate(presence, launchSequence());
+    FinderExtension finderExtension(platform, FinderExtension::placesBeside(QCoreApplication::applicationDirPath()),
+                                    askToEnableExtension);
+    AppDelegate delegate(presence, launchSequence(finderExtension));
     delegate.applicationDidFinishLaunching();
 
     PasswordInputDialogModel passwordInput(PasswordInputDialogManager::shared(), platform.defaults.standard());

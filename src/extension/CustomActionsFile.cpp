@@ -75,6 +75,17 @@ void skipAction(QXmlStreamReader &reader)
     }
 }
 
+/// Writes the current token; without the space that the reader leaves at the document type, and without a line end
+/// after the document.
+void writeToken(QXmlStreamWriter &writer, const QXmlStreamReader &reader)
+{
+    if (reader.isDTD()) {
+        writer.writeDTD(reader.text().trimmed().toString());
+    } else if (!reader.isEndDocument()) {
+        writer.writeCurrentToken(reader);
+    }
+}
+
 } // namespace
 
 std::optional<QList<CustomAction>> customActions(const QByteArray &document)
@@ -123,9 +134,9 @@ QByteArray withCustomActions(const QByteArray &document, const QString &prefix, 
                 writeAction(writer, action);
             }
         }
-        writer.writeCurrentToken(reader);
-        if (depth == 0) {
-            writer.writeCharacters(QStringLiteral("\n")); // the reader does not report the space outside the element
+        writeToken(writer, reader);
+        if (depth == 0 && !reader.isEndDocument()) {
+            writer.writeCharacters(QStringLiteral("\n"));
         }
         reader.readNext();
     }

@@ -2,6 +2,8 @@
 
 #include "extension/DetachedProcess.h"
 
+#include "support/ChildSignals.h"
+
 #include <fcntl.h>
 #include <spawn.h>
 #include <unistd.h>
@@ -22,16 +24,6 @@ struct FileActions
     posix_spawn_file_actions_t value;
 };
 
-struct Attributes
-{
-    Attributes() { posix_spawnattr_init(&value); }
-    ~Attributes() { posix_spawnattr_destroy(&value); }
-    Attributes(const Attributes &) = delete;
-    Attributes &operator=(const Attributes &) = delete;
-
-    posix_spawnattr_t value;
-};
-
 } // namespace
 
 bool startDetached(const QByteArray &program, const QByteArrayList &arguments)
@@ -40,8 +32,7 @@ bool startDetached(const QByteArray &program, const QByteArrayList &arguments)
     for (const int stream : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
         posix_spawn_file_actions_addopen(&actions.value, stream, "/dev/null", O_RDWR, 0);
     }
-    Attributes attributes;
-    posix_spawnattr_setflags(&attributes.value, POSIX_SPAWN_SETSID);
+    const SpawnAttributes attributes;
 
     std::vector<char *> words{const_cast<char *>(program.constData())};
     for (const QByteArray &argument : arguments) {
@@ -49,7 +40,7 @@ bool startDetached(const QByteArray &program, const QByteArrayList &arguments)
     }
     words.push_back(nullptr);
     pid_t child = 0;
-    return posix_spawnp(&child, program.constData(), &actions.value, &attributes.value, words.data(), environ) == 0;
+    return posix_spawnp(&child, program.constData(), &actions.value, attributes.get(), words.data(), environ) == 0;
 }
 
 } // namespace quillhaven

@@ -6,7 +6,7 @@
 
 namespace quillhaven {
 
-/// Starts a program that outlives this process and its session, without its streams. The arguments are passed byte for
+/// Starts a program that outlives this process, without its streams. The arguments are passed byte for
 /// byte. False when it cannot be started.
 [[nodiscard]] bool startDetached(const QByteArray &program, const QByteArrayList &arguments);
 

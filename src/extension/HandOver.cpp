@@ -16,12 +16,11 @@ namespace {
 /// Bytes of addresses for one start of the program, well below what the system lets a process be started with.
 constexpr qsizetype maxBytesOfAddresses = 256 * 1024;
 
-/// Seconds since 1970, with an odd number of microseconds: a whole number of seconds would be read back as an integer.
+/// Seconds since 1970.
 double timestamp()
 {
-    const auto now = std::chrono::system_clock::now().time_since_epoch();
-    const qint64 microseconds = std::chrono::duration_cast<std::chrono::microseconds>(now).count() | 1;
-    return static_cast<double>(microseconds) / 1e6;
+    const std::chrono::duration<double> now = std::chrono::system_clock::now().time_since_epoch();
+    return now.count();
 }
 
 /// Starts the program as often as the length of its arguments demands. A later start addresses the first one.

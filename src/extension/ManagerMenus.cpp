@@ -6,9 +6,13 @@
 #include "extension/MenuFiles.h"
 #include "extension/ThunarActions.h"
 
+#include <QDir>
 #include <QFile>
+#include <QFileInfo>
 #include <QHash>
 #include <QStandardPaths>
+
+#include <unistd.h>
 
 namespace quillhaven {
 
@@ -59,7 +63,7 @@ MenuFile pythonExtension(const Templates &templates, const char *manager, const 
     return {folder + QStringLiteral("/quillhaven_menu.py"), contents};
 }
 
-/// A file for each action.
+/// A file for each action. Nemo shows them in the order of their names.
 QList<MenuFile> actionFiles(const Templates &templates, const char *name, const QString &pathPattern)
 {
     const QByteArray tool = keyFileValue(execWord(templates.tool()));
@@ -69,32 +73,24 @@ QList<MenuFile> actionFiles(const Templates &templates, const char *name, const 
                             {"ACTION", bytesOf(action.word)},
                             {"TOOL", tool},
                             {"TOOL_IN_LIST", keyFileListValue(execWord(templates.tool()))}};
-        files.append({pathPattern.arg(QString(action.word)), templates.filled(name, values)});
+        const QString position = QString::number(files.size() + 1);
+        files.append({pathPattern.arg(position, QString(action.word)), templates.filled(name, values)});
     }
     return files;
 }
 
-/// The words of the actions, each with a text around it.
-QByteArray wordsOfActions(const QByteArray &before, const QByteArray &after)
-{
-    QByteArray words;
-    for (const MenuAction &action : menuActions) {
-        words += before + bytesOf(action.word) + after;
-    }
-    return words;
-}
-
 MenuFile dolphinMenu(const Templates &templates, const QString &data)
 {
+    QByteArray words;
     QByteArray groups;
     for (const MenuAction &action : menuActions) {
+        words += bytesOf(action.word) + ';';
         groups += "\n[Desktop Action " + bytesOf(action.word) + "]\nName=" + bytesOf(action.label) +
                   "\nExec=" + keyFileValue(execWord(templates.tool())) + ' ' + bytesOf(action.word) + " %F\n";
     }
     // Dolphin runs what it is told only by a file that its user may execute.
     return {data + QStringLiteral("/kio/servicemenus/quillhaven.desktop"),
-            templates.filled("quillhaven_dolphin.desktop.in",
-                             {{"ACTION_LIST", wordsOfActions({}, ";")}, {"ACTION_GROUPS", groups}}),
+            templates.filled("quillhaven_dolphin.desktop.in", {{"ACTION_LIST", words}, {"ACTION_GROUPS", groups}}),
             true};
 }
 
@@ -102,11 +98,27 @@ QList<MenuFile> pcmanfmMenu(const Templates &templates, const QString &data)
 {
     const QString folder = data + QStringLiteral("/file-manager/actions");
     QList<MenuFile> files = actionFiles(templates, "quillhaven_pcmanfm_action.desktop.in",
-                                        folder + QStringLiteral("/quillhaven-%1.desktop"));
-    files.append(
-        {folder + QStringLiteral("/quillhaven.desktop"),
-         templates.filled("quillhaven_pcmanfm_menu.desktop.in", {{"ITEM_LIST", wordsOfActions("quillhaven-", ";")}})});
+                                        folder + QStringLiteral("/quillhaven-%1-%2.desktop"));
+    QString names;
+    for (const MenuFile &file : std::as_const(files)) {
+        names += QFileInfo(file.path).completeBaseName() + QLatin1Char(';');
+    }
+    files.append({folder + QStringLiteral("/quillhaven.desktop"),
+                  templates.filled("quillhaven_pcmanfm_menu.desktop.in", {{"ITEM_LIST", names.toUtf8()}})});
     return files;
+}
+
+/// Whether this user has a process of the program.
+bool isRunning(const QString &program)
+{
+    for (const QFileInfo &process : QDir(QStringLiteral("/proc")).entryInfoList(QDir::Dirs | QDir::NoDotAndDotDot)) {
+        QFile command(process.filePath() + QStringLiteral("/comm"));
+        if (process.ownerId() == ::geteuid() && command.open(QIODevice::ReadOnly) &&
+            QFile::decodeName(command.readAll().trimmed()) == program) {
+            return true;
+        }
+    }
+    return false;
 }
 
 } // namespace
@@ -123,25 +135,31 @@ bool ManagerMenus::isPresent() const
     return !QStandardPaths::findExecutable(m_program).isEmpty();
 }
 
+bool ManagerMenus::isToBeRestarted() const
+{
+    return m_reads == Reads::AtStart && isRunning(m_program);
+}
+
 MenusOfManagers menusOfAllManagers(const QString &extension, const MenuPlaces &places)
 {
     const Templates templates(extension);
-    const auto files = [](const char *name, const char *program, const QList<MenuFile> &list) {
-        return std::make_unique<MenuFiles>(QLatin1String(name), QLatin1String(program), list);
+    using Reads = ManagerMenus::Reads;
+    const auto files = [](const char *name, const char *program, Reads reads, const QList<MenuFile> &list) {
+        return std::make_unique<MenuFiles>(QLatin1String(name), QLatin1String(program), reads, list);
     };
     MenusOfManagers all;
-    all.push_back(files("Nautilus", "nautilus",
+    all.push_back(files("Nautilus", "nautilus", Reads::AtStart,
                         {pythonExtension(templates, "Nautilus", R"("4.0", "3.0")",
                                          places.data + QStringLiteral("/nautilus-python/extensions"))}));
-    all.push_back(files("Nemo", "nemo",
+    all.push_back(files("Nemo", "nemo", Reads::AtOnce,
                         actionFiles(templates, "quillhaven.nemo_action.in",
-                                    places.data + QStringLiteral("/nemo/actions/quillhaven-%1.nemo_action"))));
+                                    places.data + QStringLiteral("/nemo/actions/quillhaven-%1-%2.nemo_action"))));
     all.push_back(std::make_unique<ThunarActions>(templates.tool(), places));
     all.push_back(files(
-        "Caja", "caja",
+        "Caja", "caja", Reads::AtStart,
         {pythonExtension(templates, "Caja", R"("2.0",)", places.data + QStringLiteral("/caja-python/extensions"))}));
-    all.push_back(files("Dolphin", "dolphin", {dolphinMenu(templates, places.data)}));
-    all.push_back(files("PCManFM-Qt", "pcmanfm-qt", pcmanfmMenu(templates, places.data)));
+    all.push_back(files("Dolphin", "dolphin", Reads::AtOnce, {dolphinMenu(templates, places.data)}));
+    all.push_back(files("PCManFM-Qt", "pcmanfm-qt", Reads::AtStart, pcmanfmMenu(templates, places.data)));
     return all;
 }
 

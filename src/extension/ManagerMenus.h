@@ -25,8 +25,17 @@ struct MenuPlaces
 class ManagerMenus
 {
 public:
+    /// When the file manager reads its menus.
+    enum class Reads {
+        AtOnce,  ///< as soon as they change
+        AtStart, ///< when it starts, or opens its first window
+    };
+
     /// The file manager's name for the user, and the program by which it is found.
-    ManagerMenus(QString name, QString program) : m_name(std::move(name)), m_program(std::move(program)) {}
+    ManagerMenus(QString name, QString program, Reads reads)
+        : m_name(std::move(name)), m_program(std::move(program)), m_reads(reads)
+    {
+    }
     virtual ~ManagerMenus() = default;
     ManagerMenus(const ManagerMenus &) = delete;
     ManagerMenus &operator=(const ManagerMenus &) = delete;
@@ -34,6 +43,8 @@ public:
     [[nodiscard]] QString name() const { return m_name; }
     /// Whether the file manager is installed.
     [[nodiscard]] bool isPresent() const;
+    /// Whether the user has a running one that reads the menus only when it starts the next time.
+    [[nodiscard]] bool isToBeRestarted() const;
 
     /// Whether all entries are there as `install` writes them.
     [[nodiscard]] virtual bool isCurrent() const = 0;
@@ -46,6 +57,7 @@ public:
 private:
     QString m_name;
     QString m_program;
+    Reads m_reads;
 };
 
 using MenusOfManagers = std::vector<std::unique_ptr<ManagerMenus>>;

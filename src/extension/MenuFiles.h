@@ -24,8 +24,8 @@ inline constexpr char menuFileMark[] = "com.tarnwick.quillhaven.FinderSync";
 class MenuFiles : public ManagerMenus
 {
 public:
-    MenuFiles(QString name, QString program, QList<MenuFile> files)
-        : ManagerMenus(std::move(name), std::move(program)), m_files(std::move(files))
+    MenuFiles(QString name, QString program, Reads reads, QList<MenuFile> files)
+        : ManagerMenus(std::move(name), std::move(program), reads), m_files(std::move(files))
     {
     }
 

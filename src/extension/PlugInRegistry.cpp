@@ -67,6 +67,21 @@ QString PlugInRegistry::listing() const
            QStringLiteral(")\t") + managers.join(QStringLiteral(", "));
 }
 
+QStringList PlugInRegistry::managersToBeRestarted() const
+{
+    const auto known = registration();
+    if (!known || !known->isUsed) {
+        return {};
+    }
+    QStringList managers;
+    for (const auto &menus : menusOfAllManagers(known->extension, m_places)) {
+        if (menus->isToBeRestarted()) {
+            managers.append(menus->name());
+        }
+    }
+    return managers;
+}
+
 QStringList PlugInRegistry::add(const QString &extension)
 {
     const QString path = QFileInfo(extension).canonicalFilePath();
@@ -84,12 +99,8 @@ QStringList PlugInRegistry::add(const QString &extension)
 
 QStringList PlugInRegistry::remove()
 {
-    const auto known = registration();
-    if (!known) {
-        return {QStringLiteral("No extension is registered.")};
-    }
-    QStringList failures = removeMenus(known->extension);
-    if (failures.isEmpty()) {
+    QStringList failures = removeMenus();
+    if (failures.isEmpty() && fileAt(m_file).kind == FileAtPlace::Kind::File) {
         if (const auto failure = removeFile(m_file)) {
             failures.append(*failure);
         }
@@ -104,7 +115,7 @@ QStringList PlugInRegistry::elect(bool isUsed)
         return {QStringLiteral("No extension is registered.")};
     }
     QStringList failures = save({known->extension, isUsed});
-    failures += isUsed ? installMenus(known->extension) : removeMenus(known->extension);
+    failures += isUsed ? installMenus(known->extension) : removeMenus();
     return failures;
 }
 
@@ -123,10 +134,10 @@ QStringList PlugInRegistry::installMenus(const QString &extension) const
 }
 
 /// Those of file managers that are no longer installed too.
-QStringList PlugInRegistry::removeMenus(const QString &extension) const
+QStringList PlugInRegistry::removeMenus() const
 {
     QStringList failures;
-    for (const auto &menus : menusOfAllManagers(extension, m_places)) {
+    for (const auto &menus : menusOfAllManagers({}, m_places)) {
         if (const auto failure = menus->remove()) {
             failures.append(*failure);
         }

@@ -17,9 +17,12 @@ public:
     /// One line for the registered extension, empty when there is none: "+" or "-" for whether it is in use with all
     /// menus in place, four blanks, its identifier and version and, after a tab, the file managers that have the menus.
     [[nodiscard]] QString listing() const;
+    /// The running file managers that have the menus only after all of their windows were closed. None is ended here: a
+    /// window of the user's, or a copy that is under way, would end with it.
+    [[nodiscard]] QStringList managersToBeRestarted() const;
     /// Registers the extension in this folder, and installs its menus unless they are not to be used.
     [[nodiscard]] QStringList add(const QString &extension);
-    /// Removes the registration and the menus.
+    /// Removes the registration and the menus, as far as there are any.
     [[nodiscard]] QStringList remove();
     /// Installs the menus of the registered extension, or removes them but keeps the registration.
     [[nodiscard]] QStringList elect(bool isUsed);
@@ -36,7 +39,7 @@ private:
     [[nodiscard]] std::optional<Registration> registration() const;
     [[nodiscard]] QStringList save(const Registration &registration);
     [[nodiscard]] QStringList installMenus(const QString &extension) const;
-    [[nodiscard]] QStringList removeMenus(const QString &extension) const;
+    [[nodiscard]] QStringList removeMenus() const;
 
     QString m_file;
     MenuPlaces m_places;

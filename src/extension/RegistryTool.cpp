@@ -8,6 +8,9 @@
 //   quillhaven-pluginkit -r PATH               removes the registration
 //   quillhaven-pluginkit -e use|ignore -i ID   uses the menus of the registered extension, or does not
 //
+//   quillhaven-pluginkit reload                lists the running file managers that have the menus only when they start
+//                                              the next time; the others have them already
+//
 // What prevents something is written to standard error, and the tool ends with 1.
 
 #include "extension/PlugInRegistry.h"
@@ -32,9 +35,8 @@ int report(const QStringList &failures)
     return failures.isEmpty() ? 0 : 1;
 }
 
-int list(const PlugInRegistry &registry)
+int print(const QString &line)
 {
-    const QString line = registry.listing();
     if (!line.isEmpty()) {
         std::puts(qUtf8Printable(line));
     }
@@ -59,7 +61,7 @@ int runRegistryTool(const QStringList &arguments)
     const QString verb = arguments.value(0);
     if (arguments == QStringList{QStringLiteral("-m")} ||
         arguments == QStringList{QStringLiteral("-m"), QStringLiteral("-p"), PlugInRegistry::extensionPoint}) {
-        return list(registry);
+        return print(registry.listing());
     }
     if (arguments.size() == 3 && verb == QStringLiteral("-m") && arguments[1] == QStringLiteral("-p")) {
         return 0; // nothing of ours is for another extension point
@@ -74,7 +76,11 @@ int runRegistryTool(const QStringList &arguments)
         (arguments[1] == QStringLiteral("use") || arguments[1] == QStringLiteral("ignore"))) {
         return elect(registry, arguments[1], arguments[3]);
     }
-    std::fputs("usage: quillhaven-pluginkit -m [-p POINT] | -a PATH | -r PATH | -e use|ignore -i ID\n", stderr);
+    if (arguments == QStringList{QStringLiteral("reload")}) {
+        return print(registry.managersToBeRestarted().join(QStringLiteral(", ")));
+    }
+    std::fputs("usage: quillhaven-pluginkit -m [-p POINT] | -a PATH | -r PATH | -e use|ignore -i ID | reload\n",
+               stderr);
     return usageError;
 }
 

@@ -34,7 +34,7 @@ bool isOurs(const CustomAction &action)
 } // namespace
 
 ThunarActions::ThunarActions(QByteArray tool, const MenuPlaces &places)
-    : ManagerMenus(QStringLiteral("Thunar"), QStringLiteral("thunar")),
+    : ManagerMenus(QStringLiteral("Thunar"), QStringLiteral("thunar"), Reads::AtStart),
       m_tool(std::move(tool)),
       m_path(places.configuration + fileInFolder)
 {
