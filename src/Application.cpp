@@ -8,6 +8,7 @@
 #include "credentials/MasterPasswordManager.h"
 #include "credentials/PasswordInputDialogModel.h"
 #include "engine/QuillhavenManager.h"
+#include "launch_at_login/LaunchAtLoginServiceManager.h"
 #include "platform/NotificationCenter.h"
 #include "platform/linux/LinuxPlatform.h"
 #include "platform/linux/files/UserEnvironment.h"
@@ -30,6 +31,7 @@
 #include "shell/AppDelegate.h"
 #include "shell/LaunchContextManager.h"
 #include "shell/ProcessProtection.h"
+#include "shell/RestartProgram.h"
 #include "shell/SingleInstance.h"
 #include "shell/TerminationSignals.h"
 #include "shell/quillhavenApp.h"
@@ -57,9 +59,16 @@ void chooseRenderer()
 /// The services that start and end with the program.
 LaunchSequence launchSequence()
 {
+    const auto launchAtLogin = std::make_shared<LaunchAtLoginServiceManager *>(nullptr);
+    const auto synchronizeLaunchAtLogin = [launchAtLogin] {
+        *launchAtLogin = &LaunchAtLoginServiceManager::shared();
+        return (*launchAtLogin)->observer().performSynchronization(true);
+    };
     return {.launchContext = LaunchContextManager::shared,
-            .launch = {{LaunchPhase::setupMenuBar, [] { QuillhavenManager::shared(); }}},
-            .termination = {}};
+            .launch = {{LaunchPhase::setupMenuBar, [] { QuillhavenManager::shared(); }},
+                       {LaunchPhase::launchAtLogin, launchAtLoginStep(synchronizeLaunchAtLogin)}},
+            .termination = {
+                {TerminationPhase::launchAtLoginServiceManager, [launchAtLogin] { *launchAtLogin = nullptr; }}}};
 }
 
 /// Creates the window and runs the event loop, from the launch to the termination.
@@ -77,7 +86,19 @@ int runWindow(const Platform &platform, SingleInstance &instance, QtApplicationP
                                   .masterPassword = MasterPasswordDialogManager::shared()});
     const CredentialStoreNotice storeNotice(platform.credentialStoreState, *dashboard.notices(),
                                             ConfirmationDialogManager::shared());
-    PreferencesModel preferences(platform.notifications.standard);
+    const auto terminate = [&instance, &presence] {
+        instance.announceEnd();
+        presence.terminate();
+    };
+    // The end is announced first, so that the new process waits for it instead of handing over to this one.
+    const auto restart = [terminate, announceEnd = [&instance] { instance.announceEnd(); }] {
+        if (restartProgram(QCoreApplication::applicationFilePath(), announceEnd)) {
+            terminate();
+        }
+    };
+    LaunchAtLoginToggleModel launchAtLogin(LaunchAtLoginServiceManager::shared(), ConfirmationDialogManager::shared(),
+                                           platform, restart);
+    PreferencesModel preferences(platform.notifications.standard, {.launchAtLogin = launchAtLogin});
     const Sheets sheets{.confirmation = ConfirmationDialogManager::shared(),
                         .protectionMethod = ProtectionMethodDialogManager::shared(),
                         .passwordInput = PasswordInputDialogManager::shared(),
@@ -109,10 +130,6 @@ int runWindow(const Platform &platform, SingleInstance &instance, QtApplicationP
     });
     QObject::connect(&instance, &SingleInstance::activationRequested, &delegate, &AppDelegate::reopen);
     QObject::connect(&instance, &SingleInstance::openRequested, &delegate, &AppDelegate::openUrls);
-    const auto terminate = [&instance, &presence] {
-        instance.announceEnd();
-        presence.terminate();
-    };
     // Without a tray icon, there would be no way to open the window again.
     QObject::connect(&window, &MainWindow::closeRequested, &window, terminate);
     const TerminationSignals signals;
@@ -159,6 +176,7 @@ int runApplication(int argc, char **argv)
     repairEnvironment();
     QApplication application(argc, argv);
     QApplication::setApplicationName(QStringLiteral("quillhaven"));
+    QApplication::setOrganizationDomain(QStringLiteral("tarnwick.com"));
     QApplication::setApplicationVersion(QStringLiteral(QUILLHAVEN_VERSION));
     QApplication::setDesktopFileName(SingleInstance::busName);
     QApplication::setQuitOnLastWindowClosed(false);

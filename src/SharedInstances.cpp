@@ -9,6 +9,7 @@
 #include "credentials/MasterPasswordManager.h"
 #include "credentials/PasswordInputDialogManager.h"
 #include "engine/QuillhavenManager.h"
+#include "launch_at_login/LaunchAtLoginServiceManager.h"
 #include "presentation/dialogs/ConfirmationDialogManager.h"
 #include "presentation/dialogs/ProtectionMethodDialogManager.h"
 #include "presentation/dialogs/RemoveProtectionDialogManager.h"
@@ -129,6 +130,11 @@ QuillhavenManager &QuillhavenManager::shared()
 {
     return sharedInstance<QuillhavenManager>(foundation().platform, MasterPasswordManager::shared(),
                                              PasswordInputDialogManager::shared(), QuillhavenShredder::shared());
+}
+
+LaunchAtLoginServiceManager &LaunchAtLoginServiceManager::shared()
+{
+    return sharedInstance<LaunchAtLoginServiceManager>(foundation().platform);
 }
 
 } // namespace quillhaven

@@ -3,6 +3,7 @@
 #pragma once
 
 #include "credentials/DialogModel.h"
+#include "presentation/preferences/LaunchAtLoginToggleModel.h"
 
 #include <QtQml/qqmlregistration.h>
 
@@ -10,20 +11,32 @@ namespace quillhaven {
 
 class NotificationCenter;
 
-/// The model of the sheet with the preferences. Each of its sections has a model of its own.
+/// The models that the sections of the preferences show.
+struct PreferencesSections
+{
+    LaunchAtLoginToggleModel &launchAtLogin;
+};
+
+/// The model of the sheet with the preferences.
 class PreferencesModel : public quillhaven::DialogModel
 {
     Q_OBJECT
     QML_ELEMENT
     QML_UNCREATABLE("Created in C++")
+    Q_PROPERTY(quillhaven::LaunchAtLoginToggleModel *launchAtLogin READ launchAtLogin CONSTANT)
 
 public:
-    /// The sheet is also shown on the notification `showPreferences` of this centre. The reference must outlive this
+    /// The sheet is also shown on the notification `showPreferences` of this centre. The references must outlive this
     /// object.
-    explicit PreferencesModel(NotificationCenter &notifications, QObject *parent = nullptr);
+    PreferencesModel(NotificationCenter &notifications, const PreferencesSections &sections, QObject *parent = nullptr);
+
+    [[nodiscard]] LaunchAtLoginToggleModel *launchAtLogin() const { return &m_sections.launchAtLogin; }
 
     Q_INVOKABLE void show() { setIsPresented(true); }
     Q_INVOKABLE void close() { setIsPresented(false); }
+
+private:
+    PreferencesSections m_sections;
 };
 
 } // namespace quillhaven

@@ -92,7 +92,10 @@ protected:
     }
 
     std::function<void()> bringForward = [this] { m_window->show(); };
-    PreferencesModel preferences{services.notifications.standard};
+    LaunchAtLoginServiceManager launchAtLogin{services.platform()};
+    LaunchAtLoginToggleModel launchAtLoginToggle{launchAtLogin, started().confirmationDialog, services.platform(),
+                                                 [] {}};
+    PreferencesModel preferences{services.notifications.standard, {.launchAtLogin = launchAtLoginToggle}};
 
     /// Updates bindings, layouts and short animations, and draws the window.
     void render()
