@@ -10,6 +10,7 @@
 #include "credentials/MasterPasswordManager.h"
 #include "credentials/PasswordInputDialogModel.h"
 #include "engine/QuillhavenManager.h"
+#include "launch_at_login/LaunchAtLoginServiceManager.h"
 #include "platform/NotificationCenter.h"
 #include "platform/linux/LinuxPlatform.h"
 #include "platform/linux/files/UserEnvironment.h"
@@ -33,6 +34,7 @@
 #include "shell/FinderExtension.h"
 #include "shell/LaunchContextManager.h"
 #include "shell/ProcessProtection.h"
+#include "shell/RestartProgram.h"
 #include "shell/SingleInstance.h"
 #include "shell/TerminationSignals.h"
 #include "shell/handover/HandedOverActions.h"
@@ -70,13 +72,20 @@ void askToEnableExtension(const FinderExtension::Question &question, const std::
 /// The services that start and end with the program.
 LaunchSequence launchSequence(FinderExtension &finderExtension)
 {
+    const auto launchAtLogin = std::make_shared<LaunchAtLoginServiceManager *>(nullptr);
+    const auto synchronizeLaunchAtLogin = [launchAtLogin] {
+        *launchAtLogin = &LaunchAtLoginServiceManager::shared();
+        return (*launchAtLogin)->observer().performSynchronization(true);
+    };
     return {.launchContext = LaunchContextManager::shared,
             .launch = {{LaunchPhase::setupMenuBar, [] { QuillhavenManager::shared(); }},
                        {LaunchPhase::autoLockManagers,
                         autoLockStep([] { AutoLockManager::shared(); }, [] { SmartAutoLockManager::shared(); })},
                        {LaunchPhase::activateFinderExtension,
-                        [&finderExtension] { finderExtension.activateFinderExtension(); }}},
-            .termination = {}};
+                        [&finderExtension] { finderExtension.activateFinderExtension(); }},
+                       {LaunchPhase::launchAtLogin, launchAtLoginStep(synchronizeLaunchAtLogin)}},
+            .termination = {
+                {TerminationPhase::launchAtLoginServiceManager, [launchAtLogin] { *launchAtLogin = nullptr; }}}};
 }
 
 /// Creates the window and runs the event loop, from the launch to the termination.
@@ -99,7 +108,21 @@ int runWindow(const Platform &platform, SingleInstance &instance, QtApplicationP
     AutoLockSectionModel autoLockSection(AutoLockManager::shared(), SmartAutoLockManager::shared(),
                                          MasterPasswordManager::shared(), platform.defaults.standard());
     WatchedSourcesModel watchedSources(platform.watched, [&dashboard] { dashboard.bulk()->lockEverything(); });
-    PreferencesModel preferences(platform.notifications.standard, {autoLockSection, watchedSources});
+    const auto terminate = [&instance, &presence] {
+        instance.announceEnd();
+        presence.terminate();
+    };
+    // The end is announced first, so that the new process waits for it instead of handing over to this one.
+    const auto restart = [terminate, announceEnd = [&instance] { instance.announceEnd(); }] {
+        if (restartProgram(QCoreApplication::applicationFilePath(), announceEnd)) {
+            terminate();
+        }
+    };
+    LaunchAtLoginToggleModel launchAtLogin(LaunchAtLoginServiceManager::shared(), ConfirmationDialogManager::shared(),
+                                           platform, restart);
+    PreferencesModel preferences(
+        platform.notifications.standard,
+        {.launchAtLogin = launchAtLogin, .autoLock = autoLockSection, .watchedSources = watchedSources});
     const Sheets sheets{.confirmation = ConfirmationDialogManager::shared(),
                         .protectionMethod = ProtectionMethodDialogManager::shared(),
                         .passwordInput = PasswordInputDialogManager::shared(),
@@ -143,10 +166,6 @@ int runWindow(const Platform &platform, SingleInstance &instance, QtApplicationP
         }
     };
     QObject::connect(&instance, &SingleInstance::openRequested, &delegate, openUrls);
-    const auto terminate = [&instance, &presence] {
-        instance.announceEnd();
-        presence.terminate();
-    };
     // Without a tray icon, there would be no way to open the window again.
     QObject::connect(&window, &MainWindow::closeRequested, &window, terminate);
     const TerminationSignals signals;
@@ -194,6 +213,7 @@ int runApplication(int argc, char **argv)
     repairEnvironment();
     QApplication application(argc, argv);
     QApplication::setApplicationName(QStringLiteral("quillhaven"));
+    QApplication::setOrganizationDomain(QStringLiteral("tarnwick.com"));
     QApplication::setApplicationVersion(QStringLiteral(QUILLHAVEN_VERSION));
     QApplication::setDesktopFileName(SingleInstance::busName);
     QApplication::setQuitOnLastWindowClosed(false);

@@ -68,6 +68,7 @@ class Metrics : public QObject
     Q_PROPERTY(int narrowToolbar MEMBER narrowToolbar CONSTANT)
     Q_PROPERTY(double disabledOpacity MEMBER disabledOpacity CONSTANT)
     Q_PROPERTY(double tintOpacity MEMBER tintOpacity CONSTANT)
+    Q_PROPERTY(double smallIndicatorScale MEMBER smallIndicatorScale CONSTANT)
     Q_PROPERTY(double badgeOpacity MEMBER badgeOpacity CONSTANT)
     Q_PROPERTY(int springDuration MEMBER springDuration CONSTANT)
     Q_PROPERTY(int toolTipDelay MEMBER toolTipDelay CONSTANT)
@@ -137,6 +138,8 @@ public:
     // Widths of the window:
     static constexpr int narrowBar = 760; ///< for the actions on selected items; also the minimum width
     static constexpr int narrowToolbar = 1000;
+
+    static constexpr double smallIndicatorScale = 0.8; ///< of an activity indicator beside a text
 
     // Opacities
     static constexpr double disabledOpacity = 0.45;

@@ -5,6 +5,7 @@
 #include "DashboardHarness.h"
 #include "autolock/AutoLockManager.h"
 #include "autolock/SmartAutoLockManager.h"
+#include "launch_at_login/LaunchAtLoginServiceManager.h"
 #include "presentation/preferences/PreferencesModel.h"
 
 namespace quillhaven::test {
@@ -18,7 +19,9 @@ public:
           smartAutoLock(harness.platform, harness.manager),
           autoLockSection(autoLock, smartAutoLock, harness.masterPassword, harness.platform.defaults.standard()),
           watchedSources(harness.platform.watched, [&harness] { harness.dashboard.bulk()->lockEverything(); }),
-          model(harness.platform.notifications.standard, {autoLockSection, watchedSources})
+          launchAtLogin(harness.platform),
+          launchAtLoginToggle(launchAtLogin, harness.confirmationDialog, harness.platform, [] {}),
+          model(harness.platform.notifications.standard, {launchAtLoginToggle, autoLockSection, watchedSources})
     {
     }
 
@@ -26,6 +29,8 @@ public:
     SmartAutoLockManager smartAutoLock;
     AutoLockSectionModel autoLockSection;
     WatchedSourcesModel watchedSources;
+    LaunchAtLoginServiceManager launchAtLogin;
+    LaunchAtLoginToggleModel launchAtLoginToggle;
     PreferencesModel model;
 };
 
