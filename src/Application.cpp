@@ -5,6 +5,7 @@
 #include "SharedInstances.h"
 #include "StartFailure.h"
 #include "Windows.h"
+#include "async/WorkInFlight.h"
 #include "autolock/AutoLockManager.h"
 #include "autolock/SmartAutoLockManager.h"
 #include "credentials/MasterPasswordDialogManager.h"
@@ -97,7 +98,11 @@ int runWindows(const Platform &platform, SingleInstance &instance, QtApplication
     delegate.applicationDidFinishLaunching();
 
     // Handled as a reopening: after a start at login, a window that is merely shown would be hidden again immediately.
-    windows.emplace(platform, *menuBar, [&delegate] { delegate.applicationShouldHandleReopen(false); });
+    windows.emplace(platform, *menuBar, [&delegate] {
+        if (!WorkInFlight::isClosing()) {
+            delegate.applicationShouldHandleReopen(false);
+        }
+    });
     presence.setBuilder([&windows]() -> QWindow * { return windows->mainWindow().window(); });
     WindowClosing closing(statusBar, presence, platform.clock);
     HandedOverActions handedOver(platform, QuillhavenManager::shared(), MasterPasswordManager::shared(), presence,

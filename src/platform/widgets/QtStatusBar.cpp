@@ -31,7 +31,7 @@ QImage filledShape(QSvgRenderer &drawing, int size, const QColor &color)
 
 QPixmap edgedShape(QSvgRenderer &drawing, int size)
 {
-    const QImage edge = filledShape(drawing, size, QColor(0, 0, 0, 110));
+    const QImage edge = filledShape(drawing, size, QColor(30, 34, 44, 210));
     const int width = std::max(1, size / 24);
     QPixmap pixmap(size, size);
     pixmap.fill(Qt::transparent);

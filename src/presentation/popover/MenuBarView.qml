@@ -61,6 +61,7 @@ FocusScope {
                 spacing: 0
 
                 TextLabel {
+                    Layout.fillWidth: true
                     text: "Quillhaven"
                     font.pixelSize: Typography.menuTitleSize
                     font.weight: Font.DemiBold
@@ -68,6 +69,7 @@ FocusScope {
                 }
 
                 TextLabel {
+                    Layout.fillWidth: true
                     text: view.menuBar.countText
                     color: Colors.textSecondary
                     font.pixelSize: Typography.footnoteSize

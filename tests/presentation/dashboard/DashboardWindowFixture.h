@@ -66,7 +66,8 @@ protected:
                                     .shredConfirmation = *harness.dashboard.shredding()->confirmation(),
                                     .shredProgress = *harness.dashboard.shredding()->progress(),
                                     .preferences = preferences,
-                                    .biometrics = services.biometrics},
+                                    .biometrics = services.biometrics,
+                                    .menuBarError = *menuBarError},
                              [this] { bringForward(); });
         }
         return *m_sheets;
@@ -93,6 +94,8 @@ protected:
 
     std::function<void()> bringForward = [this] { m_window->show(); };
     PreferencesModel preferences{services.notifications.standard};
+    ErrorDialogManager noMenuBarError;
+    ErrorDialogManager *menuBarError = &noMenuBarError; ///< of the popover, if there is one
 
     /// Updates bindings, layouts and short animations, and draws the window.
     void render()
