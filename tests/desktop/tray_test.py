@@ -59,7 +59,14 @@ class TrayTest(WindowTest):
         program = program or self.program
         program.wait_for(lambda: any(each.name == MAIN and each.has("active") for each in program.windows()),
                          "the main window to become active")
-        key("alt+F4")
+
+        def closed():
+            # The window manager may miss a key while it moves the focus.
+            if window_state() == "Normal":
+                key("alt+F4")
+            return window_state() != "Normal"
+
+        program.wait_for(closed, "the main window to close")
 
     def wait_for_state(self, state):
         wait_for(lambda: window_state() == state, f"the main window to be {state or 'hidden'}")
