@@ -65,7 +65,8 @@ LaunchSequence launchSequence()
             .termination = {}};
 }
 
-MenuBarContext menuBarContext(const Platform &platform, ApplicationPresence &presence, std::function<void()> terminate)
+MenuBarContext menuBarContext(const Platform &platform, ApplicationPresence &presence, std::function<void()> lockAll,
+                              std::function<void()> terminate)
 {
     return {.quillhavenManager = QuillhavenManager::shared(),
             .masterPasswordManager = MasterPasswordManager::shared(),
@@ -73,6 +74,7 @@ MenuBarContext menuBarContext(const Platform &platform, ApplicationPresence &pre
             .presence = presence,
             .clock = platform.clock,
             .notifications = platform.notifications.standard,
+            .lockAll = std::move(lockAll),
             .terminate = std::move(terminate)};
 }
 
@@ -88,7 +90,8 @@ int runWindows(const Platform &platform, SingleInstance &instance, QtApplication
     std::optional<MenuBarViewModel> menuBar;
     std::optional<Windows> windows; // outlives the popover, which the delegate owns
     const auto makePopover = [&]() -> std::unique_ptr<Popover> {
-        menuBar.emplace(menuBarContext(platform, presence, terminate));
+        const auto lockAll = [&windows] { windows->dashboard().bulk()->lockEverything(); };
+        menuBar.emplace(menuBarContext(platform, presence, lockAll, terminate));
         return std::make_unique<PopoverWindow>(platform.clock, [&windows] { return windows->makePopoverWindow(); });
     };
     AppDelegate delegate(presence, launchSequence(),
@@ -155,7 +158,7 @@ int startAndRun()
     }
     LinuxPlatform services(directories);
     QtFilePanels panels(panelPalette(ColorTokens()));
-    QtUserInput input;
+    QtUserInput input(services.globalInput());
     QtUrlOpener opener;
     QtApplicationPresence presence;
     const auto shutDown = qScopeGuard([] {

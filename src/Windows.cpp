@@ -2,6 +2,8 @@
 
 #include "Windows.h"
 
+#include "autolock/AutoLockManager.h"
+#include "autolock/SmartAutoLockManager.h"
 #include "credentials/MasterPasswordDialogManager.h"
 #include "credentials/MasterPasswordManager.h"
 #include "engine/QuillhavenManager.h"
@@ -28,7 +30,10 @@ Windows::Windows(const Platform &platform, MenuBarViewModel &menuBar, std::funct
                    .passwordInput = PasswordInputDialogManager::shared(),
                    .masterPassword = MasterPasswordDialogManager::shared()}),
       m_storeNotice(platform.credentialStoreState, *m_dashboard.notices(), ConfirmationDialogManager::shared()),
-      m_preferences(platform.notifications.standard),
+      m_autoLockSection(AutoLockManager::shared(), SmartAutoLockManager::shared(), MasterPasswordManager::shared(),
+                        platform.defaults.standard()),
+      m_watchedSources(platform.watched, [this] { m_dashboard.bulk()->lockEverything(); }),
+      m_preferences(platform.notifications.standard, {m_autoLockSection, m_watchedSources}),
       m_sheetModels(sheets(platform), std::move(bringMainWindowForward))
 {
     showSettingsProblem(QuillhavenManager::shared(), *m_dashboard.notices());

@@ -6,7 +6,9 @@
 #include "presentation/SheetModels.h"
 #include "presentation/dashboard/CredentialStoreNotice.h"
 #include "presentation/dashboard/DashboardViewModel.h"
+#include "presentation/preferences/AutoLockSectionModel.h"
 #include "presentation/preferences/PreferencesModel.h"
+#include "presentation/preferences/WatchedSourcesModel.h"
 
 #include <QObject>
 
@@ -54,6 +56,8 @@ private:
     PasswordInputDialogModel m_passwordInput;
     DashboardViewModel m_dashboard;
     CredentialStoreNotice m_storeNotice;
+    AutoLockSectionModel m_autoLockSection;
+    WatchedSourcesModel m_watchedSources;
     PreferencesModel m_preferences;
     SheetModels m_sheetModels;
     std::unique_ptr<QQmlEngine> m_engine;

@@ -4,7 +4,10 @@
 
 #include <QCoroTask>
 
+#include <QPointer>
+
 #include <functional>
+#include <utility>
 
 namespace quillhaven {
 
@@ -12,5 +15,17 @@ namespace quillhaven {
 /// lives until then. An error that the job does not catch is logged. A job that has not started when the end of the
 /// process is asked for never starts.
 void startJob(std::function<QCoro::Task<>()> job);
+
+/// The same for `operation(object)`. It does not run if the object no longer exists at that time; once it runs, the
+/// object must outlive it or guard itself.
+template <typename Object, typename Operation>
+void startJobOf(Object *object, Operation operation)
+{
+    startJob([guard = QPointer<Object>(object), operation = std::move(operation)]() -> QCoro::Task<> {
+        if (guard) {
+            co_await operation(*guard);
+        }
+    });
+}
 
 } // namespace quillhaven

@@ -70,26 +70,6 @@ QCoro::Task<> MenuBarViewModel::toggleLock(ProtectedItem item)
     }
 }
 
-void MenuBarViewModel::lockAll()
-{
-    startJob([this] { return lockAllItems(); });
-}
-
-QCoro::Task<> MenuBarViewModel::lockAllItems()
-{
-    if (activeCount() == 0 || !co_await m_context.masterPasswordManager.requireAuthenticationOrCancel()) {
-        co_return;
-    }
-    QList<ProtectedItem> items = m_items.items();
-    items.removeIf([](const ProtectedItem &item) { return !item.isMounted; });
-    const ProgressCallback noProgress = [](const QString &, double) {};
-    try {
-        co_await m_context.quillhavenManager.bulkLockItems(items, noProgress);
-    } catch (...) {
-        showError(std::current_exception());
-    }
-}
-
 void MenuBarViewModel::showError(const std::exception_ptr &failure)
 {
     m_errorMessage = localizedDescription(failure);
@@ -122,7 +102,7 @@ void MenuBarViewModel::after(std::chrono::milliseconds delay, std::function<void
 std::vector<StatusItem::MenuEntry> MenuBarViewModel::menuEntries()
 {
     return {{QStringLiteral("Open"), [this] { bringMainWindowForward(); }},
-            {QStringLiteral("Lock All"), [this] { lockAll(); }},
+            {QStringLiteral("Lock All"), m_context.lockAll},
             {QStringLiteral("Preferences"), [this] { showPreferences(); }},
             {QStringLiteral("Quit"), [this] { quit(); }}};
 }

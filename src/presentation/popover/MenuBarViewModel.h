@@ -36,6 +36,7 @@ struct MenuBarContext
     ApplicationPresence &presence;
     Clock &clock;
     NotificationCenter &notifications; ///< the program's own
+    std::function<void()> lockAll;     ///< locks every unlocked item
     std::function<void()> terminate;   ///< asks for the end of the program
 };
 
@@ -76,9 +77,6 @@ public:
     /// The same, and asks for the preferences after 0.2 seconds.
     Q_INVOKABLE void showPreferences();
     Q_INVOKABLE void quit() { m_context.terminate(); }
-    /// Locks every unlocked item.
-    void lockAll();
-
     /// The menu of the status item: the same for a desktop that only shows a menu.
     [[nodiscard]] std::vector<StatusItem::MenuEntry> menuEntries();
 
@@ -89,7 +87,6 @@ Q_SIGNALS:
 
 private:
     [[nodiscard]] QCoro::Task<> toggleLock(ProtectedItem item);
-    [[nodiscard]] QCoro::Task<> lockAllItems();
     [[nodiscard]] qsizetype activeCount() const;
     void showError(const std::exception_ptr &failure);
     /// Runs an action later, unless this object is destroyed before.

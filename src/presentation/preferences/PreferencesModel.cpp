@@ -6,7 +6,9 @@
 
 namespace quillhaven {
 
-PreferencesModel::PreferencesModel(NotificationCenter &notifications, QObject *parent) : DialogModel(parent)
+PreferencesModel::PreferencesModel(NotificationCenter &notifications, const PreferencesSections &sections,
+                                   QObject *parent)
+    : DialogModel(parent), m_sections(sections)
 {
     notifications.observe(notifications::showPreferences, this, [this](const QVariantMap & /*userInfo*/) { show(); });
 }

@@ -28,6 +28,16 @@ Sheet {
         icon: "gearshape"
     }
 
+    AutoLockSection {
+        Layout.fillWidth: true
+        autoLock: sheet.preferences.autoLock
+    }
+
+    StatusSection {
+        Layout.fillWidth: true
+        sources: sheet.preferences.watchedSources
+    }
+
     buttons: [
         Item { Layout.fillWidth: true },
         SecondaryButton {

@@ -3,6 +3,7 @@
 #pragma once
 
 #include "DashboardHarness.h"
+#include "PreferencesHarness.h"
 
 #include "presentation/MainWindow.h"
 #include "presentation/SheetModels.h"
@@ -65,7 +66,7 @@ protected:
                                     .bulkProgress = *harness.dashboard.bulk()->progress(),
                                     .shredConfirmation = *harness.dashboard.shredding()->confirmation(),
                                     .shredProgress = *harness.dashboard.shredding()->progress(),
-                                    .preferences = preferences,
+                                    .preferences = preferences().model,
                                     .biometrics = services.biometrics,
                                     .menuBarError = *menuBarError},
                              [this] { bringForward(); });
@@ -93,9 +94,15 @@ protected:
     }
 
     std::function<void()> bringForward = [this] { m_window->show(); };
-    PreferencesModel preferences{services.notifications.standard};
     ErrorDialogManager noMenuBarError;
     ErrorDialogManager *menuBarError = &noMenuBarError; ///< of the popover, if there is one
+    PreferencesHarness &preferences()
+    {
+        if (!m_preferences) {
+            m_preferences.emplace(started());
+        }
+        return *m_preferences;
+    }
 
     /// Updates bindings, layouts and short animations, and draws the window.
     void render()
@@ -167,6 +174,7 @@ protected:
 
 private:
     std::unique_ptr<QQmlEngine> m_engine;
+    std::optional<PreferencesHarness> m_preferences;
     std::optional<SheetModels> m_sheets;
     std::optional<MainWindow> m_window;
     bool m_isShown = false;

@@ -21,6 +21,7 @@ public:
                  .presence = presence,
                  .clock = services.clock,
                  .notifications = services.notifications.standard,
+                 .lockAll = [&dashboard] { dashboard.dashboard.bulk()->lockEverything(); },
                  .terminate = [this] { ++terminations; }})
     {
         services.notifications.standard.observe(notifications::showPreferences, &model,

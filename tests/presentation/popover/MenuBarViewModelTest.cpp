@@ -246,7 +246,7 @@ TEST_F(MenuBarModel, LockAllChangesNothingWhenTheMasterPasswordIsRefused)
     unlock(0);
     runTask(started().masterPassword.setMasterPassword(theMasterPassword));
     started().masterPassword.endSession();
-    model().lockAll();
+    model().menuEntries().at(1).action();
     DashboardHarness::settle();
     ASSERT_TRUE(started().masterPasswordDialog.isPresented());
     started().masterPasswordDialog.cancel();
