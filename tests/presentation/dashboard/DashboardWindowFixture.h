@@ -67,7 +67,8 @@ protected:
                                     .shredConfirmation = *harness.dashboard.shredding()->confirmation(),
                                     .shredProgress = *harness.dashboard.shredding()->progress(),
                                     .preferences = preferences().model,
-                                    .biometrics = services.biometrics},
+                                    .biometrics = services.biometrics,
+                                    .menuBarError = *menuBarError},
                              [this] { bringForward(); });
         }
         return *m_sheets;
@@ -93,6 +94,8 @@ protected:
     }
 
     std::function<void()> bringForward = [this] { m_window->show(); };
+    ErrorDialogManager noMenuBarError;
+    ErrorDialogManager *menuBarError = &noMenuBarError; ///< of the popover, if there is one
     PreferencesHarness &preferences()
     {
         if (!m_preferences) {
