@@ -141,12 +141,14 @@ TEST_F(XInputSourceTest, NoInputWakesTheProcessInAQuietPeriod)
     QObject::connect(QAbstractEventDispatcher::instance(), &QAbstractEventDispatcher::awake, &loop,
                      [&wakeUps] { ++wakeUps; });
     // Paced, so that the server sends each by itself.
-    const QString paced = move + QStringLiteral(" sleep 0.002 click 1 sleep 0.002 key F12 sleep 0.002");
-    mover.start(QStringLiteral("xdotool"), QStringList(100, paced).join(QLatin1Char(' ')).split(QLatin1Char(' ')));
+    const QString pause = QStringLiteral(" sleep 0.002 ");
+    const QString paced = QStringList(10, move + pause + QStringLiteral("mousedown 1 mouseup 1")).join(pause) + pause +
+                          QStringLiteral("key F12");
+    mover.start(QStringLiteral("xdotool"), QStringList(10, paced).join(QLatin1Char(' ')).split(QLatin1Char(' ')));
     loop.exec();
     EXPECT_EQ(mover.exitCode(), 0);
     EXPECT_EQ(monitor->count(), 1);
-    EXPECT_LT(wakeUps, 30) << "for 300 inputs";
+    EXPECT_LT(wakeUps, 30) << "for 210 inputs";
 }
 
 TEST_F(XInputSourceTest, NothingIsReportedAfterTheMonitorIsGone)
