@@ -4,6 +4,7 @@
 
 #include "DashboardHarness.h"
 
+#include "launch_at_login/FakeLaunchAtLoginService.h"
 #include "presentation/MainWindow.h"
 #include "presentation/SheetModels.h"
 #include "presentation/WindowEngine.h"
@@ -37,6 +38,9 @@ protected:
         m_window.reset();
         m_sheets.reset();
         m_engine.reset();
+        m_preferences.reset();
+        m_launchAtLoginToggle.reset();
+        m_launchAtLogin.reset();
     }
 
     /// The engine of all windows.
@@ -46,6 +50,19 @@ protected:
             m_engine = makeWindowEngine();
         }
         return *m_engine;
+    }
+    /// The preferences, over a registration of this test alone.
+    PreferencesModel &preferences()
+    {
+        if (!m_preferences) {
+            auto service = std::make_unique<FakeLaunchAtLoginService>(std::make_shared<FakeRegistration>());
+            m_launchAtLogin.emplace(services.platform(), std::move(service));
+            m_launchAtLoginToggle.emplace(*m_launchAtLogin, started().confirmationDialog, services.platform(), [] {});
+            m_preferences.emplace(services.notifications.standard,
+                                  PreferencesSections{.launchAtLogin = *m_launchAtLoginToggle});
+            spinOnce();
+        }
+        return *m_preferences;
     }
     /// What the sheets show. `bringForward` brings a hidden main window forward.
     SheetModels &sheets()
@@ -65,7 +82,7 @@ protected:
                                     .bulkProgress = *harness.dashboard.bulk()->progress(),
                                     .shredConfirmation = *harness.dashboard.shredding()->confirmation(),
                                     .shredProgress = *harness.dashboard.shredding()->progress(),
-                                    .preferences = preferences,
+                                    .preferences = preferences(),
                                     .biometrics = services.biometrics},
                              [this] { bringForward(); });
         }
@@ -92,10 +109,6 @@ protected:
     }
 
     std::function<void()> bringForward = [this] { m_window->show(); };
-    LaunchAtLoginServiceManager launchAtLogin{services.platform()};
-    LaunchAtLoginToggleModel launchAtLoginToggle{launchAtLogin, started().confirmationDialog, services.platform(),
-                                                 [] {}};
-    PreferencesModel preferences{services.notifications.standard, {.launchAtLogin = launchAtLoginToggle}};
 
     /// Updates bindings, layouts and short animations, and draws the window.
     void render()
@@ -167,6 +180,9 @@ protected:
 
 private:
     std::unique_ptr<QQmlEngine> m_engine;
+    std::optional<LaunchAtLoginServiceManager> m_launchAtLogin;
+    std::optional<LaunchAtLoginToggleModel> m_launchAtLoginToggle;
+    std::optional<PreferencesModel> m_preferences;
     std::optional<SheetModels> m_sheets;
     std::optional<MainWindow> m_window;
     bool m_isShown = false;
