@@ -11,7 +11,6 @@ Switch {
     /// The gap between the edge and the knob.
     readonly property int gap: 3
 
-    implicitWidth: Math.max(implicitContentWidth, indicator.implicitWidth)
     implicitHeight: DesignSystem.toggleSize
     padding: 0
     spacing: Spacing.sm
@@ -59,7 +58,7 @@ Switch {
     }
 
     contentItem: Text {
-        leftPadding: settingSwitch.text === "" ? 0 : settingSwitch.indicator.width + settingSwitch.spacing
+        leftPadding: settingSwitch.indicator.width + (settingSwitch.text === "" ? 0 : settingSwitch.spacing)
         text: settingSwitch.text
         textFormat: Text.PlainText
         font: settingSwitch.font

@@ -38,6 +38,7 @@ protected:
         m_window.reset();
         m_sheets.reset();
         m_engine.reset();
+        m_preferences.reset();
     }
 
     /// The engine of all windows.

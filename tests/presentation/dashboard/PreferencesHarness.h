@@ -5,6 +5,7 @@
 #include "DashboardHarness.h"
 #include "autolock/AutoLockManager.h"
 #include "autolock/SmartAutoLockManager.h"
+#include "launch_at_login/FakeLaunchAtLoginService.h"
 #include "launch_at_login/LaunchAtLoginServiceManager.h"
 #include "presentation/preferences/PreferencesModel.h"
 
@@ -19,7 +20,8 @@ public:
           smartAutoLock(harness.platform, harness.manager),
           autoLockSection(autoLock, smartAutoLock, harness.masterPassword, harness.platform.defaults.standard()),
           watchedSources(harness.platform.watched, [&harness] { harness.dashboard.bulk()->lockEverything(); }),
-          launchAtLogin(harness.platform),
+          launchAtLogin(harness.platform,
+                        std::make_unique<FakeLaunchAtLoginService>(std::make_shared<FakeRegistration>())),
           launchAtLoginToggle(launchAtLogin, harness.confirmationDialog, harness.platform, [] {}),
           model(harness.platform.notifications.standard, {launchAtLoginToggle, autoLockSection, watchedSources})
     {
