@@ -4,6 +4,7 @@
 
 #include "SharedInstances.h"
 #include "StartFailure.h"
+#include "async/Jobs.h"
 #include "Windows.h"
 #include "async/WorkInFlight.h"
 #include "autolock/AutoLockManager.h"
@@ -195,6 +196,7 @@ int startAndRun()
         shutDownSharedInstances();
         QThreadPool::globalInstance()->waitForDone();
     });
+    startJob([&services] { return services.openLinks(QStringLiteral("quillhaven")); });
     return runWindows(services.platform(panels, input, opener), instance, presence);
 }
 

@@ -48,6 +48,15 @@ class HandOver(WindowTest):
         flows.row(self.program, "letter.txt", "unlocked")
         self.assertEqual(letter.read_text(), "mine\n")
 
+    def test_the_desktop_opens_an_address_with_the_program(self):
+        letter = self.file("letter.txt")
+        flows.protect_with_password(self.program, letter)
+        flows.unlock(self.program, "letter.txt")
+        entry = self.home.data / "applications" / "com.tarnwick.quillhaven.desktop"
+        self.program.wait_for(entry.exists, "the desktop entry")
+        subprocess.run(["gio", "open", address("lock", letter)], env=self.home.environment(), check=True, timeout=60)
+        flows.row(self.program, "letter.txt", "locked")
+
     def test_a_choice_in_a_menu_protects_a_file(self):
         letter = self.file("letter.txt")
         self.program.find(BUTTON, flows.PROTECT)

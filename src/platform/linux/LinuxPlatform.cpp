@@ -2,6 +2,9 @@
 
 #include "platform/linux/LinuxPlatform.h"
 
+#include "async/OffMainThread.h"
+#include "platform/linux/links/UrlSchemeHandler.h"
+
 #include <QCoreApplication>
 
 namespace quillhaven {
@@ -44,6 +47,15 @@ Platform LinuxPlatform::platform(FilePanels &panels, UserInput &input, UrlOpener
             .opener = opener,
             .loginItem = m_loginItem,
             .watched = m_watched};
+}
+
+QCoro::Task<> LinuxPlatform::openLinks(QString scheme)
+{
+    const EntryFolders folders =
+        applicationFolders(SqliteUserDefaultsProvider::standardDomain, QCoreApplication::applicationFilePath());
+    const auto look = [folders, scheme] { return registerUrlScheme(folders, scheme); };
+    const WatchedSources::State state = co_await offMainThread(look);
+    m_watched.setState(WatchedSources::Source::Links, state);
 }
 
 } // namespace quillhaven

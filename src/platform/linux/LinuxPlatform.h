@@ -38,6 +38,9 @@ public:
     [[nodiscard]] GlobalInput &globalInput() { return m_globalInput; }
     [[nodiscard]] WatchedSources &watched() { return m_watched; }
 
+    /// Lets the desktop open links of this scheme with the program; see registerUrlScheme.
+    [[nodiscard]] QCoro::Task<> openLinks(QString scheme);
+
 private:
     UserDirectories m_directories;
     OpenSslRandomSource m_random;

@@ -25,6 +25,7 @@ public:
           launchAtLoginToggle(launchAtLogin, harness.confirmationDialog, harness.platform, [] {}),
           model(harness.platform.notifications.standard, {launchAtLoginToggle, autoLockSection, watchedSources})
     {
+        spinOnce(); // The first synchronization.
     }
 
     AutoLockManager autoLock;

@@ -54,13 +54,13 @@ QString programOf(const DesktopEntryFile &entry)
 }
 
 /// Whether the entry starts a program other than this one. One that names nothing, or what no longer exists, does not.
-bool isForeign(const DesktopEntryFile &entry, const AutostartFolders &folders)
+bool isForeign(const DesktopEntryFile &entry, const EntryFolders &folders)
 {
     const QString program = programOf(entry);
     return !folders.isProgram(program) && (!executableOf(program).isEmpty() || (entry.has(exec) && program.isEmpty()));
 }
 
-Kind kindOf(const DesktopEntryFile &entry, const AutostartFolders &folders)
+Kind kindOf(const DesktopEntryFile &entry, const EntryFolders &folders)
 {
     if (isForeign(entry, folders)) {
         return Kind::Foreign;
@@ -97,14 +97,14 @@ QString sentenceFor(Kind kind, const QString &path)
     return QStringLiteral("Quillhaven does not start when you log in.");
 }
 
-AutostartState stateOf(const DesktopEntryFile &entry, const QString &path, const AutostartFolders &folders)
+AutostartState stateOf(const DesktopEntryFile &entry, const QString &path, const EntryFolders &folders)
 {
     const Kind kind = kindOf(entry, folders);
     return {kind, path, sentenceFor(kind, path)};
 }
 
 /// The state by the first of these files that exists.
-AutostartState stateOf(const QStringList &paths, const AutostartFolders &folders)
+AutostartState stateOf(const QStringList &paths, const EntryFolders &folders)
 {
     for (const QString &path : paths) {
         try {
@@ -118,7 +118,7 @@ AutostartState stateOf(const QStringList &paths, const AutostartFolders &folders
     return {Kind::Missing, {}, sentenceFor(Kind::Missing, {})};
 }
 
-QStringList systemEntries(const AutostartFolders &folders)
+QStringList systemEntries(const EntryFolders &folders)
 {
     QStringList paths;
     for (const QString &folder : folders.system) {
@@ -154,7 +154,7 @@ void setIfMissing(DesktopEntryFile &entry, const char *key, const QString &value
     }
 }
 
-void complete(DesktopEntryFile &entry, const AutostartFolders &folders, const QStringList &arguments)
+void complete(DesktopEntryFile &entry, const EntryFolders &folders, const QStringList &arguments)
 {
     setIfMissing(entry, "Type", QStringLiteral("Application"));
     setIfMissing(entry, "Name", QStringLiteral("Quillhaven"));
@@ -184,7 +184,7 @@ bool holdsOnlyOwnKeys(const DesktopEntryFile &entry)
 }
 
 /// Whether the file at the path is something that is not ours to change.
-bool isForeignFile(const QString &path, const AutostartFolders &folders)
+bool isForeignFile(const QString &path, const EntryFolders &folders)
 {
     try {
         const std::optional<DesktopEntryFile> entry = DesktopEntryFile::read(path);
@@ -208,12 +208,12 @@ void removeEntry(const QString &path)
 
 } // namespace
 
-AutostartState autostartState(const AutostartFolders &folders)
+AutostartState autostartState(const EntryFolders &folders)
 {
     return stateOf(QStringList{folders.userEntry()} + systemEntries(folders), folders);
 }
 
-void registerAutostart(const AutostartFolders &folders, const QStringList &arguments)
+void registerAutostart(const EntryFolders &folders, const QStringList &arguments)
 {
     const QString path = folders.userEntry();
     if (executableOf(folders.executable).isEmpty()) {
@@ -233,7 +233,7 @@ void registerAutostart(const AutostartFolders &folders, const QStringList &argum
     }
 }
 
-void unregisterAutostart(const AutostartFolders &folders)
+void unregisterAutostart(const EntryFolders &folders)
 {
     const QString path = folders.userEntry();
     if (isForeignFile(path, folders)) {

@@ -2,7 +2,7 @@
 
 #pragma once
 
-#include "platform/linux/login/AutostartFolders.h"
+#include "platform/linux/login/EntryFolders.h"
 
 namespace quillhaven {
 
@@ -27,15 +27,15 @@ struct AutostartState
 };
 
 /// What the desktop will do at the next login.
-[[nodiscard]] AutostartState autostartState(const AutostartFolders &folders);
+[[nodiscard]] AutostartState autostartState(const EntryFolders &folders);
 
 /// Writes the user's entry, so that the desktop starts the program with these arguments. What the user has added to it
 /// stays. Throws a FileError if that is not possible, or if the file there starts another program: then it is left
 /// as it is.
-void registerAutostart(const AutostartFolders &folders, const QStringList &arguments);
+void registerAutostart(const EntryFolders &folders, const QStringList &arguments);
 
 /// Removes the user's entry. It is hidden instead if the user has added something to it, or if an entry of the system
 /// would count without it. An entry that starts another program is left as it is. Throws a FileError.
-void unregisterAutostart(const AutostartFolders &folders);
+void unregisterAutostart(const EntryFolders &folders);
 
 } // namespace quillhaven

@@ -30,7 +30,7 @@ LoginItem::Status statusFor(AutostartState::Kind kind)
 
 } // namespace
 
-AutostartLoginItem::AutostartLoginItem(const AutostartFolders &folders, WatchedSources &watched)
+AutostartLoginItem::AutostartLoginItem(const EntryFolders &folders, WatchedSources &watched)
     : m_folders(folders), m_watched(watched)
 {
     m_queue.setMaxThreadCount(1);

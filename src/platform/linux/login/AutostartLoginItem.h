@@ -3,7 +3,7 @@
 #pragma once
 
 #include "platform/LoginItem.h"
-#include "platform/linux/login/AutostartFolders.h"
+#include "platform/linux/login/EntryFolders.h"
 
 #include <QThreadPool>
 
@@ -17,7 +17,7 @@ class AutostartLoginItem : public LoginItem
 {
 public:
     /// Keeps the entry `LaunchAtLogin` of `watched` up to date, which must outlive this object.
-    AutostartLoginItem(const AutostartFolders &folders, WatchedSources &watched);
+    AutostartLoginItem(const EntryFolders &folders, WatchedSources &watched);
     ~AutostartLoginItem() override;
 
     [[nodiscard]] QCoro::Task<Status> status() override;
@@ -25,7 +25,7 @@ public:
     [[nodiscard]] QCoro::Task<> unregisterItem() override;
 
 private:
-    AutostartFolders m_folders;
+    EntryFolders m_folders;
     WatchedSources &m_watched;
     QThreadPool m_queue;
 };

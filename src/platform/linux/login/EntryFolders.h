@@ -8,9 +8,8 @@
 
 namespace quillhaven {
 
-/// Where the desktop looks for the programs that it starts at login (Desktop Application Autostart Specification 0.5),
-/// and which program is to be found there.
-struct AutostartFolders
+/// Where the desktop looks for the entries of programs, and which program is to be found there.
+struct EntryFolders
 {
     QString user;         ///< its entry hides those of the same name in the other folders
     QStringList system;   ///< the first that has the entry counts
@@ -23,8 +22,11 @@ struct AutostartFolders
     [[nodiscard]] bool isProgram(const QString &command) const;
 };
 
-/// The folders of this process's environment, for the entry of this application.
-[[nodiscard]] AutostartFolders autostartFolders(const QString &applicationId, const QString &executable);
+/// The folders of this process's environment for the programs that are started at login (Desktop Application Autostart
+/// Specification 0.5), with the entry of this application.
+[[nodiscard]] EntryFolders autostartFolders(const QString &applicationId, const QString &executable);
+/// The same for the programs in the desktop's menus, which also open files and links.
+[[nodiscard]] EntryFolders applicationFolders(const QString &applicationId, const QString &executable);
 
 /// The file that a command of a desktop entry starts; empty if it does not exist or cannot be executed.
 [[nodiscard]] QString executableOf(const QString &command);

@@ -47,7 +47,7 @@ protected:
     }
 
     TemporaryHome home;
-    AutostartFolders folders{.user = home.path(QStringLiteral(".config/autostart")),
+    EntryFolders folders{.user = home.path(QStringLiteral(".config/autostart")),
                              .system = {home.path(QStringLiteral("xdg/autostart"))},
                              .fileName = QStringLiteral("com.tarnwick.quillhaven.desktop"),
                              .executable = makeProgram(QStringLiteral("bin/quillhaven")),

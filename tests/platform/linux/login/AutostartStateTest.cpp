@@ -163,7 +163,7 @@ TEST_F(AutostartStates, FoldersAreThoseOfTheEnvironment)
     qputenv("XDG_CONFIG_HOME", "/home/me/cfg");
     qputenv("XDG_CONFIG_DIRS", "/etc/one:/etc/two");
     qputenv("XDG_CURRENT_DESKTOP", "ubuntu:GNOME");
-    const AutostartFolders found = autostartFolders(QStringLiteral("org.example.app"), QStringLiteral("/bin/app"));
+    const EntryFolders found = autostartFolders(QStringLiteral("org.example.app"), QStringLiteral("/bin/app"));
     EXPECT_EQ(found.userEntry(), QStringLiteral("/home/me/cfg/autostart/org.example.app.desktop"));
     EXPECT_EQ(found.system, (QStringList{QStringLiteral("/etc/one/autostart"), QStringLiteral("/etc/two/autostart")}));
     EXPECT_EQ(found.desktops, (QStringList{QStringLiteral("ubuntu"), QStringLiteral("GNOME")}));
