@@ -1,11 +1,12 @@
 #!/bin/bash
 # SPDX-License-Identifier: GPL-3.0-or-later
 # in-session.sh COMMAND...: runs COMMAND in its own session, with a virtual display, a session bus and an unlocked keyring.
-# FINGERPRINTS=1 adds a fingerprint reader. The caller's session is not touched, and nothing is left running.
+# SYSTEM_BUS=1 adds a system bus with nothing on it, FINGERPRINTS=1 one with a fingerprint reader. The caller's session is not touched, and nothing is left running.
 set -euo pipefail
 support=$(cd "$(dirname "${BASH_SOURCE[0]}")/../support" && pwd)
 
 command=("$support/with-display.sh" "$support/with-keyring.sh")
+[ -z "${SYSTEM_BUS:-}" ] || command=("$support/with-buses.sh" "${command[@]}")
 [ -z "${FINGERPRINTS:-}" ] || command=("$support/with-fprintd.sh" "${command[@]}")
 
 # No byte code next to the sources, and Debian's own Python, which has the bindings.
