@@ -86,7 +86,20 @@ def stores():
             write('store_values', 'database', b'\1' + file.read())
 
 
+def rules():
+    folder = 'smart_auto_lock_rules'
+    whole = {'lockOnSleep': True, 'lockOnLogout': True, 'lockOnUserSwitch': True, 'lockOnScreenSaver': False,
+             'lockOnSystemLock': True, 'enhancedIdleDetection': True, 'idleThresholdMinutes': 5, 'exceptions': ['a']}
+    write(folder, 'defaults', json.dumps(whole).encode())
+    write(folder, 'no-exceptions', json.dumps({k: v for k, v in whole.items() if k != 'exceptions'}).encode())
+    write(folder, 'further-key', json.dumps({**whole, 'further': None}).encode())
+    write(folder, 'fraction', json.dumps({**whole, 'idleThresholdMinutes': 1.5}).encode())
+    write(folder, 'large-number', json.dumps({**whole, 'idleThresholdMinutes': 2 ** 63 - 1}).encode())
+    write(folder, 'list', b'[]')
+
+
 if __name__ == '__main__':
     backups()
     catalogues()
     stores()
+    rules()

@@ -4,9 +4,12 @@
 
 #include "SharedInstances.h"
 #include "StartFailure.h"
+#include "Windows.h"
+#include "async/WorkInFlight.h"
+#include "autolock/AutoLockManager.h"
+#include "autolock/SmartAutoLockManager.h"
 #include "credentials/MasterPasswordDialogManager.h"
 #include "credentials/MasterPasswordManager.h"
-#include "credentials/PasswordInputDialogModel.h"
 #include "engine/QuillhavenManager.h"
 #include "launch_at_login/LaunchAtLoginServiceManager.h"
 #include "platform/NotificationCenter.h"
@@ -15,33 +18,33 @@
 #include "platform/linux/files/XdgDirectories.h"
 #include "platform/widgets/QtApplicationPresence.h"
 #include "platform/widgets/QtFilePanels.h"
+#include "platform/widgets/QtStatusBar.h"
 #include "platform/widgets/QtUrlOpener.h"
 #include "platform/widgets/QtUserInput.h"
-#include "presentation/MainWindow.h"
-#include "presentation/SheetModels.h"
-#include "presentation/WindowEngine.h"
-#include "presentation/dashboard/CredentialStoreNotice.h"
-#include "presentation/dashboard/DashboardViewModel.h"
-#include "presentation/dashboard/SettingsNotice.h"
+#include "presentation/PopoverWindow.h"
 #include "presentation/dialogs/ConfirmationDialogManager.h"
 #include "presentation/dialogs/ProtectionMethodDialogManager.h"
-#include "presentation/preferences/PreferencesModel.h"
+#include "presentation/popover/MenuBarViewModel.h"
 #include "presentation/tokens/PanelPalette.h"
 #include "presentation/tokens/Typography.h"
 #include "shell/AppDelegate.h"
+#include "shell/FinderExtension.h"
 #include "shell/LaunchContextManager.h"
 #include "shell/ProcessProtection.h"
 #include "shell/RestartProgram.h"
 #include "shell/SingleInstance.h"
 #include "shell/TerminationSignals.h"
+#include "shell/WindowClosing.h"
+#include "shell/handover/HandedOverActions.h"
 #include "shell/quillhavenApp.h"
 #include "support/LocalizedError.h"
 
 #include <QApplication>
-#include <QQmlEngine>
 #include <QQuickWindow>
 #include <QScopeGuard>
 #include <QThreadPool>
+
+#include <optional>
 
 namespace quillhaven {
 
@@ -56,8 +59,17 @@ void chooseRenderer()
     }
 }
 
-/// The services that start and end with the program.
-LaunchSequence launchSequence()
+void askToEnableExtension(const FinderExtension::Question &question, const std::function<void()> &confirm)
+{
+    ConfirmationDialogManager::shared().show({.title = question.title,
+                                              .message = question.message,
+                                              .confirmTitle = question.confirmTitle,
+                                              .cancelTitle = question.cancelTitle},
+                                             confirm);
+}
+
+/// The services that start and end with the program, beside the status item.
+LaunchSequence launchSequence(FinderExtension &finderExtension)
 {
     const auto launchAtLogin = std::make_shared<LaunchAtLoginServiceManager *>(nullptr);
     const auto synchronizeLaunchAtLogin = [launchAtLogin] {
@@ -65,27 +77,34 @@ LaunchSequence launchSequence()
         return (*launchAtLogin)->observer().performSynchronization(true);
     };
     return {.launchContext = LaunchContextManager::shared,
-            .launch = {{LaunchPhase::setupMenuBar, [] { QuillhavenManager::shared(); }},
+            .launch = {{LaunchPhase::autoLockManagers,
+                        autoLockStep([] { AutoLockManager::shared(); }, [] { SmartAutoLockManager::shared(); })},
+                       {LaunchPhase::activateFinderExtension,
+                        [&finderExtension] { finderExtension.activateFinderExtension(); }},
                        {LaunchPhase::launchAtLogin, launchAtLoginStep(synchronizeLaunchAtLogin)}},
             .termination = {
                 {TerminationPhase::launchAtLoginServiceManager, [launchAtLogin] { *launchAtLogin = nullptr; }}}};
 }
 
-/// Creates the window and runs the event loop, from the launch to the termination.
-int runWindow(const Platform &platform, SingleInstance &instance, QtApplicationPresence &presence)
+MenuBarContext menuBarContext(const Platform &platform, ApplicationPresence &presence, std::function<void()> lockAll,
+                              std::function<void()> terminate)
+{
+    return {.quillhavenManager = QuillhavenManager::shared(),
+            .masterPasswordManager = MasterPasswordManager::shared(),
+            .launchContext = LaunchContextManager::shared(),
+            .presence = presence,
+            .clock = platform.clock,
+            .notifications = platform.notifications.standard,
+            .lockAll = std::move(lockAll),
+            .terminate = std::move(terminate)};
+}
+
+/// Creates the status item and the models of the windows, and runs the event loop, from the launch to the termination.
+int runWindows(const Platform &platform, SingleInstance &instance, QtApplicationPresence &presence)
 {
     installPlatform(platform, presence, QCoreApplication::arguments());
-    AppDelegate delegate(presence, launchSequence());
-    delegate.applicationDidFinishLaunching();
-
-    PasswordInputDialogModel passwordInput(PasswordInputDialogManager::shared(), platform.defaults.standard());
-    DashboardViewModel dashboard(platform, QuillhavenManager::shared(), MasterPasswordManager::shared(),
-                                 {.confirmation = ConfirmationDialogManager::shared(),
-                                  .protectionMethod = ProtectionMethodDialogManager::shared(),
-                                  .passwordInput = PasswordInputDialogManager::shared(),
-                                  .masterPassword = MasterPasswordDialogManager::shared()});
-    const CredentialStoreNotice storeNotice(platform.credentialStoreState, *dashboard.notices(),
-                                            ConfirmationDialogManager::shared());
+    FinderExtension finderExtension(platform, FinderExtension::placesBeside(QCoreApplication::applicationDirPath()),
+                                    askToEnableExtension);
     const auto terminate = [&instance, &presence] {
         instance.announceEnd();
         presence.terminate();
@@ -96,51 +115,63 @@ int runWindow(const Platform &platform, SingleInstance &instance, QtApplicationP
             terminate();
         }
     };
-    LaunchAtLoginToggleModel launchAtLogin(LaunchAtLoginServiceManager::shared(), ConfirmationDialogManager::shared(),
-                                           platform, restart);
-    PreferencesModel preferences(platform.notifications.standard, {.launchAtLogin = launchAtLogin});
-    const Sheets sheets{.confirmation = ConfirmationDialogManager::shared(),
-                        .protectionMethod = ProtectionMethodDialogManager::shared(),
-                        .passwordInput = PasswordInputDialogManager::shared(),
-                        .passwordInputState = passwordInput,
-                        .masterPassword = MasterPasswordDialogManager::shared(),
-                        .removeProtection = *dashboard.removeProtectionDialogManager(),
-                        .recovery = *dashboard.backup()->recoveryDialogManager(),
-                        .rescue = *dashboard.rescue()->dialog(),
-                        .error = *dashboard.errorDialogManager(),
-                        .bulkFilePicker = *dashboard.bulk()->picker(),
-                        .bulkProgress = *dashboard.bulk()->progress(),
-                        .shredConfirmation = *dashboard.shredding()->confirmation(),
-                        .shredProgress = *dashboard.shredding()->progress(),
-                        .preferences = preferences,
-                        .biometrics = platform.biometrics};
-    // Handled as a reopening: after a start at login, a window that is merely shown would be hidden again immediately.
-    SheetModels sheetModels(sheets, [&delegate] { delegate.applicationShouldHandleReopen(false); });
-    showSettingsProblem(QuillhavenManager::shared(), *dashboard.notices());
-    const std::unique_ptr<QQmlEngine> engine = makeWindowEngine();
-    MainWindow window(*engine, dashboard, sheetModels);
-    presence.setMainWindow(window.window());
-    quillhavenApp app(LaunchContextManager::shared(), presence, platform.clock, {});
+    QtStatusBar statusBar(platform.watched);
+    std::optional<MenuBarViewModel> menuBar;
+    std::optional<Windows> windows; // outlives the popover, which the delegate owns
+    const auto makePopover = [&]() -> std::unique_ptr<Popover> {
+        const auto lockAll = [&windows] { windows->dashboard().bulk()->lockEverything(); };
+        menuBar.emplace(menuBarContext(platform, presence, lockAll, terminate));
+        return std::make_unique<PopoverWindow>(platform.clock, [&windows] { return windows->makePopoverWindow(); });
+    };
+    AppDelegate delegate(presence, launchSequence(finderExtension),
+                         MenuBar{.statusBar = statusBar, .makePopover = makePopover, .menuEntries = [&menuBar] {
+                                     return menuBar->menuEntries();
+                                 }});
+    delegate.applicationDidFinishLaunching();
 
-    QObject::connect(&window, &MainWindow::contentAppeared, &window, [&app] { app.contentAppeared(); });
-    QObject::connect(qGuiApp, &QGuiApplication::applicationStateChanged, &window, [&app](Qt::ApplicationState state) {
+    // Handled as a reopening: after a start at login, a window that is merely shown would be hidden again immediately.
+    const auto bringMainWindowForward = [&delegate] {
+        if (!WorkInFlight::isClosing()) {
+            delegate.applicationShouldHandleReopen(false);
+        }
+    };
+    windows.emplace(platform, *menuBar, bringMainWindowForward, restart);
+    presence.setBuilder([&windows]() -> QWindow * { return windows->mainWindow().window(); });
+    WindowClosing closing(statusBar, presence, platform.clock);
+    HandedOverActions handedOver(platform, QuillhavenManager::shared(), MasterPasswordManager::shared(), presence,
+                                 {ConfirmationDialogManager::shared(), ProtectionMethodDialogManager::shared(),
+                                  PasswordInputDialogManager::shared()});
+    quillhavenApp app(LaunchContextManager::shared(), presence, platform.clock,
+                      [&handedOver] { handedOver.checkForPendingActions(); });
+
+    QObject::connect(&*windows, &Windows::contentAppeared, &delegate, [&app] { app.contentAppeared(); });
+    QObject::connect(qGuiApp, &QGuiApplication::applicationStateChanged, &delegate, [&app](Qt::ApplicationState state) {
         if (state == Qt::ApplicationActive) {
             app.applicationDidBecomeActive();
         }
     });
     QObject::connect(&instance, &SingleInstance::activationRequested, &delegate, &AppDelegate::reopen);
-    QObject::connect(&instance, &SingleInstance::openRequested, &delegate, &AppDelegate::openUrls);
-    // Without a tray icon, there would be no way to open the window again.
-    QObject::connect(&window, &MainWindow::closeRequested, &window, terminate);
+    const auto openUrls = [&delegate, &handedOver](const QStringList &urls) {
+        for (const QString &url : urls) {
+            if (HandedOverActions::asksForMainWindow(url)) {
+                delegate.reopen();
+            }
+            handedOver.handleURLScheme(url);
+        }
+    };
+    QObject::connect(&instance, &SingleInstance::openRequested, &delegate, openUrls);
+    QObject::connect(&*windows, &Windows::closeRequested, &closing, &WindowClosing::close);
+    QObject::connect(&*windows, &Windows::quitRequested, &delegate, terminate);
     const TerminationSignals signals;
-    QObject::connect(&signals, &TerminationSignals::terminationRequested, &window, terminate);
+    QObject::connect(&signals, &TerminationSignals::terminationRequested, &delegate, terminate);
 
-    dashboard.rescue()->look();
+    windows->dashboard().rescue()->look();
     if (LaunchContextManager::shared().shouldShowMainWindow()) {
-        window.show();
+        presence.makeKeyAndOrderFront(mainWindowTitle);
     } else {
         app.contentAppeared();
     }
+    openUrls(SingleInstance::urlsIn(QCoreApplication::arguments()));
     const int result = QApplication::exec();
     delegate.applicationWillTerminate();
     QuillhavenManager::shared().catalogue().saveUnsaved();
@@ -157,14 +188,14 @@ int startAndRun()
     }
     LinuxPlatform services(directories);
     QtFilePanels panels(panelPalette(ColorTokens()));
-    QtUserInput input;
+    QtUserInput input(services.globalInput());
     QtUrlOpener opener;
     QtApplicationPresence presence;
     const auto shutDown = qScopeGuard([] {
         shutDownSharedInstances();
         QThreadPool::globalInstance()->waitForDone();
     });
-    return runWindow(services.platform(panels, input, opener), instance, presence);
+    return runWindows(services.platform(panels, input, opener), instance, presence);
 }
 
 } // namespace

@@ -5,6 +5,8 @@
 
 #include "SharedInstances.h"
 
+#include "autolock/AutoLockManager.h"
+#include "autolock/SmartAutoLockManager.h"
 #include "credentials/MasterPasswordDialogManager.h"
 #include "credentials/MasterPasswordManager.h"
 #include "credentials/PasswordInputDialogManager.h"
@@ -130,6 +132,16 @@ QuillhavenManager &QuillhavenManager::shared()
 {
     return sharedInstance<QuillhavenManager>(foundation().platform, MasterPasswordManager::shared(),
                                              PasswordInputDialogManager::shared(), QuillhavenShredder::shared());
+}
+
+AutoLockManager &AutoLockManager::shared()
+{
+    return sharedInstance<AutoLockManager>(foundation().platform, QuillhavenManager::shared());
+}
+
+SmartAutoLockManager &SmartAutoLockManager::shared()
+{
+    return sharedInstance<SmartAutoLockManager>(foundation().platform, QuillhavenManager::shared());
 }
 
 LaunchAtLoginServiceManager &LaunchAtLoginServiceManager::shared()

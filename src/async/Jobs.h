@@ -3,6 +3,7 @@
 #pragma once
 
 #include <QCoroTask>
+#include <QList>
 
 #include <QPointer>
 
@@ -27,5 +28,9 @@ void startJobOf(Object *object, Operation operation)
         }
     });
 }
+
+/// Starts the jobs in their order, each in a turn of the main loop of its own, so that many of them leave the program
+/// responsive. Main thread only.
+void startJobs(QList<std::function<QCoro::Task<>()>> jobs);
 
 } // namespace quillhaven

@@ -50,17 +50,6 @@ private:
     SingleInstance *m_instance;
 };
 
-QStringList urlsIn(const QStringList &arguments)
-{
-    QStringList urls;
-    for (const QString &argument : arguments.mid(1)) {
-        if (argument.contains(QStringLiteral("://")) && QUrl(argument).isValid()) {
-            urls.append(argument);
-        }
-    }
-    return urls;
-}
-
 QDBusMessage busCall(const QStringList &urls)
 {
     const QString method = urls.isEmpty() ? QStringLiteral("Activate") : QStringLiteral("Open");
@@ -86,6 +75,17 @@ SingleInstance::SingleInstance(const QString &directory, const QString &fallback
 }
 
 SingleInstance::~SingleInstance() = default;
+
+QStringList SingleInstance::urlsIn(const QStringList &arguments)
+{
+    QStringList urls;
+    for (const QString &argument : arguments.mid(1)) {
+        if (argument.contains(QStringLiteral("://")) && QUrl(argument).isValid()) {
+            urls.append(argument);
+        }
+    }
+    return urls;
+}
 
 QString SingleInstance::socketPath() const
 {

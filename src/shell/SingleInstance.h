@@ -36,6 +36,9 @@ public:
     /// for one that is ending. Throws a FileError if no lock file can be opened.
     [[nodiscard]] Role claim(const QStringList &arguments);
 
+    /// Those of the process's arguments that are addresses to open.
+    [[nodiscard]] static QStringList urlsIn(const QStringList &arguments);
+
     /// Accepts no more hand-overs: whoever starts the program from now on waits for the end of this process. To be
     /// called as soon as the end is certain.
     void announceEnd();

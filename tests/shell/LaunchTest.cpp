@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-#include "platform/ApplicationPresence.h"
 #include "shell/AppDelegate.h"
 #include "shell/LaunchContextManager.h"
 #include "shell/quillhavenApp.h"
 #include "support/LogCapture.h"
 #include "support/ManualClock.h"
+#include "support/RecordingPresence.h"
 #include "support/RunTask.h"
 
 #include <gtest/gtest.h>
@@ -15,33 +15,6 @@ using namespace quillhaven::test;
 using namespace std::chrono_literals;
 
 namespace {
-
-/// Records the calls to the desktop.
-class RecordingPresence : public ApplicationPresence
-{
-public:
-    [[nodiscard]] ActivationPolicy activationPolicy() const override { return policy; }
-    void setActivationPolicy(ActivationPolicy newPolicy) override { policy = newPolicy; }
-    void activate() override { ++activations; }
-    void hide() override { isHidden = true; }
-    bool makeKeyAndOrderFront(const QString &title) override
-    {
-        if (title != windowTitle) {
-            return false;
-        }
-        isHidden = false;
-        ++ordersToFront;
-        return true;
-    }
-    [[nodiscard]] bool hasVisibleWindows() const override { return !isHidden; }
-    void terminate() override {}
-
-    ActivationPolicy policy = ActivationPolicy::Regular;
-    QString windowTitle = QStringLiteral("Quillhaven");
-    bool isHidden = false;
-    int activations = 0;
-    int ordersToFront = 0;
-};
 
 QStringList arguments(const char *argument = nullptr)
 {
@@ -246,18 +219,6 @@ TEST_F(Launch, ASecondStartShowsAHiddenWindowAndBringsAVisibleOneForward)
     delegate.reopen();
     EXPECT_EQ(presence.ordersToFront, 1);
     EXPECT_EQ(presence.activations, activations + 1);
-}
-
-TEST_F(Launch, ASecondStartWithUrlsShowsTheWindowAndLogsNothing)
-{
-    LaunchContextManager context(arguments("-loginItem"), presence);
-    AppDelegate delegate(presence, sequence(context));
-    delegate.applicationDidFinishLaunching();
-    log.clear();
-    delegate.openUrls({QStringLiteral("quillhaven://lock?path=/a")});
-    EXPECT_FALSE(presence.isHidden);
-    EXPECT_EQ(presence.ordersToFront, 1);
-    EXPECT_EQ(log.lines().join(QLatin1Char('|')), QString());
 }
 
 TEST_F(Launch, AMissingServiceIsNotLogged)

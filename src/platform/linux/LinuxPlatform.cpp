@@ -12,8 +12,10 @@ LinuxPlatform::LinuxPlatform(const UserDirectories &directories)
       m_credentials(directories.configuration, m_random, &m_clock),
       m_credentialStoreState(m_credentials, m_credentialQueue, m_clock),
       m_cloud(m_directories),
+      m_globalInput(m_clock, m_watched),
       m_loginItem(autostartFolders(SqliteUserDefaultsProvider::standardDomain, QCoreApplication::applicationFilePath()),
-                  m_watched)
+                  m_watched),
+      m_session(m_notifications, m_watched, m_clock)
 {
     m_credentialQueue.setMaxThreadCount(1);
 }

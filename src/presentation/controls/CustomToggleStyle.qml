@@ -11,6 +11,7 @@ Switch {
     /// The gap between the edge and the knob.
     readonly property int gap: 3
 
+    implicitWidth: Math.max(implicitContentWidth, indicator.implicitWidth)
     implicitHeight: DesignSystem.toggleSize
     padding: 0
     spacing: Spacing.sm

@@ -42,8 +42,24 @@ void BulkActions::performBulkUnlock()
 
 void BulkActions::performBulkLock()
 {
+    lock(m_context.selection.getSelectedItems(true));
+}
+
+void BulkActions::lockEverything()
+{
+    QList<ProtectedItem> unlocked;
+    for (const ProtectedItem &item : m_context.quillhavenManager.protectedItems()) {
+        if (item.isMounted) {
+            unlocked.append(item);
+        }
+    }
+    lock(unlocked);
+}
+
+void BulkActions::lock(const QList<ProtectedItem> &items)
+{
     start(
-        m_context.selection.getSelectedItems(true), [](const ProtectedItem &item) { return item.isMounted; },
+        items, [](const ProtectedItem &item) { return item.isMounted; },
         [this](QList<ProtectedItem> items, ProgressCallback callback) {
             return m_context.quillhavenManager.bulkLockItems(std::move(items), std::move(callback));
         });

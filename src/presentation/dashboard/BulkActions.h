@@ -41,6 +41,8 @@ public:
     /// and the selection is kept.
     Q_INVOKABLE void performBulkUnlock();
     Q_INVOKABLE void performBulkLock();
+    /// Locks every unlocked item.
+    Q_INVOKABLE void lockEverything();
     /// Asks, then removes the protection of the selected items.
     Q_INVOKABLE void performBulkRemove();
     /// "Bulk Protect": opens the sheet in which the user chooses the items.
@@ -60,6 +62,7 @@ private:
         std::shared_ptr<BusyItems> busy = {};
     };
 
+    void lock(const QList<ProtectedItem> &items);
     void start(const QList<ProtectedItem> &items, Condition isDue, Operation operation);
     [[nodiscard]] QCoro::Task<> run(Job job);
     // The coroutines that continue after each question.

@@ -6,6 +6,7 @@
 #include "credentials/MasterPasswordDialogManager.h"
 #include "credentials/MasterPasswordManager.h"
 #include "engine/QuillhavenManager.h"
+#include "platform/NotificationCenter.h"
 #include "platform/UserDefaults.h"
 
 #include <QCoreApplication>
@@ -34,6 +35,8 @@ DashboardViewModel::DashboardViewModel(const Platform &platform, QuillhavenManag
 {
     connect(&masterPasswordManager, &MasterPasswordManager::hasMasterPasswordChanged, this,
             &DashboardViewModel::masterPasswordTextChanged);
+    platform.notifications.standard.observe(notifications::handleFinderAction, this,
+                                            [this](const QVariantMap &userInfo) { handleFinderAction(userInfo); });
     connect(&m_protecting, &ProtectActions::protectingTextChanged, this, &DashboardViewModel::activityTextChanged);
     connect(&m_backup, &BackupActions::isBackingUpChanged, this, &DashboardViewModel::activityTextChanged);
 }

@@ -37,6 +37,16 @@ Sheet {
         }
     }
 
+    AutoLockSection {
+        Layout.fillWidth: true
+        autoLock: sheet.preferences.autoLock
+    }
+
+    StatusSection {
+        Layout.fillWidth: true
+        sources: sheet.preferences.watchedSources
+    }
+
     buttons: [
         Item { Layout.fillWidth: true },
         SecondaryButton {

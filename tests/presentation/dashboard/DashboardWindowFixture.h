@@ -3,8 +3,8 @@
 #pragma once
 
 #include "DashboardHarness.h"
+#include "PreferencesHarness.h"
 
-#include "launch_at_login/FakeLaunchAtLoginService.h"
 #include "presentation/MainWindow.h"
 #include "presentation/SheetModels.h"
 #include "presentation/WindowEngine.h"
@@ -38,9 +38,6 @@ protected:
         m_window.reset();
         m_sheets.reset();
         m_engine.reset();
-        m_preferences.reset();
-        m_launchAtLoginToggle.reset();
-        m_launchAtLogin.reset();
     }
 
     /// The engine of all windows.
@@ -50,19 +47,6 @@ protected:
             m_engine = makeWindowEngine();
         }
         return *m_engine;
-    }
-    /// The preferences, over a registration of this test alone.
-    PreferencesModel &preferences()
-    {
-        if (!m_preferences) {
-            auto service = std::make_unique<FakeLaunchAtLoginService>(std::make_shared<FakeRegistration>());
-            m_launchAtLogin.emplace(services.platform(), std::move(service));
-            m_launchAtLoginToggle.emplace(*m_launchAtLogin, started().confirmationDialog, services.platform(), [] {});
-            m_preferences.emplace(services.notifications.standard,
-                                  PreferencesSections{.launchAtLogin = *m_launchAtLoginToggle});
-            spinOnce();
-        }
-        return *m_preferences;
     }
     /// What the sheets show. `bringForward` brings a hidden main window forward.
     SheetModels &sheets()
@@ -82,8 +66,9 @@ protected:
                                     .bulkProgress = *harness.dashboard.bulk()->progress(),
                                     .shredConfirmation = *harness.dashboard.shredding()->confirmation(),
                                     .shredProgress = *harness.dashboard.shredding()->progress(),
-                                    .preferences = preferences(),
-                                    .biometrics = services.biometrics},
+                                    .preferences = preferences().model,
+                                    .biometrics = services.biometrics,
+                                    .menuBarError = *menuBarError},
                              [this] { bringForward(); });
         }
         return *m_sheets;
@@ -109,6 +94,15 @@ protected:
     }
 
     std::function<void()> bringForward = [this] { m_window->show(); };
+    ErrorDialogManager noMenuBarError;
+    ErrorDialogManager *menuBarError = &noMenuBarError; ///< of the popover, if there is one
+    PreferencesHarness &preferences()
+    {
+        if (!m_preferences) {
+            m_preferences.emplace(started());
+        }
+        return *m_preferences;
+    }
 
     /// Updates bindings, layouts and short animations, and draws the window.
     void render()
@@ -180,9 +174,7 @@ protected:
 
 private:
     std::unique_ptr<QQmlEngine> m_engine;
-    std::optional<LaunchAtLoginServiceManager> m_launchAtLogin;
-    std::optional<LaunchAtLoginToggleModel> m_launchAtLoginToggle;
-    std::optional<PreferencesModel> m_preferences;
+    std::optional<PreferencesHarness> m_preferences;
     std::optional<SheetModels> m_sheets;
     std::optional<MainWindow> m_window;
     bool m_isShown = false;

@@ -3,7 +3,7 @@
 #include "launch_at_login/FakeLaunchAtLoginService.h"
 #include "presentation/dialogs/ConfirmationDialogManager.h"
 #include "presentation/preferences/LaunchAtLoginBadgeModel.h"
-#include "presentation/preferences/PreferencesModel.h"
+#include "presentation/preferences/LaunchAtLoginToggleModel.h"
 #include "support/PrintText.h"
 #include "support/RunTask.h"
 #include "support/TestPlatform.h"
@@ -178,14 +178,4 @@ TEST_F(LaunchAtLoginModels, HiddenStartIsASettingThatRegistersAgain)
     spinOnce();
     EXPECT_TRUE(toggle.startsHidden());
     EXPECT_TRUE(registration->calls.contains(QStringLiteral("register")));
-}
-
-TEST_F(LaunchAtLoginModels, PreferencesAreShownOnTheirNotification)
-{
-    PreferencesModel preferences(services.notifications.standard, {.launchAtLogin = toggle});
-    EXPECT_FALSE(preferences.isPresented());
-    services.notifications.standard.post(notifications::showPreferences);
-    EXPECT_TRUE(preferences.isPresented());
-    preferences.close();
-    EXPECT_FALSE(preferences.isPresented());
 }

@@ -1,0 +1,46 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+#include "extension/DetachedProcess.h"
+
+#include "support/ChildSignals.h"
+
+#include <fcntl.h>
+#include <spawn.h>
+#include <unistd.h>
+
+#include <vector>
+
+namespace quillhaven {
+
+namespace {
+
+struct FileActions
+{
+    FileActions() { posix_spawn_file_actions_init(&value); }
+    ~FileActions() { posix_spawn_file_actions_destroy(&value); }
+    FileActions(const FileActions &) = delete;
+    FileActions &operator=(const FileActions &) = delete;
+
+    posix_spawn_file_actions_t value;
+};
+
+} // namespace
+
+bool startDetached(const QByteArray &program, const QByteArrayList &arguments)
+{
+    FileActions actions;
+    for (const int stream : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
+        posix_spawn_file_actions_addopen(&actions.value, stream, "/dev/null", O_RDWR, 0);
+    }
+    const SpawnAttributes attributes;
+
+    std::vector<char *> words{const_cast<char *>(program.constData())};
+    for (const QByteArray &argument : arguments) {
+        words.push_back(const_cast<char *>(argument.constData()));
+    }
+    words.push_back(nullptr);
+    pid_t child = 0;
+    return posix_spawnp(&child, program.constData(), &actions.value, attributes.get(), words.data(), environ) == 0;
+}
+
+} // namespace quillhaven

@@ -1,0 +1,81 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+import QtQuick
+import QtQuick.Layouts
+import Quillhaven.Controls
+import Quillhaven.Design
+import Quillhaven.Preferences
+
+/// When items are locked by themselves.
+SettingsSection {
+    id: section
+
+    required property AutoLockSectionModel autoLock
+
+    title: "Auto-Lock"
+    icon: "lock.rotation"
+
+    SwitchRow {
+        Layout.fillWidth: true
+        title: "Auto-Lock"
+        description: "Locks every item when keyboard and pointer have not been used for a while"
+        checked: section.autoLock.isEnabled
+        onToggled: (value) => { section.autoLock.isEnabled = value }
+    }
+
+    MinutesRow {
+        Layout.fillWidth: true
+        isEnabled: section.autoLock.isEnabled
+        autoLock: section.autoLock
+    }
+
+    SwitchRow {
+        Layout.fillWidth: true
+        visible: section.autoLock.hasMasterPassword
+        title: "Lock without asking for the master password"
+        description: section.autoLock.masterPasswordCaption
+        checked: section.autoLock.locksWithoutMasterPassword
+        onToggled: (value) => { section.autoLock.locksWithoutMasterPassword = value }
+    }
+
+    SwitchRow {
+        Layout.fillWidth: true
+        title: "Lock on sleep"
+        description: "Locks every item before the computer goes to sleep"
+        checked: section.autoLock.locksOnSleep
+        onToggled: (value) => { section.autoLock.locksOnSleep = value }
+    }
+
+    SwitchRow {
+        Layout.fillWidth: true
+        title: "Smart Auto-Lock"
+        description: "Advanced auto-lock rules for system events"
+        checked: section.autoLock.isSmartEnabled
+        onToggled: (value) => { section.autoLock.isSmartEnabled = value }
+    }
+
+    SwitchRow {
+        Layout.fillWidth: true
+        isEnabled: section.autoLock.isSmartEnabled
+        title: "Lock on screen saver"
+        checked: section.autoLock.locksOnScreenSaver
+        onToggled: (value) => { section.autoLock.locksOnScreenSaver = value }
+    }
+
+    SwitchRow {
+        Layout.fillWidth: true
+        isEnabled: section.autoLock.isSmartEnabled
+        title: "Lock on screen lock"
+        checked: section.autoLock.locksOnScreenLock
+        onToggled: (value) => { section.autoLock.locksOnScreenLock = value }
+    }
+
+    SwitchRow {
+        Layout.fillWidth: true
+        isEnabled: section.autoLock.isSmartEnabled
+        title: "Lock on user logout/switch"
+        description: "Has no effect yet: no desktop reports a change of the user"
+        checked: section.autoLock.locksOnUserSwitch
+        onToggled: (value) => { section.autoLock.locksOnUserSwitch = value }
+    }
+}

@@ -1,0 +1,26 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+import QtQuick
+import Quillhaven.Controls
+
+/// A setting that is on or off.
+SettingRow {
+    id: row
+
+    property bool checked: false
+
+    signal toggled(bool value)
+
+    CustomToggleStyle {
+        id: control
+
+        text: ""
+        checked: row.checked
+        Accessible.name: row.title
+        Accessible.description: row.accessibilityHint !== "" ? row.accessibilityHint : row.description
+        onToggled: {
+            row.toggled(checked)
+            checked = Qt.binding(() => row.checked) // The press has replaced the binding.
+        }
+    }
+}
