@@ -172,3 +172,13 @@ TEST_F(SheetHosts, ProgressIsShownInTheMainWindow)
     started().dashboard.errorDialogManager()->hideError();
     EXPECT_FALSE(sheets().isAnyPresented());
 }
+
+TEST_F(SheetHosts, PreferencesAreShownOnTheirNotification)
+{
+    shown();
+    ASSERT_FALSE(preferences().model.isPresented());
+    services.notifications.standard.post(notifications::showPreferences);
+    EXPECT_TRUE(eventuallyShowsIn(*built().window(), "Launch at login"));
+    preferences().model.close();
+    EXPECT_TRUE(eventuallyHides(*built().window(), "Launch at login"));
+}
