@@ -10,7 +10,11 @@
 // engine_bench HOME recover PATH       protects every item of a folder, backs them up, then measures the recovery
 // engine_bench HOME shred PATH         shreds a file or folder that is not an item
 // engine_bench HOME bulk COUNT         unlocks and locks COUNT items in two bulk runs; prints two lines
+// engine_bench HOME idle COUNT         unlocks COUNT items, then measures from an idle period's end to the last lock;
+// the
+//                                      second line has the longest time for which the main thread did nothing else
 
+#include "autolock/AutoLockManager.h"
 #include "catalogue/CatalogueJson.h"
 #include "credentials/KeychainManager.h"
 #include "platform/linux/files/CloudFolders.h"
@@ -21,7 +25,9 @@
 #include <QDir>
 #include <QElapsedTimer>
 #include <QFile>
+#include <QTimer>
 
+#include <algorithm>
 #include <cstdio>
 
 #include <sys/resource.h>
@@ -135,6 +141,50 @@ void measureBulk(EngineHarness &engine)
     measure("lock", [&] { runTask(engine.manager.bulkLockItems(engine.manager.protectedItems(), quiet), limitMs); });
 }
 
+/// The longest time between two turns of the event loop.
+class LongestTurn
+{
+public:
+    LongestTurn()
+    {
+        m_timer.callOnTimeout([this] { look(); });
+        m_timer.start(0);
+        m_sinceTurn.start();
+    }
+    [[nodiscard]] double seconds() const { return static_cast<double>(m_longest) / 1e9; }
+
+private:
+    void look()
+    {
+        m_longest = std::max(m_longest, m_sinceTurn.nsecsElapsed());
+        m_sinceTurn.start();
+    }
+
+    QTimer m_timer;
+    QElapsedTimer m_sinceTurn;
+    qint64 m_longest = 0;
+};
+
+void measureIdle(FolderPlatform &services, EngineHarness &engine)
+{
+    constexpr qint64 limitMs = 3'600'000;
+    runTask(engine.manager.bulkUnlockItems(engine.manager.protectedItems(), quiet), limitMs);
+    qsizetype unlocked = engine.manager.protectedItems().size();
+    QObject::connect(&engine.manager.catalogue(), &ItemCatalogue::itemChanged, [&](const QString &id) {
+        const ProtectedItem *item = engine.manager.catalogue().item(id);
+        unlocked -= item && !item->isMounted && !item->isProcessing ? 1 : 0;
+    });
+    settings::isAutoLockEnabled.write(services.defaults.standard(), true);
+    settings::autoLockMinutes.write(services.defaults.standard(), 1);
+    const AutoLockManager autoLock(engine.platform, engine.manager);
+    const LongestTurn turns;
+    measure("idle", [&] {
+        services.clock.advance(std::chrono::minutes(1));
+        spinUntil([&unlocked] { return unlocked == 0; }, limitMs);
+    });
+    print("turn", turns.seconds(), 0);
+}
+
 } // namespace
 
 int main(int argc, char **argv)
@@ -142,7 +192,8 @@ int main(int argc, char **argv)
     const QCoreApplication application(argc, argv);
     const QStringList arguments = QCoreApplication::arguments();
     if (arguments.size() != 4) {
-        std::fprintf(stderr, "usage: engine_bench HOME protect|cycle|catalogue|backup|recover|shred|bulk PATH|COUNT\n");
+        std::fprintf(stderr,
+                     "usage: engine_bench HOME protect|cycle|catalogue|backup|recover|shred|bulk|idle PATH|COUNT\n");
         return 2;
     }
     setLogSink([](const QString &) {});
@@ -155,7 +206,7 @@ int main(int argc, char **argv)
     const QString subject = arguments.at(3);
     if (mode == QStringLiteral("catalogue")) {
         fillCatalogue(services, subject.toInt());
-    } else if (mode == QStringLiteral("bulk")) {
+    } else if (mode == QStringLiteral("bulk") || mode == QStringLiteral("idle")) {
         fillWithItems(services, subject.toInt());
     }
     EngineHarness engine(services.platform());
@@ -184,6 +235,8 @@ int main(int argc, char **argv)
         measure("shred", [&] { runTask(engine.manager.shredUnprotectedItems({subject}, quiet)); });
     } else if (mode == QStringLiteral("bulk")) {
         measureBulk(engine);
+    } else if (mode == QStringLiteral("idle")) {
+        measureIdle(services, engine);
     } else {
         return 2;
     }

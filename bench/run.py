@@ -2,7 +2,7 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
 """Runs the benchmarks side by side in one run and prints ratios.
 
-bench/run.py [--gib 1] [--rounds 5] [protect] [move] [catalogue] [backup] [recover] [shred] [bulk] [start]
+bench/run.py [--gib 1] [--rounds 5] [protect] [move] [catalogue] [backup] [recover] [shred] [bulk] [idle] [start]
 
 The tools run in turns on the same bytes and the same file system, so that other load on the machine affects all of them
 alike. The printed figures are medians; a ratio is the median of the per-round ratios.
@@ -282,12 +282,32 @@ def bench_bulk(work, _):
                 count, name, seconds / count * 1000, peak / 1024, processor))
 
 
+def bench_idle(work, rounds):
+    """One idle period's end with 1,000 unlocked items, beside one mv of as many files to another folder."""
+    count = 1000
+    results, turns = [], []
+    for _ in range(rounds):
+        home = tempfile.mkdtemp(dir=work)
+        files = files_in(count, 4096)(os.path.join(home, 'files'))
+        target = os.path.join(home, 'target')
+        os.mkdir(target)
+        names = [os.path.join(files, name) for name in os.listdir(files)]
+        row = {'mv': timed(['mv', '-t', target] + names)}
+        result = engine(home, 'idle', count)
+        turns.append(result.pop('turn')[0])
+        row.update(result)
+        results.append(row)
+        shutil.rmtree(home)
+    report('Locking 1,000 items at the end of an idle period', results, 'mv')
+    print('  longest turn of the main thread %9.1f ms' % (statistics.median(turns) * 1000))
+
+
 def main():
     if sys.argv[1:2] == ['--plain-shred']:
         plain_shred(sys.argv[2])
         return
     ask = argparse.ArgumentParser(description=__doc__, formatter_class=argparse.RawDescriptionHelpFormatter)
-    ask.add_argument('what', nargs='*', default=['protect', 'move', 'catalogue', 'backup', 'recover', 'shred', 'bulk', 'start'])
+    ask.add_argument('what', nargs='*', default=['protect', 'move', 'catalogue', 'backup', 'recover', 'shred', 'bulk', 'idle', 'start'])
     ask.add_argument('--gib', type=float, default=1)
     ask.add_argument('--rounds', type=int, default=5)
     args = ask.parse_args()
@@ -307,6 +327,8 @@ def main():
             bench_shred(work, args.rounds)
         if 'bulk' in args.what:
             bench_bulk(work, args.rounds)
+        if 'idle' in args.what:
+            bench_idle(work, args.rounds)
         if 'start' in args.what:
             bench_start(work, args.rounds)
     finally:

@@ -4,46 +4,47 @@
 
 #include "SharedInstances.h"
 #include "StartFailure.h"
+#include "Windows.h"
+#include "async/WorkInFlight.h"
 #include "autolock/AutoLockManager.h"
 #include "autolock/SmartAutoLockManager.h"
 #include "credentials/MasterPasswordDialogManager.h"
 #include "credentials/MasterPasswordManager.h"
-#include "credentials/PasswordInputDialogModel.h"
 #include "engine/QuillhavenManager.h"
+#include "launch_at_login/LaunchAtLoginServiceManager.h"
 #include "platform/NotificationCenter.h"
 #include "platform/linux/LinuxPlatform.h"
 #include "platform/linux/files/UserEnvironment.h"
 #include "platform/linux/files/XdgDirectories.h"
 #include "platform/widgets/QtApplicationPresence.h"
 #include "platform/widgets/QtFilePanels.h"
+#include "platform/widgets/QtStatusBar.h"
 #include "platform/widgets/QtUrlOpener.h"
 #include "platform/widgets/QtUserInput.h"
-#include "presentation/MainWindow.h"
-#include "presentation/SheetModels.h"
-#include "presentation/WindowEngine.h"
-#include "presentation/dashboard/CredentialStoreNotice.h"
-#include "presentation/dashboard/DashboardViewModel.h"
-#include "presentation/dashboard/SettingsNotice.h"
+#include "presentation/PopoverWindow.h"
 #include "presentation/dialogs/ConfirmationDialogManager.h"
 #include "presentation/dialogs/ProtectionMethodDialogManager.h"
-#include "presentation/preferences/PreferencesModel.h"
+#include "presentation/popover/MenuBarViewModel.h"
 #include "presentation/tokens/PanelPalette.h"
 #include "presentation/tokens/Typography.h"
 #include "shell/AppDelegate.h"
 #include "shell/FinderExtension.h"
 #include "shell/LaunchContextManager.h"
 #include "shell/ProcessProtection.h"
+#include "shell/RestartProgram.h"
 #include "shell/SingleInstance.h"
 #include "shell/TerminationSignals.h"
+#include "shell/WindowClosing.h"
 #include "shell/handover/HandedOverActions.h"
 #include "shell/quillhavenApp.h"
 #include "support/LocalizedError.h"
 
 #include <QApplication>
-#include <QQmlEngine>
 #include <QQuickWindow>
 #include <QScopeGuard>
 #include <QThreadPool>
+
+#include <optional>
 
 namespace quillhaven {
 
@@ -67,68 +68,84 @@ void askToEnableExtension(const FinderExtension::Question &question, const std::
                                              confirm);
 }
 
-/// The services that start and end with the program.
+/// The services that start and end with the program, beside the status item.
 LaunchSequence launchSequence(FinderExtension &finderExtension)
 {
+    const auto launchAtLogin = std::make_shared<LaunchAtLoginServiceManager *>(nullptr);
+    const auto synchronizeLaunchAtLogin = [launchAtLogin] {
+        *launchAtLogin = &LaunchAtLoginServiceManager::shared();
+        return (*launchAtLogin)->observer().performSynchronization(true);
+    };
     return {.launchContext = LaunchContextManager::shared,
-            .launch = {{LaunchPhase::setupMenuBar, [] { QuillhavenManager::shared(); }},
-                       {LaunchPhase::autoLockManagers,
+            .launch = {{LaunchPhase::autoLockManagers,
                         autoLockStep([] { AutoLockManager::shared(); }, [] { SmartAutoLockManager::shared(); })},
                        {LaunchPhase::activateFinderExtension,
-                        [&finderExtension] { finderExtension.activateFinderExtension(); }}},
-            .termination = {}};
+                        [&finderExtension] { finderExtension.activateFinderExtension(); }},
+                       {LaunchPhase::launchAtLogin, launchAtLoginStep(synchronizeLaunchAtLogin)}},
+            .termination = {
+                {TerminationPhase::launchAtLoginServiceManager, [launchAtLogin] { *launchAtLogin = nullptr; }}}};
 }
 
-/// Creates the window and runs the event loop, from the launch to the termination.
-int runWindow(const Platform &platform, SingleInstance &instance, QtApplicationPresence &presence)
+MenuBarContext menuBarContext(const Platform &platform, ApplicationPresence &presence, std::function<void()> lockAll,
+                              std::function<void()> terminate)
+{
+    return {.quillhavenManager = QuillhavenManager::shared(),
+            .masterPasswordManager = MasterPasswordManager::shared(),
+            .launchContext = LaunchContextManager::shared(),
+            .presence = presence,
+            .clock = platform.clock,
+            .notifications = platform.notifications.standard,
+            .lockAll = std::move(lockAll),
+            .terminate = std::move(terminate)};
+}
+
+/// Creates the status item and the models of the windows, and runs the event loop, from the launch to the termination.
+int runWindows(const Platform &platform, SingleInstance &instance, QtApplicationPresence &presence)
 {
     installPlatform(platform, presence, QCoreApplication::arguments());
     FinderExtension finderExtension(platform, FinderExtension::placesBeside(QCoreApplication::applicationDirPath()),
                                     askToEnableExtension);
-    AppDelegate delegate(presence, launchSequence(finderExtension));
+    const auto terminate = [&instance, &presence] {
+        instance.announceEnd();
+        presence.terminate();
+    };
+    // The end is announced first, so that the new process waits for it instead of handing over to this one.
+    const auto restart = [terminate, announceEnd = [&instance] { instance.announceEnd(); }] {
+        if (restartProgram(QCoreApplication::applicationFilePath(), announceEnd)) {
+            terminate();
+        }
+    };
+    QtStatusBar statusBar(platform.watched);
+    std::optional<MenuBarViewModel> menuBar;
+    std::optional<Windows> windows; // outlives the popover, which the delegate owns
+    const auto makePopover = [&]() -> std::unique_ptr<Popover> {
+        const auto lockAll = [&windows] { windows->dashboard().bulk()->lockEverything(); };
+        menuBar.emplace(menuBarContext(platform, presence, lockAll, terminate));
+        return std::make_unique<PopoverWindow>(platform.clock, [&windows] { return windows->makePopoverWindow(); });
+    };
+    AppDelegate delegate(presence, launchSequence(finderExtension),
+                         MenuBar{.statusBar = statusBar, .makePopover = makePopover, .menuEntries = [&menuBar] {
+                                     return menuBar->menuEntries();
+                                 }});
     delegate.applicationDidFinishLaunching();
 
-    PasswordInputDialogModel passwordInput(PasswordInputDialogManager::shared(), platform.defaults.standard());
-    DashboardViewModel dashboard(platform, QuillhavenManager::shared(), MasterPasswordManager::shared(),
-                                 {.confirmation = ConfirmationDialogManager::shared(),
-                                  .protectionMethod = ProtectionMethodDialogManager::shared(),
-                                  .passwordInput = PasswordInputDialogManager::shared(),
-                                  .masterPassword = MasterPasswordDialogManager::shared()});
-    const CredentialStoreNotice storeNotice(platform.credentialStoreState, *dashboard.notices(),
-                                            ConfirmationDialogManager::shared());
-    AutoLockSectionModel autoLockSection(AutoLockManager::shared(), SmartAutoLockManager::shared(),
-                                         MasterPasswordManager::shared(), platform.defaults.standard());
-    WatchedSourcesModel watchedSources(platform.watched, [&dashboard] { dashboard.bulk()->lockEverything(); });
-    PreferencesModel preferences(platform.notifications.standard, {autoLockSection, watchedSources});
-    const Sheets sheets{.confirmation = ConfirmationDialogManager::shared(),
-                        .protectionMethod = ProtectionMethodDialogManager::shared(),
-                        .passwordInput = PasswordInputDialogManager::shared(),
-                        .passwordInputState = passwordInput,
-                        .masterPassword = MasterPasswordDialogManager::shared(),
-                        .removeProtection = *dashboard.removeProtectionDialogManager(),
-                        .recovery = *dashboard.backup()->recoveryDialogManager(),
-                        .rescue = *dashboard.rescue()->dialog(),
-                        .error = *dashboard.errorDialogManager(),
-                        .bulkFilePicker = *dashboard.bulk()->picker(),
-                        .bulkProgress = *dashboard.bulk()->progress(),
-                        .shredConfirmation = *dashboard.shredding()->confirmation(),
-                        .shredProgress = *dashboard.shredding()->progress(),
-                        .preferences = preferences,
-                        .biometrics = platform.biometrics};
     // Handled as a reopening: after a start at login, a window that is merely shown would be hidden again immediately.
-    SheetModels sheetModels(sheets, [&delegate] { delegate.applicationShouldHandleReopen(false); });
-    showSettingsProblem(QuillhavenManager::shared(), *dashboard.notices());
-    const std::unique_ptr<QQmlEngine> engine = makeWindowEngine();
-    MainWindow window(*engine, dashboard, sheetModels);
-    presence.setMainWindow(window.window());
+    const auto bringMainWindowForward = [&delegate] {
+        if (!WorkInFlight::isClosing()) {
+            delegate.applicationShouldHandleReopen(false);
+        }
+    };
+    windows.emplace(platform, *menuBar, bringMainWindowForward, restart);
+    presence.setBuilder([&windows]() -> QWindow * { return windows->mainWindow().window(); });
+    WindowClosing closing(statusBar, presence, platform.clock);
     HandedOverActions handedOver(platform, QuillhavenManager::shared(), MasterPasswordManager::shared(), presence,
                                  {ConfirmationDialogManager::shared(), ProtectionMethodDialogManager::shared(),
                                   PasswordInputDialogManager::shared()});
     quillhavenApp app(LaunchContextManager::shared(), presence, platform.clock,
                       [&handedOver] { handedOver.checkForPendingActions(); });
 
-    QObject::connect(&window, &MainWindow::contentAppeared, &window, [&app] { app.contentAppeared(); });
-    QObject::connect(qGuiApp, &QGuiApplication::applicationStateChanged, &window, [&app](Qt::ApplicationState state) {
+    QObject::connect(&*windows, &Windows::contentAppeared, &delegate, [&app] { app.contentAppeared(); });
+    QObject::connect(qGuiApp, &QGuiApplication::applicationStateChanged, &delegate, [&app](Qt::ApplicationState state) {
         if (state == Qt::ApplicationActive) {
             app.applicationDidBecomeActive();
         }
@@ -143,18 +160,14 @@ int runWindow(const Platform &platform, SingleInstance &instance, QtApplicationP
         }
     };
     QObject::connect(&instance, &SingleInstance::openRequested, &delegate, openUrls);
-    const auto terminate = [&instance, &presence] {
-        instance.announceEnd();
-        presence.terminate();
-    };
-    // Without a tray icon, there would be no way to open the window again.
-    QObject::connect(&window, &MainWindow::closeRequested, &window, terminate);
+    QObject::connect(&*windows, &Windows::closeRequested, &closing, &WindowClosing::close);
+    QObject::connect(&*windows, &Windows::quitRequested, &delegate, terminate);
     const TerminationSignals signals;
-    QObject::connect(&signals, &TerminationSignals::terminationRequested, &window, terminate);
+    QObject::connect(&signals, &TerminationSignals::terminationRequested, &delegate, terminate);
 
-    dashboard.rescue()->look();
+    windows->dashboard().rescue()->look();
     if (LaunchContextManager::shared().shouldShowMainWindow()) {
-        window.show();
+        presence.makeKeyAndOrderFront(mainWindowTitle);
     } else {
         app.contentAppeared();
     }
@@ -175,14 +188,14 @@ int startAndRun()
     }
     LinuxPlatform services(directories);
     QtFilePanels panels(panelPalette(ColorTokens()));
-    QtUserInput input;
+    QtUserInput input(services.globalInput());
     QtUrlOpener opener;
     QtApplicationPresence presence;
     const auto shutDown = qScopeGuard([] {
         shutDownSharedInstances();
         QThreadPool::globalInstance()->waitForDone();
     });
-    return runWindow(services.platform(panels, input, opener), instance, presence);
+    return runWindows(services.platform(panels, input, opener), instance, presence);
 }
 
 } // namespace
@@ -194,6 +207,7 @@ int runApplication(int argc, char **argv)
     repairEnvironment();
     QApplication application(argc, argv);
     QApplication::setApplicationName(QStringLiteral("quillhaven"));
+    QApplication::setOrganizationDomain(QStringLiteral("tarnwick.com"));
     QApplication::setApplicationVersion(QStringLiteral(QUILLHAVEN_VERSION));
     QApplication::setDesktopFileName(SingleInstance::busName);
     QApplication::setQuitOnLastWindowClosed(false);

@@ -11,6 +11,7 @@
 #include "credentials/MasterPasswordManager.h"
 #include "credentials/PasswordInputDialogManager.h"
 #include "engine/QuillhavenManager.h"
+#include "launch_at_login/LaunchAtLoginServiceManager.h"
 #include "presentation/dialogs/ConfirmationDialogManager.h"
 #include "presentation/dialogs/ProtectionMethodDialogManager.h"
 #include "presentation/dialogs/RemoveProtectionDialogManager.h"
@@ -141,6 +142,11 @@ AutoLockManager &AutoLockManager::shared()
 SmartAutoLockManager &SmartAutoLockManager::shared()
 {
     return sharedInstance<SmartAutoLockManager>(foundation().platform, QuillhavenManager::shared());
+}
+
+LaunchAtLoginServiceManager &LaunchAtLoginServiceManager::shared()
+{
+    return sharedInstance<LaunchAtLoginServiceManager>(foundation().platform);
 }
 
 } // namespace quillhaven

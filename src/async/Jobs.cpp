@@ -7,6 +7,9 @@
 #include "support/LocalizedError.h"
 #include "support/printLogger.h"
 
+#include <QCoreApplication>
+#include <QTimer>
+
 #include <memory>
 
 namespace quillhaven {
@@ -35,6 +38,16 @@ void startJob(std::function<QCoro::Task<>()> job)
             runToEnd(kept);
         }
     });
+}
+
+void startJobs(QList<std::function<QCoro::Task<>()>> jobs)
+{
+    if (jobs.isEmpty()) {
+        return;
+    }
+    startJob(jobs.takeFirst());
+    // A posted event would run in the same turn as the job.
+    QTimer::singleShot(0, QCoreApplication::instance(), [jobs = std::move(jobs)] { startJobs(jobs); });
 }
 
 } // namespace quillhaven

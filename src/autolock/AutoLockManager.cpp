@@ -173,18 +173,18 @@ void AutoLockManager::lockAllItems()
         return;
     }
     for (const ProtectedItem &item : unlocked) {
-        const QString name = item.originalName;
-        printLogger(QStringLiteral("🔒 AutoLockManager: Locking item: ") + name);
-        lockJobs::start(
-            m_quillhavenManager, m_defaults, item,
-            {.succeeded =
-                 [name] { printLogger(QStringLiteral("✅ AutoLockManager: Successfully locked item: ") + name); },
-             .failed =
-                 [name](const QString &description) {
-                     printLogger(QStringLiteral("❌ AutoLockManager: Error auto-locking item ") + name +
-                                 QStringLiteral(": ") + description);
-                 }});
+        printLogger(QStringLiteral("🔒 AutoLockManager: Locking item: ") + item.originalName);
     }
+    lockJobs::start(m_quillhavenManager, m_defaults, unlocked,
+                    {.succeeded =
+                         [](const QString &name) {
+                             printLogger(QStringLiteral("✅ AutoLockManager: Successfully locked item: ") + name);
+                         },
+                     .failed =
+                         [](const QString &name, const QString &description) {
+                             printLogger(QStringLiteral("❌ AutoLockManager: Error auto-locking item ") + name +
+                                         QStringLiteral(": ") + description);
+                         }});
 }
 
 void AutoLockManager::setIsMonitoring(bool value)

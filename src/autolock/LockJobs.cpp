@@ -17,6 +17,7 @@ using LockOperation = QCoro::Task<> (QuillhavenManager::*)(ProtectedItem);
 
 QCoro::Task<> lock(QuillhavenManager &engine, LockOperation operation, ProtectedItem item, Outcome outcome)
 {
+    const QString name = item.originalName;
     std::optional<QString> failure;
     try {
         co_await (engine.*operation)(std::move(item));
@@ -24,9 +25,9 @@ QCoro::Task<> lock(QuillhavenManager &engine, LockOperation operation, Protected
         failure = localizedDescription(error);
     }
     if (failure) {
-        outcome.failed(*failure);
+        outcome.failed(name, *failure);
     } else {
-        outcome.succeeded();
+        outcome.succeeded(name);
     }
 }
 
@@ -43,13 +44,17 @@ QList<ProtectedItem> unlockedItems(const QuillhavenManager &engine)
     return unlocked;
 }
 
-void start(QuillhavenManager &engine, const UserDefaults &defaults, const ProtectedItem &item, Outcome outcome)
+void start(QuillhavenManager &engine, const UserDefaults &defaults, const QList<ProtectedItem> &items,
+           const Outcome &outcome)
 {
     const LockOperation operation = settings::autoLockWithoutMasterPassword.read(defaults)
                                         ? &QuillhavenManager::lockItemUnattended
                                         : &QuillhavenManager::lockItem;
-    startJob(
-        [&engine, operation, item, outcome = std::move(outcome)] { return lock(engine, operation, item, outcome); });
+    QList<std::function<QCoro::Task<>()>> jobs;
+    for (const ProtectedItem &item : items) {
+        jobs.append([&engine, operation, item, outcome] { return lock(engine, operation, item, outcome); });
+    }
+    startJobs(std::move(jobs));
 }
 
 } // namespace quillhaven::lockJobs

@@ -19,16 +19,17 @@ namespace lockJobs {
 /// The items whose data is at its place, in the order of the list.
 [[nodiscard]] QList<ProtectedItem> unlockedItems(const QuillhavenManager &engine);
 
-/// How one lock ended.
+/// What is called when the lock of an item has ended, with its name.
 struct Outcome
 {
-    std::function<void()> succeeded;
-    std::function<void(const QString &description)> failed;
+    std::function<void(const QString &name)> succeeded;
+    std::function<void(const QString &name, const QString &description)> failed;
 };
 
-/// Starts a job of its own that locks the item, and returns. Where a master password is set, the lock asks for it
-/// unless the user has allowed auto-lock to act without it. The engine must outlive the job.
-void start(QuillhavenManager &engine, const UserDefaults &defaults, const ProtectedItem &item, Outcome outcome);
+/// Starts a job for each of the items that locks it, and returns. Where a master password is set, each lock asks for it
+/// unless the user has allowed auto-lock to act without it. The engine must outlive the jobs.
+void start(QuillhavenManager &engine, const UserDefaults &defaults, const QList<ProtectedItem> &items,
+           const Outcome &outcome);
 
 } // namespace lockJobs
 

@@ -129,15 +129,13 @@ void SmartAutoLockManager::lockAllItems(const QString &reason)
     }
     printLogger(QStringLiteral("SmartAutoLockManager: Locking ") + QString::number(unlocked.size()) +
                 QStringLiteral(" items due to: ") + reason);
-    for (const ProtectedItem &item : unlocked) {
-        lockJobs::start(m_quillhavenManager, m_defaults, item,
-                        {.succeeded = [] {},
-                         .failed =
-                             [name = item.originalName](const QString &description) {
-                                 printLogger(QStringLiteral("SmartAutoLockManager: Error locking item ") + name +
-                                             QStringLiteral(": ") + description);
-                             }});
-    }
+    lockJobs::start(m_quillhavenManager, m_defaults, unlocked,
+                    {.succeeded = [](const QString &) {},
+                     .failed =
+                         [](const QString &name, const QString &description) {
+                             printLogger(QStringLiteral("SmartAutoLockManager: Error locking item ") + name +
+                                         QStringLiteral(": ") + description);
+                         }});
 }
 
 } // namespace quillhaven

@@ -7,8 +7,6 @@
 #include "settings/Settings.h"
 #include "support/printLogger.h"
 
-#include <QHash>
-
 #include <algorithm>
 #include <numeric>
 #include <utility>
@@ -24,29 +22,31 @@ ItemCatalogue::~ItemCatalogue() = default;
 
 ProtectedItem *ItemCatalogue::find(const QString &id)
 {
-    const auto found = std::ranges::find(std::as_const(m_items), id, &ProtectedItem::id);
+    const auto found = m_index.constFind(id);
     // The list is detached only when there is something to change.
-    return found == m_items.cend() ? nullptr : &m_items[found - m_items.cbegin()];
+    return found == m_index.cend() ? nullptr : &m_items[*found];
+}
+
+void ItemCatalogue::rebuildIndex()
+{
+    m_index.clear();
+    for (qsizetype index = m_items.size() - 1; index >= 0; --index) {
+        m_index.insert(m_items.at(index).id, index);
+    }
 }
 
 const ProtectedItem *ItemCatalogue::item(const QString &id) const
 {
-    const auto found = std::ranges::find(m_items, id, &ProtectedItem::id);
-    return found == m_items.cend() ? nullptr : &*found;
+    const auto found = m_index.constFind(id);
+    return found == m_index.cend() ? nullptr : &m_items.at(*found);
 }
 
 QList<ProtectedItem> ItemCatalogue::items(const QStringList &ids) const
 {
-    QHash<QString, const ProtectedItem *> records;
-    for (const ProtectedItem &item : m_items) {
-        if (!records.contains(item.id)) {
-            records.insert(item.id, &item);
-        }
-    }
     QList<ProtectedItem> found;
     for (const QString &id : ids) {
-        if (const ProtectedItem *item = records.value(id)) {
-            found.append(*item);
+        if (const ProtectedItem *known = item(id)) {
+            found.append(*known);
         }
     }
     return found;
@@ -77,6 +77,7 @@ ItemCatalogue::Loaded ItemCatalogue::load()
         return Loaded::Undecodable;
     }
     m_items = *decoded;
+    rebuildIndex();
     m_applicationBacklog = {.isWhole = false, .changed = {}, .removed = {}};
     Q_EMIT reset();
     Q_EMIT changed();
@@ -119,6 +120,9 @@ void ItemCatalogue::reapply(const QList<ProtectedItem> &changed, const QSet<QStr
 void ItemCatalogue::append(const ProtectedItem &item)
 {
     m_items.append(item);
+    if (!m_index.contains(item.id)) {
+        m_index.insert(item.id, m_items.size() - 1);
+    }
     noteChanged(item.id);
     Q_EMIT itemAdded(item.id);
     Q_EMIT changed();
@@ -157,6 +161,9 @@ void ItemCatalogue::remove(const QSet<QString> &ids)
         }
         return isRemoved;
     });
+    if (!removed.isEmpty()) {
+        rebuildIndex();
+    }
     for (const QString &id : std::as_const(removed)) {
         noteRemoved(id);
         Q_EMIT itemRemoved(id);

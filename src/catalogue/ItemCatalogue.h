@@ -5,6 +5,7 @@
 #include "catalogue/ItemLease.h"
 #include "catalogue/ProtectedItem.h"
 
+#include <QHash>
 #include <QList>
 #include <QObject>
 #include <QSet>
@@ -99,6 +100,7 @@ private:
     };
 
     [[nodiscard]] ProtectedItem *find(const QString &id);
+    void rebuildIndex();
     void noteChanged(const QString &id);
     void noteRemoved(const QString &id);
     /// Where the records are that the store lacks.
@@ -114,6 +116,7 @@ private:
     std::optional<QString> m_readFailure;
     bool m_isUnsaved = false;
     QList<ProtectedItem> m_items;
+    QHash<QString, qsizetype> m_index; ///< the first record with each id
     ItemLeases m_leases;
     Backlog m_applicationBacklog;
     Backlog m_sharedBacklog;

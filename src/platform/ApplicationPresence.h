@@ -27,8 +27,10 @@ public:
     virtual void activate() = 0;
     /// Hides the main window and its dialogs.
     virtual void hide() = 0;
-    /// Shows the main window in front and gives it the keyboard, with the dialogs that were hidden with it. False when
-    /// its title is not exactly this one.
+    /// Takes the main window from the screen into the task list, where the user finds it, also when it is hidden.
+    virtual void minimize() = 0;
+    /// Shows the main window in front and gives it the keyboard, with the dialogs that were hidden with it. Builds the
+    /// window first if there is none yet. False when its title is not exactly this one.
     virtual bool makeKeyAndOrderFront(const QString &title) = 0;
     /// Whether the main window or one of its dialogs is on the screen.
     [[nodiscard]] virtual bool hasVisibleWindows() const = 0;

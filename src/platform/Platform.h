@@ -17,6 +17,7 @@ class CredentialStore;
 class CredentialStoreState;
 class FileManager;
 class FilePanels;
+class LoginItem;
 class RandomSource;
 class UrlOpener;
 class UserDefaultsProvider;
@@ -41,6 +42,7 @@ struct Platform
     NotificationCenters &notifications;
     UserInput &input;
     UrlOpener &opener;
+    LoginItem &loginItem;
     WatchedSources &watched;
 };
 

@@ -14,6 +14,8 @@ ApplicationWindow {
     required property DashboardViewModel dashboard
     required property SheetModels sheets
 
+    signal quitRequested
+
     title: "Quillhaven"
     width: Metrics.windowWidth
     height: Metrics.windowHeight
@@ -28,7 +30,7 @@ ApplicationWindow {
         sequence: "Ctrl+Q" // the standard key for this is empty on a desktop that the toolkit does not know
         context: Qt.ApplicationShortcut // a sheet blocks those of the window
         enabled: window.active
-        onActivated: window.close()
+        onActivated: window.quitRequested()
     }
 
     Shortcut {
@@ -45,6 +47,7 @@ ApplicationWindow {
 
     SheetHost {
         anchors.fill: parent
+        isInMainWindow: true
         models: window.sheets
     }
 }

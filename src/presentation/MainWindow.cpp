@@ -24,16 +24,24 @@ MainWindow::MainWindow(QQmlEngine &engine, DashboardViewModel &dashboard, SheetM
                                                {QStringLiteral("sheets"), QVariant::fromValue(&sheets)}}));
     Q_ASSERT(m_window);
     m_window->installEventFilter(this);
-    connect(m_window, &QWindow::visibleChanged, this, [this](bool isVisible) {
-        if (isVisible) {
-            Q_EMIT contentAppeared();
-        }
-    });
+    connect(m_window, &QWindow::visibleChanged, this, &MainWindow::noticeAppearance);
+    connect(m_window, &QWindow::windowStateChanged, this, &MainWindow::noticeAppearance);
+    connect(m_window, SIGNAL(quitRequested()), this, SIGNAL(quitRequested()));
 }
 
 MainWindow::~MainWindow()
 {
     delete m_window;
+}
+
+void MainWindow::noticeAppearance()
+{
+    if (!m_window->isVisible()) {
+        m_hasAppeared = false;
+    } else if (!m_hasAppeared && !(m_window->windowStates() & Qt::WindowMinimized)) {
+        m_hasAppeared = true;
+        Q_EMIT contentAppeared();
+    }
 }
 
 void MainWindow::show()

@@ -33,14 +33,19 @@ public:
     bool eventFilter(QObject *watched, QEvent *event) override;
 
 Q_SIGNALS:
-    /// The window was shown: for the first time, or again after it was hidden.
+    /// The window came onto the screen: for the first time, or again after it was hidden.
     void contentAppeared();
     /// The user asked to close the window. It stays open: the receiver decides what to do. The window refuses every
     /// close event, including those sent by `QCoreApplication::quit`; use `QCoreApplication::exit` to end the program.
     void closeRequested();
+    /// The user asked to end the program.
+    void quitRequested();
 
 private:
+    void noticeAppearance();
+
     QQuickWindow *m_window = nullptr;
+    bool m_hasAppeared = false; ///< since it was hidden
 };
 
 } // namespace quillhaven

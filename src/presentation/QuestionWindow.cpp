@@ -33,10 +33,16 @@ void QuestionWindow::add(QWindow *window)
     m_windows.append(window);
     connect(window, &QWindow::visibleChanged, this, [this, window] { leaveHidden(window); });
     connect(window, &QObject::destroyed, this, [this] { m_windows.removeAll(nullptr); });
-    if (m_windows.size() == 1) {
-        Q_EMIT mainWindowChanged();
+    if (!m_window) {
         setWindow(window);
     }
+}
+
+void QuestionWindow::addMain(QWindow *window)
+{
+    m_mainWindow = window;
+    Q_EMIT mainWindowChanged();
+    add(window);
 }
 
 void QuestionWindow::follow(const DialogModel &dialog)

@@ -30,16 +30,18 @@ class QuestionWindow : public QObject
     Q_PROPERTY(QWindow *mainWindow READ mainWindow NOTIFY mainWindowChanged)
 
 public:
-    /// `bringMainWindowForward` shows the main window, for whatever reason it is hidden.
+    /// `bringMainWindowForward` shows the main window, for whatever reason it is hidden, and builds it if there is
+    /// none.
     explicit QuestionWindow(std::function<void()> bringMainWindowForward, QObject *parent = nullptr);
 
-    /// The window that shows the questions; the main window until the first question. Null while there is no window.
+    /// The window that shows the questions, or showed the last one. Null while there is none.
     [[nodiscard]] QWindow *window() const { return m_window; }
-    /// The first window that was added.
-    [[nodiscard]] QWindow *mainWindow() const { return m_windows.value(0); }
+    [[nodiscard]] QWindow *mainWindow() const { return m_mainWindow; }
 
     /// Lets a window show questions, for as long as it lives.
     Q_INVOKABLE void add(QWindow *window);
+    /// The same for the main window, which may be built later than others.
+    Q_INVOKABLE void addMain(QWindow *window);
     /// Finds a window for each question of this dialog. The reference must outlive this object.
     void follow(const DialogModel &dialog);
     /// The same for the prompt of the fingerprint reader.
@@ -60,7 +62,8 @@ private:
     void setWindow(QWindow *window);
 
     std::function<void()> m_bringMainWindowForward;
-    QList<QPointer<QWindow>> m_windows; ///< the main one first
+    QList<QPointer<QWindow>> m_windows;
+    QPointer<QWindow> m_mainWindow;
     std::vector<IsOpen> m_questions;
     QPointer<QWindow> m_window;
 };

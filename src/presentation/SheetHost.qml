@@ -16,7 +16,10 @@ Item {
     required property SheetModels models
     readonly property QuestionWindow place: models.questionWindow
 
-    Component.onCompleted: place.add(Window.window)
+    /// The main window also shows the progress of operations, and gets the questions for which there is no window.
+    property bool isInMainWindow: false
+
+    Component.onCompleted: isInMainWindow ? place.addMain(Window.window) : place.add(Window.window)
 
     // Repeaters with one item or none, because the Loader of Qt 6.4 cannot create a bound component.
     Repeater {
@@ -89,7 +92,14 @@ Item {
                 presented: host.models.errorDialogManager.isPresented
                 sourceComponent: ErrorDialog {
                     manager: host.models.errorDialogManager
-                    onShowTroubleshooting: host.models.showDefaultTroubleshooting()
+                    onShowTroubleshooting: host.models.showDefaultTroubleshooting(manager)
+                }
+            }
+            SheetLoader {
+                presented: host.models.menuBarErrorDialogManager.isPresented
+                sourceComponent: ErrorDialog {
+                    manager: host.models.menuBarErrorDialogManager
+                    onShowTroubleshooting: host.models.showDefaultTroubleshooting(manager)
                 }
             }
             SheetLoader {

@@ -11,7 +11,7 @@ SheetModels::SheetModels(const Sheets &sheets, std::function<void()> bringMainWi
       m_sheets(sheets),
       m_dialogs{&sheets.confirmation,     &sheets.protectionMethod,  &sheets.passwordInput, &sheets.masterPassword,
                 &sheets.removeProtection, &sheets.recovery,          &sheets.rescue,        &sheets.error,
-                &sheets.bulkFilePicker,   &sheets.shredConfirmation, &sheets.preferences},
+                &sheets.bulkFilePicker,   &sheets.shredConfirmation, &sheets.preferences,   &sheets.menuBarError},
       m_questionWindow(std::move(bringMainWindowForward))
 {
     for (const DialogModel *dialog : std::as_const(m_dialogs)) {
@@ -31,9 +31,9 @@ bool SheetModels::isAnyPresented() const
            std::ranges::any_of(m_dialogs, [](const DialogModel *dialog) { return dialog->isPresented(); });
 }
 
-void SheetModels::showDefaultTroubleshooting()
+void SheetModels::showDefaultTroubleshooting(ErrorDialogManager *error)
 {
-    errorDialogManager()->showDefaultTroubleshooting(confirmationDialogManager());
+    error->showDefaultTroubleshooting(confirmationDialogManager());
 }
 
 } // namespace quillhaven

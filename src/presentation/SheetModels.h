@@ -43,6 +43,7 @@ struct Sheets
     OperationProgress &shredProgress;
     PreferencesModel &preferences;
     BiometricAuthenticator &biometrics;
+    ErrorDialogManager &menuBarError;
 };
 
 /// What a SheetHost shows: the models of all sheets, and the window in which the questions among them appear.
@@ -70,6 +71,7 @@ class SheetModels : public QObject
     Q_PROPERTY(quillhaven::OperationProgress *shredProgress READ shredProgress CONSTANT)
     Q_PROPERTY(quillhaven::PreferencesModel *preferences READ preferences CONSTANT)
     Q_PROPERTY(quillhaven::BiometricAuthenticator *biometrics READ biometrics CONSTANT)
+    Q_PROPERTY(quillhaven::ErrorDialogManager *menuBarErrorDialogManager READ menuBarErrorDialogManager CONSTANT)
     Q_PROPERTY(quillhaven::QuestionWindow *questionWindow READ questionWindow CONSTANT)
     Q_PROPERTY(bool isAnyPresented READ isAnyPresented NOTIFY isAnyPresentedChanged)
 
@@ -99,12 +101,13 @@ public:
     [[nodiscard]] OperationProgress *shredProgress() const { return &m_sheets.shredProgress; }
     [[nodiscard]] PreferencesModel *preferences() const { return &m_sheets.preferences; }
     [[nodiscard]] BiometricAuthenticator *biometrics() const { return &m_sheets.biometrics; }
+    [[nodiscard]] ErrorDialogManager *menuBarErrorDialogManager() const { return &m_sheets.menuBarError; }
     [[nodiscard]] QuestionWindow *questionWindow() { return &m_questionWindow; }
     /// Whether any window shows a sheet.
     [[nodiscard]] bool isAnyPresented() const;
 
-    /// Shows the hint of the current error in a dialog of its own.
-    Q_INVOKABLE void showDefaultTroubleshooting();
+    /// Shows the hint of an error in a dialog of its own.
+    Q_INVOKABLE void showDefaultTroubleshooting(quillhaven::ErrorDialogManager *error);
 
 Q_SIGNALS:
     void isAnyPresentedChanged();

@@ -3,15 +3,23 @@
 #include "shell/AppDelegate.h"
 
 #include "platform/ApplicationPresence.h"
+#include "platform/Popover.h"
 #include "shell/LaunchContextManager.h"
 #include "support/printLogger.h"
 
 namespace quillhaven {
 
-AppDelegate::AppDelegate(ApplicationPresence &presence, LaunchSequence sequence, QObject *parent)
-    : QObject(parent), m_presence(presence), m_sequence(std::move(sequence))
+AppDelegate::AppDelegate(ApplicationPresence &presence, LaunchSequence sequence, std::optional<MenuBar> menuBar,
+                         QObject *parent)
+    : QObject(parent), m_presence(presence), m_sequence(std::move(sequence)), m_menuBar(std::move(menuBar))
 {
+    if (m_menuBar) {
+        m_sequence.launch[LaunchPhase::setupMenuBar] = [this] { setupMenuBar(); };
+        m_sequence.termination[TerminationPhase::cleanupMenuBar] = [this] { cleanupMenuBar(); };
+    }
 }
+
+AppDelegate::~AppDelegate() = default;
 
 void AppDelegate::applicationDidFinishLaunching()
 {
@@ -20,6 +28,47 @@ void AppDelegate::applicationDidFinishLaunching()
         step();
     }
     handleLaunchContextInitialization();
+}
+
+void AppDelegate::setupMenuBar()
+{
+    m_statusItem = m_menuBar->statusBar.makeStatusItem();
+    m_statusItem->setTemplateImage(QStringLiteral("menubarIcon"));
+    m_statusItem->setToolTip(mainWindowTitle);
+    m_statusItem->setAction([this] { toggleMenu(); });
+    setupPopover();
+    m_statusItem->setMenu(m_menuBar->menuEntries());
+}
+
+void AppDelegate::setupPopover()
+{
+    m_popover = m_menuBar->makePopover();
+    connect(m_popover.get(), &Popover::didShow, this, &AppDelegate::popoverDidShow);
+    connect(m_popover.get(), &Popover::didClose, this, &AppDelegate::popoverDidClose);
+}
+
+void AppDelegate::toggleMenu()
+{
+    if (!m_statusItem || !m_popover) {
+        return;
+    }
+    if (m_popover->isShown()) {
+        m_popover->performClose();
+        return;
+    }
+    if (m_presence.activationPolicy() != ApplicationPresence::ActivationPolicy::Regular) {
+        m_presence.setActivationPolicy(ApplicationPresence::ActivationPolicy::Regular);
+    }
+    m_popover->show();
+}
+
+void AppDelegate::cleanupMenuBar()
+{
+    if (m_popover) {
+        m_popover->performClose();
+        m_popover.reset();
+    }
+    m_statusItem.reset();
 }
 
 void AppDelegate::handleLaunchContextInitialization()

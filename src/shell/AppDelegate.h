@@ -2,17 +2,31 @@
 
 #pragma once
 
+#include "platform/StatusBar.h"
 #include "shell/LaunchSteps.h"
 
 #include <QObject>
 
 #include <functional>
 #include <map>
+#include <memory>
+#include <optional>
+#include <vector>
 
 namespace quillhaven {
 
 class ApplicationPresence;
 class LaunchContextManager;
+class Popover;
+
+/// What the status item and its popover are made from.
+struct MenuBar
+{
+    StatusBar &statusBar;
+    std::function<std::unique_ptr<Popover>()> makePopover;
+    /// The entries of the item's menu; asked for when there is a popover.
+    std::function<std::vector<StatusItem::MenuEntry>()> menuEntries;
+};
 
 /// The services that start with the program, in the order of the launch.
 enum class LaunchPhase { setupMenuBar, autoLockManagers, activateFinderExtension, updateCheck, launchAtLogin };
@@ -34,8 +48,11 @@ class AppDelegate : public QObject
     Q_OBJECT
 
 public:
-    /// The reference must outlive this object.
-    AppDelegate(ApplicationPresence &presence, LaunchSequence sequence, QObject *parent = nullptr);
+    /// With a menu bar, the phases `setupMenuBar` and `cleanupMenuBar` are this object's functions of these names. The
+    /// references must outlive this object.
+    AppDelegate(ApplicationPresence &presence, LaunchSequence sequence, std::optional<MenuBar> menuBar = std::nullopt,
+                QObject *parent = nullptr);
+    ~AppDelegate() override;
 
     /// Runs the steps of the launch in order. The jobs that they start run only after it has returned.
     void applicationDidFinishLaunching();
@@ -46,16 +63,29 @@ public:
     /// The program was started a second time: shows the window, or brings it to the front.
     void reopen();
 
-    /// Null before the launch and after the termination.
+    /// Null before the launch and after the termination, as are the status item and the popover.
     [[nodiscard]] LaunchContextManager *launchContext() const { return m_launchContext; }
+    [[nodiscard]] StatusItem *statusItem() const { return m_statusItem.get(); }
+    [[nodiscard]] Popover *popover() const { return m_popover.get(); }
+
+    /// A click on the status item: closes the popover, or makes the program a regular application and shows it.
+    void toggleMenu();
+    void popoverDidShow() {}
+    void popoverDidClose() {}
 
 private:
+    void setupMenuBar();
+    void setupPopover();
+    void cleanupMenuBar();
     void handleLaunchContextInitialization();
     void initializeForBackgroundLaunch();
     void showMainWindow();
 
     ApplicationPresence &m_presence;
     LaunchSequence m_sequence;
+    std::optional<MenuBar> m_menuBar;
+    std::unique_ptr<StatusItem> m_statusItem;
+    std::unique_ptr<Popover> m_popover;
     LaunchContextManager *m_launchContext = nullptr;
 };
 

@@ -2,6 +2,9 @@
 
 #include "shell/TerminationSignals.h"
 
+#include <QCoreApplication>
+#include <QEvent>
+
 #include <csignal>
 
 #include <sys/signalfd.h>
@@ -31,6 +34,7 @@ void TerminationSignals::block()
 
 TerminationSignals::TerminationSignals(QObject *parent) : QObject(parent)
 {
+    QCoreApplication::instance()->installEventFilter(this);
     const sigset_t signals = terminationSignals();
     m_fd = ScopedFd(::signalfd(-1, &signals, SFD_CLOEXEC | SFD_NONBLOCK));
     if (!m_fd.isOpen()) {
@@ -46,5 +50,14 @@ TerminationSignals::TerminationSignals(QObject *parent) : QObject(parent)
 }
 
 TerminationSignals::~TerminationSignals() = default;
+
+bool TerminationSignals::eventFilter(QObject *watched, QEvent *event)
+{
+    if (watched != QCoreApplication::instance() || event->type() != QEvent::Quit) {
+        return false;
+    }
+    Q_EMIT terminationRequested();
+    return true;
+}
 
 } // namespace quillhaven

@@ -11,9 +11,10 @@
 
 namespace quillhaven {
 
-/// Turns the signals that ask a process to end (SIGTERM, SIGINT, SIGHUP) into a Qt signal in the event loop. The
-/// program then ends as on any request (`ApplicationPresence::terminate`): no new work begins, and file operations in
-/// progress are finished first. There may be only one object at a time.
+/// Turns the signals that ask a process to end (SIGTERM, SIGINT, SIGHUP), and the desktop's request to quit at the end
+/// of the session, which would otherwise only close the windows, into a Qt signal in the event loop. The program then
+/// ends as on any request (`ApplicationPresence::terminate`): no new work begins, and file operations in progress are
+/// finished first. There may be only one object at a time.
 class TerminationSignals : public QObject
 {
     Q_OBJECT
@@ -25,6 +26,8 @@ public:
 
     explicit TerminationSignals(QObject *parent = nullptr);
     ~TerminationSignals() override;
+
+    bool eventFilter(QObject *watched, QEvent *event) override;
 
 Q_SIGNALS:
     void terminationRequested();

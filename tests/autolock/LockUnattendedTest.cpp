@@ -36,9 +36,12 @@ protected:
 TEST_F(LockUnattended, UnlessAllowedEachLockAsksAndTheLaterQuestionReplacesTheEarlier)
 {
     start(false);
-    engine.masterPasswordEntry = QStringLiteral("Master12");
+    QObject::disconnect(&engine.masterPasswordDialog, nullptr, &engine.manager, nullptr); // The user takes time.
     post(services.notifications.workspace, notifications::willSleep);
+    EXPECT_EQ(lockedNames(), QStringList());
+    engine.masterPasswordDialog.authenticate(QStringLiteral("Master12"));
     spinUntil([this] { return !lockedNames().isEmpty(); });
+    finishJobs();
     EXPECT_EQ(lockedNames(), QStringList({QStringLiteral("b.txt")}));
 }
 

@@ -71,6 +71,15 @@ class Home:
         finally:
             connection.close()
 
+    def change_setting(self, key, value, domain=OWN_DOMAIN):
+        """Replaces the stored bytes of a key while no program runs."""
+        connection = sqlite3.connect(self.settings_file(domain), timeout=10)
+        try:
+            with connection:
+                connection.execute("UPDATE defaults SET value = ? WHERE key = ?", (value, key))
+        finally:
+            connection.close()
+
     def catalogue(self, domain=OWN_DOMAIN):
         """Returns the stored list of items, as the program reads it at its next start."""
         stored = self.settings(domain).get("ProtectedItems")

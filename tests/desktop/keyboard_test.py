@@ -47,7 +47,7 @@ class Keyboard(WindowTest):
         key("Return")
         flows.row(self.program, "letter.txt", "locked")
 
-    def test_control_q_ends_the_program_as_closing_its_window_does(self):
+    def test_control_q_ends_the_program(self):
         key("ctrl+q")
         self.assertEqual(self.program.wait(), 0)
 

@@ -25,7 +25,7 @@ protected:
         for (QWindow *window : {&main, &other, &panel}) {
             window->resize(300, 200);
         }
-        place.add(&main);
+        place.addMain(&main);
         place.add(&other);
         place.follow(question);
         place.follow(error);

@@ -19,6 +19,7 @@ public:
     void setActivationPolicy(ActivationPolicy) override {}
     void activate() override {}
     void hide() override {}
+    void minimize() override {}
     bool makeKeyAndOrderFront(const QString &) override { return false; }
     [[nodiscard]] bool hasVisibleWindows() const override { return false; }
     void terminate() override {}

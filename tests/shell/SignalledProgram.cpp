@@ -5,6 +5,7 @@
 #include "shell/TerminationSignals.h"
 
 #include <QCoreApplication>
+#include <QEvent>
 #include <QSocketNotifier>
 #include <QThreadPool>
 
@@ -22,8 +23,9 @@ void say(const char *line)
 
 } // namespace
 
-// SignalledProgram [busy]: handles signals like the program. With "busy" some work is in progress until its standard
-// input is closed. It has a second thread, which would receive a signal that is not blocked.
+// SignalledProgram [busy] [quits]: handles signals like the program. With "busy" some work is in progress until its
+// standard input is closed. With "quits" the desktop asks it to quit. It has a second thread, which would receive a
+// signal that is not blocked.
 int main(int argc, char **argv)
 {
     using namespace quillhaven;
@@ -49,6 +51,9 @@ int main(int argc, char **argv)
         input.setEnabled(false);
     }
     QMetaObject::invokeMethod(&input, [] { say("ready"); }, Qt::QueuedConnection);
+    if (QCoreApplication::arguments().contains(QStringLiteral("quits"))) {
+        QCoreApplication::postEvent(QCoreApplication::instance(), new QEvent(QEvent::Quit));
+    }
     const int result = QCoreApplication::exec();
     say("ended");
     return result;

@@ -54,6 +54,13 @@ TEST_P(TerminationSignalsOf, TheEventLoopAndTheProgramEnd)
     EXPECT_EQ(output, "ready\nasked\nended\n");
 }
 
+TEST_P(TerminationSignalsOf, TheDesktopsRequestToQuitEndsTheProgramToo)
+{
+    start({QStringLiteral("quits")});
+    expectOrderlyEnd();
+    EXPECT_EQ(output, "ready\nasked\nended\n");
+}
+
 TEST_P(TerminationSignalsOf, WorkInProgressIsFinishedFirst)
 {
     start({QStringLiteral("busy")});

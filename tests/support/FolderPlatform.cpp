@@ -2,10 +2,21 @@
 
 #include "support/FolderPlatform.h"
 
+#include <QCoreApplication>
+#include <QFileInfo>
+
 namespace quillhaven::test {
 
 FolderPlatform::FolderPlatform(const UserDirectories &userDirectories)
-    : directories(userDirectories), defaults(directories.configuration), cloud(directories)
+    : directories(userDirectories),
+      defaults(directories.configuration),
+      cloud(directories),
+      loginItem({.user = QFileInfo(directories.configuration).path() + QStringLiteral("/autostart"),
+                 .system = {},
+                 .fileName = QStringLiteral("com.tarnwick.quillhaven.desktop"),
+                 .executable = QCoreApplication::applicationFilePath(),
+                 .desktops = {}},
+                watched)
 {
     credentialQueue.setMaxThreadCount(1);
 }
@@ -42,6 +53,7 @@ Platform FolderPlatform::platform(FileManager &otherFiles, UserDefaultsProvider 
             .notifications = notifications,
             .input = input,
             .opener = opener,
+            .loginItem = loginItem,
             .watched = watched};
 }
 

@@ -8,6 +8,7 @@
 #include "platform/linux/OpenSslRandomSource.h"
 #include "platform/linux/files/CloudFolders.h"
 #include "platform/linux/files/LinuxFileManager.h"
+#include "platform/linux/login/AutostartLoginItem.h"
 #include "platform/linux/settings/SqliteUserDefaultsProvider.h"
 #include "support/FakeBiometricAuthenticator.h"
 #include "support/FakeCredentialStoreState.h"
@@ -54,6 +55,7 @@ public:
     FakeUserInput input;
     FakeUrlOpener opener;
     WatchedSources watched;
+    AutostartLoginItem loginItem;
 };
 
 } // namespace quillhaven::test

@@ -14,6 +14,7 @@ public:
     void setActivationPolicy(ActivationPolicy newPolicy) override { policy = newPolicy; }
     void activate() override { ++activations; }
     void hide() override { isHidden = true; }
+    void minimize() override { isMinimized = true; }
     bool makeKeyAndOrderFront(const QString &title) override
     {
         if (title != windowTitle) {
@@ -24,11 +25,13 @@ public:
         return true;
     }
     [[nodiscard]] bool hasVisibleWindows() const override { return !isHidden; }
-    void terminate() override {}
+    void terminate() override { hasTerminated = true; }
 
     ActivationPolicy policy = ActivationPolicy::Regular;
     QString windowTitle = QStringLiteral("Quillhaven");
     bool isHidden = false;
+    bool isMinimized = false;
+    bool hasTerminated = false;
     int activations = 0;
     int ordersToFront = 0;
 };

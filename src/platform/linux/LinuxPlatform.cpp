@@ -2,6 +2,8 @@
 
 #include "platform/linux/LinuxPlatform.h"
 
+#include <QCoreApplication>
+
 namespace quillhaven {
 
 LinuxPlatform::LinuxPlatform(const UserDirectories &directories)
@@ -9,7 +11,11 @@ LinuxPlatform::LinuxPlatform(const UserDirectories &directories)
       m_defaults(directories.configuration),
       m_credentials(directories.configuration, m_random, &m_clock),
       m_credentialStoreState(m_credentials, m_credentialQueue, m_clock),
-      m_cloud(m_directories)
+      m_cloud(m_directories),
+      m_globalInput(m_clock, m_watched),
+      m_loginItem(autostartFolders(SqliteUserDefaultsProvider::standardDomain, QCoreApplication::applicationFilePath()),
+                  m_watched),
+      m_session(m_notifications, m_watched, m_clock)
 {
     m_credentialQueue.setMaxThreadCount(1);
 }
@@ -36,6 +42,7 @@ Platform LinuxPlatform::platform(FilePanels &panels, UserInput &input, UrlOpener
             .notifications = m_notifications,
             .input = input,
             .opener = opener,
+            .loginItem = m_loginItem,
             .watched = m_watched};
 }
 

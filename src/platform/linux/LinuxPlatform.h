@@ -10,8 +10,11 @@
 #include "platform/linux/credentials/SystemCredentialStoreState.h"
 #include "platform/linux/files/CloudFolders.h"
 #include "platform/linux/files/LinuxFileManager.h"
+#include "platform/linux/login/AutostartLoginItem.h"
 #include "platform/linux/session/EventLoopClock.h"
 #include "platform/linux/session/FprintAuthenticator.h"
+#include "platform/linux/session/SessionInput.h"
+#include "platform/linux/session/SessionWatch.h"
 #include "platform/linux/settings/SqliteUserDefaultsProvider.h"
 
 #include <QThreadPool>
@@ -32,6 +35,7 @@ public:
     [[nodiscard]] Platform platform(FilePanels &panels, UserInput &input, UrlOpener &opener);
     [[nodiscard]] Clock &clock() { return m_clock; }
     [[nodiscard]] NotificationCenters &notifications() { return m_notifications; }
+    [[nodiscard]] GlobalInput &globalInput() { return m_globalInput; }
     [[nodiscard]] WatchedSources &watched() { return m_watched; }
 
 private:
@@ -47,6 +51,9 @@ private:
     CloudFolders m_cloud;
     NotificationCenters m_notifications;
     WatchedSources m_watched;
+    SessionInput m_globalInput;
+    AutostartLoginItem m_loginItem;
+    SessionWatch m_session;
 };
 
 } // namespace quillhaven

@@ -40,9 +40,24 @@ void QtApplicationPresence::hide()
     m_mainWindow->hide();
 }
 
+bool QtApplicationPresence::buildMainWindow()
+{
+    if (!m_mainWindow && m_build) {
+        m_mainWindow = m_build();
+    }
+    return m_mainWindow;
+}
+
+void QtApplicationPresence::minimize()
+{
+    if (buildMainWindow()) {
+        m_mainWindow->showMinimized();
+    }
+}
+
 bool QtApplicationPresence::makeKeyAndOrderFront(const QString &title)
 {
-    if (!m_mainWindow || m_mainWindow->title() != title) {
+    if (!buildMainWindow() || m_mainWindow->title() != title) {
         return false;
     }
     m_mainWindow->setWindowStates(m_mainWindow->windowStates() & ~Qt::WindowMinimized);

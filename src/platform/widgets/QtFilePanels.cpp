@@ -13,6 +13,8 @@
 #include <QGuiApplication>
 #include <QWindow>
 
+#include <algorithm>
+
 namespace quillhaven {
 
 namespace {
@@ -38,9 +40,17 @@ void requireUsable(const QString &path)
 /// Keeps the panel above the window that asks, in its middle where the desktop lets a program place its windows.
 void attachToFocusWindow(QDialog &dialog)
 {
+    // A popover closes as soon as the panel has the keyboard, so the panel cannot belong to it.
+    const auto canHavePanels = [](const QWindow *window) {
+        return window && window->isVisible() && window->type() != Qt::Tool;
+    };
     QWindow *parent = QGuiApplication::focusWindow();
-    if (!parent && !QGuiApplication::topLevelWindows().isEmpty()) {
-        parent = QGuiApplication::topLevelWindows().constFirst();
+    if (!parent) {
+        const QWindowList windows = QGuiApplication::topLevelWindows();
+        const auto found = std::ranges::find_if(windows, canHavePanels);
+        parent = found == windows.end() ? nullptr : *found;
+    } else if (!canHavePanels(parent)) {
+        parent = nullptr;
     }
     dialog.winId();
     if (parent && dialog.windowHandle() && parent != dialog.windowHandle()) {

@@ -6,7 +6,7 @@
 
 namespace quillhaven {
 
-/// Opens addresses as the toolkit does on this desktop.
+/// Opens addresses as the toolkit does on this desktop, and the settings of the desktop with its own program.
 class QtUrlOpener : public UrlOpener
 {
 public:

@@ -2,6 +2,8 @@
 
 #include "platform/widgets/QtUserInput.h"
 
+#include "platform/GlobalInput.h"
+
 #include <QCoreApplication>
 #include <QMouseEvent>
 #include <QWindow>
@@ -53,9 +55,9 @@ private:
 
 } // namespace
 
-std::unique_ptr<UserInput::Monitor> QtUserInput::addGlobalMonitor(InputEvents /*events*/, Handler /*handler*/)
+std::unique_ptr<UserInput::Monitor> QtUserInput::addGlobalMonitor(InputEvents events, Handler handler)
 {
-    return nullptr;
+    return m_global.addMonitor(events, std::move(handler));
 }
 
 std::unique_ptr<UserInput::Monitor> QtUserInput::addLocalMonitor(InputEvents events, Handler handler)

@@ -58,7 +58,7 @@ Switch {
     }
 
     contentItem: Text {
-        leftPadding: settingSwitch.text === "" ? 0 : settingSwitch.indicator.width + settingSwitch.spacing
+        leftPadding: settingSwitch.indicator.width + (settingSwitch.text === "" ? 0 : settingSwitch.spacing)
         text: settingSwitch.text
         textFormat: Text.PlainText
         font: settingSwitch.font

@@ -27,6 +27,12 @@ T.Dialog {
     readonly property size room: parent ? Qt.size(parent.width, parent.height) : Qt.size(0, 0)
     /// The window is low: everything but the text takes less room.
     readonly property bool isCompact: room.height < Metrics.compactSheet
+    /// The window is narrower than a dialog: it gets nearly all of the width.
+    readonly property bool isNarrow: room.width < minimumSheetWidth
+    /// The distance from the window's edges.
+    readonly property int gap: isNarrow ? Spacing.sm : Spacing.xl
+    /// The greatest width that the body can have.
+    readonly property int bodyRoom: room.width - 2 * (gap + padding)
     property int minimumSheetWidth: Metrics.sheetMinimumWidth
     property int maximumSheetWidth: Metrics.sheetMaximumWidth
     /// The item that gets the keyboard focus when the sheet appears; null for the first control.
@@ -53,9 +59,9 @@ T.Dialog {
     implicitHeight: implicitContentHeight + topPadding + bottomPadding
     contentWidth: content.implicitWidth
     contentHeight: content.implicitHeight
-    width: Math.min(implicitWidth, room.width - 2 * Spacing.xl)
+    width: Math.min(implicitWidth, room.width - 2 * gap)
     height: Math.min(implicitHeight, room.height - Spacing.xl)
-    padding: isCompact ? Spacing.xl : Spacing.modalPadding
+    padding: isNarrow ? Spacing.lg : isCompact ? Spacing.xl : Spacing.modalPadding
     modal: true
     focus: true
     closePolicy: T.Popup.NoAutoClose

@@ -35,7 +35,7 @@ Sheet {
         id: field
 
         Layout.fillWidth: true
-        Layout.minimumWidth: Metrics.sheetFieldWidth
+        Layout.minimumWidth: Math.min(Metrics.sheetFieldWidth, dialog.bodyRoom)
         label: "Master Password"
         prompt: "Enter password"
         onAccepted: dialog.handleAuthenticate()

@@ -29,7 +29,7 @@ Sheet {
         id: passwordField
 
         Layout.fillWidth: true
-        Layout.minimumWidth: Metrics.sheetFieldWidth
+        Layout.minimumWidth: Math.min(Metrics.sheetFieldWidth, sheet.bodyRoom)
         label: "Password"
         prompt: "Enter password"
         secret: sheet.dialog.password

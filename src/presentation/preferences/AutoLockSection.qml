@@ -74,7 +74,7 @@ SettingsSection {
         Layout.fillWidth: true
         isEnabled: section.autoLock.isSmartEnabled
         title: "Lock on user logout/switch"
-        description: "Kept for later: no desktop reports a change of the user to it yet"
+        description: "Has no effect yet: no desktop reports a change of the user"
         checked: section.autoLock.locksOnUserSwitch
         onToggled: (value) => { section.autoLock.locksOnUserSwitch = value }
     }

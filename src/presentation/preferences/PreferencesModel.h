@@ -4,6 +4,7 @@
 
 #include "credentials/DialogModel.h"
 #include "presentation/preferences/AutoLockSectionModel.h"
+#include "presentation/preferences/LaunchAtLoginToggleModel.h"
 #include "presentation/preferences/WatchedSourcesModel.h"
 
 #include <QtQml/qqmlregistration.h>
@@ -12,9 +13,10 @@ namespace quillhaven {
 
 class NotificationCenter;
 
-/// The models of the sections. They must outlive the sheet's.
+/// The models that the sections of the preferences show. They must outlive the sheet's.
 struct PreferencesSections
 {
+    LaunchAtLoginToggleModel &launchAtLogin;
     AutoLockSectionModel &autoLock;
     WatchedSourcesModel &watchedSources;
 };
@@ -25,14 +27,16 @@ class PreferencesModel : public quillhaven::DialogModel
     Q_OBJECT
     QML_ELEMENT
     QML_UNCREATABLE("Created in C++")
+    Q_PROPERTY(quillhaven::LaunchAtLoginToggleModel *launchAtLogin READ launchAtLogin CONSTANT)
     Q_PROPERTY(quillhaven::AutoLockSectionModel *autoLock READ autoLock CONSTANT)
     Q_PROPERTY(quillhaven::WatchedSourcesModel *watchedSources READ watchedSources CONSTANT)
 
 public:
-    /// The sheet is also shown on the notification `showPreferences` of this centre. The reference must outlive this
+    /// The sheet is also shown on the notification `showPreferences` of this centre. The references must outlive this
     /// object.
     PreferencesModel(NotificationCenter &notifications, const PreferencesSections &sections, QObject *parent = nullptr);
 
+    [[nodiscard]] LaunchAtLoginToggleModel *launchAtLogin() const { return &m_sections.launchAtLogin; }
     [[nodiscard]] AutoLockSectionModel *autoLock() const { return &m_sections.autoLock; }
     [[nodiscard]] WatchedSourcesModel *watchedSources() const { return &m_sections.watchedSources; }
 

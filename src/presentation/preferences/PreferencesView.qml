@@ -25,7 +25,16 @@ Sheet {
     SettingsSection {
         Layout.fillWidth: true
         title: "General"
-        icon: "gearshape"
+        icon: "gear"
+
+        LaunchAtLoginToggle {
+            Layout.fillWidth: true
+            serviceManager: sheet.preferences.launchAtLogin
+            title: "Launch at login"
+            description: "Automatically launch Quillhaven when signing into your Mac"
+            hint: "When enabled, Quillhaven will start automatically when you sign into your Mac"
+            showStatusDetails: true
+        }
     }
 
     AutoLockSection {

@@ -66,8 +66,19 @@ class Metrics : public QObject
     Q_PROPERTY(int roomyWindow MEMBER roomyWindow CONSTANT)
     Q_PROPERTY(int narrowBar MEMBER narrowBar CONSTANT)
     Q_PROPERTY(int narrowToolbar MEMBER narrowToolbar CONSTANT)
+    Q_PROPERTY(int popoverWidth MEMBER popoverWidth CONSTANT)
+    Q_PROPERTY(int popoverHeight MEMBER popoverHeight CONSTANT)
+    Q_PROPERTY(int popoverContentWidth MEMBER popoverContentWidth CONSTANT)
+    Q_PROPERTY(int popoverListHeight MEMBER popoverListHeight CONSTANT)
+    Q_PROPERTY(int popoverFooterHeight MEMBER popoverFooterHeight CONSTANT)
+    Q_PROPERTY(int popoverRowHeight MEMBER popoverRowHeight CONSTANT)
+    Q_PROPERTY(int popoverSymbolFrame MEMBER popoverSymbolFrame CONSTANT)
+    Q_PROPERTY(int popoverBadgePadding MEMBER popoverBadgePadding CONSTANT)
+    Q_PROPERTY(double popoverRule MEMBER popoverRule CONSTANT)
+    Q_PROPERTY(double popoverHoverOpacity MEMBER popoverHoverOpacity CONSTANT)
     Q_PROPERTY(double disabledOpacity MEMBER disabledOpacity CONSTANT)
     Q_PROPERTY(double tintOpacity MEMBER tintOpacity CONSTANT)
+    Q_PROPERTY(double smallIndicatorScale MEMBER smallIndicatorScale CONSTANT)
     Q_PROPERTY(double badgeOpacity MEMBER badgeOpacity CONSTANT)
     Q_PROPERTY(int springDuration MEMBER springDuration CONSTANT)
     Q_PROPERTY(int toolTipDelay MEMBER toolTipDelay CONSTANT)
@@ -129,6 +140,17 @@ public:
     static constexpr int nameListHeight = 108; ///< at most
     static constexpr int compactNameListHeight = 52;
 
+    // The popover of the status item
+    static constexpr int popoverWidth = 300;
+    static constexpr int popoverHeight = 400;
+    static constexpr int popoverContentWidth = 280;
+    static constexpr int popoverListHeight = 300; ///< at most
+    static constexpr int popoverFooterHeight = 35;
+    static constexpr int popoverRowHeight = 44;
+    static constexpr int popoverSymbolFrame = 20;
+    static constexpr int popoverBadgePadding = 6;
+    static constexpr double popoverRule = 0.5;
+
     // A screen with less room than this uses its compact layout. Heights:
     static constexpr int compactList = 260;   ///< of the list, for its text while it is empty
     static constexpr int compactSheet = 640;  ///< of the window, for its sheets
@@ -138,10 +160,13 @@ public:
     static constexpr int narrowBar = 760; ///< for the actions on selected items; also the minimum width
     static constexpr int narrowToolbar = 1000;
 
+    static constexpr double smallIndicatorScale = 0.8; ///< of an activity indicator beside a text
+
     // Opacities
     static constexpr double disabledOpacity = 0.45;
     static constexpr double tintOpacity = 0.16; ///< of the circle behind a symbol
     static constexpr double badgeOpacity = 0.18;
+    static constexpr double popoverHoverOpacity = 0.8;
 
     // Milliseconds
     static constexpr int springDuration = 600; ///< of a symbol that grows to its full size

@@ -37,6 +37,7 @@ const QHash<QString, QString> &symbolFiles()
         {QStringLiteral("folder.badge.plus"), QStringLiteral("actions/22/folder-new.svg")},
         {QStringLiteral("folder.badge.questionmark"), QStringLiteral("actions/22/question.svg")},
         {QStringLiteral("folder.fill"), QStringLiteral("places/22/folder-open.svg")},
+        {QStringLiteral("gear"), QStringLiteral("actions/22/configure.svg")},
         {QStringLiteral("gearshape"), QStringLiteral("actions/22/configure.svg")},
         {QStringLiteral("gearshape.fill"), QStringLiteral("actions/22/configure.svg")},
         {QStringLiteral("icloud.fill"), QStringLiteral("actions/22/cloud-upload.svg")},

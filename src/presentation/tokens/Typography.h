@@ -19,6 +19,7 @@ class Typography : public QObject
     Q_PROPERTY(int title2Size MEMBER title2Size CONSTANT)
     Q_PROPERTY(int title3Size MEMBER title3Size CONSTANT)
     Q_PROPERTY(int headlineSize MEMBER headlineSize CONSTANT)
+    Q_PROPERTY(int menuTitleSize MEMBER menuTitleSize CONSTANT)
     Q_PROPERTY(int bodySize MEMBER bodySize CONSTANT)
     Q_PROPERTY(int calloutSize MEMBER calloutSize CONSTANT)
     Q_PROPERTY(int subheadlineSize MEMBER subheadlineSize CONSTANT)
@@ -49,6 +50,7 @@ public:
     static constexpr int title2Size = 20;
     static constexpr int title3Size = 18;
     static constexpr int headlineSize = 17;
+    static constexpr int menuTitleSize = 16; ///< of the popover
     static constexpr int bodySize = 15;
     static constexpr int calloutSize = 14;
     static constexpr int subheadlineSize = 13;

@@ -38,6 +38,7 @@ protected:
         m_window.reset();
         m_sheets.reset();
         m_engine.reset();
+        m_preferences.reset();
     }
 
     /// The engine of all windows.
@@ -67,7 +68,8 @@ protected:
                                     .shredConfirmation = *harness.dashboard.shredding()->confirmation(),
                                     .shredProgress = *harness.dashboard.shredding()->progress(),
                                     .preferences = preferences().model,
-                                    .biometrics = services.biometrics},
+                                    .biometrics = services.biometrics,
+                                    .menuBarError = *menuBarError},
                              [this] { bringForward(); });
         }
         return *m_sheets;
@@ -93,6 +95,8 @@ protected:
     }
 
     std::function<void()> bringForward = [this] { m_window->show(); };
+    ErrorDialogManager noMenuBarError;
+    ErrorDialogManager *menuBarError = &noMenuBarError; ///< of the popover, if there is one
     PreferencesHarness &preferences()
     {
         if (!m_preferences) {

@@ -5,6 +5,8 @@
 #include "DashboardHarness.h"
 #include "autolock/AutoLockManager.h"
 #include "autolock/SmartAutoLockManager.h"
+#include "launch_at_login/FakeLaunchAtLoginService.h"
+#include "launch_at_login/LaunchAtLoginServiceManager.h"
 #include "presentation/preferences/PreferencesModel.h"
 
 namespace quillhaven::test {
@@ -18,7 +20,10 @@ public:
           smartAutoLock(harness.platform, harness.manager),
           autoLockSection(autoLock, smartAutoLock, harness.masterPassword, harness.platform.defaults.standard()),
           watchedSources(harness.platform.watched, [&harness] { harness.dashboard.bulk()->lockEverything(); }),
-          model(harness.platform.notifications.standard, {autoLockSection, watchedSources})
+          launchAtLogin(harness.platform,
+                        std::make_unique<FakeLaunchAtLoginService>(std::make_shared<FakeRegistration>())),
+          launchAtLoginToggle(launchAtLogin, harness.confirmationDialog, harness.platform, [] {}),
+          model(harness.platform.notifications.standard, {launchAtLoginToggle, autoLockSection, watchedSources})
     {
     }
 
@@ -26,6 +31,8 @@ public:
     SmartAutoLockManager smartAutoLock;
     AutoLockSectionModel autoLockSection;
     WatchedSourcesModel watchedSources;
+    LaunchAtLoginServiceManager launchAtLogin;
+    LaunchAtLoginToggleModel launchAtLoginToggle;
     PreferencesModel model;
 };
 

@@ -1,0 +1,92 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+#include "Windows.h"
+
+#include "autolock/AutoLockManager.h"
+#include "autolock/SmartAutoLockManager.h"
+#include "credentials/MasterPasswordDialogManager.h"
+#include "credentials/MasterPasswordManager.h"
+#include "engine/QuillhavenManager.h"
+#include "launch_at_login/LaunchAtLoginServiceManager.h"
+#include "platform/NotificationCenter.h"
+#include "platform/UserDefaults.h"
+#include "presentation/PopoverWindow.h"
+#include "presentation/WindowEngine.h"
+#include "presentation/dashboard/SettingsNotice.h"
+#include "presentation/dialogs/ConfirmationDialogManager.h"
+#include "presentation/dialogs/ProtectionMethodDialogManager.h"
+#include "presentation/popover/MenuBarViewModel.h"
+
+#include <QQmlEngine>
+#include <QQuickWindow>
+
+namespace quillhaven {
+
+Windows::Windows(const Platform &platform, MenuBarViewModel &menuBar, std::function<void()> bringMainWindowForward,
+                 std::function<void()> restart)
+    : m_menuBar(menuBar),
+      m_passwordInput(PasswordInputDialogManager::shared(), platform.defaults.standard()),
+      m_dashboard(platform, QuillhavenManager::shared(), MasterPasswordManager::shared(),
+                  {.confirmation = ConfirmationDialogManager::shared(),
+                   .protectionMethod = ProtectionMethodDialogManager::shared(),
+                   .passwordInput = PasswordInputDialogManager::shared(),
+                   .masterPassword = MasterPasswordDialogManager::shared()}),
+      m_storeNotice(platform.credentialStoreState, *m_dashboard.notices(), ConfirmationDialogManager::shared()),
+      m_launchAtLogin(LaunchAtLoginServiceManager::shared(), ConfirmationDialogManager::shared(), platform,
+                      std::move(restart)),
+      m_autoLockSection(AutoLockManager::shared(), SmartAutoLockManager::shared(), MasterPasswordManager::shared(),
+                        platform.defaults.standard()),
+      m_watchedSources(platform.watched, [this] { m_dashboard.bulk()->lockEverything(); }),
+      m_preferences(platform.notifications.standard, {m_launchAtLogin, m_autoLockSection, m_watchedSources}),
+      m_sheetModels(sheets(platform), std::move(bringMainWindowForward))
+{
+    showSettingsProblem(QuillhavenManager::shared(), *m_dashboard.notices());
+}
+
+Windows::~Windows() = default;
+
+Sheets Windows::sheets(const Platform &platform)
+{
+    return {.confirmation = ConfirmationDialogManager::shared(),
+            .protectionMethod = ProtectionMethodDialogManager::shared(),
+            .passwordInput = PasswordInputDialogManager::shared(),
+            .passwordInputState = m_passwordInput,
+            .masterPassword = MasterPasswordDialogManager::shared(),
+            .removeProtection = *m_dashboard.removeProtectionDialogManager(),
+            .recovery = *m_dashboard.backup()->recoveryDialogManager(),
+            .rescue = *m_dashboard.rescue()->dialog(),
+            .error = *m_dashboard.errorDialogManager(),
+            .bulkFilePicker = *m_dashboard.bulk()->picker(),
+            .bulkProgress = *m_dashboard.bulk()->progress(),
+            .shredConfirmation = *m_dashboard.shredding()->confirmation(),
+            .shredProgress = *m_dashboard.shredding()->progress(),
+            .preferences = m_preferences,
+            .biometrics = platform.biometrics,
+            .menuBarError = *m_menuBar.errorDialogManager()};
+}
+
+QQmlEngine &Windows::engine()
+{
+    if (!m_engine) {
+        m_engine = makeWindowEngine();
+    }
+    return *m_engine;
+}
+
+MainWindow &Windows::mainWindow()
+{
+    if (!m_mainWindow) {
+        m_mainWindow = std::make_unique<MainWindow>(engine(), m_dashboard, m_sheetModels);
+        connect(m_mainWindow.get(), &MainWindow::contentAppeared, this, &Windows::contentAppeared);
+        connect(m_mainWindow.get(), &MainWindow::closeRequested, this, &Windows::closeRequested);
+        connect(m_mainWindow.get(), &MainWindow::quitRequested, this, &Windows::quitRequested);
+    }
+    return *m_mainWindow;
+}
+
+std::unique_ptr<QQuickWindow> Windows::makePopoverWindow()
+{
+    return quillhaven::makePopoverWindow(engine(), m_menuBar, m_sheetModels);
+}
+
+} // namespace quillhaven

@@ -1,0 +1,44 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+#pragma once
+
+// Before the standard library's coroutines, whose concepts moc cannot read otherwise.
+#include <QObject>
+
+#include "platform/linux/session/BusNameOwner.h"
+
+#include <QStringList>
+
+namespace quillhaven {
+
+/// One of the screen savers that a session bus may have. Only the owner of its name is listened to.
+class ScreenSaverService : public QObject
+{
+    Q_OBJECT
+
+public:
+    /// `name` is its interface too; `paths` are where its versions have their object.
+    ScreenSaverService(const std::shared_ptr<BusConnection> &sessionBus, const QString &name, const QStringList &paths);
+
+    [[nodiscard]] const QString &name() const { return m_name.name(); }
+    /// Whether the bus has said if it is there.
+    [[nodiscard]] bool isKnown() const { return m_name.owner().has_value(); }
+    [[nodiscard]] bool isThere() const { return !m_owner.isEmpty(); }
+
+Q_SIGNALS:
+    void started();
+    /// It came or went, or is known now.
+    void changed();
+
+private Q_SLOTS:
+    void onActiveChanged(bool isActive);
+
+private:
+    void onOwnerChanged(const QString &owner);
+
+    BusNameOwner m_name;
+    QStringList m_paths;
+    QString m_owner; ///< whose signals arrive here
+};
+
+} // namespace quillhaven

@@ -1,0 +1,61 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+pragma ComponentBehavior: Bound
+
+import QtQuick
+import QtQuick.Controls.Basic
+import Quillhaven
+import Quillhaven.Design
+import Quillhaven.Popover
+
+ApplicationWindow {
+    id: window
+
+    required property MenuBarViewModel menuBarModel
+    required property SheetModels sheets
+
+    title: "Quillhaven Items"
+    flags: Qt.Tool | Qt.FramelessWindowHint | Qt.WindowStaysOnTopHint
+    width: Metrics.popoverWidth
+    height: Metrics.popoverHeight
+    color: Colors.windowBackground
+    palette.toolTipBase: Colors.background
+    palette.toolTipText: Colors.textPrimary
+    palette.dark: Colors.border
+    onVisibleChanged: if (visible) view.takeFocus()
+
+    Connections {
+        target: window.menuBarModel
+        function onMainWindowWanted() { window.hide() }
+    }
+
+    Shortcut {
+        sequence: "Ctrl+Q"
+        enabled: window.active
+        onActivated: window.menuBarModel.quit()
+    }
+
+    Rectangle {
+        anchors.fill: parent
+        color: Colors.clear
+        border.width: 1
+        border.color: Colors.border
+    }
+
+    MenuBarView {
+        id: view
+
+        anchors.horizontalCenter: parent.horizontalCenter
+        anchors.top: parent.top
+        anchors.bottom: parent.bottom
+        width: Metrics.popoverContentWidth
+        focus: true
+        menuBar: window.menuBarModel
+        Keys.onEscapePressed: window.hide()
+    }
+
+    SheetHost {
+        anchors.fill: parent
+        models: window.sheets
+    }
+}

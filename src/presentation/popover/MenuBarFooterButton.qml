@@ -1,0 +1,38 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+import QtQuick
+import Quillhaven.Controls
+import Quillhaven.Design
+
+/// A button of the popover's footer: a symbol over its label.
+FilledButton {
+    id: button
+
+    implicitHeight: Metrics.popoverFooterHeight
+    leftPadding: 0
+    rightPadding: 0
+    fill: Colors.clear
+    hoverBrightness: Metrics.tintOpacity
+
+    contentItem: Item {
+        Column {
+            anchors.centerIn: parent
+
+            SymbolImage {
+                anchors.horizontalCenter: parent.horizontalCenter
+                symbol: button.symbol
+                size: Metrics.symbolSmall
+                color: Colors.textPrimary
+            }
+
+            Text {
+                anchors.horizontalCenter: parent.horizontalCenter
+                text: button.text
+                textFormat: Text.PlainText
+                color: Colors.textPrimary
+                font.pixelSize: Typography.footnoteSize
+                Accessible.ignored: true
+            }
+        }
+    }
+}

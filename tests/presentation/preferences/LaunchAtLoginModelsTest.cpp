@@ -1,0 +1,191 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+#include "launch_at_login/FakeLaunchAtLoginService.h"
+#include "presentation/dialogs/ConfirmationDialogManager.h"
+#include "presentation/preferences/LaunchAtLoginBadgeModel.h"
+#include "presentation/preferences/PreferencesModel.h"
+#include "support/PrintText.h"
+#include "support/RunTask.h"
+#include "support/TestPlatform.h"
+
+#include <gtest/gtest.h>
+
+using namespace quillhaven;
+using namespace quillhaven::test;
+using namespace std::chrono_literals;
+
+namespace {
+
+class LaunchAtLoginModels : public ::testing::Test
+{
+protected:
+    void SetUp() override { spinOnce(); }
+    void TearDown() override { spinOnce(); }
+
+    [[nodiscard]] LaunchAtLoginStatusModel &status() { return *toggle.status(); }
+    void setEnabled(bool enabled)
+    {
+        toggle.setEnabled(enabled);
+        spinOnce();
+    }
+    void failRegister(const LaunchAtLoginError &error)
+    {
+        registration->failRegister = [error] { throw error; };
+    }
+    bool setting() { return settings::startAtLogin.read(services.defaults.standard()); }
+
+    TestPlatform services;
+    std::shared_ptr<FakeRegistration> registration = std::make_shared<FakeRegistration>();
+    ConfirmationDialogManager confirmation;
+    LaunchAtLoginServiceManager manager{services.platform(), std::make_unique<FakeLaunchAtLoginService>(registration)};
+    LaunchAtLoginToggleModel toggle{manager, confirmation, services.platform(), [] {}};
+    LaunchAtLoginBadgeModel badge{manager};
+};
+
+} // namespace
+
+TEST_F(LaunchAtLoginModels, SwitchChangesTheRegistrationAndTheSetting)
+{
+    EXPECT_EQ(toggle.stateText(), QStringLiteral("Disabled"));
+    setEnabled(true);
+    EXPECT_TRUE(registration->isRegistered);
+    EXPECT_TRUE(setting());
+    EXPECT_TRUE(toggle.isEnabled());
+    EXPECT_EQ(toggle.stateText(), QStringLiteral("Enabled"));
+    EXPECT_EQ(status().successText(), QStringLiteral("Launch at login enabled"));
+    setEnabled(false);
+    EXPECT_FALSE(setting());
+    EXPECT_EQ(status().successText(), QStringLiteral("Launch at login disabled"));
+    services.clock.advance(3s);
+    EXPECT_EQ(status().successText(), QString());
+}
+
+TEST_F(LaunchAtLoginModels, SwitchIsUpdatingMeanwhile)
+{
+    registration->gate.emplace();
+    setEnabled(true);
+    EXPECT_TRUE(toggle.isSyncing());
+    EXPECT_EQ(toggle.stateText(), QStringLiteral("Updating..."));
+    EXPECT_EQ(status().status(), (ShownStatus{QStringLiteral("Updating..."), QString(), StatusTone::Info}));
+    EXPECT_TRUE(status().isBusy());
+    EXPECT_EQ(badge.word(), QStringLiteral("Updating"));
+    registration->gate->give(true);
+    spinOnce();
+    EXPECT_FALSE(toggle.isSyncing());
+    EXPECT_FALSE(status().isBusy());
+}
+
+TEST_F(LaunchAtLoginModels, FailureShowsTheErrorAndItsActions)
+{
+    failRegister(LaunchAtLoginError::permissionDenied());
+    setEnabled(true);
+    EXPECT_FALSE(toggle.isEnabled());
+    EXPECT_EQ(status().status(), (ShownStatus{QStringLiteral("Error occurred"),
+                                              QStringLiteral("exclamationmark.triangle.fill"), StatusTone::Error}));
+    EXPECT_EQ(status().errorText(), QStringLiteral("Permission denied for launch at login registration"));
+    EXPECT_TRUE(status().suggestionText().startsWith(QStringLiteral("Check System Preferences")));
+    EXPECT_EQ(status().actionTexts(),
+              (QStringList{QStringLiteral("Check permissions"), QStringLiteral("Open System Preferences")}));
+    EXPECT_EQ(status().actionIcons(), (QStringList{QStringLiteral("lock.shield"), QStringLiteral("gear")}));
+    EXPECT_EQ(status().successText(), QString());
+    EXPECT_EQ(badge.word(), QStringLiteral("Error"));
+    EXPECT_FALSE(confirmation.isPresented());
+    status().act(0);
+    spinOnce();
+    EXPECT_EQ(confirmation.title(), QStringLiteral("Permission Required"));
+}
+
+TEST_F(LaunchAtLoginModels, SuccessAfterAFailureClearsTheError)
+{
+    failRegister(LaunchAtLoginError::permissionDenied());
+    setEnabled(true);
+    registration->failRegister = {};
+    setEnabled(true);
+    EXPECT_EQ(status().errorText(), QString());
+    EXPECT_EQ(status().actionTexts(), QStringList());
+    EXPECT_EQ(status().successText(), QStringLiteral("Launch at login enabled"));
+}
+
+TEST_F(LaunchAtLoginModels, RetryLeavesTheRegistrationAlone)
+{
+    failRegister(LaunchAtLoginError::registrationFailed(QStringLiteral("why")));
+    setEnabled(true);
+    const QStringList calls = registration->calls;
+    status().act(0);
+    spinOnce();
+    EXPECT_FALSE(status().canAct());
+    services.clock.advance(2s);
+    spinOnce();
+    EXPECT_EQ(status().successText(), QStringLiteral("Ready to retry"));
+    EXPECT_EQ(status().errorText(), QString());
+    EXPECT_EQ(registration->calls, calls);
+    EXPECT_FALSE(registration->isRegistered);
+}
+
+TEST_F(LaunchAtLoginModels, FailureAtLaunchIsShownByAViewThatComesLater)
+{
+    failRegister(LaunchAtLoginError::permissionDenied());
+    settings::startAtLogin.write(services.defaults.standard(), true);
+    spinOnce();
+    LaunchAtLoginToggleModel later(manager, confirmation, services.platform(), [] {});
+    EXPECT_EQ(later.status()->errorText(), QStringLiteral("Permission denied for launch at login registration"));
+    later.errorHandler().clearError();
+    EXPECT_EQ(later.status()->status(),
+              (ShownStatus{QStringLiteral("Sync error"), QStringLiteral("xmark.circle.fill"), StatusTone::Error}));
+}
+
+TEST_F(LaunchAtLoginModels, StatusBeginsAsDisabledAndSynchronized)
+{
+    EXPECT_EQ(status().status(),
+              (ShownStatus{QStringLiteral("Disabled"), QStringLiteral("circle"), StatusTone::Disabled}));
+    EXPECT_EQ(status().syncText(), QStringLiteral("Settings synchronized"));
+    EXPECT_EQ(status().syncIcon(), QStringLiteral("checkmark.circle.fill"));
+    EXPECT_EQ(status().syncTone(), StatusTone::Enabled);
+    EXPECT_EQ(badge.status(),
+              (ShownStatus{QStringLiteral("Disabled"), QStringLiteral("circle"), StatusTone::Disabled}));
+}
+
+TEST_F(LaunchAtLoginModels, StatusIsUnknownBeforeTheLaunchJobs)
+{
+    LaunchAtLoginServiceManager fresh(services.platform(), std::make_unique<FakeLaunchAtLoginService>(registration));
+    const LaunchAtLoginBadgeModel ofFresh(fresh);
+    EXPECT_EQ(ofFresh.word(), QStringLiteral("Unknown"));
+    LaunchAtLoginToggleModel model(fresh, confirmation, services.platform(), [] {});
+    EXPECT_EQ(model.status()->status(),
+              (ShownStatus{QStringLiteral("Status unknown"), QStringLiteral("questionmark.circle.fill"),
+                           StatusTone::Secondary}));
+    EXPECT_EQ(model.status()->syncTone(), StatusTone::Secondary);
+    spinOnce();
+}
+
+TEST_F(LaunchAtLoginModels, LastUpdateIsShownRelativeToNow)
+{
+    EXPECT_EQ(status().lastUpdatedText(), QStringLiteral("Last updated: now"));
+    services.clock.advance(90s);
+    EXPECT_EQ(status().lastUpdatedText(), QStringLiteral("Last updated: 1 minute ago"));
+    const QDateTime now = services.clock.now();
+    EXPECT_EQ(relativeDate(now.addSecs(-1), now), QStringLiteral("1 second ago"));
+    EXPECT_EQ(relativeDate(now.addSecs(-7200), now), QStringLiteral("2 hours ago"));
+    EXPECT_EQ(relativeDate(now.addDays(-3), now), QStringLiteral("3 days ago"));
+    EXPECT_EQ(relativeDate(now.addSecs(5), now), QStringLiteral("now"));
+}
+
+TEST_F(LaunchAtLoginModels, HiddenStartIsASettingThatRegistersAgain)
+{
+    setEnabled(true);
+    registration->calls.clear();
+    toggle.setStartsHidden(true);
+    spinOnce();
+    EXPECT_TRUE(toggle.startsHidden());
+    EXPECT_TRUE(registration->calls.contains(QStringLiteral("register")));
+}
+
+TEST_F(LaunchAtLoginModels, PreferencesAreShownOnTheirNotification)
+{
+    PreferencesModel preferences(services.notifications.standard, {.launchAtLogin = toggle});
+    EXPECT_FALSE(preferences.isPresented());
+    services.notifications.standard.post(notifications::showPreferences);
+    EXPECT_TRUE(preferences.isPresented());
+    preferences.close();
+    EXPECT_FALSE(preferences.isPresented());
+}
