@@ -21,11 +21,6 @@ QByteArray keyFileValue(QByteArray text)
     return text.replace('\\', "\\\\").replace('\n', "\\n").replace('\t', "\\t").replace('\r', "\\r");
 }
 
-QByteArray keyFileListValue(const QByteArray &text)
-{
-    return keyFileValue(text).replace(';', "\\;");
-}
-
 QByteArray pythonBytes(const QByteArray &bytes)
 {
     QByteArray literal;

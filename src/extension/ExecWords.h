@@ -15,9 +15,6 @@ namespace quillhaven {
 /// A string in a key file of the Desktop Entry Specification.
 [[nodiscard]] QByteArray keyFileValue(QByteArray text);
 
-/// A part of a list of strings in such a file.
-[[nodiscard]] QByteArray keyFileListValue(const QByteArray &text);
-
 /// The inside of a bytes literal of Python.
 [[nodiscard]] QByteArray pythonBytes(const QByteArray &bytes);
 

@@ -63,22 +63,6 @@ MenuFile pythonExtension(const Templates &templates, const char *manager, const 
     return {folder + QStringLiteral("/quillhaven_menu.py"), contents};
 }
 
-/// A file for each action. Nemo shows them in the order of their names.
-QList<MenuFile> actionFiles(const Templates &templates, const char *name, const QString &pathPattern)
-{
-    const QByteArray tool = keyFileValue(execWord(templates.tool()));
-    QList<MenuFile> files;
-    for (const MenuAction &action : menuActions) {
-        const Values values{{"LABEL", bytesOf(action.label)},
-                            {"ACTION", bytesOf(action.word)},
-                            {"TOOL", tool},
-                            {"TOOL_IN_LIST", keyFileListValue(execWord(templates.tool()))}};
-        const QString position = QString::number(files.size() + 1);
-        files.append({pathPattern.arg(position, QString(action.word)), templates.filled(name, values)});
-    }
-    return files;
-}
-
 MenuFile dolphinMenu(const Templates &templates, const QString &data)
 {
     QByteArray words;
@@ -97,14 +81,19 @@ MenuFile dolphinMenu(const Templates &templates, const QString &data)
 QList<MenuFile> pcmanfmMenu(const Templates &templates, const QString &data)
 {
     const QString folder = data + QStringLiteral("/file-manager/actions");
-    QList<MenuFile> files = actionFiles(templates, "quillhaven_pcmanfm_action.desktop.in",
-                                        folder + QStringLiteral("/quillhaven-%1-%2.desktop"));
-    QString names;
-    for (const MenuFile &file : std::as_const(files)) {
-        names += QFileInfo(file.path).completeBaseName() + QLatin1Char(';');
+    QList<MenuFile> files;
+    QByteArray names;
+    for (const MenuAction &action : menuActions) {
+        const QByteArray name = "quillhaven-" + bytesOf(action.word);
+        names += name + ';';
+        const QByteArray contents = templates.filled("quillhaven_pcmanfm_action.desktop.in",
+                                                     {{"LABEL", bytesOf(action.label)},
+                                                      {"ACTION", bytesOf(action.word)},
+                                                      {"TOOL", keyFileValue(execWord(templates.tool()))}});
+        files.append({folder + QLatin1Char('/') + QLatin1String(name) + QStringLiteral(".desktop"), contents});
     }
     files.append({folder + QStringLiteral("/quillhaven.desktop"),
-                  templates.filled("quillhaven_pcmanfm_menu.desktop.in", {{"ITEM_LIST", names.toUtf8()}})});
+                  templates.filled("quillhaven_pcmanfm_menu.desktop.in", {{"ITEM_LIST", names}})});
     return files;
 }
 
@@ -151,9 +140,10 @@ MenusOfManagers menusOfAllManagers(const QString &extension, const MenuPlaces &p
     all.push_back(files("Nautilus", "nautilus", Reads::AtStart,
                         {pythonExtension(templates, "Nautilus", R"("4.0", "3.0")",
                                          places.data + QStringLiteral("/nautilus-python/extensions"))}));
-    all.push_back(files("Nemo", "nemo", Reads::AtOnce,
-                        actionFiles(templates, "quillhaven.nemo_action.in",
-                                    places.data + QStringLiteral("/nemo/actions/quillhaven-%1-%2.nemo_action"))));
+    // An extension rather than files in nemo/actions: in those, Nemo 5.6 passes a name with a line end as another name.
+    all.push_back(files(
+        "Nemo", "nemo", Reads::AtStart,
+        {pythonExtension(templates, "Nemo", R"("3.0",)", places.data + QStringLiteral("/nemo-python/extensions"))}));
     all.push_back(std::make_unique<ThunarActions>(templates.tool(), places));
     all.push_back(files(
         "Caja", "caja", Reads::AtStart,

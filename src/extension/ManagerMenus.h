@@ -27,7 +27,7 @@ class ManagerMenus
 public:
     /// When the file manager reads its menus.
     enum class Reads {
-        AtOnce,  ///< as soon as they change
+        AtOnce,  ///< as soon as they change (Dolphin)
         AtStart, ///< when it starts, or opens its first window
     };
 

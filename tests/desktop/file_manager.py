@@ -59,9 +59,6 @@ class Home:
         return subprocess.run([self.extension / "quillhaven-pluginkit", *arguments], check=True, text=True,
                               stdout=subprocess.PIPE, env=self.environment()).stdout
 
-    def elect(self, election):
-        self._registry("-e", election, "-i", "com.tarnwick.quillhaven.FinderSync")
-
     def reload(self):
         return self._registry("reload")
 
@@ -221,9 +218,6 @@ class AccessibleWindow(FileManagerWindow):
             except DesktopError:
                 key("Escape")
         raise DesktopError(f"The menu has no {TITLE}.\n{self.log()}")
-
-    def wait_for_no_entries(self):
-        wait_for(lambda: not self.entries(), "the entries to be taken away")
 
     def entries(self):
         """The program's entries in the open menu."""

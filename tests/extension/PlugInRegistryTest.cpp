@@ -93,17 +93,14 @@ TEST_F(PlugInRegistryTest, ARegisteredExtensionHasItsMenusAndIsEnabled)
     const QStringList expected{
         userActions,
         QStringLiteral("data/caja-python/extensions/quillhaven_menu.py"),
-        QStringLiteral("data/file-manager/actions/quillhaven-1-protect.desktop"),
-        QStringLiteral("data/file-manager/actions/quillhaven-2-unlock.desktop"),
-        QStringLiteral("data/file-manager/actions/quillhaven-3-lock.desktop"),
-        QStringLiteral("data/file-manager/actions/quillhaven-4-shred.desktop"),
+        QStringLiteral("data/file-manager/actions/quillhaven-lock.desktop"),
+        QStringLiteral("data/file-manager/actions/quillhaven-protect.desktop"),
+        QStringLiteral("data/file-manager/actions/quillhaven-shred.desktop"),
+        QStringLiteral("data/file-manager/actions/quillhaven-unlock.desktop"),
         QStringLiteral("data/file-manager/actions/quillhaven.desktop"),
         dolphinFile,
         nautilusFile,
-        QStringLiteral("data/nemo/actions/quillhaven-1-protect.nemo_action"),
-        QStringLiteral("data/nemo/actions/quillhaven-2-unlock.nemo_action"),
-        QStringLiteral("data/nemo/actions/quillhaven-3-lock.nemo_action"),
-        QStringLiteral("data/nemo/actions/quillhaven-4-shred.nemo_action"),
+        QStringLiteral("data/nemo-python/extensions/quillhaven_menu.py"),
     };
     EXPECT_EQ(menuFiles().keys(), expected);
     for (const QByteArray &contents : menuFiles()) {
@@ -125,7 +122,7 @@ TEST_F(PlugInRegistryTest, DolphinsMenuIsExecutable)
 
 TEST_F(PlugInRegistryTest, TheRemovalTakesExactlyWhatIsOurs)
 {
-    home.write(QStringLiteral("data/nemo/actions/other.nemo_action"));
+    home.write(QStringLiteral("data/nemo-python/extensions/other.py"));
     home.write(userActions, "<actions>\n" + ownAction + "\n</actions>\n");
     const auto before = menuFiles();
     EXPECT_THAT(registry.add(extension), IsEmpty());
@@ -171,7 +168,7 @@ TEST_F(PlugInRegistryTest, OnlyInstalledFileManagersGetMenus)
     EXPECT_THAT(registry.add(extension), IsEmpty());
     EXPECT_EQ(registry.listing(), enabled + QStringLiteral("Nemo"));
     EXPECT_THAT(menuFiles().keys(), Each(testing::Truly([](const QString &path) {
-                    return path.startsWith(QStringLiteral("data/nemo/actions/"));
+                    return path.startsWith(QStringLiteral("data/nemo-python/"));
                 })));
 }
 
