@@ -19,7 +19,7 @@ namespace quillhaven {
 
 std::unique_ptr<QQuickWindow> makePopoverWindow(QQmlEngine &engine, MenuBarViewModel &menuBar, SheetModels &sheets)
 {
-    QQmlComponent component(&engine, QUrl(QStringLiteral("qrc:/Quillhaven/Popover.qml")));
+    QQmlComponent component(&engine, QUrl(QStringLiteral("qrc:/Quillhaven/PopoverScene.qml")));
     if (!component.isReady()) {
         qFatal("The popover could not be built: %s", qUtf8Printable(component.errorString()));
     }

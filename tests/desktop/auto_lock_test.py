@@ -48,6 +48,11 @@ class AutoLock(WindowTest):
         key("Escape")
         self.program.gone(DIALOG, "Preferences")
 
+    def below(self, role, name):
+        """Returns a part of the sheet, also when it has to be scrolled to."""
+        self.program.find(DIALOG, "Preferences")
+        return next(node for node in self.program.walk() if node.role == role and node.name == name)
+
     def prepare_for_sleep(self, is_before):
         self.logind.EmitSignal("org.freedesktop.login1.Manager", "PrepareForSleep", "b", [is_before],
                                dbus_interface=MOCK)
@@ -98,9 +103,8 @@ class AutoLock(WindowTest):
         self.program.press(BUTTON, "Preferences")
         for name, words in (("Keyboard and pointer", "XInput"), ("Sleep", "logind"), ("Screen lock", "logind"),
                             ("Screen saver", "GNOME")):
-            row = self.program.find("panel", name)
-            self.assertIn(words, row.description)
-        self.program.press(BUTTON, "Lock Everything Now")
+            self.assertIn(words, self.below("panel", name).description)
+        self.below(BUTTON, "Lock Everything Now").press()
         flows.row(self.program, "letter.txt", "locked")
 
 
