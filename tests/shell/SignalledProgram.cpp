@@ -52,7 +52,11 @@ int main(int argc, char **argv)
     }
     QMetaObject::invokeMethod(&input, [] { say("ready"); }, Qt::QueuedConnection);
     if (QCoreApplication::arguments().contains(QStringLiteral("quits"))) {
-        QCoreApplication::postEvent(QCoreApplication::instance(), new QEvent(QEvent::Quit));
+        const auto askToQuit = [] {
+            QEvent quit(QEvent::Quit);
+            QCoreApplication::sendEvent(QCoreApplication::instance(), &quit);
+        };
+        QMetaObject::invokeMethod(&input, askToQuit, Qt::QueuedConnection);
     }
     const int result = QCoreApplication::exec();
     say("ended");

@@ -5,6 +5,7 @@
 #include "presentation/dashboard/ProtectedItemsModel.h"
 
 #include <QIdentityProxyModel>
+#include <QtQml/qqmlregistration.h>
 
 namespace quillhaven {
 
@@ -12,6 +13,8 @@ namespace quillhaven {
 class MenuBarItemsModel : public QIdentityProxyModel
 {
     Q_OBJECT
+    QML_ELEMENT
+    QML_UNCREATABLE("Created in C++")
 
 public:
     enum Role {

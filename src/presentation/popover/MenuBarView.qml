@@ -17,7 +17,10 @@ FocusScope {
 
     /// Gives the keyboard focus to the list, or to the first button while there are no items.
     function takeFocus() {
-        (menuBar.isEmpty ? plus : list).forceActiveFocus(Qt.TabFocusReason)
+        if (menuBar.isEmpty)
+            plus.forceActiveFocus(Qt.TabFocusReason)
+        else
+            list.forceActiveFocus(Qt.TabFocusReason)
     }
 
     component Rule: Rectangle {
