@@ -168,7 +168,11 @@ TEST_F(ProtectItem, TakenNameInPrivateStorageGetsACounter)
                          platform.panels,
                          platform.cloud,
                          platform.clock,
-                         random};
+                         random,
+                         platform.notifications,
+                         platform.input,
+                         platform.opener,
+                         platform.watched};
     QuillhavenShredder shredder(fixed, master);
     QuillhavenManager manager(fixed, master, passwordDialog, shredder);
     runTask(manager.protectItem(services.home.write(QStringLiteral("Desktop/a.txt"), "mine"),

@@ -3,7 +3,6 @@
 import QtQuick
 import QtQuick.Layouts
 import Quillhaven.Controls
-import Quillhaven.Design
 import Quillhaven.Preferences
 
 /// When items are locked by themselves.

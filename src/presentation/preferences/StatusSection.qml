@@ -5,7 +5,6 @@ pragma ComponentBehavior: Bound
 import QtQuick
 import QtQuick.Layouts
 import Quillhaven.Controls
-import Quillhaven.Design
 import Quillhaven.Preferences
 
 /// What of the desktop is watched at present, and a button that locks everything.
