@@ -172,6 +172,7 @@ TEST_F(ProtectItem, TakenNameInPrivateStorageGetsACounter)
                          platform.notifications,
                          platform.input,
                          platform.opener,
+                         platform.loginItem,
                          platform.watched};
     QuillhavenShredder shredder(fixed, master);
     QuillhavenManager manager(fixed, master, passwordDialog, shredder);
