@@ -16,13 +16,14 @@ from cryptography.hazmat.primitives.hashes import SHA256
 from cryptography.hazmat.primitives.kdf.hkdf import HKDF
 
 import flows
-from desktop_driver import LABEL, DesktopError, Program, screenshot
+from desktop_driver import DesktopError, Program, screenshot
+from desktop_steps import DesktopSteps
 from home_on_disk import PLACEHOLDER, ROOT, SHARED_DOMAIN, Home, Keyring, differences, picture
 
 LETTER = b"Dear Ada,\nthe drafts are in the blue box.\n"
 
 
-class Tour:
+class Tour(DesktopSteps):
     def __init__(self, program, screenshots):
         self._binary = program
         self._screenshots = screenshots
@@ -31,6 +32,7 @@ class Tour:
         self.home = Home()
         self.keyring = Keyring()
         self.program = None
+        self.panel = None
 
     # Output
 
@@ -60,18 +62,22 @@ class Tour:
         self.start()
         self.protect_file()
         self.protect_folder()
+        self.in_the_tray()
+        self.in_a_file_manager()
+        self.when_idle()
         self.set_master_password()
         self.unlock_and_lock()
         self.restart()
         self.refuse()
         self.rescue()
         self.remove_protection()
-        self.step("Quit")
-        self.end_program()
+        self.at_login()
 
     def close(self):
         if self.program is not None:
             self.program.kill()
+        if self.panel is not None:
+            self.panel.stop()
         self.home.remove()
 
     def start(self):

@@ -30,7 +30,7 @@ Sheet {
             id: cancelButton
 
             Layout.minimumWidth: Metrics.sheetButtonWidth
-            visible: dialog.manager.showCancelButton && text !== ""
+            visible: dialog.manager.showCancelButton
             text: dialog.manager.cancelTitle
             onClicked: dialog.manager.cancel()
         },

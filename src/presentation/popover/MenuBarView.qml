@@ -127,30 +127,29 @@ FocusScope {
             SummaryText { text: view.menuBar.securedText }
         }
 
-        ColumnLayout {
+        Item {
             Layout.fillWidth: true
             Layout.fillHeight: true
-            spacing: Spacing.sm
             visible: view.menuBar.isEmpty
 
-            Item { Layout.fillHeight: true }
+            ColumnLayout {
+                anchors.centerIn: parent
+                spacing: Spacing.sm
 
-            SymbolImage {
-                Layout.alignment: Qt.AlignHCenter
-                symbol: "folder.badge.questionmark"
-                size: Metrics.symbolRow
-                color: Colors.textSecondary
+                SymbolImage {
+                    Layout.alignment: Qt.AlignHCenter
+                    symbol: "folder.badge.questionmark"
+                    size: Metrics.symbolRow
+                    color: Colors.textSecondary
+                }
+
+                TextLabel {
+                    text: "No protected items"
+                    color: Colors.textSecondary
+                    font.pixelSize: Typography.calloutSize
+                    font.weight: Font.Medium
+                }
             }
-
-            TextLabel {
-                Layout.alignment: Qt.AlignHCenter
-                text: "No protected items"
-                color: Colors.textSecondary
-                font.pixelSize: Typography.calloutSize
-                font.weight: Font.Medium
-            }
-
-            Item { Layout.fillHeight: true }
         }
 
         ListView {
