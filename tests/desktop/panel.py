@@ -54,6 +54,10 @@ class Panel:
                  "the panel to show status items")
         return self
 
+    @property
+    def pid(self):
+        return self._process.pid
+
     def stop(self):
         if self._process:
             self._process.terminate()

@@ -48,10 +48,10 @@ protected:
 
     TemporaryHome home;
     EntryFolders folders{.user = home.path(QStringLiteral(".config/autostart")),
-                             .system = {home.path(QStringLiteral("xdg/autostart"))},
-                             .fileName = QStringLiteral("com.tarnwick.quillhaven.desktop"),
-                             .executable = makeProgram(QStringLiteral("bin/quillhaven")),
-                             .desktops = {QStringLiteral("XFCE")}};
+                         .system = {home.path(QStringLiteral("xdg/autostart"))},
+                         .fileName = QStringLiteral("com.tarnwick.quillhaven.desktop"),
+                         .executable = makeProgram(QStringLiteral("bin/quillhaven")),
+                         .desktops = {QStringLiteral("XFCE")}};
 };
 
 } // namespace quillhaven::test
