@@ -19,6 +19,7 @@
 #include "shell/SingleInstance.h"
 
 #include <QApplication>
+#include <QQuickWindow>
 
 namespace quillhaven {
 

@@ -265,5 +265,16 @@ class KeyboardWindow(FileManagerWindow):
                 key("Escape")
         raise DesktopError(f"There is no menu.\n{self.log()}")
 
+    def open_submenu(self, mnemonic):
+        """Opens the context menu, and in it a submenu. The menu may not have the keyboard yet when the key comes."""
+        for _ in range(ATTEMPTS):
+            self.open_menu()
+            try:
+                self.open_popup(mnemonic)
+                return
+            except DesktopError:
+                key("Escape")
+        raise DesktopError(f"There is no submenu for {mnemonic}.\n{self.log()}")
+
     def wait_until_closed(self):
         wait_for(lambda: len(self._windows()) == 1, "the menus to close")

@@ -139,8 +139,7 @@ class StaticMenus(MenuTest):
         window = self.open(KeyboardWindow, "dolphin", "dolphin", self.home.folder)
 
         def choose(label):
-            window.open_menu()
-            window.open_popup("q")
+            window.open_submenu("q")
             key(label[0].lower())
             window.wait_until_closed()
 
