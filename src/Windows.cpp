@@ -35,7 +35,7 @@ Windows::Windows(const Platform &platform, MenuBarViewModel &menuBar, std::funct
       m_launchAtLogin(LaunchAtLoginServiceManager::shared(), ConfirmationDialogManager::shared(), platform,
                       std::move(restart)),
       m_autoLockSection(AutoLockManager::shared(), SmartAutoLockManager::shared(), MasterPasswordManager::shared(),
-                        platform.defaults.standard()),
+                        platform.defaults.standard(), platform.watched),
       m_watchedSources(platform.watched, [this] { m_dashboard.bulk()->lockEverything(); }),
       m_preferences(platform.notifications.standard, {m_launchAtLogin, m_autoLockSection, m_watchedSources}),
       m_sheetModels(sheets(platform), std::move(bringMainWindowForward))

@@ -58,9 +58,6 @@ public:
     /// The period in force, in minutes.
     [[nodiscard]] qlonglong getEffectiveAutoLockMinutes() const { return m_autoLockMinutes; }
 
-    /// Whether the desktop reports input to other programs.
-    [[nodiscard]] bool hasGlobalEventMonitor() const { return m_globalEventMonitor != nullptr; }
-
 Q_SIGNALS:
     void isMonitoringChanged();
     void lastActivityTimeChanged();

@@ -9,8 +9,9 @@ import time
 from urllib.parse import quote
 
 import flows
-from desktop_driver import BUTTON, DIALOG, ROW
+from desktop_driver import BUTTON, DIALOG, ROW, Program, wait_for
 from home_on_disk import PLACEHOLDER, SHARED_DOMAIN
+from login_test import StartedBySession
 from window_case import PROGRAM, WindowTest, main
 
 MENU_TOOL = PROGRAM.parent / "extension/bundle/Contents/PlugIns/FinderSyncExtension.appex/quillhaven-menu"
@@ -22,6 +23,8 @@ def address(action, path):
 
 
 class HandOver(WindowTest):
+    """What both kinds of tests use."""
+
     def open(self, *urls):
         """Starts the program a second time, with addresses."""
         self.assertEqual(self.start(*urls).wait(), 0)
@@ -31,6 +34,8 @@ class HandOver(WindowTest):
         environment = {**self.home.environment(), "QUILLHAVEN_PROGRAM": str(program)}
         subprocess.run([MENU_TOOL, action, path], env=environment, check=True, timeout=60)
 
+
+class HandOverToAWindow(HandOver):
     def test_an_address_locks_an_unlocked_item(self):
         letter = self.file("100% sure & \"quoted\".txt")
         flows.protect_with_password(self.program, letter)
@@ -113,6 +118,38 @@ class HandOver(WindowTest):
         self.assertFalse(self.program.look(DIALOG, re.compile(".*")))
         self.assertEqual(letter.read_text(), "mine\n")
         self.assertEqual(self.program.find_all(ROW, re.compile(".*locked$")), [])
+
+
+class Attached(Program):
+    """A process of the program that somebody else has started."""
+
+    def __init__(self, home, pid):
+        self.home = home
+        self.log_path = home.path / "program.log"
+        self.process = StartedBySession(pid)
+
+
+class HandOverToAHiddenProgram(HandOver):
+    starts = False
+
+    def test_a_choice_in_a_menu_brings_a_program_without_a_window_forward(self):
+        letter = self.file("letter.txt")
+        self.program = self.start("--login-item")
+        self.program.wait_for_log("App launched in background mode")
+        self.choose_in_menu("protect", letter)
+        self.program.says("Protect letter.txt")
+
+    def test_a_choice_in_a_menu_starts_a_program_that_does_not_run(self):
+        letter = self.file("letter.txt")
+        starter, identity = self.home.path / "starter", self.home.path / "pid"
+        starter.write_text(f'#!/bin/sh\necho $$ >"{identity}.new"\nmv "{identity}.new" "{identity}"\n'
+                           f'exec "{PROGRAM}" "$@" >>"{self.home.path}/program.log" 2>&1\n')
+        starter.chmod(0o755)
+        self.choose_in_menu("protect", letter, starter)
+        wait_for(identity.exists, "the program to start")
+        self.program = Attached(self.home, int(identity.read_text()))
+        self.started.append(self.program)
+        self.program.says("Protect letter.txt")
 
 
 if __name__ == "__main__":

@@ -17,7 +17,7 @@ SettingsSection {
     SwitchRow {
         Layout.fillWidth: true
         title: "Auto-Lock"
-        description: "Locks every item when keyboard and pointer have not been used for a while"
+        description: section.autoLock.inputCaption
         checked: section.autoLock.isEnabled
         onToggled: (value) => { section.autoLock.isEnabled = value }
     }
@@ -40,7 +40,7 @@ SettingsSection {
     SwitchRow {
         Layout.fillWidth: true
         title: "Lock on sleep"
-        description: "Locks every item before the computer goes to sleep"
+        description: "Starts to lock every item when the computer goes to sleep"
         checked: section.autoLock.locksOnSleep
         onToggled: (value) => { section.autoLock.locksOnSleep = value }
     }
@@ -73,7 +73,7 @@ SettingsSection {
         Layout.fillWidth: true
         isEnabled: section.autoLock.isSmartEnabled
         title: "Lock on user logout/switch"
-        description: "Has no effect yet: no desktop reports a change of the user"
+        description: "Has no effect yet: Quillhaven does not notice a change of the user"
         checked: section.autoLock.locksOnUserSwitch
         onToggled: (value) => { section.autoLock.locksOnUserSwitch = value }
     }

@@ -6,6 +6,7 @@
 #include "autolock/SmartAutoLockManager.h"
 #include "credentials/MasterPasswordManager.h"
 #include "platform/UserDefaults.h"
+#include "platform/WatchedSources.h"
 #include "settings/Settings.h"
 
 #include <algorithm>
@@ -14,12 +15,13 @@ namespace quillhaven {
 
 AutoLockSectionModel::AutoLockSectionModel(AutoLockManager &autoLock, SmartAutoLockManager &smartAutoLock,
                                            const MasterPasswordManager &masterPassword, UserDefaults &defaults,
-                                           QObject *parent)
+                                           const WatchedSources &watched, QObject *parent)
     : QObject(parent),
       m_autoLock(autoLock),
       m_smartAutoLock(smartAutoLock),
       m_masterPassword(masterPassword),
-      m_defaults(defaults)
+      m_defaults(defaults),
+      m_watched(watched)
 {
     connect(&autoLock, &AutoLockManager::isAutoLockEnabledChanged, this, &AutoLockSectionModel::changed);
     connect(&autoLock, &AutoLockManager::autoLockMinutesChanged, this, &AutoLockSectionModel::changed);
@@ -27,12 +29,23 @@ AutoLockSectionModel::AutoLockSectionModel(AutoLockManager &autoLock, SmartAutoL
     connect(&smartAutoLock, &SmartAutoLockManager::isEnabledChanged, this, &AutoLockSectionModel::changed);
     connect(&smartAutoLock, &SmartAutoLockManager::rulesChanged, this, &AutoLockSectionModel::changed);
     connect(&masterPassword, &MasterPasswordManager::hasMasterPasswordChanged, this, &AutoLockSectionModel::changed);
+    connect(&watched, &WatchedSources::stateChanged, this, &AutoLockSectionModel::changed);
     settings::autoLockWithoutMasterPassword.onChange(defaults, this, [this] { Q_EMIT changed(); });
 }
 
 bool AutoLockSectionModel::isEnabled() const
 {
     return m_autoLock.isAutoLockEnabled();
+}
+
+QString AutoLockSectionModel::inputCaption() const
+{
+    const auto input = m_watched.state(WatchedSources::Source::Input);
+    if (!input || input->isAvailable) {
+        return QStringLiteral("Locks every item when keyboard and pointer have not been used for a while");
+    }
+    return QStringLiteral("Locks every item when Quillhaven's own windows have not been used for a while. ") +
+           input->sentence;
 }
 
 int AutoLockSectionModel::minutes() const
@@ -44,6 +57,9 @@ QString AutoLockSectionModel::minutesText() const
 {
     const qlonglong count = m_autoLock.getEffectiveAutoLockMinutes();
     const QString unit = count == 1 ? QStringLiteral(" minute") : QStringLiteral(" minutes");
+    if (count < fewestMinutes) {
+        return QStringLiteral("Never locks: no period is set");
+    }
     return QStringLiteral("Lock after ") + QString::number(count) + unit + QStringLiteral(" of inactivity");
 }
 
@@ -89,8 +105,9 @@ QString AutoLockSectionModel::masterPasswordCaption() const
     }
     return locksWithoutMasterPassword()
                ? QStringLiteral("Items are locked at once, also while nobody is there.")
-               : QStringLiteral("You have set a master password. Until you enter it, auto-lock waits, and your items "
-                                "stay unlocked.");
+               : QStringLiteral(
+                     "You have set a master password. Auto-lock asks for it, and your items stay unlocked until "
+                     "you enter it. One entry locks one item.");
 }
 
 void AutoLockSectionModel::setIsEnabled(bool value)

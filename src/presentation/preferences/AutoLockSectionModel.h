@@ -11,6 +11,7 @@ class AutoLockManager;
 class MasterPasswordManager;
 class SmartAutoLockManager;
 class UserDefaults;
+class WatchedSources;
 struct SmartAutoLockRules;
 
 /// The switches of auto-lock. Every change takes effect and is stored at once. Main thread only.
@@ -20,6 +21,7 @@ class AutoLockSectionModel : public QObject
     QML_ELEMENT
     QML_UNCREATABLE("Created in C++")
     Q_PROPERTY(bool isEnabled READ isEnabled WRITE setIsEnabled NOTIFY changed)
+    Q_PROPERTY(QString inputCaption READ inputCaption NOTIFY changed)
     Q_PROPERTY(int minutes READ minutes WRITE setMinutes NOTIFY changed)
     Q_PROPERTY(QString minutesText READ minutesText NOTIFY changed)
     Q_PROPERTY(bool locksOnSleep READ locksOnSleep WRITE setLocksOnSleep NOTIFY changed)
@@ -39,9 +41,11 @@ public:
     /// The references must outlive this object.
     AutoLockSectionModel(AutoLockManager &autoLock, SmartAutoLockManager &smartAutoLock,
                          const MasterPasswordManager &masterPassword, UserDefaults &defaults,
-                         QObject *parent = nullptr);
+                         const WatchedSources &watched, QObject *parent = nullptr);
 
     [[nodiscard]] bool isEnabled() const;
+    /// What auto-lock waits for, and what it cannot see on this desktop.
+    [[nodiscard]] QString inputCaption() const;
     [[nodiscard]] int minutes() const;
     /// Such as "Lock after 5 minutes of inactivity".
     [[nodiscard]] QString minutesText() const;
@@ -75,6 +79,7 @@ private:
     SmartAutoLockManager &m_smartAutoLock;
     const MasterPasswordManager &m_masterPassword;
     UserDefaults &m_defaults;
+    const WatchedSources &m_watched;
 };
 
 } // namespace quillhaven

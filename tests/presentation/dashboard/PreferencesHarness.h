@@ -18,7 +18,8 @@ public:
     explicit PreferencesHarness(DashboardHarness &harness)
         : autoLock(harness.platform, harness.manager),
           smartAutoLock(harness.platform, harness.manager),
-          autoLockSection(autoLock, smartAutoLock, harness.masterPassword, harness.platform.defaults.standard()),
+          autoLockSection(autoLock, smartAutoLock, harness.masterPassword, harness.platform.defaults.standard(),
+                          harness.platform.watched),
           watchedSources(harness.platform.watched, [&harness] { harness.dashboard.bulk()->lockEverything(); }),
           launchAtLogin(harness.platform,
                         std::make_unique<FakeLaunchAtLoginService>(std::make_shared<FakeRegistration>())),

@@ -108,9 +108,29 @@ TEST_F(AutoLockSection, WithAMasterPasswordTheCaptionSaysThatLockingWaits)
     storeMasterPassword();
     EXPECT_TRUE(section().hasMasterPassword());
     EXPECT_FALSE(section().locksWithoutMasterPassword());
-    EXPECT_TRUE(section().masterPasswordCaption().contains(QStringLiteral("auto-lock waits")));
+    EXPECT_TRUE(section().masterPasswordCaption().contains(QStringLiteral("One entry locks one item")));
     section().setLocksWithoutMasterPassword(true);
     EXPECT_EQ(defaults().boolForKey(settings::autoLockWithoutMasterPassword.key), true);
     EXPECT_TRUE(section().locksWithoutMasterPassword());
-    EXPECT_FALSE(section().masterPasswordCaption().contains(QStringLiteral("waits")));
+    EXPECT_FALSE(section().masterPasswordCaption().contains(QStringLiteral("asks for it")));
+}
+
+TEST_F(AutoLockSection, APeriodThatNeverEndsSaysSo)
+{
+    settings::autoLockMinutes.write(defaults(), -1);
+    EXPECT_EQ(section().minutesText(), QStringLiteral("Never locks: no period is set"));
+}
+
+TEST_F(AutoLockSection, ADesktopThatDoesNotReportInputIsNamedBesideTheSwitch)
+{
+    const QString ordinary = section().inputCaption();
+    services.watched.setState(WatchedSources::Source::Input, {.isAvailable = true, .sentence = {}});
+    EXPECT_EQ(section().inputCaption(), ordinary);
+    changes = 0;
+    services.watched.setState(
+        WatchedSources::Source::Input,
+        {.isAvailable = false, .sentence = QStringLiteral("This desktop does not report input.")});
+    EXPECT_GT(changes, 0);
+    EXPECT_TRUE(section().inputCaption().contains(QStringLiteral("own windows")));
+    EXPECT_TRUE(section().inputCaption().endsWith(QStringLiteral("This desktop does not report input.")));
 }
