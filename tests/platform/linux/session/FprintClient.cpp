@@ -42,17 +42,22 @@ bool FprintClient::hasPolicyService() const
     return m_bus.interface()->isServiceRegistered(QStringLiteral("org.freedesktop.PolicyKit1"));
 }
 
-QDBusMessage FprintClient::call(const QString &method, const QVariantList &arguments)
+bool FprintClient::findsReader(qint64 limitMs)
 {
     const QDBusMessage question =
         QDBusMessage::createMethodCall(service, QStringLiteral("/net/reactivated/Fprint/Manager"),
                                        service + QStringLiteral(".Manager"), QStringLiteral("GetDefaultDevice"));
     // The service has its name before it has found its readers.
-    const bool hasReader = test::spinUntil([this, &question] {
+    const auto find = [this, &question] {
         m_device = m_bus.call(question).arguments().value(0).value<QDBusObjectPath>().path();
         return !m_device.isEmpty();
-    });
-    if (!hasReader) {
+    };
+    return test::spinUntil(find, limitMs);
+}
+
+QDBusMessage FprintClient::call(const QString &method, const QVariantList &arguments)
+{
+    if (!findsReader(test::patience)) {
         throw std::runtime_error("fprintd offers no reader");
     }
     QDBusMessage message = QDBusMessage::createMethodCall(service, m_device, deviceInterface, method);

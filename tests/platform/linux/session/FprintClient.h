@@ -20,6 +20,8 @@ public:
 
     [[nodiscard]] bool hasService() const;
     [[nodiscard]] bool hasPolicyService() const;
+    /// Whether fprintd offers a reader within this time, in milliseconds.
+    [[nodiscard]] bool findsReader(qint64 limitMs);
     [[nodiscard]] bool claim();
     void release();
     /// Enrols a finger for the current user.
