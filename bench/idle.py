@@ -21,14 +21,21 @@ from panel import Panel  # noqa: E402
 
 
 def cost(pid):
-    """Returns processor seconds and wake-ups since the start of a process."""
-    seconds, wake_ups = 0, 0
+    """Returns processor seconds and wake-ups of each thread of a process since its start."""
+    threads = {}
     for task in os.listdir('/proc/%d/task' % pid):
         with open('/proc/%d/task/%s/schedstat' % (pid, task)) as file:
-            seconds += int(file.read().split()[0]) / 1e9
+            seconds = int(file.read().split()[0]) / 1e9
         with open('/proc/%d/task/%s/status' % (pid, task)) as file:
-            wake_ups += next(int(line.split()[1]) for line in file if line.startswith('voluntary_ctxt_switches'))
-    return seconds, wake_ups
+            wake_ups = next(int(line.split()[1]) for line in file if line.startswith('voluntary_ctxt_switches'))
+        threads[task] = seconds, wake_ups
+    return threads
+
+
+def spent(before, after):
+    """Returns processor seconds and wake-ups between two costs. A thread that has ended meanwhile is left out."""
+    nothing = 0, 0
+    return [sum(now[i] - before.get(task, nothing)[i] for task, now in after.items()) for i in range(2)]
 
 
 def memory(pid):
@@ -45,9 +52,8 @@ def measure(title, pids, seconds, during=lambda: None):
         during()
         time.sleep(0.02)
     for name, pid in pids.items():
-        after = cost(pid)
         print('%-24s %-12s %8.4f s processor   %6d wake-ups in %d s' % (
-            title, name, after[0] - before[name][0], after[1] - before[name][1], seconds), flush=True)
+            title, name, *spent(before[name], cost(pid)), seconds), flush=True)
 
 
 def main():

@@ -5,6 +5,7 @@
 #include "async/WorkInFlight.h"
 #include "autolock/AutoLockManager.h"
 #include "autolock/SmartAutoLockManager.h"
+#include "credentials/MasterPasswordDialogManager.h"
 #include "credentials/MasterPasswordManager.h"
 #include "credentials/PasswordInputDialogManager.h"
 #include "engine/QuillhavenManager.h"
@@ -47,7 +48,7 @@ RunningProgram::RunningProgram(const Platform &platform, SingleInstance &instanc
       m_closing(m_statusBar, presence, platform.clock),
       m_handedOver(platform, QuillhavenManager::shared(), MasterPasswordManager::shared(), presence,
                    {ConfirmationDialogManager::shared(), ProtectionMethodDialogManager::shared(),
-                    PasswordInputDialogManager::shared()}),
+                    PasswordInputDialogManager::shared(), MasterPasswordDialogManager::shared()}),
       m_app(LaunchContextManager::shared(), presence, platform.clock, [this] { m_handedOver.checkForPendingActions(); })
 {
     m_delegate.applicationDidFinishLaunching();

@@ -257,6 +257,25 @@ void ItemCatalogue::save()
     m_isUnsaved = m_applicationBacklog.isWhole || (suite && m_sharedBacklog.isWhole);
 }
 
+void ItemCatalogue::publish()
+{
+    UserDefaults *suite = m_defaults.suite(settings::sharedSuite);
+    const auto elements = encoded({}, encodeProtectedItemInfo);
+    if (!suite || !elements) {
+        return;
+    }
+    QByteArrayList texts;
+    for (const ArrayElement &element : *elements) {
+        texts.append(element.value);
+    }
+    const auto held = settings::protectedItems.read(*suite);
+    if (held == QByteArray('[' + texts.join(',') + ']')) {
+        m_sharedBacklog = {.isWhole = false, .changed = {}, .removed = {}};
+    } else {
+        write(*suite, m_sharedBacklog, encodeProtectedItemInfo);
+    }
+}
+
 void ItemCatalogue::saveUnsaved()
 {
     if (!m_isUnsaved) {

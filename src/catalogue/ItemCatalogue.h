@@ -64,6 +64,8 @@ public:
     /// Brings both stores in step with the list, at the cost of what has changed. Never fails to its caller: what could
     /// not be written is written by the next save.
     void save();
+    /// Writes the shared store, unless it holds the list already: another program may have lost or damaged it.
+    void publish();
     /// Saves once more what an earlier save could not write, at the end of the program, and logs when that fails too.
     void saveUnsaved();
 

@@ -29,6 +29,7 @@ void QuillhavenManager::loadProtectedItems()
                 QStringLiteral(" protected items from UserDefaults"));
     migrateBackupPaths();
     cleanupMissingFiles();
+    m_catalogue.publish();
 }
 
 bool QuillhavenManager::retryLoading()

@@ -41,6 +41,38 @@ QString quotedName(const QString &path)
     return QLatin1Char('"') + displayName(name.isEmpty() ? path : name) + QLatin1Char('"');
 }
 
+/// What is not to be done, such as "protected" and "Protect".
+struct Verb
+{
+    QLatin1String participle;
+    QLatin1String imperative;
+};
+
+/// The reason that the program's own places give.
+std::optional<QString> reasonToKeep(const FileManager &files, const OwnPlaces &places, const QString &path,
+                                    const Verb &verb)
+{
+    const Identity itself = files.identityOfItem(path, Links::Follow);
+    const QString refusal = quotedName(path) + QStringLiteral(" cannot be ") + verb.participle;
+    const QString advice = verb.imperative + QStringLiteral(" the items in it instead.");
+    for (const QString &needed : places.needed) {
+        if (itself && itself == files.identityOfItem(needed, Links::Follow)) {
+            return refusal + QStringLiteral(" because Quillhaven needs it at its place. ") + advice;
+        }
+        if (isAtOrAbove(files, itself, needed)) {
+            return refusal + QStringLiteral(" because it contains ") + quotedName(needed) +
+                   QStringLiteral(", which Quillhaven needs at its place. ") + advice;
+        }
+    }
+    const auto holdsPath = [&](const QString &own) {
+        return isAtOrAbove(files, files.identityOfItem(own, Links::Follow), path);
+    };
+    if (std::ranges::any_of(places.own, holdsPath)) {
+        return refusal + QStringLiteral(" because it belongs to Quillhaven itself.");
+    }
+    return std::nullopt;
+}
+
 } // namespace
 
 OwnPlaces ownPlaces(const UserDirectories &directories, const QString &secureStorage,
@@ -59,23 +91,10 @@ OwnPlaces ownPlaces(const UserDirectories &directories, const QString &secureSto
 std::optional<QString> reasonNotToProtect(const FileManager &files, const OwnPlaces &places,
                                           const QList<ProtectedItem> &items, const QString &path)
 {
+    if (auto reason = reasonToKeep(files, places, path, {QLatin1String("protected"), QLatin1String("Protect")})) {
+        return reason;
+    }
     const Identity itself = files.identityOfItem(path, Links::Follow);
-    for (const QString &needed : places.needed) {
-        if (itself && itself == files.identityOfItem(needed, Links::Follow)) {
-            return quotedName(path) + QStringLiteral(" cannot be protected because Quillhaven needs it at its place. "
-                                                     "Protect the items in it instead.");
-        }
-        if (isAtOrAbove(files, itself, needed)) {
-            return quotedName(path) + QStringLiteral(" cannot be protected because it contains ") + quotedName(needed) +
-                   QStringLiteral(", which Quillhaven needs at its place. Protect the items in it instead.");
-        }
-    }
-    const auto holdsPath = [&](const QString &own) {
-        return isAtOrAbove(files, files.identityOfItem(own, Links::Follow), path);
-    };
-    if (std::ranges::any_of(places.own, holdsPath)) {
-        return quotedName(path) + QStringLiteral(" cannot be protected because it belongs to Quillhaven itself.");
-    }
     const bool mayBeContainer = path.endsWith(QStringLiteral(".secured"));
     const bool mayBeBackup = places.cloud && path.endsWith(QStringLiteral(".backup")) &&
                              isAtOrAbove(files, files.identityOfItem(*places.cloud, Links::Follow), path);
@@ -89,6 +108,11 @@ std::optional<QString> reasonNotToProtect(const FileManager &files, const OwnPla
                displayName(copied->originalName) + QStringLiteral("\".");
     }
     return std::nullopt;
+}
+
+std::optional<QString> reasonNotToShred(const FileManager &files, const OwnPlaces &places, const QString &path)
+{
+    return reasonToKeep(files, places, path, {QLatin1String("shredded"), QLatin1String("Shred")});
 }
 
 } // namespace quillhaven

@@ -29,4 +29,8 @@ struct OwnPlaces
 [[nodiscard]] std::optional<QString> reasonNotToProtect(const FileManager &files, const OwnPlaces &places,
                                                         const QList<ProtectedItem> &items, const QString &path);
 
+/// The same for the shredding of what is no item: with the program's own places, the data of every item would go.
+[[nodiscard]] std::optional<QString> reasonNotToShred(const FileManager &files, const OwnPlaces &places,
+                                                      const QString &path);
+
 } // namespace quillhaven

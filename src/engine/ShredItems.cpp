@@ -8,6 +8,7 @@
 #include "catalogue/QuillhavenError.h"
 #include "engine/ContainerPlace.h"
 #include "engine/OperationScope.h"
+#include "engine/OwnPlaces.h"
 #include "engine/QuillhavenManager.h"
 #include "platform/FileManager.h"
 #include "shredding/ShredEach.h"
@@ -131,6 +132,11 @@ QCoro::Task<> QuillhavenManager::shredUnprotectedItems(QStringList paths, Progre
     const auto operation = co_await OperationScope::begin(*this, OperationScope::Mark::EngineLater);
     if (!operation) {
         co_return;
+    }
+    for (const QString &path : paths) {
+        if (const auto reason = reasonNotToShred(m_platform.fileManager, placesOfProgram(), path)) {
+            throw QuillhavenError(QuillhavenError::accessDenied, *reason);
+        }
     }
     co_await m_secureShredder.bulkShredItems(paths, progressCallback);
     operation->endSession();

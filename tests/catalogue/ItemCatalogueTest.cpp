@@ -113,6 +113,35 @@ TEST_F(ItemCatalogueTest, ChangeOfAnUnknownRecordDoesNothing)
     EXPECT_EQ(catalogue.item(b), nullptr);
 }
 
+TEST_F(ItemCatalogueTest, PublishingWritesASharedListThatWasLostOrDamaged)
+{
+    const QList<ProtectedItem> items{record(QStringLiteral("a")), record(QStringLiteral("b"))};
+    defaults().standard().setData(settings::protectedItems.key, encodeProtectedItems(items));
+    UserDefaults &suite = *defaults().suite(settings::sharedSuite);
+    for (const QByteArray &held : {QByteArray(), QByteArray("[]"), QByteArray("damaged")}) {
+        suite.setData(settings::protectedItems.key, held);
+        ItemCatalogue catalogue(defaults());
+        ASSERT_EQ(catalogue.load(), ItemCatalogue::Loaded::Items);
+        catalogue.publish();
+        EXPECT_EQ(shared(), sharedFormOf(catalogue.items()));
+        EXPECT_TRUE(catalogue.update(QStringLiteral("b"), [](ProtectedItem &item) { item.isMounted = true; }));
+        EXPECT_EQ(shared(), sharedFormOf(catalogue.items()));
+    }
+}
+
+TEST_F(ItemCatalogueTest, PublishingLeavesASharedListThatIsRight)
+{
+    const QList<ProtectedItem> items{record(QStringLiteral("a"))};
+    defaults().standard().setData(settings::protectedItems.key, encodeProtectedItems(items));
+    defaults().suite(settings::sharedSuite)->setData(settings::protectedItems.key, sharedFormOf(items));
+    int writes = 0;
+    QObject::connect(defaults().suite(settings::sharedSuite), &UserDefaults::valueChanged, [&writes] { ++writes; });
+    ItemCatalogue catalogue(defaults());
+    ASSERT_EQ(catalogue.load(), ItemCatalogue::Loaded::Items);
+    catalogue.publish();
+    EXPECT_EQ(writes, 0);
+}
+
 TEST_F(ItemCatalogueTest, UnsavedChangeIsWrittenByTheNextSave)
 {
     catalogue.append(record(a));

@@ -143,3 +143,30 @@ TEST_F(OwnPlacesTest, WhatLiesInDocumentsIsTheUsers)
     engine.protect(path);
     EXPECT_EQ(engine.count(), 1);
 }
+
+TEST_F(OwnPlacesTest, ShreddingOfWhatTheProgramNeedsIsRefusedBeforeAnythingIsDestroyed)
+{
+    engine.protect(services.home.write(QStringLiteral("Desktop/a.txt"), "mine"));
+    const auto ignore = [](const QString &, double) {};
+    const QStringList before = entries();
+    for (const QString &path :
+         {storage, storage + QLatin1Char('/'), engine.item().originalBackupPath, directories.applicationSupport,
+          directories.home, directories.configuration, QStringLiteral("/")}) {
+        SCOPED_TRACE(path.toStdString());
+        const QString other = services.home.write(QStringLiteral("Desktop/other"), "other");
+        QString description;
+        const auto shred = [&] { runTask(engine.manager.shredUnprotectedItems({other, path}, ignore)); };
+        EXPECT_EQ(engineErrorOf(shred, &description), QuillhavenError::accessDenied);
+        EXPECT_TRUE(description.contains(QStringLiteral("cannot be shredded because"))) << description.toStdString();
+        EXPECT_EQ(TemporaryHome::read(other), "other");
+        QFile::remove(other);
+        EXPECT_EQ(entries(), before);
+    }
+}
+
+TEST_F(OwnPlacesTest, AFolderOfTheUsersIsShredded)
+{
+    const QString path = services.home.write(QStringLiteral("Desktop/folder/a.txt"), "mine");
+    runTask(engine.manager.shredUnprotectedItems({parentDirectory(path)}, [](const QString &, double) {}));
+    EXPECT_FALSE(QFile::exists(parentDirectory(path)));
+}

@@ -3,6 +3,7 @@
 #include "shell/handover/HandedOverActions.h"
 
 #include "async/Jobs.h"
+#include "credentials/MasterPasswordDialogManager.h"
 #include "credentials/MasterPasswordManager.h"
 #include "credentials/PasswordInputDialogManager.h"
 #include "engine/QuillhavenManager.h"
@@ -18,6 +19,11 @@
 #include "support/LocalizedError.h"
 #include "support/Paths.h"
 #include "support/printLogger.h"
+
+#include <QScopeGuard>
+
+#include <algorithm>
+#include <utility>
 
 namespace quillhaven {
 
@@ -57,8 +63,12 @@ HandedOverActions::HandedOverActions(const Platform &platform, QuillhavenManager
       m_quillhavenManager(quillhavenManager),
       m_masterPasswordManager(masterPasswordManager),
       m_presence(presence),
-      m_dialogs(dialogs)
+      m_dialogs(dialogs),
+      m_questions{&dialogs.confirmation, &dialogs.protectionMethod, &dialogs.passwordInput, &dialogs.masterPassword}
 {
+    for (const DialogModel *question : std::as_const(m_questions)) {
+        connect(question, &DialogModel::isPresentedChanged, this, &HandedOverActions::followQuestions);
+    }
 }
 
 HandedOverActions::~HandedOverActions() = default;
@@ -87,11 +97,11 @@ void HandedOverActions::checkForPendingActions()
     suite->removeObject(settings::pendingAction.key);
     const QString path = filePath(pending->path);
     activate();
-    runLater(500ms, [this, action = pending->action, path] {
-        startJob([this, action, path] { return perform(action, path); });
-        if (!handlerFor(action)) {
-            printLogger(QStringLiteral("⚠️ Unknown action: ") + action);
+    runLater(500ms, [this, action = Action{pending->action, path}] {
+        if (!handlerFor(action.word)) {
+            printLogger(QStringLiteral("⚠️ Unknown action: ") + action.word);
         }
+        carryOut(action);
     });
 }
 
@@ -102,7 +112,42 @@ void HandedOverActions::handleURLScheme(const QString &url)
         return;
     }
     activate();
-    startJob([this, action = request->action, path = request->path] { return perform(action, path); });
+    carryOut({request->action, request->path});
+}
+
+void HandedOverActions::carryOut(const Action &action)
+{
+    if (isUserAnsweringSomethingElse()) {
+        m_waiting = action;
+    } else {
+        startJob([this, action] { return perform(action); });
+    }
+}
+
+bool HandedOverActions::isAnyQuestionOpen() const
+{
+    return std::ranges::any_of(m_questions, &DialogModel::isPresented);
+}
+
+bool HandedOverActions::isUserAnsweringSomethingElse() const
+{
+    return m_running == 0 && !m_isAskingItself && isAnyQuestionOpen();
+}
+
+void HandedOverActions::followQuestions()
+{
+    if (isAnyQuestionOpen()) {
+        return;
+    }
+    m_isAskingItself = false;
+    if (m_waiting) {
+        // The answer may be followed by another question.
+        runLater(500ms, [this] {
+            if (const auto action = std::exchange(m_waiting, std::nullopt)) {
+                carryOut(*action);
+            }
+        });
+    }
 }
 
 void HandedOverActions::activate()
@@ -128,12 +173,14 @@ HandedOverActions::Handler HandedOverActions::handlerFor(const QString &action)
     return nullptr;
 }
 
-QCoro::Task<> HandedOverActions::perform(QString action, QString path)
+QCoro::Task<> HandedOverActions::perform(Action action)
 {
-    const Handler handler = handlerFor(action);
+    const Handler handler = handlerFor(action.word);
     // A file function would take such a path for the one before the null character.
-    if (handler && !path.contains(QChar(u'\0'))) {
-        co_await (this->*handler)(path);
+    if (handler && !action.path.contains(QChar(u'\0'))) {
+        ++m_running;
+        const auto end = qScopeGuard([this] { --m_running; });
+        co_await (this->*handler)(action.path);
     }
 }
 
@@ -153,6 +200,7 @@ QCoro::Task<> HandedOverActions::handleProtectRequest(QString path)
     dialog.onTouchIDProtection = showPasswordDialogLater(true);
     dialog.onCancel = [this] { m_masterPasswordManager.endSession(); };
     dialog.setIsPresented(true);
+    m_isAskingItself = true;
 }
 
 QCoro::Task<> HandedOverActions::showPasswordDialog(QString path, bool useTouchID)
@@ -173,6 +221,7 @@ QCoro::Task<> HandedOverActions::showPasswordDialog(QString path, bool useTouchI
                                       .requiresConfirmation = true},
                                      protectLater, [this] { m_masterPasswordManager.endSession(); });
     }
+    m_isAskingItself = true;
     co_return;
 }
 

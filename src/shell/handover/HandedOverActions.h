@@ -9,11 +9,14 @@
 
 #include <list>
 #include <memory>
+#include <optional>
 
 namespace quillhaven {
 
 class ApplicationPresence;
 class ConfirmationDialogManager;
+class DialogModel;
+class MasterPasswordDialogManager;
 class MasterPasswordManager;
 class PasswordInputDialogManager;
 class ProtectionMethodDialogManager;
@@ -26,11 +29,15 @@ struct HandOverDialogs
     ConfirmationDialogManager &confirmation;
     ProtectionMethodDialogManager &protectionMethod;
     PasswordInputDialogManager &passwordInput;
+    MasterPasswordDialogManager &masterPassword;
 };
 
 /// Carries out what another program asks for: a record in the shared domain, which the menus of the file managers
 /// write, or an address that the desktop passes on. Both name an action ("protect", "unlock", "lock" or "shred") and a
 /// path. Anyone may write them, so every action asks what it asks in the window, too. Main thread only.
+///
+/// An action that comes while the user answers another question waits for its end, since its own question would
+/// replace that one; of several the last one. Among handed-over actions the later question replaces the earlier.
 class HandedOverActions : public QObject
 {
     Q_OBJECT
@@ -59,8 +66,18 @@ private:
     /// Null for an unknown word.
     [[nodiscard]] static Handler handlerFor(const QString &action);
 
+    struct Action
+    {
+        QString word;
+        QString path;
+    };
+
     void activate();
-    [[nodiscard]] QCoro::Task<> perform(QString action, QString path);
+    void carryOut(const Action &action);
+    [[nodiscard]] bool isUserAnsweringSomethingElse() const;
+    [[nodiscard]] bool isAnyQuestionOpen() const;
+    void followQuestions();
+    [[nodiscard]] QCoro::Task<> perform(Action action);
     [[nodiscard]] QCoro::Task<> handleProtectRequest(QString path);
     [[nodiscard]] QCoro::Task<> handleUnlockRequest(QString path);
     [[nodiscard]] QCoro::Task<> handleLockRequest(QString path);
@@ -75,6 +92,10 @@ private:
     MasterPasswordManager &m_masterPasswordManager;
     ApplicationPresence &m_presence;
     HandOverDialogs m_dialogs;
+    QList<const DialogModel *> m_questions;
+    std::optional<Action> m_waiting;
+    int m_running = 0;             ///< handlers
+    bool m_isAskingItself = false; ///< a handler has ended with its question open
     std::list<std::unique_ptr<RunningTimer>> m_timers;
 };
 

@@ -33,7 +33,8 @@ protected:
         DashboardHarness &window = started();
         handedOver = std::make_unique<HandedOverActions>(
             window.platform, window.manager, window.masterPassword, presence,
-            HandOverDialogs{window.confirmationDialog, window.protectionMethodDialog, window.passwordDialog});
+            HandOverDialogs{window.confirmationDialog, window.protectionMethodDialog, window.passwordDialog,
+                            window.masterPasswordDialog});
         log.clear();
     }
     [[nodiscard]] UserDefaults &suite() { return *services.defaults.suite(settings::sharedSuite); }
@@ -421,4 +422,25 @@ TEST_F(HandedOver, AHundredAddressesAtOnceLeaveOneDialog)
     started().cancelMethod();
     EXPECT_FALSE(started().protectionMethodDialog.isPresented());
     EXPECT_FALSE(started().passwordDialog.isPresented());
+}
+
+TEST_F(HandedOver, AnActionWaitsWhileTheUserAnswersAnotherQuestion)
+{
+    services.home.write(QStringLiteral("b.txt"), "other");
+    start({path, services.home.path(QStringLiteral("b.txt"))});
+    const RunningTask<void> unlocking(started().manager.unlockItem(started().item(1)));
+    DashboardHarness::settle();
+    ASSERT_TRUE(started().passwordDialog.message().contains(QStringLiteral("b.txt")));
+    open(QStringLiteral("protect"), services.home.path(QStringLiteral("elsewhere")));
+    open(QStringLiteral("unlock"), path);
+    EXPECT_FALSE(started().protectionMethodDialog.isPresented());
+    EXPECT_TRUE(started().passwordDialog.message().contains(QStringLiteral("b.txt")));
+    started().typePassword(strongPassword);
+    unlocking.wait();
+    EXPECT_FALSE(started().passwordDialog.isPresented());
+    services.clock.advance(500ms);
+    DashboardHarness::settle();
+    EXPECT_FALSE(started().protectionMethodDialog.isPresented());
+    ASSERT_TRUE(started().passwordDialog.isPresented());
+    EXPECT_TRUE(started().passwordDialog.message().contains(QStringLiteral("a.txt")));
 }
