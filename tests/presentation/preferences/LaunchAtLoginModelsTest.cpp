@@ -4,9 +4,14 @@
 #include "presentation/dialogs/ConfirmationDialogManager.h"
 #include "presentation/preferences/LaunchAtLoginBadgeModel.h"
 #include "presentation/preferences/LaunchAtLoginToggleModel.h"
+#include "presentation/tokens/Design.h"
 #include "support/PrintText.h"
 #include "support/RunTask.h"
 #include "support/TestPlatform.h"
+
+#include <QQmlComponent>
+#include <QQmlEngine>
+#include <QQuickItem>
 
 #include <gtest/gtest.h>
 
@@ -40,6 +45,40 @@ protected:
     LaunchAtLoginServiceManager manager{services.platform(), std::make_unique<FakeLaunchAtLoginService>(registration)};
     LaunchAtLoginToggleModel toggle{manager, confirmation, services.platform(), [] {}};
     LaunchAtLoginBadgeModel badge{manager};
+};
+
+/// A view of the module, created with one property.
+class View
+{
+public:
+    View(const QByteArray &type, const QString &property, const QVariant &value)
+    {
+        installDesign(m_engine);
+        QQmlComponent component(&m_engine);
+        component.setData("import Quillhaven.Preferences\n" + type + " {}", QUrl());
+        m_root.reset(qobject_cast<QQuickItem *>(component.createWithInitialProperties({{property, value}})));
+        EXPECT_TRUE(m_root) << qUtf8Printable(component.errorString());
+    }
+
+    /// The item that shows this text, or null.
+    [[nodiscard]] QQuickItem *showing(const QString &text) const { return showing(m_root.get(), text); }
+
+private:
+    static QQuickItem *showing(QQuickItem *item, const QString &text)
+    {
+        if (!item || item->property("text").toString() == text) {
+            return item;
+        }
+        for (QQuickItem *child : item->childItems()) {
+            if (QQuickItem *found = showing(child, text)) {
+                return found;
+            }
+        }
+        return nullptr;
+    }
+
+    QQmlEngine m_engine;
+    std::unique_ptr<QQuickItem> m_root;
 };
 
 } // namespace
@@ -270,6 +309,32 @@ TEST_F(LaunchAtLoginModels, ButtonsCannotBePressedWhileARecoveryRuns)
     services.clock.advance(2s);
     spinOnce();
     EXPECT_TRUE(status().canAct());
+}
+
+TEST_F(LaunchAtLoginModels, ButtonsOfTheActionsAreDisabledWhileOneRuns)
+{
+    failRegister(LaunchAtLoginError::permissionDenied());
+    setEnabled(true);
+    const View view("LaunchAtLoginStatusView", QStringLiteral("status"), QVariant::fromValue(&status()));
+    for (const QString &text : status().actionTexts()) {
+        const QQuickItem *button = view.showing(text);
+        ASSERT_TRUE(button) << qPrintable(text);
+        EXPECT_TRUE(button->isEnabled());
+        status().act(0);
+        EXPECT_FALSE(button->isEnabled());
+        spinOnce();
+        EXPECT_TRUE(button->isEnabled());
+    }
+}
+
+TEST_F(LaunchAtLoginModels, BadgeShowsItsWord)
+{
+    const View view("LaunchAtLoginCompactBadge", QStringLiteral("serviceManager"), QVariant::fromValue(toggle.badge()));
+    EXPECT_TRUE(view.showing(QStringLiteral("Disabled")));
+    failRegister(LaunchAtLoginError::permissionDenied());
+    setEnabled(true);
+    EXPECT_TRUE(view.showing(QStringLiteral("Error")));
+    EXPECT_FALSE(view.showing(QStringLiteral("Disabled")));
 }
 
 TEST_F(LaunchAtLoginModels, BadgeOfTheSectionFollowsTheSwitch)
