@@ -99,7 +99,10 @@ std::unique_ptr<Popover> RunningProgram::makePopover()
 void RunningProgram::connectWithDesktop()
 {
     QObject::connect(&*m_windows, &Windows::contentAppeared, &m_delegate, [this] { m_app.contentAppeared(); });
-    QObject::connect(&*m_windows, &Windows::closeRequested, &m_closing, &WindowClosing::close);
+    QObject::connect(&*m_windows, &Windows::closeRequested, &m_closing, [this] {
+        m_app.mainWindowClosed();
+        m_closing.close();
+    });
     QObject::connect(&*m_windows, &Windows::quitRequested, &m_delegate, [this] { terminate(); });
     QObject::connect(qGuiApp, &QGuiApplication::applicationStateChanged, &m_delegate,
                      [this](Qt::ApplicationState state) {

@@ -26,6 +26,15 @@ QCoro::Task<> runToEnd(std::shared_ptr<std::function<QCoro::Task<>()>> job)
     }
 }
 
+void startFrom(qsizetype index, const std::shared_ptr<QList<std::function<QCoro::Task<>()>>> &jobs)
+{
+    startJob(std::move((*jobs)[index]));
+    if (index + 1 < jobs->size()) {
+        // A posted event would run in the same turn as the job.
+        QTimer::singleShot(0, QCoreApplication::instance(), [index, jobs] { startFrom(index + 1, jobs); });
+    }
+}
+
 } // namespace
 
 void startJob(std::function<QCoro::Task<>()> job)
@@ -42,12 +51,9 @@ void startJob(std::function<QCoro::Task<>()> job)
 
 void startJobs(QList<std::function<QCoro::Task<>()>> jobs)
 {
-    if (jobs.isEmpty()) {
-        return;
+    if (!jobs.isEmpty()) {
+        startFrom(0, std::make_shared<QList<std::function<QCoro::Task<>()>>>(std::move(jobs)));
     }
-    startJob(jobs.takeFirst());
-    // A posted event would run in the same turn as the job.
-    QTimer::singleShot(0, QCoreApplication::instance(), [jobs = std::move(jobs)] { startJobs(jobs); });
 }
 
 } // namespace quillhaven

@@ -9,7 +9,7 @@
 namespace quillhaven {
 
 WindowClosing::WindowClosing(StatusBar &statusBar, ApplicationPresence &presence, Clock &clock, QObject *parent)
-    : QObject(parent), m_statusBar(statusBar), m_presence(presence), m_clock(clock)
+    : QObject(parent), m_statusBar(statusBar), m_presence(presence), m_clock(clock), m_wasShown(statusBar.isShown())
 {
     connect(&m_statusBar, &StatusBar::isShownChanged, this, &WindowClosing::statusBarChanged);
 }

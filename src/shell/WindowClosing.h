@@ -38,7 +38,7 @@ private:
     StatusBar &m_statusBar;
     ApplicationPresence &m_presence;
     Clock &m_clock;
-    bool m_wasShown = false; ///< the status bar, at some time
+    bool m_wasShown; ///< the status bar, at some time
     std::unique_ptr<RunningTimer> m_waiting;
 };
 

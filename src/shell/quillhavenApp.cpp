@@ -25,7 +25,12 @@ quillhavenApp::~quillhavenApp() = default;
 void quillhavenApp::contentAppeared()
 {
     handleMainWindowAppearance();
-    m_timers.push_back(m_clock.startRepeating(1000ms, [this] { checkForPendingActions(); }));
+    m_checks.push_back(m_clock.startRepeating(1000ms, [this] { checkForPendingActions(); }));
+}
+
+void quillhavenApp::mainWindowClosed()
+{
+    m_afterAppearance.reset();
 }
 
 void quillhavenApp::applicationDidBecomeActive()
@@ -37,13 +42,13 @@ void quillhavenApp::handleMainWindowAppearance()
 {
     checkForPendingActions();
     const bool shouldShow = m_launchContext.shouldShowMainWindow();
-    m_timers.push_back(m_clock.startOneShot(100ms, [this, shouldShow] {
+    m_afterAppearance = m_clock.startOneShot(100ms, [this, shouldShow] {
         if (shouldShow) {
             m_presence.makeKeyAndOrderFront(mainWindowTitle);
         } else {
             m_presence.hide();
         }
-    }));
+    });
 }
 
 void quillhavenApp::checkForPendingActions() const

@@ -25,6 +25,8 @@ public:
 
     /// The content of the main window appeared. Every appearance starts another one-second timer.
     void contentAppeared();
+    /// The user closed the main window: it stays closed, even if it appeared a moment ago.
+    void mainWindowClosed();
     /// The application came to the foreground.
     void applicationDidBecomeActive();
 
@@ -36,7 +38,8 @@ private:
     ApplicationPresence &m_presence;
     Clock &m_clock;
     std::function<void()> m_checkForPendingActions;
-    std::vector<std::unique_ptr<RunningTimer>> m_timers; ///< never cancelled while the program runs
+    std::unique_ptr<RunningTimer> m_afterAppearance;     ///< of the latest appearance
+    std::vector<std::unique_ptr<RunningTimer>> m_checks; ///< never cancelled while the program runs
 };
 
 } // namespace quillhaven

@@ -182,7 +182,7 @@ class Node:
         """Clicks with the pointer in the middle of the control."""
         x, y, width, height = self.bounds
         place = [str(x + width // 2), str(y + height // 2)]
-        subprocess.run(["xdotool", "mousemove", "--sync", *place, "click", "--repeat", str(count), "1"], check=True)
+        subprocess.run(["xdotool", "mousemove", *place, "click", "--repeat", str(count), "1"], check=True)
 
     def focus(self):
         """Gives the keyboard focus to the control, and waits until it has it."""

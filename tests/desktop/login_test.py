@@ -141,6 +141,7 @@ class TheSwitch(LoginTest):
         self.program.find(SWITCH, AT_LOGIN).press()
         self.program.says(f'Failed to register app for launch at login: The file "{self.entry}" starts another program, '
                           "so it was left as it is.")
+        self.program.says("Error")
         self.assertFalse(self.program.find(SWITCH, AT_LOGIN).has("checked"))
         self.assertEqual(self.entry.read_text(), other)
         self.program.press(BUTTON, "Retry in 2s")

@@ -8,8 +8,9 @@ from pathlib import Path
 
 import gi
 
+gi.require_version("Gdk", "3.0")
 gi.require_version("Gio", "2.0")
-from gi.repository import Gio, GLib  # noqa: E402
+from gi.repository import Gdk, Gio, GLib  # noqa: E402
 
 from desktop_driver import wait_for  # noqa: E402
 
@@ -17,6 +18,8 @@ WATCHER = "org.kde.StatusNotifierWatcher"
 ITEM = "org.kde.StatusNotifierItem"
 MENU = "com.canonical.dbusmenu"
 HEIGHT = 32
+ICON_CENTER = (HEIGHT // 2 + 4, HEIGHT // 2)
+ICON_SIZE = 16
 CONFIGURATION = """<?xml version="1.0" encoding="UTF-8"?>
 <channel name="xfce4-panel" version="1.0">
   <property name="configver" type="int" value="2"/>
@@ -92,10 +95,21 @@ class Panel:
         service, path = self.item()
         return self._property(service, path, ITEM, name)
 
+    def _draws_icon(self):
+        """Whether there is a picture where the icon of the one item belongs, and not only the panel's plain surface."""
+        left, top = (each - ICON_SIZE // 2 for each in ICON_CENTER)
+        picture = Gdk.pixbuf_get_from_window(Gdk.get_default_root_window(), left, top, ICON_SIZE, ICON_SIZE)
+        pixels, stride, depth = picture.get_pixels(), picture.get_rowstride(), picture.get_n_channels()
+        return len({pixels[row * stride + column * depth:][:depth]
+                    for row in range(ICON_SIZE) for column in range(ICON_SIZE)}) > 1
+
     def click(self):
-        """Clicks on the item with the pointer."""
+        """Clicks on the item's icon with the pointer, once it is on the screen: the panel draws it some time after the
+        item has registered, and a click before that hits nothing."""
         self.item()
-        subprocess.run(["xdotool", "mousemove", "--sync", str(HEIGHT // 2 + 4), str(HEIGHT // 2), "click", "1"], check=True)
+        wait_for(self._draws_icon, "the panel to draw the icon")
+        # Not with --sync, which waits 15 s if the pointer is there already; the display keeps the order anyway.
+        subprocess.run(["xdotool", "mousemove", *map(str, ICON_CENTER), "click", "1"], check=True)
 
     def _menu(self):
         service, _ = self.item()

@@ -186,6 +186,35 @@ TEST_F(Launch, UserLaunchBringsTheWindowForwardATenthOfASecondAfterItAppears)
     EXPECT_EQ(presence.ordersToFront, 1);
 }
 
+TEST_F(Launch, WindowThatIsClosedAsSoonAsItAppearsStaysClosed)
+{
+    LaunchContextManager context(arguments(), presence);
+    quillhavenApp app(context, presence, clock, {});
+    app.contentAppeared();
+    clock.advance(99ms);
+    app.mainWindowClosed();
+    presence.hide();
+    clock.advance(500ms);
+    EXPECT_EQ(presence.ordersToFront, 0);
+    EXPECT_TRUE(presence.isHidden);
+}
+
+TEST_F(Launch, WindowThatIsWantedJustAfterALoginLaunchIsNotHiddenAgain)
+{
+    LaunchContextManager context(arguments("--login-item"), presence);
+    AppDelegate delegate(presence, sequence(context));
+    quillhavenApp app(context, presence, clock, {});
+    delegate.applicationDidFinishLaunching();
+    app.contentAppeared();
+    clock.advance(50ms);
+    delegate.reopen();
+    app.contentAppeared();
+    clock.advance(50ms);
+    EXPECT_FALSE(presence.isHidden);
+    clock.advance(50ms);
+    EXPECT_FALSE(presence.isHidden);
+}
+
 TEST_F(Launch, ReopenAfterALoginLaunchMakesARegularApplicationWithTheWindowInFront)
 {
     LaunchContextManager context(arguments("-loginItem"), presence);

@@ -210,3 +210,16 @@ TEST_F(ClosingTheWindow, AProgramStartedAtLoginBeforeAnyStatusBarStaysHidden)
     clock.advance(60s);
     EXPECT_FALSE(presence.isMinimized);
 }
+
+TEST(ClosingTheWindowUnderAStatusBar, ThatWasShownFromTheStartBringsItBackWhenTheBarGoesAway)
+{
+    RecordingPresence presence;
+    FakeStatusBar statusBar;
+    ManualClock clock;
+    statusBar.setShown(true);
+    WindowClosing closing{statusBar, presence, clock};
+    closing.close();
+    statusBar.setShown(false);
+    clock.advance(WindowClosing::patience);
+    EXPECT_TRUE(presence.isMinimized);
+}

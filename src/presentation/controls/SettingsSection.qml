@@ -13,6 +13,8 @@ SectionModifier {
     property string icon
     property string description
     default property alias content: contentColumn.data
+    /// Shown at the end of the heading.
+    property alias accessory: accessorySlot.data
     property bool isCollapsible: false
     property bool showDivider: true
     property bool isExpanded: true
@@ -64,6 +66,8 @@ SectionModifier {
                     color: Colors.textPrimary
                     Accessible.ignored: true
                 }
+
+                RowLayout { id: accessorySlot }
 
                 SymbolImage {
                     visible: section.isCollapsible

@@ -16,28 +16,35 @@ LaunchAtLoginBadgeModel::LaunchAtLoginBadgeModel(LaunchAtLoginServiceManager &se
 
 ShownStatus LaunchAtLoginBadgeModel::status() const
 {
-    const SyncStatus sync = m_serviceManager.syncStatus();
     if (m_serviceManager.lastError()) {
-        return {QStringLiteral("Error"), iconName(SyncStatus::error), StatusTone::Error};
+        return shownBadge(SyncStatus::error, false);
     }
     if (m_serviceManager.isSyncing()) {
-        return {QStringLiteral("Updating"), iconName(SyncStatus::syncing), StatusTone::Info};
+        return shownBadge(SyncStatus::syncing, false);
     }
-    switch (sync) {
+    return shownBadge(m_serviceManager.syncStatus(), m_serviceManager.isEnabled());
+}
+
+ShownStatus shownBadge(SyncStatus status, bool isEnabled)
+{
+    ShownStatus badge = shownStatus(status, isEnabled);
+    switch (status) {
     case SyncStatus::synchronized:
-        return m_serviceManager.isEnabled()
-                   ? ShownStatus{QStringLiteral("Enabled"), iconName(sync), StatusTone::Enabled}
-                   : ShownStatus{QStringLiteral("Disabled"), QStringLiteral("circle"), StatusTone::Disabled};
+        break;
     case SyncStatus::outOfSync:
-        return {QStringLiteral("Syncing"), iconName(sync), StatusTone::Warning};
+        badge.text = QStringLiteral("Syncing");
+        break;
     case SyncStatus::syncing:
-        return {QStringLiteral("Updating"), iconName(sync), StatusTone::Info};
+        badge.text = QStringLiteral("Updating");
+        break;
     case SyncStatus::error:
-        return {QStringLiteral("Error"), iconName(sync), StatusTone::Error};
+        badge.text = QStringLiteral("Error");
+        break;
     case SyncStatus::unknown:
+        badge.text = QStringLiteral("Unknown");
         break;
     }
-    return {QStringLiteral("Unknown"), iconName(sync), StatusTone::Secondary};
+    return badge;
 }
 
 } // namespace quillhaven

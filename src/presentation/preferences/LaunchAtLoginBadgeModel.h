@@ -7,6 +7,9 @@
 
 namespace quillhaven {
 
+/// The badge while there is no error and nothing runs.
+[[nodiscard]] ShownStatus shownBadge(SyncStatus status, bool isEnabled);
+
 /// The state of the start at login in one word.
 class LaunchAtLoginBadgeModel : public QObject
 {

@@ -8,6 +8,42 @@
 
 namespace quillhaven {
 
+StatusTone::Case toneOf(SyncStatus status)
+{
+    switch (status) {
+    case SyncStatus::synchronized:
+        return StatusTone::Enabled;
+    case SyncStatus::outOfSync:
+        return StatusTone::Warning;
+    case SyncStatus::syncing:
+        return StatusTone::Info;
+    case SyncStatus::error:
+        return StatusTone::Error;
+    case SyncStatus::unknown:
+        break;
+    }
+    return StatusTone::Secondary;
+}
+
+ShownStatus shownStatus(SyncStatus status, bool isEnabled)
+{
+    const auto shown = [status](const QString &text) { return ShownStatus{text, iconName(status), toneOf(status)}; };
+    switch (status) {
+    case SyncStatus::synchronized:
+        return isEnabled ? shown(QStringLiteral("Enabled"))
+                         : ShownStatus{QStringLiteral("Disabled"), QStringLiteral("circle"), StatusTone::Disabled};
+    case SyncStatus::outOfSync:
+        return shown(QStringLiteral("Out of sync"));
+    case SyncStatus::syncing:
+        return shown(QStringLiteral("Synchronizing..."));
+    case SyncStatus::error:
+        return shown(QStringLiteral("Sync error"));
+    case SyncStatus::unknown:
+        break;
+    }
+    return shown(QStringLiteral("Status unknown"));
+}
+
 LaunchAtLoginStatusModel::LaunchAtLoginStatusModel(LaunchAtLoginManager &manager,
                                                    LaunchAtLoginSettingsObserver &observer,
                                                    EnhancedLaunchAtLoginErrorHandler &errorHandler, Clock &clock,
@@ -38,41 +74,12 @@ ShownStatus LaunchAtLoginStatusModel::status() const
     if (m_observer.isSyncing()) {
         return {QStringLiteral("Synchronizing..."), {}, StatusTone::Info};
     }
-    return statusOfSynchronization();
-}
-
-ShownStatus LaunchAtLoginStatusModel::statusOfSynchronization() const
-{
-    const QString icon = iconName(m_observer.syncStatus());
-    switch (m_observer.syncStatus()) {
-    case SyncStatus::synchronized:
-        return m_manager.isEnabled()
-                   ? ShownStatus{QStringLiteral("Enabled"), icon, StatusTone::Enabled}
-                   : ShownStatus{QStringLiteral("Disabled"), QStringLiteral("circle"), StatusTone::Disabled};
-    case SyncStatus::outOfSync:
-        return {QStringLiteral("Out of sync"), icon, StatusTone::Warning};
-    case SyncStatus::syncing:
-        return {QStringLiteral("Synchronizing..."), icon, StatusTone::Info};
-    case SyncStatus::error:
-        return {QStringLiteral("Sync error"), icon, StatusTone::Error};
-    case SyncStatus::unknown:
-        break;
-    }
-    return {QStringLiteral("Status unknown"), icon, StatusTone::Secondary};
+    return shownStatus(m_observer.syncStatus(), m_manager.isEnabled());
 }
 
 QString LaunchAtLoginStatusModel::lastUpdatedText() const
 {
     return QStringLiteral("Last updated: ") + relativeDate(m_manager.currentState().lastUpdated, m_clock.now());
-}
-
-int LaunchAtLoginStatusModel::syncTone() const
-{
-    const QString color = statusColor(m_observer.syncStatus());
-    static const QStringList colors{QStringLiteral("green"),  QString(),
-                                    QStringLiteral("orange"), QStringLiteral("red"),
-                                    QStringLiteral("blue"),   QStringLiteral("gray")};
-    return static_cast<int>(colors.indexOf(color));
 }
 
 QString LaunchAtLoginStatusModel::errorText() const

@@ -28,6 +28,11 @@ struct ShownStatus
     bool operator==(const ShownStatus &) const = default;
 };
 
+/// The tone of a synchronization's status.
+[[nodiscard]] StatusTone::Case toneOf(SyncStatus status);
+/// The status while there is no error and nothing runs.
+[[nodiscard]] ShownStatus shownStatus(SyncStatus status, bool isEnabled);
+
 /// The state of the start at login in words, with its error, the actions for it, and the note of a success.
 class LaunchAtLoginStatusModel : public QObject
 {
@@ -62,7 +67,7 @@ public:
     [[nodiscard]] QString lastUpdatedText() const;
     [[nodiscard]] QString syncText() const { return description(m_observer.syncStatus()); }
     [[nodiscard]] QString syncIcon() const { return iconName(m_observer.syncStatus()); }
-    [[nodiscard]] int syncTone() const;
+    [[nodiscard]] int syncTone() const { return toneOf(m_observer.syncStatus()); }
     /// Empty without an error.
     [[nodiscard]] QString errorText() const;
     [[nodiscard]] QString suggestionText() const;
@@ -71,6 +76,7 @@ public:
     /// The labels of the buttons; `noAction` has none.
     [[nodiscard]] QStringList actionTexts() const;
     [[nodiscard]] QStringList actionIcons() const;
+    /// False while a recovery runs.
     [[nodiscard]] bool canAct() const { return !m_errorHandler.isExecutingRecovery(); }
 
     /// The button with this index was pressed.
@@ -83,7 +89,6 @@ Q_SIGNALS:
     void changed();
 
 private:
-    [[nodiscard]] ShownStatus statusOfSynchronization() const;
     [[nodiscard]] QList<RecoveryAction> actions() const;
 
     LaunchAtLoginManager &m_manager;

@@ -137,6 +137,7 @@ ColumnLayout {
 
                 text: modelData
                 symbol: view.status.actionIcons[index] ?? ""
+                enabled: view.status.canAct
                 onClicked: view.status.act(index)
             }
         }

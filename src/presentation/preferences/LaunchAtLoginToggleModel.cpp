@@ -17,7 +17,8 @@ LaunchAtLoginToggleModel::LaunchAtLoginToggleModel(LaunchAtLoginServiceManager &
       m_serviceManager(serviceManager),
       m_defaults(platform.defaults.standard()),
       m_errorHandler(confirmation, platform.opener, platform.clock, std::move(restart)),
-      m_status(serviceManager.manager(), serviceManager.observer(), m_errorHandler, platform.clock)
+      m_status(serviceManager.manager(), serviceManager.observer(), m_errorHandler, platform.clock),
+      m_badge(serviceManager)
 {
     connect(&serviceManager, &LaunchAtLoginServiceManager::isEnabledChanged, this, &LaunchAtLoginToggleModel::changed);
     connect(&serviceManager, &LaunchAtLoginServiceManager::isSyncingChanged, this, &LaunchAtLoginToggleModel::changed);

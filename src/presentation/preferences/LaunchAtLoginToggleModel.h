@@ -3,11 +3,12 @@
 #pragma once
 
 #include "launch_at_login/LaunchAtLoginServiceManager.h"
+#include "presentation/preferences/LaunchAtLoginBadgeModel.h"
 #include "presentation/preferences/LaunchAtLoginStatusModel.h"
 
 namespace quillhaven {
 
-/// The switch of the start at login, with its status, and the switch of the hidden start.
+/// The switch of the start at login, with its status in full and in a word, and the switch of the hidden start.
 class LaunchAtLoginToggleModel : public QObject
 {
     Q_OBJECT
@@ -18,6 +19,7 @@ class LaunchAtLoginToggleModel : public QObject
     Q_PROPERTY(QString stateText READ stateText NOTIFY changed)
     Q_PROPERTY(bool startsHidden READ startsHidden NOTIFY changed)
     Q_PROPERTY(quillhaven::LaunchAtLoginStatusModel *status READ status CONSTANT)
+    Q_PROPERTY(quillhaven::LaunchAtLoginBadgeModel *badge READ badge CONSTANT)
 
 public:
     /// `restart` starts the program again and ends this process. The references must outlive this object, which must
@@ -30,6 +32,7 @@ public:
     [[nodiscard]] QString stateText() const;
     [[nodiscard]] bool startsHidden() const { return settings::startHiddenAtLogin.read(m_defaults); }
     [[nodiscard]] LaunchAtLoginStatusModel *status() { return &m_status; }
+    [[nodiscard]] LaunchAtLoginBadgeModel *badge() { return &m_badge; }
     [[nodiscard]] EnhancedLaunchAtLoginErrorHandler &errorHandler() { return m_errorHandler; }
 
     /// Changes the registration in a job. A failure arrives by the service manager's `lastError`.
@@ -47,6 +50,7 @@ private:
     UserDefaults &m_defaults;
     EnhancedLaunchAtLoginErrorHandler m_errorHandler;
     LaunchAtLoginStatusModel m_status;
+    LaunchAtLoginBadgeModel m_badge;
 };
 
 } // namespace quillhaven

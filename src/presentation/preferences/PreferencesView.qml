@@ -26,6 +26,7 @@ Sheet {
         Layout.fillWidth: true
         title: "General"
         icon: "gear"
+        accessory: LaunchAtLoginCompactBadge { serviceManager: sheet.preferences.launchAtLogin.badge }
 
         LaunchAtLoginToggle {
             Layout.fillWidth: true

@@ -4,9 +4,14 @@
 #include "presentation/dialogs/ConfirmationDialogManager.h"
 #include "presentation/preferences/LaunchAtLoginBadgeModel.h"
 #include "presentation/preferences/LaunchAtLoginToggleModel.h"
+#include "presentation/tokens/Design.h"
 #include "support/PrintText.h"
 #include "support/RunTask.h"
 #include "support/TestPlatform.h"
+
+#include <QQmlComponent>
+#include <QQmlEngine>
+#include <QQuickItem>
 
 #include <gtest/gtest.h>
 
@@ -40,6 +45,40 @@ protected:
     LaunchAtLoginServiceManager manager{services.platform(), std::make_unique<FakeLaunchAtLoginService>(registration)};
     LaunchAtLoginToggleModel toggle{manager, confirmation, services.platform(), [] {}};
     LaunchAtLoginBadgeModel badge{manager};
+};
+
+/// A view of the module, created with one property.
+class View
+{
+public:
+    View(const QByteArray &type, const QString &property, const QVariant &value)
+    {
+        installDesign(m_engine);
+        QQmlComponent component(&m_engine);
+        component.setData("import Quillhaven.Preferences\n" + type + " {}", QUrl());
+        m_root.reset(qobject_cast<QQuickItem *>(component.createWithInitialProperties({{property, value}})));
+        EXPECT_TRUE(m_root) << qUtf8Printable(component.errorString());
+    }
+
+    /// The item that shows this text, or null.
+    [[nodiscard]] QQuickItem *showing(const QString &text) const { return showing(m_root.get(), text); }
+
+private:
+    static QQuickItem *showing(QQuickItem *item, const QString &text)
+    {
+        if (!item || item->property("text").toString() == text) {
+            return item;
+        }
+        for (QQuickItem *child : item->childItems()) {
+            if (QQuickItem *found = showing(child, text)) {
+                return found;
+            }
+        }
+        return nullptr;
+    }
+
+    QQmlEngine m_engine;
+    std::unique_ptr<QQuickItem> m_root;
 };
 
 } // namespace
@@ -178,4 +217,132 @@ TEST_F(LaunchAtLoginModels, HiddenStartIsASettingThatRegistersAgain)
     spinOnce();
     EXPECT_TRUE(toggle.startsHidden());
     EXPECT_TRUE(registration->calls.contains(QStringLiteral("register")));
+}
+
+TEST_F(LaunchAtLoginModels, EveryStatusOfTheSynchronizationHasItsTextIconToneAndWord)
+{
+    struct Row
+    {
+        SyncStatus status;
+        bool isEnabled;
+        const char *text;
+        const char *icon;
+        StatusTone::Case tone;
+        const char *word;
+    };
+    const Row rows[] = {
+        {SyncStatus::synchronized, true, "Enabled", "checkmark.circle.fill", StatusTone::Enabled, "Enabled"},
+        {SyncStatus::synchronized, false, "Disabled", "circle", StatusTone::Disabled, "Disabled"},
+        {SyncStatus::outOfSync, true, "Out of sync", "exclamationmark.triangle.fill", StatusTone::Warning, "Syncing"},
+        {SyncStatus::outOfSync, false, "Out of sync", "exclamationmark.triangle.fill", StatusTone::Warning, "Syncing"},
+        {SyncStatus::syncing, true, "Synchronizing...", "arrow.triangle.2.circlepath", StatusTone::Info, "Updating"},
+        {SyncStatus::syncing, false, "Synchronizing...", "arrow.triangle.2.circlepath", StatusTone::Info, "Updating"},
+        {SyncStatus::error, true, "Sync error", "xmark.circle.fill", StatusTone::Error, "Error"},
+        {SyncStatus::error, false, "Sync error", "xmark.circle.fill", StatusTone::Error, "Error"},
+        {SyncStatus::unknown, true, "Status unknown", "questionmark.circle.fill", StatusTone::Secondary, "Unknown"},
+        {SyncStatus::unknown, false, "Status unknown", "questionmark.circle.fill", StatusTone::Secondary, "Unknown"},
+    };
+    for (const Row &row : rows) {
+        SCOPED_TRACE(testing::Message() << row.text << (row.isEnabled ? ", enabled" : ", not enabled"));
+        const QString icon = QLatin1String(row.icon);
+        EXPECT_EQ(shownStatus(row.status, row.isEnabled), (ShownStatus{QLatin1String(row.text), icon, row.tone}));
+        EXPECT_EQ(shownBadge(row.status, row.isEnabled), (ShownStatus{QLatin1String(row.word), icon, row.tone}));
+    }
+}
+
+TEST_F(LaunchAtLoginModels, WhatRunsIsShownBeforeTheStatusAndAnErrorBeforeBoth)
+{
+    const auto words = [this] { return QStringList{status().statusText(), badge.word()}; };
+    const RunningTask<void> looking(manager.observer().forceSynchronization());
+    EXPECT_EQ(words(), (QStringList{QStringLiteral("Synchronizing..."), QStringLiteral("Updating")}));
+    EXPECT_EQ(status().status(), (ShownStatus{QStringLiteral("Synchronizing..."), QString(), StatusTone::Info}));
+    EXPECT_TRUE(status().isBusy());
+    spinOnce();
+
+    setEnabled(true);
+    EXPECT_EQ(words(), (QStringList{QStringLiteral("Enabled"), QStringLiteral("Enabled")}));
+
+    registration->failUnregister = [] { throw LaunchAtLoginError::permissionDenied(); };
+    registration->gate.emplace();
+    setEnabled(false);
+    EXPECT_EQ(words(), (QStringList{QStringLiteral("Updating..."), QStringLiteral("Updating")}));
+
+    registration->gate->give(true);
+    spinOnce();
+    EXPECT_EQ(words(), (QStringList{QStringLiteral("Error occurred"), QStringLiteral("Error")}));
+    const LaunchAtLoginError error = *manager.lastError();
+    registration->gate.emplace();
+    setEnabled(false);
+    toggle.errorHandler().handleError(error);
+    EXPECT_TRUE(status().isBusy());
+    EXPECT_EQ(status().statusText(), QStringLiteral("Error occurred"));
+    registration->gate->give(true);
+    spinOnce();
+}
+
+TEST_F(LaunchAtLoginModels, ChangeInTheSystemIsOutOfSyncUntilTheSettingHasFollowed)
+{
+    QStringList shown;
+    QObject::connect(&manager.observer(), &LaunchAtLoginSettingsObserver::syncStatusChanged, &status(),
+                     [this, &shown] { shown.append(status().statusText()); });
+    registration->isRegistered = true;
+    const RunningTask<void> looking(manager.refreshStatus());
+    spinOnce();
+    EXPECT_EQ(shown, (QStringList{QStringLiteral("Out of sync"), QStringLiteral("Enabled")}));
+    EXPECT_TRUE(setting());
+}
+
+TEST_F(LaunchAtLoginModels, ButtonsCannotBePressedWhileARecoveryRuns)
+{
+    failRegister(LaunchAtLoginError::registrationFailed(QStringLiteral("why")));
+    setEnabled(true);
+    int changes = 0;
+    QObject::connect(&status(), &LaunchAtLoginStatusModel::changed, &status(), [&changes] { ++changes; });
+    EXPECT_TRUE(status().canAct());
+    status().act(0);
+    EXPECT_FALSE(status().canAct());
+    EXPECT_EQ(changes, 1);
+    spinOnce();
+    status().act(1);
+    spinOnce();
+    EXPECT_FALSE(confirmation.isPresented());
+    services.clock.advance(2s);
+    spinOnce();
+    EXPECT_TRUE(status().canAct());
+}
+
+TEST_F(LaunchAtLoginModels, ButtonsOfTheActionsAreDisabledWhileOneRuns)
+{
+    failRegister(LaunchAtLoginError::permissionDenied());
+    setEnabled(true);
+    const View view("LaunchAtLoginStatusView", QStringLiteral("status"), QVariant::fromValue(&status()));
+    for (const QString &text : status().actionTexts()) {
+        const QQuickItem *button = view.showing(text);
+        ASSERT_TRUE(button) << qPrintable(text);
+        EXPECT_TRUE(button->isEnabled());
+        status().act(0);
+        EXPECT_FALSE(button->isEnabled());
+        spinOnce();
+        EXPECT_TRUE(button->isEnabled());
+    }
+}
+
+TEST_F(LaunchAtLoginModels, BadgeShowsItsWord)
+{
+    const View view("LaunchAtLoginCompactBadge", QStringLiteral("serviceManager"), QVariant::fromValue(toggle.badge()));
+    EXPECT_TRUE(view.showing(QStringLiteral("Disabled")));
+    failRegister(LaunchAtLoginError::permissionDenied());
+    setEnabled(true);
+    EXPECT_TRUE(view.showing(QStringLiteral("Error")));
+    EXPECT_FALSE(view.showing(QStringLiteral("Disabled")));
+}
+
+TEST_F(LaunchAtLoginModels, BadgeOfTheSectionFollowsTheSwitch)
+{
+    int changes = 0;
+    QObject::connect(toggle.badge(), &LaunchAtLoginBadgeModel::changed, toggle.badge(), [&changes] { ++changes; });
+    EXPECT_EQ(toggle.badge()->word(), QStringLiteral("Disabled"));
+    setEnabled(true);
+    EXPECT_GT(changes, 0);
+    EXPECT_EQ(toggle.badge()->word(), QStringLiteral("Enabled"));
 }
