@@ -44,7 +44,7 @@ QByteArray programPath()
     return tool.left(tool.lastIndexOf('/')) + "/../../MacOS/quillhaven";
 }
 
-/// Tells the user why nothing happens, where there is a program for such messages.
+/// Shows the user why nothing happens, where there is a program for such messages.
 void notify(const QByteArray &message)
 {
     (void)startDetached(QByteArrayLiteral("notify-send"),
