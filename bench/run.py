@@ -2,7 +2,7 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
 """Runs the benchmarks side by side in one run and prints ratios.
 
-bench/run.py [--gib 1] [--rounds 5] [protect] [move] [catalogue] [backup] [recover] [shred] [bulk] [idle] [start]
+bench/run.py [--gib 1] [--rounds 5] [protect] [move] [catalogue] [backup] [recover] [shred] [bulk] [idle] [start] [menu]
 
 The tools run in turns on the same bytes and the same file system, so that other load on the machine affects all of them
 alike. The printed figures are medians; a ratio is the median of the per-round ratios.
@@ -19,6 +19,8 @@ import time
 ROOT = os.path.dirname(os.path.dirname(os.path.abspath(__file__)))
 BENCH = os.path.join(ROOT, 'build', 'bench', 'bench', 'engine_bench')
 PROGRAM = os.path.join(ROOT, 'build', 'bench', 'src', 'quillhaven')
+MENU_TOOL = os.path.join(ROOT, 'build', 'bench', 'src', 'extension', 'bundle', 'Contents', 'PlugIns',
+                         'FinderSyncExtension.appex', 'quillhaven-menu')
 PASSWORD = 'Abcdefg1'
 
 
@@ -302,12 +304,32 @@ def bench_idle(work, rounds):
     print('  longest turn of the main thread %9.1f ms' % (statistics.median(turns) * 1000))
 
 
+def bench_menu(work, rounds):
+    """What a file manager's menu waits for when it asks which entries an item has, with 100 items in the list."""
+    home = tempfile.mkdtemp(dir=work)
+    engine(home, 'catalogue', 100)
+    environment = {'HOME': home, 'PATH': os.environ['PATH']}
+    command = [MENU_TOOL, 'offers', '/home/somebody/Documents/project/a document of some length 50.pdf']
+    offers = subprocess.run(command, env=environment, check=True, capture_output=True, text=True).stdout.split()
+    if 'protect' in offers:
+        sys.exit('the menu tool does not know the items: %s' % offers)
+    commands = {'python3 -c pass': [sys.executable, '-c', 'pass'], 'bash -c true': ['bash', '-c', 'true'],
+                'quillhaven-menu offers': command}
+    results = [{name: timed(each, env=environment)[0] for name, each in commands.items()} for _ in range(20 * rounds)]
+    print('\nThe entries of a menu, with 100 items')
+    for name in commands:
+        print('  %-34s %9.2f ms   %6.2f x bash -c true' % (
+            name, statistics.median(row[name] for row in results) * 1000,
+            statistics.median(row[name] / row['bash -c true'] for row in results)))
+    shutil.rmtree(home)
+
+
 def main():
     if sys.argv[1:2] == ['--plain-shred']:
         plain_shred(sys.argv[2])
         return
     ask = argparse.ArgumentParser(description=__doc__, formatter_class=argparse.RawDescriptionHelpFormatter)
-    ask.add_argument('what', nargs='*', default=['protect', 'move', 'catalogue', 'backup', 'recover', 'shred', 'bulk', 'idle', 'start'])
+    ask.add_argument('what', nargs='*', default=['protect', 'move', 'catalogue', 'backup', 'recover', 'shred', 'bulk', 'idle', 'start', 'menu'])
     ask.add_argument('--gib', type=float, default=1)
     ask.add_argument('--rounds', type=int, default=5)
     args = ask.parse_args()
@@ -331,6 +353,8 @@ def main():
             bench_idle(work, args.rounds)
         if 'start' in args.what:
             bench_start(work, args.rounds)
+        if 'menu' in args.what:
+            bench_menu(work, args.rounds)
     finally:
         shutil.rmtree(work, ignore_errors=True)  # a gpg agent that is ending removes its sockets meanwhile
 

@@ -53,7 +53,7 @@ public:
 
     /// Stores the switch, and starts or stops the timer.
     Q_INVOKABLE void setAutoLockEnabled(bool enabled);
-    /// Stores another period, in minutes, and starts it anew. A value below 1 is ignored.
+    /// Stores another period, in minutes, which begins now. A value below 1 is ignored.
     Q_INVOKABLE void updateAutoLockInterval(qlonglong minutes);
     /// The period in force, in minutes.
     [[nodiscard]] qlonglong getEffectiveAutoLockMinutes() const { return m_autoLockMinutes; }

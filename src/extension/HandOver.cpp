@@ -2,9 +2,9 @@
 
 #include "extension/HandOver.h"
 
-#include "extension/DetachedProcess.h"
 #include "platform/linux/settings/SqliteUserDefaults.h"
 #include "settings/Settings.h"
+#include "support/DetachedProcess.h"
 #include "support/Utf8.h"
 
 #include <chrono>

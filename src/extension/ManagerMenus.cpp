@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
 #include "extension/ManagerMenus.h"
+
 #include "extension/ExecWords.h"
 #include "extension/MenuAction.h"
 #include "extension/MenuFiles.h"

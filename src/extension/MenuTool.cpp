@@ -9,11 +9,11 @@
 // A PATH is a path or a file URI. With a single "-", they are read from standard input, separated by NUL characters.
 // QUILLHAVEN_PROGRAM names the program to start instead of the one of the same installation.
 
-#include "extension/DetachedProcess.h"
 #include "extension/HandOver.h"
 #include "extension/ItemSummary.h"
 #include "extension/PathArguments.h"
 #include "platform/linux/files/UserEnvironment.h"
+#include "support/DetachedProcess.h"
 #include "support/printLogger.h"
 
 #include <QCoreApplication>
@@ -44,7 +44,7 @@ QByteArray programPath()
     return tool.left(tool.lastIndexOf('/')) + "/../../MacOS/quillhaven";
 }
 
-/// Tells the user why nothing happens, where there is a program for such messages.
+/// Shows the user why nothing happens, where there is a program for such messages.
 void notify(const QByteArray &message)
 {
     (void)startDetached(QByteArrayLiteral("notify-send"),

@@ -4,6 +4,7 @@
 
 #include "extension/OwnFile.h"
 
+#include <QDir>
 #include <QFile>
 #include <QFileInfo>
 #include <QJsonDocument>
@@ -18,6 +19,13 @@ namespace {
 const QString version = QStringLiteral("1.0");
 const QString pathKey = QStringLiteral("path");
 const QString isUsedKey = QStringLiteral("isUsed");
+
+/// The path without links, as far as the folder exists.
+QString pathOfFolder(const QString &folder)
+{
+    const QString path = QFileInfo(folder).canonicalFilePath();
+    return path.isEmpty() ? QDir::cleanPath(QFileInfo(folder).absoluteFilePath()) : path;
+}
 
 } // namespace
 
@@ -97,8 +105,12 @@ QStringList PlugInRegistry::add(const QString &extension)
     return failures;
 }
 
-QStringList PlugInRegistry::remove()
+QStringList PlugInRegistry::remove(const QString &extension)
 {
+    const auto known = registration();
+    if (known && known->extension != pathOfFolder(extension)) {
+        return {QStringLiteral("The extension at %1 is not registered.").arg(extension)};
+    }
     QStringList failures = removeMenus();
     if (failures.isEmpty() && fileAt(m_file).kind == FileAtPlace::Kind::File) {
         if (const auto failure = removeFile(m_file)) {

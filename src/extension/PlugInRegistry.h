@@ -7,7 +7,7 @@
 namespace quillhaven {
 
 /// Which extension is registered for this user, and whether it is in use: a small file in the settings folder, and the
-/// menus that it stands for. Each change returns what prevents it, as sentences, and else nothing.
+/// menus of the extension. Each change returns what prevents it, as sentences, and else nothing.
 class PlugInRegistry
 {
 public:
@@ -17,13 +17,14 @@ public:
     /// One line for the registered extension, empty when there is none: "+" or "-" for whether it is in use with all
     /// menus in place, four blanks, its identifier and version and, after a tab, the file managers that have the menus.
     [[nodiscard]] QString listing() const;
-    /// The running file managers that have the menus only after all of their windows were closed. None is ended here: a
+    /// The running file managers that have the menus only when they start the next time. None is ended here: a
     /// window of the user's, or a copy that is under way, would end with it.
     [[nodiscard]] QStringList managersToBeRestarted() const;
     /// Registers the extension in this folder, and installs its menus unless they are not to be used.
     [[nodiscard]] QStringList add(const QString &extension);
-    /// Removes the registration and the menus, as far as there are any.
-    [[nodiscard]] QStringList remove();
+    /// Removes the registration and the menus, as far as there are any, unless it is an extension in another folder
+    /// that is registered.
+    [[nodiscard]] QStringList remove(const QString &extension);
     /// Installs the menus of the registered extension, or removes them but keeps the registration.
     [[nodiscard]] QStringList elect(bool isUsed);
 

@@ -5,7 +5,7 @@
 //
 //   quillhaven-pluginkit -m [-p POINT]         lists the registered extension: "+" before it when it is in use
 //   quillhaven-pluginkit -a PATH               registers the extension in this folder
-//   quillhaven-pluginkit -r PATH               removes the registration
+//   quillhaven-pluginkit -r PATH               removes the registration of the extension in this folder
 //   quillhaven-pluginkit -e use|ignore -i ID   uses the menus of the registered extension, or does not
 //
 //   quillhaven-pluginkit reload                lists the running file managers that have the menus only when they start
@@ -70,7 +70,7 @@ int runRegistryTool(const QStringList &arguments)
         return report(registry.add(arguments[1]));
     }
     if (arguments.size() == 2 && verb == QStringLiteral("-r")) {
-        return report(registry.remove());
+        return report(registry.remove(arguments[1]));
     }
     if (arguments.size() == 4 && verb == QStringLiteral("-e") && arguments[2] == QStringLiteral("-i") &&
         (arguments[1] == QStringLiteral("use") || arguments[1] == QStringLiteral("ignore"))) {

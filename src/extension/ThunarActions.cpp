@@ -55,7 +55,7 @@ std::optional<QString> ThunarActions::install() const
     const FileAtPlace found = fileAt(m_path);
     const QByteArray document = found.kind == FileAtPlace::Kind::Missing ? systemActions() : found.contents;
     if (found.kind == FileAtPlace::Kind::Other || !customActions(document)) {
-        return QStringLiteral("%1 is damaged, or no file, and is left as it is.").arg(m_path);
+        return QStringLiteral("%1 is damaged or not a regular file, so it was left as it is.").arg(m_path);
     }
     return writeInOneStep(m_path, withCustomActions(document, idPrefix, wantedActions(m_tool)), false);
 }

@@ -25,7 +25,7 @@ class UserInput;
 class WatchedSources;
 struct NotificationCenters;
 
-/// The services of the desktop, by reference: whoever builds one keeps them alive for as long as the program runs.
+/// The services of the desktop, by reference: the owner keeps them alive for as long as the program runs.
 struct Platform
 {
     FileManager &fileManager;

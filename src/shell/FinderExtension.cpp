@@ -6,6 +6,7 @@
 #include "async/Jobs.h"
 #include "platform/Clock.h"
 #include "platform/FileManager.h"
+#include "platform/NotificationCenter.h"
 #include "platform/UrlOpener.h"
 #include "platform/UserDefaults.h"
 #include "platform/WatchedSources.h"
@@ -51,6 +52,17 @@ QString managersIn(const QString &listing)
 {
     const qsizetype begin = listing.indexOf(QLatin1Char('\t'));
     return begin < 0 ? QString() : listing.mid(begin).trimmed();
+}
+
+/// Shows the desktop's settings of extensions. Where it has none, the program's own preferences say which file managers
+/// have the menus.
+void showSettings(const Platform &platform)
+{
+    const QUrl address(QStringLiteral("x-apple.systempreferences:com.apple.preference.extensions"));
+    if (!platform.opener.open(address)) {
+        printLogger(QStringLiteral("⚠️ No settings program was found for ") + address.toString());
+        platform.notifications.standard.post(notifications::showPreferences);
+    }
 }
 
 } // namespace
@@ -112,6 +124,7 @@ QCoro::Task<> FinderExtension::activateExtensionAsync(QString path)
         co_await verifyExtensionStatusAsync();
     } catch (const std::exception &error) {
         printLogger(QStringLiteral("❌ Failed to activate Finder extension: ") + localizedDescription(error));
+        describe({});
     }
 }
 
@@ -176,9 +189,7 @@ void FinderExtension::showExtensionActivationNotification()
                                      "System Preferences > Extensions > Finder Extensions."),
            .confirmTitle = QStringLiteral("Open System Preferences"),
            .cancelTitle = QStringLiteral("Later")},
-          [&opener = m_platform.opener] {
-              opener.open(QUrl(QStringLiteral("x-apple.systempreferences:com.apple.preference.extensions")));
-          });
+          [platform = m_platform] { showSettings(platform); });
 }
 
 /// Says in the preferences what the tool lists.
@@ -198,7 +209,7 @@ void FinderExtension::describe(const QString &output) const
     m_platform.watched.setState(WatchedSources::Source::FileManagerMenus, {isEnabled && !managers.isEmpty(), sentence});
 }
 
-/// Adds which file managers still have to be closed to have the entries.
+/// Adds which file managers still have to be closed to have the entries. Some run on without a window.
 void FinderExtension::addToDescription(const QString &managers) const
 {
     auto state = m_platform.watched.state(WatchedSources::Source::FileManagerMenus);
@@ -206,7 +217,8 @@ void FinderExtension::addToDescription(const QString &managers) const
         return;
     }
     state->sentence +=
-        QStringLiteral(" Where a file manager is open, close all of its windows first: %1.").arg(managers);
+        QStringLiteral(" These still run without them: %1. Close them completely, or log out and in again.")
+            .arg(managers);
     m_platform.watched.setState(WatchedSources::Source::FileManagerMenus, *state);
 }
 

@@ -55,7 +55,7 @@ public:
     [[nodiscard]] QCoro::Task<> verifyExtensionStatusAsync();
     /// Makes the running file managers load the extension.
     [[nodiscard]] QCoro::Task<> restartFinder();
-    /// Tells the user where to enable the extension, once in the life of the settings.
+    /// Shows the user where to enable the extension, once in the life of the settings.
     void showExtensionActivationNotification();
 
     static inline const QString extensionInBundle = QStringLiteral("/Contents/PlugIns/FinderSyncExtension.appex");

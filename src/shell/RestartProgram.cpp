@@ -2,10 +2,11 @@
 
 #include "shell/RestartProgram.h"
 
+#include "support/DetachedProcess.h"
 #include "support/printLogger.h"
 
+#include <QFile>
 #include <QFileInfo>
-#include <QProcess>
 
 namespace quillhaven {
 
@@ -16,7 +17,7 @@ bool restartProgram(const QString &executable, const std::function<void()> &anno
         return false;
     }
     announceEnd();
-    if (!QProcess::startDetached(executable, {})) {
+    if (!startDetached(QFile::encodeName(executable), {})) {
         printLogger(QStringLiteral("⚠️ The program could not be started again: ") + executable);
     }
     return true;

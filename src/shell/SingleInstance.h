@@ -39,7 +39,7 @@ public:
     /// Those of the process's arguments that are addresses to open.
     [[nodiscard]] static QStringList urlsIn(const QStringList &arguments);
 
-    /// Accepts no more hand-overs: whoever starts the program from now on waits for the end of this process. To be
+    /// Accepts no more hand-overs: a program that is started from now on waits for the end of this process. To be
     /// called as soon as the end is certain.
     void announceEnd();
 

@@ -102,7 +102,7 @@ class AutoLock(WindowTest):
     def test_the_preferences_say_what_is_watched_and_lock_everything(self):
         self.program.press(BUTTON, "Preferences")
         for name, words in (("Keyboard and pointer", "XInput"), ("Sleep", "logind"), ("Screen lock", "logind"),
-                            ("Screen saver", "org.gnome.ScreenSaver")):
+                            ("Screen saver", "GNOME")):
             self.assertIn(words, self.below("panel", name).description)
         self.below(BUTTON, "Lock Everything Now").press()
         flows.row(self.program, "letter.txt", "locked")

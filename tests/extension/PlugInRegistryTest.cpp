@@ -82,7 +82,7 @@ TEST_F(PlugInRegistryTest, NothingIsListedBeforeTheRegistration)
 {
     EXPECT_EQ(registry.listing(), QString());
     EXPECT_THAT(registry.elect(true), testing::SizeIs(1));
-    EXPECT_THAT(registry.remove(), IsEmpty());
+    EXPECT_THAT(registry.remove(extension), IsEmpty());
     EXPECT_THAT(menuFiles(), IsEmpty());
 }
 
@@ -127,7 +127,7 @@ TEST_F(PlugInRegistryTest, TheRemovalTakesExactlyWhatIsOurs)
     const auto before = menuFiles();
     EXPECT_THAT(registry.add(extension), IsEmpty());
     home.write(QStringLiteral("data/nautilus-python/extensions/__pycache__/quillhaven_menu.cpython-311.pyc"));
-    EXPECT_THAT(registry.remove(), IsEmpty());
+    EXPECT_THAT(registry.remove(extension), IsEmpty());
     EXPECT_EQ(registry.listing(), QString());
     EXPECT_EQ(menuFiles().keys(), before.keys());
     EXPECT_TRUE(TemporaryHome::read(home.path(userActions)).contains(ownAction));
@@ -188,7 +188,7 @@ TEST_F(PlugInRegistryTest, AFileThatIsNotOursIsNeitherReplacedNorRemoved)
         ElementsAre(home.path(nautilusFile) + QStringLiteral(" does not belong to Quillhaven and is left as it is.")));
     EXPECT_TRUE(registry.listing().startsWith(disabled));
     EXPECT_TRUE(menuFiles().contains(dolphinFile));
-    EXPECT_THAT(registry.remove(), IsEmpty());
+    EXPECT_THAT(registry.remove(extension), IsEmpty());
     EXPECT_EQ(TemporaryHome::read(home.path(nautilusFile)), "import mine\n");
     EXPECT_EQ(menuFiles().keys(), QStringList{nautilusFile});
 }
@@ -199,7 +199,7 @@ TEST_F(PlugInRegistryTest, ALinkIsNotFollowed)
     link(nautilusFile, target);
     link(userActions, home.write(QStringLiteral("actions"), QByteArrayLiteral("<actions>\n</actions>\n")));
     EXPECT_THAT(registry.add(extension), testing::SizeIs(2));
-    EXPECT_THAT(registry.remove(), IsEmpty());
+    EXPECT_THAT(registry.remove(extension), IsEmpty());
     EXPECT_EQ(TemporaryHome::read(target), "com.tarnwick.quillhaven.FinderSync");
     EXPECT_EQ(TemporaryHome::read(home.path(QStringLiteral("actions"))), QByteArrayLiteral("<actions>\n</actions>\n"));
     EXPECT_TRUE(QFileInfo(home.path(nautilusFile)).isSymLink());
@@ -210,7 +210,7 @@ TEST_F(PlugInRegistryTest, ThunarsActionsStartFromThoseOfTheSystem)
 {
     EXPECT_THAT(registry.add(extension), IsEmpty());
     EXPECT_TRUE(TemporaryHome::read(home.path(userActions)).contains("<name>Terminal</name>"));
-    EXPECT_THAT(registry.remove(), IsEmpty());
+    EXPECT_THAT(registry.remove(extension), IsEmpty());
     EXPECT_FALSE(QFileInfo::exists(home.path(userActions))) << "it was not the user's";
 }
 
@@ -230,9 +230,10 @@ TEST_F(PlugInRegistryTest, ThunarsDamagedActionsAreLeftAsTheyAre)
 {
     home.write(userActions, "<actions><action>");
     EXPECT_THAT(registry.add(extension),
-                ElementsAre(home.path(userActions) + QStringLiteral(" is damaged, or no file, and is left as it is.")));
+                ElementsAre(home.path(userActions) +
+                            QStringLiteral(" is damaged or not a regular file, so it was left as it is.")));
     EXPECT_TRUE(registry.listing().startsWith(disabled));
-    EXPECT_THAT(registry.remove(), IsEmpty());
+    EXPECT_THAT(registry.remove(extension), IsEmpty());
     EXPECT_EQ(TemporaryHome::read(home.path(userActions)), "<actions><action>");
 }
 
@@ -264,6 +265,31 @@ TEST_F(PlugInRegistryTest, AnotherPlaceOfTheExtensionIsWrittenIntoEveryMenu)
     EXPECT_TRUE(TemporaryHome::read(home.path(nautilusFile)).contains("mo\\x27ved\\x20\\x2250\\x25\\x22\\x20\\x24x"));
     QDir(moved).removeRecursively();
     EXPECT_TRUE(registry.listing().startsWith(disabled));
+}
+
+TEST_F(PlugInRegistryTest, OnlyTheRegisteredExtensionIsRemoved)
+{
+    EXPECT_THAT(registry.add(extension), IsEmpty());
+    const auto before = menuFiles();
+    EXPECT_THAT(registry.remove(home.path()),
+                ElementsAre(QStringLiteral("The extension at %1 is not registered.").arg(home.path())));
+    EXPECT_EQ(registry.listing(), enabled + allManagers);
+    EXPECT_EQ(menuFiles(), before);
+    link(QStringLiteral("link"), extension);
+    EXPECT_THAT(registry.remove(home.path(QStringLiteral("link"))), IsEmpty()) << "a link to it names it too";
+    EXPECT_EQ(registry.listing(), QString());
+    EXPECT_THAT(menuFiles(), IsEmpty());
+}
+
+TEST_F(PlugInRegistryTest, AnExtensionThatIsNoLongerThereIsRemoved)
+{
+    const QString moved = home.path(QStringLiteral("moved"));
+    QDir().mkpath(moved);
+    (void)registry.add(moved); // without any menus in it
+    ASSERT_NE(registry.listing(), QString());
+    ASSERT_TRUE(QDir().rmdir(moved));
+    EXPECT_THAT(registry.remove(moved + QLatin1Char('/')), IsEmpty());
+    EXPECT_EQ(registry.listing(), QString());
 }
 
 TEST_F(PlugInRegistryTest, AMissingExtensionIsNotRegistered)

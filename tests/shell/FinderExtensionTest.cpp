@@ -2,6 +2,7 @@
 
 #include "shell/FinderExtension.h"
 
+#include "platform/NotificationCenter.h"
 #include "platform/WatchedSources.h"
 #include "settings/Settings.h"
 #include "support/LogCapture.h"
@@ -33,6 +34,8 @@ class FinderExtensionTest : public testing::Test
 protected:
     FinderExtensionTest()
     {
+        QObject::connect(&platform.notifications.standard, &NotificationCenter::posted,
+                         [this](const QString &name) { posts << name; });
         platform.home.write(QStringLiteral("bundle/Contents/PlugIns/FinderSyncExtension.appex/tool"));
         const QByteArray folder = QFile::encodeName(platform.home.path());
         makeTool("pluginkit",
@@ -99,6 +102,7 @@ protected:
     FinderExtension::Places places;
     QList<FinderExtension::Question> questions;
     std::function<void()> onConfirm;
+    QStringList posts; ///< on the program's own centre
     LogCapture log;
 };
 
@@ -153,7 +157,10 @@ TEST_F(FinderExtensionTest, FileManagersThatHaveToBeClosedFirstAreNamed)
     answer("open", QStringLiteral("Nautilus, Caja\n"));
     FinderExtension registered = extension();
     registerAndWait(registered);
-    EXPECT_TRUE(shown().sentence.endsWith(QStringLiteral("close all of its windows first: Nautilus, Caja.")));
+    EXPECT_EQ(
+        shown().sentence,
+        QStringLiteral("The menus of these file managers have the entries: Nemo, Dolphin. These still run without "
+                       "them: Nautilus, Caja. Close them completely, or log out and in again."));
 }
 
 TEST_F(FinderExtensionTest, AFailedAddIsLoggedAndTheSequenceGoesOn)
@@ -166,7 +173,7 @@ TEST_F(FinderExtensionTest, AFailedAddIsLoggedAndTheSequenceGoesOn)
     EXPECT_TRUE(calls().contains(enable));
 }
 
-TEST_F(FinderExtensionTest, AFailedEnableIsVerifiedAtOnce)
+TEST_F(FinderExtensionTest, AFailedEnableIsVerifiedAtOnceAndTheHintIsShown)
 {
     answer("enable", QStringLiteral("7"));
     answer("after", disabledLine);
@@ -179,6 +186,8 @@ TEST_F(FinderExtensionTest, AFailedEnableIsVerifiedAtOnce)
                                            "Extensions")));
     EXPECT_FALSE(calls().contains(restart));
     EXPECT_FALSE(shown().isAvailable);
+    ASSERT_EQ(questions.size(), 1);
+    EXPECT_EQ(questions[0].title, QStringLiteral("Finder Extension Setup"));
 }
 
 TEST_F(FinderExtensionTest, AnExtensionThatIsNotListedIsOnlyLogged)
@@ -199,6 +208,8 @@ TEST_F(FinderExtensionTest, AToolThatCannotBeStartedEndsTheSequence)
     EXPECT_THAT(registerAndWait(registered), IsEmpty());
     ASSERT_EQ(log.lines().size(), 1);
     EXPECT_TRUE(log.lines().constFirst().startsWith(QStringLiteral("❌ Failed to activate Finder extension: ")));
+    EXPECT_EQ(shown(), (WatchedSources::State{
+                           false, QStringLiteral("The entries could not be added to the file managers' menus.")}));
 }
 
 TEST_F(FinderExtensionTest, AToolThatCannotBeStartedForTheVerificationIsLogged)
@@ -255,6 +266,20 @@ TEST_F(FinderExtensionTest, ConfirmingTheHintOpensTheSettings)
     onConfirm();
     EXPECT_THAT(platform.opener.opened,
                 ElementsAre(QUrl(QStringLiteral("x-apple.systempreferences:com.apple.preference.extensions"))));
+    EXPECT_THAT(posts, IsEmpty());
+    EXPECT_THAT(log.lines(), IsEmpty());
+}
+
+TEST_F(FinderExtensionTest, OnADesktopWithoutSuchSettingsConfirmingTheHintShowsTheProgramsOwn)
+{
+    platform.opener.canOpen = false;
+    FinderExtension asking = extension();
+    asking.showExtensionActivationNotification();
+    EXPECT_THAT(posts, IsEmpty());
+    onConfirm();
+    EXPECT_THAT(posts, ElementsAre(notifications::showPreferences));
+    EXPECT_THAT(log.lines(), ElementsAre(QStringLiteral("⚠️ No settings program was found for "
+                                                        "x-apple.systempreferences:com.apple.preference.extensions")));
 }
 
 TEST_F(FinderExtensionTest, ThePlacesBelongToTheInstallationOrTheBuildOfTheProgram)

@@ -21,8 +21,8 @@ class FolderView;
 /// Lets the user choose a file or a folder, or several of both. No desktop's dialog nor Qt's can do that: a request to
 /// a desktop is for files or for folders, and a second button for folders would make the user say first what kind of
 /// item it is, and could not choose both at once. So this dialog is built from Qt's public views, in the program's
-/// look, and takes every name as it stands: a typed name or absolute path is not quoted, has no wildcards and no
-/// variables; only a leading "~" stands for the home folder if nothing has that name.
+/// look, and takes every name literally: a typed name or absolute path is not quoted, has no wildcards and no
+/// variables; only a leading "~" means the home folder if nothing has that name.
 ///
 /// Return and the confirming button choose a selected folder. A double click or Alt+Down goes into it, Alt+Up to the
 /// folder above, Ctrl+H shows hidden items, Ctrl+L goes to the name field.

@@ -19,7 +19,7 @@ namespace quillhaven {
 
 namespace {
 
-/// What a path stands for: a link is resolved to what it points to, the folders above it stay as they are named.
+/// The item that a path names: a link is replaced by what it points to, and the folders above it stay as they are.
 QString resolved(const QString &path)
 {
     const QFileInfo info(path);

@@ -6,7 +6,8 @@
 
 namespace quillhaven {
 
-/// Opens addresses as the toolkit does on this desktop, and the settings of the desktop with its own program.
+/// Opens addresses with the program that the desktop prefers for them, and the settings of the desktop with its own
+/// program.
 class QtUrlOpener : public UrlOpener
 {
 public:

@@ -36,7 +36,7 @@ void DropActions::onDrop(const QList<QUrl> &urls)
     QStringList paths;
     for (const QUrl &url : urls) {
         if (const QString path = localPath(url); !path.isEmpty()) {
-            // As the panel does: a link stands for what it points to.
+            // As the panel does: a link is replaced by what it points to.
             const QFileInfo info(path);
             paths.append(info.isSymLink() ? info.symLinkTarget() : QDir::cleanPath(info.absoluteFilePath()));
         }

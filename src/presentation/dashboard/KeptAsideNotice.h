@@ -10,7 +10,7 @@ namespace quillhaven {
 class NoticesModel;
 class QuillhavenManager;
 
-/// Tells the user what the engine has kept aside, in one notice until that is dismissed.
+/// Shows the user what the engine has kept aside, in one notice until that is dismissed.
 class KeptAsideNotice : public QObject
 {
     Q_OBJECT

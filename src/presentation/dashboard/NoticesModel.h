@@ -14,7 +14,7 @@ namespace quillhaven {
 /// Something that the user has to know before going on, shown above the list until it is settled.
 struct Notice
 {
-    QString id; ///< names the notice, so that whoever shows it can replace it or take it away
+    QString id; ///< names the notice, so that it can be replaced or taken away
     QString text;
     QString actionTitle = {}; ///< the label of the button; no button when empty
     std::function<void()> action = {};

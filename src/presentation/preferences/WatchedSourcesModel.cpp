@@ -2,6 +2,7 @@
 
 #include "presentation/preferences/WatchedSourcesModel.h"
 
+#include <algorithm>
 #include <array>
 
 namespace quillhaven {

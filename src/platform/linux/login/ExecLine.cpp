@@ -30,7 +30,7 @@ QString quoted(const QString &argument)
     return needsQuotes ? QLatin1Char('"') + text + QLatin1Char('"') : text;
 }
 
-/// "%%" is a percent sign; any other code stands for what is opened, and nothing is opened at login.
+/// "%%" is a percent sign; any other code is replaced by what is opened, and nothing is opened at login.
 QString withoutFieldCodes(const QString &word)
 {
     QString text;

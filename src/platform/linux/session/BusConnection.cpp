@@ -109,13 +109,13 @@ std::optional<QDBusConnection> connectBlocking(MessageBus bus, milliseconds limi
     return connection;
 }
 
+} // namespace
+
 bool isUnanswered(const QDBusMessage &reply)
 {
     const QDBusError::ErrorType error = QDBusError(reply).type();
     return error == QDBusError::NoReply || error == QDBusError::Timeout || error == QDBusError::TimedOut;
 }
-
-} // namespace
 
 bool hasSessionBus()
 {

@@ -19,6 +19,9 @@ enum class MessageBus { Session, System };
 /// starts one, which would belong to nobody.
 [[nodiscard]] bool hasSessionBus();
 
+/// Whether a call ended with this error because no reply came in time. A busy service may answer the next call.
+[[nodiscard]] bool isUnanswered(const QDBusMessage &reply);
+
 /// A connection of our own to a message bus. It closes with its last holder, and the services of the bus then drop what
 /// they kept for this client. Main thread only.
 class BusConnection

@@ -87,7 +87,7 @@ void FprintVerification::cancel()
 QCoro::Task<> FprintVerification::run(std::shared_ptr<FprintVerification> verification,
                                       std::shared_ptr<BusConnection> bus)
 {
-    // The empty name stands for the user who asks.
+    // The empty name means the user who asks.
     const QVariantList thisUser = {QString()};
     std::optional<FprintDevice> device;
     if (bus && !verification->isDecided()) {

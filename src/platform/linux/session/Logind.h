@@ -4,6 +4,8 @@
 
 #include "platform/linux/session/BusConnection.h"
 
+#include <optional>
+
 namespace quillhaven::logind {
 
 inline const QString service = QStringLiteral("org.freedesktop.login1");
@@ -20,7 +22,8 @@ inline constexpr std::chrono::seconds answerLimit{25};
                                                     QVariantList arguments);
 
 /// The path of the session that this process belongs to, or else of the user's graphical one. Never another user's,
-/// which the environment of a program started with su names. Empty when there is none.
-[[nodiscard]] QCoro::Task<QString> findOwnSession(std::shared_ptr<BusConnection> bus, QString owner);
+/// which the environment of a program started with su names. Empty when there is none; nothing when logind did not
+/// answer in time.
+[[nodiscard]] QCoro::Task<std::optional<QString>> findOwnSession(std::shared_ptr<BusConnection> bus, QString owner);
 
 } // namespace quillhaven::logind

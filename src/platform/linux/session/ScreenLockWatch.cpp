@@ -93,18 +93,21 @@ QCoro::Task<> ScreenLockWatch::findSession(QPointer<ScreenLockWatch> self)
     }
     const std::shared_ptr<BusConnection> bus = self->m_logind.bus();
     const QString owner = self->m_owner;
-    const QString path = co_await logind::findOwnSession(bus, owner);
+    std::optional<QString> path; // nothing while logind answers too late
+    while (self && self->m_owner == owner && !self->m_session && !path) {
+        path = co_await logind::findOwnSession(bus, owner);
+    }
     if (!self || self->m_owner != owner || self->m_session) {
         co_return;
     }
-    if (path.isEmpty()) {
+    if (path->isEmpty()) {
         self->m_watched.setState(
             Source::ScreenLock,
             {.isAvailable = false,
              .sentence = QStringLiteral("Locking of the screen is not noticed: logind has no session of yours.")});
         co_return;
     }
-    self->m_session = std::make_unique<SessionLock>(bus->connection(), owner, path, self->m_events);
+    self->m_session = std::make_unique<SessionLock>(bus->connection(), owner, *path, self->m_events);
     self->m_watched.setState(
         Source::ScreenLock,
         {.isAvailable = true, .sentence = QStringLiteral("Locking of the screen is watched through logind.")});

@@ -4,9 +4,9 @@
 
 namespace quillhaven {
 
-ScreenSaverService::ScreenSaverService(const std::shared_ptr<BusConnection> &sessionBus, const QString &name,
-                                       const QStringList &paths)
-    : m_name(sessionBus, name), m_paths(paths)
+ScreenSaverService::ScreenSaverService(const std::shared_ptr<BusConnection> &sessionBus, const QString &title,
+                                       const QString &name, const QStringList &paths)
+    : m_title(title), m_name(sessionBus, name), m_paths(paths)
 {
     connect(&m_name, &BusNameOwner::ownerChanged, this, &ScreenSaverService::onOwnerChanged);
 }
@@ -17,10 +17,10 @@ void ScreenSaverService::onOwnerChanged(const QString &owner)
     QDBusConnection &connection = m_name.bus()->connection();
     for (const QString &path : std::as_const(m_paths)) {
         if (!m_owner.isEmpty()) {
-            connection.disconnect(m_owner, path, name(), signal, this, SLOT(onActiveChanged(bool)));
+            connection.disconnect(m_owner, path, m_name.name(), signal, this, SLOT(onActiveChanged(bool)));
         }
         if (!owner.isEmpty()) {
-            connection.connect(owner, path, name(), signal, this, SLOT(onActiveChanged(bool)));
+            connection.connect(owner, path, m_name.name(), signal, this, SLOT(onActiveChanged(bool)));
         }
     }
     m_owner = owner;

@@ -17,10 +17,11 @@ class ScreenSaverService : public QObject
     Q_OBJECT
 
 public:
-    /// `name` is its interface too; `paths` are where its versions have their object.
-    ScreenSaverService(const std::shared_ptr<BusConnection> &sessionBus, const QString &name, const QStringList &paths);
+    /// `title` is for the user; `name` is its interface too; `paths` are where its versions have their object.
+    ScreenSaverService(const std::shared_ptr<BusConnection> &sessionBus, const QString &title, const QString &name,
+                       const QStringList &paths);
 
-    [[nodiscard]] const QString &name() const { return m_name.name(); }
+    [[nodiscard]] const QString &title() const { return m_title; }
     /// Whether the bus has said if it is there.
     [[nodiscard]] bool isKnown() const { return m_name.owner().has_value(); }
     [[nodiscard]] bool isThere() const { return !m_owner.isEmpty(); }
@@ -36,6 +37,7 @@ private Q_SLOTS:
 private:
     void onOwnerChanged(const QString &owner);
 
+    QString m_title;
     BusNameOwner m_name;
     QStringList m_paths;
     QString m_owner; ///< whose signals arrive here

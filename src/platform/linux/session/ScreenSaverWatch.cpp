@@ -16,11 +16,15 @@ namespace {
 
 using Source = WatchedSources::Source;
 
-/// "a", "a and b", "a, b and c".
-QString enumeration(QStringList names)
+/// "A is watched.", "A and b are watched.", "A, b and c are watched."
+QString sentenceFor(QStringList titles)
 {
-    const QString last = names.takeLast();
-    return names.isEmpty() ? last : names.join(QStringLiteral(", ")) + QStringLiteral(" and ") + last;
+    const QString last = titles.takeLast();
+    QString sentence = titles.isEmpty()
+                           ? QStringLiteral("%1 is watched.").arg(last)
+                           : QStringLiteral("%1 and %2 are watched.").arg(titles.join(QStringLiteral(", ")), last);
+    sentence[0] = sentence[0].toUpper();
+    return sentence;
 }
 
 } // namespace
@@ -31,23 +35,27 @@ ScreenSaverWatch::ScreenSaverWatch(const std::shared_ptr<BusConnection> &session
 {
     m_connecting.setMaxThreadCount(1);
     if (sessionBus) {
-        addService(sessionBus, QStringLiteral("org.freedesktop.ScreenSaver"),
+        addService(sessionBus, QStringLiteral("the desktop's screen saver"),
+                   QStringLiteral("org.freedesktop.ScreenSaver"),
                    {QStringLiteral("/org/freedesktop/ScreenSaver"), QStringLiteral("/ScreenSaver")});
-        addService(sessionBus, QStringLiteral("org.gnome.ScreenSaver"), {QStringLiteral("/org/gnome/ScreenSaver")});
-        addService(sessionBus, QStringLiteral("org.cinnamon.ScreenSaver"),
-                   {QStringLiteral("/org/cinnamon/ScreenSaver")});
-        addService(sessionBus, QStringLiteral("org.mate.ScreenSaver"), {QStringLiteral("/org/mate/ScreenSaver")});
-        addService(sessionBus, QStringLiteral("org.xfce.ScreenSaver"), {QStringLiteral("/org/xfce/ScreenSaver")});
+        addService(sessionBus, QStringLiteral("the screen saver of GNOME"), QStringLiteral("org.gnome.ScreenSaver"),
+                   {QStringLiteral("/org/gnome/ScreenSaver")});
+        addService(sessionBus, QStringLiteral("the screen saver of Cinnamon"),
+                   QStringLiteral("org.cinnamon.ScreenSaver"), {QStringLiteral("/org/cinnamon/ScreenSaver")});
+        addService(sessionBus, QStringLiteral("the screen saver of MATE"), QStringLiteral("org.mate.ScreenSaver"),
+                   {QStringLiteral("/org/mate/ScreenSaver")});
+        addService(sessionBus, QStringLiteral("the screen saver of Xfce"), QStringLiteral("org.xfce.ScreenSaver"),
+                   {QStringLiteral("/org/xfce/ScreenSaver")});
     }
     update();
 }
 
 ScreenSaverWatch::~ScreenSaverWatch() = default;
 
-void ScreenSaverWatch::addService(const std::shared_ptr<BusConnection> &sessionBus, const QString &name,
-                                  const QStringList &paths)
+void ScreenSaverWatch::addService(const std::shared_ptr<BusConnection> &sessionBus, const QString &title,
+                                  const QString &name, const QStringList &paths)
 {
-    const auto &service = m_services.emplace_back(std::make_unique<ScreenSaverService>(sessionBus, name, paths));
+    const auto &service = m_services.emplace_back(std::make_unique<ScreenSaverService>(sessionBus, title, name, paths));
     connect(service.get(), &ScreenSaverService::started, this, &ScreenSaverWatch::post);
     connect(service.get(), &ScreenSaverService::changed, this, &ScreenSaverWatch::update);
 }
@@ -57,25 +65,23 @@ void ScreenSaverWatch::update()
     if (!std::ranges::all_of(m_services, &ScreenSaverService::isKnown)) {
         return;
     }
-    QStringList names;
+    QStringList titles;
     for (const auto &service : m_services) {
         if (service->isThere()) {
-            names << service->name();
+            titles << service->title();
         }
     }
-    m_isXServerWanted = names.isEmpty() && displayServer() == DisplayServer::X11;
+    m_isXServerWanted = titles.isEmpty() && displayServer() == DisplayServer::X11;
     if (m_isXServerWanted) {
         connectXServer();
         return;
     }
     m_xServer.reset();
-    if (names.isEmpty()) {
+    if (titles.isEmpty()) {
         setNone();
         return;
     }
-    m_watched.setState(Source::ScreenSaver,
-                       {.isAvailable = true,
-                        .sentence = QStringLiteral("The screen saver is watched through %1.").arg(enumeration(names))});
+    m_watched.setState(Source::ScreenSaver, {.isAvailable = true, .sentence = sentenceFor(titles)});
 }
 
 void ScreenSaverWatch::connectXServer()

@@ -31,7 +31,8 @@ public:
     ~ScreenSaverWatch() override;
 
 private:
-    void addService(const std::shared_ptr<BusConnection> &sessionBus, const QString &name, const QStringList &paths);
+    void addService(const std::shared_ptr<BusConnection> &sessionBus, const QString &title, const QString &name,
+                    const QStringList &paths);
     /// Takes account of what is there now.
     void update();
     void connectXServer();

@@ -7,19 +7,11 @@
 #include "platform/WatchedSources.h"
 #include "platform/linux/session/Logind.h"
 
-#include <QDBusError>
-
 namespace quillhaven {
 
 namespace {
 
 using Source = WatchedSources::Source;
-
-bool isLate(const QDBusMessage &reply)
-{
-    const QDBusError::ErrorType error = QDBusError(reply).type();
-    return error == QDBusError::NoReply || error == QDBusError::Timeout || error == QDBusError::TimedOut;
-}
 
 } // namespace
 
@@ -91,7 +83,7 @@ QCoro::Task<> SleepWatch::takeLock(QPointer<SleepWatch> self, quint64 turn)
         const QDBusMessage reply = co_await logind::callManager(bus, owner, QStringLiteral("Inhibit"), arguments);
         if (self && self->m_turn == turn) {
             self->m_lock = reply.arguments().value(0).value<QDBusUnixFileDescriptor>();
-            isRefused = !self->m_lock.isValid() && !isLate(reply);
+            isRefused = !self->m_lock.isValid() && !isUnanswered(reply);
         }
     }
     if (self && self->m_turn == turn) {

@@ -171,6 +171,29 @@ TEST_F(ScreenLockWatchTest, WithoutAnOwnSessionTheStateSaysSoUntilOneBegins)
     expectPosts(distributed, {notifications::screenIsLocked});
 }
 
+TEST_F(ScreenLockWatchTest, ALogindThatAnswersTooLateIsAskedAgain)
+{
+    bool wasSaidToHaveNone = false;
+    QObject::connect(&watched, &WatchedSources::stateChanged, [&] {
+        const auto state = watched.state(Source::ScreenLock);
+        wasSaidToHaveNone = wasSaidToHaveNone || (state && state->sentence == hasNoSession);
+    });
+    addSession(QStringLiteral("c1"));
+    // The first two calls end as one does whose limit is over.
+    addManagerMethod(QStringLiteral("GetSessionByPID"), QStringLiteral("u"),
+                     QStringLiteral("self.calls = getattr(self, 'calls', 0) + 1\n"
+                                    "if self.calls < 3:\n"
+                                    "    raise dbus.exceptions.DBusException('late', "
+                                    "name='org.freedesktop.DBus.Error.NoReply')\n"
+                                    "ret = '%1'")
+                         .arg(pathOf(QStringLiteral("c1"))));
+    start();
+    expectState(Source::ScreenLock, true, isWatched);
+    EXPECT_FALSE(wasSaidToHaveNone);
+    act(QStringLiteral("Lock"));
+    expectPosts(distributed, {notifications::screenIsLocked});
+}
+
 TEST_F(ScreenLockWatchTest, ARestartedLogindIsWatchedAgain)
 {
     startInSession();

@@ -9,10 +9,7 @@ const QString gnomeName = QStringLiteral("org.gnome.ScreenSaver");
 const QString gnomePath = QStringLiteral("/org/gnome/ScreenSaver");
 const QString none = QStringLiteral("A screen saver is not noticed: this desktop has no service that reports it.");
 
-QString watchedThrough(const QString &names)
-{
-    return QStringLiteral("The screen saver is watched through %1.").arg(names);
-}
+const QString gnomeIsWatched = QStringLiteral("The screen saver of GNOME is watched.");
 
 void setActive(const BusDouble &saver, const QString &name, bool isActive)
 {
@@ -37,26 +34,34 @@ protected:
     const QString started = notifications::screenSaverDidStart;
 };
 
-class EachSaverTest : public ScreenSaverWatchTest,
-                      public ::testing::WithParamInterface<std::pair<const char *, const char *>>
+struct Saver
+{
+    const char *title;
+    const char *name;
+    const char *path;
+};
+
+class EachSaverTest : public ScreenSaverWatchTest, public ::testing::WithParamInterface<Saver>
 {
 };
 
-INSTANTIATE_TEST_SUITE_P(Savers, EachSaverTest,
-                         ::testing::Values(std::pair("org.freedesktop.ScreenSaver", "/org/freedesktop/ScreenSaver"),
-                                           std::pair("org.freedesktop.ScreenSaver", "/ScreenSaver"),
-                                           std::pair("org.gnome.ScreenSaver", "/org/gnome/ScreenSaver"),
-                                           std::pair("org.cinnamon.ScreenSaver", "/org/cinnamon/ScreenSaver"),
-                                           std::pair("org.mate.ScreenSaver", "/org/mate/ScreenSaver"),
-                                           std::pair("org.xfce.ScreenSaver", "/org/xfce/ScreenSaver")));
+INSTANTIATE_TEST_SUITE_P(
+    Savers, EachSaverTest,
+    ::testing::Values(Saver{"The desktop's screen saver", "org.freedesktop.ScreenSaver",
+                            "/org/freedesktop/ScreenSaver"},
+                      Saver{"The desktop's screen saver", "org.freedesktop.ScreenSaver", "/ScreenSaver"},
+                      Saver{"The screen saver of GNOME", "org.gnome.ScreenSaver", "/org/gnome/ScreenSaver"},
+                      Saver{"The screen saver of Cinnamon", "org.cinnamon.ScreenSaver", "/org/cinnamon/ScreenSaver"},
+                      Saver{"The screen saver of MATE", "org.mate.ScreenSaver", "/org/mate/ScreenSaver"},
+                      Saver{"The screen saver of Xfce", "org.xfce.ScreenSaver", "/org/xfce/ScreenSaver"}));
 
 TEST_P(EachSaverTest, ItsStartIsPostedOnTheDistributedCentreAndItsEndIsNot)
 {
     separateEvents();
-    const QString name = QString::fromLatin1(GetParam().first);
-    const auto saver = startSaver(name, QString::fromLatin1(GetParam().second));
+    const QString name = QString::fromLatin1(GetParam().name);
+    const auto saver = startSaver(name, QString::fromLatin1(GetParam().path));
     start();
-    expectState(Source::ScreenSaver, true, watchedThrough(name));
+    expectState(Source::ScreenSaver, true, QString::fromLatin1(GetParam().title) + QStringLiteral(" is watched."));
     setActive(*saver, name, false);
     setActive(*saver, name, true);
     setActive(*saver, name, false);
@@ -73,7 +78,7 @@ TEST_F(ScreenSaverWatchTest, OneStartReportedBySeveralSaversWithinTwoSecondsIsPo
     const auto mate = startSaver(mateName, QStringLiteral("/org/mate/ScreenSaver"));
     start();
     expectState(Source::ScreenSaver, true,
-                watchedThrough(QStringLiteral("org.gnome.ScreenSaver and org.mate.ScreenSaver")));
+                QStringLiteral("The screen saver of GNOME and the screen saver of MATE are watched."));
     setActive(*gnome, gnomeName, true);
     expectPosts(distributed, {started});
     clock.advance(1'999ms);
@@ -81,7 +86,8 @@ TEST_F(ScreenSaverWatchTest, OneStartReportedBySeveralSaversWithinTwoSecondsIsPo
     // The bus delivers in order: this one's coming was noticed after the report before it.
     const auto last = startSaver(QStringLiteral("org.xfce.ScreenSaver"), QStringLiteral("/org/xfce/ScreenSaver"));
     expectState(Source::ScreenSaver, true,
-                watchedThrough(QStringLiteral("org.gnome.ScreenSaver, org.mate.ScreenSaver and org.xfce.ScreenSaver")));
+                QStringLiteral(
+                    "The screen saver of GNOME, the screen saver of MATE and the screen saver of Xfce are watched."));
     EXPECT_EQ(distributed, QStringList{started});
     clock.advance(1ms);
     setActive(*mate, mateName, true);
@@ -93,13 +99,13 @@ TEST_F(ScreenSaverWatchTest, SaversThatComeAndGoAreWatchedAndNamed)
     start();
     expectState(Source::ScreenSaver, false, none);
     auto saver = startSaver(gnomeName, gnomePath);
-    expectState(Source::ScreenSaver, true, watchedThrough(gnomeName));
+    expectState(Source::ScreenSaver, true, gnomeIsWatched);
     setActive(*saver, gnomeName, true);
     expectPosts(distributed, {started});
     saver.reset();
     expectState(Source::ScreenSaver, false, none);
     saver = startSaver(gnomeName, gnomePath);
-    expectState(Source::ScreenSaver, true, watchedThrough(gnomeName));
+    expectState(Source::ScreenSaver, true, gnomeIsWatched);
     clock.advance(1min);
     setActive(*saver, gnomeName, true);
     expectPosts(distributed, {started, started});
@@ -110,7 +116,7 @@ TEST_F(ScreenSaverWatchTest, OnlyTheOwnerOfTheNameMayReportAStart)
     separateEvents();
     const auto saver = startSaver(gnomeName, gnomePath);
     start();
-    expectState(Source::ScreenSaver, true, watchedThrough(gnomeName));
+    expectState(Source::ScreenSaver, true, gnomeIsWatched);
     QDBusConnection stranger = QDBusConnection::connectToBus(QDBusConnection::SessionBus, QStringLiteral("stranger"));
     QDBusMessage signal = QDBusMessage::createSignal(gnomePath, gnomeName, QStringLiteral("ActiveChanged"));
     signal.setArguments({true});
@@ -124,7 +130,7 @@ TEST_F(ScreenSaverWatchTest, OnlyTheOwnerOfTheNameMayReportAStart)
     // Noticed after it.
     const auto later = startSaver(QStringLiteral("org.xfce.ScreenSaver"), QStringLiteral("/org/xfce/ScreenSaver"));
     expectState(Source::ScreenSaver, true,
-                watchedThrough(QStringLiteral("org.gnome.ScreenSaver and org.xfce.ScreenSaver")));
+                QStringLiteral("The screen saver of GNOME and the screen saver of Xfce are watched."));
     setActive(*saver, gnomeName, true);
     expectPosts(distributed, {started});
     spinOnce();

@@ -40,8 +40,7 @@ TEST_F(XScreenSaverTest, ItGivesWayToAServiceAndIsWatchedAgainWithoutIt)
     start();
     expectState(Source::ScreenSaver, true, ofXServer);
     auto gnome = std::make_unique<BusDouble>(MessageBus::Session, gnomeName, QStringLiteral("/org/gnome/ScreenSaver"));
-    expectState(Source::ScreenSaver, true,
-                QStringLiteral("The screen saver is watched through org.gnome.ScreenSaver."));
+    expectState(Source::ScreenSaver, true, QStringLiteral("The screen saver of GNOME is watched."));
     xset(QStringLiteral("activate"));
     xset(QStringLiteral("reset"));
     spinOnce();

@@ -1,13 +1,15 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-#include "extension/DetachedProcess.h"
+#include "support/DetachedProcess.h"
 
 #include "support/ChildSignals.h"
 
 #include <fcntl.h>
 #include <spawn.h>
+#include <sys/wait.h>
 #include <unistd.h>
 
+#include <cerrno>
 #include <vector>
 
 namespace quillhaven {
@@ -39,8 +41,17 @@ bool startDetached(const QByteArray &program, const QByteArrayList &arguments)
         words.push_back(const_cast<char *>(argument.constData()));
     }
     words.push_back(nullptr);
-    pid_t child = 0;
-    return posix_spawnp(&child, program.constData(), &actions.value, attributes.get(), words.data(), environ) == 0;
+    // A process in between ends at once, so that the program is not a child of this one, which would have to wait for
+    // it.
+    const pid_t starter = ::fork();
+    if (starter == 0) {
+        pid_t started = 0;
+        ::_exit(::posix_spawnp(&started, words.front(), &actions.value, attributes.get(), words.data(), environ));
+    }
+    int status = -1;
+    while (starter > 0 && ::waitpid(starter, &status, 0) == -1 && errno == EINTR) {
+    }
+    return status == 0;
 }
 
 } // namespace quillhaven
