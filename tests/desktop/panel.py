@@ -20,6 +20,8 @@ MENU = "com.canonical.dbusmenu"
 HEIGHT = 32
 ICON_CENTER = (HEIGHT // 2 + 4, HEIGHT // 2)
 ICON_SIZE = 16
+# A panel that is being laid out may show the edges of its parts; the smooth edges of the icon have far more shades.
+SURFACE_COLORS = 8
 CONFIGURATION = """<?xml version="1.0" encoding="UTF-8"?>
 <channel name="xfce4-panel" version="1.0">
   <property name="configver" type="int" value="2"/>
@@ -101,7 +103,7 @@ class Panel:
         picture = Gdk.pixbuf_get_from_window(Gdk.get_default_root_window(), left, top, ICON_SIZE, ICON_SIZE)
         pixels, stride, depth = picture.get_pixels(), picture.get_rowstride(), picture.get_n_channels()
         return len({pixels[row * stride + column * depth:][:depth]
-                    for row in range(ICON_SIZE) for column in range(ICON_SIZE)}) > 1
+                    for row in range(ICON_SIZE) for column in range(ICON_SIZE)}) > SURFACE_COLORS
 
     def click(self):
         """Clicks on the item's icon with the pointer, once it is on the screen: the panel draws it some time after the
