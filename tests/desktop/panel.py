@@ -20,6 +20,9 @@ MENU = "com.canonical.dbusmenu"
 HEIGHT = 32
 ICON_CENTER = (HEIGHT // 2 + 4, HEIGHT // 2)
 ICON_SIZE = 16
+# A panel that is being laid out may show the edges of its parts; the smooth edges of the icon have far more shades.
+SURFACE_COLORS = 8
+EQUAL_LOOKS = 15
 CONFIGURATION = """<?xml version="1.0" encoding="UTF-8"?>
 <channel name="xfce4-panel" version="1.0">
   <property name="configver" type="int" value="2"/>
@@ -95,19 +98,27 @@ class Panel:
         service, path = self.item()
         return self._property(service, path, ITEM, name)
 
-    def _draws_icon(self):
-        """Whether there is a picture where the icon of the one item belongs, and not only the panel's plain surface."""
+    def _icon(self):
+        """The pixels where the icon of the one item belongs; None while they are only the panel's plain surface."""
         left, top = (each - ICON_SIZE // 2 for each in ICON_CENTER)
         picture = Gdk.pixbuf_get_from_window(Gdk.get_default_root_window(), left, top, ICON_SIZE, ICON_SIZE)
         pixels, stride, depth = picture.get_pixels(), picture.get_rowstride(), picture.get_n_channels()
-        return len({pixels[row * stride + column * depth:][:depth]
-                    for row in range(ICON_SIZE) for column in range(ICON_SIZE)}) > 1
+        colors = [pixels[row * stride + column * depth:][:depth]
+                  for row in range(ICON_SIZE) for column in range(ICON_SIZE)]
+        return colors if len(set(colors)) > SURFACE_COLORS else None
+
+    def _icon_rests(self, looks):
+        """Whether the latest looks at the icon, with this one, have all seen the same."""
+        looks.append(self._icon())
+        latest = looks[-EQUAL_LOOKS:]
+        return len(latest) == EQUAL_LOOKS and latest[0] and all(each == latest[0] for each in latest)
 
     def click(self):
-        """Clicks on the item's icon with the pointer, once it is on the screen: the panel draws it some time after the
-        item has registered, and a click before that hits nothing."""
+        """Clicks on the item's icon with the pointer, once it is on the screen and does not move: the panel draws it some
+        time after the item has registered, and a click before its layout is done hits nothing."""
         self.item()
-        wait_for(self._draws_icon, "the panel to draw the icon")
+        looks = []
+        wait_for(lambda: self._icon_rests(looks), "the panel to draw the icon")
         # Not with --sync, which waits 15 s if the pointer is there already; the display keeps the order anyway.
         subprocess.run(["xdotool", "mousemove", *map(str, ICON_CENTER), "click", "1"], check=True)
 

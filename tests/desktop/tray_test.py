@@ -59,14 +59,16 @@ class TrayTest(WindowTest):
         program = program or self.program
         program.wait_for(lambda: any(each.name == MAIN and each.has("active") for each in program.windows()),
                          "the main window to become active")
+        self.press_close()
 
+    def press_close(self):
         def closed():
             # The window manager may miss a key while it moves the focus.
             if window_state() == "Normal":
                 key("alt+F4")
             return window_state() != "Normal"
 
-        program.wait_for(closed, "the main window to close")
+        wait_for(closed, "the main window to close")
 
     def wait_for_state(self, state):
         wait_for(lambda: window_state() == state, f"the main window to be {state or 'hidden'}")
@@ -172,6 +174,18 @@ class ClosingTheMainWindow(TrayTest):
         self.wait_for_state(None)
         self.assertEqual(self.start().wait(), 0)
         self.wait_for_state("Normal")
+
+    def test_it_stays_hidden_when_it_is_closed_as_soon_as_it_appears(self):
+        self.program.find(BUTTON, flows.PROTECT)
+        self.panel.item()
+        self.close_main_window()
+        self.wait_for_state(None)
+        second = self.start()
+        self.wait_for_state("Normal")
+        self.press_close()
+        self.assertEqual(second.wait(), 0)
+        self.opened()
+        self.assertIsNone(window_state())
 
     def test_control_q_ends_the_program(self):
         self.program.find(BUTTON, flows.PROTECT)
