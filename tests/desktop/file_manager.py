@@ -278,3 +278,14 @@ class KeyboardWindow(FileManagerWindow):
 
     def wait_until_closed(self):
         wait_for(lambda: len(self._windows()) == 1, "the menus to close")
+
+    def choose_by(self, mnemonic):
+        """Presses the key of an entry until the menus close: a submenu may not have the keyboard yet."""
+        for _ in range(ATTEMPTS):
+            key(mnemonic)
+            try:
+                wait_for(lambda: len(self._windows()) == 1, "the menus to close", seconds=4)
+                return
+            except DesktopError:
+                continue
+        raise DesktopError(f"The menus stay open.\n{self.log()}")

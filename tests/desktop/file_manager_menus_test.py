@@ -140,8 +140,7 @@ class StaticMenus(MenuTest):
 
         def choose(label):
             window.open_submenu("q")
-            key(label[0].lower())
-            window.wait_until_closed()
+            window.choose_by(label[0].lower())
 
         self.check(choose, path)
 
