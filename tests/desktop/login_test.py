@@ -58,8 +58,17 @@ class ProgramOfSession(Program):
                                        start_new_session=True)
         session.wait(20)
         pids = [int(path.name) for path in Path("/proc").glob("[0-9]*") if self._is_ours(path, session.pid)]
+        # Without the tools that the program itself runs at its start.
+        pids = [pid for pid in pids if self._parent(pid) not in pids]
         assert len(pids) <= 1, pids
         self.process = StartedBySession(pids[0]) if pids else None
+
+    @staticmethod
+    def _parent(pid):
+        try:
+            return int(Path(f"/proc/{pid}/stat").read_text().rsplit(")", 1)[1].split()[1])
+        except OSError:
+            return None
 
     @staticmethod
     def _is_ours(path, session):

@@ -202,7 +202,8 @@ TEST_P(KillMatrix, LockKilledAfterEachChangeLeavesTheDocumentedState)
     const Scene scene(GetParam());
     scene.runToEnd("protect");
     scene.runToEnd("unlock");
-    EXPECT_EQ(scene.runToEnd("lock").join(QLatin1Char(' ')), QStringLiteral("moveItem writeFile changeArray changeArray"));
+    EXPECT_EQ(scene.runToEnd("lock").join(QLatin1Char(' ')),
+              QStringLiteral("moveItem writeFile changeArray changeArray"));
 }
 
 TEST_P(KillMatrix, UnlockKilledAfterEachChangeLeavesTheDocumentedState)
