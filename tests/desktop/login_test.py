@@ -195,7 +195,7 @@ class TheSwitch(LoginTest):
                 try:
                     if (int(path.name) not in known
                             and (path / "cmdline").read_bytes().split(b"\0")[0] == str(PROGRAM).encode()
-                            and self.home.path == Path(os.readlink(path / "fd" / "1")).parent):
+                            and f"HOME={self.home.path}".encode() in (path / "environ").read_bytes().split(b"\0")):
                         return int(path.name)
                 except OSError:
                     continue

@@ -30,54 +30,59 @@ SectionModifier {
         anchors.margins: Spacing.lg
         spacing: Spacing.controlSpacing
 
-        AbstractButton {
-            id: header
-
+        RowLayout {
             Layout.fillWidth: true
-            enabled: section.isCollapsible
-            hoverEnabled: true
-            focusPolicy: section.isCollapsible ? Qt.StrongFocus : Qt.NoFocus
-            text: section.title
-            onClicked: section.isExpanded = !section.isExpanded
-            Accessible.role: section.isCollapsible ? Accessible.Button : Accessible.Heading
-            Accessible.name: section.title
-            Accessible.description: !section.isCollapsible ? section.description
-                : section.isExpanded ? "Double tap to collapse" : "Double tap to expand"
+            spacing: Spacing.sm
 
-            KeyboardPress {
-                control: header
-                onPressed: header.clicked()
+            AbstractButton {
+                id: header
+
+                Layout.fillWidth: true
+                enabled: section.isCollapsible
+                hoverEnabled: true
+                focusPolicy: section.isCollapsible ? Qt.StrongFocus : Qt.NoFocus
+                text: section.title
+                onClicked: section.isExpanded = !section.isExpanded
+                Accessible.role: section.isCollapsible ? Accessible.Button : Accessible.Heading
+                Accessible.name: section.title
+                Accessible.description: !section.isCollapsible ? section.description
+                    : section.isExpanded ? "Double tap to collapse" : "Double tap to expand"
+
+                KeyboardPress {
+                    control: header
+                    onPressed: header.clicked()
+                }
+
+                contentItem: RowLayout {
+                    spacing: Spacing.sm
+
+                    SymbolImage {
+                        visible: section.icon !== ""
+                        symbol: section.icon
+                        color: Colors.primaryAccent
+                    }
+
+                    Text {
+                        Layout.fillWidth: true
+                        text: section.title
+                        textFormat: Text.PlainText
+                        font: Typography.sectionHeader
+                        color: Colors.textPrimary
+                        Accessible.ignored: true
+                    }
+
+                    SymbolImage {
+                        visible: section.isCollapsible
+                        symbol: section.isExpanded ? "chevron.down" : "chevron.right"
+                        size: Metrics.symbolControl
+                        color: Colors.iconMuted
+                    }
+                }
+
+                background: FocusRing { shown: header.visualFocus }
             }
 
-            contentItem: RowLayout {
-                spacing: Spacing.sm
-
-                SymbolImage {
-                    visible: section.icon !== ""
-                    symbol: section.icon
-                    color: Colors.primaryAccent
-                }
-
-                Text {
-                    Layout.fillWidth: true
-                    text: section.title
-                    textFormat: Text.PlainText
-                    font: Typography.sectionHeader
-                    color: Colors.textPrimary
-                    Accessible.ignored: true
-                }
-
-                RowLayout { id: accessorySlot }
-
-                SymbolImage {
-                    visible: section.isCollapsible
-                    symbol: section.isExpanded ? "chevron.down" : "chevron.right"
-                    size: Metrics.symbolControl
-                    color: Colors.iconMuted
-                }
-            }
-
-            background: FocusRing { shown: header.visualFocus }
+            RowLayout { id: accessorySlot }
         }
 
         Text {
