@@ -14,7 +14,7 @@ namespace quillhaven {
 namespace {
 
 /// Bytes of addresses for one start of the program, well below what the system lets a process be started with.
-constexpr qsizetype maxBytesOfAddresses = 256 * 1024;
+constexpr qsizetype maxBytesOfAddresses = qsizetype(256) * 1024;
 
 /// Seconds since 1970.
 double timestamp()

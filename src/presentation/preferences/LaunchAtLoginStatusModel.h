@@ -11,7 +11,7 @@
 namespace quillhaven {
 
 /// The colour of a status, as the name of a token: `StatusTone.Enabled` is `Colors.statusEnabled`.
-namespace StatusTone {
+namespace StatusTone { // NOLINT(readability-identifier-naming): the name in QML, of a type
 Q_NAMESPACE
 QML_ELEMENT
 enum Case : quint8 { Enabled, Disabled, Warning, Error, Info, Secondary };

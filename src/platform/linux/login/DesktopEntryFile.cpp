@@ -26,7 +26,7 @@ namespace {
 const char *const group = G_KEY_FILE_DESKTOP_GROUP;
 constexpr auto keepEverything = static_cast<GKeyFileFlags>(G_KEY_FILE_KEEP_COMMENTS | G_KEY_FILE_KEEP_TRANSLATIONS);
 /// No desktop entry is larger; a larger file is not read into the memory.
-constexpr qint64 largestEntry = 1024 * 1024;
+constexpr qint64 largestEntry = qint64(1024) * 1024;
 
 FileError failure(FileError::Action action, const QString &path)
 {
@@ -177,6 +177,8 @@ void DesktopEntryFile::setList(const char *key, const QStringList &values)
 {
     std::vector<QByteArray> texts;
     std::vector<const gchar *> pointers;
+    texts.reserve(size_t(values.size()));
+    pointers.reserve(size_t(values.size()));
     for (const QString &value : values) {
         texts.push_back(value.toUtf8());
     }

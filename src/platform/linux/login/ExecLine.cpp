@@ -37,7 +37,10 @@ QString withoutFieldCodes(const QString &word)
     for (qsizetype i = 0; i < word.size(); ++i) {
         if (word.at(i) != QLatin1Char('%')) {
             text += word.at(i);
-        } else if (++i < word.size() && word.at(i) == QLatin1Char('%')) {
+            continue;
+        }
+        ++i;
+        if (i < word.size() && word.at(i) == QLatin1Char('%')) {
             text += QLatin1Char('%');
         }
     }
