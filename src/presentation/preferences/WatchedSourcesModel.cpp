@@ -13,7 +13,7 @@ using Source = WatchedSources::Source;
 
 struct Row
 {
-    Source source;
+    Source source = Source::Input;
     QLatin1String title;
 };
 
