@@ -19,7 +19,7 @@ namespace quillhaven {
 namespace {
 
 /// Far more than any of these files has.
-constexpr qint64 maxBytes = 8 * 1024 * 1024;
+constexpr qint64 maxBytes = qint64(8) * 1024 * 1024;
 
 constexpr QFile::Permissions execution = QFile::ExeOwner | QFile::ExeUser | QFile::ExeGroup | QFile::ExeOther;
 

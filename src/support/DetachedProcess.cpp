@@ -23,7 +23,7 @@ struct FileActions
     FileActions(const FileActions &) = delete;
     FileActions &operator=(const FileActions &) = delete;
 
-    posix_spawn_file_actions_t value;
+    posix_spawn_file_actions_t value{};
 };
 
 } // namespace

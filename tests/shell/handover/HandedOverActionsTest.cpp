@@ -443,4 +443,6 @@ TEST_F(HandedOver, AnActionWaitsWhileTheUserAnswersAnotherQuestion)
     EXPECT_FALSE(started().protectionMethodDialog.isPresented());
     ASSERT_TRUE(started().passwordDialog.isPresented());
     EXPECT_TRUE(started().passwordDialog.message().contains(QStringLiteral("a.txt")));
+    started().passwordInput.cancel();
+    DashboardHarness::settle();
 }
