@@ -117,7 +117,13 @@ class StaticMenus(MenuTest):
             with self.subTest(action=action):
                 self.home.publish(*items)
                 choose(label)
-                self.assertEqual(self.home.take_request(), (action, str(path)))
+                request = self.home.take_request()
+                for _ in range(3):
+                    if request[1] != str(self.home.folder):
+                        break
+                    choose(label)  # The key that selects the file was lost: it was the menu of the folder.
+                    request = self.home.take_request()
+                self.assertEqual(request, (action, str(path)))
         choose("Unlock")
         self.assertEqual(self.home.take_notes(self.home.notified_path)[-1], b"This item is not locked by Quillhaven.")
         self.assertFalse(self.home.started_path.exists())

@@ -2,6 +2,7 @@
 
 #pragma once
 
+#include "async/WorkInFlight.h"
 #include "platform/NotificationCenter.h"
 #include "platform/WatchedSources.h"
 #include "platform/linux/session/BusDouble.h"
@@ -24,6 +25,14 @@ protected:
                          [this](const QString &name) { workspace << name; });
         QObject::connect(&centers.distributed, &NotificationCenter::posted,
                          [this](const QString &name) { distributed << name; });
+    }
+
+    ~SessionWatchFixture() override
+    {
+        watch.reset();
+        spinOnce(); // a job of it that has not started
+        spinUntil([] { return WorkInFlight::count() == 0; });
+        spinOnce();
     }
 
     void start() { watch = std::make_unique<SessionWatch>(centers, watched, clock); }
