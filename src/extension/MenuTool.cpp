@@ -36,7 +36,7 @@ QString configurationFolder()
 /// The program, beside the folder of this tool in the bundle.
 QByteArray programPath()
 {
-    const QByteArray chosen = qgetenv("QUILLHAVEN_PROGRAM");
+    QByteArray chosen = qgetenv("QUILLHAVEN_PROGRAM");
     if (!chosen.isEmpty()) {
         return chosen;
     }
