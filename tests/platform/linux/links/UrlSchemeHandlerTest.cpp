@@ -25,6 +25,12 @@ protected:
         qputenv("XDG_DATA_HOME", shared->path(QStringLiteral("data")).toUtf8());
         qputenv("XDG_CONFIG_HOME", shared->path(QStringLiteral("config")).toUtf8());
         qputenv("XDG_DATA_DIRS", shared->path(QStringLiteral("system")).toUtf8());
+        // Before the first use of GIO, which notices a later change of these files only after a while.
+        shared->write(QStringLiteral("data/applications/other.desktop"),
+                      "[Desktop Entry]\nType=Application\nName=Other\nExec=/usr/bin/true %U\n");
+        shared->write(QStringLiteral("config/mimeapps.list"),
+                      "[Default Applications]\nx-scheme-handler/test-anotherprogramthatopenstheschemekeepsit="
+                      "other.desktop\n");
     }
     static void TearDownTestSuite() { shared.reset(); }
 
@@ -110,10 +116,6 @@ TEST_F(UrlScheme, AnEntryThatStartsNothingAnyMoreIsReplaced)
 
 TEST_F(UrlScheme, AnotherProgramThatOpensTheSchemeKeepsIt)
 {
-    shared->write(QStringLiteral("data/applications/other.desktop"),
-                  "[Desktop Entry]\nType=Application\nName=Other\nExec=/usr/bin/true %U\n");
-    shared->write(QStringLiteral("config/mimeapps.list"),
-                  "[Default Applications]\nx-scheme-handler/" + id().toUtf8() + "=other.desktop\n");
     const WatchedSources::State state = registerUrlScheme(folders(), id());
     EXPECT_FALSE(state.isAvailable);
     EXPECT_TRUE(state.sentence.contains(QStringLiteral("other.desktop"))) << state.sentence.toStdString();
