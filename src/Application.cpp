@@ -37,6 +37,14 @@ void chooseRenderer()
     }
 }
 
+/// What the build says of the program.
+BundleInformation bundleInformation()
+{
+    return {.identifier = SqliteUserDefaultsProvider::standardDomain,
+            .values = {{BundleInformation::shortVersionKey, QStringLiteral(QUILLHAVEN_VERSION)},
+                       {BundleInformation::buildKey, QStringLiteral(QUILLHAVEN_BUILD)}}};
+}
+
 /// One start of the program, to its end. Throws what prevents it.
 int startAndRun()
 {
@@ -54,7 +62,7 @@ int startAndRun()
         shutDownSharedInstances();
         QThreadPool::globalInstance()->waitForDone();
     });
-    const Platform platform = services.platform(panels, input, opener);
+    const Platform platform = services.platform(panels, input, opener, bundleInformation());
     installPlatform(platform, presence, QCoreApplication::arguments());
     RunningProgram program(platform, instance, presence);
     startJob([&services] { return services.openLinks(QStringLiteral("quillhaven")); });

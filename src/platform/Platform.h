@@ -2,6 +2,7 @@
 
 #pragma once
 
+#include "platform/BundleInformation.h"
 #include "platform/UserDirectories.h"
 
 QT_BEGIN_NAMESPACE
@@ -15,11 +16,14 @@ class Clock;
 class CloudStorage;
 class CredentialStore;
 class CredentialStoreState;
+class DisplayPreferences;
 class FileManager;
 class FilePanels;
 class LoginItem;
+class MachineInformation;
 class RandomSource;
 class UrlOpener;
+class UrlSession;
 class UserDefaultsProvider;
 class UserInput;
 class WatchedSources;
@@ -44,6 +48,10 @@ struct Platform
     UrlOpener &opener;
     LoginItem &loginItem;
     WatchedSources &watched;
+    BundleInformation bundle;
+    UrlSession &urlSession;
+    MachineInformation &machine;
+    DisplayPreferences &display;
 };
 
 } // namespace quillhaven

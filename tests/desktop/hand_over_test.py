@@ -107,7 +107,7 @@ class HandOverToAWindow(HandOver):
         self.open(*(address("protect", f"/home/nobody/{number}") for number in range(99)), address("protect", letter))
         self.program.says("Protect letter.txt")
         self.program.press(BUTTON, "Cancel")
-        self.program.find(BUTTON, flows.PROTECT)
+        self.program.gone(DIALOG, "Protect letter.txt")
         flows.protect_with_password(self.program, letter)
 
     def test_an_address_of_an_unknown_item_or_word_changes_nothing(self):

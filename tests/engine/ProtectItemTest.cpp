@@ -173,7 +173,11 @@ TEST_F(ProtectItem, TakenNameInPrivateStorageGetsACounter)
                          platform.input,
                          platform.opener,
                          platform.loginItem,
-                         platform.watched};
+                         platform.watched,
+                         platform.bundle,
+                         platform.urlSession,
+                         platform.machine,
+                         platform.display};
     QuillhavenShredder shredder(fixed, master);
     QuillhavenManager manager(fixed, master, passwordDialog, shredder);
     runTask(manager.protectItem(services.home.write(QStringLiteral("Desktop/a.txt"), "mine"),

@@ -54,7 +54,11 @@ Platform FolderPlatform::platform(FileManager &otherFiles, UserDefaultsProvider 
             .input = input,
             .opener = opener,
             .loginItem = loginItem,
-            .watched = watched};
+            .watched = watched,
+            .bundle = bundle,
+            .urlSession = urlSession,
+            .machine = machine,
+            .display = display};
 }
 
 } // namespace quillhaven::test

@@ -12,8 +12,11 @@
 #include "platform/linux/settings/SqliteUserDefaultsProvider.h"
 #include "support/FakeBiometricAuthenticator.h"
 #include "support/FakeCredentialStoreState.h"
+#include "support/FakeDisplayPreferences.h"
 #include "support/FakeFilePanels.h"
+#include "support/FakeMachine.h"
 #include "support/FakeUrlOpener.h"
+#include "support/FakeUrlSession.h"
 #include "support/FakeUserInput.h"
 #include "support/InMemoryCredentialStore.h"
 #include "support/ManualClock.h"
@@ -56,6 +59,12 @@ public:
     FakeUrlOpener opener;
     WatchedSources watched;
     AutostartLoginItem loginItem;
+    BundleInformation bundle{.identifier = QStringLiteral("com.example.program"),
+                             .values = {{BundleInformation::shortVersionKey, QStringLiteral("1.2.0")},
+                                        {BundleInformation::buildKey, QStringLiteral("34")}}};
+    FakeUrlSession urlSession;
+    FakeMachine machine;
+    FakeDisplayPreferences display;
 };
 
 } // namespace quillhaven::test

@@ -29,7 +29,8 @@ LinuxPlatform::~LinuxPlatform()
     m_credentialQueue.waitForDone();
 }
 
-Platform LinuxPlatform::platform(FilePanels &panels, UserInput &input, UrlOpener &opener)
+Platform LinuxPlatform::platform(FilePanels &panels, UserInput &input, UrlOpener &opener,
+                                 const BundleInformation &bundle)
 {
     return {.fileManager = m_fileManager,
             .directories = m_directories,
@@ -46,7 +47,11 @@ Platform LinuxPlatform::platform(FilePanels &panels, UserInput &input, UrlOpener
             .input = input,
             .opener = opener,
             .loginItem = m_loginItem,
-            .watched = m_watched};
+            .watched = m_watched,
+            .bundle = bundle,
+            .urlSession = m_urlSession,
+            .machine = m_machine,
+            .display = m_display};
 }
 
 QCoro::Task<> LinuxPlatform::openLinks(QString scheme)

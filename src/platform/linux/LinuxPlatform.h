@@ -11,6 +11,9 @@
 #include "platform/linux/files/CloudFolders.h"
 #include "platform/linux/files/LinuxFileManager.h"
 #include "platform/linux/login/AutostartLoginItem.h"
+#include "platform/linux/machine/LinuxMachine.h"
+#include "platform/linux/network/HttpsSession.h"
+#include "platform/linux/session/DesktopDisplayPreferences.h"
 #include "platform/linux/session/EventLoopClock.h"
 #include "platform/linux/session/FprintAuthenticator.h"
 #include "platform/linux/session/SessionInput.h"
@@ -32,7 +35,8 @@ public:
     LinuxPlatform &operator=(const LinuxPlatform &) = delete;
 
     /// References to the services; this object and those of the toolkit must outlive them.
-    [[nodiscard]] Platform platform(FilePanels &panels, UserInput &input, UrlOpener &opener);
+    [[nodiscard]] Platform platform(FilePanels &panels, UserInput &input, UrlOpener &opener,
+                                    const BundleInformation &bundle);
     [[nodiscard]] Clock &clock() { return m_clock; }
     [[nodiscard]] NotificationCenters &notifications() { return m_notifications; }
     [[nodiscard]] GlobalInput &globalInput() { return m_globalInput; }
@@ -57,6 +61,9 @@ private:
     SessionInput m_globalInput;
     AutostartLoginItem m_loginItem;
     SessionWatch m_session;
+    HttpsSession m_urlSession;
+    LinuxMachine m_machine;
+    DesktopDisplayPreferences m_display;
 };
 
 } // namespace quillhaven
