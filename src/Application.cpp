@@ -64,8 +64,9 @@ int startAndRun()
     });
     const Platform platform = services.platform(panels, input, opener, bundleInformation());
     installPlatform(platform, presence, QCoreApplication::arguments());
-    RunningProgram program(platform, instance, presence);
-    startJob([&services] { return services.openLinks(QStringLiteral("quillhaven")); });
+    RunningProgram program(platform, instance, presence, [&services] {
+        startJob([&services] { return services.openLinks(QStringLiteral("quillhaven")); });
+    });
     return program.run();
 }
 

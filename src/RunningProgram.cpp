@@ -37,10 +37,12 @@ void askToEnableExtension(const FinderExtension::Question &question, const std::
 
 } // namespace
 
-RunningProgram::RunningProgram(const Platform &platform, SingleInstance &instance, QtApplicationPresence &presence)
+RunningProgram::RunningProgram(const Platform &platform, SingleInstance &instance, QtApplicationPresence &presence,
+                               std::function<void()> openLinks)
     : m_platform(platform),
       m_instance(instance),
       m_presence(presence),
+      m_openLinks(std::move(openLinks)),
       m_finderExtension(platform, FinderExtension::placesBeside(QCoreApplication::applicationDirPath()),
                         askToEnableExtension),
       m_statusBar(platform.watched),
@@ -52,7 +54,7 @@ RunningProgram::RunningProgram(const Platform &platform, SingleInstance &instanc
       m_app(LaunchContextManager::shared(), presence, platform.clock, [this] { m_handedOver.checkForPendingActions(); })
 {
     m_delegate.applicationDidFinishLaunching();
-    m_windows.emplace(platform, *m_menuBar, [this] { bringMainWindowForward(); }, [this] { restart(); });
+    m_windows.emplace(platform, *m_menuBar, windowActions());
     presence.setBuilder([this]() -> QWindow * { return m_windows->mainWindow().window(); });
     connectWithDesktop();
 }
@@ -116,8 +118,18 @@ void RunningProgram::connectWithDesktop()
     QObject::connect(&m_signals, &TerminationSignals::terminationRequested, &m_delegate, [this] { terminate(); });
 }
 
+Windows::Actions RunningProgram::windowActions()
+{
+    return {
+        .bringMainWindowForward = [this] { bringMainWindowForward(); },
+        .restart = [this] { restart(); },
+        .repairs = {{WatchedSources::Source::FileManagerMenus, [this] { m_finderExtension.activateFinderExtension(); }},
+                    {WatchedSources::Source::Links, m_openLinks}}};
+}
+
 int RunningProgram::run()
 {
+    m_openLinks();
     m_windows->dashboard().rescue()->look();
     if (LaunchContextManager::shared().shouldShowMainWindow()) {
         m_presence.makeKeyAndOrderFront(mainWindowTitle);

@@ -12,6 +12,7 @@
 #include "shell/handover/HandedOverActions.h"
 #include "shell/quillhavenApp.h"
 
+#include <functional>
 #include <optional>
 
 namespace quillhaven {
@@ -25,8 +26,10 @@ class SingleInstance;
 class RunningProgram
 {
 public:
-    /// Launches the program. The shared instances must be available, and the references must outlive this object.
-    RunningProgram(const Platform &platform, SingleInstance &instance, QtApplicationPresence &presence);
+    /// Launches the program. `openLinks` starts to let the desktop open the program's links with it. The shared
+    /// instances must be available, and the references must outlive this object.
+    RunningProgram(const Platform &platform, SingleInstance &instance, QtApplicationPresence &presence,
+                   std::function<void()> openLinks);
     ~RunningProgram();
     RunningProgram(const RunningProgram &) = delete;
     RunningProgram &operator=(const RunningProgram &) = delete;
@@ -39,6 +42,7 @@ private:
     [[nodiscard]] LaunchSequence launchSequence();
     [[nodiscard]] MenuBar menuBar();
     [[nodiscard]] std::unique_ptr<Popover> makePopover();
+    [[nodiscard]] Windows::Actions windowActions();
     void connectWithDesktop();
 
     void bringMainWindowForward();
@@ -51,6 +55,7 @@ private:
     const Platform &m_platform;
     SingleInstance &m_instance;
     QtApplicationPresence &m_presence;
+    std::function<void()> m_openLinks;
     LaunchAtLoginServiceManager *m_launchAtLogin = nullptr; ///< from the launch to the termination
     FinderExtension m_finderExtension;
     QtStatusBar m_statusBar;

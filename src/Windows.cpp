@@ -22,8 +22,7 @@
 
 namespace quillhaven {
 
-Windows::Windows(const Platform &platform, MenuBarViewModel &menuBar, std::function<void()> bringMainWindowForward,
-                 std::function<void()> restart)
+Windows::Windows(const Platform &platform, MenuBarViewModel &menuBar, const Actions &actions)
     : m_menuBar(menuBar),
       m_passwordInput(PasswordInputDialogManager::shared(), platform.defaults.standard()),
       m_dashboard(platform, QuillhavenManager::shared(), MasterPasswordManager::shared(),
@@ -32,18 +31,31 @@ Windows::Windows(const Platform &platform, MenuBarViewModel &menuBar, std::funct
                    .passwordInput = PasswordInputDialogManager::shared(),
                    .masterPassword = MasterPasswordDialogManager::shared()}),
       m_storeNotice(platform.credentialStoreState, *m_dashboard.notices(), ConfirmationDialogManager::shared()),
-      m_launchAtLogin(LaunchAtLoginServiceManager::shared(), ConfirmationDialogManager::shared(), platform,
-                      std::move(restart)),
-      m_autoLockSection(AutoLockManager::shared(), SmartAutoLockManager::shared(), MasterPasswordManager::shared(),
-                        platform.defaults.standard(), platform.watched),
-      m_watchedSources(platform.watched, [this] { m_dashboard.bulk()->lockEverything(); }),
-      m_preferences(platform.notifications.standard, {m_launchAtLogin, m_autoLockSection, m_watchedSources}),
-      m_sheetModels(sheets(platform), std::move(bringMainWindowForward))
+      m_preferences(preferencesContext(platform, actions)),
+      m_sheetModels(sheets(platform), actions.bringMainWindowForward)
 {
+    BackupSectionModel *backup = m_preferences.backup();
+    connect(backup, &BackupSectionModel::isBackingUpChanged, &m_dashboard,
+            [this, backup] { m_dashboard.setBackgroundActivity(backup->progressText()); });
     showSettingsProblem(QuillhavenManager::shared(), *m_dashboard.notices());
 }
 
 Windows::~Windows() = default;
+
+PreferencesContext Windows::preferencesContext(const Platform &platform, const Actions &actions)
+{
+    return {.platform = platform,
+            .quillhavenManager = QuillhavenManager::shared(),
+            .masterPasswordManager = MasterPasswordManager::shared(),
+            .autoLockManager = AutoLockManager::shared(),
+            .smartAutoLockManager = SmartAutoLockManager::shared(),
+            .launchAtLoginManager = LaunchAtLoginServiceManager::shared(),
+            .confirmationDialogManager = ConfirmationDialogManager::shared(),
+            .lockEverything = [this] { m_dashboard.bulk()->lockEverything(); },
+            .lookForLostItems = [this] { m_dashboard.rescue()->show(); },
+            .restart = actions.restart,
+            .repairs = actions.repairs};
+}
 
 Sheets Windows::sheets(const Platform &platform)
 {
@@ -53,7 +65,6 @@ Sheets Windows::sheets(const Platform &platform)
             .passwordInputState = m_passwordInput,
             .masterPassword = MasterPasswordDialogManager::shared(),
             .removeProtection = *m_dashboard.removeProtectionDialogManager(),
-            .recovery = *m_dashboard.backup()->recoveryDialogManager(),
             .rescue = *m_dashboard.rescue()->dialog(),
             .error = *m_dashboard.errorDialogManager(),
             .bulkFilePicker = *m_dashboard.bulk()->picker(),

@@ -6,10 +6,7 @@
 #include "presentation/SheetModels.h"
 #include "presentation/dashboard/CredentialStoreNotice.h"
 #include "presentation/dashboard/DashboardViewModel.h"
-#include "presentation/preferences/AutoLockSectionModel.h"
-#include "presentation/preferences/LaunchAtLoginToggleModel.h"
 #include "presentation/preferences/PreferencesModel.h"
-#include "presentation/preferences/WatchedSourcesModel.h"
 
 #include <QObject>
 
@@ -32,10 +29,15 @@ class Windows : public QObject
     Q_OBJECT
 
 public:
-    /// `bringMainWindowForward` shows the main window, for whatever reason it is hidden, and `restart` starts the
-    /// program again and ends this process. The references must outlive this object.
-    Windows(const Platform &platform, MenuBarViewModel &menuBar, std::function<void()> bringMainWindowForward,
-            std::function<void()> restart);
+    struct Actions
+    {
+        std::function<void()> bringMainWindowForward; ///< for whatever reason it is hidden
+        std::function<void()> restart;                ///< starts the program again and ends this process
+        WatchedSourcesModel::Repairs repairs;         ///< of what connects the program with the desktop
+    };
+
+    /// The references must outlive this object.
+    Windows(const Platform &platform, MenuBarViewModel &menuBar, const Actions &actions);
     ~Windows() override;
 
     [[nodiscard]] DashboardViewModel &dashboard() { return m_dashboard; }
@@ -51,6 +53,7 @@ Q_SIGNALS:
     void quitRequested();
 
 private:
+    [[nodiscard]] PreferencesContext preferencesContext(const Platform &platform, const Actions &actions);
     [[nodiscard]] Sheets sheets(const Platform &platform);
     [[nodiscard]] QQmlEngine &engine();
 
@@ -58,9 +61,6 @@ private:
     PasswordInputDialogModel m_passwordInput;
     DashboardViewModel m_dashboard;
     CredentialStoreNotice m_storeNotice;
-    LaunchAtLoginToggleModel m_launchAtLogin;
-    AutoLockSectionModel m_autoLockSection;
-    WatchedSourcesModel m_watchedSources;
     PreferencesModel m_preferences;
     SheetModels m_sheetModels;
     std::unique_ptr<QQmlEngine> m_engine;

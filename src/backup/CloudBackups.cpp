@@ -31,6 +31,11 @@ std::optional<QString> CloudBackups::containerDirectory() const
     return m_cloud.containerDirectory(containerIdentifier);
 }
 
+void CloudBackups::useContainerDirectory(const QString &folder)
+{
+    m_cloud.setContainerDirectory(containerIdentifier, folder);
+}
+
 bool CloudBackups::isiCloudAvailable() const
 {
     printLogger(QStringLiteral("🌩️ DEBUG: Checking iCloud availability..."));

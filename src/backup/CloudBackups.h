@@ -22,6 +22,8 @@ public:
 
     /// The container, if there is one.
     [[nodiscard]] std::optional<QString> containerDirectory() const;
+    /// Makes an existing folder the container. Throws FileError.
+    void useContainerDirectory(const QString &folder);
     /// Whether there is a container; logs what was found.
     [[nodiscard]] bool isiCloudAvailable() const;
     /// The folder, which is created if it does not exist. Throws QuillhavenError::accessDenied if there is no

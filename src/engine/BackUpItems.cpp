@@ -17,6 +17,20 @@ bool QuillhavenManager::isiCloudAvailable() const
     return m_cloudBackups.isiCloudAvailable();
 }
 
+std::optional<QString> QuillhavenManager::iCloudFolder() const
+{
+    const std::optional<QString> container = m_cloudBackups.containerDirectory();
+    return container ? std::optional(m_platform.fileManager.resolvedPath(*container)) : std::nullopt;
+}
+
+void QuillhavenManager::useiCloudFolder(const QString &folder)
+{
+    if (const auto reason = reasonNotToKeepBackups(m_platform.fileManager, placesOfProgram(), folder)) {
+        throw QuillhavenError(QuillhavenError::accessDenied, *reason);
+    }
+    m_cloudBackups.useContainerDirectory(folder);
+}
+
 void QuillhavenManager::requireBackupEnabled() const
 {
     if (!enableiCloudBackup()) {

@@ -41,6 +41,14 @@ QString quotedName(const QString &path)
     return QLatin1Char('"') + displayName(name.isEmpty() ? path : name) + QLatin1Char('"');
 }
 
+bool isInOwnPlace(const FileManager &files, const OwnPlaces &places, const QString &path)
+{
+    const auto holdsPath = [&](const QString &own) {
+        return isAtOrAbove(files, files.identityOfItem(own, Links::Follow), path);
+    };
+    return std::ranges::any_of(places.own, holdsPath);
+}
+
 /// What is not to be done, such as "protected" and "Protect".
 struct Verb
 {
@@ -64,10 +72,7 @@ std::optional<QString> reasonToKeep(const FileManager &files, const OwnPlaces &p
                    QStringLiteral(", which Quillhaven needs at its place. ") + advice;
         }
     }
-    const auto holdsPath = [&](const QString &own) {
-        return isAtOrAbove(files, files.identityOfItem(own, Links::Follow), path);
-    };
-    if (std::ranges::any_of(places.own, holdsPath)) {
+    if (isInOwnPlace(files, places, path)) {
         return refusal + QStringLiteral(" because it belongs to Quillhaven itself.");
     }
     return std::nullopt;
@@ -106,6 +111,15 @@ std::optional<QString> reasonNotToProtect(const FileManager &files, const OwnPla
     if (copied != items.end()) {
         return quotedName(path) + QStringLiteral(" cannot be protected because it is the encrypted copy of \"") +
                displayName(copied->originalName) + QStringLiteral("\".");
+    }
+    return std::nullopt;
+}
+
+std::optional<QString> reasonNotToKeepBackups(const FileManager &files, const OwnPlaces &places, const QString &path)
+{
+    if (isInOwnPlace(files, places, path)) {
+        return QStringLiteral("Backups cannot be kept in ") + quotedName(path) +
+               QStringLiteral(" because it belongs to Quillhaven itself. Choose a folder that your sync tool keeps.");
     }
     return std::nullopt;
 }

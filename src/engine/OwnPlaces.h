@@ -29,6 +29,11 @@ struct OwnPlaces
 [[nodiscard]] std::optional<QString> reasonNotToProtect(const FileManager &files, const OwnPlaces &places,
                                                         const QList<ProtectedItem> &items, const QString &path);
 
+/// A sentence that says why recovery backups cannot be kept in the folder at `path`: it is one of the program's own, or
+/// lies in one. Nothing when that is not so.
+[[nodiscard]] std::optional<QString> reasonNotToKeepBackups(const FileManager &files, const OwnPlaces &places,
+                                                            const QString &path);
+
 /// The same for the shredding of what is no item: with the program's own places, the data of every item would go.
 [[nodiscard]] std::optional<QString> reasonNotToShred(const FileManager &files, const OwnPlaces &places,
                                                       const QString &path);

@@ -134,6 +134,11 @@ public:
     // BackUpItems.cpp
 
     [[nodiscard]] bool isiCloudAvailable() const;
+    /// The folder in which the backups are kept, with its links resolved; nothing while there is none.
+    [[nodiscard]] std::optional<QString> iCloudFolder() const;
+    /// Makes an existing folder that one. Throws QuillhavenError::accessDenied for a folder of the program, or
+    /// FileError.
+    void useiCloudFolder(const QString &folder);
     /// Writes the recovery backup of a locked item, in place of an earlier one. Throws QuillhavenError, KeychainError
     /// or FileError; what a failed write has left of the backup stays.
     [[nodiscard]] QCoro::Task<> backupToiCloud(QString itemId);

@@ -31,6 +31,12 @@ public:
         std::optional<QByteArray> value; ///< present with status 0 when the entry holds bytes
     };
 
+    enum class Place {
+        NotChosen, ///< nothing has been stored or found yet
+        Keyring,   ///< the desktop's, which is opened by the user's login or password
+        OwnFile,   ///< a file of the program, with its key in a file beside it
+    };
+
     CredentialStore() = default;
     virtual ~CredentialStore() = default;
     CredentialStore(const CredentialStore &) = delete;
@@ -48,8 +54,8 @@ public:
     [[nodiscard]] virtual Match copyMatching(const QString &service, const QString &account) = 0;
     [[nodiscard]] virtual CredentialStatus remove(const QString &service, const QString &account) = 0;
 
-    /// Which store this is, in words for the log and the preferences, such as "Secret Service".
-    [[nodiscard]] virtual QString displayName() const = 0;
+    /// Where the secrets are. Any thread may ask.
+    [[nodiscard]] virtual Place place() const = 0;
 };
 
 } // namespace quillhaven

@@ -47,7 +47,7 @@ Item {
 
             SheetLoader {
                 presented: host.models.preferences.isPresented
-                sourceComponent: PreferencesView { preferences: host.models.preferences }
+                sourceComponent: RefinedPreferencesModal { preferences: host.models.preferences }
             }
             SheetLoader {
                 presented: host.models.rescue.isPresented
@@ -64,6 +64,28 @@ Item {
             SheetLoader {
                 presented: host.models.recoveryDialogManager.isPresented
                 sourceComponent: RecoveryDialog { manager: host.models.recoveryDialogManager }
+            }
+            SheetLoader {
+                presented: host.models.preferences.showingCloseConfirmation
+                sourceComponent: UnsavedChangesSheet { preferences: host.models.preferences }
+            }
+            SheetLoader {
+                presented: host.models.preferencesPasswordInput.isPresented
+                sourceComponent: PasswordInputDialog {
+                    manager: host.models.preferencesPasswordInput
+                    dialog: host.models.preferencesPasswordInputState
+                }
+            }
+            SheetLoader {
+                presented: host.models.preferencesConfirmation.isPresented
+                sourceComponent: ConfirmationDialog { manager: host.models.preferencesConfirmation }
+            }
+            SheetLoader {
+                presented: host.models.preferencesError.isPresented
+                sourceComponent: ErrorDialog {
+                    manager: host.models.preferencesError
+                    onShowTroubleshooting: host.models.showDefaultTroubleshooting(manager)
+                }
             }
             SheetLoader {
                 presented: host.models.protectionMethodDialogManager.isPresented

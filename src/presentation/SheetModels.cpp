@@ -9,9 +9,10 @@ namespace quillhaven {
 SheetModels::SheetModels(const Sheets &sheets, std::function<void()> bringMainWindowForward, QObject *parent)
     : QObject(parent),
       m_sheets(sheets),
-      m_dialogs{&sheets.confirmation,     &sheets.protectionMethod,  &sheets.passwordInput, &sheets.masterPassword,
-                &sheets.removeProtection, &sheets.recovery,          &sheets.rescue,        &sheets.error,
-                &sheets.bulkFilePicker,   &sheets.shredConfirmation, &sheets.preferences,   &sheets.menuBarError},
+      m_dialogs{&sheets.confirmation,       &sheets.protectionMethod,  &sheets.passwordInput, &sheets.masterPassword,
+                &sheets.removeProtection,   recoveryDialogManager(),   &sheets.rescue,        &sheets.error,
+                &sheets.bulkFilePicker,     &sheets.shredConfirmation, &sheets.preferences,   preferencesConfirmation(),
+                preferencesPasswordInput(), preferencesError(),        &sheets.menuBarError},
       m_questionWindow(std::move(bringMainWindowForward))
 {
     for (const DialogModel *dialog : std::as_const(m_dialogs)) {

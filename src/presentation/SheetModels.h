@@ -34,14 +34,13 @@ struct Sheets
     PasswordInputDialogModel &passwordInputState;
     MasterPasswordDialogManager &masterPassword;
     RemoveProtectionDialogManager &removeProtection;
-    RecoveryDialogManager &recovery;
     RescueDialogModel &rescue;
     ErrorDialogManager &error;
     BulkFilePickerModel &bulkFilePicker;
     OperationProgress &bulkProgress;
     ShredConfirmationDialogModel &shredConfirmation;
     OperationProgress &shredProgress;
-    PreferencesModel &preferences;
+    PreferencesModel &preferences; ///< with the dialogs of its own
     BiometricAuthenticator &biometrics;
     ErrorDialogManager &menuBarError;
 };
@@ -70,6 +69,11 @@ class SheetModels : public QObject
     Q_PROPERTY(quillhaven::ShredConfirmationDialogModel *shredConfirmation READ shredConfirmation CONSTANT)
     Q_PROPERTY(quillhaven::OperationProgress *shredProgress READ shredProgress CONSTANT)
     Q_PROPERTY(quillhaven::PreferencesModel *preferences READ preferences CONSTANT)
+    Q_PROPERTY(quillhaven::ConfirmationDialogManager *preferencesConfirmation READ preferencesConfirmation CONSTANT)
+    Q_PROPERTY(quillhaven::PasswordInputDialogManager *preferencesPasswordInput READ preferencesPasswordInput CONSTANT)
+    Q_PROPERTY(
+        quillhaven::PasswordInputDialogModel *preferencesPasswordInputState READ preferencesPasswordInputState CONSTANT)
+    Q_PROPERTY(quillhaven::ErrorDialogManager *preferencesError READ preferencesError CONSTANT)
     Q_PROPERTY(quillhaven::BiometricAuthenticator *biometrics READ biometrics CONSTANT)
     Q_PROPERTY(quillhaven::ErrorDialogManager *menuBarErrorDialogManager READ menuBarErrorDialogManager CONSTANT)
     Q_PROPERTY(quillhaven::QuestionWindow *questionWindow READ questionWindow CONSTANT)
@@ -92,7 +96,10 @@ public:
     {
         return &m_sheets.removeProtection;
     }
-    [[nodiscard]] RecoveryDialogManager *recoveryDialogManager() const { return &m_sheets.recovery; }
+    [[nodiscard]] RecoveryDialogManager *recoveryDialogManager() const
+    {
+        return m_sheets.preferences.backup()->recoveryDialogManager();
+    }
     [[nodiscard]] RescueDialogModel *rescue() const { return &m_sheets.rescue; }
     [[nodiscard]] ErrorDialogManager *errorDialogManager() const { return &m_sheets.error; }
     [[nodiscard]] BulkFilePickerModel *bulkFilePicker() const { return &m_sheets.bulkFilePicker; }
@@ -100,6 +107,19 @@ public:
     [[nodiscard]] ShredConfirmationDialogModel *shredConfirmation() const { return &m_sheets.shredConfirmation; }
     [[nodiscard]] OperationProgress *shredProgress() const { return &m_sheets.shredProgress; }
     [[nodiscard]] PreferencesModel *preferences() const { return &m_sheets.preferences; }
+    [[nodiscard]] ConfirmationDialogManager *preferencesConfirmation() const
+    {
+        return &m_sheets.preferences.confirmationDialogManager();
+    }
+    [[nodiscard]] PasswordInputDialogManager *preferencesPasswordInput() const
+    {
+        return &m_sheets.preferences.passwordInputDialogManager();
+    }
+    [[nodiscard]] PasswordInputDialogModel *preferencesPasswordInputState() const
+    {
+        return &m_sheets.preferences.passwordInputState();
+    }
+    [[nodiscard]] ErrorDialogManager *preferencesError() const { return &m_sheets.preferences.errors().dialog(); }
     [[nodiscard]] BiometricAuthenticator *biometrics() const { return &m_sheets.biometrics; }
     [[nodiscard]] ErrorDialogManager *menuBarErrorDialogManager() const { return &m_sheets.menuBarError; }
     [[nodiscard]] QuestionWindow *questionWindow() { return &m_questionWindow; }

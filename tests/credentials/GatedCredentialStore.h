@@ -42,7 +42,7 @@ public:
     {
         return m_next.remove(service, account);
     }
-    [[nodiscard]] QString displayName() const override { return m_next.displayName(); }
+    [[nodiscard]] Place place() const override { return m_next.place(); }
 
     void letOneThrough() { m_gate.release(); }
 

@@ -36,9 +36,9 @@ class Names(WindowTest):
         confirm.press()
         flows.row(self.program, "letter.txt", "locked")
         self.assert_all_named("the list")
-        self.program.press(BUTTON, "Set Master Password")
-        self.program.find(FIELD, "Master Password")
-        self.assert_all_named("the master password dialog")
+        flows.ask_for_new_master_password(self.program)
+        self.program.find(FIELD, "Confirm password")
+        self.assert_all_named("the dialog for a new master password")
 
     def test_every_control_for_several_items_has_a_name(self):
         letter = self.file("letter.txt")
@@ -59,9 +59,13 @@ class Names(WindowTest):
         self.assert_all_named("the sheet for choosing files")
         self.program.press(BUTTON, "Cancel")
         self.program.gone(None, "Selected Items (1)")
-        self.program.press(BUTTON, "Backup")
-        self.program.says("iCloud is not available. Please sign in to iCloud and enable iCloud Drive.")
-        self.assert_all_named("the menu of the backups")
+
+    def test_every_control_of_the_preferences_has_a_name(self):
+        self.home.make_cloud_folder()
+        for section in ("General", "Security", "Backup"):
+            flows.open_preferences(self.program, section)
+            self.assert_all_named(f"the section {section}")
+            flows.close_preferences(self.program)
 
 
 class Sentences(WindowTest):
@@ -107,12 +111,13 @@ class Passwords(WindowTest):
         self.assert_not_on_the_bus()
 
     def test_the_master_password_is_never_exposed(self):
-        self.program.press(BUTTON, "Set Master Password")
-        self.program.find(FIELD, "Master Password").type(self.SECRET)
-        confirm = self.program.find(BUTTON, "Set Password")
+        flows.ask_for_new_master_password(self.program)
+        self.program.find(FIELD, "Password").type(self.SECRET)
+        self.program.find(FIELD, "Confirm password").type(self.SECRET)
+        confirm = self.program.find(BUTTON, "Protect")
         self.assert_not_on_the_bus()
         confirm.press()
-        self.program.find(BUTTON, "Change Master Password")
+        self.program.says(flows.MASTER_PASSWORD_IS_SET)
         self.assertEqual(self.keyring.entries().get("master_password"), self.SECRET)
 
 

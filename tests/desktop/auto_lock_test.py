@@ -6,10 +6,9 @@ import subprocess
 
 import dbus
 import flows
-from desktop_driver import BUTTON, DIALOG, key
+from desktop_driver import BUTTON, DIALOG, SWITCH, key
 from window_case import WindowTest, main
 
-SWITCH = "check box"
 MOCK = "org.freedesktop.DBus.Mock"
 LOGIND = ("org.freedesktop.login1", "/org/freedesktop/login1")
 SAVER = ("org.gnome.ScreenSaver", "/org/gnome/ScreenSaver")
@@ -46,11 +45,11 @@ class AutoLock(WindowTest):
             self.program.press(SWITCH, name)
             self.program.wait_for(lambda: self.program.look(SWITCH, name).has("checked"), f'"{name}" to be on')
         key("Escape")
-        self.program.gone(DIALOG, "Preferences")
+        self.program.gone(DIALOG, flows.PREFERENCES)
 
     def below(self, role, name):
         """Returns a part of the sheet, also when it has to be scrolled to."""
-        self.program.find(DIALOG, "Preferences")
+        self.program.find(DIALOG, flows.PREFERENCES)
         return next(node for node in self.program.walk() if node.role == role and node.name == name)
 
     def prepare_for_sleep(self, is_before):
@@ -88,7 +87,7 @@ class AutoLock(WindowTest):
         flows.row(self.program, "letter.txt", "locked")
 
     def test_with_a_master_password_the_lock_waits_for_it_unless_that_is_allowed(self):
-        flows.set_master_password(self.program, self.home, self.keyring)
+        flows.set_master_password(self.program)
         self.switch("Lock on sleep")
         self.prepare_for_sleep(True)
         flows.enter_master_password(self.program)

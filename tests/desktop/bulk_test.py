@@ -3,12 +3,11 @@
 """Operations on several items, shredding and recovery, from the window to the disk."""
 
 import flows
-from desktop_driver import BUTTON, FIELD, ROW, key, type_text
+from desktop_driver import BUTTON, FIELD, ROW, SWITCH, TAB, key, type_text
 from home_on_disk import PLACEHOLDER
 from window_case import WindowTest, main
 
 CHECK_BOX = "check box"
-ENTRY = "menu item"
 BULK_ACCESS_MESSAGE = "Please grant access to the selected items for bulk protection"
 UNDERSTOOD = "I understand this will permanently delete the selected items"
 PHRASE_FIELD = "Type 'SHRED PERMANENTLY' to confirm:"
@@ -154,47 +153,45 @@ class Shredding(WindowTest):
 
 
 class Backups(WindowTest):
-    def open_menu(self):
-        self.program.press(BUTTON, "Backup")
-
     def test_a_file_is_backed_up_and_recovered(self):
         letter = self.file("letter.txt", "dear\n")
-        cloud = self.home.data / "cloud" / "iCloud~com~tarnwick~quillhaven"
-        cloud.mkdir(parents=True)
+        cloud = self.home.make_cloud_folder()
         flows.protect_with_password(self.program, letter)
-        flows.set_master_password(self.program, self.home, self.keyring)
+        flows.set_master_password(self.program)
 
-        self.open_menu()
-        self.program.press(ENTRY, "iCloud Backup")
-        self.program.gone(ENTRY, "iCloud Backup")
-        self.open_menu()
-        self.program.press(ENTRY, "Back Up All Now")
+        flows.open_preferences(self.program, "Security")
+        self.program.press(SWITCH, "iCloud Backup")
+        self.program.press(TAB, "Switch to Backup settings")
+        self.program.press(BUTTON, "Backup Now")
         backup = cloud / "Documents" / "QuillhavenBackups" / f'{self.home.item(letter)["id"]}.backup'
         self.program.wait_for(backup.exists, "the backup")
-        self.program.gone(None, "Backing up all items…")
 
         recovered = self.home.path / "recovered"
         recovered.mkdir()
-        self.open_menu()
-        self.program.press(ENTRY, "Recover All Files")
+        self.program.press(BUTTON, "Recover Files")
         self.program.find(FIELD, "Master Password").type(flows.MASTER_PASSWORD)
         self.program.press(BUTTON, "Recover All Files")
         self.program.find(FIELD, "Directory:").set_text(str(recovered))
-        self.program.press(BUTTON, "Recover Files")
+        self.program.press_in("Choose Recovery Location", BUTTON, "Recover Files")
         self.program.says("Recovery Successful")
         self.program.says("Successfully recovered 1 files to the selected folder.")
         self.assertEqual((recovered / "letter.txt").read_text(), "dear\n")
         self.program.press(BUTTON, "OK")
         self.program.gone(None, "Recovery Successful")
+        flows.close_preferences(self.program)
 
-    def test_the_menu_reports_that_there_is_no_folder_for_backups(self):
-        self.program.find(BUTTON, flows.PROTECT)
-        self.open_menu()
-        self.program.says("iCloud is not available. Please sign in to iCloud and enable iCloud Drive.")
-        self.program.press(ENTRY, "Recover All Files")
-        key("Escape")
-        self.program.gone(ENTRY, "Recover All Files")
-        self.assertIsNone(self.program.look(FIELD, "Master Password"))
+    def test_a_folder_for_backups_is_chosen_where_there_is_none(self):
+        synced = self.home.path / "synced"
+        synced.mkdir()
+        flows.open_preferences(self.program, "Security")
+        self.assertIsNone(self.program.look(TAB, "Switch to Backup settings"))
+        self.program.press(BUTTON, "Open iCloud Settings")
+        self.program.find(FIELD, "Directory:").set_text(str(synced))
+        self.program.press(BUTTON, "Use This Folder")
+        self.program.press(TAB, "Switch to Backup settings")
+        self.program.find("panel", str(synced))
+        link = self.home.data / "cloud" / "iCloud~com~tarnwick~quillhaven"
+        self.assertEqual(link.readlink(), synced)
 
 
 if __name__ == "__main__":

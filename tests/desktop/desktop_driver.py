@@ -29,6 +29,9 @@ FIELD = "text"
 LABEL = "label"
 NOTICE = "alert"
 ROW = "list item"
+SPIN = "spin button"
+SWITCH = "check box"
+TAB = "page tab"
 
 
 class DesktopError(AssertionError):

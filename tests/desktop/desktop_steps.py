@@ -2,13 +2,14 @@
 
 """The steps of the tour outside the main window: the tray, a file manager, an idle period and a start at login."""
 
+import re
+
 import flows
-from desktop_driver import BUTTON, DIALOG, ROW, DesktopError, key
+from desktop_driver import BUTTON, DIALOG, ROW, SPIN, SWITCH, DesktopError, key
 from file_manager import AccessibleWindow
 from login_test import SESSIONS, ProgramOfSession
 from panel import Panel
 
-SWITCH = "check box"
 POPOVER = "Quillhaven Items"
 IDLE_SECONDS = 90
 
@@ -81,25 +82,26 @@ class DesktopSteps:
         flows.unlock(self.program, "plan.txt")
         self.open_preferences()
         self.program.press(SWITCH, "Auto-Lock")
+        self.program.find(SPIN, re.compile("^Lock after 5")).focus()
         for _ in range(4):
-            self.program.press(BUTTON, "One minute less")
+            key("Down")
         self.program.wait_for(lambda: self.program.look("panel", "Lock after 1 minute of inactivity"), "the period")
         self.shot("auto-lock")
         key("Escape")
-        self.program.gone(DIALOG, "Preferences")
+        self.program.gone(DIALOG, flows.PREFERENCES)
         self.program.find(ROW, "plan.txt, locked", seconds=IDLE_SECONDS)
         self.did("it was locked by itself")
         self.shot("locked-when-idle")
         self.open_preferences()
         self.program.press(SWITCH, "Auto-Lock")
         key("Escape")
-        self.program.gone(DIALOG, "Preferences")
+        self.program.gone(DIALOG, flows.PREFERENCES)
         flows.remove_protection(self.program, "plan.txt")
         self.check(self.plan.read_text() == "the plan\n", "plan.txt is back, as it was")
 
     def open_preferences(self):
         self.program.press(BUTTON, "Preferences")
-        self.program.find(DIALOG, "Preferences")
+        self.program.find(DIALOG, flows.PREFERENCES)
 
     def at_login(self):
         self.step("Switch the start at login on, hidden, and log in")

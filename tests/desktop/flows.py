@@ -5,12 +5,14 @@
 import re
 import subprocess
 
-from desktop_driver import BUTTON, FIELD, ROW, DesktopError
+from desktop_driver import BUTTON, DIALOG, FIELD, ROW, TAB, DesktopError
 
 ITEM_PASSWORD = "Correct7Horse"
 MASTER_PASSWORD = "Master9Staple"
 
 PROTECT = "Protect New Item"
+PREFERENCES = "Settings Modal"
+MASTER_PASSWORD_IS_SET = "A master password is set. It is asked for before items are changed."
 ACCESS_PROMPT = "Grant Access"
 ACCESS_MESSAGE = "Please grant access to the selected item"
 PASSWORD_CARD = "Password Protection"
@@ -89,11 +91,39 @@ def enter_master_password(program, password=MASTER_PASSWORD):
     program.press(BUTTON, "Authenticate")
 
 
-def set_master_password(program, home, keyring, password=MASTER_PASSWORD):
-    program.press(BUTTON, "Set Master Password")
-    program.find(FIELD, "Master Password").type(password)
-    program.press(BUTTON, "Set Password")
-    program.find(BUTTON, "Change Master Password")
+def open_preferences(program, section=None):
+    """Opens the preferences, at this section if there is one."""
+    program.press(BUTTON, "Preferences")
+    program.find(DIALOG, PREFERENCES)
+    if section is not None:
+        program.press(TAB, f"Switch to {section} settings")
+        program.find(None, f"{section} section")
+
+
+def close_preferences(program):
+    program.press(BUTTON, "Close Settings")
+    program.gone(DIALOG, PREFERENCES)
+
+
+def ask_for_new_master_password(program):
+    """Opens the dialog in which a first master password is chosen, over the preferences."""
+    open_preferences(program, "Security")
+    program.press(BUTTON, "Set or Reset Master Password")
+    program.find(DIALOG, "Set Master Password")
+
+
+def set_master_password(program, password=MASTER_PASSWORD):
+    ask_for_new_master_password(program)
+    enter_new_password(program, password)
+    program.says(MASTER_PASSWORD_IS_SET)
+    close_preferences(program)
+
+
+def wait_for_master_password(program):
+    """Waits until the program knows that there is a master password."""
+    open_preferences(program, "Security")
+    program.says(MASTER_PASSWORD_IS_SET)
+    close_preferences(program)
 
 
 def unlock(program, name, password=ITEM_PASSWORD, master_password=None):

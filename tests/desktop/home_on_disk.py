@@ -96,6 +96,12 @@ class Home:
             connection.execute("DELETE FROM elements WHERE id = ?", (identity,))
         connection.close()
 
+    def make_cloud_folder(self):
+        """Makes the folder of the recovery backups, and returns its path."""
+        folder = self.data / "cloud" / "iCloud~com~tarnwick~quillhaven"
+        folder.mkdir(parents=True)
+        return folder
+
     def remove(self):
         shutil.rmtree(self.path, ignore_errors=True)
 

@@ -3,7 +3,7 @@
 """Using the program with only the keyboard: Tab, Return, Space, Escape."""
 
 import flows
-from desktop_driver import BUTTON, FIELD, key, type_text
+from desktop_driver import BUTTON, DIALOG, FIELD, key, type_text
 from window_case import WindowTest, main
 
 
@@ -68,19 +68,22 @@ class Keyboard(WindowTest):
         key("Escape")
         self.program.gone(FIELD, "Confirm password")
 
-        self.program.press(BUTTON, "Set Master Password")
-        self.program.find(FIELD, "Master Password")
+        flows.ask_for_new_master_password(self.program)
+        self.program.find(FIELD, "Confirm password")
         key("Escape")
-        self.program.gone(FIELD, "Master Password")
+        self.program.gone(FIELD, "Confirm password")
+        key("Escape")
+        self.program.gone(DIALOG, flows.PREFERENCES)
         self.assertEqual(self.home.catalogue(), [])
 
     def test_escape_returns_the_focus_to_the_button_that_opened_the_dialog(self):
-        self.tab_to("^Set Master Password$")
+        flows.open_preferences(self.program, "Security")
+        self.tab_to("^Set or Reset Master Password$")
         key("Return")
-        self.program.find(FIELD, "Master Password")
+        self.program.find(FIELD, "Confirm password")
         key("Escape")
-        self.program.gone(FIELD, "Master Password")
-        self.assertEqual(self.program.focused().name, "Set Master Password")
+        self.program.gone(FIELD, "Confirm password")
+        self.assertEqual(self.program.focused().name, "Set or Reset Master Password")
 
     def test_an_item_is_unlocked_and_locked_without_the_pointer(self):
         flows.protect_with_password(self.program, self.letter)

@@ -8,10 +8,9 @@ import subprocess
 from pathlib import Path
 
 import flows
-from desktop_driver import BUTTON, DIALOG, Program, key, wait_for
+from desktop_driver import BUTTON, DIALOG, SWITCH, Program, key, wait_for
 from window_case import PROGRAM, WindowTest, main
 
-SWITCH = "check box"
 AT_LOGIN = "Launch at login"
 HIDDEN = "Start hidden, in the tray"
 # Two independent readers of autostart entries: that of the Openbox session, and a generic one.
@@ -89,7 +88,7 @@ class LoginTest(WindowTest):
         program.find(BUTTON, flows.PROTECT)
         program.wait_until_active()
         key("ctrl+comma")
-        program.find(DIALOG, "Preferences")
+        program.find(DIALOG, flows.PREFERENCES)
 
     def switch(self, name, expected):
         """Presses a switch, and waits until it shows the state."""
@@ -150,7 +149,10 @@ class TheSwitch(LoginTest):
         self.program.find(SWITCH, AT_LOGIN).press()
         self.program.says(f'Failed to register app for launch at login: The file "{self.entry}" starts another program, '
                           "so it was left as it is.")
-        self.program.says("Error")
+        self.program.says("Failed to set launch at login: Failed to register app for launch at login: The file "
+                          f'"{self.entry}" starts another program, so it was left as it is.')
+        self.program.press(BUTTON, "OK")
+        self.program.says("Error occurred")
         self.assertFalse(self.program.find(SWITCH, AT_LOGIN).has("checked"))
         self.assertEqual(self.entry.read_text(), other)
         self.program.press(BUTTON, "Retry in 2s")
@@ -159,8 +161,11 @@ class TheSwitch(LoginTest):
 
     def test_the_keyboard_alone_switches_it_on(self):
         self.open_preferences()
-        self.program.wait_for(lambda: (focused := self.program.focused()) and focused.name == AT_LOGIN,
-                              "the focus on the first switch")
+        for name in ("Close Settings", "Switch to General settings", "Switch to Security settings", AT_LOGIN):
+            self.program.wait_for(lambda: (focused := self.program.focused()) and focused.name == name,
+                                  f"the focus on {name}")
+            if name != AT_LOGIN:
+                key("Tab")
         key("space")
         self.program.wait_for(lambda: self.program.look(SWITCH, AT_LOGIN).has("checked"), "the switch to be on")
         self.assertTrue(self.entry.exists())
@@ -169,13 +174,14 @@ class TheSwitch(LoginTest):
         key("space")
         self.program.wait_for(lambda: not self.entry.exists(), "the entry to be removed")
         key("Escape")
-        self.program.gone(DIALOG, "Preferences")
+        self.program.gone(DIALOG, flows.PREFERENCES)
 
     def test_a_restart_ends_this_process_and_starts_the_next(self):
         self.entry.parent.mkdir()
         self.entry.write_text("[Desktop Entry]\nType=Application\nExec=/bin/true\n")
         self.open_preferences()
         self.program.find(SWITCH, AT_LOGIN).press()
+        self.program.press(BUTTON, "OK")
         self.program.press(BUTTON, "Restart app")
         self.program.says("Restart Required")
         known = {self.program.process.pid}

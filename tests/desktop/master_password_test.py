@@ -14,7 +14,7 @@ class MasterPassword(WindowTest):
         super().setUp()
         self.letter = self.file("letter.txt")
         flows.protect_with_password(self.program, self.letter)
-        flows.set_master_password(self.program, self.home, self.keyring)
+        flows.set_master_password(self.program)
 
     def test_a_wrong_password_shows_an_error_and_can_be_retried(self):
         flows.press_in_row(self.program, "letter.txt", "Unlock Item")
@@ -50,9 +50,8 @@ class MasterPassword(WindowTest):
 
 class ChoosingOne(WindowTest):
     def test_a_weak_password_is_rejected_with_an_error(self):
-        self.program.press(BUTTON, "Set Master Password")
-        self.program.find(FIELD, "Master Password").type("feeble")
-        self.program.press(BUTTON, "Set Password")
+        flows.ask_for_new_master_password(self.program)
+        flows.enter_new_password(self.program, "feeble")
         self.program.says("Password must be at least 8 characters with uppercase, lowercase, and numbers")
         self.assertEqual(self.keyring.entries(), {})
 

@@ -127,7 +127,7 @@ class ThePopover(TrayTest):
 
     def test_a_refused_master_password_changes_nothing(self):
         flows.protect_with_password(self.program, self.file("letter.txt"))
-        flows.set_master_password(self.program, self.home, self.keyring)
+        flows.set_master_password(self.program)
         before = self.home.catalogue()
         self.opened()
         self.in_popover(ROW, "letter.txt, locked").press()
@@ -240,7 +240,7 @@ class TheMenu(TrayTest):
         self.wait_for_state(None)
         self.panel.choose("Preferences")
         self.wait_for_state("Normal")
-        self.program.find(DIALOG, "Preferences")
+        self.program.find(DIALOG, flows.PREFERENCES)
 
     def test_quit_ends_the_program(self):
         self.program.find(BUTTON, flows.PROTECT)
@@ -263,7 +263,7 @@ class StartingAtLogin(TrayTest):
         first = self.start()
         flows.protect_with_password(first, self.file("letter.txt"))
         flows.unlock(first, "letter.txt")
-        flows.set_master_password(first, self.home, self.keyring)
+        flows.set_master_password(first)
         self.assertEqual(first.quit(), 0)
         self.panel.item_gone()
         program = self.start("--login-item")

@@ -102,7 +102,7 @@ public:
     {
         return m_hooks.around("remove", account, [&] { return m_next.remove(service, account); });
     }
-    [[nodiscard]] QString displayName() const override { return m_next.displayName(); }
+    [[nodiscard]] Place place() const override { return m_next.place(); }
 
 private:
     CredentialStore &m_next;

@@ -20,7 +20,7 @@ public:
                                           const QByteArray &value) override;
     [[nodiscard]] Match copyMatching(const QString &service, const QString &account) override;
     [[nodiscard]] CredentialStatus remove(const QString &service, const QString &account) override;
-    [[nodiscard]] QString displayName() const override { return QStringLiteral("a map in memory"); }
+    [[nodiscard]] Place place() const override { return Place::Keyring; }
 
     /// Account to value, for all services.
     QMap<QString, QByteArray> entries;

@@ -43,10 +43,9 @@ SectionModifier {
                 focusPolicy: section.isCollapsible ? Qt.StrongFocus : Qt.NoFocus
                 text: section.title
                 onClicked: section.isExpanded = !section.isExpanded
-                Accessible.role: section.isCollapsible ? Accessible.Button : Accessible.Heading
+                Accessible.ignored: !section.isCollapsible
                 Accessible.name: section.title
-                Accessible.description: !section.isCollapsible ? section.description
-                    : section.isExpanded ? "Double tap to collapse" : "Double tap to expand"
+                Accessible.description: section.isExpanded ? "Double tap to collapse" : "Double tap to expand"
 
                 KeyboardPress {
                     control: header
@@ -68,7 +67,8 @@ SectionModifier {
                         textFormat: Text.PlainText
                         font: Typography.sectionHeader
                         color: Colors.textPrimary
-                        Accessible.ignored: true
+                        Accessible.ignored: section.isCollapsible
+                        Accessible.role: Accessible.Heading
                     }
 
                     SymbolImage {

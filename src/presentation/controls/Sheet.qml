@@ -38,6 +38,11 @@ T.Dialog {
     /// The item that gets the keyboard focus when the sheet appears; null for the first control.
     property Item initialFocusItem: null
     default property alias body: bodyColumn.data
+    /// What stays at the top while the body is scrolled, in place of the symbol, the title and the message.
+    property alias heading: headingColumn.data
+    readonly property bool hasHeading: headingColumn.children.length > 0
+    property string accessibleName: title
+    property string accessibleHint: message
     property alias buttons: buttonRow.data
 
     /// Return was pressed, and no button or field has handled it.
@@ -162,6 +167,15 @@ T.Dialog {
             anchors.fill: parent
             spacing: buttonRow.implicitHeight > 0 ? scroller.spacing + Spacing.sm : 0
 
+            ColumnLayout {
+                id: headingColumn
+
+                Layout.fillHeight: false
+                Layout.bottomMargin: sheet.hasHeading ? Spacing.md : 0
+                spacing: Spacing.md
+                visible: sheet.hasHeading
+            }
+
             SheetScroller {
                 id: scroller
 
@@ -179,6 +193,7 @@ T.Dialog {
 
                 SheetSymbol {
                     Layout.alignment: Qt.AlignHCenter
+                    visible: !sheet.hasHeading
                     implicitWidth: sheet.isCompact ? Spacing.minTouchTarget : sheet.symbolCircle
                     symbol: sheet.symbol
                     symbolColor: sheet.symbolColor
@@ -189,6 +204,7 @@ T.Dialog {
 
                 TextLabel {
                     Layout.fillWidth: true
+                    visible: !sheet.hasHeading
                     text: sheet.title
                     font: Typography.modalTitle
                     horizontalAlignment: Text.AlignHCenter
@@ -201,7 +217,7 @@ T.Dialog {
                 TextLabel {
                     Layout.fillWidth: true
                     Layout.topMargin: -Spacing.sm
-                    visible: text !== ""
+                    visible: text !== "" && !sheet.hasHeading
                     text: sheet.message
                     font: Typography.settingLabel
                     color: Colors.textSecondary
@@ -233,12 +249,12 @@ T.Dialog {
     Binding {
         target: sheet.contentItem.parent.Accessible
         property: "name"
-        value: sheet.title
+        value: sheet.accessibleName
     }
 
     Binding {
         target: sheet.contentItem.parent.Accessible
         property: "description"
-        value: sheet.message
+        value: sheet.accessibleHint
     }
 }

@@ -6,7 +6,7 @@
 #include "credentials/MasterPasswordManager.h"
 #include "engine/QuillhavenManager.h"
 #include "presentation/dashboard/BusyItems.h"
-#include "presentation/dashboard/DashboardErrors.h"
+#include "presentation/dialogs/OperationErrors.h"
 #include "presentation/dashboard/ItemSelection.h"
 #include "presentation/dialogs/ConfirmationDialogManager.h"
 

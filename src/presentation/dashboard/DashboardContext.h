@@ -5,7 +5,7 @@
 namespace quillhaven {
 
 class ConfirmationDialogManager;
-class DashboardErrors;
+class OperationErrors;
 class FilteredItemsModel;
 class ItemSelection;
 class MasterPasswordDialogManager;
@@ -33,7 +33,7 @@ struct DashboardContext
     ProtectedItemsModel &rows;
     const FilteredItemsModel &items;
     ItemSelection &selection;
-    DashboardErrors &errors;
+    OperationErrors &errors;
 };
 
 } // namespace quillhaven

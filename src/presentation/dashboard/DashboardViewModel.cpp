@@ -30,15 +30,11 @@ DashboardViewModel::DashboardViewModel(const Platform &platform, QuillhavenManag
       m_dropping(context(), m_protecting, m_bulk),
       m_itemActions(context(), m_bulk, platform.clock),
       m_shredding(context()),
-      m_backup(context(), platform.defaults.standard()),
       m_rescue(context(), platform.panels, m_notices, platform.directories.home)
 {
-    connect(&masterPasswordManager, &MasterPasswordManager::hasMasterPasswordChanged, this,
-            &DashboardViewModel::masterPasswordTextChanged);
     platform.notifications.standard.observe(notifications::handleFinderAction, this,
                                             [this](const QVariantMap &userInfo) { handleFinderAction(userInfo); });
     connect(&m_protecting, &ProtectActions::protectingTextChanged, this, &DashboardViewModel::activityTextChanged);
-    connect(&m_backup, &BackupActions::isBackingUpChanged, this, &DashboardViewModel::activityTextChanged);
 }
 
 DashboardViewModel::~DashboardViewModel() = default;
@@ -60,16 +56,16 @@ QString DashboardViewModel::versionText() const
     return QLatin1Char('v') + (version.isEmpty() ? QStringLiteral("1.0") : version);
 }
 
-QString DashboardViewModel::masterPasswordText() const
-{
-    return m_masterPasswordManager.hasMasterPassword() ? QStringLiteral("Change Master Password")
-                                                       : QStringLiteral("Set Master Password");
-}
-
 QString DashboardViewModel::activityText() const
 {
     const QString protecting = m_protecting.protectingText();
-    return protecting.isEmpty() ? m_backup.progressText() : protecting;
+    return protecting.isEmpty() ? m_backgroundActivity : protecting;
+}
+
+void DashboardViewModel::setBackgroundActivity(const QString &text)
+{
+    m_backgroundActivity = text;
+    Q_EMIT activityTextChanged();
 }
 
 void DashboardViewModel::handleFinderAction(const QVariantMap &userInfo)
@@ -87,24 +83,6 @@ void DashboardViewModel::handleFinderAction(const QVariantMap &userInfo)
         m_itemActions.toggleLockAt(path.toString(), true);
     } else if (action == QStringLiteral("shred")) {
         m_shredding.handleShredAction(path.toString());
-    }
-}
-
-void DashboardViewModel::chooseMasterPassword()
-{
-    m_dialogs.masterPassword.show(
-        {.title = masterPasswordText(),
-         .message = QStringLiteral("Enter a strong password (8+ characters with uppercase, lowercase, and numbers):"),
-         .isPasswordSetting = true},
-        [this](const QString &entered) { startJob([this, entered] { return setMasterPassword(entered); }); });
-}
-
-QCoro::Task<> DashboardViewModel::setMasterPassword(QString password)
-{
-    try {
-        co_await m_masterPasswordManager.setMasterPassword(password);
-    } catch (...) {
-        m_errors.report(std::current_exception());
     }
 }
 

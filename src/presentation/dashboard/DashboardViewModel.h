@@ -3,10 +3,9 @@
 #pragma once
 
 #include "platform/Platform.h"
-#include "presentation/dashboard/BackupActions.h"
 #include "presentation/dashboard/BulkActions.h"
 #include "presentation/dashboard/DashboardContext.h"
-#include "presentation/dashboard/DashboardErrors.h"
+#include "presentation/dialogs/OperationErrors.h"
 #include "presentation/dashboard/DashboardStatisticsModel.h"
 #include "presentation/dashboard/DropActions.h"
 #include "presentation/dashboard/FilteredItemsModel.h"
@@ -36,7 +35,6 @@ class DashboardViewModel : public QObject
     QML_UNCREATABLE("Created in C++")
     // The toolbar
     Q_PROPERTY(QString versionText READ versionText CONSTANT)
-    Q_PROPERTY(QString masterPasswordText READ masterPasswordText NOTIFY masterPasswordTextChanged)
     Q_PROPERTY(QString activityText READ activityText NOTIFY activityTextChanged)
     // The list, its filters, the selection, and the statistics cards
     Q_PROPERTY(quillhaven::FilteredItemsModel *items READ items CONSTANT)
@@ -50,8 +48,6 @@ class DashboardViewModel : public QObject
     Q_PROPERTY(quillhaven::ItemActions *itemActions READ itemActions CONSTANT)
     Q_PROPERTY(quillhaven::BulkActions *bulk READ bulk CONSTANT)
     Q_PROPERTY(quillhaven::ShredActions *shredding READ shredding CONSTANT)
-    Q_PROPERTY(quillhaven::BackupActions *backup READ backup CONSTANT)
-    Q_PROPERTY(quillhaven::RescueActions *rescue READ rescue CONSTANT)
 
 public:
     /// The references must outlive this object. This object must outlive every job it has started.
@@ -62,9 +58,11 @@ public:
 
     /// "v" and the application's version, or "v1.0" if it is not known.
     [[nodiscard]] QString versionText() const;
-    [[nodiscard]] QString masterPasswordText() const;
-    /// Describes what is currently running: a protection, or else a backup. Empty if nothing is.
+    /// Describes what is currently running: a protection, or else what `setBackgroundActivity` was given. Empty if
+    /// nothing is.
     [[nodiscard]] QString activityText() const;
+    /// What another part of the program does at present, such as backing up; empty at its end.
+    void setBackgroundActivity(const QString &text);
 
     [[nodiscard]] bool showingError() const { return m_errors.showingError(); }
     [[nodiscard]] QString errorMessage() const { return m_errors.errorMessage(); }
@@ -86,22 +84,17 @@ public:
     [[nodiscard]] ItemActions *itemActions() { return &m_itemActions; }
     [[nodiscard]] BulkActions *bulk() { return &m_bulk; }
     [[nodiscard]] ShredActions *shredding() { return &m_shredding; }
-    [[nodiscard]] BackupActions *backup() { return &m_backup; }
     [[nodiscard]] RescueActions *rescue() { return &m_rescue; }
 
     /// Handles a request from the file manager's menu: "action" is "protect", "unlock", "lock" or "shred", "path" the
     /// file. Any other request is ignored, and so is a request to lock an item that is locked.
     void handleFinderAction(const QVariantMap &userInfo);
-    /// Lets the user set or change the master password.
-    Q_INVOKABLE void chooseMasterPassword();
 
 Q_SIGNALS:
-    void masterPasswordTextChanged();
     void activityTextChanged();
 
 private:
     [[nodiscard]] DashboardContext context();
-    [[nodiscard]] QCoro::Task<> setMasterPassword(QString password);
 
     QuillhavenManager &m_quillhavenManager;
     MasterPasswordManager &m_masterPasswordManager;
@@ -113,15 +106,15 @@ private:
     DashboardStatisticsModel m_statistics;
     NoticesModel m_notices;
     KeptAsideNotice m_keptAside;
-    DashboardErrors m_errors;
+    OperationErrors m_errors;
     ItemSelection m_selection;
     BulkActions m_bulk;
     ProtectActions m_protecting;
     DropActions m_dropping;
     ItemActions m_itemActions;
     ShredActions m_shredding;
-    BackupActions m_backup;
     RescueActions m_rescue;
+    QString m_backgroundActivity;
 };
 
 } // namespace quillhaven

@@ -4,7 +4,7 @@
 
 #include "engine/QuillhavenManager.h"
 #include "presentation/dashboard/BulkActions.h"
-#include "presentation/dashboard/DashboardErrors.h"
+#include "presentation/dialogs/OperationErrors.h"
 #include "presentation/dashboard/ProtectActions.h"
 
 #include <QDir>

@@ -92,38 +92,6 @@ Rectangle {
             }
 
             SecondaryButton {
-                id: backupButton
-
-                Layout.maximumWidth: toolbar.isNarrow ? Spacing.minTouchTarget : implicitWidth
-                text: "Backup"
-                symbol: "icloud.fill"
-                trailingSymbol: "chevron.down"
-                showsText: !toolbar.isNarrow
-                helpText: "Back up your items, and recover files from backups"
-                Accessible.role: Accessible.ButtonMenu
-                onClicked: {
-                    toolbar.dashboard.backup.refresh()
-                    backupMenu.open()
-                }
-
-                BackupMenu {
-                    id: backupMenu
-
-                    y: backupButton.height + Spacing.xs
-                    backup: toolbar.dashboard.backup
-                    rescue: toolbar.dashboard.rescue
-                }
-            }
-
-            SecondaryButton {
-                Layout.maximumWidth: toolbar.isNarrow ? Spacing.minTouchTarget : implicitWidth
-                text: toolbar.dashboard.masterPasswordText
-                symbol: toolbar.isNarrow ? "key.fill" : ""
-                showsText: !toolbar.isNarrow
-                onClicked: toolbar.dashboard.chooseMasterPassword()
-            }
-
-            SecondaryButton {
                 text: "Bulk Protect"
                 symbol: "square.stack.3d.up.fill"
                 helpText: "Protect multiple files and folders at once"
@@ -140,8 +108,9 @@ Rectangle {
             }
 
             IconButton {
-                symbol: "gearshape"
+                symbol: "gearshape.fill"
                 helpText: "Preferences"
+                Accessible.description: "Opens application preferences"
                 onClicked: toolbar.preferencesWanted()
             }
         }

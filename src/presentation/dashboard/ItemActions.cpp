@@ -8,7 +8,7 @@
 #include "platform/Clock.h"
 #include "presentation/dashboard/BulkActions.h"
 #include "presentation/dashboard/BusyItems.h"
-#include "presentation/dashboard/DashboardErrors.h"
+#include "presentation/dialogs/OperationErrors.h"
 #include "presentation/dashboard/FilteredItemsModel.h"
 #include "presentation/dashboard/ItemSelection.h"
 #include "support/printLogger.h"

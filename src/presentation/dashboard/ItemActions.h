@@ -21,7 +21,7 @@ class RunningTimer;
 struct ProtectedItem;
 
 /// The dashboard's operations on one protected item. Each is a job on the main thread that passes the master password's
-/// guard first, and reports a failure through `DashboardErrors`. An operation that touches the item's files is ignored
+/// guard first, and reports a failure through `OperationErrors`. An operation that touches the item's files is ignored
 /// while the item is busy. Main thread only.
 class ItemActions : public QObject
 {

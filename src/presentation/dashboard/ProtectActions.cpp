@@ -7,7 +7,7 @@
 #include "engine/QuillhavenManager.h"
 #include "platform/FilePanels.h"
 #include "presentation/dashboard/BulkActions.h"
-#include "presentation/dashboard/DashboardErrors.h"
+#include "presentation/dialogs/OperationErrors.h"
 #include "presentation/dialogs/ProtectionMethodDialogManager.h"
 #include "support/DisplayName.h"
 #include "support/Paths.h"

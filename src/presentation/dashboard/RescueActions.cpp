@@ -5,7 +5,7 @@
 #include "async/Jobs.h"
 #include "engine/QuillhavenManager.h"
 #include "platform/FilePanels.h"
-#include "presentation/dashboard/DashboardErrors.h"
+#include "presentation/dialogs/OperationErrors.h"
 #include "presentation/dashboard/FinderRowTexts.h"
 #include "presentation/dashboard/NoticesModel.h"
 #include "support/DisplayName.h"

@@ -57,6 +57,7 @@ SettingsSection {
         Layout.fillWidth: true
         isEnabled: section.autoLock.isSmartEnabled
         title: "Lock on screen saver"
+        controlScale: 0.8
         checked: section.autoLock.locksOnScreenSaver
         onToggled: (value) => { section.autoLock.locksOnScreenSaver = value }
     }
@@ -65,6 +66,7 @@ SettingsSection {
         Layout.fillWidth: true
         isEnabled: section.autoLock.isSmartEnabled
         title: "Lock on screen lock"
+        controlScale: 0.8
         checked: section.autoLock.locksOnScreenLock
         onToggled: (value) => { section.autoLock.locksOnScreenLock = value }
     }
@@ -73,6 +75,7 @@ SettingsSection {
         Layout.fillWidth: true
         isEnabled: section.autoLock.isSmartEnabled
         title: "Lock on user logout/switch"
+        controlScale: 0.8
         description: "Has no effect yet: Quillhaven does not notice a change of the user"
         checked: section.autoLock.locksOnUserSwitch
         onToggled: (value) => { section.autoLock.locksOnUserSwitch = value }

@@ -55,8 +55,9 @@ QCoro::Task<> LaunchAtLoginToggleModel::change(bool enabled)
     m_serviceManager.clearError();
     try {
         co_await m_serviceManager.manager().setLaunchAtLogin(enabled);
-    } catch (const LaunchAtLoginError &) {
-        co_return; // the manager has logged it, and it arrives by `lastError`
+    } catch (const LaunchAtLoginError &error) {
+        Q_EMIT changeFailed(error.errorDescription()); // the manager has logged it
+        co_return;
     }
     m_errorHandler.showSuccessMessage(enabled ? QStringLiteral("Launch at login enabled")
                                               : QStringLiteral("Launch at login disabled"));

@@ -41,6 +41,8 @@ public:
 
 Q_SIGNALS:
     void changed();
+    /// A change that the user asked for has failed; `lastError` of the service manager has the error too.
+    void changeFailed(const QString &description);
 
 private:
     void observeError();

@@ -4,7 +4,7 @@ import QtQuick
 import Quillhaven.Controls
 import Quillhaven.Preferences
 
-/// The period of auto-lock, with a button for less and one for more.
+/// The period of auto-lock.
 SettingRow {
     id: row
 
@@ -12,17 +12,14 @@ SettingRow {
 
     title: autoLock.minutesText
 
-    IconButton {
-        symbol: "minus.circle.fill"
-        helpText: "One minute less"
-        enabled: row.autoLock.minutes > 1
-        onClicked: row.autoLock.minutes -= 1
-    }
-
-    IconButton {
-        symbol: "plus.circle.fill"
-        helpText: "One minute more"
-        enabled: row.autoLock.minutes < 120
-        onClicked: row.autoLock.minutes += 1
+    Stepper {
+        from: 1
+        to: 120
+        value: row.autoLock.minutes
+        Accessible.name: row.title
+        onValueModified: {
+            row.autoLock.minutes = value
+            value = Qt.binding(() => row.autoLock.minutes) // The press has replaced the binding.
+        }
     }
 }

@@ -3,48 +3,161 @@
 #pragma once
 
 #include "credentials/DialogModel.h"
+#include "platform/Platform.h"
 #include "presentation/preferences/AutoLockSectionModel.h"
+#include "presentation/preferences/BackupSectionModel.h"
 #include "presentation/preferences/LaunchAtLoginToggleModel.h"
+#include "presentation/preferences/SecuritySectionModel.h"
 #include "presentation/preferences/WatchedSourcesModel.h"
 
-#include <QtQml/qqmlregistration.h>
+#include <memory>
 
 namespace quillhaven {
 
-class NotificationCenter;
+/// The sections of the preferences.
+namespace PreferencesSectionType {
+Q_NAMESPACE
+QML_ELEMENT
+enum Case : quint8 { General, Security, Backup };
+Q_ENUM_NS(Case)
+} // namespace PreferencesSectionType
 
-/// The models that the sections of the preferences show. They must outlive the sheet's.
-struct PreferencesSections
+/// A tab of the preferences.
+class PreferencesTab
 {
-    LaunchAtLoginToggleModel &launchAtLogin;
-    AutoLockSectionModel &autoLock;
-    WatchedSourcesModel &watchedSources;
+    Q_GADGET
+    QML_VALUE_TYPE(preferencesTab)
+    Q_PROPERTY(quillhaven::PreferencesSectionType::Case section MEMBER section CONSTANT)
+    Q_PROPERTY(QString name MEMBER name CONSTANT)
+    Q_PROPERTY(QString systemImage MEMBER systemImage CONSTANT)
+
+public:
+    PreferencesSectionType::Case section = PreferencesSectionType::General;
+    QString name;
+    QString systemImage;
+
+    bool operator==(const PreferencesTab &) const = default;
 };
 
-/// The model of the sheet with the preferences. Each of its sections has a model of its own.
+/// What the preferences switch and show. All of it must outlive them and their jobs.
+struct PreferencesContext
+{
+    Platform platform;
+    QuillhavenManager &quillhavenManager;
+    MasterPasswordManager &masterPasswordManager;
+    AutoLockManager &autoLockManager;
+    SmartAutoLockManager &smartAutoLockManager;
+    LaunchAtLoginServiceManager &launchAtLoginManager;
+    ConfirmationDialogManager &confirmationDialogManager; ///< the window's
+    std::function<void()> lockEverything;
+    std::function<void()> lookForLostItems;
+    std::function<void()> restart; ///< starts the program again and ends this process
+    WatchedSourcesModel::Repairs repairs;
+};
+
+/// The sheet with the preferences: its sections, its tabs and the dialogs that it asks with. Every change takes effect
+/// at once, so that there is nothing to save. Main thread only.
 class PreferencesModel : public quillhaven::DialogModel
 {
     Q_OBJECT
     QML_ELEMENT
     QML_UNCREATABLE("Created in C++")
+    Q_PROPERTY(int modalWidth MEMBER modalWidth CONSTANT)
+    Q_PROPERTY(
+        QList<quillhaven::PreferencesTab> availableSections READ availableSections NOTIFY availableSectionsChanged)
+    Q_PROPERTY(quillhaven::PreferencesSectionType::Case selectedSection READ selectedSection WRITE setSelectedSection
+                   NOTIFY selectedSectionChanged)
+    Q_PROPERTY(bool showingCloseConfirmation READ showingCloseConfirmation NOTIFY showingCloseConfirmationChanged)
+    Q_PROPERTY(quillhaven::PreferencesModel::FocusedField focusedField READ focusedField NOTIFY focusChanged)
     Q_PROPERTY(quillhaven::LaunchAtLoginToggleModel *launchAtLogin READ launchAtLogin CONSTANT)
     Q_PROPERTY(quillhaven::AutoLockSectionModel *autoLock READ autoLock CONSTANT)
     Q_PROPERTY(quillhaven::WatchedSourcesModel *watchedSources READ watchedSources CONSTANT)
+    Q_PROPERTY(quillhaven::SecuritySectionModel *security READ security CONSTANT)
+    Q_PROPERTY(quillhaven::BackupSectionModel *backup READ backup CONSTANT)
 
 public:
-    /// The sheet is also shown on the notification `showPreferences` of this centre. The references must outlive this
-    /// object.
-    PreferencesModel(NotificationCenter &notifications, const PreferencesSections &sections, QObject *parent = nullptr);
+    /// Device-independent pixels.
+    static constexpr int modalWidth = 580;
 
-    [[nodiscard]] LaunchAtLoginToggleModel *launchAtLogin() const { return &m_sections.launchAtLogin; }
-    [[nodiscard]] AutoLockSectionModel *autoLock() const { return &m_sections.autoLock; }
-    [[nodiscard]] WatchedSourcesModel *watchedSources() const { return &m_sections.watchedSources; }
+    /// The control that the sheet has given the keyboard to.
+    enum class FocusedField : quint8 {
+        None,
+        CloseButton,
+        StartAtLogin,
+        EnableTouchID,
+        EnforceStrongPasswords,
+        MasterPasswordButton
+    };
+    Q_ENUM(FocusedField)
+
+    /// The sheet is also shown on the notification `showPreferences`.
+    explicit PreferencesModel(const PreferencesContext &context, QObject *parent = nullptr);
+    ~PreferencesModel() override;
+
+    /// General and Security; and Backup while there was a folder for backups when the sheet was shown.
+    [[nodiscard]] QList<PreferencesTab> availableSections() const;
+    [[nodiscard]] PreferencesSectionType::Case selectedSection() const { return m_selectedSection; }
+    void setSelectedSection(PreferencesSectionType::Case value);
+
+    /// Nothing sets it at present, since every change is stored at once.
+    [[nodiscard]] bool hasUnsavedChanges() const { return m_hasUnsavedChanges; }
+    void setHasUnsavedChanges(bool value) { m_hasUnsavedChanges = value; }
+    [[nodiscard]] bool showingCloseConfirmation() const { return m_showingCloseConfirmation; }
+
+    /// Whether the sheet has taken the keyboard, 0.1 seconds after it appeared.
+    [[nodiscard]] bool isModalFocused() const { return m_isModalFocused; }
+    /// The first control gets the keyboard 0.3 seconds later.
+    [[nodiscard]] FocusedField focusedField() const { return m_focusedField; }
+
+    [[nodiscard]] LaunchAtLoginToggleModel *launchAtLogin() { return &m_launchAtLogin; }
+    [[nodiscard]] AutoLockSectionModel *autoLock() { return &m_autoLock; }
+    [[nodiscard]] WatchedSourcesModel *watchedSources() { return &m_watchedSources; }
+    [[nodiscard]] SecuritySectionModel *security() { return &m_security; }
+    [[nodiscard]] BackupSectionModel *backup() { return &m_backup; }
+
+    [[nodiscard]] ConfirmationDialogManager &confirmationDialogManager() { return m_confirmationDialogManager; }
+    [[nodiscard]] PasswordInputDialogManager &passwordInputDialogManager() { return m_passwordInputDialogManager; }
+    [[nodiscard]] PasswordInputDialogModel &passwordInputState() { return m_passwordInputState; }
+    [[nodiscard]] OperationErrors &errors() { return m_errors; }
 
     Q_INVOKABLE void show() { setIsPresented(true); }
-    Q_INVOKABLE void close() { setIsPresented(false); }
+    /// Closes the sheet, or asks first when there are changes that were not saved.
+    Q_INVOKABLE void handleCloseAttempt();
+    /// The answers to that question.
+    Q_INVOKABLE void discardChanges();
+    Q_INVOKABLE void keepEditing();
+    /// Looks for what interrupted runs have left.
+    Q_INVOKABLE void lookForLostItems();
+
+Q_SIGNALS:
+    void availableSectionsChanged();
+    void selectedSectionChanged();
+    void showingCloseConfirmationChanged();
+    void focusChanged();
 
 private:
-    PreferencesSections m_sections;
+    void appear();
+    void disappear();
+    void leaveMissingSection();
+    void setShowingCloseConfirmation(bool value);
+    void setFocus(bool isModalFocused, FocusedField field);
+
+    PreferencesContext m_context;
+    ConfirmationDialogManager m_confirmationDialogManager;
+    PasswordInputDialogManager m_passwordInputDialogManager;
+    PasswordInputDialogModel m_passwordInputState;
+    OperationErrors m_errors;
+    LaunchAtLoginToggleModel m_launchAtLogin;
+    AutoLockSectionModel m_autoLock;
+    WatchedSourcesModel m_watchedSources;
+    SecuritySectionModel m_security;
+    BackupSectionModel m_backup;
+    PreferencesSectionType::Case m_selectedSection = PreferencesSectionType::General;
+    bool m_hasUnsavedChanges = false;
+    bool m_showingCloseConfirmation = false;
+    bool m_isModalFocused = false;
+    FocusedField m_focusedField = FocusedField::None;
+    std::unique_ptr<RunningTimer> m_focusTimer;
 };
 
 } // namespace quillhaven

@@ -20,13 +20,24 @@ SettingsSection {
         model: section.sources
 
         delegate: SettingRow {
+            id: row
+
             required title
             required property string sentence
             required property bool isAvailable
+            required property bool canRepair
+            required property int index
 
             Layout.fillWidth: true
             icon: isAvailable ? "checkmark.circle.fill" : "exclamationmark.triangle.fill"
             description: sentence
+
+            SecondaryButton {
+                visible: row.canRepair
+                text: "Repair"
+                Accessible.name: "Repair: " + row.title
+                onClicked: section.sources.repair(row.index)
+            }
         }
     }
 

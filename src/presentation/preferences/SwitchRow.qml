@@ -8,6 +8,7 @@ SettingRow {
     id: row
 
     property bool checked: false
+    property real controlScale: 1
 
     signal toggled(bool value)
 
@@ -15,6 +16,7 @@ SettingRow {
         id: control
 
         text: ""
+        scale: row.controlScale
         checked: row.checked
         Accessible.name: row.title
         Accessible.description: row.accessibilityHint !== "" ? row.accessibilityHint : row.description

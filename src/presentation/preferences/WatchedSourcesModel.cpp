@@ -31,8 +31,11 @@ constexpr std::array rows{
 } // namespace
 
 WatchedSourcesModel::WatchedSourcesModel(const WatchedSources &watched, std::function<void()> lockEverything,
-                                         QObject *parent)
-    : QAbstractListModel(parent), m_watched(watched), m_lockEverything(std::move(lockEverything))
+                                         Repairs repairs, QObject *parent)
+    : QAbstractListModel(parent),
+      m_watched(watched),
+      m_lockEverything(std::move(lockEverything)),
+      m_repairs(std::move(repairs))
 {
     connect(&watched, &WatchedSources::stateChanged, this, [this](Source source) {
         const auto row =
@@ -61,6 +64,8 @@ QVariant WatchedSourcesModel::data(const QModelIndex &index, int role) const
         return state ? state->sentence : QStringLiteral("Not looked for yet.");
     case IsAvailableRole:
         return state && state->isAvailable;
+    case CanRepairRole:
+        return m_repairs.contains(row.source);
     default:
         return {};
     }
@@ -68,7 +73,18 @@ QVariant WatchedSourcesModel::data(const QModelIndex &index, int role) const
 
 QHash<int, QByteArray> WatchedSourcesModel::roleNames() const
 {
-    return {{TitleRole, "title"}, {SentenceRole, "sentence"}, {IsAvailableRole, "isAvailable"}};
+    return {{TitleRole, "title"},
+            {SentenceRole, "sentence"},
+            {IsAvailableRole, "isAvailable"},
+            {CanRepairRole, "canRepair"}};
+}
+
+void WatchedSourcesModel::repair(int row) const
+{
+    const auto found = m_repairs.find(rows.at(size_t(row)).source);
+    if (found != m_repairs.end()) {
+        found->second();
+    }
 }
 
 } // namespace quillhaven

@@ -372,31 +372,3 @@ TEST_F(DashboardActions, CopiedPathIsShownForTwoSecondsAfterTheFirstCopy)
     services.clock.advance(2s);
     EXPECT_FALSE(isShown());
 }
-
-TEST_F(DashboardActions, MasterPasswordIsSetThroughItsDialog)
-{
-    DashboardHarness &harness = started();
-    EXPECT_EQ(harness.dashboard.masterPasswordText(), QStringLiteral("Set Master Password"));
-    harness.dashboard.chooseMasterPassword();
-    EXPECT_TRUE(harness.masterPasswordDialog.isPresented());
-    EXPECT_TRUE(harness.masterPasswordDialog.isPasswordSetting());
-    EXPECT_EQ(harness.masterPasswordDialog.actionTitle(), QStringLiteral("Set Password"));
-    harness.typeMasterPassword(theMasterPassword);
-    EXPECT_FALSE(harness.masterPasswordDialog.isPresented());
-    EXPECT_TRUE(harness.masterPassword.hasMasterPassword());
-    EXPECT_FALSE(harness.dashboard.showingError());
-    EXPECT_EQ(harness.dashboard.masterPasswordText(), QStringLiteral("Change Master Password"));
-    harness.dashboard.chooseMasterPassword();
-    EXPECT_EQ(harness.masterPasswordDialog.title(), QStringLiteral("Change Master Password"));
-}
-
-TEST_F(DashboardActions, WeakMasterPasswordIsRejectedWithAnError)
-{
-    DashboardHarness &harness = started();
-    harness.dashboard.chooseMasterPassword();
-    harness.typeMasterPassword(QStringLiteral("abcdefg1"));
-    EXPECT_TRUE(harness.dashboard.showingError());
-    EXPECT_EQ(harness.dashboard.errorMessage(),
-              QStringLiteral("Password must be at least 8 characters with uppercase, lowercase, and numbers"));
-    EXPECT_FALSE(harness.masterPassword.hasMasterPassword());
-}

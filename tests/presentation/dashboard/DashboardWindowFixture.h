@@ -60,7 +60,6 @@ protected:
                                     .passwordInputState = harness.passwordInput,
                                     .masterPassword = harness.masterPasswordDialog,
                                     .removeProtection = *harness.dashboard.removeProtectionDialogManager(),
-                                    .recovery = *harness.dashboard.backup()->recoveryDialogManager(),
                                     .rescue = *harness.dashboard.rescue()->dialog(),
                                     .error = *harness.dashboard.errorDialogManager(),
                                     .bulkFilePicker = *harness.dashboard.bulk()->picker(),

@@ -18,23 +18,27 @@ public:
     explicit PreferencesHarness(DashboardHarness &harness)
         : autoLock(harness.platform, harness.manager),
           smartAutoLock(harness.platform, harness.manager),
-          autoLockSection(autoLock, smartAutoLock, harness.masterPassword, harness.platform.defaults.standard(),
-                          harness.platform.watched),
-          watchedSources(harness.platform.watched, [&harness] { harness.dashboard.bulk()->lockEverything(); }),
-          launchAtLogin(harness.platform,
-                        std::make_unique<FakeLaunchAtLoginService>(std::make_shared<FakeRegistration>())),
-          launchAtLoginToggle(launchAtLogin, harness.confirmationDialog, harness.platform, [] {}),
-          model(harness.platform.notifications.standard, {launchAtLoginToggle, autoLockSection, watchedSources})
+          launchAtLogin(harness.platform, std::make_unique<FakeLaunchAtLoginService>(registration)),
+          model({.platform = harness.platform,
+                 .quillhavenManager = harness.manager,
+                 .masterPasswordManager = harness.masterPassword,
+                 .autoLockManager = autoLock,
+                 .smartAutoLockManager = smartAutoLock,
+                 .launchAtLoginManager = launchAtLogin,
+                 .confirmationDialogManager = harness.confirmationDialog,
+                 .lockEverything = [&harness] { harness.dashboard.bulk()->lockEverything(); },
+                 .lookForLostItems = [&harness] { harness.dashboard.rescue()->show(); },
+                 .restart = [] {},
+                 .repairs = {{WatchedSources::Source::Links, [this] { ++repairedLinks; }}}})
     {
         spinOnce(); // The first synchronization.
     }
 
+    std::shared_ptr<FakeRegistration> registration = std::make_shared<FakeRegistration>();
+    int repairedLinks = 0;
     AutoLockManager autoLock;
     SmartAutoLockManager smartAutoLock;
-    AutoLockSectionModel autoLockSection;
-    WatchedSourcesModel watchedSources;
     LaunchAtLoginServiceManager launchAtLogin;
-    LaunchAtLoginToggleModel launchAtLoginToggle;
     PreferencesModel model;
 };
 

@@ -15,9 +15,9 @@ protected:
     {
         if (!m_preferences) {
             m_preferences.emplace(started());
-            QObject::connect(&m_preferences->autoLockSection, &AutoLockSectionModel::changed, [this] { ++changes; });
+            QObject::connect(m_preferences->model.autoLock(), &AutoLockSectionModel::changed, [this] { ++changes; });
         }
-        return m_preferences->autoLockSection;
+        return *m_preferences->model.autoLock();
     }
     [[nodiscard]] PreferencesHarness &preferences() { return *m_preferences; }
     [[nodiscard]] UserDefaults &defaults() { return services.defaults.standard(); }

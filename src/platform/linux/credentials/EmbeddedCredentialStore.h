@@ -39,7 +39,7 @@ public:
                                           const QByteArray &value) override;
     [[nodiscard]] Match copyMatching(const QString &service, const QString &account) override;
     [[nodiscard]] CredentialStatus remove(const QString &service, const QString &account) override;
-    [[nodiscard]] QString displayName() const override { return QStringLiteral("embedded store"); }
+    [[nodiscard]] Place place() const override { return Place::OwnFile; }
 
 private:
     [[nodiscard]] bool open();

@@ -33,7 +33,7 @@ public:
     /// A first lookup whose prompt was dismissed, as the program makes one at its start, never prompts again.
     [[nodiscard]] Match copyMatching(const QString &service, const QString &account) override;
     [[nodiscard]] CredentialStatus remove(const QString &service, const QString &account) override;
-    [[nodiscard]] QString displayName() const override { return QStringLiteral("Secret Service"); }
+    [[nodiscard]] Place place() const override { return Place::Keyring; }
 
     /// The later calls end when this is cancelled, from any thread.
     void cancelWith(const std::shared_ptr<GCancellable> &cancellable) { m_cancellable = cancellable; }

@@ -95,15 +95,15 @@ CredentialStatus SystemCredentialStore::remove(const QString &service, const QSt
     return ask(Evidence::None, [&](CredentialStore &store) { return store.remove(service, account); });
 }
 
-QString SystemCredentialStore::displayName() const
+CredentialStore::Place SystemCredentialStore::place() const
 {
     switch (m_kind) {
     case Kind::Keyring:
-        return m_keyring.displayName();
+        return Place::Keyring;
     case Kind::Embedded:
-        return m_embedded.displayName();
+        return Place::OwnFile;
     default:
-        return QStringLiteral("not chosen yet");
+        return Place::NotChosen;
     }
 }
 

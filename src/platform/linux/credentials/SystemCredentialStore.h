@@ -49,8 +49,8 @@ public:
                                           const QByteArray &value) override;
     [[nodiscard]] Match copyMatching(const QString &service, const QString &account) override;
     [[nodiscard]] CredentialStatus remove(const QString &service, const QString &account) override;
-    /// The name of the store that is used or remembered; "not chosen yet" before the first call. Any thread may ask.
-    [[nodiscard]] QString displayName() const override;
+    /// The place that is used or remembered.
+    [[nodiscard]] Place place() const override;
 
     /// Looks for the store again that was missing. The status is that of the search.
     [[nodiscard]] CredentialStatus tryAgain();

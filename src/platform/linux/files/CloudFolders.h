@@ -15,8 +15,12 @@ public:
     explicit CloudFolders(const UserDirectories &directories) : m_dataDirectory(directories.applicationSupport) {}
 
     [[nodiscard]] std::optional<QString> containerDirectory(const QString &identifier) const override;
+    /// Makes the link. A folder in the link's place is not replaced, since it may hold backups.
+    void setContainerDirectory(const QString &identifier, const QString &folder) override;
 
 private:
+    [[nodiscard]] QString place(const QString &identifier) const;
+
     QString m_dataDirectory;
 };
 

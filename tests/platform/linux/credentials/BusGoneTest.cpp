@@ -51,5 +51,5 @@ TEST(BusGone, TheProgramSurvivesItsSessionBusAndKeepsItsStore)
 
     EXPECT_EQ(store.copyMatching(keychainServiceName, account).status, credentialNotAvailable);
     EXPECT_EQ(store.add(keychainServiceName, account, "new"), credentialNotAvailable);
-    EXPECT_EQ(store.displayName(), QStringLiteral("Secret Service"));
+    EXPECT_EQ(store.place(), CredentialStore::Place::Keyring);
 }

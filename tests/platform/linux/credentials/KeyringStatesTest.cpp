@@ -108,7 +108,7 @@ TEST_F(KeyringState, ALockedKeyringIsStillChosenAsTheStore)
     OpenSslRandomSource random;
     SystemCredentialStore chosen(home.directories().configuration, random);
     EXPECT_EQ(chosen.copyMatching(m_service, m_account).status, credentialInteractionNotAllowed);
-    EXPECT_EQ(chosen.displayName(), QStringLiteral("Secret Service"));
+    EXPECT_EQ(chosen.place(), CredentialStore::Place::Keyring);
 }
 
 TEST_F(KeyringState, AKeyringRestartedWhileTheProgramIsRunningCanBeRead)

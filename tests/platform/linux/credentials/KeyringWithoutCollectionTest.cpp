@@ -22,5 +22,5 @@ TEST(KeyringWithoutCollection, AllCallsReturnTheirOwnStatusAndShowNoPrompt)
     EXPECT_EQ(store.add(keychainServiceName, account, "secret"), credentialNoDefaultCollection);
     EXPECT_EQ(store.update(keychainServiceName, account, "secret"), credentialNoDefaultCollection);
     EXPECT_EQ(store.remove(keychainServiceName, account), credentialNoDefaultCollection);
-    EXPECT_EQ(store.displayName(), QStringLiteral("Secret Service"));
+    EXPECT_EQ(store.place(), CredentialStore::Place::Keyring);
 }

@@ -34,7 +34,7 @@ protected:
         OpenSslRandomSource random;
         SystemCredentialStore chosen(folder, random);
         EXPECT_EQ(chosen.add(m_service, m_account, "secret"), credentialSuccess);
-        EXPECT_EQ(chosen.displayName(), QStringLiteral("embedded store"));
+        EXPECT_EQ(chosen.place(), CredentialStore::Place::OwnFile);
         EXPECT_EQ(chosen.update(m_service, m_account, "changed"), credentialSuccess);
         EXPECT_EQ(chosen.copyMatching(m_service, m_account).value, QByteArray("changed"));
         EXPECT_EQ(chosen.remove(m_service, m_account), credentialSuccess);

@@ -128,7 +128,7 @@ TEST_F(Remembered, WithoutItsKeyringNothingIsReadOrStoredElsewhereUntilItIsBack)
     restart();
     expectNothingIsReadOrStored(noKeyring);
     EXPECT_FALSE(QFile::exists(databasePath()));
-    EXPECT_EQ(store->displayName(), QStringLiteral("Secret Service"));
+    EXPECT_EQ(store->place(), CredentialStore::Place::Keyring);
 
     MockKeyring keyring;
     keyring.addEntry(markerService, note().marker, true);

@@ -159,10 +159,10 @@ TEST_F(Keyring, IsChosenIfItAnswersAndThatIsLoggedOnce)
     LogCapture log;
     OpenSslRandomSource random;
     SystemCredentialStore chosen(home.directories().configuration, random);
-    EXPECT_EQ(chosen.displayName(), QStringLiteral("not chosen yet"));
+    EXPECT_EQ(chosen.place(), CredentialStore::Place::NotChosen);
     EXPECT_EQ(chosen.add(m_service, m_account, "secret"), credentialSuccess);
     EXPECT_EQ(chosen.copyMatching(m_service, m_account).value, QByteArray("secret"));
-    EXPECT_EQ(chosen.displayName(), QStringLiteral("Secret Service"));
+    EXPECT_EQ(chosen.place(), CredentialStore::Place::Keyring);
     EXPECT_EQ(log.lines(),
               QStringList{QStringLiteral("🔑 Credentials are kept in the desktop's keyring (Secret Service)")});
     EXPECT_EQ(entryPaths(m_account).size(), 1);

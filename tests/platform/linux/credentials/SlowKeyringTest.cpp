@@ -95,7 +95,7 @@ TEST_F(SlowKeyring, DoesNotBlockTheWindowAndGuardsWaitForIt)
     release();
     ASSERT_TRUE(spinUntil([this] { return m_dialog.isPresented(); }));
     EXPECT_TRUE(m_manager->hasMasterPassword());
-    EXPECT_EQ(m_store.displayName(), QStringLiteral("Secret Service"));
+    EXPECT_EQ(m_store.place(), CredentialStore::Place::Keyring);
 
     m_dialog.authenticate(masterPassword);
     expectTheLoopTicksWhileHeld();

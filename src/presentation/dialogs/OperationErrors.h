@@ -10,13 +10,13 @@
 
 namespace quillhaven {
 
-/// Reports every failure in the main window to the user.
-class DashboardErrors : public QObject
+/// Reports the failures of operations in one error sheet, which the window or sheet that started them owns.
+class OperationErrors : public QObject
 {
     Q_OBJECT
 
 public:
-    explicit DashboardErrors(QObject *parent = nullptr);
+    explicit OperationErrors(QObject *parent = nullptr);
 
     /// Shows the description of the failure; a cancelled authentication is only logged.
     void report(const std::exception_ptr &failure);

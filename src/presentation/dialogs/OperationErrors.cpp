@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-#include "presentation/dashboard/DashboardErrors.h"
+#include "presentation/dialogs/OperationErrors.h"
 
 #include "catalogue/QuillhavenError.h"
 #include "support/printLogger.h"
@@ -22,12 +22,12 @@ bool isCancelledAuthentication(const std::exception_ptr &failure)
 
 } // namespace
 
-DashboardErrors::DashboardErrors(QObject *parent) : QObject(parent)
+OperationErrors::OperationErrors(QObject *parent) : QObject(parent)
 {
-    connect(&m_dialog, &ErrorDialogManager::isPresentedChanged, this, &DashboardErrors::changed);
+    connect(&m_dialog, &ErrorDialogManager::isPresentedChanged, this, &OperationErrors::changed);
 }
 
-void DashboardErrors::report(const std::exception_ptr &failure)
+void OperationErrors::report(const std::exception_ptr &failure)
 {
     if (isCancelledAuthentication(failure)) {
         printLogger(QStringLiteral("Authentication cancelled by user"));
@@ -36,7 +36,7 @@ void DashboardErrors::report(const std::exception_ptr &failure)
     }
 }
 
-void DashboardErrors::showError(const QString &message)
+void OperationErrors::showError(const QString &message)
 {
     m_errorMessage = message;
     m_dialog.showErrorWithAutoTroubleshooting(message, QStringLiteral("Error"));

@@ -1,0 +1,61 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+import QtQuick
+import QtQuick.Controls.Basic
+import Quillhaven.Design
+
+/// A whole number, with a button for less and one for more. It can be typed too.
+SpinBox {
+    id: stepper
+
+    implicitWidth: leftPadding + rightPadding + Metrics.stepperField
+    implicitHeight: DesignSystem.buttonHeight
+    leftPadding: DesignSystem.buttonHeight
+    rightPadding: DesignSystem.buttonHeight
+    topPadding: 0
+    bottomPadding: 0
+    editable: true
+    font: Typography.settingLabel
+    opacity: enabled ? 1 : Metrics.disabledOpacity
+
+    contentItem: TextInput {
+        text: stepper.displayText
+        font: stepper.font
+        color: Colors.textPrimary
+        selectionColor: Colors.primary
+        selectedTextColor: Colors.textPrimary
+        horizontalAlignment: Qt.AlignHCenter
+        verticalAlignment: Qt.AlignVCenter
+        readOnly: !stepper.editable
+        validator: stepper.validator
+        inputMethodHints: Qt.ImhDigitsOnly
+        Accessible.ignored: true
+    }
+
+    down.indicator: StepperButton {
+        symbol: "minus"
+        isActive: stepper.value > stepper.from
+        isHovered: stepper.down.hovered
+        isPressed: stepper.down.pressed
+    }
+
+    up.indicator: StepperButton {
+        x: stepper.width - width
+        symbol: "plus"
+        isActive: stepper.value < stepper.to
+        isHovered: stepper.up.hovered
+        isPressed: stepper.up.pressed
+    }
+
+    background: Rectangle {
+        radius: DesignSystem.cornerRadiusMedium
+        color: Colors.backgroundSecondary
+        border.width: 1
+        border.color: Colors.border
+
+        FocusRing {
+            shown: stepper.activeFocus
+            radius: parent.radius + Metrics.focusRingGap
+        }
+    }
+}

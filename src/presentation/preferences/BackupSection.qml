@@ -1,0 +1,59 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+import QtQuick
+import QtQuick.Layouts
+import Quillhaven.Controls
+import Quillhaven.Design
+import Quillhaven.Preferences
+
+/// The recovery backups of all items.
+ColumnLayout {
+    id: section
+
+    required property BackupSectionModel backup
+
+    spacing: Spacing.md
+
+    SettingsSection {
+        Layout.fillWidth: true
+        title: "Backup"
+        icon: "icloud"
+
+        ActionRow {
+            Layout.fillWidth: true
+            title: "Create iCloud backup of all protected items"
+            description: section.backup.progressText
+            action: "Backup Now"
+            isBusy: section.backup.isBackingUp
+            onPressed: section.backup.backUpNow()
+        }
+
+        ActionRow {
+            Layout.fillWidth: true
+            title: "Restore files from iCloud backup using master password"
+            action: "Recover Files"
+            onPressed: section.backup.showRecoveryDialog()
+        }
+
+        ActionRow {
+            Layout.fillWidth: true
+            title: "Check iCloud backup status and storage"
+            action: "Check Status"
+            onPressed: section.backup.checkiCloudStatus()
+        }
+    }
+
+    SettingsSection {
+        Layout.fillWidth: true
+        title: "Folder"
+        icon: "folder.fill"
+
+        ActionRow {
+            Layout.fillWidth: true
+            title: section.backup.folder
+            description: "Your own sync tool keeps this folder in step with other computers. Backups that were made before stay in their folder."
+            action: "Change Folder..."
+            onPressed: section.backup.chooseFolder()
+        }
+    }
+}

@@ -1,0 +1,42 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+import QtQuick
+import QtQuick.Layouts
+import Quillhaven.Controls
+import Quillhaven.Design
+import Quillhaven.Preferences
+
+/// How the program starts, when it locks, and what connects it with the desktop.
+ColumnLayout {
+    id: section
+
+    required property PreferencesModel preferences
+
+    spacing: Spacing.md
+
+    SettingsSection {
+        Layout.fillWidth: true
+        title: "Startup"
+        icon: "gear"
+        accessory: LaunchAtLoginCompactBadge { serviceManager: section.preferences.launchAtLogin.badge }
+
+        LaunchAtLoginToggle {
+            Layout.fillWidth: true
+            serviceManager: section.preferences.launchAtLogin
+            title: "Launch at login"
+            description: "Automatically launch Quillhaven when signing into your Mac"
+            hint: "When enabled, Quillhaven will start automatically when you sign into your Mac"
+            showStatusDetails: true
+        }
+    }
+
+    AutoLockSection {
+        Layout.fillWidth: true
+        autoLock: section.preferences.autoLock
+    }
+
+    StatusSection {
+        Layout.fillWidth: true
+        sources: section.preferences.watchedSources
+    }
+}

@@ -1,0 +1,52 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+pragma ComponentBehavior: Bound
+
+import QtQuick
+import QtQuick.Layouts
+import Quillhaven.Design
+import Quillhaven.Preferences
+
+/// The tabs of the preferences.
+RowLayout {
+    id: tabs
+
+    required property PreferencesModel preferences
+
+    readonly property int selected: preferences.selectedSection
+
+    spacing: Spacing.sm
+    Accessible.role: Accessible.PageTabList
+    Accessible.name: "Sections"
+
+    Repeater {
+        id: repeater
+
+        model: tabs.preferences.availableSections
+
+        SectionTab {
+            id: tab
+
+            required property preferencesTab modelData
+            required property int index
+            readonly property int section: modelData.section
+            readonly property bool isSelected: section === tabs.selected
+
+            function select() {
+                tabs.preferences.selectedSection = modelData.section
+                forceActiveFocus(Qt.TabFocusReason)
+            }
+
+            Layout.fillWidth: true
+            Layout.preferredWidth: 1
+            text: modelData.name
+            symbol: modelData.systemImage
+            Accessible.name: "Switch to " + modelData.name + " settings"
+            // A press would replace a binding.
+            Binding on checked { value: tab.isSelected }
+            Keys.onLeftPressed: repeater.itemAt(Math.max(0, index - 1)).select()
+            Keys.onRightPressed: repeater.itemAt(Math.min(repeater.count - 1, index + 1)).select()
+            onClicked: tabs.preferences.selectedSection = modelData.section
+        }
+    }
+}
