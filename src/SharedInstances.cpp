@@ -7,6 +7,7 @@
 
 #include "autolock/AutoLockManager.h"
 #include "autolock/SmartAutoLockManager.h"
+#include "contact/SupportManager.h"
 #include "credentials/MasterPasswordDialogManager.h"
 #include "credentials/MasterPasswordManager.h"
 #include "credentials/PasswordInputDialogManager.h"
@@ -147,6 +148,11 @@ SmartAutoLockManager &SmartAutoLockManager::shared()
 LaunchAtLoginServiceManager &LaunchAtLoginServiceManager::shared()
 {
     return sharedInstance<LaunchAtLoginServiceManager>(foundation().platform);
+}
+
+SupportManager &SupportManager::shared()
+{
+    return sharedInstance<SupportManager>(foundation().platform);
 }
 
 } // namespace quillhaven

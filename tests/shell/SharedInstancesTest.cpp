@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
 #include "SharedInstances.h"
+#include "contact/SupportManager.h"
 #include "credentials/MasterPasswordDialogManager.h"
 #include "engine/QuillhavenManager.h"
 #include "platform/ApplicationPresence.h"
@@ -53,6 +54,7 @@ TEST_F(SharedInstancesDeathTest, ASecondInstallationOrAUseAfterTheShutdownEndsTh
     installPlatform(services.platform(), presence, arguments);
     EXPECT_EQ(LaunchContextManager::shared().currentContext(), LaunchContext::loginItem);
     EXPECT_EQ(&LaunchContextManager::shared(), &LaunchContextManager::shared());
+    EXPECT_EQ(SupportManager::shared().getMacModel(), services.machine.model);
     EXPECT_DEATH(installPlatform(services.platform(), presence, arguments), "called twice");
     shutDownSharedInstances();
     EXPECT_DEATH((void)LaunchContextManager::shared(), tooEarly);

@@ -8,6 +8,11 @@ namespace quillhaven::test {
 
 QCoro::Task<bool> FakeBiometricAuthenticator::canEvaluatePolicy()
 {
+    ++availabilityQuestions;
+    if (laterAvailability) {
+        const Answer<bool> later = *laterAvailability;
+        co_return co_await later;
+    }
     co_return isAvailable;
 }
 

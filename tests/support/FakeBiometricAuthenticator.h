@@ -27,6 +27,9 @@ public:
     void decide(bool isMatch);
 
     bool isAvailable = true;
+    /// Set by a test whose reader needs time: the answer to `canEvaluatePolicy` instead of `isAvailable`.
+    std::optional<Answer<bool>> laterAvailability;
+    int availabilityQuestions = 0;
     bool matches = true;
     bool waitsForFinger = false;
     QStringList reasons;
