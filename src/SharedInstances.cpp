@@ -17,6 +17,7 @@
 #include "presentation/dialogs/RemoveProtectionDialogManager.h"
 #include "shell/LaunchContextManager.h"
 #include "shredding/QuillhavenShredder.h"
+#include "updates/UpdateManager.h"
 
 #include <functional>
 #include <memory>
@@ -147,6 +148,11 @@ SmartAutoLockManager &SmartAutoLockManager::shared()
 LaunchAtLoginServiceManager &LaunchAtLoginServiceManager::shared()
 {
     return sharedInstance<LaunchAtLoginServiceManager>(foundation().platform);
+}
+
+UpdateManager &UpdateManager::shared()
+{
+    return sharedInstance<UpdateManager>(foundation().platform, QStringLiteral(QUILLHAVEN_UPDATE_MANIFEST_URL));
 }
 
 } // namespace quillhaven
