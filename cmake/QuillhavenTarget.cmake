@@ -42,7 +42,7 @@ function(quillhaven_library name)
   target_include_directories(quillhaven_${name} PUBLIC ${root})
   target_link_libraries(quillhaven_${name} PUBLIC ${ARG_LINKS} PRIVATE quillhaven_options)
   # The fuzzers are guided by the coverage of these libraries.
-  if(QUILLHAVEN_FUZZ AND name MATCHES "^(catalogue|formats|cipher|backup|platform_linux_.*|engine|autolock)$")
+  if(QUILLHAVEN_FUZZ AND name MATCHES "^(catalogue|formats|cipher|backup|platform_linux_.*|engine|autolock|updates)$")
     target_compile_options(quillhaven_${name} PRIVATE -fsanitize=fuzzer-no-link)
   endif()
 endfunction()

@@ -98,8 +98,24 @@ def rules():
     write(folder, 'list', b'[]')
 
 
+def manifests():
+    folder = 'update_manifest'
+    app = {'version': '1.10.0-beta2', 'download_url': 'https://downloads.example/quillhaven', 'release_notes': 'é\n"\U0001f512"',
+           'published_at': '2026-11-01', 'is_prerelease': False}
+    write(folder, 'whole', json.dumps({'app': app}).encode())
+    write(folder, 'no-app', b'{}')
+    write(folder, 'no-version', json.dumps({'app': {k: v for k, v in app.items() if k != 'version'}}).encode())
+    write(folder, 'further-key', json.dumps({'app': {**app, 'size': 3}, 'more': [1, {'a': None}]}).encode())
+    write(folder, 'wrong-type', json.dumps({'app': {**app, 'is_prerelease': 'no'}}).encode())
+    write(folder, 'long-number', json.dumps({'app': {**app, 'version': '00' + '9' * 40 + '.1'}}).encode())
+    write(folder, 'lone-surrogate', json.dumps({'app': {**app, 'version': '1\ud800'}}).encode())
+    write(folder, 'list', b'[]')
+    write(folder, 'page', b'<!DOCTYPE html>')
+
+
 if __name__ == '__main__':
     backups()
     catalogues()
     stores()
     rules()
+    manifests()

@@ -18,6 +18,7 @@
 #include "shell/LaunchContextManager.h"
 #include "shell/RestartProgram.h"
 #include "shell/SingleInstance.h"
+#include "updates/UpdateManager.h"
 
 #include <QApplication>
 #include <QQuickWindow>
@@ -74,6 +75,8 @@ LaunchSequence RunningProgram::launchSequence()
             .launch = {{LaunchPhase::autoLockManagers,
                         autoLockStep([] { AutoLockManager::shared(); }, [] { SmartAutoLockManager::shared(); })},
                        {LaunchPhase::activateFinderExtension, [this] { m_finderExtension.activateFinderExtension(); }},
+                       {LaunchPhase::updateCheck,
+                        updateCheckStep([] { return UpdateManager::shared().performUpdateCheck(true); })},
                        {LaunchPhase::launchAtLogin, launchAtLoginStep(synchronizeLaunchAtLogin)}},
             .termination = {{TerminationPhase::launchAtLoginServiceManager, [this] { m_launchAtLogin = nullptr; }}}};
 }

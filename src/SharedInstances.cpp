@@ -18,6 +18,7 @@
 #include "presentation/dialogs/RemoveProtectionDialogManager.h"
 #include "shell/LaunchContextManager.h"
 #include "shredding/QuillhavenShredder.h"
+#include "updates/UpdateManager.h"
 
 #include <functional>
 #include <memory>
@@ -150,9 +151,15 @@ LaunchAtLoginServiceManager &LaunchAtLoginServiceManager::shared()
     return sharedInstance<LaunchAtLoginServiceManager>(foundation().platform);
 }
 
+<<<<<<< HEAD
 SupportManager &SupportManager::shared()
 {
     return sharedInstance<SupportManager>(foundation().platform);
+=======
+UpdateManager &UpdateManager::shared()
+{
+    return sharedInstance<UpdateManager>(foundation().platform, QStringLiteral(QUILLHAVEN_UPDATE_MANIFEST_URL));
+>>>>>>> updates
 }
 
 } // namespace quillhaven

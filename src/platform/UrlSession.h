@@ -16,7 +16,7 @@ namespace quillhaven {
 struct UrlRequest
 {
     QUrl url;
-    std::chrono::milliseconds timeout = std::chrono::seconds(60); ///< without any data
+    std::chrono::milliseconds timeout = std::chrono::seconds(60); ///< for the whole exchange, to the last byte
     QList<std::pair<QByteArray, QByteArray>> headers{};           ///< name and value
 };
 

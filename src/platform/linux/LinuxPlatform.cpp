@@ -18,7 +18,8 @@ LinuxPlatform::LinuxPlatform(const UserDirectories &directories)
       m_globalInput(m_clock, m_watched),
       m_loginItem(autostartFolders(SqliteUserDefaultsProvider::standardDomain, QCoreApplication::applicationFilePath()),
                   m_watched),
-      m_session(m_notifications, m_watched, m_clock)
+      m_session(m_notifications, m_watched, m_clock),
+      m_urlSession(m_clock)
 {
     m_credentialQueue.setMaxThreadCount(1);
 }

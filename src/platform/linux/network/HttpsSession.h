@@ -4,13 +4,33 @@
 
 #include "platform/UrlSession.h"
 
+#include <QList>
+#include <QObject>
+#include <QSslCertificate>
+
 namespace quillhaven {
 
-/// Reads documents over HTTPS only.
+class Clock;
+
+/// Reads documents over HTTPS only, of at most 1 MiB, without cookies, caches and passwords. A redirect is followed to
+/// another HTTPS address, and at most five of them.
+///
+/// A request's timeout is one deadline for everything, from the look-up of the name to the last byte, so that a server
+/// that sends a little at a time does not keep it running. What runs is stopped at once, with an error, when the end of
+/// the program is asked for or this object is destroyed. Before the first request nothing of the network exists.
 class HttpsSession : public UrlSession
 {
 public:
+    /// Trusts servers with a certificate of these authorities; if there are none, of the system's. The clock must
+    /// outlive this object.
+    explicit HttpsSession(Clock &clock, QList<QSslCertificate> authorities = {});
+
     [[nodiscard]] QCoro::Task<UrlResponse> data(UrlRequest request) override;
+
+private:
+    Clock &m_clock;
+    QList<QSslCertificate> m_authorities;
+    QObject m_exchanges; ///< the parent of those that are running
 };
 
 } // namespace quillhaven
