@@ -4,6 +4,7 @@
 
 #include "autolock/AutoLockManager.h"
 #include "autolock/SmartAutoLockManager.h"
+#include "contact/SupportManager.h"
 #include "credentials/MasterPasswordDialogManager.h"
 #include "credentials/MasterPasswordManager.h"
 #include "engine/QuillhavenManager.h"
@@ -16,6 +17,7 @@
 #include "presentation/dialogs/ConfirmationDialogManager.h"
 #include "presentation/dialogs/ProtectionMethodDialogManager.h"
 #include "presentation/popover/MenuBarViewModel.h"
+#include "updates/UpdateManager.h"
 
 #include <QQmlEngine>
 #include <QQuickWindow>
@@ -51,6 +53,8 @@ PreferencesContext Windows::preferencesContext(const Platform &platform, const A
             .smartAutoLockManager = SmartAutoLockManager::shared(),
             .launchAtLoginManager = LaunchAtLoginServiceManager::shared(),
             .confirmationDialogManager = ConfirmationDialogManager::shared(),
+            .supportManager = SupportManager::shared(),
+            .updateManager = UpdateManager::shared(),
             .lockEverything = [this] { m_dashboard.bulk()->lockEverything(); },
             .lookForLostItems = [this] { m_dashboard.rescue()->show(); },
             .restart = actions.restart,

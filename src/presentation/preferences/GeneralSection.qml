@@ -39,4 +39,14 @@ ColumnLayout {
         Layout.fillWidth: true
         sources: section.preferences.watchedSources
     }
+
+    SupportSection {
+        Layout.fillWidth: true
+        support: section.preferences.support
+    }
+
+    UpdateSection {
+        Layout.fillWidth: true
+        updates: section.preferences.updates
+    }
 }

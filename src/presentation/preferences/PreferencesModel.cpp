@@ -23,7 +23,9 @@ PreferencesModel::PreferencesModel(const PreferencesContext &context, QObject *p
       m_security(context.platform, context.masterPasswordManager, m_passwordInputDialogManager,
                  m_confirmationDialogManager, m_errors),
       m_backup(context.platform, context.quillhavenManager, context.masterPasswordManager, m_confirmationDialogManager,
-               m_errors)
+               m_errors),
+      m_support(context.supportManager),
+      m_updates(context.updateManager, context.platform.opener, m_errors)
 {
     context.platform.notifications.standard.observe(notifications::showPreferences, this,
                                                     [this](const QVariantMap & /*userInfo*/) { show(); });

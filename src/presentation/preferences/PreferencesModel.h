@@ -8,6 +8,8 @@
 #include "presentation/preferences/BackupSectionModel.h"
 #include "presentation/preferences/LaunchAtLoginToggleModel.h"
 #include "presentation/preferences/SecuritySectionModel.h"
+#include "presentation/preferences/SupportSectionModel.h"
+#include "presentation/preferences/UpdateSectionModel.h"
 #include "presentation/preferences/WatchedSourcesModel.h"
 
 #include <memory>
@@ -48,6 +50,8 @@ struct PreferencesContext
     AutoLockManager &autoLockManager;
     SmartAutoLockManager &smartAutoLockManager;
     LaunchAtLoginServiceManager &launchAtLoginManager;
+    SupportManager &supportManager;
+    UpdateManager &updateManager;
     ConfirmationDialogManager &confirmationDialogManager; ///< the window's
     std::function<void()> lockEverything;
     std::function<void()> lookForLostItems;
@@ -74,6 +78,8 @@ class PreferencesModel : public quillhaven::DialogModel
     Q_PROPERTY(quillhaven::WatchedSourcesModel *watchedSources READ watchedSources CONSTANT)
     Q_PROPERTY(quillhaven::SecuritySectionModel *security READ security CONSTANT)
     Q_PROPERTY(quillhaven::BackupSectionModel *backup READ backup CONSTANT)
+    Q_PROPERTY(quillhaven::SupportSectionModel *support READ support CONSTANT)
+    Q_PROPERTY(quillhaven::UpdateSectionModel *updates READ updates CONSTANT)
 
 public:
     /// Device-independent pixels.
@@ -114,6 +120,8 @@ public:
     [[nodiscard]] WatchedSourcesModel *watchedSources() { return &m_watchedSources; }
     [[nodiscard]] SecuritySectionModel *security() { return &m_security; }
     [[nodiscard]] BackupSectionModel *backup() { return &m_backup; }
+    [[nodiscard]] SupportSectionModel *support() { return &m_support; }
+    [[nodiscard]] UpdateSectionModel *updates() { return &m_updates; }
 
     [[nodiscard]] ConfirmationDialogManager &confirmationDialogManager() { return m_confirmationDialogManager; }
     [[nodiscard]] PasswordInputDialogManager &passwordInputDialogManager() { return m_passwordInputDialogManager; }
@@ -152,6 +160,8 @@ private:
     WatchedSourcesModel m_watchedSources;
     SecuritySectionModel m_security;
     BackupSectionModel m_backup;
+    SupportSectionModel m_support;
+    UpdateSectionModel m_updates;
     PreferencesSectionType::Case m_selectedSection = PreferencesSectionType::General;
     bool m_hasUnsavedChanges = false;
     bool m_showingCloseConfirmation = false;

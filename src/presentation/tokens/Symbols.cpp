@@ -28,6 +28,7 @@ const QHash<QString, QString> &symbolFiles()
         {QStringLiteral("doc.on.clipboard"), QStringLiteral("actions/22/edit-copy-path.svg")},
         {QStringLiteral("doc.text.fill"), QStringLiteral("mimetypes/22/text-plain.svg")},
         {QStringLiteral("exclamationmark.octagon.fill"), QStringLiteral("status/22/data-error.svg")},
+        {QStringLiteral("envelope.fill"), QStringLiteral("actions/22/mail-message-new.svg")},
         {QStringLiteral("exclamationmark.triangle"), QStringLiteral("status/22/data-warning.svg")},
         {QStringLiteral("exclamationmark.triangle.fill"), QStringLiteral("status/22/data-warning.svg")},
         {QStringLiteral("eye.fill"), QStringLiteral("actions/22/password-show-on.svg")},

@@ -5,9 +5,11 @@
 #include "DashboardHarness.h"
 #include "autolock/AutoLockManager.h"
 #include "autolock/SmartAutoLockManager.h"
+#include "contact/SupportManager.h"
 #include "launch_at_login/FakeLaunchAtLoginService.h"
 #include "launch_at_login/LaunchAtLoginServiceManager.h"
 #include "presentation/preferences/PreferencesModel.h"
+#include "updates/UpdateManager.h"
 
 namespace quillhaven::test {
 
@@ -19,6 +21,9 @@ public:
         : autoLock(harness.platform, harness.manager),
           smartAutoLock(harness.platform, harness.manager),
           launchAtLogin(harness.platform, std::make_unique<FakeLaunchAtLoginService>(registration)),
+          support(harness.platform, QStringLiteral("support@quillhaven.example"),
+                  QStringLiteral("https://quillhaven.example")),
+          updates(harness.platform, QStringLiteral("https://quillhaven.example/latest.json")),
           model({.platform = harness.platform,
                  .quillhavenManager = harness.manager,
                  .masterPasswordManager = harness.masterPassword,
@@ -26,6 +31,8 @@ public:
                  .smartAutoLockManager = smartAutoLock,
                  .launchAtLoginManager = launchAtLogin,
                  .confirmationDialogManager = harness.confirmationDialog,
+                 .supportManager = support,
+                 .updateManager = updates,
                  .lockEverything = [&harness] { harness.dashboard.bulk()->lockEverything(); },
                  .lookForLostItems = [&harness] { harness.dashboard.rescue()->show(); },
                  .restart = [] {},
@@ -39,6 +46,8 @@ public:
     AutoLockManager autoLock;
     SmartAutoLockManager smartAutoLock;
     LaunchAtLoginServiceManager launchAtLogin;
+    SupportManager support;
+    UpdateManager updates;
     PreferencesModel model;
 };
 

@@ -172,8 +172,7 @@ TEST_F(BackupSection, TwoBackupsWithOneNameAndARawCopyAreReportedAsThreeFiles)
     recover(theMasterPassword);
     EXPECT_EQ(QDir(folder).entryList(QDir::Files, QDir::Name),
               QStringList({QStringLiteral("raw"), QStringLiteral("same.txt")}));
-    EXPECT_EQ(reported().message(),
-              QStringLiteral("Successfully recovered 3 files to the selected folder."));
+    EXPECT_EQ(reported().message(), QStringLiteral("Successfully recovered 3 files to the selected folder."));
 }
 
 TEST_F(BackupSection, WrongMasterPasswordClosesTheDialogAndIsReported)
@@ -230,8 +229,8 @@ TEST_F(BackupSection, TheStatusSaysThatBackupsAreOff)
     storeMasterPassword();
     backup().checkiCloudStatus();
     EXPECT_TRUE(reported().message().contains(QStringLiteral("• iCloud Available: Yes\n• Backup Enabled: No\n")));
-    EXPECT_TRUE(reported().message().endsWith(QStringLiteral(
-        "\n\nEnable iCloud backup in Security settings to automatically backup your protected files.")));
+    EXPECT_TRUE(reported().message().endsWith(
+        QStringLiteral("\n\nEnable iCloud backup in Security settings to automatically backup your protected files.")));
 }
 
 TEST_F(BackupSection, TheStatusSaysThatThereIsNoMasterPassword)
@@ -294,9 +293,8 @@ TEST_F(BackupSection, AFolderInPrivateStorageIsRefusedAndTheFormerOneStays)
     services.panels.answer = [&](const OpenPanelRequest &) { return folder; };
     backup().chooseFolder();
     DashboardHarness::settle();
-    EXPECT_EQ(error(),
-              QStringLiteral("Backups cannot be kept in \"backups\" because it belongs to Quillhaven itself. "
-                             "Choose a folder that your sync tool keeps."));
+    EXPECT_EQ(error(), QStringLiteral("Backups cannot be kept in \"backups\" because it belongs to Quillhaven itself. "
+                                      "Choose a folder that your sync tool keeps."));
     EXPECT_TRUE(backup().isiCloudAvailable());
     EXPECT_NE(backup().folder(), folder);
 }

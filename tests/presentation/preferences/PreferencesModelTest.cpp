@@ -122,7 +122,9 @@ TEST_F(Preferences, UnsavedChangesAreDiscardedOnlyAfterAQuestion)
 TEST_F(Preferences, AFailureOfTheLaunchAtLoginIsShownInTheErrorSheet)
 {
     preferences().show();
-    harness().registration->failRegister = [] { throw LocalizedError(QStringLiteral("the disk is full")); };
+    harness().registration->failRegister = [] {
+        throw LaunchAtLoginError::unknownError(QStringLiteral("the disk is full"));
+    };
     preferences().launchAtLogin()->setEnabled(true);
     DashboardHarness::settle();
     EXPECT_TRUE(preferences().errors().showingError());

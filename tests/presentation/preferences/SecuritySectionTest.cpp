@@ -86,9 +86,8 @@ TEST_F(SecuritySection, ResettingTheMasterPasswordNeverAsksForTheOldOne)
     storeMasterPassword();
     security().showMasterPasswordDialog();
     EXPECT_EQ(question().title(), QStringLiteral("Reset Master Password"));
-    EXPECT_EQ(
-        question().message(),
-        QStringLiteral("Are you sure you want to reset your master password? This action cannot be undone."));
+    EXPECT_EQ(question().message(),
+              QStringLiteral("Are you sure you want to reset your master password? This action cannot be undone."));
     EXPECT_EQ(question().confirmTitle(), QStringLiteral("Reset"));
     EXPECT_EQ(question().cancelTitle(), QStringLiteral("Cancel"));
     EXPECT_TRUE(question().isDestructive());
