@@ -16,6 +16,7 @@
 #include "presentation/dialogs/ConfirmationDialogManager.h"
 #include "presentation/dialogs/ProtectionMethodDialogManager.h"
 #include "presentation/popover/MenuBarViewModel.h"
+#include "updates/UpdateManager.h"
 
 #include <QQmlEngine>
 #include <QQuickWindow>
@@ -30,7 +31,8 @@ Windows::Windows(const Platform &platform, MenuBarViewModel &menuBar, std::funct
                   {.confirmation = ConfirmationDialogManager::shared(),
                    .protectionMethod = ProtectionMethodDialogManager::shared(),
                    .passwordInput = PasswordInputDialogManager::shared(),
-                   .masterPassword = MasterPasswordDialogManager::shared()}),
+                   .masterPassword = MasterPasswordDialogManager::shared()},
+                  UpdateManager::shared()),
       m_storeNotice(platform.credentialStoreState, *m_dashboard.notices(), ConfirmationDialogManager::shared()),
       m_launchAtLogin(LaunchAtLoginServiceManager::shared(), ConfirmationDialogManager::shared(), platform,
                       std::move(restart)),

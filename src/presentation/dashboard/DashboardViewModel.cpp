@@ -15,7 +15,7 @@ namespace quillhaven {
 
 DashboardViewModel::DashboardViewModel(const Platform &platform, QuillhavenManager &quillhavenManager,
                                        MasterPasswordManager &masterPasswordManager, const DashboardDialogs &dialogs,
-                                       QObject *parent)
+                                       UpdateManager &updateManager, QObject *parent)
     : QObject(parent),
       m_quillhavenManager(quillhavenManager),
       m_masterPasswordManager(masterPasswordManager),
@@ -31,7 +31,8 @@ DashboardViewModel::DashboardViewModel(const Platform &platform, QuillhavenManag
       m_itemActions(context(), m_bulk, platform.clock),
       m_shredding(context()),
       m_backup(context(), platform.defaults.standard()),
-      m_rescue(context(), platform.panels, m_notices, platform.directories.home)
+      m_rescue(context(), platform.panels, m_notices, platform.directories.home),
+      m_updateBadge(updateManager, platform.opener, m_errors)
 {
     connect(&masterPasswordManager, &MasterPasswordManager::hasMasterPasswordChanged, this,
             &DashboardViewModel::masterPasswordTextChanged);

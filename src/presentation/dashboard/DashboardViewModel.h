@@ -19,6 +19,7 @@
 #include "presentation/dashboard/RescueActions.h"
 #include "presentation/dashboard/SearchFilterBarModel.h"
 #include "presentation/dashboard/ShredActions.h"
+#include "presentation/dashboard/UpdateBadgeModel.h"
 
 #include <QCoroTask>
 #include <QObject>
@@ -38,6 +39,7 @@ class DashboardViewModel : public QObject
     Q_PROPERTY(QString versionText READ versionText CONSTANT)
     Q_PROPERTY(QString masterPasswordText READ masterPasswordText NOTIFY masterPasswordTextChanged)
     Q_PROPERTY(QString activityText READ activityText NOTIFY activityTextChanged)
+    Q_PROPERTY(quillhaven::UpdateBadgeModel *updateBadge READ updateBadge CONSTANT)
     // The list, its filters, the selection, and the statistics cards
     Q_PROPERTY(quillhaven::FilteredItemsModel *items READ items CONSTANT)
     Q_PROPERTY(quillhaven::SearchFilterBarModel *filters READ filters CONSTANT)
@@ -57,7 +59,7 @@ public:
     /// The references must outlive this object. This object must outlive every job it has started.
     DashboardViewModel(const Platform &platform, QuillhavenManager &quillhavenManager,
                        MasterPasswordManager &masterPasswordManager, const DashboardDialogs &dialogs,
-                       QObject *parent = nullptr);
+                       UpdateManager &updateManager, QObject *parent = nullptr);
     ~DashboardViewModel() override;
 
     /// "v" and the application's version, or "v1.0" if it is not known.
@@ -88,6 +90,7 @@ public:
     [[nodiscard]] ShredActions *shredding() { return &m_shredding; }
     [[nodiscard]] BackupActions *backup() { return &m_backup; }
     [[nodiscard]] RescueActions *rescue() { return &m_rescue; }
+    [[nodiscard]] UpdateBadgeModel *updateBadge() { return &m_updateBadge; }
 
     /// Handles a request from the file manager's menu: "action" is "protect", "unlock", "lock" or "shred", "path" the
     /// file. Any other request is ignored, and so is a request to lock an item that is locked.
@@ -122,6 +125,7 @@ private:
     ShredActions m_shredding;
     BackupActions m_backup;
     RescueActions m_rescue;
+    UpdateBadgeModel m_updateBadge;
 };
 
 } // namespace quillhaven
