@@ -31,7 +31,8 @@ Windows::Windows(const Platform &platform, MenuBarViewModel &menuBar, const Acti
                   {.confirmation = ConfirmationDialogManager::shared(),
                    .protectionMethod = ProtectionMethodDialogManager::shared(),
                    .passwordInput = PasswordInputDialogManager::shared(),
-                   .masterPassword = MasterPasswordDialogManager::shared()}),
+                   .masterPassword = MasterPasswordDialogManager::shared()},
+                  UpdateManager::shared()),
       m_storeNotice(platform.credentialStoreState, *m_dashboard.notices(), ConfirmationDialogManager::shared()),
       m_preferences(preferencesContext(platform, actions)),
       m_sheetModels(sheets(platform), actions.bringMainWindowForward)

@@ -28,6 +28,13 @@ UpdateInfo::UpdateInfo(const AppUpdateInfo &app)
 {
 }
 
+std::optional<QUrl> webAddress(const UpdateInfo &info)
+{
+    const QUrl url(info.downloadURL, QUrl::StrictMode);
+    const bool isOnTheWeb = url.scheme() == QStringLiteral("https") || url.scheme() == QStringLiteral("http");
+    return isOnTheWeb && !url.host().isEmpty() ? std::optional(url) : std::nullopt;
+}
+
 QByteArray encodeUpdateInfo(const UpdateInfo &info)
 {
     const QJsonObject object{{versionKey, info.version},

@@ -5,6 +5,9 @@
 #include <QByteArray>
 #include <QMetaType>
 #include <QString>
+#include <QUrl>
+
+#include <optional>
 
 namespace quillhaven {
 
@@ -24,6 +27,10 @@ struct UpdateInfo
 
     bool operator==(const UpdateInfo &) const = default;
 };
+
+/// The download's address if it can be opened: an absolute one on the web, HTTP or HTTPS. The manifest could also name
+/// a file or a program.
+[[nodiscard]] std::optional<QUrl> webAddress(const UpdateInfo &info);
 
 /// A JSON object whose keys are the names of the fields.
 [[nodiscard]] QByteArray encodeUpdateInfo(const UpdateInfo &info);

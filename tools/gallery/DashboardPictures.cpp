@@ -4,6 +4,7 @@
 
 #include "Picture.h"
 #include "presentation/dashboard/DashboardWindowFixture.h"
+#include "presentation/dashboard/OfferedUpdate.h"
 
 using namespace quillhaven;
 using namespace quillhaven::test;
@@ -73,6 +74,15 @@ TEST_F(DashboardPictures, ProtectingAndTheMethods)
     started().dashboard.protecting()->showProtectionDialog(services.home.write(QStringLiteral("papers/will.pdf")));
     DashboardHarness::settle();
     draw(QStringLiteral("method"));
+}
+
+TEST_F(DashboardPictures, UpdateAvailable)
+{
+    storeThree();
+    shown();
+    offerUpdate(services, QStringLiteral("9.0"), QStringLiteral("https://downloads.example/"));
+    runTask(started().updates.performUpdateCheck(true));
+    draw(QStringLiteral("update-available"));
 }
 
 TEST_F(DashboardPictures, Notices)

@@ -15,7 +15,7 @@ namespace quillhaven {
 
 DashboardViewModel::DashboardViewModel(const Platform &platform, QuillhavenManager &quillhavenManager,
                                        MasterPasswordManager &masterPasswordManager, const DashboardDialogs &dialogs,
-                                       QObject *parent)
+                                       UpdateManager &updateManager, QObject *parent)
     : QObject(parent),
       m_quillhavenManager(quillhavenManager),
       m_masterPasswordManager(masterPasswordManager),
@@ -30,7 +30,8 @@ DashboardViewModel::DashboardViewModel(const Platform &platform, QuillhavenManag
       m_dropping(context(), m_protecting, m_bulk),
       m_itemActions(context(), m_bulk, platform.clock),
       m_shredding(context()),
-      m_rescue(context(), platform.panels, m_notices, platform.directories.home)
+      m_rescue(context(), platform.panels, m_notices, platform.directories.home),
+      m_updateBadge(updateManager, platform.opener, m_errors)
 {
     platform.notifications.standard.observe(notifications::handleFinderAction, this,
                                             [this](const QVariantMap &userInfo) { handleFinderAction(userInfo); });

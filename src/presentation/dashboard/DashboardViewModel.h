@@ -18,6 +18,7 @@
 #include "presentation/dashboard/RescueActions.h"
 #include "presentation/dashboard/SearchFilterBarModel.h"
 #include "presentation/dashboard/ShredActions.h"
+#include "presentation/dashboard/UpdateBadgeModel.h"
 
 #include <QCoroTask>
 #include <QObject>
@@ -36,6 +37,7 @@ class DashboardViewModel : public QObject
     // The toolbar
     Q_PROPERTY(QString versionText READ versionText CONSTANT)
     Q_PROPERTY(QString activityText READ activityText NOTIFY activityTextChanged)
+    Q_PROPERTY(quillhaven::UpdateBadgeModel *updateBadge READ updateBadge CONSTANT)
     // The list, its filters, the selection, and the statistics cards
     Q_PROPERTY(quillhaven::FilteredItemsModel *items READ items CONSTANT)
     Q_PROPERTY(quillhaven::SearchFilterBarModel *filters READ filters CONSTANT)
@@ -53,7 +55,7 @@ public:
     /// The references must outlive this object. This object must outlive every job it has started.
     DashboardViewModel(const Platform &platform, QuillhavenManager &quillhavenManager,
                        MasterPasswordManager &masterPasswordManager, const DashboardDialogs &dialogs,
-                       QObject *parent = nullptr);
+                       UpdateManager &updateManager, QObject *parent = nullptr);
     ~DashboardViewModel() override;
 
     /// "v" and the application's version, or "v1.0" if it is not known.
@@ -85,6 +87,7 @@ public:
     [[nodiscard]] BulkActions *bulk() { return &m_bulk; }
     [[nodiscard]] ShredActions *shredding() { return &m_shredding; }
     [[nodiscard]] RescueActions *rescue() { return &m_rescue; }
+    [[nodiscard]] UpdateBadgeModel *updateBadge() { return &m_updateBadge; }
 
     /// Handles a request from the file manager's menu: "action" is "protect", "unlock", "lock" or "shred", "path" the
     /// file. Any other request is ignored, and so is a request to lock an item that is locked.
@@ -114,6 +117,7 @@ private:
     ItemActions m_itemActions;
     ShredActions m_shredding;
     RescueActions m_rescue;
+    UpdateBadgeModel m_updateBadge;
     QString m_backgroundActivity;
 };
 

@@ -80,6 +80,8 @@ Rectangle {
                             font.weight: Font.Medium
                         }
                     }
+
+                    UpdateBadge { updates: toolbar.dashboard.updateBadge }
                 }
 
                 TextLabel {

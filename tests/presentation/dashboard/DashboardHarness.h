@@ -14,6 +14,7 @@
 #include "presentation/dialogs/ProtectionMethodDialogManager.h"
 #include "support/LogCapture.h"
 #include "support/RunTask.h"
+#include "updates/UpdateManager.h"
 
 #include <gtest/gtest.h>
 
@@ -34,8 +35,9 @@ public:
           shredder(platform, masterPassword),
           manager(platform, masterPassword, passwordDialog, shredder),
           passwordInput(passwordDialog, platform.defaults.standard()),
+          updates(platform, QStringLiteral("https://updates.example/m")),
           dashboard(platform, manager, masterPassword,
-                    {confirmationDialog, protectionMethodDialog, passwordDialog, masterPasswordDialog})
+                    {confirmationDialog, protectionMethodDialog, passwordDialog, masterPasswordDialog}, updates)
     {
         settle();
     }
@@ -122,6 +124,7 @@ public:
     QuillhavenShredder shredder;
     QuillhavenManager manager;
     PasswordInputDialogModel passwordInput;
+    UpdateManager updates;
     DashboardViewModel dashboard;
 };
 

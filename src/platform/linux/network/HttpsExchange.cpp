@@ -5,6 +5,7 @@
 #include "platform/Clock.h"
 #include "support/DisplayName.h"
 
+#include <QNetworkProxy>
 #include <QNetworkReply>
 #include <QSslConfiguration>
 
@@ -44,18 +45,18 @@ HttpsExchange::HttpsExchange(const UrlRequest &request, Clock &clock, const QLis
                              QObject *parent)
     : QObject(parent),
       m_host(displayName(request.url.host())),
-      m_reply(m_network.get(networkRequest(request, authorities))),
       m_atClosing([this] { fail(QStringLiteral("The transfer was stopped, because the program is ending.")); })
 {
-    const auto seconds = std::chrono::duration_cast<std::chrono::seconds>(request.timeout).count();
-    m_deadline = clock.startOneShot(request.timeout, [this, seconds] {
-        fail(QStringLiteral("The server %1 did not send the whole document within %2 seconds.")
-                 .arg(m_host)
-                 .arg(seconds));
-    });
+    // To find the system's proxy, Qt would block this thread, for as long as a server with its configuration likes.
+    m_network.setProxy(QNetworkProxy(QNetworkProxy::NoProxy));
+    m_reply = m_network.get(networkRequest(request, authorities));
     m_reply->setReadBufferSize(maxBytes + 1);
     connect(m_reply, &QNetworkReply::readyRead, this, &HttpsExchange::read);
     connect(m_reply, &QNetworkReply::finished, this, &HttpsExchange::finish);
+    const auto seconds = std::chrono::duration_cast<std::chrono::seconds>(request.timeout).count();
+    const QString tooSlow = QStringLiteral("The server %1 did not send the whole document within %2 seconds.");
+    m_deadline =
+        clock.startOneShot(request.timeout, [this, sentence = tooSlow.arg(m_host).arg(seconds)] { fail(sentence); });
 }
 
 HttpsExchange::~HttpsExchange()

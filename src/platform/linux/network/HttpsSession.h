@@ -12,8 +12,8 @@ namespace quillhaven {
 
 class Clock;
 
-/// Reads documents over HTTPS only, of at most 1 MiB, without cookies, caches and passwords. A redirect is followed to
-/// another HTTPS address, and at most five of them.
+/// Reads documents over HTTPS only, of at most 1 MiB, without cookies, caches, passwords and proxies. A redirect is
+/// followed to another HTTPS address, and at most five of them.
 ///
 /// A request's timeout is one deadline for everything, from the look-up of the name to the last byte, so that a server
 /// that sends a little at a time does not keep it running. What runs is stopped at once, with an error, when the end of

@@ -108,6 +108,15 @@ TEST_F(HttpsSessionTest, ARequestHasItsHeadersAndNoCookies)
     }
 }
 
+TEST_F(HttpsSessionTest, NoProxyIsAsked)
+{
+    qputenv("https_proxy", "http://quillhaven.invalid:1");
+
+    EXPECT_EQ(get(QStringLiteral("/status/200")).data, "status 200");
+
+    qunsetenv("https_proxy");
+}
+
 TEST_F(HttpsSessionTest, ARedirectToHttpsIsFollowed)
 {
     EXPECT_EQ(get(QStringLiteral("/redirects/5")).data, "status 200");

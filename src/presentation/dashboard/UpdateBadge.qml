@@ -1,0 +1,27 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+import QtQuick
+import Quillhaven.Controls
+import Quillhaven.Dashboard
+import Quillhaven.Design
+
+/// A button of a badge's size that offers a newer version, while there is one.
+FilledButton {
+    id: badge
+
+    required property UpdateBadgeModel updates
+
+    visible: updates.hasUpdateAvailable
+    text: "Update available"
+    helpText: "Update available - Click to download"
+    symbol: "tray.and.arrow.down.fill"
+    implicitHeight: Metrics.badgeHeight
+    implicitWidth: implicitContentWidth + leftPadding + rightPadding
+    leftPadding: Spacing.sm
+    rightPadding: Spacing.sm
+    cornerRadius: Metrics.badgeHeight / 2
+    fill: Colors.badgeWarningBg
+    foreground: Colors.badgeWarning
+    font: Typography.statusText
+    onClicked: updates.download()
+}
