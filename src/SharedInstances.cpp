@@ -151,15 +151,14 @@ LaunchAtLoginServiceManager &LaunchAtLoginServiceManager::shared()
     return sharedInstance<LaunchAtLoginServiceManager>(foundation().platform);
 }
 
-<<<<<<< HEAD
 SupportManager &SupportManager::shared()
 {
     return sharedInstance<SupportManager>(foundation().platform);
-=======
+}
+
 UpdateManager &UpdateManager::shared()
 {
     return sharedInstance<UpdateManager>(foundation().platform, QStringLiteral(QUILLHAVEN_UPDATE_MANIFEST_URL));
->>>>>>> updates
 }
 
 } // namespace quillhaven

@@ -9,7 +9,6 @@
 #include "launch_at_login/FakeLaunchAtLoginService.h"
 #include "launch_at_login/LaunchAtLoginServiceManager.h"
 #include "presentation/preferences/PreferencesModel.h"
-#include "updates/UpdateManager.h"
 
 namespace quillhaven::test {
 
@@ -23,7 +22,6 @@ public:
           launchAtLogin(harness.platform, std::make_unique<FakeLaunchAtLoginService>(registration)),
           support(harness.platform, QStringLiteral("support@quillhaven.example"),
                   QStringLiteral("https://quillhaven.example")),
-          updates(harness.platform, QStringLiteral("https://quillhaven.example/latest.json")),
           model({.platform = harness.platform,
                  .quillhavenManager = harness.manager,
                  .masterPasswordManager = harness.masterPassword,
@@ -32,7 +30,7 @@ public:
                  .launchAtLoginManager = launchAtLogin,
                  .confirmationDialogManager = harness.confirmationDialog,
                  .supportManager = support,
-                 .updateManager = updates,
+                 .updateManager = harness.updates,
                  .lockEverything = [&harness] { harness.dashboard.bulk()->lockEverything(); },
                  .lookForLostItems = [&harness] { harness.dashboard.rescue()->show(); },
                  .restart = [] {},
@@ -47,7 +45,6 @@ public:
     SmartAutoLockManager smartAutoLock;
     LaunchAtLoginServiceManager launchAtLogin;
     SupportManager support;
-    UpdateManager updates;
     PreferencesModel model;
 };
 
