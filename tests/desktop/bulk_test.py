@@ -189,7 +189,8 @@ class Backups(WindowTest):
         self.program.find(FIELD, "Directory:").set_text(str(synced))
         self.program.press(BUTTON, "Use This Folder")
         self.program.press(TAB, "Switch to Backup settings")
-        self.program.find("panel", str(synced))
+        folder = self.program.find("panel", "Backups are kept in a folder of your sync tool")
+        self.assertIn(str(synced), folder.description)
         link = self.home.data / "cloud" / "iCloud~com~tarnwick~quillhaven"
         self.assertEqual(link.readlink(), synced)
 

@@ -50,8 +50,8 @@ ColumnLayout {
 
         ActionRow {
             Layout.fillWidth: true
-            title: section.backup.folder
-            description: "Your own sync tool keeps this folder in step with other computers. Backups that were made before stay in their folder."
+            title: "Backups are kept in a folder of your sync tool"
+            description: section.backup.folder + "\nThe tool keeps it in step with other computers. Another folder does not get the backups of this one."
             action: "Change Folder..."
             onPressed: section.backup.chooseFolder()
         }

@@ -16,7 +16,7 @@
 
 namespace quillhaven {
 
-/// The sections of the preferences. The enumeration has the size of an int, as which QML reads a property.
+/// The sections of the preferences.
 namespace PreferencesSectionType {
 Q_NAMESPACE
 QML_ELEMENT
@@ -29,7 +29,7 @@ class PreferencesTab
 {
     Q_GADGET
     QML_VALUE_TYPE(preferencesTab)
-    Q_PROPERTY(quillhaven::PreferencesSectionType::Case section MEMBER section CONSTANT)
+    Q_PROPERTY(int section READ sectionNumber CONSTANT) // QML of Qt 6.4 reads no enumeration of a value type
     Q_PROPERTY(QString name MEMBER name CONSTANT)
     Q_PROPERTY(QString systemImage MEMBER systemImage CONSTANT)
 
@@ -37,6 +37,8 @@ public:
     PreferencesSectionType::Case section = PreferencesSectionType::General;
     QString name;
     QString systemImage;
+
+    [[nodiscard]] int sectionNumber() const { return section; }
 
     bool operator==(const PreferencesTab &) const = default;
 };

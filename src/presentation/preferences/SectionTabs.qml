@@ -29,8 +29,7 @@ RowLayout {
 
             required property preferencesTab modelData
             required property int index
-            readonly property int section: modelData.section
-            readonly property bool isSelected: section === tabs.selected
+            readonly property bool isSelected: modelData.section === tabs.selected
 
             function select() {
                 tabs.preferences.selectedSection = modelData.section

@@ -266,6 +266,7 @@ TEST_F(BackupSection, TheDescriptionOfTheSwitchDependsOnTheFolder)
 
 TEST_F(BackupSection, AChosenFolderHoldsTheBackupsAtOnce)
 {
+    protectOne();
     const QString folder = services.home.path(QStringLiteral("synced"));
     QDir().mkpath(folder);
     services.panels.answer = [&](const OpenPanelRequest &request) {
@@ -279,7 +280,6 @@ TEST_F(BackupSection, AChosenFolderHoldsTheBackupsAtOnce)
     EXPECT_EQ(backup().folder(), folder);
     EXPECT_EQ(error(), QString());
     backup().setEnableiCloudBackup(true);
-    protectOne();
     backUp();
     EXPECT_EQ(QDir(folder + QStringLiteral("/Documents/QuillhavenBackups")).entryList(QDir::Files),
               QStringList(started().item().id + QStringLiteral(".backup")));
