@@ -16,11 +16,11 @@
 
 namespace quillhaven {
 
-/// The sections of the preferences.
+/// The sections of the preferences. The enumeration has the size of an int, as which QML reads a property.
 namespace PreferencesSectionType {
 Q_NAMESPACE
 QML_ELEMENT
-enum Case : quint8 { General, Security, Backup };
+enum Case { General, Security, Backup };
 Q_ENUM_NS(Case)
 } // namespace PreferencesSectionType
 
@@ -86,7 +86,7 @@ public:
     static constexpr int modalWidth = 580;
 
     /// The control that the sheet has given the keyboard to.
-    enum class FocusedField : quint8 {
+    enum class FocusedField {
         None,
         CloseButton,
         StartAtLogin,

@@ -27,7 +27,7 @@ SettingsViewModel::Step SettingsViewModel::stepFor(const QString &key)
     struct Row
     {
         QLatin1String key;
-        Step step;
+        Step step = nullptr;
     };
     static constexpr std::array rows{
         Row{settings::autoLockMinutes.key, &SettingsViewModel::validateAutoLockMinutes},

@@ -61,18 +61,14 @@ SettingsViewModel::~SettingsViewModel() = default;
 
 void SettingsViewModel::setupValidation()
 {
-    // The values at the start count as the first ones to settle; nothing is unsaved by them.
-    const auto restart = [this] {
-        m_untilFullValidation = m_clock.startOneShot(debounceInterval, [this] { validateAllSettings(); });
-    };
-    connect(this, &SettingsViewModel::settingAssigned, this, [restart](const QString &key) {
+    // Loading the settings assigns them, and so starts the first full validation.
+    connect(this, &SettingsViewModel::settingAssigned, this, [this](const QString &key) {
         if (startsFullValidation(key)) {
-            restart();
+            m_untilFullValidation = m_clock.startOneShot(debounceInterval, [this] { validateAllSettings(); });
         }
     });
     connect(this, &SettingsViewModel::settingAssigned, this,
             [this] { publish(m_hasUnsavedChanges, true, &SettingsViewModel::hasUnsavedChangesChanged); });
-    restart();
 }
 
 void SettingsViewModel::checkSystemCapabilities()

@@ -24,7 +24,7 @@ protected:
 
     WatchedSources watched;
     int locks = 0;
-    WatchedSourcesModel model{watched, [this] { ++locks; }};
+    WatchedSourcesModel model{watched, [this] { ++locks; }, {}};
 };
 
 } // namespace

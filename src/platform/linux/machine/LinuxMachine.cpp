@@ -11,7 +11,7 @@ namespace quillhaven {
 namespace {
 
 /// Far more than any of these files has.
-constexpr qint64 sizeLimit = 64 * 1024;
+constexpr qint64 sizeLimit = qint64(64) * 1024;
 
 /// The bytes up to the null byte that ends a string of the device tree.
 QString textOf(const QByteArray &bytes)
