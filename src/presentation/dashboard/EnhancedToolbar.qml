@@ -81,7 +81,7 @@ Rectangle {
                         }
                     }
 
-                    UpdateBadge { updates: toolbar.dashboard.updateBadge }
+                    UpdateBadge { updates: toolbar.dashboard.updateBadge; showsText: !toolbar.isNarrow }
                 }
 
                 TextLabel {

@@ -160,7 +160,7 @@ public:
     static constexpr int roomyWindow = 820;   ///< of the window, for the drop area
     // Widths of the window:
     static constexpr int narrowBar = 760; ///< for the actions on selected items; also the minimum width
-    static constexpr int narrowToolbar = 1000;
+    static constexpr int narrowToolbar = 860;
 
     static constexpr double smallIndicatorScale = 0.8; ///< of an activity indicator beside a text
 
