@@ -25,7 +25,8 @@
 namespace quillhaven {
 
 Windows::Windows(const Platform &platform, MenuBarViewModel &menuBar, const Actions &actions)
-    : m_menuBar(menuBar),
+    : m_display(platform.display),
+      m_menuBar(menuBar),
       m_passwordInput(PasswordInputDialogManager::shared(), platform.defaults.standard()),
       m_dashboard(platform, QuillhavenManager::shared(), MasterPasswordManager::shared(),
                   {.confirmation = ConfirmationDialogManager::shared(),
@@ -84,7 +85,7 @@ Sheets Windows::sheets(const Platform &platform)
 QQmlEngine &Windows::engine()
 {
     if (!m_engine) {
-        m_engine = makeWindowEngine();
+        m_engine = makeWindowEngine(m_display);
     }
     return *m_engine;
 }

@@ -20,6 +20,7 @@ QT_END_NAMESPACE
 
 namespace quillhaven {
 
+class DisplayPreferences;
 class MenuBarViewModel;
 
 /// The models of what the windows show, and the windows. A window is built when it is first needed, so that a program
@@ -57,6 +58,7 @@ private:
     [[nodiscard]] Sheets sheets(const Platform &platform);
     [[nodiscard]] QQmlEngine &engine();
 
+    const DisplayPreferences &m_display;
     MenuBarViewModel &m_menuBar;
     PasswordInputDialogModel m_passwordInput;
     DashboardViewModel m_dashboard;

@@ -8,7 +8,7 @@
 
 namespace quillhaven {
 
-std::unique_ptr<QQmlEngine> makeWindowEngine()
+std::unique_ptr<QQmlEngine> makeWindowEngine(const DisplayPreferences &display)
 {
     // The style applies to the whole process, and must be set before the first control is created.
     static const bool isStyleChosen = [] {
@@ -18,6 +18,7 @@ std::unique_ptr<QQmlEngine> makeWindowEngine()
     Q_UNUSED(isStyleChosen)
     auto engine = std::make_unique<QQmlEngine>();
     installDesign(*engine);
+    followDisplay(*engine, display);
     return engine;
 }
 

@@ -8,8 +8,10 @@
 
 namespace quillhaven {
 
-/// Creates the QML engine that all windows of the program share, with the program's style, colours and symbols. It must
-/// outlive the windows. The application object must exist.
-[[nodiscard]] std::unique_ptr<QQmlEngine> makeWindowEngine();
+class DisplayPreferences;
+
+/// Creates the QML engine that all windows of the program share, with the program's style, colours and symbols, and
+/// the look that the user wants. It must outlive the windows. The application object must exist.
+[[nodiscard]] std::unique_ptr<QQmlEngine> makeWindowEngine(const DisplayPreferences &display);
 
 } // namespace quillhaven

@@ -1,7 +1,8 @@
 #!/bin/bash
 # SPDX-License-Identifier: GPL-3.0-or-later
 # with-display.sh COMMAND...: runs the command with its own virtual display, session bus and home, and with a window
-# manager, so that focus works as on a desktop. Everything ends with the command.
+# manager, so that focus works as on a desktop. PORTAL=1 lets the desktop's portal start when it is called. Everything ends
+# with the command.
 set -u
 export PATH=/usr/bin:/bin:/usr/sbin:/sbin
 work=$(mktemp -d)
@@ -26,6 +27,11 @@ export HOME="$work/home" XDG_RUNTIME_DIR="$work/run" XDG_CONFIG_HOME="$work/home
     XDG_DATA_HOME="$work/home/.local/share" XDG_CACHE_HOME="$work/home/.cache"
 mkdir -p "$XDG_RUNTIME_DIR" "$XDG_CONFIG_HOME" "$XDG_DATA_HOME" "$XDG_CACHE_HOME"
 chmod 700 "$XDG_RUNTIME_DIR"
+if [ -z "${PORTAL:-}" ]; then
+    portal=org.freedesktop.portal.Desktop
+    mkdir -p "$XDG_RUNTIME_DIR/dbus-1/services"
+    printf '[D-BUS Service]\nName=%s\nExec=/bin/false\n' "$portal" >"$XDG_RUNTIME_DIR/dbus-1/services/$portal.service"
+fi
 unset WAYLAND_DISPLAY DBUS_SESSION_BUS_ADDRESS XDG_CURRENT_DESKTOP XDG_SESSION_ID
 
 cat >"$work/inner" <<'INNER'

@@ -2,18 +2,36 @@
 
 #pragma once
 
+#include "presentation/tokens/Design.h"
+#include "support/FakeDisplayPreferences.h"
 #include "support/RunTask.h"
 
 #include <QDir>
+#include <QQmlEngine>
 #include <QQuickWindow>
 
 #include <gtest/gtest.h>
 
 namespace quillhaven::test {
 
+/// The wishes that the pictures are drawn with: QUILLHAVEN_GALLERY_WISHES=1 asks for more contrast, for no difference
+/// by a colour alone and for no motion.
+inline FakeDisplayPreferences &wishes()
+{
+    static FakeDisplayPreferences display;
+    if (qEnvironmentVariableIntValue("QUILLHAVEN_GALLERY_WISHES") == 1) {
+        display.setValues({.reduceMotion = true,
+                           .differentiateWithoutColor = true,
+                           .colorSchemeContrast = DisplayPreferences::Contrast::Increased});
+    }
+    return display;
+}
+
 /// Saves a picture of the window, after its animations have ended, in the folder that QUILLHAVEN_GALLERY names.
 inline void draw(QQuickWindow &window, const QString &name)
 {
+    followDisplay(*qmlEngine(&window), wishes());
+
     const QDir folder(qEnvironmentVariable("QUILLHAVEN_GALLERY", QStringLiteral("gallery")));
     ASSERT_TRUE(folder.mkpath(QStringLiteral(".")));
     constexpr int maxAnimationFrames = 40;

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
 import QtQuick
-import QtQuick.Controls.Basic
 import Quillhaven.Design
 
 /// The centred content of a button: a symbol or a busy indicator, a text, and a second symbol.
@@ -33,14 +32,12 @@ Item {
             color: face.ink
         }
 
-        BusyIndicator {
+        ActivityIndicator {
             anchors.verticalCenter: parent.verticalCenter
             width: Metrics.symbolControl
             height: Metrics.symbolControl
-            padding: 0
             visible: face.busy
-            running: visible
-            palette.dark: face.ink
+            color: face.ink
             Accessible.ignored: true
         }
 

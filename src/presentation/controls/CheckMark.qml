@@ -42,7 +42,7 @@ CheckBox {
             implicitHeight: box.boxSize
             radius: box.isRound ? height / 2 : DesignSystem.cornerRadiusSmall
             color: box.ticked ? Colors.primary : Colors.clear
-            border.width: box.ticked ? 0 : 2
+            border.width: box.ticked && !Colors.isHighContrast ? 0 : 2
             border.color: box.hovered ? Colors.primaryAccent : Colors.iconMuted
 
             SymbolImage {

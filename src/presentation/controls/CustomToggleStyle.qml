@@ -36,7 +36,7 @@ Switch {
         radius: height / 2
         color: settingSwitch.checked ? Colors.primary : Colors.backgroundSecondary
         border.width: 1
-        border.color: settingSwitch.checked ? Colors.primary : Colors.border
+        border.color: settingSwitch.checked && !Colors.isHighContrast ? Colors.primary : Colors.border
 
         Rectangle {
             x: settingSwitch.checked ? parent.width - width - settingSwitch.gap : settingSwitch.gap
@@ -49,6 +49,21 @@ Switch {
             Behavior on x {
                 NumberAnimation { duration: DesignSystem.animationQuick; easing.type: Easing.InOutQuad }
             }
+        }
+
+        // A bar for on, a ring for off.
+        Rectangle {
+            objectName: "shape"
+            readonly property int room: parent.height + settingSwitch.gap
+            x: settingSwitch.checked ? (parent.width - room - width) / 2 : (parent.width + room - width) / 2
+            anchors.verticalCenter: parent.verticalCenter
+            visible: DesignSystem.differentiateWithoutColor
+            width: settingSwitch.checked ? 2 : Spacing.sm
+            height: Spacing.sm
+            radius: width / 2
+            color: settingSwitch.checked ? Colors.textPrimary : Colors.clear
+            border.width: settingSwitch.checked ? 0 : 2
+            border.color: Colors.textPrimary
         }
 
         FocusRing {

@@ -15,7 +15,7 @@ Button {
     property color fill: Colors.cta
     property Gradient fillGradient: null
     property color foreground: Colors.textPrimary
-    property color outline: Colors.clear
+    property color outline: Colors.isHighContrast && fill.a > 0 ? Colors.border : Colors.clear
     property int cornerRadius: DesignSystem.cornerRadiusMedium
     property real hoverBrightness: DesignSystem.hoverBrightness
     property string helpText

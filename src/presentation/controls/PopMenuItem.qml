@@ -54,5 +54,7 @@ MenuItem {
     background: Rectangle {
         radius: DesignSystem.cornerRadiusSmall
         color: entry.highlighted ? Colors.primary : Colors.clear
+        border.width: entry.highlighted && Colors.isHighContrast ? 2 : 0
+        border.color: Colors.focusRingHighContrast
     }
 }

@@ -22,8 +22,8 @@ Shape {
             y1: 0
             x2: shape.width
             y2: shape.height
-            GradientStop { position: 0; color: Colors.primary }
-            GradientStop { position: 1; color: Colors.primaryAccent }
+            GradientStop { position: 0; color: Colors.primaryGradient.from }
+            GradientStop { position: 1; color: Colors.primaryGradient.to }
         }
         startX: shape.radius
         startY: 0

@@ -23,11 +23,11 @@ Rectangle {
     scale: showing || !springsIn ? 1 : 0.3
 
     Behavior on scale {
-        NumberAnimation { duration: Metrics.springDuration; easing.type: Easing.OutBack }
+        NumberAnimation { duration: DesignSystem.reduceMotion ? 0 : Metrics.springDuration; easing.type: Easing.OutBack }
     }
 
     SequentialAnimation {
-        running: circle.pulses && circle.showing
+        running: circle.pulses && circle.showing && !DesignSystem.reduceMotion
         loops: Animation.Infinite
         alwaysRunToEnd: true
         NumberAnimation { target: pulse; property: "scale"; to: 1.15; duration: DesignSystem.animationSlow; easing.type: Easing.InOutQuad }

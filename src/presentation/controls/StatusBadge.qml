@@ -55,7 +55,7 @@ Rectangle {
 
         SymbolImage {
             anchors.verticalCenter: parent.verticalCenter
-            visible: badge.showIcon
+            visible: badge.showIcon || DesignSystem.differentiateWithoutColor
             symbol: badge.symbol
             size: Metrics.symbolSmall
             color: badge.ink

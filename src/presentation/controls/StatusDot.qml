@@ -2,7 +2,7 @@
 
 import QtQuick
 
-/// A dot in the colour of a state.
+/// A dot in the colour of a state; for those who cannot rely on colours, the symbol of the state.
 StatusIndicator {
     id: dot
 
@@ -10,6 +10,7 @@ StatusIndicator {
     text: ""
 
     Rectangle {
+        visible: !dot.hasSymbol
         width: dot.pointSize * 2 / 3
         height: width
         radius: width / 2

@@ -10,7 +10,9 @@ Row {
     /// A StatusType.
     property int status: StatusType.Info
     property string text
+    /// Without it the symbol is shown only to those who cannot rely on colours.
     property bool showIcon: true
+    readonly property bool hasSymbol: showIcon || DesignSystem.differentiateWithoutColor
     /// A StatusSize.
     property int size: StatusSize.Medium
 
@@ -62,7 +64,7 @@ Row {
 
     SymbolImage {
         anchors.verticalCenter: parent.verticalCenter
-        visible: indicator.showIcon
+        visible: indicator.hasSymbol
         symbol: indicator.symbol
         size: indicator.pointSize + 4
         color: indicator.ink

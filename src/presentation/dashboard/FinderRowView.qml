@@ -193,12 +193,10 @@ FocusScope {
             Layout.preferredWidth: Metrics.symbolRow
             Layout.preferredHeight: Metrics.symbolRow
 
-            BusyIndicator {
+            ActivityIndicator {
                 anchors.fill: parent
-                padding: 0
                 visible: row.isBusy
-                running: row.isBusy
-                palette.dark: Colors.primaryAccent
+                color: Colors.primaryAccent
                 Accessible.role: Accessible.Animation
                 Accessible.name: "Working on " + row.originalName
             }

@@ -3,7 +3,6 @@
 pragma ComponentBehavior: Bound
 
 import QtQuick
-import QtQuick.Controls.Basic
 import QtQuick.Layouts
 import Quillhaven.Controls
 import Quillhaven.Dashboard
@@ -48,13 +47,11 @@ ColumnLayout {
                 anchors.rightMargin: Spacing.sm
                 spacing: Spacing.sm
 
-                BusyIndicator {
+                ActivityIndicator {
                     Layout.preferredWidth: Metrics.symbolControl
                     Layout.preferredHeight: Metrics.symbolControl
-                    padding: 0
                     visible: notice.isWaiting
-                    running: visible
-                    palette.dark: Colors.primaryAccent
+                    color: Colors.primaryAccent
                 }
 
                 SymbolImage {

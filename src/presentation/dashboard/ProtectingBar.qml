@@ -4,7 +4,7 @@ pragma ComponentBehavior: Bound
 
 import QtQuick
 import QtQuick.Layouts
-import QtQuick.Controls.Basic
+import Quillhaven.Controls
 import Quillhaven.Design
 
 /// Shows under the toolbar what is being protected. It takes no room while `text` is empty.
@@ -30,12 +30,10 @@ Rectangle {
         anchors.rightMargin: Spacing.xl
         spacing: Spacing.sm
 
-        BusyIndicator {
+        ActivityIndicator {
             Layout.preferredWidth: Metrics.symbolControl
             Layout.preferredHeight: Metrics.symbolControl
-            padding: 0
-            running: bar.visible
-            palette.dark: Colors.primaryAccent
+            color: Colors.primaryAccent
         }
 
         Text {

@@ -28,13 +28,11 @@ Sheet {
         Layout.fillWidth: true
         spacing: Spacing.sm
 
-        BusyIndicator {
+        ActivityIndicator {
             Layout.preferredWidth: Metrics.symbolControl
             Layout.preferredHeight: Metrics.symbolControl
-            padding: 0
             visible: sheet.rescue.isBusy
-            running: visible
-            palette.dark: Colors.primaryAccent
+            color: Colors.primaryAccent
         }
 
         TextLabel {

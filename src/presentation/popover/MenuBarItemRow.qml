@@ -105,7 +105,7 @@ Item {
                 anchors.centerIn: parent
                 text: row.badgeText
                 textFormat: Text.PlainText
-                color: Colors.textPrimary
+                color: Colors.isHighContrast ? Colors.bgBody : Colors.textPrimary
                 font.pixelSize: Typography.caption2Size
                 font.weight: Font.Medium
                 Accessible.ignored: true

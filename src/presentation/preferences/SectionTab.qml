@@ -32,7 +32,7 @@ TabButton {
         radius: DesignSystem.cornerRadiusMedium
         color: tab.checked ? Colors.primary : tab.hovered ? Colors.panelHover : Colors.bgPanel
         border.width: 1
-        border.color: tab.checked ? Colors.primary : Colors.borderSubtle
+        border.color: tab.checked ? (Colors.isHighContrast ? Colors.textPrimary : Colors.primary) : Colors.borderSubtle
 
         FocusRing { shown: tab.visualFocus }
     }

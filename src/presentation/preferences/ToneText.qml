@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
 import QtQuick
-import QtQuick.Controls.Basic
 import QtQuick.Layouts
 import Quillhaven.Controls
 import Quillhaven.Design
@@ -33,14 +32,12 @@ RowLayout {
 
     spacing: Spacing.xs
 
-    BusyIndicator {
+    ActivityIndicator {
         Layout.preferredWidth: Metrics.symbolControl
         Layout.preferredHeight: Metrics.symbolControl
         visible: row.isBusy
-        running: visible
-        padding: 0
         scale: row.indicatorScale
-        palette.dark: row.ink
+        color: row.ink
     }
 
     SymbolImage {

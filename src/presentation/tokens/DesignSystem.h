@@ -78,6 +78,17 @@ public:
     /// How much brighter a button's fill gets under the pointer.
     static constexpr double hoverBrightness = 0.06;
 
+    /// Whether nothing moves: the durations of the properties are 0, and nothing repeats.
+    [[nodiscard]] bool reduceMotion() const { return m_reduceMotion; }
+    void setReduceMotion(bool value);
+    /// Whether a symbol goes with each status that otherwise only a colour shows.
+    [[nodiscard]] bool differentiateWithoutColor() const { return m_differentiateWithoutColor; }
+    void setDifferentiateWithoutColor(bool value);
+
+Q_SIGNALS:
+    void motionChanged();
+    void differentiationChanged();
+
 private:
     Q_PROPERTY(int cornerRadiusSmall READ cornerRadiusSmall CONSTANT)
     Q_PROPERTY(int cornerRadiusMedium READ cornerRadiusMedium CONSTANT)
@@ -88,14 +99,16 @@ private:
     Q_PROPERTY(quillhaven::ShadowToken shadowMedium READ shadowMedium CONSTANT)
     Q_PROPERTY(quillhaven::ShadowToken shadowLarge READ shadowLarge CONSTANT)
     Q_PROPERTY(quillhaven::ShadowToken shadowModal READ shadowModal CONSTANT)
-    Q_PROPERTY(int animationQuick READ animationQuick CONSTANT)
-    Q_PROPERTY(int animationStandard READ animationStandard CONSTANT)
-    Q_PROPERTY(int animationSlow READ animationSlow CONSTANT)
+    Q_PROPERTY(int animationQuick READ animationQuick NOTIFY motionChanged)
+    Q_PROPERTY(int animationStandard READ animationStandard NOTIFY motionChanged)
+    Q_PROPERTY(int animationSlow READ animationSlow NOTIFY motionChanged)
     Q_PROPERTY(int modalWidth READ modalWidth CONSTANT)
     Q_PROPERTY(int modalMaxHeight READ modalMaxHeight CONSTANT)
     Q_PROPERTY(int sectionMaxWidth READ sectionMaxWidth CONSTANT)
     Q_PROPERTY(int buttonHeight READ buttonHeight CONSTANT)
     Q_PROPERTY(int toggleSize READ toggleSize CONSTANT)
+    Q_PROPERTY(bool reduceMotion READ reduceMotion NOTIFY motionChanged)
+    Q_PROPERTY(bool differentiateWithoutColor READ differentiateWithoutColor NOTIFY differentiationChanged)
     Q_PROPERTY(double hoverBrightness MEMBER hoverBrightness CONSTANT)
 
     static int cornerRadiusSmall() { return CornerRadius::small; }
@@ -107,14 +120,17 @@ private:
     static ShadowToken shadowMedium() { return Shadow::medium; }
     static ShadowToken shadowLarge() { return Shadow::large; }
     static ShadowToken shadowModal() { return Shadow::modal; }
-    static int animationQuick() { return Animation::quick; }
-    static int animationStandard() { return Animation::standard; }
-    static int animationSlow() { return Animation::slow; }
+    [[nodiscard]] int animationQuick() const { return m_reduceMotion ? 0 : Animation::quick; }
+    [[nodiscard]] int animationStandard() const { return m_reduceMotion ? 0 : Animation::standard; }
+    [[nodiscard]] int animationSlow() const { return m_reduceMotion ? 0 : Animation::slow; }
     static int modalWidth() { return Layout::modalWidth; }
     static int modalMaxHeight() { return Layout::modalMaxHeight; }
     static int sectionMaxWidth() { return Layout::sectionMaxWidth; }
     static int buttonHeight() { return Layout::buttonHeight; }
     static int toggleSize() { return Layout::toggleSize; }
+
+    bool m_reduceMotion = false;
+    bool m_differentiateWithoutColor = false;
 };
 
 } // namespace quillhaven

@@ -45,7 +45,7 @@ protected:
     QQmlEngine &engine()
     {
         if (!m_engine) {
-            m_engine = makeWindowEngine();
+            m_engine = makeWindowEngine(services.display);
         }
         return *m_engine;
     }
