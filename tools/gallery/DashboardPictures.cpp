@@ -130,18 +130,21 @@ TEST_F(DashboardPictures, ThreeSelected)
     draw(QStringLiteral("selected"));
 }
 
-TEST_F(DashboardPictures, BackupMenu)
+TEST_F(DashboardPictures, Preferences)
 {
-    storeThree();
     shown();
-    started().dashboard.backup()->setEnableiCloudBackup(true);
-    for (QQuickItem *each : visibleItems(shown().window()->contentItem())) {
-        if (each->property("text").toString() == QStringLiteral("Backup")) {
-            QMetaObject::invokeMethod(each, "clicked");
-            break;
+    preferences().model.show();
+    spinUntil([this] { return preferences().model.isPresented(); });
+    for (const char *section : {"General", "Security", "Backup"}) {
+        for (QQuickItem *each : visibleItems(shown().window()->contentItem())) {
+            if (each->property("text").toString() == QString::fromUtf8(section)) {
+                QMetaObject::invokeMethod(each, "clicked");
+                break;
+            }
         }
+        DashboardHarness::settle();
+        draw(QStringLiteral("preferences-") + QString::fromUtf8(section).toLower());
     }
-    draw(QStringLiteral("backup-menu"));
 }
 
 } // namespace
