@@ -33,7 +33,7 @@ RowLayout {
         SectionTab {
             id: tab
 
-            required property preferencesTab modelData
+            required property PreferencesTab modelData
             required property int index
             readonly property bool isSelected: modelData.section === tabs.selected
 
