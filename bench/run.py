@@ -2,7 +2,7 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
 """Runs the benchmarks side by side in one run and prints ratios.
 
-bench/run.py [--gib 1] [--rounds 5] [protect] [move] [catalogue] [backup] [recover] [shred] [bulk] [idle] [start] [menu]
+bench/run.py [--gib 1] [--rounds 5] [protect] [move] [catalogue] [backup] [recover] [shred] [bulk] [idle] [start] [menu] [sheet]
 
 The tools run in turns on the same bytes and the same file system, so that other load on the machine affects all of them
 alike. The printed figures are medians; a ratio is the median of the per-round ratios.
@@ -21,6 +21,7 @@ BENCH = os.path.join(ROOT, 'build', 'bench', 'bench', 'engine_bench')
 PROGRAM = os.path.join(ROOT, 'build', 'bench', 'src', 'quillhaven')
 MENU_TOOL = os.path.join(ROOT, 'build', 'bench', 'src', 'extension', 'bundle', 'Contents', 'PlugIns',
                          'FinderSyncExtension.appex', 'quillhaven-menu')
+SHEET_BENCH = os.path.join(ROOT, 'build', 'bench', 'bench', 'sheet_bench')
 PASSWORD = 'Abcdefg1'
 
 
@@ -324,12 +325,30 @@ def bench_menu(work, rounds):
     shutil.rmtree(home)
 
 
+def bench_sheet(rounds):
+    """The time from the call that opens the preferences to the first frame that shows them."""
+    times = {}
+    for _ in range(rounds):
+        out = subprocess.run([os.path.join(ROOT, 'tests', 'support', 'with-display.sh'), SHEET_BENCH], check=True,
+                             stdout=subprocess.PIPE, stderr=subprocess.DEVNULL, text=True).stdout
+        for name, seconds in map(str.split, out.splitlines()):
+            times.setdefault(name, []).append(float(seconds))
+    print('\nThe first frame of the preferences')
+    for kind in ('first', 'again'):
+        base = statistics.median(times['empty-dialog-' + kind])
+        for name in ('empty-dialog', 'preferences'):
+            found = times['%s-%s' % (name, kind)]
+            print('  %-34s %9.2f ms   %6.2f x empty dialog   longest %9.2f ms' % (
+                '%s, %s' % (name, kind), statistics.median(found) * 1000, statistics.median(found) / base,
+                max(found) * 1000))
+
+
 def main():
     if sys.argv[1:2] == ['--plain-shred']:
         plain_shred(sys.argv[2])
         return
     ask = argparse.ArgumentParser(description=__doc__, formatter_class=argparse.RawDescriptionHelpFormatter)
-    ask.add_argument('what', nargs='*', default=['protect', 'move', 'catalogue', 'backup', 'recover', 'shred', 'bulk', 'idle', 'start', 'menu'])
+    ask.add_argument('what', nargs='*', default=['protect', 'move', 'catalogue', 'backup', 'recover', 'shred', 'bulk', 'idle', 'start', 'menu', 'sheet'])
     ask.add_argument('--gib', type=float, default=1)
     ask.add_argument('--rounds', type=int, default=5)
     args = ask.parse_args()
@@ -353,6 +372,8 @@ def main():
             bench_idle(work, args.rounds)
         if 'start' in args.what:
             bench_start(work, args.rounds)
+        if 'sheet' in args.what:
+            bench_sheet(args.rounds)
         if 'menu' in args.what:
             bench_menu(work, args.rounds)
     finally:

@@ -20,8 +20,8 @@ public:
     /// The folder for a container identifier such as "iCloud.com.example.program", or nothing while there is none. It
     /// may come and go while the program runs.
     [[nodiscard]] virtual std::optional<QString> containerDirectory(const QString &identifier) const = 0;
-    /// Makes an existing folder the one for this identifier, instead of any folder chosen before, which keeps what is in
-    /// it. Throws a FileError, and then nothing has changed.
+    /// Makes an existing folder the one for this identifier, instead of any folder chosen before, which keeps what is
+    /// in it. Throws a FileError, and then nothing has changed.
     virtual void setContainerDirectory(const QString &identifier, const QString &folder) = 0;
 };
 

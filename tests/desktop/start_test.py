@@ -38,6 +38,12 @@ class Starting(WindowTest):
         self.program.kill()
         flows.row(self.start(), "letter.txt", "locked")
 
+    def test_each_start_checks_for_an_update(self):
+        steps = ["🔄 Starting background update check...", "🔄 Background update check requested",
+                 "✅ Background update check completed"]
+        self.program.wait_for_log(steps[-1])
+        self.assertEqual([line for line in self.program.log.splitlines() if line in steps], steps)
+
 
 class WhatIsKept(WindowTest):
     def test_the_toolkit_keeps_no_folder_in_which_a_file_was_chosen(self):

@@ -179,6 +179,6 @@ TEST_F(SheetHosts, PreferencesAreShownOnTheirNotification)
     ASSERT_FALSE(preferences().model.isPresented());
     services.notifications.standard.post(notifications::showPreferences);
     EXPECT_TRUE(eventuallyShowsIn(*built().window(), "Launch at login"));
-    preferences().model.close();
+    preferences().model.handleCloseAttempt();
     EXPECT_TRUE(eventuallyHides(*built().window(), "Launch at login"));
 }

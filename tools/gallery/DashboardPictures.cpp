@@ -130,18 +130,18 @@ TEST_F(DashboardPictures, ThreeSelected)
     draw(QStringLiteral("selected"));
 }
 
-TEST_F(DashboardPictures, BackupMenu)
+TEST_F(DashboardPictures, Preferences)
 {
+    QDir().mkpath(services.home.path(QStringLiteral(".local/share/cloud/iCloud~com~tarnwick~quillhaven")));
     storeThree();
     shown();
-    started().dashboard.backup()->setEnableiCloudBackup(true);
-    for (QQuickItem *each : visibleItems(shown().window()->contentItem())) {
-        if (each->property("text").toString() == QStringLiteral("Backup")) {
-            QMetaObject::invokeMethod(each, "clicked");
-            break;
-        }
-    }
-    draw(QStringLiteral("backup-menu"));
+    PreferencesModel &model = preferences().model;
+    model.show();
+    draw(QStringLiteral("preferences-general"));
+    model.setSelectedSection(PreferencesSectionType::Security);
+    draw(QStringLiteral("preferences-security"));
+    model.setSelectedSection(PreferencesSectionType::Backup);
+    draw(QStringLiteral("preferences-backup"));
 }
 
 } // namespace

@@ -6,9 +6,9 @@
 #include "credentials/MasterPasswordManager.h"
 #include "engine/QuillhavenManager.h"
 #include "presentation/dashboard/BusyItems.h"
-#include "presentation/dialogs/OperationErrors.h"
 #include "presentation/dashboard/ItemSelection.h"
 #include "presentation/dialogs/ConfirmationDialogManager.h"
+#include "presentation/dialogs/OperationErrors.h"
 
 namespace quillhaven {
 

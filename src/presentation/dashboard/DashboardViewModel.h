@@ -5,7 +5,6 @@
 #include "platform/Platform.h"
 #include "presentation/dashboard/BulkActions.h"
 #include "presentation/dashboard/DashboardContext.h"
-#include "presentation/dialogs/OperationErrors.h"
 #include "presentation/dashboard/DashboardStatisticsModel.h"
 #include "presentation/dashboard/DropActions.h"
 #include "presentation/dashboard/FilteredItemsModel.h"
@@ -19,6 +18,7 @@
 #include "presentation/dashboard/SearchFilterBarModel.h"
 #include "presentation/dashboard/ShredActions.h"
 #include "presentation/dashboard/UpdateBadgeModel.h"
+#include "presentation/dialogs/OperationErrors.h"
 
 #include <QCoroTask>
 #include <QObject>

@@ -4,8 +4,8 @@
 
 #include "engine/QuillhavenManager.h"
 #include "presentation/dashboard/BulkActions.h"
-#include "presentation/dialogs/OperationErrors.h"
 #include "presentation/dashboard/ProtectActions.h"
+#include "presentation/dialogs/OperationErrors.h"
 
 #include <QDir>
 #include <QFileInfo>

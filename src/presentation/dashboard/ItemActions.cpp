@@ -8,9 +8,9 @@
 #include "platform/Clock.h"
 #include "presentation/dashboard/BulkActions.h"
 #include "presentation/dashboard/BusyItems.h"
-#include "presentation/dialogs/OperationErrors.h"
 #include "presentation/dashboard/FilteredItemsModel.h"
 #include "presentation/dashboard/ItemSelection.h"
+#include "presentation/dialogs/OperationErrors.h"
 #include "support/printLogger.h"
 
 #include <QClipboard>

@@ -5,9 +5,9 @@
 #include "async/Jobs.h"
 #include "engine/QuillhavenManager.h"
 #include "platform/FilePanels.h"
-#include "presentation/dialogs/OperationErrors.h"
 #include "presentation/dashboard/FinderRowTexts.h"
 #include "presentation/dashboard/NoticesModel.h"
+#include "presentation/dialogs/OperationErrors.h"
 #include "support/DisplayName.h"
 #include "support/Paths.h"
 

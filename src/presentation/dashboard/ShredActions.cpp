@@ -6,8 +6,8 @@
 #include "catalogue/QuillhavenError.h"
 #include "engine/QuillhavenManager.h"
 #include "presentation/dashboard/BusyItems.h"
-#include "presentation/dialogs/OperationErrors.h"
 #include "presentation/dashboard/ItemSelection.h"
+#include "presentation/dialogs/OperationErrors.h"
 #include "support/DisplayName.h"
 #include "support/Paths.h"
 

@@ -22,6 +22,8 @@ class AutoLockSectionModel : public QObject
     QML_UNCREATABLE("Created in C++")
     Q_PROPERTY(bool isEnabled READ isEnabled WRITE setIsEnabled NOTIFY changed)
     Q_PROPERTY(QString inputCaption READ inputCaption NOTIFY changed)
+    Q_PROPERTY(int fewestMinutes MEMBER fewestMinutes CONSTANT)
+    Q_PROPERTY(int mostMinutes MEMBER mostMinutes CONSTANT)
     Q_PROPERTY(int minutes READ minutes WRITE setMinutes NOTIFY changed)
     Q_PROPERTY(QString minutesText READ minutesText NOTIFY changed)
     Q_PROPERTY(bool locksOnSleep READ locksOnSleep WRITE setLocksOnSleep NOTIFY changed)

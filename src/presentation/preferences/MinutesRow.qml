@@ -13,8 +13,8 @@ SettingRow {
     title: autoLock.minutesText
 
     Stepper {
-        from: 1
-        to: 120
+        from: row.autoLock.fewestMinutes
+        to: row.autoLock.mostMinutes
         value: row.autoLock.minutes
         Accessible.name: row.title
         onValueModified: {

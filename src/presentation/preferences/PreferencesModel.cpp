@@ -38,14 +38,11 @@ PreferencesModel::PreferencesModel(const PreferencesContext &context, QObject *p
 
 PreferencesModel::~PreferencesModel() = default;
 
-QList<PreferencesTab> PreferencesModel::availableSections() const
+QList<PreferencesTab *> PreferencesModel::availableSections()
 {
-    QList<PreferencesTab> tabs{
-        {PreferencesSectionType::General, QStringLiteral("General"), QStringLiteral("gear")},
-        {PreferencesSectionType::Security, QStringLiteral("Security"), QStringLiteral("lock.shield")},
-    };
+    QList<PreferencesTab *> tabs{&m_generalTab, &m_securityTab};
     if (m_backup.isiCloudAvailable()) {
-        tabs.append({PreferencesSectionType::Backup, QStringLiteral("Backup"), QStringLiteral("icloud")});
+        tabs.append(&m_backupTab);
     }
     return tabs;
 }
@@ -74,9 +71,10 @@ void PreferencesModel::disappear()
 
 void PreferencesModel::leaveMissingSection()
 {
-    const QList<PreferencesTab> tabs = availableSections();
-    if (std::ranges::none_of(tabs, [this](const PreferencesTab &tab) { return tab.section == m_selectedSection; })) {
-        setSelectedSection(tabs.first().section);
+    const QList<PreferencesTab *> tabs = availableSections();
+    const auto isSelected = [this](const PreferencesTab *tab) { return tab->section() == m_selectedSection; };
+    if (std::ranges::none_of(tabs, isSelected)) {
+        setSelectedSection(tabs.first()->section());
     }
     Q_EMIT availableSectionsChanged();
 }

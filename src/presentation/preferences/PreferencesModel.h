@@ -25,22 +25,29 @@ Q_ENUM_NS(Case)
 } // namespace PreferencesSectionType
 
 /// A tab of the preferences.
-class PreferencesTab
+class PreferencesTab : public QObject
 {
-    Q_GADGET
-    QML_VALUE_TYPE(preferencesTab)
-    Q_PROPERTY(int section READ sectionNumber CONSTANT) // QML of Qt 6.4 reads no enumeration of a value type
-    Q_PROPERTY(QString name MEMBER name CONSTANT)
-    Q_PROPERTY(QString systemImage MEMBER systemImage CONSTANT)
+    Q_OBJECT
+    QML_ELEMENT
+    QML_UNCREATABLE("Created in C++")
+    Q_PROPERTY(quillhaven::PreferencesSectionType::Case section READ section CONSTANT)
+    Q_PROPERTY(QString name READ name CONSTANT)
+    Q_PROPERTY(QString systemImage READ systemImage CONSTANT)
 
 public:
-    PreferencesSectionType::Case section = PreferencesSectionType::General;
-    QString name;
-    QString systemImage;
+    PreferencesTab(PreferencesSectionType::Case section, const QString &name, const QString &systemImage)
+        : m_section(section), m_name(name), m_systemImage(systemImage)
+    {
+    }
 
-    [[nodiscard]] int sectionNumber() const { return section; }
+    [[nodiscard]] PreferencesSectionType::Case section() const { return m_section; }
+    [[nodiscard]] QString name() const { return m_name; }
+    [[nodiscard]] QString systemImage() const { return m_systemImage; }
 
-    bool operator==(const PreferencesTab &) const = default;
+private:
+    PreferencesSectionType::Case m_section;
+    QString m_name;
+    QString m_systemImage;
 };
 
 /// What the preferences switch and show. All of it must outlive them and their jobs.
@@ -103,7 +110,7 @@ public:
     ~PreferencesModel() override;
 
     /// General and Security; and Backup while there was a folder for backups when the sheet was shown.
-    [[nodiscard]] QList<PreferencesTab> availableSections() const;
+    [[nodiscard]] QList<PreferencesTab *> availableSections();
     [[nodiscard]] PreferencesSectionType::Case selectedSection() const { return m_selectedSection; }
     void setSelectedSection(PreferencesSectionType::Case value);
 
@@ -164,6 +171,10 @@ private:
     BackupSectionModel m_backup;
     SupportSectionModel m_support;
     UpdateSectionModel m_updates;
+    PreferencesTab m_generalTab{PreferencesSectionType::General, QStringLiteral("General"), QStringLiteral("gear")};
+    PreferencesTab m_securityTab{PreferencesSectionType::Security, QStringLiteral("Security"),
+                                 QStringLiteral("lock.shield")};
+    PreferencesTab m_backupTab{PreferencesSectionType::Backup, QStringLiteral("Backup"), QStringLiteral("icloud")};
     PreferencesSectionType::Case m_selectedSection = PreferencesSectionType::General;
     bool m_hasUnsavedChanges = false;
     bool m_showingCloseConfirmation = false;

@@ -50,8 +50,8 @@ Sheet {
             IconButton {
                 id: closeButton
 
-                implicitWidth: 24
-                implicitHeight: 24
+                implicitWidth: Metrics.closeButton
+                implicitHeight: Metrics.closeButton
                 symbol: "xmark"
                 helpText: "Close Settings"
                 Accessible.description: "Closes the settings modal. Press Escape key as alternative."

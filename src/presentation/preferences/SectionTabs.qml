@@ -15,6 +15,12 @@ RowLayout {
 
     readonly property int selected: preferences.selectedSection
 
+    function select(index: int) {
+        const nearest = Math.max(0, Math.min(repeater.count - 1, index))
+        preferences.selectedSection = preferences.availableSections[nearest].section
+        repeater.itemAt(nearest).forceActiveFocus(Qt.TabFocusReason)
+    }
+
     spacing: Spacing.sm
     Accessible.role: Accessible.PageTabList
     Accessible.name: "Sections"
@@ -27,14 +33,9 @@ RowLayout {
         SectionTab {
             id: tab
 
-            required property preferencesTab modelData
+            required property PreferencesTab modelData
             required property int index
             readonly property bool isSelected: modelData.section === tabs.selected
-
-            function select() {
-                tabs.preferences.selectedSection = modelData.section
-                forceActiveFocus(Qt.TabFocusReason)
-            }
 
             Layout.fillWidth: true
             Layout.preferredWidth: 1
@@ -43,8 +44,8 @@ RowLayout {
             Accessible.name: "Switch to " + modelData.name + " settings"
             // A press would replace a binding.
             Binding on checked { value: tab.isSelected }
-            Keys.onLeftPressed: repeater.itemAt(Math.max(0, index - 1)).select()
-            Keys.onRightPressed: repeater.itemAt(Math.min(repeater.count - 1, index + 1)).select()
+            Keys.onLeftPressed: tabs.select(index - 1)
+            Keys.onRightPressed: tabs.select(index + 1)
             onClicked: tabs.preferences.selectedSection = modelData.section
         }
     }

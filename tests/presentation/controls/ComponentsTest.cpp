@@ -82,7 +82,8 @@ void press(QQuickItem *item)
 TEST(Components, EachOneIsCreatedWithoutAWarning)
 {
     for (const char *qml :
-         {"StatusIndicator { text: \"On\" }",
+         {"ActivityIndicator { color: Colors.info }",
+          "StatusIndicator { text: \"On\" }",
           "StatusDot { status: StatusType.Error; size: StatusSize.Small }",
           "LegacyStatusBadge { status: StatusType.Warning; text: \"Old\"; size: StatusSize.Large }",
           "SettingRow { title: \"T\"; icon: \"lock\"; CustomToggleStyle { } }",

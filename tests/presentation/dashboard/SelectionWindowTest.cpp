@@ -173,18 +173,18 @@ TEST_F(SelectionWindow, DropIsRejectedWhileASheetIsShown)
     EXPECT_FALSE(started().protectionMethodDialog.isPresented());
 }
 
-TEST_F(SelectionWindow, BackupMenuReportsThatThereIsNoFolderForBackups)
+TEST_F(SelectionWindow, FilesAreRecoveredFromThePreferencesWhereThereIsAFolderForBackups)
 {
-    click("text", "Backup");
-    EXPECT_TRUE(eventuallyShows("iCloud is not available. Please sign in to iCloud and enable iCloud Drive."));
-    EXPECT_FALSE(item("text", "Back Up All Now")->isEnabled());
-    EXPECT_FALSE(item("text", "Recover All Files")->isEnabled());
-    press(Qt::Key_Escape);
+    shown();
+    preferences().model.show();
+    ASSERT_TRUE(eventuallyShows("Startup"));
+    EXPECT_FALSE(shows("Backup"));
+    preferences().model.handleCloseAttempt();
     CloudFolder(services).make();
+    preferences().model.show();
+    ASSERT_TRUE(eventuallyShows("Backup"));
     click("text", "Backup");
-    ASSERT_TRUE(eventuallyShows("Recover All Files"));
-    EXPECT_TRUE(item("text", "Back Up All Now")->isEnabled());
-    EXPECT_FALSE(shows("iCloud is not available. Please sign in to iCloud and enable iCloud Drive."));
-    click("text", "Recover All Files");
+    ASSERT_TRUE(eventuallyShows("Recover Files"));
+    click("text", "Recover Files");
     EXPECT_TRUE(eventuallyShows("How to use:"));
 }

@@ -23,8 +23,8 @@ protected:
     QStringList tabs()
     {
         QStringList names;
-        for (const PreferencesTab &tab : preferences().availableSections()) {
-            names.append(tab.name + QLatin1Char(' ') + tab.systemImage);
+        for (const PreferencesTab *tab : preferences().availableSections()) {
+            names.append(tab->name() + QLatin1Char(' ') + tab->systemImage());
         }
         return names;
     }

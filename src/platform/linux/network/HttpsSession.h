@@ -17,7 +17,10 @@ class Clock;
 ///
 /// A request's timeout is one deadline for everything, from the look-up of the name to the last byte, so that a server
 /// that sends a little at a time does not keep it running. What runs is stopped at once, with an error, when the end of
-/// the program is asked for or this object is destroyed. Before the first request nothing of the network exists.
+/// the program is asked for or this object is destroyed. Only the look-up of a name cannot be stopped: Qt waits for it
+/// when the application object is destroyed, which takes as long as the system's resolver waits for its servers.
+///
+/// Before the first request nothing of the network exists.
 class HttpsSession : public UrlSession
 {
 public:

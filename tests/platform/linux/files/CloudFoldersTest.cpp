@@ -52,7 +52,8 @@ TEST_F(CloudFoldersTest, AnotherFolderReplacesTheLinkAndTheFormerKeepsItsFiles)
     cloud.setContainerDirectory(identifier, folder(QStringLiteral("second")));
     EXPECT_EQ(QFileInfo(place).symLinkTarget(), home.path(QStringLiteral("second")));
     EXPECT_EQ(TemporaryHome::read(home.path(QStringLiteral("first/kept"))), "kept");
-    EXPECT_EQ(QDir(QFileInfo(place).path()).entryList(QDir::AllEntries | QDir::System | QDir::NoDotAndDotDot).size(), 1);
+    EXPECT_EQ(QDir(QFileInfo(place).path()).entryList(QDir::AllEntries | QDir::System | QDir::NoDotAndDotDot).size(),
+              1);
 }
 
 TEST_F(CloudFoldersTest, ALinkToAFolderThatIsGoneIsReplaced)
