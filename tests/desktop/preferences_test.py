@@ -76,7 +76,7 @@ class Sheet(PreferencesTest):
             found.append(focused)
 
     def assert_in_view(self, control):
-        """A control of a section is between the tabs and the lower edge of the sheet, and not under either."""
+        """Asserts that a control is neither under the tabs nor below the lower edge of the sheet."""
         _, top, _, height = control.bounds
         _, sheet_top, _, sheet_height = self.program.find(DIALOG, flows.PREFERENCES).bounds
         _, tab_top, _, tab_height = self.program.find(TAB, tab("General")).bounds
@@ -114,6 +114,20 @@ class Sheet(PreferencesTest):
     def test_tab_does_so_in_the_smallest_window(self):
         self.resize(*SMALLEST)
         self.check_order()
+
+    def test_tab_reaches_in_that_order_what_switches_have_enabled(self):
+        self.resize(*SMALLEST)
+        self.open("General")
+        for name in ("Auto-Lock", "Smart Auto-Lock"):
+            self.switch(name, True)
+        walked = self.order_of_tab("General")
+        names = [each.name for each in walked]
+        first = names.index("Auto-Lock")
+        self.assertEqual(names[first:first + 7],
+                         ["Auto-Lock", "Lock after 5 minutes of inactivity", "Lock on sleep", "Smart Auto-Lock",
+                          "Lock on screen saver", "Lock on screen lock", "Lock on user logout/switch"])
+        inside = walked[first:first + 7]
+        self.assertEqual(self.in_lines(inside), [each.name for each in inside])
 
     def test_shift_tab_keeps_the_focus_in_view_in_the_smallest_window(self):
         self.resize(*SMALLEST)

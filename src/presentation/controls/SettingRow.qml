@@ -86,7 +86,11 @@ Item {
                 status: row.statusIndicator
             }
 
-            RowLayout { id: controlSlot }
+            RowLayout {
+                id: controlSlot
+
+                Layout.fillWidth: false // the text gets the room
+            }
         }
 
         RowLayout {
