@@ -58,7 +58,12 @@ def key(*names):
 
 def type_text(text):
     """Types on the keyboard, into the control that has the focus."""
-    subprocess.run(["xdotool", "type", "--clearmodifiers", "--delay", "2", text], check=True)
+    subprocess.run(["xdotool", "type", "--clearmodifiers", "--delay", "2", "--", text], check=True)
+
+
+def click(x, y, count=1):
+    """Clicks with the pointer at a place on the display."""
+    subprocess.run(["xdotool", "mousemove", str(x), str(y), "click", "--repeat", str(count), "1"], check=True)
 
 
 def _pixels():
@@ -108,6 +113,17 @@ class Node:
             return Atspi.Text.get_text(field, 0, -1) if field else ""
 
         return self._read(read, "") or ""
+
+    @property
+    def value(self):
+        """The number of a control that has one, such as a spin button."""
+        return self._interface(self._accessible.get_value_iface).get_current_value()
+
+    @property
+    def range(self):
+        """The least and the greatest number that the control can have."""
+        numbers = self._interface(self._accessible.get_value_iface)
+        return numbers.get_minimum_value(), numbers.get_maximum_value()
 
     def has(self, state):
         """Whether the object has a state, such as "focused" or "showing"."""
@@ -184,8 +200,7 @@ class Node:
     def click(self, count=1):
         """Clicks with the pointer in the middle of the control."""
         x, y, width, height = self.bounds
-        place = [str(x + width // 2), str(y + height // 2)]
-        subprocess.run(["xdotool", "mousemove", *place, "click", "--repeat", str(count), "1"], check=True)
+        click(x + width // 2, y + height // 2, count)
 
     def focus(self):
         """Gives the keyboard focus to the control, and waits until it has it."""

@@ -72,13 +72,14 @@ class Home:
             connection.close()
 
     def change_setting(self, key, value, domain=OWN_DOMAIN):
-        """Replaces the stored bytes of a key while no program runs."""
+        """Replaces the stored bytes of a key that was written before, and notifies the programs that watch the file."""
         connection = sqlite3.connect(self.settings_file(domain), timeout=10)
         try:
             with connection:
                 connection.execute("UPDATE defaults SET value = ? WHERE key = ?", (value, key))
         finally:
             connection.close()
+        Path(f"{self.settings_file(domain)}.changed").touch()
 
     def catalogue(self, domain=OWN_DOMAIN):
         """Returns the stored list of items, as the program reads it at its next start."""

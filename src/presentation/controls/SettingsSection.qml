@@ -61,12 +61,10 @@ SectionModifier {
                         color: Colors.primaryAccent
                     }
 
-                    Text {
+                    TextLabel {
                         Layout.fillWidth: true
                         text: section.title
-                        textFormat: Text.PlainText
                         font: Typography.sectionHeader
-                        color: Colors.textPrimary
                         Accessible.ignored: section.isCollapsible
                         Accessible.role: Accessible.Heading
                     }
@@ -85,11 +83,10 @@ SectionModifier {
             RowLayout { id: accessorySlot }
         }
 
-        Text {
+        TextLabel {
             Layout.fillWidth: true
             visible: text !== ""
             text: section.description
-            textFormat: Text.PlainText
             font: Typography.settingDescription
             color: Colors.textSecondary
             wrapMode: Text.Wrap

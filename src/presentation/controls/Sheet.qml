@@ -93,6 +93,10 @@ T.Dialog {
         first.forceActiveFocus(Qt.TabFocusReason)
     }
 
+    function scrollToTop() {
+        scroller.scrollTo(0)
+    }
+
     function disappear() {
         // The dialog itself returns the focus only after its transition, and without a focus ring.
         if (contentItem.parent.focus && opener?.visible && opener.enabled)

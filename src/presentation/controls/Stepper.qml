@@ -8,6 +8,10 @@ import Quillhaven.Design
 SpinBox {
     id: stepper
 
+    // The names under which Qt 6.4 looks for the limits that screen readers read out.
+    readonly property int minimumValue: from
+    readonly property int maximumValue: to
+
     implicitWidth: leftPadding + rightPadding + Metrics.stepperField
     implicitHeight: DesignSystem.buttonHeight
     leftPadding: DesignSystem.buttonHeight

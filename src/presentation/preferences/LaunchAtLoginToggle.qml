@@ -51,19 +51,12 @@ ColumnLayout {
         }
     }
 
-    SettingRow {
+    SwitchRow {
         Layout.fillWidth: true
         title: "Start hidden, in the tray"
         description: "Quillhaven shows no window when it starts at login"
-
-        CustomToggleStyle {
-            checked: view.serviceManager.startsHidden
-            Accessible.name: "Start hidden, in the tray"
-            onToggled: {
-                view.serviceManager.setStartsHidden(checked)
-                checked = Qt.binding(() => view.serviceManager.startsHidden)
-            }
-        }
+        checked: view.serviceManager.startsHidden
+        onToggled: (value) => { view.serviceManager.setStartsHidden(value) }
     }
 
     LaunchAtLoginStatusView {

@@ -22,6 +22,7 @@ Sheet {
     maximumSheetWidth: preferences.modalWidth
     implicitHeight: DesignSystem.modalMaxHeight
     initialFocusItem: frame
+    onSelectedChanged: scrollToTop()
     onEscapePressed: preferences.handleCloseAttempt()
 
     Connections {
