@@ -11,6 +11,7 @@
 #include "engine/QuillhavenManager.h"
 #include "launch_at_login/LaunchAtLoginServiceManager.h"
 #include "platform/NotificationCenter.h"
+#include "platform/WatchedSources.h"
 #include "platform/widgets/QtApplicationPresence.h"
 #include "presentation/PopoverWindow.h"
 #include "presentation/dialogs/ConfirmationDialogManager.h"
@@ -121,13 +122,23 @@ void RunningProgram::connectWithDesktop()
     QObject::connect(&m_signals, &TerminationSignals::terminationRequested, &m_delegate, [this] { terminate(); });
 }
 
+WatchedSourcesModel::Repairs::value_type RunningProgram::repair(WatchedSources::Source source,
+                                                                const std::function<void()> &action)
+{
+    return {source, [this, source, action] {
+                m_platform.watched.setState(
+                    source, {.isAvailable = false, .sentence = QStringLiteral("Is being set up again…")});
+                action();
+            }};
+}
+
 Windows::Actions RunningProgram::windowActions()
 {
-    return {
-        .bringMainWindowForward = [this] { bringMainWindowForward(); },
-        .restart = [this] { restart(); },
-        .repairs = {{WatchedSources::Source::FileManagerMenus, [this] { m_finderExtension.activateFinderExtension(); }},
-                    {WatchedSources::Source::Links, m_openLinks}}};
+    const auto setUpMenus = [this] { m_finderExtension.activateFinderExtension(); };
+    return {.bringMainWindowForward = [this] { bringMainWindowForward(); },
+            .restart = [this] { restart(); },
+            .repairs = {repair(WatchedSources::Source::FileManagerMenus, setUpMenus),
+                        repair(WatchedSources::Source::Links, m_openLinks)}};
 }
 
 int RunningProgram::run()

@@ -43,6 +43,9 @@ private:
     [[nodiscard]] MenuBar menuBar();
     [[nodiscard]] std::unique_ptr<Popover> makePopover();
     [[nodiscard]] Windows::Actions windowActions();
+    /// The repair of a source, whose entry says meanwhile that it is going on. The action writes the entry at its end.
+    [[nodiscard]] WatchedSourcesModel::Repairs::value_type repair(WatchedSources::Source source,
+                                                                  const std::function<void()> &action);
     void connectWithDesktop();
 
     void bringMainWindowForward();

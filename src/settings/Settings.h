@@ -46,7 +46,7 @@ inline constexpr Setting<QString, QLatin1String> appearanceMode{"appearanceMode"
 inline constexpr Setting<bool> hasCompletedOnboarding{"hasCompletedOnboarding", false};
 /// Whether the note on the file manager's menus has been shown.
 inline constexpr Setting<bool> extensionNotificationShown{"ExtensionActivationNotificationShown", false};
-/// When the program last looked for a newer version.
+/// When the program last looked for a newer version with success.
 inline constexpr OptionalSetting<QDateTime> lastUpdateCheck{"LastUpdateCheck"};
 
 /// The catalogue, an array value with an element for each record; in the shared suite their summaries.

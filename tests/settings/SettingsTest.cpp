@@ -44,6 +44,8 @@ TEST_F(SettingsTest, TheStoredNamesDoNotChange)
         {settings::isAutoLockEnabled.key, "isAutoLockEnabled"},
         {settings::lockOnSleep.key, "lockOnSleep"},
         {settings::lockOnSleepInViewModel.key, "lockOnSleep"},
+        {settings::autoLockWithoutMasterPassword.key, "autoLockWithoutMasterPassword"},
+        {settings::startHiddenAtLogin.key, "startHiddenAtLogin"},
         {settings::smartAutoLockEnabled.key, "smartAutoLockEnabled"},
         {settings::smartAutoLockRules.key, "smartAutoLockRules"},
         {settings::enableTouchID.key, "enableTouchID"},
@@ -68,6 +70,8 @@ TEST_F(SettingsTest, AMissingKeyIsReadAsItsDefault)
 {
     EXPECT_EQ(settings::autoLockMinutes.read(m_defaults), 5);
     EXPECT_FALSE(settings::isAutoLockEnabled.read(m_defaults));
+    EXPECT_FALSE(settings::autoLockWithoutMasterPassword.read(m_defaults));
+    EXPECT_FALSE(settings::startHiddenAtLogin.read(m_defaults));
     EXPECT_FALSE(settings::smartAutoLockEnabled.read(m_defaults));
     EXPECT_EQ(settings::smartAutoLockRules.read(m_defaults), std::nullopt);
     EXPECT_TRUE(settings::enableTouchID.read(m_defaults));

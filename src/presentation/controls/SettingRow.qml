@@ -17,6 +17,8 @@ Item {
     property string warningMessage
     /// A StatusType, or -1 for none.
     property int statusIndicator: -1
+    /// What the status means, for a screen reader.
+    property string statusText
     property string accessibilityHint
     readonly property bool isHovered: hover.hovered
 
@@ -84,6 +86,7 @@ Item {
             StatusIndicator {
                 visible: row.statusIndicator >= 0
                 status: row.statusIndicator
+                Accessible.name: row.statusText !== "" ? row.statusText : word + " status"
             }
 
             RowLayout {

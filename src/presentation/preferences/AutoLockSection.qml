@@ -24,7 +24,6 @@ SettingsSection {
 
     MinutesRow {
         Layout.fillWidth: true
-        isEnabled: section.autoLock.isEnabled
         autoLock: section.autoLock
     }
 

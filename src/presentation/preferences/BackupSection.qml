@@ -52,7 +52,7 @@ ColumnLayout {
             Layout.fillWidth: true
             title: "Backups are kept in a folder of your sync tool"
             description: section.backup.folder + "\nThe tool keeps it in step with other computers. Another folder does not get the backups of this one."
-            action: "Change Folder..."
+            action: "Change Folder…"
             onPressed: section.backup.chooseFolder()
         }
     }

@@ -114,7 +114,7 @@ QCoro::Task<> BackupSectionModel::runChoice()
             m_quillhavenManager.useiCloudFolder(*chosen);
         }
     } catch (...) {
-        m_errors.report(std::current_exception());
+        m_errors.showError(localizedDescription(std::current_exception()));
     }
     m_isChoosing = false;
     refresh();
@@ -133,7 +133,7 @@ QCoro::Task<> BackupSectionModel::runBackup()
     try {
         co_await m_quillhavenManager.backupAllToiCloud();
     } catch (...) {
-        m_errors.report(std::current_exception());
+        m_errors.showError(localizedDescription(std::current_exception()));
     }
     setIsBackingUp(false);
 }

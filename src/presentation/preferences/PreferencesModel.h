@@ -77,7 +77,7 @@ class PreferencesModel : public quillhaven::DialogModel
     QML_UNCREATABLE("Created in C++")
     Q_PROPERTY(int modalWidth MEMBER modalWidth CONSTANT)
     Q_PROPERTY(
-        QList<quillhaven::PreferencesTab> availableSections READ availableSections NOTIFY availableSectionsChanged)
+        QList<quillhaven::PreferencesTab *> availableSections READ availableSections NOTIFY availableSectionsChanged)
     Q_PROPERTY(quillhaven::PreferencesSectionType::Case selectedSection READ selectedSection WRITE setSelectedSection
                    NOTIFY selectedSectionChanged)
     Q_PROPERTY(bool showingCloseConfirmation READ showingCloseConfirmation NOTIFY showingCloseConfirmationChanged)

@@ -41,6 +41,8 @@ Sheet {
             spacing: Spacing.md
 
             TextLabel {
+                id: frame // has the keyboard focus until the first control gets it
+
                 Layout.fillWidth: true
                 text: "Preferences"
                 font: Typography.modalTitle
@@ -63,9 +65,6 @@ Sheet {
             preferences: sheet.preferences
         }
     ]
-
-    // Has the keyboard focus until the first control gets it.
-    Item { id: frame }
 
     SectionContent {
         name: "General"

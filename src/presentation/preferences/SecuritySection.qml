@@ -44,6 +44,7 @@ ColumnLayout {
             title: "Where passwords are kept"
             description: section.security.storeDescription
             statusIndicator: section.security.isStoreSafe ? StatusType.Enabled : StatusType.Warning
+            statusText: section.security.isStoreSafe ? "Safe" : "Not safe"
         }
     }
 

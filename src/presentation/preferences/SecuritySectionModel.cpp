@@ -7,6 +7,7 @@
 #include "platform/CredentialStoreState.h"
 #include "platform/Platform.h"
 #include "presentation/dialogs/OperationErrors.h"
+#include "support/LocalizedError.h"
 #include "support/printLogger.h"
 
 namespace quillhaven {
@@ -51,9 +52,8 @@ QString SecuritySectionModel::storeDescription() const
         return QStringLiteral("Kept in the desktop's keyring (Secret Service), which encrypts them and opens when you "
                               "log in or enter its password.");
     case CredentialStore::Place::OwnFile:
-        return QStringLiteral("No keyring answers in this session, so they are kept in a file of Quillhaven's. They "
-                              "are encrypted, but the key lies beside them: a program that can read your files can "
-                              "read them.");
+        return QStringLiteral("They are kept in a file of Quillhaven's, not in a keyring. They are encrypted, but the "
+                              "key lies beside them: a program that can read your files can read them.");
     case CredentialStore::Place::NotChosen:
         break;
     }
@@ -102,7 +102,7 @@ QCoro::Task<> SecuritySectionModel::setMasterPassword(QString password)
     try {
         co_await m_masterPasswordManager.setMasterPassword(password);
     } catch (...) {
-        m_errors.report(std::current_exception());
+        m_errors.showError(localizedDescription(std::current_exception()));
     }
 }
 

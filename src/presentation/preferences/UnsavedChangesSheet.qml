@@ -18,17 +18,17 @@ Sheet {
     onEscapePressed: preferences.keepEditing()
 
     buttons: [
-        SecondaryButton {
-            Layout.fillWidth: true
-            text: "Keep Editing"
-            Accessible.description: "Continue editing settings"
-            onClicked: sheet.preferences.keepEditing()
-        },
         DestructiveButton {
             Layout.fillWidth: true
             text: "Discard Changes"
             Accessible.description: "Discard unsaved changes and close settings"
             onClicked: sheet.preferences.discardChanges()
+        },
+        SecondaryButton {
+            Layout.fillWidth: true
+            text: "Keep Editing"
+            Accessible.description: "Continue editing settings"
+            onClicked: sheet.preferences.keepEditing()
         }
     ]
 }

@@ -30,21 +30,31 @@ SettingsSection {
             font: Typography.settingLabel
             color: Colors.warning
         }
+    }
+
+    RowLayout {
+        Layout.fillWidth: true
+        spacing: Spacing.sm
 
         SecondaryButton {
-            visible: section.updates.updateText !== ""
-            text: "Download Update"
-            helpText: "Opens the page of the download in your browser"
-            onClicked: section.updates.download()
-        }
-
-        SecondaryButton {
+            Layout.fillWidth: true
+            Layout.preferredWidth: 1
             text: section.updates.checkTitle
             symbol: "arrow.clockwise"
             busy: section.updates.isChecking
             enabled: section.updates.unavailableReason === ""
-            Accessible.description: section.updates.unavailableReason
+            Accessible.description: enabled ? "Asks the server for the latest version"
+                : section.updates.unavailableReason
             onClicked: if (!busy) section.updates.check()
+        }
+
+        SecondaryButton {
+            Layout.fillWidth: true
+            Layout.preferredWidth: 1
+            visible: section.updates.updateText !== ""
+            text: "Download Update"
+            helpText: "Opens the page of the download in your browser"
+            onClicked: section.updates.download()
         }
     }
 
