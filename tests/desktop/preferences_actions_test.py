@@ -279,8 +279,8 @@ class BackupState(PreferencesTest):
         for name, description in (("Backup Now", "Create iCloud backup of all protected items"),
                                   ("Recover Files", "Restore files from iCloud backup using master password"),
                                   ("Check Status", "Check iCloud backup status and storage"),
-                                  ("Change Folder...", "Backups are kept in a folder of your sync tool")):
-            self.assertEqual(self.program.find(BUTTON, name).description, description)
+                                  ("Change Folder…", "Backups are kept in a folder of your sync tool")):
+            self.assertEqual(self.find_below(BUTTON, name).description, description)
 
     def test_a_failed_backup_is_shown_in_the_sheet_for_errors(self):
         flows.protect_with_password(self.program, self.file("letter.txt"))

@@ -143,8 +143,6 @@ class Period(PreferencesTest):
     def setUp(self):
         super().setUp()
         self.open("General")
-        # Without it there is no period to choose.
-        self.switch("Auto-Lock", True)
 
     def wait_for_minutes(self, count):
         self.program.wait_for(lambda: self.program.look(SPIN, minutes(count)), f"the label of {count} minutes")
