@@ -11,6 +11,7 @@ CHECK_BOX = "check box"
 BULK_ACCESS_MESSAGE = "Please grant access to the selected items for bulk protection"
 UNDERSTOOD = "I understand this will permanently delete the selected items"
 PHRASE_FIELD = "Type 'SHRED PERMANENTLY' to confirm:"
+RECOVERY_PANEL = "Choose Recovery Location – Select a folder where your recovered files will be saved"
 SHRED = "🗑️ Shred Permanently"
 
 
@@ -172,7 +173,7 @@ class Backups(WindowTest):
         self.program.find(FIELD, "Master Password").type(flows.MASTER_PASSWORD)
         self.program.press(BUTTON, "Recover All Files")
         self.program.find(FIELD, "Directory:").set_text(str(recovered))
-        self.program.press_in("Choose Recovery Location", BUTTON, "Recover Files")
+        self.program.press_in(RECOVERY_PANEL, BUTTON, "Recover Files")
         self.program.says("Recovery Successful")
         self.program.says("Successfully recovered 1 files to the selected folder.")
         self.assertEqual((recovered / "letter.txt").read_text(), "dear\n")
