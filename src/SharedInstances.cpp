@@ -158,7 +158,7 @@ SupportManager &SupportManager::shared()
 
 UpdateManager &UpdateManager::shared()
 {
-    return sharedInstance<UpdateManager>(foundation().platform, QStringLiteral(QUILLHAVEN_UPDATE_MANIFEST_URL));
+    return sharedInstance<UpdateManager>(foundation().platform, UpdateManager::buildManifestAddress());
 }
 
 } // namespace quillhaven

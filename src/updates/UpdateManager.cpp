@@ -43,6 +43,11 @@ UpdateInfo decoded(const UrlResponse &response)
 
 } // namespace
 
+QString UpdateManager::buildManifestAddress()
+{
+    return QStringLiteral(QUILLHAVEN_UPDATE_MANIFEST_URL);
+}
+
 UpdateManager::UpdateManager(const Platform &platform, const QString &manifestAddress, QObject *parent)
     : QObject(parent),
       gistURL(manifestAddress),

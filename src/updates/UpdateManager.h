@@ -35,6 +35,9 @@ class UpdateManager : public QObject
     Q_PROPERTY(QString unavailableReason READ unavailableReason CONSTANT)
 
 public:
+    /// The address that this build was given; empty if it was given none.
+    [[nodiscard]] static QString buildManifestAddress();
+
     /// `manifestAddress` is the address of the document, or empty when there is none yet. The platform's services must
     /// outlive this object.
     UpdateManager(const Platform &platform, const QString &manifestAddress, QObject *parent = nullptr);
