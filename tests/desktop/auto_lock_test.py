@@ -40,7 +40,7 @@ class AutoLock(WindowTest):
 
     def switch(self, *names):
         """Presses these switches in the preferences."""
-        self.program.press(BUTTON, "Preferences")
+        flows.open_preferences(self.program, "General")
         for name in names:
             self.program.press(SWITCH, name)
             self.program.wait_for(lambda: self.program.look(SWITCH, name).has("checked"), f'"{name}" to be on')

@@ -100,8 +100,7 @@ class DesktopSteps:
         self.check(self.plan.read_text() == "the plan\n", "plan.txt is back, as it was")
 
     def open_preferences(self):
-        self.program.press(BUTTON, "Preferences")
-        self.program.find(DIALOG, flows.PREFERENCES)
+        flows.open_preferences(self.program, "General")
 
     def at_login(self):
         self.step("Switch the start at login on, hidden, and log in")
