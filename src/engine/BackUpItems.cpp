@@ -23,6 +23,12 @@ std::optional<QString> QuillhavenManager::iCloudFolder() const
     return container ? std::optional(m_platform.fileManager.resolvedPath(*container)) : std::nullopt;
 }
 
+std::optional<QString> QuillhavenManager::iCloudProblem() const
+{
+    const std::optional<QString> folder = iCloudFolder();
+    return folder ? reasonNotToKeepBackups(m_platform.fileManager, placesOfProgram(), *folder) : std::nullopt;
+}
+
 void QuillhavenManager::useiCloudFolder(const QString &folder)
 {
     if (const auto reason = reasonNotToKeepBackups(m_platform.fileManager, placesOfProgram(), folder)) {

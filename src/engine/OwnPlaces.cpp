@@ -117,9 +117,20 @@ std::optional<QString> reasonNotToProtect(const FileManager &files, const OwnPla
 
 std::optional<QString> reasonNotToKeepBackups(const FileManager &files, const OwnPlaces &places, const QString &path)
 {
+    const QString refusal = QStringLiteral("Backups cannot be kept in ") + quotedName(path);
+    const QString advice = QStringLiteral(" Choose a folder that your sync tool keeps.");
     if (isInOwnPlace(files, places, path)) {
-        return QStringLiteral("Backups cannot be kept in ") + quotedName(path) +
-               QStringLiteral(" because it belongs to Quillhaven itself. Choose a folder that your sync tool keeps.");
+        return refusal + QStringLiteral(" because it belongs to Quillhaven itself.") + advice;
+    }
+    const Identity itself = files.identityOfItem(path, Links::Follow);
+    const auto isItself = [&](const QString &needed) {
+        return needed != places.cloud && itself && itself == files.identityOfItem(needed, Links::Follow);
+    };
+    if (std::ranges::any_of(places.needed, isItself)) {
+        return refusal + QStringLiteral(" itself.") + advice;
+    }
+    if (!files.isWritableFile(path)) {
+        return refusal + QStringLiteral(" because you don't have permission to change what is in it.") + advice;
     }
     return std::nullopt;
 }

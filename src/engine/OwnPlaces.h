@@ -30,7 +30,8 @@ struct OwnPlaces
                                                         const QList<ProtectedItem> &items, const QString &path);
 
 /// A sentence that says why recovery backups cannot be kept in the folder at `path`: it is one of the program's own, or
-/// lies in one. Nothing when that is not so.
+/// lies in one, or it is the home or the documents folder itself, or it cannot be written to. Nothing when none of
+/// these holds.
 [[nodiscard]] std::optional<QString> reasonNotToKeepBackups(const FileManager &files, const OwnPlaces &places,
                                                             const QString &path);
 

@@ -136,6 +136,8 @@ public:
     [[nodiscard]] bool isiCloudAvailable() const;
     /// The folder in which the backups are kept, with its links resolved; nothing while there is none.
     [[nodiscard]] std::optional<QString> iCloudFolder() const;
+    /// A sentence that says why no backup can be written to that folder; nothing when one can, or while there is none.
+    [[nodiscard]] std::optional<QString> iCloudProblem() const;
     /// Makes an existing folder that one. Throws QuillhavenError::accessDenied for a folder of the program, or
     /// FileError.
     void useiCloudFolder(const QString &folder);

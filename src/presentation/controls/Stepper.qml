@@ -19,6 +19,7 @@ SpinBox {
     topPadding: 0
     bottomPadding: 0
     editable: true
+    valueFromText: (text, locale) => text === "" ? value : Number.fromLocaleString(locale, text)
     font: Typography.settingLabel
     opacity: enabled ? 1 : Metrics.disabledOpacity
 

@@ -22,7 +22,7 @@ ColumnLayout {
         ActionRow {
             Layout.fillWidth: true
             title: "Create iCloud backup of all protected items"
-            description: section.backup.progressText
+            description: section.backup.statusText
             action: "Backup Now"
             isBusy: section.backup.isBackingUp
             onPressed: section.backup.backUpNow()
@@ -52,6 +52,8 @@ ColumnLayout {
             Layout.fillWidth: true
             title: "Backups are kept in a folder of your sync tool"
             description: section.backup.folder + "\nThe tool keeps it in step with other computers. Another folder does not get the backups of this one."
+            showsWarning: true
+            warningMessage: section.backup.folderProblem
             action: "Change Folder…"
             onPressed: section.backup.chooseFolder()
         }

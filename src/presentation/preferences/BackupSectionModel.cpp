@@ -85,10 +85,16 @@ QString BackupSectionModel::progressText() const
     return m_isBackingUp ? QStringLiteral("Backing up all items…") : QString();
 }
 
+QString BackupSectionModel::statusText() const
+{
+    return m_hasBackedUp ? QStringLiteral("All items are backed up.") : progressText();
+}
+
 void BackupSectionModel::refresh()
 {
     m_isiCloudAvailable = m_quillhavenManager.isiCloudAvailable();
     m_folder = m_quillhavenManager.iCloudFolder().value_or(QString());
+    m_folderProblem = m_quillhavenManager.iCloudProblem().value_or(QString());
     Q_EMIT folderChanged();
 }
 
@@ -123,6 +129,7 @@ QCoro::Task<> BackupSectionModel::runChoice()
 void BackupSectionModel::backUpNow()
 {
     if (!m_isBackingUp) {
+        m_hasBackedUp = false;
         setIsBackingUp(true);
         startJob([this] { return runBackup(); });
     }
@@ -132,6 +139,7 @@ QCoro::Task<> BackupSectionModel::runBackup()
 {
     try {
         co_await m_quillhavenManager.backupAllToiCloud();
+        m_hasBackedUp = true;
     } catch (...) {
         m_errors.showError(localizedDescription(std::current_exception()));
     }

@@ -27,11 +27,12 @@ class BackupSectionModel : public QObject
     QML_UNCREATABLE("Created in C++")
     Q_PROPERTY(bool isiCloudAvailable READ isiCloudAvailable NOTIFY folderChanged)
     Q_PROPERTY(QString folder READ folder NOTIFY folderChanged)
+    Q_PROPERTY(QString folderProblem READ folderProblem NOTIFY folderChanged)
     Q_PROPERTY(QString backupDescription READ getiCloudBackupDescription NOTIFY folderChanged)
     Q_PROPERTY(
         bool enableiCloudBackup READ enableiCloudBackup WRITE setEnableiCloudBackup NOTIFY enableiCloudBackupChanged)
     Q_PROPERTY(bool isBackingUp READ isBackingUp NOTIFY isBackingUpChanged)
-    Q_PROPERTY(QString progressText READ progressText NOTIFY isBackingUpChanged)
+    Q_PROPERTY(QString statusText READ statusText NOTIFY isBackingUpChanged)
 
 public:
     /// The references must outlive this object, which must outlive its jobs.
@@ -43,12 +44,16 @@ public:
     [[nodiscard]] bool isiCloudAvailable() const { return m_isiCloudAvailable; }
     /// That folder, with its links resolved; empty if there was none.
     [[nodiscard]] QString folder() const { return m_folder; }
+    /// Why nothing can be written to that folder; empty if it can.
+    [[nodiscard]] QString folderProblem() const { return m_folderProblem; }
     [[nodiscard]] QString getiCloudBackupDescription() const;
     [[nodiscard]] bool enableiCloudBackup() const;
     void setEnableiCloudBackup(bool value);
     [[nodiscard]] bool isBackingUp() const { return m_isBackingUp; }
     /// What is currently running; empty if nothing is.
     [[nodiscard]] QString progressText() const;
+    /// The same, or how the last backup of all items ended, if it did not fail.
+    [[nodiscard]] QString statusText() const;
     [[nodiscard]] RecoveryDialogManager *recoveryDialogManager() { return &m_recoveryDialogManager; }
 
     /// Looks for the folder. Call it when something that shows the result appears, not at every repaint.
@@ -84,8 +89,10 @@ private:
     RecoveryDialogManager m_recoveryDialogManager;
     bool m_isiCloudAvailable = false;
     QString m_folder;
+    QString m_folderProblem;
     bool m_isChoosing = false;
     bool m_isBackingUp = false;
+    bool m_hasBackedUp = false; ///< the last backup of all items has succeeded
 };
 
 } // namespace quillhaven

@@ -38,13 +38,27 @@ PreferencesModel::PreferencesModel(const PreferencesContext &context, QObject *p
 
 PreferencesModel::~PreferencesModel() = default;
 
-QList<PreferencesTab *> PreferencesModel::availableSections()
+QList<QObject *> PreferencesModel::availableSections()
 {
-    QList<PreferencesTab *> tabs{&m_generalTab, &m_securityTab};
+    const QList<PreferencesTab *> all = tabs();
+    return {all.begin(), all.end()};
+}
+
+int PreferencesModel::selectAt(int index)
+{
+    const QList<PreferencesTab *> all = tabs();
+    const int nearest = std::clamp(index, 0, int(all.size()) - 1);
+    setSelectedSection(all.at(nearest)->section());
+    return nearest;
+}
+
+QList<PreferencesTab *> PreferencesModel::tabs()
+{
+    QList<PreferencesTab *> all{&m_generalTab, &m_securityTab};
     if (m_backup.isiCloudAvailable()) {
-        tabs.append(&m_backupTab);
+        all.append(&m_backupTab);
     }
-    return tabs;
+    return all;
 }
 
 void PreferencesModel::setSelectedSection(PreferencesSectionType::Case value)
@@ -71,10 +85,10 @@ void PreferencesModel::disappear()
 
 void PreferencesModel::leaveMissingSection()
 {
-    const QList<PreferencesTab *> tabs = availableSections();
+    const QList<PreferencesTab *> all = tabs();
     const auto isSelected = [this](const PreferencesTab *tab) { return tab->section() == m_selectedSection; };
-    if (std::ranges::none_of(tabs, isSelected)) {
-        setSelectedSection(tabs.first()->section());
+    if (std::ranges::none_of(all, isSelected)) {
+        setSelectedSection(all.first()->section());
     }
     Q_EMIT availableSectionsChanged();
 }

@@ -76,8 +76,7 @@ class PreferencesModel : public quillhaven::DialogModel
     QML_ELEMENT
     QML_UNCREATABLE("Created in C++")
     Q_PROPERTY(int modalWidth MEMBER modalWidth CONSTANT)
-    Q_PROPERTY(
-        QList<quillhaven::PreferencesTab *> availableSections READ availableSections NOTIFY availableSectionsChanged)
+    Q_PROPERTY(QList<QObject *> availableSections READ availableSections NOTIFY availableSectionsChanged)
     Q_PROPERTY(quillhaven::PreferencesSectionType::Case selectedSection READ selectedSection WRITE setSelectedSection
                    NOTIFY selectedSectionChanged)
     Q_PROPERTY(bool showingCloseConfirmation READ showingCloseConfirmation NOTIFY showingCloseConfirmationChanged)
@@ -109,10 +108,13 @@ public:
     explicit PreferencesModel(const PreferencesContext &context, QObject *parent = nullptr);
     ~PreferencesModel() override;
 
-    /// General and Security; and Backup while there was a folder for backups when the sheet was shown.
-    [[nodiscard]] QList<PreferencesTab *> availableSections();
+    /// The tabs of General and Security; and that of Backup while there was a folder for backups when the sheet was
+    /// shown.
+    [[nodiscard]] QList<QObject *> availableSections();
     [[nodiscard]] PreferencesSectionType::Case selectedSection() const { return m_selectedSection; }
     void setSelectedSection(PreferencesSectionType::Case value);
+    /// Selects a section by its place among the available ones, or the nearest one, and returns that place.
+    Q_INVOKABLE int selectAt(int index);
 
     /// Nothing sets it at present, since every change is stored at once.
     [[nodiscard]] bool hasUnsavedChanges() const { return m_hasUnsavedChanges; }
@@ -153,6 +155,7 @@ Q_SIGNALS:
     void focusChanged();
 
 private:
+    [[nodiscard]] QList<PreferencesTab *> tabs();
     void appear();
     void disappear();
     void leaveMissingSection();

@@ -16,9 +16,7 @@ RowLayout {
     readonly property int selected: preferences.selectedSection
 
     function select(index: int) {
-        const nearest = Math.max(0, Math.min(repeater.count - 1, index))
-        preferences.selectedSection = preferences.availableSections[nearest].section
-        repeater.itemAt(nearest).forceActiveFocus(Qt.TabFocusReason)
+        repeater.itemAt(preferences.selectAt(index)).forceActiveFocus(Qt.TabFocusReason)
     }
 
     spacing: Spacing.sm

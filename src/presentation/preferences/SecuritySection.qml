@@ -71,6 +71,8 @@ ColumnLayout {
             Layout.fillWidth: true
             title: "iCloud Backup"
             description: section.backup.backupDescription
+            showsWarning: true
+            warningMessage: section.backup.folderProblem
             checked: section.backup.enableiCloudBackup
             onToggled: (value) => { section.backup.enableiCloudBackup = value }
         }

@@ -5,6 +5,7 @@
 
 #include "catalogue/QuillhavenError.h"
 #include "formats/RecoveryBackup.h"
+#include "support/FileManagerDecorator.h"
 
 #include <QSignalSpy>
 
@@ -113,6 +114,7 @@ TEST_F(BackupSection, BackUpAllWritesABackupOfEachItem)
     DashboardHarness::settle();
     EXPECT_FALSE(backup().isBackingUp());
     EXPECT_EQ(backup().progressText(), QString());
+    EXPECT_EQ(backup().statusText(), QStringLiteral("All items are backed up."));
     EXPECT_EQ(cloud.backupNames(), QStringList(started().item().id + QStringLiteral(".backup")));
     EXPECT_EQ(error(), QString());
 }
@@ -123,6 +125,7 @@ TEST_F(BackupSection, BackUpAllWithTheSettingDisabledReportsThat)
     protectOne();
     backUp();
     EXPECT_EQ(error(), QStringLiteral("iCloud backup is not enabled"));
+    EXPECT_EQ(backup().statusText(), QString());
     EXPECT_TRUE(cloud.backupNames().isEmpty());
     EXPECT_FALSE(backup().isBackingUp());
 }
@@ -297,6 +300,49 @@ TEST_F(BackupSection, AFolderInPrivateStorageIsRefusedAndTheFormerOneStays)
                                       "Choose a folder that your sync tool keeps."));
     EXPECT_TRUE(backup().isiCloudAvailable());
     EXPECT_NE(backup().folder(), folder);
+}
+
+TEST_F(BackupSection, TheHomeItselfIsRefused)
+{
+    services.panels.answer = [this](const OpenPanelRequest &) { return services.home.path(); };
+    backup().chooseFolder();
+    DashboardHarness::settle();
+    EXPECT_TRUE(error().endsWith(QStringLiteral(" itself. Choose a folder that your sync tool keeps.")))
+        << error().toStdString();
+    EXPECT_FALSE(backup().isiCloudAvailable());
+}
+
+TEST_F(BackupSection, AFolderThatCannotBeWrittenToIsRefusedAndNamed)
+{
+    class ReadOnlyFolders : public FileManagerDecorator
+    {
+    public:
+        using FileManagerDecorator::FileManagerDecorator;
+        [[nodiscard]] bool isWritableFile(const QString &path) const override
+        {
+            return !path.endsWith(QStringLiteral("/synced")) && FileManagerDecorator::isWritableFile(path);
+        }
+    };
+    const QString folder = services.home.path(QStringLiteral("synced"));
+    QDir().mkpath(folder);
+    ReadOnlyFolders files(services.fileManager);
+    DashboardHarness harness(services.platform(files));
+    PreferencesHarness others(harness);
+    BackupSectionModel &model = *others.model.backup();
+    services.panels.answer = [&](const OpenPanelRequest &) { return folder; };
+    model.chooseFolder();
+    DashboardHarness::settle();
+    const QString sentence = QStringLiteral("Backups cannot be kept in \"synced\" because you don't have permission to "
+                                            "change what is in it. Choose a folder that your sync tool keeps.");
+    EXPECT_EQ(others.model.errors().errorMessage(), sentence);
+    EXPECT_FALSE(model.isiCloudAvailable());
+    EXPECT_EQ(model.folderProblem(), QString());
+
+    QDir().mkpath(QFileInfo(cloud.path()).path());
+    ASSERT_TRUE(QFile::link(folder, cloud.path()));
+    model.refresh();
+    EXPECT_TRUE(model.isiCloudAvailable());
+    EXPECT_EQ(model.folderProblem(), sentence);
 }
 
 TEST_F(BackupSection, ADeclinedPanelChangesNothing)

@@ -23,7 +23,8 @@ protected:
     QStringList tabs()
     {
         QStringList names;
-        for (const PreferencesTab *tab : preferences().availableSections()) {
+        for (const QObject *each : preferences().availableSections()) {
+            const auto *tab = qobject_cast<const PreferencesTab *>(each);
             names.append(tab->name() + QLatin1Char(' ') + tab->systemImage());
         }
         return names;
@@ -49,6 +50,15 @@ TEST_F(Preferences, WithAFolderForBackupsThereIsATabForThem)
     preferences().show();
     EXPECT_EQ(tabs(), QStringList({QStringLiteral("General gear"), QStringLiteral("Security lock.shield"),
                                    QStringLiteral("Backup icloud")}));
+}
+
+TEST_F(Preferences, TheKeysStopAtTheFirstAndTheLastTab)
+{
+    cloud.make();
+    preferences().show();
+    EXPECT_EQ(preferences().selectAt(-1), 0);
+    EXPECT_EQ(preferences().selectAt(3), 2);
+    EXPECT_EQ(preferences().selectedSection(), PreferencesSectionType::Backup);
 }
 
 TEST_F(Preferences, ASectionThatIsGoneIsLeftForTheFirstOne)

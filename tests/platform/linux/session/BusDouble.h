@@ -33,6 +33,8 @@ public:
         send(SIGCONT);
         m_process.kill();
         m_process.waitForFinished();
+        // The next double waits for the name, and must not see the one of this process.
+        EXPECT_TRUE(spinUntil([this] { return !hasName(); }));
     }
     BusDouble(const BusDouble &) = delete;
     BusDouble &operator=(const BusDouble &) = delete;
@@ -67,6 +69,13 @@ private:
         gdbus({QStringLiteral("wait"), m_busOption, QStringLiteral("--timeout"), QStringLiteral("30"), m_name});
     }
 
+    [[nodiscard]] bool hasName() const
+    {
+        return gdbus({QStringLiteral("call"), m_busOption, QStringLiteral("-d"), QStringLiteral("org.freedesktop.DBus"),
+                      QStringLiteral("-o"), QStringLiteral("/"), QStringLiteral("-m"),
+                      QStringLiteral("org.freedesktop.DBus.NameHasOwner"), m_name})
+            .contains(QStringLiteral("true"));
+    }
     static QString gdbus(const QStringList &arguments)
     {
         QProcess process;
