@@ -1,7 +1,7 @@
 #!/bin/bash
 # SPDX-License-Identifier: GPL-3.0-or-later
-# with-buses.sh COMMAND...: runs the command with a system bus and a session bus of its own, with nothing on them. Everything
-# ends with the command.
+# with-buses.sh COMMAND...: runs the command with a system bus and a session bus of its own, with nothing on them and no
+# services to start. Everything ends with the command.
 set -u
 export PATH=/usr/bin:/bin:/usr/sbin:/sbin
 support=$(cd "$(dirname "${BASH_SOURCE[0]}")" && pwd)
@@ -21,4 +21,4 @@ until [ -S "$work/bus" ]; do
     kill -0 "$bus" 2>/dev/null || { echo "with-buses.sh: the bus did not start:" >&2; cat "$work/bus.log" >&2; exit 99; }
     sleep 0.01
 done
-dbus-run-session -- "$@"
+dbus-run-session --config-file="$support/session-bus.conf" -- "$@"

@@ -38,10 +38,13 @@ PreferencesModel::PreferencesModel(const PreferencesContext &context, QObject *p
 
 PreferencesModel::~PreferencesModel() = default;
 
-QList<QObject *> PreferencesModel::availableSections()
+QVariantList PreferencesModel::availableSections()
 {
-    const QList<PreferencesTab *> all = tabs();
-    return {all.begin(), all.end()};
+    QVariantList list;
+    for (PreferencesTab *tab : tabs()) {
+        list.append(QVariant::fromValue(tab));
+    }
+    return list;
 }
 
 int PreferencesModel::selectAt(int index)

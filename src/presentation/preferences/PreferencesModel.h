@@ -76,7 +76,7 @@ class PreferencesModel : public quillhaven::DialogModel
     QML_ELEMENT
     QML_UNCREATABLE("Created in C++")
     Q_PROPERTY(int modalWidth MEMBER modalWidth CONSTANT)
-    Q_PROPERTY(QList<QObject *> availableSections READ availableSections NOTIFY availableSectionsChanged)
+    Q_PROPERTY(QVariantList availableSections READ availableSections NOTIFY availableSectionsChanged)
     Q_PROPERTY(quillhaven::PreferencesSectionType::Case selectedSection READ selectedSection WRITE setSelectedSection
                    NOTIFY selectedSectionChanged)
     Q_PROPERTY(bool showingCloseConfirmation READ showingCloseConfirmation NOTIFY showingCloseConfirmationChanged)
@@ -110,7 +110,7 @@ public:
 
     /// The tabs of General and Security; and that of Backup while there was a folder for backups when the sheet was
     /// shown.
-    [[nodiscard]] QList<QObject *> availableSections();
+    [[nodiscard]] QVariantList availableSections();
     [[nodiscard]] PreferencesSectionType::Case selectedSection() const { return m_selectedSection; }
     void setSelectedSection(PreferencesSectionType::Case value);
     /// Selects a section by its place among the available ones, or the nearest one, and returns that place.

@@ -39,7 +39,7 @@ protected:
     void resize(const QSize &size)
     {
         shown().window()->resize(size);
-        ASSERT_TRUE(spinUntil([&] { return shown().window()->size() == size; }));
+        ASSERT_TRUE(spinUntil([&] { return shown().window()->contentItem()->size().toSize() == size; }));
         render();
     }
 };

@@ -23,8 +23,8 @@ protected:
     QStringList tabs()
     {
         QStringList names;
-        for (const QObject *each : preferences().availableSections()) {
-            const auto *tab = qobject_cast<const PreferencesTab *>(each);
+        for (const QVariant &each : preferences().availableSections()) {
+            const auto *tab = each.value<PreferencesTab *>();
             names.append(tab->name() + QLatin1Char(' ') + tab->systemImage());
         }
         return names;
