@@ -50,8 +50,8 @@ QString UpdateManager::buildManifestAddress()
 
 UpdateManager::UpdateManager(const Platform &platform, const QString &manifestAddress, QObject *parent)
     : QObject(parent),
-      gistURL(manifestAddress),
-      userDefaults(platform.defaults.standard()),
+      m_gistURL(manifestAddress),
+      m_userDefaults(platform.defaults.standard()),
       m_urlSession(platform.urlSession),
       m_clock(platform.clock),
       m_bundle(platform.bundle)
@@ -66,8 +66,8 @@ QString UpdateManager::currentVersion() const
 
 QString UpdateManager::unavailableReason() const
 {
-    return gistURL.isEmpty() ? QStringLiteral("This build of Quillhaven has no address for update information.")
-                             : QString();
+    return m_gistURL.isEmpty() ? QStringLiteral("This build of Quillhaven has no address for update information.")
+                               : QString();
 }
 
 bool UpdateManager::hasUpdateAvailable() const
@@ -115,7 +115,7 @@ QCoro::Task<UpdateInfo> UpdateManager::fetchLatestRelease()
 {
     const QByteArray userAgent = "Quillhaven/" + currentVersion().toUtf8();
     const UrlRequest request{
-        .url = documentUrl(gistURL), .timeout = std::chrono::seconds(60), .headers = {{"User-Agent", userAgent}}};
+        .url = documentUrl(m_gistURL), .timeout = std::chrono::seconds(60), .headers = {{"User-Agent", userAgent}}};
     const UrlResponse response = co_await m_urlSession.data(request);
     co_return decoded(response);
 }
@@ -168,13 +168,13 @@ bool UpdateManager::shouldSkipBackgroundCheck() const
 
 void UpdateManager::loadLastCheckDate()
 {
-    m_lastCheckDate = lastCheckKey.read(userDefaults);
+    m_lastCheckDate = lastCheckKey.read(m_userDefaults);
 }
 
 void UpdateManager::saveLastCheckDate() const
 {
     if (m_lastCheckDate) {
-        lastCheckKey.write(userDefaults, *m_lastCheckDate);
+        lastCheckKey.write(m_userDefaults, *m_lastCheckDate);
     }
 }
 

@@ -93,8 +93,8 @@ private:
 
     static constexpr auto lastCheckKey = settings::lastUpdateCheck;
 
-    const QString gistURL;
-    UserDefaults &userDefaults;
+    const QString m_gistURL;
+    UserDefaults &m_userDefaults;
     UrlSession &m_urlSession;
     const Clock &m_clock;
     const BundleInformation m_bundle;

@@ -11,7 +11,7 @@ namespace quillhaven {
 
 void openDownload(const UpdateManager &updateManager, UrlOpener &opener, OperationErrors &errors)
 {
-    const std::optional<UpdateInfo> update = updateManager.availableUpdate();
+    const std::optional<UpdateInfo> &update = updateManager.availableUpdate();
     if (!update) {
         return;
     }

@@ -17,7 +17,7 @@
 namespace quillhaven {
 
 /// The sections of the preferences.
-namespace PreferencesSectionType {
+namespace PreferencesSectionType { // NOLINT(readability-identifier-naming): the name in QML, of a type
 Q_NAMESPACE
 QML_ELEMENT
 enum Case { General, Security, Backup };

@@ -292,14 +292,21 @@ TEST_F(FprintAbsenceTest, AReaderThatDoesNotOpenCanBeCancelled)
 
 TEST_F(FprintAbsenceTest, AReaderClaimedByAnUnresponsiveFprintdIsReleasedLater)
 {
-    const auto fprintd = startFprintdWithAlice();
+    auto fprintd = startFprintdWithAlice();
     const auto evaluation = beginEvaluation();
     fprintd->send(SIGSTOP);
     authenticator->cancel();
     EXPECT_FALSE(evaluation.wait());
     fprintd->send(SIGCONT);
     FprintClient other;
-    EXPECT_TRUE(spinUntil([&other] { return other.claim(); }));
+    // fprintd sometimes ends when the client is gone whose claim it carries out; a desktop's bus starts it again.
+    EXPECT_TRUE(spinUntil([this, &fprintd, &other] {
+        if (!other.hasService() || !other.findsReader(3000)) {
+            fprintd.reset();
+            fprintd = startFprintd();
+        }
+        return other.claim();
+    }));
     other.release();
     const auto next = beginEvaluation();
     ASSERT_TRUE(FprintClient::sendToReader("SCAN alice"));
