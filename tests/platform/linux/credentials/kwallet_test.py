@@ -4,6 +4,7 @@
 
 import os
 import re
+import subprocess
 
 from keyring_session import (DECLINED, DUPLICATE, NO_COLLECTION, NOT_FOUND, SUCCESS, KeyringTest, key, main, type_text,
                              wait_for)
@@ -30,6 +31,15 @@ class KWallet(KeyringTest):
         wait_for(lambda: wallet.stat().st_mtime_ns > before, "KWallet to write the wallet", 30)
         self.end_daemon(self.kwalletd)
         self.kwalletd = self.open()
+        # KWallet has its name before it offers the wallet.
+        wait_for(self.offers_wallet, "KWallet to offer the wallet", 30)
+
+    @staticmethod
+    def offers_wallet():
+        answer = subprocess.run(["gdbus", "call", "--session", "-d", "org.freedesktop.secrets", "-o",
+                                 "/org/freedesktop/secrets", "-m", "org.freedesktop.DBus.Properties.Get",
+                                 "org.freedesktop.Secret.Service", "Collections"], capture_output=True, text=True)
+        return "/collection/" in answer.stdout
 
     def press(self, button, role="push button"):
         self.desktop.find(role, re.compile(button)).press()
