@@ -10,8 +10,8 @@
 #include "presentation/dashboard/DashboardHarness.h"
 #include "presentation/dashboard/PreferencesHarness.h"
 
-#include <QApplication>
 #include <QElapsedTimer>
+#include <QGuiApplication>
 #include <QQmlComponent>
 #include <QQmlEngine>
 #include <QQuickWindow>
@@ -99,6 +99,7 @@ void measureEmptyDialog()
     QQmlEngine engine;
     QQmlComponent component(&engine);
     component.setData(R"(
+import QtQuick
 import QtQuick.Controls.Basic
 ApplicationWindow {
     property Dialog dialog: null
@@ -109,6 +110,9 @@ ApplicationWindow {
 })",
                       QUrl());
     const std::unique_ptr<QObject> root(component.create());
+    if (!root) {
+        qFatal("%s", qUtf8Printable(component.errorString()));
+    }
     measure(
         "empty-dialog", *qobject_cast<QQuickWindow *>(root.get()),
         [&] { QMetaObject::invokeMethod(root.get(), "openDialog"); },
@@ -120,7 +124,7 @@ ApplicationWindow {
 int main(int argc, char **argv)
 {
     QQuickWindow::setGraphicsApi(QSGRendererInterface::Software);
-    QApplication application(argc, argv);
+    QGuiApplication application(argc, argv);
     measurePreferences();
     measureEmptyDialog();
     return 0;

@@ -9,6 +9,7 @@ alike. The printed figures are medians; a ratio is the median of the per-round r
 """
 import argparse
 import os
+import re
 import shutil
 import statistics
 import subprocess
@@ -331,7 +332,7 @@ def bench_sheet(rounds):
     for _ in range(rounds):
         out = subprocess.run([os.path.join(ROOT, 'tests', 'support', 'with-display.sh'), SHEET_BENCH], check=True,
                              stdout=subprocess.PIPE, stderr=subprocess.DEVNULL, text=True).stdout
-        for name, seconds in map(str.split, out.splitlines()):
+        for name, seconds in re.findall(r'^((?:preferences|empty-dialog)-\w+) ([\d.]+)$', out, re.MULTILINE):
             times.setdefault(name, []).append(float(seconds))
     print('\nThe first frame of the preferences')
     for kind in ('first', 'again'):

@@ -114,8 +114,12 @@ TEST_F(XInputSourceTest, MuchMotionIsOneReportInEachQuietPeriod)
     const auto monitor = watch(input, pointerInput);
     waitForEarlierInput();
     for (int period = 1; period <= 3; ++period) {
-        xdotool(QStringList(50, move).join(QLatin1Char(' ')));
-        EXPECT_TRUE(spinUntil([&] { return monitor->count() == period; }));
+        // The display may get the motion before the request to report it again.
+        EXPECT_TRUE(spinUntil([&] {
+            xdotool(QStringList(50, move).join(QLatin1Char(' ')));
+            return monitor->count() >= period;
+        }));
+        EXPECT_EQ(monitor->count(), period);
         xdotool(QStringList(50, move).join(QLatin1Char(' ')));
         waitForEarlierInput();
         clock.advance(9'999ms);
