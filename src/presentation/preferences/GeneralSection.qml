@@ -1,5 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
+pragma ComponentBehavior: Bound
+
 import QtQuick
 import QtQuick.Layouts
 import Quillhaven.Controls
@@ -35,18 +37,35 @@ ColumnLayout {
         autoLock: section.preferences.autoLock
     }
 
-    StatusSection {
-        Layout.fillWidth: true
-        sources: section.preferences.watchedSources
+    // What has to be scrolled to is created after the first frames, so that the sheet appears sooner.
+    Timer {
+        id: firstFrames
+
+        interval: Metrics.firstFrames
+        running: true
     }
 
-    SupportSection {
-        Layout.fillWidth: true
-        support: section.preferences.support
-    }
+    Repeater {
+        model: firstFrames.running ? 0 : 1
 
-    UpdateSection {
-        Layout.fillWidth: true
-        updates: section.preferences.updates
+        ColumnLayout {
+            Layout.fillWidth: true
+            spacing: section.spacing
+
+            StatusSection {
+                Layout.fillWidth: true
+                sources: section.preferences.watchedSources
+            }
+
+            SupportSection {
+                Layout.fillWidth: true
+                support: section.preferences.support
+            }
+
+            UpdateSection {
+                Layout.fillWidth: true
+                updates: section.preferences.updates
+            }
+        }
     }
 }

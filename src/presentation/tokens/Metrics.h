@@ -42,6 +42,7 @@ class Metrics : public QObject
     Q_PROPERTY(int pickerMinimumWidth MEMBER pickerMinimumWidth CONSTANT)
     Q_PROPERTY(int buttonMinimumWidth MEMBER buttonMinimumWidth CONSTANT)
     Q_PROPERTY(int revealButtonWidth MEMBER revealButtonWidth CONSTANT)
+    Q_PROPERTY(int firstFrames MEMBER firstFrames CONSTANT)
     Q_PROPERTY(int closeButton MEMBER closeButton CONSTANT)
     Q_PROPERTY(int stepperField MEMBER stepperField CONSTANT)
     Q_PROPERTY(int sheetMinimumWidth MEMBER sheetMinimumWidth CONSTANT)
@@ -111,6 +112,7 @@ public:
     static constexpr int searchWidth = 360;     ///< at most
     static constexpr int badgeColumnWidth = 104;
     static constexpr int cardHeight = 76;
+    static constexpr int firstFrames = 60; ///< milliseconds
     static constexpr int closeButton = 24;
     static constexpr int stepperField = 44; ///< the number of a stepper, without its buttons
     static constexpr int inputHeight = 40;  ///< a field of a sheet
