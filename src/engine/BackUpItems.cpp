@@ -26,7 +26,10 @@ std::optional<QString> QuillhavenManager::iCloudFolder() const
 std::optional<QString> QuillhavenManager::iCloudProblem() const
 {
     const std::optional<QString> folder = iCloudFolder();
-    return folder ? reasonNotToKeepBackups(m_platform.fileManager, placesOfProgram(), *folder) : std::nullopt;
+    if (!folder || m_platform.fileManager.isWritableFile(*folder)) {
+        return std::nullopt;
+    }
+    return reasonNotToKeepBackups(m_platform.fileManager, placesOfProgram(), *folder);
 }
 
 void QuillhavenManager::useiCloudFolder(const QString &folder)
