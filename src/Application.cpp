@@ -7,6 +7,7 @@
 #include "StartFailure.h"
 #include "async/Jobs.h"
 #include "platform/linux/LinuxPlatform.h"
+#include "platform/linux/desktop/DesktopFileViewer.h"
 #include "platform/linux/files/UserEnvironment.h"
 #include "platform/linux/files/XdgDirectories.h"
 #include "platform/widgets/QtApplicationPresence.h"
@@ -57,12 +58,13 @@ int startAndRun()
     QtFilePanels panels(panelPalette(ColorTokens()));
     QtUserInput input(services.globalInput());
     QtUrlOpener opener;
+    DesktopFileViewer fileViewer(opener);
     QtApplicationPresence presence;
     const auto shutDown = qScopeGuard([] {
         shutDownSharedInstances();
         QThreadPool::globalInstance()->waitForDone();
     });
-    const Platform platform = services.platform(panels, input, opener, bundleInformation());
+    const Platform platform = services.platform(panels, input, opener, fileViewer, bundleInformation());
     installPlatform(platform, presence, QCoreApplication::arguments());
     RunningProgram program(platform, instance, presence, [&services] {
         startJob([&services] { return services.openLinks(QStringLiteral("quillhaven")); });

@@ -13,6 +13,7 @@ class DisplayPreferences : public QObject
     Q_PROPERTY(bool reduceMotion READ reduceMotion NOTIFY changed)
     Q_PROPERTY(bool differentiateWithoutColor READ differentiateWithoutColor NOTIFY changed)
     Q_PROPERTY(quillhaven::DisplayPreferences::Contrast colorSchemeContrast READ colorSchemeContrast NOTIFY changed)
+    Q_PROPERTY(double textScale READ textScale NOTIFY changed)
 
 public:
     enum class Contrast { Standard, Increased };
@@ -23,6 +24,7 @@ public:
         bool reduceMotion = false;              ///< nothing moves that need not move
         bool differentiateWithoutColor = false; ///< no difference is shown by a colour alone
         Contrast colorSchemeContrast = Contrast::Standard;
+        double textScale = 1; ///< the size of text, beside that of all else; from 0.5 to 3
 
         bool operator==(const Values &) const = default;
     };
@@ -33,6 +35,7 @@ public:
     [[nodiscard]] bool reduceMotion() const { return m_values.reduceMotion; }
     [[nodiscard]] bool differentiateWithoutColor() const { return m_values.differentiateWithoutColor; }
     [[nodiscard]] Contrast colorSchemeContrast() const { return m_values.colorSchemeContrast; }
+    [[nodiscard]] double textScale() const { return m_values.textScale; }
 
 Q_SIGNALS:
     void changed();

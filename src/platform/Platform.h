@@ -16,9 +16,11 @@ class Clock;
 class CloudStorage;
 class CredentialStore;
 class CredentialStoreState;
+class DesktopNotifications;
 class DisplayPreferences;
 class FileManager;
 class FilePanels;
+class FileViewer;
 class LoginItem;
 class MachineInformation;
 class RandomSource;
@@ -26,6 +28,7 @@ class UrlOpener;
 class UrlSession;
 class UserDefaultsProvider;
 class UserInput;
+class VolumeInspector;
 class WatchedSources;
 struct NotificationCenters;
 
@@ -52,6 +55,9 @@ struct Platform
     UrlSession &urlSession;
     MachineInformation &machine;
     DisplayPreferences &display;
+    FileViewer &fileViewer;
+    DesktopNotifications &desktopNotifications;
+    VolumeInspector &volumes;
 };
 
 } // namespace quillhaven

@@ -58,7 +58,10 @@ Platform FolderPlatform::platform(FileManager &otherFiles, UserDefaultsProvider 
             .bundle = bundle,
             .urlSession = urlSession,
             .machine = machine,
-            .display = display};
+            .display = display,
+            .fileViewer = fileViewer,
+            .desktopNotifications = desktopNotifications,
+            .volumes = volumes};
 }
 
 } // namespace quillhaven::test

@@ -12,12 +12,15 @@
 #include "platform/linux/settings/SqliteUserDefaultsProvider.h"
 #include "support/FakeBiometricAuthenticator.h"
 #include "support/FakeCredentialStoreState.h"
+#include "support/FakeDesktopNotifications.h"
 #include "support/FakeDisplayPreferences.h"
 #include "support/FakeFilePanels.h"
+#include "support/FakeFileViewer.h"
 #include "support/FakeMachine.h"
 #include "support/FakeUrlOpener.h"
 #include "support/FakeUrlSession.h"
 #include "support/FakeUserInput.h"
+#include "support/FakeVolumes.h"
 #include "support/InMemoryCredentialStore.h"
 #include "support/ManualClock.h"
 
@@ -65,6 +68,9 @@ public:
     FakeUrlSession urlSession;
     FakeMachine machine;
     FakeDisplayPreferences display;
+    FakeFileViewer fileViewer;
+    FakeDesktopNotifications desktopNotifications;
+    FakeVolumes volumes;
 };
 
 } // namespace quillhaven::test

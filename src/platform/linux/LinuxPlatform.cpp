@@ -30,7 +30,7 @@ LinuxPlatform::~LinuxPlatform()
     m_credentialQueue.waitForDone();
 }
 
-Platform LinuxPlatform::platform(FilePanels &panels, UserInput &input, UrlOpener &opener,
+Platform LinuxPlatform::platform(FilePanels &panels, UserInput &input, UrlOpener &opener, FileViewer &fileViewer,
                                  const BundleInformation &bundle)
 {
     return {.fileManager = m_fileManager,
@@ -52,7 +52,10 @@ Platform LinuxPlatform::platform(FilePanels &panels, UserInput &input, UrlOpener
             .bundle = bundle,
             .urlSession = m_urlSession,
             .machine = m_machine,
-            .display = m_display};
+            .display = m_display,
+            .fileViewer = fileViewer,
+            .desktopNotifications = m_desktopNotifications,
+            .volumes = m_volumes};
 }
 
 QCoro::Task<> LinuxPlatform::openLinks(QString scheme)

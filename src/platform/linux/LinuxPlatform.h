@@ -8,6 +8,7 @@
 #include "platform/linux/OpenSslRandomSource.h"
 #include "platform/linux/credentials/SystemCredentialStore.h"
 #include "platform/linux/credentials/SystemCredentialStoreState.h"
+#include "platform/linux/desktop/NotificationService.h"
 #include "platform/linux/files/CloudFolders.h"
 #include "platform/linux/files/LinuxFileManager.h"
 #include "platform/linux/login/AutostartLoginItem.h"
@@ -19,6 +20,7 @@
 #include "platform/linux/session/SessionInput.h"
 #include "platform/linux/session/SessionWatch.h"
 #include "platform/linux/settings/SqliteUserDefaultsProvider.h"
+#include "platform/linux/volumes/LinuxVolumes.h"
 
 #include <QThreadPool>
 
@@ -35,7 +37,7 @@ public:
     LinuxPlatform &operator=(const LinuxPlatform &) = delete;
 
     /// References to the services; this object and those of the toolkit must outlive them.
-    [[nodiscard]] Platform platform(FilePanels &panels, UserInput &input, UrlOpener &opener,
+    [[nodiscard]] Platform platform(FilePanels &panels, UserInput &input, UrlOpener &opener, FileViewer &fileViewer,
                                     const BundleInformation &bundle);
     [[nodiscard]] Clock &clock() { return m_clock; }
     [[nodiscard]] NotificationCenters &notifications() { return m_notifications; }
@@ -64,6 +66,8 @@ private:
     HttpsSession m_urlSession;
     LinuxMachine m_machine;
     DesktopDisplayPreferences m_display;
+    NotificationService m_desktopNotifications;
+    LinuxVolumes m_volumes;
 };
 
 } // namespace quillhaven
