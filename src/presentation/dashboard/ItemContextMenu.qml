@@ -9,7 +9,14 @@ PopMenu {
     id: menu
 
     property FinderRowView row: null
+    property string itemId
     readonly property bool canAct: row !== null && !row.isBusy
+
+    function openFor(ofRow, place, x, y) {
+        row = ofRow
+        itemId = ofRow.itemId
+        popup(place, x, y)
+    }
 
     onRowChanged: if (!row) close()
 
@@ -23,20 +30,20 @@ PopMenu {
     PopMenuItem {
         text: "Reveal in Finder"
         symbol: "folder.badge.plus"
-        onChosen: menu.row.actions.revealInFinder(menu.row.itemId)
+        onChosen: menu.row.actions.revealInFinder(menu.itemId)
     }
 
     PopMenuItem {
         text: "Copy Path"
         symbol: "doc.on.clipboard"
-        onChosen: menu.row.actions.copyPathToClipboard(menu.row.itemId)
+        onChosen: menu.row.actions.copyPathToClipboard(menu.itemId)
     }
 
     PopMenuItem {
         text: "Duplicate as Encrypted Copy"
         symbol: "plus.square.on.square"
         enabled: menu.canAct
-        onChosen: menu.row.actions.duplicateAsEncryptedCopy(menu.row.itemId)
+        onChosen: menu.row.actions.duplicateAsEncryptedCopy(menu.itemId)
     }
 
     PopMenuItem {
@@ -45,13 +52,13 @@ PopMenu {
         symbol: "trash.fill"
         ink: Colors.error
         enabled: menu.canAct
-        onChosen: menu.row.actions.askToDelete(menu.row.itemId)
+        onChosen: menu.row.actions.askToDelete(menu.itemId)
     }
 
     PopMenuItem {
         text: "Remove Protection"
         symbol: "minus.circle.fill"
         enabled: menu.canAct
-        onChosen: menu.row.remove(menu.row.itemId)
+        onChosen: menu.row.remove(menu.itemId)
     }
 }

@@ -115,15 +115,18 @@ Rectangle {
                 target: area.dashboard.items
                 function onOrderAboutToChange() { list.keptId = list.keptId || area.dashboard.items.idAt(list.currentIndex) }
                 function onOrderChanged() { list.keepPlace() }
+                function onItemsChanged() {
+                    if (list.menu?.visible && area.dashboard.items.rowOf(list.menu.itemId) < 0)
+                        list.menu.close()
+                }
             }
 
             property ItemContextMenu menu: null
 
             function openMenu(row, x, y) {
                 menu = menu ?? menuOfRow.createObject(list)
-                menu.row = row
                 const point = list.mapFromItem(row, x, y)
-                menu.popup(list, point.x, point.y)
+                menu.openFor(row, list, point.x, point.y)
             }
 
             Component { id: menuOfRow; ItemContextMenu { } }

@@ -118,6 +118,8 @@ TEST_F(RowWindow, AClickInTheSelectionModeNeverReveals)
     started().dashboard.selection()->toggleSelectionMode();
     doubleClick(QStringLiteral("bravo.png"));
     EXPECT_TRUE(services.fileViewer.shown.isEmpty());
+    started().dashboard.selection()->clearSelection();
+    started().dashboard.selection()->toggleSelectionMode();
     QTest::mouseClick(shown().window(), Qt::LeftButton, Qt::NoModifier, middleOf(QStringLiteral("alpha.txt")));
     spinOnce();
     EXPECT_EQ(namesOf(started().dashboard.selection()->getSelectedItems()), QStringList{QStringLiteral("alpha.txt")});
@@ -170,13 +172,13 @@ TEST_F(RowWindow, TheAutoLockCardAndItsGearOpenThePreferences)
 TEST_F(RowWindow, KeysOpenThePanelAndTheListOfShortcuts)
 {
     shown();
+    press(Qt::Key_N, Qt::ControlModifier);
+    DashboardHarness::settle();
+    EXPECT_EQ(services.panels.requests.size(), 1);
     press(Qt::Key_F1);
     EXPECT_TRUE(eventuallyShows("Keyboard Shortcuts"));
     press(Qt::Key_Escape);
     EXPECT_FALSE(sheets().keyboardShortcuts()->isPresented());
-    press(Qt::Key_N, Qt::ControlModifier);
-    DashboardHarness::settle();
-    EXPECT_EQ(services.panels.requests.size(), 1);
 }
 
 TEST_F(RowWindow, TheIntroductionIsShownInTheWindowUntilItWasRead)
