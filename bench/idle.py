@@ -59,6 +59,7 @@ def measure(title, pids, seconds, during=lambda: None):
 def main():
     seconds = int(sys.argv[2]) if len(sys.argv) > 2 else 60
     home = Home()
+    home.mark_as_introduced()
     panel = Panel().start()
     program = Program(os.path.abspath(sys.argv[1]), home, ['--login-item'])
     try:

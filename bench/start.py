@@ -102,6 +102,8 @@ def store_catalogue(program, home, json_bytes):
         table = connection.execute("select name from sqlite_master where type = 'table'").fetchone()[0]
         connection.execute("insert or replace into %s (key, type, value) values ('ProtectedItems', 'data', ?)" % table,
                            (json_bytes,))
+        connection.execute("insert or replace into %s (key, type, value) values ('hasCompletedOnboarding', 'bool', '1')"
+                           % table)
 
 
 def main():

@@ -115,7 +115,7 @@ class Shredding(WindowTest):
 
     def test_an_item_is_destroyed_after_it_was_fully_confirmed(self):
         item = self.home.item(self.letter)
-        flows.press_in_row(self.program, "letter.txt", "Secure Shred")
+        flows.ask_to_shred(self.program, "letter.txt")
         self.program.says("Permanent Deletion Warning")
         # A press before everything is confirmed does nothing: the dialog stays open.
         self.program.press(BUTTON, SHRED)
@@ -137,7 +137,7 @@ class Shredding(WindowTest):
         self.assertNotIn(item["id"], self.keyring.entries())
 
     def test_escape_closes_the_dialog_and_keeps_the_item(self):
-        flows.press_in_row(self.program, "letter.txt", "Secure Shred")
+        flows.ask_to_shred(self.program, "letter.txt")
         self.program.find(FIELD, PHRASE_FIELD).focus()
         type_text("shred permanently")
         key("Return")

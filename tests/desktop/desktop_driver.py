@@ -27,6 +27,7 @@ CARD = BUTTON
 DIALOG = "dialog"
 FIELD = "text"
 LABEL = "label"
+MENU_ITEM = "menu item"
 NOTICE = "alert"
 ROW = "list item"
 SPIN = "spin button"

@@ -80,6 +80,13 @@ def press_in_row(program, name, button):
     found.press()
 
 
+def ask_to_shred(program, name):
+    """Goes from the row of an item to the confirmation of a shred."""
+    press_in_row(program, name, "Secure Shred")
+    program.find(DIALOG, f'Secure delete "{name}"?')
+    program.press(BUTTON, "Secure Delete")
+
+
 def enter_item_password(program, name, password=ITEM_PASSWORD):
     program.says(f"Enter the password for '{name}':")
     program.find(FIELD, "Password").type(password)

@@ -20,6 +20,7 @@ class ProgramWithKeePassXC(KeePassXCTest):
         super().setUp()
         self.home = Home()
         self.addCleanup(self.home.remove)
+        self.home.mark_as_introduced()
 
     def start_program(self):
         program = Program(PROGRAM, self.home)

@@ -16,7 +16,7 @@ from cryptography.hazmat.primitives.hashes import SHA256
 from cryptography.hazmat.primitives.kdf.hkdf import HKDF
 
 import flows
-from desktop_driver import DesktopError, Program, screenshot
+from desktop_driver import BUTTON, DIALOG, DesktopError, Program, screenshot
 from desktop_steps import DesktopSteps
 from home_on_disk import PLACEHOLDER, ROOT, SHARED_DOMAIN, Home, Keyring, differences, picture
 
@@ -95,6 +95,11 @@ class Tour(DesktopSteps):
         self.drafts.chmod(0o750)
         self.before = {path: picture(path) for path in (self.letter, self.drafts)}
         self.program = Program(self._binary, self.home)
+        self.program.find(DIALOG, "Welcome to Quillhaven")
+        self.shot("introduction")
+        self.program.press(BUTTON, "Get Started")
+        self.program.gone(DIALOG, "Welcome to Quillhaven")
+        self.did("read the introduction")
         self.program.find(None, flows.PROTECT)
         self.shot("empty-window")
         self.check(self.home.storage.is_dir(), f"private storage exists: {self.home.storage}")
