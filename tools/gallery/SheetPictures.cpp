@@ -16,6 +16,7 @@
 #include "presentation/dialogs/RemoveProtectionDialogManager.h"
 #include "presentation/dialogs/ShredConfirmationDialogModel.h"
 #include "support/FakeFilePanels.h"
+#include "support/ManualClock.h"
 #include "support/TestPlatform.h"
 
 using namespace quillhaven;
@@ -131,7 +132,8 @@ TEST(SheetPictures, ShredConfirmation)
 
 TEST(SheetPictures, ShredProgress)
 {
-    OperationProgress operation;
+    ManualClock clock;
+    OperationProgress operation(clock);
     DialogScene scene(QStringLiteral("ShredProgressView { operation: scene.operation }"),
                       {{QStringLiteral("operation"), QVariant::fromValue(&operation)}});
     operation.show();
@@ -157,7 +159,8 @@ TEST(SheetPictures, BulkFilePicker)
 
 TEST(SheetPictures, BulkProgress)
 {
-    OperationProgress operation;
+    ManualClock clock;
+    OperationProgress operation(clock);
     DialogScene scene(QStringLiteral("BulkProgressView { operation: scene.operation }"),
                       {{QStringLiteral("operation"), QVariant::fromValue(&operation)}});
     operation.show();

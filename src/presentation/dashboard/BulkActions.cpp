@@ -21,9 +21,10 @@ QString itemCount(qsizetype count)
 
 } // namespace
 
-BulkActions::BulkActions(const DashboardContext &context, FilePanels &panels, QObject *parent)
+BulkActions::BulkActions(const DashboardContext &context, FilePanels &panels, const Clock &clock, QObject *parent)
     : QObject(parent),
       m_context(context),
+      m_progress(clock),
       m_picker(panels, [&manager = context.quillhavenManager](const QStringList &paths) {
           return manager.protectablePaths(paths);
       })

@@ -21,6 +21,7 @@
 namespace quillhaven {
 
 class BusyItems;
+class Clock;
 class FilePanels;
 
 /// The dashboard's operations on several items at once, and their sheets. Each operation is a job on the main thread
@@ -32,7 +33,7 @@ class BulkActions : public QObject
     QML_UNCREATABLE("Part of the dashboard")
 
 public:
-    BulkActions(const DashboardContext &context, FilePanels &panels, QObject *parent = nullptr);
+    BulkActions(const DashboardContext &context, FilePanels &panels, const Clock &clock, QObject *parent = nullptr);
 
     [[nodiscard]] OperationProgress *progress() { return &m_progress; }
     [[nodiscard]] BulkFilePickerModel *picker() { return &m_picker; }

@@ -25,13 +25,13 @@ DashboardViewModel::DashboardViewModel(const Platform &platform, QuillhavenManag
       m_statistics(m_items, m_filters, autoLockManager),
       m_keptAside(quillhavenManager, m_notices),
       m_selection(m_items),
-      m_bulk(context(), platform.panels),
+      m_bulk(context(), platform.panels, platform.clock),
       m_protecting(context(), m_bulk, platform.panels),
       m_dropping(context(), m_protecting, m_bulk),
       m_itemActions(context(), m_bulk),
       m_rowActions(context(), platform),
       m_itemDetails(context(), m_itemActions),
-      m_shredding(context()),
+      m_shredding(context(), platform.clock),
       m_rescue(context(), platform.panels, m_notices, platform.directories.home),
       m_updateBadge(updateManager, platform.opener, m_errors)
 {

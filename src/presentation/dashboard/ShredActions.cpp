@@ -26,7 +26,8 @@ QStringList idsOf(const QList<ProtectedItem> &items)
 
 } // namespace
 
-ShredActions::ShredActions(const DashboardContext &context, QObject *parent) : QObject(parent), m_context(context)
+ShredActions::ShredActions(const DashboardContext &context, const Clock &clock, QObject *parent)
+    : QObject(parent), m_context(context), m_progress(clock)
 {
     m_confirmation.onConfirm = [this] { performShredOperation(); };
     m_confirmation.onCancel = [this] { forgetAll(); };

@@ -15,6 +15,8 @@
 
 namespace quillhaven {
 
+class Clock;
+
 /// Shreds items for the dashboard: the items to be shredded, the confirmation, and the job. Main thread only.
 class ShredActions : public QObject
 {
@@ -23,7 +25,7 @@ class ShredActions : public QObject
     QML_UNCREATABLE("Part of the dashboard")
 
 public:
-    explicit ShredActions(const DashboardContext &context, QObject *parent = nullptr);
+    ShredActions(const DashboardContext &context, const Clock &clock, QObject *parent = nullptr);
 
     [[nodiscard]] ShredConfirmationDialogModel *confirmation() { return &m_confirmation; }
     [[nodiscard]] OperationProgress *progress() { return &m_progress; }

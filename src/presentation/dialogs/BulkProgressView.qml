@@ -35,6 +35,15 @@ Sheet {
         Accessible.role: Accessible.StatusBar
     }
 
+    TextLabel {
+        Layout.fillWidth: true
+        visible: text !== ""
+        text: sheet.operation.timeLeft
+        font: Typography.settingDescription
+        color: Colors.textSecondary
+        horizontalAlignment: Text.AlignHCenter
+    }
+
     buttons: SecondaryButton {
         Layout.fillWidth: true
         text: "Cancel"

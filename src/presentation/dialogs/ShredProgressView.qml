@@ -23,7 +23,7 @@ Sheet {
     symbolColor: Colors.error
     symbolCircle: Metrics.largeSheetSymbolCircle
     symbolPulses: true
-    onEscapePressed: if (canCancel) cancelled()
+    onEscapePressed: canCancel ? cancelled() : operation.hideBeforeBeginning()
 
     TextLabel {
         Layout.fillWidth: true
@@ -52,6 +52,13 @@ Sheet {
             font: Typography.settingDescription
             color: Colors.textSecondary
             Accessible.ignored: true
+        }
+
+        TextLabel {
+            visible: text !== ""
+            text: sheet.operation.timeLeft
+            font: Typography.settingDescription
+            color: Colors.textSecondary
         }
 
         TextLabel {

@@ -12,6 +12,7 @@
 #include "support/TemporaryHome.h"
 
 #include "platform/FileError.h"
+#include "support/ManualClock.h"
 
 #include <QDir>
 
@@ -126,7 +127,8 @@ TEST_F(ShredConfirmation, NextQuestionStartsEmpty)
 
 TEST(OperationProgress, PercentIsRoundedDown)
 {
-    OperationProgress operation;
+    ManualClock clock;
+    OperationProgress operation(clock);
     operation.report(u("Shredding"), 0.999);
     EXPECT_EQ(operation.percent(), 99);
     operation.report(u("Shredding"), 1.0);
@@ -135,7 +137,8 @@ TEST(OperationProgress, PercentIsRoundedDown)
 
 TEST(OperationProgress, ProgressIsLimitedToItsRange)
 {
-    OperationProgress operation;
+    ManualClock clock;
+    OperationProgress operation(clock);
     operation.report(u("Preparing"), std::numeric_limits<double>::quiet_NaN());
     EXPECT_EQ(operation.progress(), 0);
     EXPECT_EQ(operation.percent(), 0);
@@ -145,9 +148,52 @@ TEST(OperationProgress, ProgressIsLimitedToItsRange)
     EXPECT_EQ(operation.percent(), 0);
 }
 
+TEST(OperationProgress, TimeLeftIsEstimatedFromTheFirstReportOn)
+{
+    using namespace std::chrono_literals;
+    ManualClock clock;
+    OperationProgress operation(clock);
+    operation.show();
+    clock.advance(5min); // the user is asked for a password meanwhile
+    operation.report(u("Locking"), 0);
+    clock.advance(2s);
+    operation.report(u("Locking"), 0.01);
+    EXPECT_EQ(operation.timeLeft(), QString()) << "too early to say";
+    clock.advance(8s);
+    operation.report(u("Locking"), 0.05);
+    EXPECT_EQ(operation.timeLeft(), u("About 3 minutes left"));
+    operation.report(u("Locking"), 0.001);
+    EXPECT_EQ(operation.timeLeft(), u("About 3 hours left"));
+    operation.report(u("Locking"), 0.14);
+    EXPECT_EQ(operation.timeLeft(), u("About a minute left"));
+    operation.report(u("Locking"), 0.25);
+    EXPECT_EQ(operation.timeLeft(), u("Less than a minute left"));
+    operation.report(u("Locking"), 0.75);
+    EXPECT_EQ(operation.timeLeft(), u("A few seconds left"));
+    operation.report(u("Locking"), 1);
+    EXPECT_EQ(operation.timeLeft(), QString());
+    operation.show();
+    EXPECT_EQ(operation.timeLeft(), QString());
+}
+
+TEST(OperationProgress, OnlyASheetWhoseOperationHasNotBegunCanBeLeft)
+{
+    ManualClock clock;
+    OperationProgress operation(clock);
+    operation.show();
+    operation.report(u("Shredding"), 0);
+    operation.hideBeforeBeginning();
+    EXPECT_TRUE(operation.isPresented());
+    operation.hide();
+    operation.show();
+    operation.hideBeforeBeginning();
+    EXPECT_FALSE(operation.isPresented());
+}
+
 TEST(OperationProgress, ReportAfterTheUserClosedTheSheetDoesNotReopenIt)
 {
-    OperationProgress operation;
+    ManualClock clock;
+    OperationProgress operation(clock);
     operation.report(u("old"), 0.5);
     operation.show();
     EXPECT_TRUE(operation.isPresented());
@@ -161,7 +207,8 @@ TEST(OperationProgress, ReportAfterTheUserClosedTheSheetDoesNotReopenIt)
 
 TEST(OperationProgress, EarlierOperationDoesNotChangeTheSheetOfALaterOne)
 {
-    OperationProgress progress;
+    ManualClock clock;
+    OperationProgress progress(clock);
     auto earlier = std::make_unique<ShownOperation>(progress);
     earlier->callback()(u("Locking a.txt..."), 0.5);
     EXPECT_EQ(progress.message(), u("Locking a.txt..."));

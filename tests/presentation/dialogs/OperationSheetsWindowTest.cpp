@@ -10,6 +10,7 @@
 #include "presentation/dialogs/RecoveryDialogManager.h"
 #include "presentation/dialogs/ShredConfirmationDialogModel.h"
 #include "support/FakeFilePanels.h"
+#include "support/ManualClock.h"
 
 using namespace quillhaven;
 using namespace quillhaven::test;
@@ -130,7 +131,8 @@ TEST_F(ShredConfirmationWindow, LongListOfNamesCanBeScrolledWithTheKeyboard)
 
 TEST(ShredProgressWindow, ShowsItsStateAndCannotBeClosed)
 {
-    OperationProgress operation;
+    ManualClock clock;
+    OperationProgress operation(clock);
     DialogScene scene(QStringLiteral("ShredProgressView { operation: scene.operation }"),
                       {{QStringLiteral("operation"), QVariant::fromValue(&operation)}});
     operation.show();
@@ -157,7 +159,8 @@ TEST(ShredProgressWindow, ShowsItsStateAndCannotBeClosed)
 
 TEST(ShredProgressWindow, CanBeCancelledIfTheOwnerAllowsIt)
 {
-    OperationProgress operation;
+    ManualClock clock;
+    OperationProgress operation(clock);
     DialogScene scene(QStringLiteral("ShredProgressView { operation: scene.operation; canCancel: true\n"
                                      "onCancelled: operation.hide() }"),
                       {{QStringLiteral("operation"), QVariant::fromValue(&operation)}});
@@ -169,7 +172,8 @@ TEST(ShredProgressWindow, CanBeCancelledIfTheOwnerAllowsIt)
 
 TEST(BulkProgressWindow, ShowsItsStateAndCloses)
 {
-    OperationProgress operation;
+    ManualClock clock;
+    OperationProgress operation(clock);
     DialogScene scene(QStringLiteral("BulkProgressView { operation: scene.operation }"),
                       {{QStringLiteral("operation"), QVariant::fromValue(&operation)}});
     operation.show();
