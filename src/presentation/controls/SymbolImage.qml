@@ -3,7 +3,7 @@
 import QtQuick
 import Quillhaven.Design
 
-/// A symbol of the icon theme in one colour, crisp at every scale factor.
+/// A symbol in one colour, crisp at every scale factor.
 Item {
     id: symbolImage
 
