@@ -21,6 +21,7 @@
 #include "support/LocalizedError.h"
 
 #include <QApplication>
+#include <QIcon>
 #include <QQuickWindow>
 #include <QScopeGuard>
 #include <QThreadPool>
@@ -84,6 +85,7 @@ int runApplication(int argc, char **argv)
     QApplication::setOrganizationDomain(QStringLiteral("tarnwick.com"));
     QApplication::setApplicationVersion(QStringLiteral(QUILLHAVEN_VERSION));
     QApplication::setDesktopFileName(SingleInstance::busName);
+    QApplication::setWindowIcon(QIcon(QStringLiteral(":/images/logo.svg")));
     QApplication::setQuitOnLastWindowClosed(false);
     chooseRenderer();
     QApplication::setFont(Typography::settingLabel());

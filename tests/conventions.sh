@@ -64,6 +64,13 @@ while read -r file; do
     head -5 "$file" | grep -q 'SPDX-License-Identifier: ' || violation "$file: has no SPDX line."
 done < <(printf '%s\n' "${sources[@]}" "${qml[@]}"; ours '*CMakeLists.txt' '*.cmake' '*.py' '*.sh' run test 'tools/*/run' 'fuzz/run')
 
+# Every symbol that a QML file names has a drawing.
+symbols=$(grep -hE '\b([sS]ymbol|icon): ' "${qml[@]}" | grep -oE '"[a-z0-9.]+"' | tr -d '"' | sort -u)
+[ -n "$symbols" ] || violation "No names of symbols were found: the check itself is broken."
+for symbol in $symbols; do
+    [ -f "src/presentation/tokens/symbols/$symbol.svg" ] || violation "src/presentation/tokens/symbols/$symbol.svg: is missing."
+done
+
 # Tests: each is listed in a target, and none may be skipped. A test that cannot run fails.
 while read -r file; do
     folder=$(dirname "$file")

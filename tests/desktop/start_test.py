@@ -4,6 +4,7 @@
 
 import os
 import re
+import subprocess
 
 import flows
 from desktop_driver import BUTTON, DIALOG, LABEL, NOTICE, key
@@ -43,6 +44,21 @@ class Starting(WindowTest):
                  "✅ Background update check completed"]
         self.program.wait_for_log(steps[-1])
         self.assertEqual([line for line in self.program.log.splitlines() if line in steps], steps)
+
+
+    def test_the_window_has_the_icon_of_the_program(self):
+        self.program.find(BUTTON, flows.PROTECT)
+        self.program.wait_until_active()
+        window = subprocess.run(["xdotool", "getactivewindow"], capture_output=True, text=True, check=True).stdout.strip()
+        printed = subprocess.run(["xprop", "-id", window, "-notype", "-f", "_NET_WM_ICON", "32c", "_NET_WM_ICON"],
+                                 capture_output=True, text=True, check=True).stdout
+        width, height, *pixels = [int(number) & 0xFFFFFFFF for number in re.findall(r"-?\d+", printed.partition("=")[2])]
+        self.assertEqual((width, height), (16, 16))
+        # A blue square with a quill on it.
+        red, green, blue = pixels[1 * width + width // 2].to_bytes(4, "big")[1:]
+        self.assertGreater(blue, red + 80)
+        self.assertGreater(blue, green + 80)
+        self.assertIn(0xFFFFFFFF, pixels[:width * height])
 
 
 class WhatIsKept(WindowTest):

@@ -37,20 +37,27 @@ CheckBox {
     contentItem: RowLayout {
         spacing: Spacing.sm
 
-        Rectangle {
+        Item {
             implicitWidth: box.boxSize
             implicitHeight: box.boxSize
-            radius: box.isRound ? height / 2 : DesignSystem.cornerRadiusSmall
-            color: box.ticked ? Colors.primary : Colors.clear
-            border.width: box.ticked && !Colors.isHighContrast ? 0 : 2
-            border.color: box.hovered ? Colors.primaryAccent : Colors.iconMuted
+
+            // Seen through the tick, which is a hole in the symbol.
+            Rectangle {
+                anchors.centerIn: parent
+                width: parent.width * 0.7
+                height: width
+                radius: height / 2
+                visible: box.ticked && !Colors.isHighContrast
+                color: Colors.textPrimary
+            }
 
             SymbolImage {
                 anchors.centerIn: parent
-                visible: box.ticked
                 symbol: box.symbol
-                size: box.boxSize * 0.7
-                color: Colors.textPrimary
+                // The shape fills the box; the padding of the drawing is outside it.
+                size: box.boxSize * 1.2
+                color: box.ticked ? (Colors.isHighContrast ? Colors.textPrimary : Colors.primary)
+                                  : box.hovered ? Colors.primaryAccent : Colors.iconMuted
             }
         }
 

@@ -36,18 +36,7 @@ Rectangle {
             Layout.bottomMargin: Spacing.lg
             spacing: Spacing.md
 
-            PrimaryGradient {
-                Layout.preferredWidth: Spacing.minTouchTarget
-                Layout.preferredHeight: Spacing.minTouchTarget
-                radius: DesignSystem.cornerRadiusLarge
-
-                SymbolImage {
-                    anchors.centerIn: parent
-                    symbol: "lock.shield.fill"
-                    size: Metrics.symbolRow
-                    color: Colors.textPrimary
-                }
-            }
+            CrispImage { source: "qrc:/images/logo.svg"; size: Spacing.minTouchTarget }
 
             ColumnLayout {
                 Layout.fillWidth: true

@@ -50,14 +50,7 @@ FocusScope {
             Layout.bottomMargin: Spacing.sm
             spacing: Spacing.sm
 
-            Image {
-                Layout.preferredWidth: Metrics.symbolRow
-                Layout.preferredHeight: Metrics.symbolRow
-                source: "qrc:/images/logo.svg"
-                sourceSize.width: Metrics.symbolRow * Screen.devicePixelRatio
-                sourceSize.height: Metrics.symbolRow * Screen.devicePixelRatio
-                Accessible.ignored: true
-            }
+            CrispImage { source: "qrc:/images/logo.svg"; size: Metrics.symbolRow }
 
             ColumnLayout {
                 Layout.fillWidth: true

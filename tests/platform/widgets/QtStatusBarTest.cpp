@@ -209,5 +209,26 @@ TEST(TemplateIcon, CanBeSeenOnALightAndOnADarkBar)
     EXPECT_GT(dark, 40);
 }
 
+TEST(TemplateIcon, IsCentredWithRoomForItsEdgeAtEverySize)
+{
+    for (const int size : {16, 22, 24, 32, 48}) {
+        const QImage image = templateIcon(QStringLiteral("menubarIcon")).pixmap(size, size).toImage();
+        ASSERT_EQ(image.size(), QSize(size, size));
+        QRect shape;
+        for (int y = 0; y < size; ++y) {
+            for (int x = 0; x < size; ++x) {
+                const QColor color = image.pixelColor(x, y);
+                if (color.alpha() > 180 && color.lightness() > 200) {
+                    shape |= QRect(x, y, 1, 1);
+                }
+            }
+        }
+        EXPECT_TRUE(image.rect().adjusted(1, 1, -1, -1).contains(shape)) << size;
+        EXPECT_NEAR(QRectF(shape).center().x(), size / 2.0, 1.5) << size;
+        EXPECT_NEAR(QRectF(shape).center().y(), size / 2.0, 1.5) << size;
+        EXPECT_GE(shape.height(), size * 2 / 3) << size;
+    }
+}
+
 } // namespace
 } // namespace quillhaven
