@@ -14,6 +14,7 @@
 #include "platform/widgets/QtFilePanels.h"
 #include "platform/widgets/QtUrlOpener.h"
 #include "platform/widgets/QtUserInput.h"
+#include "presentation/tokens/Design.h"
 #include "presentation/tokens/PanelPalette.h"
 #include "presentation/tokens/Typography.h"
 #include "shell/ProcessProtection.h"
@@ -21,6 +22,7 @@
 #include "support/LocalizedError.h"
 
 #include <QApplication>
+#include <QLocale>
 #include <QQuickWindow>
 #include <QScopeGuard>
 #include <QThreadPool>
@@ -36,6 +38,23 @@ void chooseRenderer()
     if (qEnvironmentVariableIsEmpty("QT_QUICK_BACKEND") && qEnvironmentVariableIsEmpty("QSG_RHI_BACKEND")) {
         QQuickWindow::setGraphicsApi(QSGRendererInterface::Software);
     }
+}
+
+/// The layout runs in the direction of the user's language. The toolkit by itself knows it only from its translations.
+void chooseLayoutDirection()
+{
+    const QStringList languages = QLocale::system().uiLanguages();
+    if (!languages.isEmpty() && QLocale(languages.constFirst()).textDirection() == Qt::RightToLeft) {
+        QGuiApplication::setLayoutDirection(Qt::RightToLeft);
+    }
+}
+
+/// The panels, which are widgets, follow the size of text that the user wants, for as long as `context` exists.
+void followTextSize(const DisplayPreferences &display, QObject *context)
+{
+    const auto follow = [&display] { QApplication::setFont(Typography::settingLabel(shownTextScale(display))); };
+    QObject::connect(&display, &DisplayPreferences::changed, context, follow);
+    follow();
 }
 
 /// What the build says of the program.
@@ -65,6 +84,7 @@ int startAndRun()
         QThreadPool::globalInstance()->waitForDone();
     });
     const Platform platform = services.platform(panels, input, opener, fileViewer, bundleInformation());
+    followTextSize(platform.display, &presence);
     installPlatform(platform, presence, QCoreApplication::arguments());
     RunningProgram program(platform, instance, presence, [&services] {
         startJob([&services] { return services.openLinks(QStringLiteral("quillhaven")); });
@@ -86,6 +106,7 @@ int runApplication(int argc, char **argv)
     QApplication::setDesktopFileName(SingleInstance::busName);
     QApplication::setQuitOnLastWindowClosed(false);
     chooseRenderer();
+    chooseLayoutDirection();
     QApplication::setFont(Typography::settingLabel());
     for (;;) {
         QString failure;

@@ -24,7 +24,7 @@ Button {
     /// The part of the text that is drawn, if a symbol replaces the rest.
     property string shownText: text
 
-    implicitHeight: DesignSystem.buttonHeight
+    implicitHeight: Math.max(DesignSystem.buttonHeight, implicitContentHeight + 2 * Spacing.sm)
     implicitWidth: Math.max(implicitContentWidth + leftPadding + rightPadding, Metrics.buttonMinimumWidth)
     leftPadding: Spacing.lg
     rightPadding: Spacing.lg

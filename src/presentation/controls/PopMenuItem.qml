@@ -21,7 +21,7 @@ MenuItem {
         chosen()
     }
 
-    implicitHeight: Metrics.menuRowHeight
+    implicitHeight: Math.max(Metrics.menuRowHeight, implicitContentHeight + 2 * Spacing.sm)
     font: Typography.settingLabel
     onTriggered: choose()
     Accessible.name: text

@@ -7,7 +7,7 @@ import Quillhaven.Design
 InputField {
     id: field
 
-    implicitHeight: DesignSystem.buttonHeight
+    implicitHeight: Math.max(DesignSystem.buttonHeight, contentHeight + 2 * Spacing.sm)
     leftPadding: Spacing.xl + Spacing.md
     rightPadding: Spacing.xl + Spacing.md
     font: Typography.settingLabel

@@ -67,6 +67,7 @@ Item {
                     textFormat: Text.PlainText
                     font: Typography.settingTitle
                     color: Colors.textPrimary
+                    horizontalAlignment: Text.AlignLeft
                     wrapMode: Text.Wrap
                     Accessible.ignored: true
                 }
@@ -78,6 +79,7 @@ Item {
                     textFormat: Text.PlainText
                     font: Typography.settingDescription
                     color: Colors.textSecondary
+                    horizontalAlignment: Text.AlignLeft
                     wrapMode: Text.Wrap
                     Accessible.ignored: true
                 }

@@ -8,6 +8,8 @@ import QtQuick.Layouts
 Flickable {
     id: scroller
 
+    /// The column is at least as high as this view, for what fills the rest.
+    property bool fills: false
     default property alias items: column.data
     property alias spacing: column.spacing
     /// Room on each side for the rings around the outermost controls.
@@ -15,8 +17,8 @@ Flickable {
     readonly property Item focusedItem: Window.activeFocusItem
 
     implicitWidth: column.implicitWidth + 2 * edge
-    implicitHeight: contentHeight
-    contentHeight: column.implicitHeight + 2 * edge
+    implicitHeight: column.implicitHeight + 2 * edge
+    contentHeight: column.height + 2 * edge
     interactive: contentHeight > height
     boundsBehavior: Flickable.StopAtBounds
     clip: interactive
@@ -56,5 +58,6 @@ Flickable {
         x: scroller.edge
         y: scroller.edge
         width: scroller.width - 2 * scroller.edge
+        height: scroller.fills ? Math.max(implicitHeight, scroller.height - 2 * scroller.edge) : implicitHeight
     }
 }

@@ -17,6 +17,8 @@ Item {
 
     readonly property string colorCode: hexByte(color.a) + hexByte(color.r) + hexByte(color.g) + hexByte(color.b)
 
+    readonly property bool hasDirection: ["chevron.right", "arrow.uturn.backward"].includes(symbol)
+
     readonly property real scaleFactor: Screen.devicePixelRatio
     /// The size in pixels of the screen, always a whole number even if the scale factor is not.
     readonly property int devicePixels: Math.round(size * scaleFactor)
@@ -29,6 +31,7 @@ Item {
         anchors.centerIn: parent
         width: symbolImage.devicePixels / symbolImage.scaleFactor
         height: width
+        mirror: symbolImage.hasDirection && symbolImage.LayoutMirroring.enabled
         sourceSize.width: symbolImage.devicePixels
         sourceSize.height: symbolImage.devicePixels
         source: symbolImage.symbol === "" ? "" : "image://symbols/" + symbolImage.symbol + "/" + symbolImage.colorCode

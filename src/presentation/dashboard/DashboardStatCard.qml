@@ -21,7 +21,8 @@ Rectangle {
 
     Layout.fillWidth: true
     Layout.preferredWidth: 1
-    implicitHeight: isCompact ? Metrics.compactStatCardHeight : Metrics.statCardHeight
+    implicitHeight: Math.max(isCompact ? Metrics.compactStatCardHeight : Metrics.statCardHeight,
+                             content.implicitHeight + 2 * content.anchors.margins)
     radius: DesignSystem.cornerRadiusLarge
     color: Colors.cardBackground
     border.width: isPrimary ? 0 : 1
@@ -42,6 +43,8 @@ Rectangle {
     }
 
     ColumnLayout {
+        id: content
+
         anchors.fill: parent
         anchors.margins: card.isCompact ? Spacing.md : Spacing.lg
         spacing: 0
@@ -53,6 +56,7 @@ Rectangle {
             Text {
                 Layout.fillWidth: true
                 text: card.value
+                horizontalAlignment: Text.AlignLeft
                 color: Colors.textPrimary
                 font.pixelSize: card.isCompact ? Typography.titleSize : Typography.largeTitleSize
                 font.weight: Font.DemiBold
@@ -81,6 +85,9 @@ Rectangle {
             text: card.title
             color: card.isPrimary ? Colors.textPrimary : Colors.textSecondary
             font.pixelSize: card.isCompact ? Typography.footnoteSize : Typography.subheadlineSize
+            horizontalAlignment: Text.AlignLeft
+            wrapMode: Text.Wrap
+            maximumLineCount: 3
             elide: Text.ElideRight
             Accessible.ignored: true
         }

@@ -15,6 +15,8 @@ Rectangle {
     required property DashboardViewModel dashboard
     property string title: "Quillhaven"
     readonly property bool isNarrow: width < Metrics.narrowToolbar
+    /// There is no room for all texts, even in a window of the least width.
+    readonly property bool isTight: width < Metrics.narrowBar
 
     signal preferencesWanted
 
@@ -37,6 +39,7 @@ Rectangle {
             spacing: Spacing.md
 
             PrimaryGradient {
+                visible: !toolbar.isTight
                 Layout.preferredWidth: Spacing.minTouchTarget
                 Layout.preferredHeight: Spacing.minTouchTarget
                 radius: DesignSystem.cornerRadiusLarge
@@ -95,6 +98,7 @@ Rectangle {
 
             SecondaryButton {
                 text: "Bulk Protect"
+                showsText: !toolbar.isTight
                 symbol: "square.stack.3d.up.fill"
                 helpText: "Protect multiple files and folders at once"
                 Accessible.description: "Opens bulk file picker to protect multiple items"

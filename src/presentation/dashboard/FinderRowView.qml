@@ -49,7 +49,7 @@ FocusScope {
         (isInSelectionMode ? mark : toggleButton).focus = true
     }
 
-    implicitHeight: Metrics.listRowHeight
+    implicitHeight: Math.max(Metrics.listRowHeight, texts.implicitHeight + 2 * Spacing.sm)
     Accessible.role: Accessible.ListItem
     Accessible.name: accessibleText
     Accessible.description: accessibleDescription
@@ -131,6 +131,8 @@ FocusScope {
         }
 
         ColumnLayout {
+            id: texts
+
             Layout.fillWidth: true
             spacing: 2
 
@@ -173,6 +175,7 @@ FocusScope {
                     text: "Path copied to clipboard"
                     color: Colors.success
                     font.pixelSize: Typography.footnoteSize
+                    horizontalAlignment: Text.AlignLeft
                     elide: Text.ElideRight
                 }
             }

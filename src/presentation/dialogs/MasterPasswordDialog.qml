@@ -35,7 +35,7 @@ Sheet {
         id: field
 
         Layout.fillWidth: true
-        Layout.minimumWidth: Math.min(Metrics.sheetFieldWidth, dialog.bodyRoom)
+        Layout.minimumWidth: dialog.fieldWidth
         label: "Master Password"
         prompt: "Enter password"
         onAccepted: dialog.handleAuthenticate()

@@ -8,14 +8,18 @@ import Quillhaven.Design
 FilledButton {
     id: button
 
-    implicitHeight: Metrics.popoverFooterHeight
+    implicitHeight: Math.max(Metrics.popoverFooterHeight, implicitContentHeight)
     leftPadding: 0
     rightPadding: 0
     fill: Colors.clear
     hoverBrightness: Metrics.tintOpacity
 
     contentItem: Item {
+        implicitHeight: face.implicitHeight
+
         Column {
+            id: face
+
             anchors.centerIn: parent
 
             SymbolImage {

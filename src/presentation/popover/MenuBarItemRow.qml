@@ -23,7 +23,7 @@ Item {
 
     signal toggleLock
 
-    implicitHeight: Metrics.popoverRowHeight
+    implicitHeight: Math.max(Metrics.popoverRowHeight, texts.implicitHeight + Spacing.md)
     Accessible.role: Accessible.ListItem
     Accessible.name: accessibleText
     Accessible.description: accessibleDescription
@@ -66,6 +66,8 @@ Item {
         }
 
         ColumnLayout {
+            id: texts
+
             Layout.fillWidth: true
             spacing: 0
 

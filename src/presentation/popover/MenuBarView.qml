@@ -177,7 +177,7 @@ FocusScope {
             Keys.onReturnPressed: pressCurrent()
             Keys.onEnterPressed: pressCurrent()
             Keys.onPressed: (event) => {
-                const page = Math.max(1, Math.floor(height / Metrics.popoverRowHeight) - 1)
+                const page = Math.max(1, Math.floor(height / (currentItem?.height ?? height)) - 1)
                 const targets = { [Qt.Key_Home]: 0, [Qt.Key_End]: count - 1,
                                   [Qt.Key_PageUp]: currentIndex - page, [Qt.Key_PageDown]: currentIndex + page }
                 event.accepted = event.key in targets
@@ -204,7 +204,6 @@ FocusScope {
 
         RowLayout {
             Layout.fillWidth: true
-            Layout.preferredHeight: Metrics.popoverFooterHeight
             Layout.topMargin: 4
             Layout.bottomMargin: 4
             spacing: Spacing.xs

@@ -18,9 +18,9 @@ Sheet {
     presented: preferences.isPresented
     accessibleName: "Settings Modal"
     accessibleHint: "Configure application preferences and security settings"
-    minimumSheetWidth: preferences.modalWidth
-    maximumSheetWidth: preferences.modalWidth
-    implicitHeight: DesignSystem.modalMaxHeight
+    minimumSheetWidth: preferences.modalWidth * Typography.scale
+    maximumSheetWidth: minimumSheetWidth
+    implicitHeight: DesignSystem.modalMaxHeight * Typography.scale
     initialFocusItem: frame
     onSelectedChanged: scrollToTop()
     onEscapePressed: preferences.handleCloseAttempt()
