@@ -4,6 +4,7 @@
 // window.
 
 #include "Stage.h"
+#include "presentation/tokens/Typography.h"
 
 #include <QDir>
 
@@ -49,6 +50,7 @@ class Gallery : public Stage, public ::testing::WithParamInterface<Scene>
 TEST_P(Gallery, Draw)
 {
     services.display.setValues(wishes());
+    QGuiApplication::setFont(Typography::settingLabel(wishes().textScale));
     GetParam().setUp(*this);
     DashboardHarness::settle();
     draw(QString::fromUtf8(GetParam().name), sizes());

@@ -110,8 +110,8 @@ void showLostItems(Stage &stage)
 void showPreferences(Stage &stage, PreferencesSectionType::Case section)
 {
     QDir().mkpath(stage.services.home.path(QStringLiteral(".local/share/cloud/iCloud~com~tarnwick~quillhaven")));
-    stage.preferences().model.show();
-    stage.preferences().model.setSelectedSection(section);
+    stage.sheets().preferences()->show();
+    stage.sheets().preferences()->setSelectedSection(section);
 }
 
 void confirm(Stage &stage, bool isDestructive)

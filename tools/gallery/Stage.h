@@ -12,20 +12,25 @@ namespace quillhaven::test {
 class Stage : public DashboardWindow
 {
 public:
-    using DashboardWindow::preferences;
     using DashboardWindow::press;
     using DashboardWindow::services;
-    using DashboardWindow::sheets;
     using DashboardWindow::started;
     using DashboardWindow::tabToList;
 
     /// Stores another list. Only before the first other call.
     void store(const QList<ProtectedItem> &items) { storeCatalogue(services, items); }
+    /// The models of the sheets in the main window, which is shown first.
+    SheetModels &sheets()
+    {
+        shown();
+        return DashboardWindow::sheets();
+    }
     /// Shows the popover in place of the main window.
     void openPopover()
     {
+        bringForward = [] {};
         m_menuBar.emplace(started(), services);
-        m_popover = makePopoverWindow(engine(), m_menuBar->model, sheets());
+        m_popover = makePopoverWindow(engine(), m_menuBar->model, DashboardWindow::sheets());
         m_popover->show();
     }
     /// Saves a picture for each of the sizes; of the popover, one picture.
