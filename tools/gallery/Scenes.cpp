@@ -186,7 +186,10 @@ const QList<Scene> &allScenes()
         {"deceiving_names", deceivingNames},
         {"notices", showNotices},
         {"update", offerUpdate},
-        {"method", [](Stage &stage) { (void)stage.sheets().protectionMethodDialogManager()->ask({}); }},
+        {"method",
+         [](Stage &stage) {
+             (void)stage.sheets().protectionMethodDialogManager()->ask(QStringLiteral("Protect will.pdf"));
+         }},
         {"confirmation", [](Stage &stage) { confirm(stage, false); }},
         {"confirmation_destructive", [](Stage &stage) { confirm(stage, true); }},
         {"removal",

@@ -17,7 +17,7 @@ Switch {
     padding: 0
     spacing: Spacing.sm
     hoverEnabled: true
-    opacity: enabled ? 1 : Metrics.disabledOpacity
+    opacity: enabled ? 1 : Colors.disabledOpacity
     font: Typography.settingLabel
     Accessible.role: Accessible.CheckBox
     Accessible.name: text

@@ -31,7 +31,7 @@ MenuItem {
     indicator: null
     contentItem: Row {
         spacing: Spacing.sm
-        opacity: entry.enabled ? 1 : Metrics.disabledOpacity
+        opacity: entry.enabled ? 1 : Colors.disabledOpacity
 
         SymbolImage {
             anchors.verticalCenter: parent.verticalCenter

@@ -25,7 +25,7 @@ Item {
     implicitWidth: layout.implicitWidth + Spacing.md * 2
     implicitHeight: Math.max(Spacing.minTouchTarget, layout.implicitHeight + Spacing.sm * 2)
     enabled: isEnabled
-    opacity: isEnabled ? 1 : Metrics.disabledOpacity
+    opacity: isEnabled ? 1 : Colors.disabledOpacity
     Accessible.role: Accessible.Grouping
     Accessible.name: title
     Accessible.description: accessibilityHint !== "" ? accessibilityHint : description

@@ -21,7 +21,7 @@ SpinBox {
     editable: true
     valueFromText: (text, locale) => text === "" ? value : Number.fromLocaleString(locale, text)
     font: Typography.settingLabel
-    opacity: enabled ? 1 : Metrics.disabledOpacity
+    opacity: enabled ? 1 : Colors.disabledOpacity
 
     contentItem: TextInput {
         text: stepper.displayText

@@ -20,6 +20,7 @@ Rectangle {
     readonly property bool isHovered: hover.hovered
 
     Layout.fillWidth: true
+    Layout.fillHeight: true // as high as the others
     Layout.preferredWidth: 1
     implicitHeight: Math.max(isCompact ? Metrics.compactStatCardHeight : Metrics.statCardHeight,
                              content.implicitHeight + 2 * content.anchors.margins)
@@ -72,7 +73,7 @@ Rectangle {
                 SymbolImage {
                     anchors.centerIn: parent
                     symbol: card.icon
-                    size: card.isCompact ? Metrics.symbolText : Metrics.symbolEntry
+                    size: Math.min(card.isCompact ? Metrics.symbolText : Metrics.symbolEntry, parent.height - Spacing.md)
                     color: card.isPrimary ? Colors.textPrimary : card.iconColor
                 }
             }

@@ -25,7 +25,7 @@ Rectangle {
 
     /// The least height at which the list is of use.
     implicitHeight: isEmpty ? (noResults.visible ? noResults.implicitHeight : empty.implicitHeight) + 2 * Spacing.sm
-                            : Metrics.listHeight
+                            : content.implicitHeight + 2
     radius: DesignSystem.cornerRadiusLarge
     color: Colors.cardBackground
     border.width: 1
@@ -68,6 +68,8 @@ Rectangle {
     }
 
     ColumnLayout {
+        id: content
+
         anchors.fill: parent
         anchors.margins: 1
         spacing: 0
@@ -97,6 +99,7 @@ Rectangle {
         ListView {
             id: list
 
+            implicitHeight: Metrics.listHeight
             Layout.fillWidth: true
             Layout.fillHeight: true
             clip: true

@@ -54,8 +54,8 @@ Item {
         spacing: Spacing.sm
 
         Item {
-            Layout.preferredWidth: Metrics.popoverSymbolFrame
-            Layout.preferredHeight: Metrics.popoverSymbolFrame
+            Layout.preferredWidth: Math.max(Metrics.popoverSymbolFrame, Metrics.symbolText)
+            Layout.preferredHeight: Layout.preferredWidth
 
             SymbolImage {
                 anchors.centerIn: parent

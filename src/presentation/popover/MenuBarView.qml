@@ -82,8 +82,8 @@ FocusScope {
             FilledButton {
                 id: plus
 
-                implicitWidth: Metrics.smallButton
-                implicitHeight: Metrics.smallButton
+                implicitWidth: Math.max(Metrics.smallButton, Metrics.symbolText + Spacing.md)
+                implicitHeight: implicitWidth
                 leftPadding: 0
                 rightPadding: 0
                 fill: Colors.clear

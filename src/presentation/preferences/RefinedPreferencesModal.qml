@@ -52,8 +52,8 @@ Sheet {
             IconButton {
                 id: closeButton
 
-                implicitWidth: Metrics.closeButton
-                implicitHeight: Metrics.closeButton
+                implicitWidth: Math.max(Metrics.closeButton, Metrics.symbolControl + Spacing.xs)
+                implicitHeight: implicitWidth
                 symbol: "xmark"
                 helpText: "Close Settings"
                 Accessible.description: "Closes the settings modal. Press Escape key as alternative."

@@ -9,19 +9,19 @@ namespace quillhaven {
 
 /// Sizes of symbols, rows and controls, the sizes at which a screen changes its arrangement, opacities and delays.
 /// Lengths are device-independent pixels. The constants are those of text of the usual size. Of the properties, which
-/// the screens use, those that leave room for text grow with it; a height that is the least one of a control does not,
-/// since the control itself grows with its text.
+/// the screens use, those that leave room for text and those of symbols beside it grow with it; a height that is the
+/// least one of a control does not, since the control itself grows with its text.
 class Metrics : public QObject
 {
     Q_OBJECT
     QML_ELEMENT
     QML_SINGLETON
-    Q_PROPERTY(int symbolTiny MEMBER symbolTiny CONSTANT)
-    Q_PROPERTY(int symbolSmall MEMBER symbolSmall CONSTANT)
-    Q_PROPERTY(int symbolText MEMBER symbolText CONSTANT)
-    Q_PROPERTY(int symbolControl MEMBER symbolControl CONSTANT)
+    Q_PROPERTY(int symbolTiny READ grownSymbolTiny NOTIFY textScaleChanged)
+    Q_PROPERTY(int symbolSmall READ grownSymbolSmall NOTIFY textScaleChanged)
+    Q_PROPERTY(int symbolText READ grownSymbolText NOTIFY textScaleChanged)
+    Q_PROPERTY(int symbolControl READ grownSymbolControl NOTIFY textScaleChanged)
     Q_PROPERTY(int symbolEntry MEMBER symbolEntry CONSTANT)
-    Q_PROPERTY(int symbolStandard MEMBER symbolStandard CONSTANT)
+    Q_PROPERTY(int symbolStandard READ grownSymbolStandard NOTIFY textScaleChanged)
     Q_PROPERTY(int symbolRow MEMBER symbolRow CONSTANT)
     Q_PROPERTY(int symbolLarge MEMBER symbolLarge CONSTANT)
     Q_PROPERTY(int badgeHeight MEMBER badgeHeight CONSTANT)
@@ -39,11 +39,11 @@ class Metrics : public QObject
     Q_PROPERTY(int cardHeight MEMBER cardHeight CONSTANT)
     Q_PROPERTY(int inputHeight MEMBER inputHeight CONSTANT)
     Q_PROPERTY(int smallButton MEMBER smallButton CONSTANT)
-    Q_PROPERTY(int checkBoxSize MEMBER checkBoxSize CONSTANT)
+    Q_PROPERTY(int checkBoxSize READ grownCheckBoxSize NOTIFY textScaleChanged)
     Q_PROPERTY(int menuWidth READ grownMenuWidth NOTIFY textScaleChanged)
     Q_PROPERTY(int wideMenuWidth READ grownWideMenuWidth NOTIFY textScaleChanged)
     Q_PROPERTY(int pickerMinimumWidth READ grownPickerMinimumWidth NOTIFY textScaleChanged)
-    Q_PROPERTY(int buttonMinimumWidth READ grownButtonMinimumWidth NOTIFY textScaleChanged)
+    Q_PROPERTY(int buttonMinimumWidth MEMBER buttonMinimumWidth CONSTANT)
     Q_PROPERTY(int revealButtonWidth READ grownRevealButtonWidth NOTIFY textScaleChanged)
     Q_PROPERTY(int firstFrames MEMBER firstFrames CONSTANT)
     Q_PROPERTY(int closeButton MEMBER closeButton CONSTANT)
@@ -83,7 +83,6 @@ class Metrics : public QObject
     Q_PROPERTY(int popoverBadgePadding MEMBER popoverBadgePadding CONSTANT)
     Q_PROPERTY(double popoverRule MEMBER popoverRule CONSTANT)
     Q_PROPERTY(double popoverHoverOpacity MEMBER popoverHoverOpacity CONSTANT)
-    Q_PROPERTY(double disabledOpacity MEMBER disabledOpacity CONSTANT)
     Q_PROPERTY(double tintOpacity MEMBER tintOpacity CONSTANT)
     Q_PROPERTY(double smallIndicatorScale MEMBER smallIndicatorScale CONSTANT)
     Q_PROPERTY(double badgeOpacity MEMBER badgeOpacity CONSTANT)
@@ -108,7 +107,7 @@ public:
     static constexpr int menuRowHeight = 34;
     static constexpr int entryHeight = 40; ///< a row of a short list
     static constexpr int listRowHeight = 60;
-    static constexpr int listHeight = 180; ///< at least, of the list with its controls
+    static constexpr int listHeight = 120; ///< at least, of the list
     static constexpr int statCardHeight = 104;
     static constexpr int compactStatCardHeight = 78;
     static constexpr int dropAreaHeight = 130;
@@ -175,7 +174,8 @@ public:
     static constexpr double smallIndicatorScale = 0.8; ///< of an activity indicator beside a text
 
     // Opacities
-    static constexpr double disabledOpacity = 0.45;
+    static constexpr double disabledOpacity = 0.45; ///< QML uses `Colors.disabledOpacity`
+    static constexpr double highContrastDisabledOpacity = 0.65;
     static constexpr double tintOpacity = 0.16; ///< of the circle behind a symbol
     static constexpr double badgeOpacity = 0.18;
     static constexpr double popoverHoverOpacity = 0.8;
@@ -198,6 +198,12 @@ Q_SIGNALS:
 
 private:
     [[nodiscard]] int grown(int length) const { return qRound(length * m_textScale); }
+    [[nodiscard]] int grownSymbolTiny() const { return grown(symbolTiny); }
+    [[nodiscard]] int grownSymbolSmall() const { return grown(symbolSmall); }
+    [[nodiscard]] int grownSymbolText() const { return grown(symbolText); }
+    [[nodiscard]] int grownSymbolControl() const { return grown(symbolControl); }
+    [[nodiscard]] int grownSymbolStandard() const { return grown(symbolStandard); }
+    [[nodiscard]] int grownCheckBoxSize() const { return grown(checkBoxSize); }
     [[nodiscard]] int grownListHeight() const { return grown(listHeight); }
     [[nodiscard]] int grownDropAreaHeight() const { return grown(dropAreaHeight); }
     [[nodiscard]] int grownEmptyStateWidth() const { return grown(emptyStateWidth); }
@@ -207,7 +213,6 @@ private:
     [[nodiscard]] int grownMenuWidth() const { return grown(menuWidth); }
     [[nodiscard]] int grownWideMenuWidth() const { return grown(wideMenuWidth); }
     [[nodiscard]] int grownPickerMinimumWidth() const { return grown(pickerMinimumWidth); }
-    [[nodiscard]] int grownButtonMinimumWidth() const { return grown(buttonMinimumWidth); }
     [[nodiscard]] int grownRevealButtonWidth() const { return grown(revealButtonWidth); }
     [[nodiscard]] int grownSheetMinimumWidth() const { return grown(sheetMinimumWidth); }
     [[nodiscard]] int grownSheetMaximumWidth() const { return grown(sheetMaximumWidth); }
