@@ -23,6 +23,7 @@ Flickable {
     boundsBehavior: Flickable.StopAtBounds
     clip: interactive
     onFocusedItemChanged: reveal(focusedItem)
+    onHeightChanged: reveal(focusedItem)
 
     function scrollTo(position) {
         contentY = Math.max(0, Math.min(contentHeight - height, position))
