@@ -49,11 +49,11 @@ void chooseLayoutDirection()
     }
 }
 
-/// The panels, which are widgets, follow the size of text that the user wants, for as long as `context` exists.
-void followTextSize(const DisplayPreferences &display, QObject *context)
+/// The panels, which are widgets, follow the size of text that the user wants.
+void followTextSize(const DisplayPreferences &display)
 {
     const auto follow = [&display] { QApplication::setFont(Typography::settingLabel(shownTextScale(display))); };
-    QObject::connect(&display, &DisplayPreferences::changed, context, follow);
+    QObject::connect(&display, &DisplayPreferences::changed, qApp, follow);
     follow();
 }
 
@@ -84,7 +84,7 @@ int startAndRun()
         QThreadPool::globalInstance()->waitForDone();
     });
     const Platform platform = services.platform(panels, input, opener, fileViewer, bundleInformation());
-    followTextSize(platform.display, &presence);
+    followTextSize(platform.display);
     installPlatform(platform, presence, QCoreApplication::arguments());
     RunningProgram program(platform, instance, presence, [&services] {
         startJob([&services] { return services.openLinks(QStringLiteral("quillhaven")); });
