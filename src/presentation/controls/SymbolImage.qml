@@ -17,7 +17,7 @@ Item {
 
     readonly property string colorCode: hexByte(color.a) + hexByte(color.r) + hexByte(color.g) + hexByte(color.b)
 
-    readonly property bool hasDirection: ["chevron.right", "arrow.uturn.backward"].includes(symbol)
+    readonly property bool hasDirection: symbol === "chevron.right" || symbol === "arrow.uturn.backward"
 
     readonly property real scaleFactor: Screen.devicePixelRatio
     /// The size in pixels of the screen, always a whole number even if the scale factor is not.

@@ -5,7 +5,6 @@ pragma ComponentBehavior: Bound
 import QtQuick
 import QtQuick.Layouts
 import Quillhaven.Controls
-import Quillhaven.Design
 import Quillhaven.Dialogs
 
 /// Asks for the master password, or for a new one.

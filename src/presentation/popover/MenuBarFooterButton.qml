@@ -15,11 +15,9 @@ FilledButton {
     hoverBrightness: Metrics.tintOpacity
 
     contentItem: Item {
-        implicitHeight: face.implicitHeight
+        implicitHeight: childrenRect.height
 
         Column {
-            id: face
-
             anchors.centerIn: parent
 
             SymbolImage {
