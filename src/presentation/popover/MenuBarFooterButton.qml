@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
 import QtQuick
+import QtQuick.Layouts
 import Quillhaven.Controls
 import Quillhaven.Design
 
@@ -14,27 +15,23 @@ FilledButton {
     fill: Colors.clear
     hoverBrightness: Metrics.tintOpacity
 
-    contentItem: Item {
-        implicitHeight: childrenRect.height
+    contentItem: ColumnLayout {
+        spacing: 0
 
-        Column {
-            anchors.centerIn: parent
+        SymbolImage {
+            Layout.alignment: Qt.AlignHCenter | Qt.AlignBottom
+            symbol: button.symbol
+            size: Metrics.symbolSmall
+            color: Colors.textPrimary
+        }
 
-            SymbolImage {
-                anchors.horizontalCenter: parent.horizontalCenter
-                symbol: button.symbol
-                size: Metrics.symbolSmall
-                color: Colors.textPrimary
-            }
-
-            Text {
-                anchors.horizontalCenter: parent.horizontalCenter
-                text: button.text
-                textFormat: Text.PlainText
-                color: Colors.textPrimary
-                font.pixelSize: Typography.footnoteSize
-                Accessible.ignored: true
-            }
+        Text {
+            Layout.alignment: Qt.AlignHCenter | Qt.AlignTop
+            text: button.text
+            textFormat: Text.PlainText
+            color: Colors.textPrimary
+            font.pixelSize: Typography.footnoteSize
+            Accessible.ignored: true
         }
     }
 }
