@@ -14,6 +14,7 @@
 #include "platform/widgets/QtFilePanels.h"
 #include "platform/widgets/QtUrlOpener.h"
 #include "platform/widgets/QtUserInput.h"
+#include "presentation/tokens/Design.h"
 #include "presentation/tokens/PanelPalette.h"
 #include "presentation/tokens/Typography.h"
 #include "shell/ProcessProtection.h"
@@ -22,6 +23,7 @@
 
 #include <QApplication>
 #include <QIcon>
+#include <QLocale>
 #include <QQuickWindow>
 #include <QScopeGuard>
 #include <QThreadPool>
@@ -37,6 +39,23 @@ void chooseRenderer()
     if (qEnvironmentVariableIsEmpty("QT_QUICK_BACKEND") && qEnvironmentVariableIsEmpty("QSG_RHI_BACKEND")) {
         QQuickWindow::setGraphicsApi(QSGRendererInterface::Software);
     }
+}
+
+/// The layout runs in the direction of the user's language. The toolkit by itself knows it only from its translations.
+void chooseLayoutDirection()
+{
+    const QStringList languages = QLocale::system().uiLanguages();
+    if (!languages.isEmpty() && QLocale(languages.constFirst()).textDirection() == Qt::RightToLeft) {
+        QGuiApplication::setLayoutDirection(Qt::RightToLeft);
+    }
+}
+
+/// The panels, which are widgets, follow the size of text that the user wants.
+void followTextSize(const DisplayPreferences &display)
+{
+    const auto follow = [&display] { QApplication::setFont(Typography::settingLabel(shownTextScale(display))); };
+    QObject::connect(&display, &DisplayPreferences::changed, qApp, follow);
+    follow();
 }
 
 /// What the build says of the program.
@@ -66,6 +85,7 @@ int startAndRun()
         QThreadPool::globalInstance()->waitForDone();
     });
     const Platform platform = services.platform(panels, input, opener, fileViewer, bundleInformation());
+    followTextSize(platform.display);
     installPlatform(platform, presence, QCoreApplication::arguments());
     RunningProgram program(platform, instance, presence, [&services] {
         startJob([&services] { return services.openLinks(QStringLiteral("quillhaven")); });
@@ -88,6 +108,7 @@ int runApplication(int argc, char **argv)
     QApplication::setWindowIcon(QIcon(QStringLiteral(":/images/logo.svg")));
     QApplication::setQuitOnLastWindowClosed(false);
     chooseRenderer();
+    chooseLayoutDirection();
     QApplication::setFont(Typography::settingLabel());
     for (;;) {
         QString failure;

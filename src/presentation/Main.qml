@@ -19,9 +19,11 @@ ApplicationWindow {
     title: "Quillhaven"
     width: Metrics.windowWidth
     height: Metrics.windowHeight
-    minimumWidth: Metrics.narrowBar
+    minimumWidth: Metrics.windowMinimumWidth
     minimumHeight: Metrics.windowMinimumHeight
     color: Colors.windowBackground
+    LayoutMirroring.enabled: Application.layoutDirection === Qt.RightToLeft
+    LayoutMirroring.childrenInherit: true
     palette.toolTipBase: Colors.background
     palette.toolTipText: Colors.textPrimary
     palette.dark: Colors.border

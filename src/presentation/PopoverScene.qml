@@ -16,9 +16,11 @@ ApplicationWindow {
 
     title: "Quillhaven Items"
     flags: Qt.Tool | Qt.FramelessWindowHint | Qt.WindowStaysOnTopHint
-    width: Metrics.popoverWidth
-    height: Metrics.popoverHeight
+    width: Math.min(Metrics.popoverWidth, Screen.desktopAvailableWidth)
+    height: Math.min(Metrics.popoverHeight, Screen.desktopAvailableHeight)
     color: Colors.windowBackground
+    LayoutMirroring.enabled: Application.layoutDirection === Qt.RightToLeft
+    LayoutMirroring.childrenInherit: true
     palette.toolTipBase: Colors.background
     palette.toolTipText: Colors.textPrimary
     palette.dark: Colors.border
@@ -48,7 +50,7 @@ ApplicationWindow {
         anchors.horizontalCenter: parent.horizontalCenter
         anchors.top: parent.top
         anchors.bottom: parent.bottom
-        width: Metrics.popoverContentWidth
+        width: Math.min(Metrics.popoverContentWidth, parent.width)
         focus: true
         menuBar: window.menuBarModel
         Keys.onEscapePressed: window.hide()

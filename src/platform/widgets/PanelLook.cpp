@@ -79,7 +79,11 @@ QLabel *newTextLabel(const QString &text, QWidget *parent, bool isHeading)
         constexpr double headingScale = 1.15;
         QFont font = label->font();
         font.setBold(true);
-        font.setPointSizeF(font.pointSizeF() > 0 ? font.pointSizeF() * headingScale : font.pointSizeF());
+        if (font.pixelSize() > 0) {
+            font.setPixelSize(qRound(font.pixelSize() * headingScale));
+        } else {
+            font.setPointSizeF(font.pointSizeF() * headingScale);
+        }
         label->setFont(font);
     }
     return label;

@@ -68,6 +68,7 @@ CheckBox {
             textFormat: Text.PlainText
             font: Typography.settingLabel
             color: Colors.textPrimary
+            horizontalAlignment: Text.AlignLeft
             wrapMode: Text.Wrap
             Accessible.ignored: true
         }

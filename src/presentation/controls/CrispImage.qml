@@ -9,6 +9,7 @@ Item {
 
     property url source
     property int size: Metrics.symbolStandard
+    property bool mirror: false
 
     readonly property real scaleFactor: Screen.devicePixelRatio
     /// The size in pixels of the screen, always a whole number even if the scale factor is not.
@@ -22,6 +23,7 @@ Item {
         anchors.centerIn: parent
         width: crispImage.devicePixels / crispImage.scaleFactor
         height: width
+        mirror: crispImage.mirror
         sourceSize.width: crispImage.devicePixels
         sourceSize.height: crispImage.devicePixels
         source: crispImage.source

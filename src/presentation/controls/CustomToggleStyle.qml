@@ -10,12 +10,14 @@ Switch {
 
     /// The gap between the edge and the knob.
     readonly property int gap: 3
+    /// Whether the knob is at the right end.
+    readonly property bool isRight: checked !== mirrored
 
-    implicitHeight: DesignSystem.toggleSize
+    implicitHeight: Math.max(DesignSystem.toggleSize, implicitContentHeight)
     padding: 0
     spacing: Spacing.sm
     hoverEnabled: true
-    opacity: enabled ? 1 : Metrics.disabledOpacity
+    opacity: enabled ? 1 : Colors.disabledOpacity
     font: Typography.settingLabel
     Accessible.role: Accessible.CheckBox
     Accessible.name: text
@@ -31,6 +33,8 @@ Switch {
     }
 
     indicator: Rectangle {
+        x: settingSwitch.mirrored ? settingSwitch.width - width : 0
+        y: (settingSwitch.height - height) / 2
         implicitWidth: DesignSystem.toggleSize * 1.75
         implicitHeight: DesignSystem.toggleSize
         radius: height / 2
@@ -39,7 +43,7 @@ Switch {
         border.color: settingSwitch.checked && !Colors.isHighContrast ? Colors.primary : Colors.border
 
         Rectangle {
-            x: settingSwitch.checked ? parent.width - width - settingSwitch.gap : settingSwitch.gap
+            x: settingSwitch.isRight ? parent.width - width - settingSwitch.gap : settingSwitch.gap
             anchors.verticalCenter: parent.verticalCenter
             width: parent.height - 2 * settingSwitch.gap
             height: width
@@ -55,7 +59,7 @@ Switch {
         Rectangle {
             objectName: "shape"
             readonly property int room: parent.height + settingSwitch.gap
-            x: settingSwitch.checked ? (parent.width - room - width) / 2 : (parent.width + room - width) / 2
+            x: settingSwitch.isRight ? (parent.width - room - width) / 2 : (parent.width + room - width) / 2
             anchors.verticalCenter: parent.verticalCenter
             visible: DesignSystem.differentiateWithoutColor
             width: settingSwitch.checked ? 2 : Spacing.sm
@@ -73,7 +77,11 @@ Switch {
     }
 
     contentItem: Text {
-        leftPadding: settingSwitch.indicator.width + (settingSwitch.text === "" ? 0 : settingSwitch.spacing)
+        readonly property real room: settingSwitch.indicator.width + (text === "" ? 0 : settingSwitch.spacing)
+
+        leftPadding: settingSwitch.mirrored ? 0 : room
+        rightPadding: settingSwitch.mirrored ? room : 0
+        horizontalAlignment: Text.AlignLeft
         text: settingSwitch.text
         textFormat: Text.PlainText
         font: settingSwitch.font

@@ -18,13 +18,14 @@ Button {
     property color outline: Colors.isHighContrast && fill.a > 0 ? Colors.border : Colors.clear
     property int cornerRadius: DesignSystem.cornerRadiusMedium
     property real hoverBrightness: DesignSystem.hoverBrightness
+    readonly property bool hasFill: enabled || !Colors.isHighContrast
     property string helpText
     /// False to save room: only the symbol is shown then; the text remains the accessible name.
     property bool showsText: true
     /// The part of the text that is drawn, if a symbol replaces the rest.
     property string shownText: text
 
-    implicitHeight: DesignSystem.buttonHeight
+    implicitHeight: Math.max(DesignSystem.buttonHeight, implicitContentHeight + 2 * Spacing.sm)
     implicitWidth: Math.max(implicitContentWidth + leftPadding + rightPadding, Metrics.buttonMinimumWidth)
     leftPadding: Spacing.lg
     rightPadding: Spacing.lg
@@ -56,12 +57,13 @@ Button {
         font: button.font
     }
 
-    opacity: enabled ? 1 : Metrics.disabledOpacity
+    opacity: enabled ? 1 : Colors.disabledOpacity
 
     background: Rectangle {
         radius: button.cornerRadius
-        color: button.fill
-        gradient: button.fillGradient
+        // With more contrast, a disabled button has no fill: its text is readable on what is under it.
+        color: button.hasFill ? button.fill : Colors.clear
+        gradient: button.hasFill ? button.fillGradient : null
         border.width: button.outline.a > 0 ? 1 : 0
         border.color: button.outline
 

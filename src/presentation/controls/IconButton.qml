@@ -9,7 +9,7 @@ FilledButton {
 
     property color color: Colors.iconMuted
 
-    implicitWidth: DesignSystem.buttonHeight
+    implicitWidth: Math.max(DesignSystem.buttonHeight, Metrics.symbolControl + 2 * Spacing.sm)
     leftPadding: 0
     rightPadding: 0
     fill: Colors.clear

@@ -36,7 +36,10 @@ FocusScope {
         spacing: Spacing.xs
 
         Text {
+            Layout.fillWidth: true
             text: scope.label
+            horizontalAlignment: Text.AlignLeft
+            wrapMode: Text.Wrap
             font: Typography.settingLabel
             color: Colors.textSecondary
             Accessible.ignored: true
@@ -63,7 +66,7 @@ FocusScope {
 
             SecondaryButton {
                 Layout.preferredWidth: Metrics.revealButtonWidth
-                implicitHeight: Metrics.inputHeight
+                implicitHeight: input.implicitHeight
                 leftPadding: Spacing.sm
                 rightPadding: Spacing.sm
                 text: scope.revealed ? "Hide" : "Show"

@@ -24,7 +24,7 @@ MenuItem {
         chosen()
     }
 
-    implicitHeight: Metrics.menuRowHeight
+    implicitHeight: Math.max(Metrics.menuRowHeight, implicitContentHeight + 2 * Spacing.sm)
     font: Typography.settingLabel
     onTriggered: choose()
     Accessible.name: text
@@ -34,7 +34,7 @@ MenuItem {
     indicator: null
     contentItem: Row {
         spacing: Spacing.sm
-        opacity: entry.enabled ? 1 : Metrics.disabledOpacity
+        opacity: entry.enabled ? 1 : Colors.disabledOpacity
 
         SymbolImage {
             anchors.verticalCenter: parent.verticalCenter

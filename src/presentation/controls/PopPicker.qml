@@ -28,6 +28,7 @@ FilledButton {
     PopMenu {
         id: menu
 
+        x: picker.mirrored ? picker.width - width : 0
         y: picker.height + Spacing.xs
         width: Math.max(picker.width, Metrics.pickerMinimumWidth)
         onOpened: currentIndex = picker.options.indexOf(picker.selection)

@@ -24,7 +24,8 @@ ProgressBar {
 
     contentItem: Item {
         Rectangle {
-            width: Math.max(parent.height, line.visualPosition * parent.width)
+            anchors.left: parent.left
+            width: Math.max(parent.height, line.position * parent.width)
             height: parent.height
             radius: height / 2
             visible: line.value > 0

@@ -7,9 +7,9 @@ import Quillhaven.Design
 InputField {
     id: field
 
-    implicitHeight: DesignSystem.buttonHeight
-    leftPadding: Spacing.xl + Spacing.md
-    rightPadding: Spacing.xl + Spacing.md
+    implicitHeight: Math.max(DesignSystem.buttonHeight, contentHeight + 2 * Spacing.sm)
+    leftPadding: Metrics.symbolControl + 2 * Spacing.sm + 2
+    rightPadding: leftPadding
     font: Typography.settingLabel
     Accessible.role: Accessible.EditableText
     Accessible.name: placeholderText
@@ -38,8 +38,8 @@ InputField {
         anchors.right: parent.right
         anchors.rightMargin: 2
         anchors.verticalCenter: parent.verticalCenter
-        width: Metrics.smallButton
-        height: Metrics.smallButton
+        width: Math.max(Metrics.smallButton, Metrics.symbolControl + Spacing.md)
+        height: width
         visible: field.text !== ""
         activeFocusOnTab: false
         symbol: "xmark"

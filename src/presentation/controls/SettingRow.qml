@@ -25,7 +25,7 @@ Item {
     implicitWidth: layout.implicitWidth + Spacing.md * 2
     implicitHeight: Math.max(Spacing.minTouchTarget, layout.implicitHeight + Spacing.sm * 2)
     enabled: isEnabled
-    opacity: isEnabled ? 1 : Metrics.disabledOpacity
+    opacity: isEnabled ? 1 : Colors.disabledOpacity
     Accessible.role: Accessible.Grouping
     Accessible.name: title
     Accessible.description: accessibilityHint !== "" ? accessibilityHint : description
@@ -67,6 +67,7 @@ Item {
                     textFormat: Text.PlainText
                     font: Typography.settingTitle
                     color: Colors.textPrimary
+                    horizontalAlignment: Text.AlignLeft
                     wrapMode: Text.Wrap
                     Accessible.ignored: true
                 }
@@ -78,6 +79,7 @@ Item {
                     textFormat: Text.PlainText
                     font: Typography.settingDescription
                     color: Colors.textSecondary
+                    horizontalAlignment: Text.AlignLeft
                     wrapMode: Text.Wrap
                     Accessible.ignored: true
                 }

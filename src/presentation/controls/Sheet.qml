@@ -33,6 +33,10 @@ T.Dialog {
     readonly property int gap: isNarrow ? Spacing.sm : Spacing.xl
     /// The greatest width that the body can have.
     readonly property int bodyRoom: room.width - 2 * (gap + padding)
+    /// The least width of a field, or less where the body has less room.
+    readonly property int fieldWidth: Math.min(Metrics.sheetFieldWidth, bodyRoom)
+    /// The least width of a body without text, or less where it has less room.
+    readonly property int leastBodyWidth: Math.min(Metrics.sheetBodyWidth, bodyRoom)
     property int minimumSheetWidth: Metrics.sheetMinimumWidth
     property int maximumSheetWidth: Metrics.sheetMaximumWidth
     /// The item that gets the keyboard focus when the sheet appears; null for the first control.
@@ -190,7 +194,7 @@ T.Dialog {
 
                 ScrollBar.vertical: SlimScrollBar {
                     parent: sheet.background
-                    x: sheet.width - width - Spacing.xs
+                    x: sheet.mirrored ? Spacing.xs : sheet.width - width - Spacing.xs
                     y: sheet.topPadding - scroller.edge
                     height: scroller.height
                 }

@@ -8,6 +8,8 @@ import QtQuick.Layouts
 Flickable {
     id: scroller
 
+    /// The column is at least as high as this view, for what fills the rest.
+    property bool fills: false
     default property alias items: column.data
     property alias spacing: column.spacing
     /// Room on each side for the rings around the outermost controls.
@@ -15,12 +17,13 @@ Flickable {
     readonly property Item focusedItem: Window.activeFocusItem
 
     implicitWidth: column.implicitWidth + 2 * edge
-    implicitHeight: contentHeight
-    contentHeight: column.implicitHeight + 2 * edge
+    implicitHeight: column.implicitHeight + 2 * edge
+    contentHeight: column.height + 2 * edge
     interactive: contentHeight > height
     boundsBehavior: Flickable.StopAtBounds
     clip: interactive
     onFocusedItemChanged: reveal(focusedItem)
+    onHeightChanged: reveal(focusedItem)
 
     function scrollTo(position) {
         contentY = Math.max(0, Math.min(contentHeight - height, position))
@@ -56,5 +59,6 @@ Flickable {
         x: scroller.edge
         y: scroller.edge
         width: scroller.width - 2 * scroller.edge
+        height: scroller.fills ? Math.max(implicitHeight, scroller.height - 2 * scroller.edge) : implicitHeight
     }
 }

@@ -41,7 +41,7 @@ Rectangle {
     }
 
     implicitWidth: row.implicitWidth + Spacing.md * 2
-    implicitHeight: Metrics.badgeHeight
+    implicitHeight: Math.max(Metrics.badgeHeight, row.implicitHeight + Spacing.sm)
     radius: height / 2
     color: fill
     Accessible.role: Accessible.StaticText

@@ -13,7 +13,7 @@ SpinBox {
     readonly property int maximumValue: to
 
     implicitWidth: leftPadding + rightPadding + Metrics.stepperField
-    implicitHeight: DesignSystem.buttonHeight
+    implicitHeight: Math.max(DesignSystem.buttonHeight, implicitContentHeight + 2 * Spacing.sm)
     leftPadding: DesignSystem.buttonHeight
     rightPadding: DesignSystem.buttonHeight
     topPadding: 0
@@ -21,7 +21,7 @@ SpinBox {
     editable: true
     valueFromText: (text, locale) => text === "" ? value : Number.fromLocaleString(locale, text)
     font: Typography.settingLabel
-    opacity: enabled ? 1 : Metrics.disabledOpacity
+    opacity: enabled ? 1 : Colors.disabledOpacity
 
     contentItem: TextInput {
         text: stepper.displayText
@@ -38,6 +38,8 @@ SpinBox {
     }
 
     down.indicator: StepperButton {
+        x: stepper.mirrored ? stepper.width - width : 0
+        y: (stepper.height - height) / 2
         symbol: "minus"
         isActive: stepper.value > stepper.from
         isHovered: stepper.down.hovered
@@ -45,7 +47,8 @@ SpinBox {
     }
 
     up.indicator: StepperButton {
-        x: stepper.width - width
+        x: stepper.mirrored ? 0 : stepper.width - width
+        y: (stepper.height - height) / 2
         symbol: "plus"
         isActive: stepper.value < stepper.to
         isHovered: stepper.up.hovered

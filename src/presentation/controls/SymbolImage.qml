@@ -15,4 +15,6 @@ CrispImage {
     readonly property string colorCode: hexByte(color.a) + hexByte(color.r) + hexByte(color.g) + hexByte(color.b)
 
     source: symbol === "" ? "" : "image://symbols/" + symbol + "/" + colorCode
+    // What points to where the text goes on points to the other side in a layout from right to left.
+    mirror: (symbol === "chevron.right" || symbol === "arrow.uturn.backward") && LayoutMirroring.enabled
 }

@@ -7,6 +7,7 @@ import Quillhaven.Design
 Text {
     textFormat: Text.PlainText
     color: Colors.textPrimary
+    horizontalAlignment: Text.AlignLeft // else it would not be mirrored with the layout
     Accessible.role: Accessible.StaticText
     Accessible.name: text
 }

@@ -21,12 +21,14 @@ Rectangle {
         rightPadding: leftPadding
     }
 
-    implicitHeight: Spacing.xxxl
+    implicitHeight: Math.max(Spacing.xxxl, content.implicitHeight + Spacing.md)
     color: Colors.selection
     Accessible.role: Accessible.ToolBar
     Accessible.name: "Selected Items"
 
     RowLayout {
+        id: content
+
         anchors.fill: parent
         anchors.leftMargin: Spacing.lg
         anchors.rightMargin: Spacing.lg
@@ -40,47 +42,50 @@ Rectangle {
 
         TextLabel {
             text: bar.selection.selectedCount + " selected"
+            Layout.fillWidth: true
             font: Typography.buttonText
             Accessible.role: Accessible.StatusBar
         }
 
-        Item { Layout.fillWidth: true }
+        WrappingRow {
+            spacing: Spacing.sm
 
-        Action {
-            visible: bar.selection.canUnlockCount > 0
-            text: "Unlock (" + bar.selection.canUnlockCount + ")"
-            symbol: "lock.open.fill"
-            onClicked: bar.dashboard.bulk.performBulkUnlock()
-        }
+            Action {
+                visible: bar.selection.canUnlockCount > 0
+                text: "Unlock (" + bar.selection.canUnlockCount + ")"
+                symbol: "lock.open.fill"
+                onClicked: bar.dashboard.bulk.performBulkUnlock()
+            }
 
-        Action {
-            visible: bar.selection.canLockCount > 0
-            text: "Lock (" + bar.selection.canLockCount + ")"
-            symbol: "lock.fill"
-            onClicked: bar.dashboard.bulk.performBulkLock()
-        }
+            Action {
+                visible: bar.selection.canLockCount > 0
+                text: "Lock (" + bar.selection.canLockCount + ")"
+                symbol: "lock.fill"
+                onClicked: bar.dashboard.bulk.performBulkLock()
+            }
 
-        Action {
-            text: "Remove (" + bar.selection.selectedCount + ")"
-            symbol: "minus.circle.fill"
-            onClicked: bar.dashboard.bulk.performBulkRemove()
-        }
+            Action {
+                text: "Remove (" + bar.selection.selectedCount + ")"
+                symbol: "minus.circle.fill"
+                onClicked: bar.dashboard.bulk.performBulkRemove()
+            }
 
-        Action {
-            text: "Shred (" + bar.selection.selectedCount + ")"
-            symbol: "trash.fill"
-            fill: Colors.background
-            foreground: Colors.error
-            outline: Colors.error
-            onClicked: bar.dashboard.shredding.performBulkShred()
-        }
+            Action {
+                text: "Shred (" + bar.selection.selectedCount + ")"
+                symbol: "trash.fill"
+                fill: Colors.background
+                foreground: Colors.error
+                outline: Colors.error
+                onClicked: bar.dashboard.shredding.performBulkShred()
+            }
 
-        Action {
-            text: "Clear"
-            helpText: "Clear the selection"
-            fill: Colors.clear
-            outline: Colors.clear
-            onClicked: bar.selection.clearSelection()
+            Action {
+                text: "Clear"
+                helpText: "Clear the selection"
+                fill: Colors.clear
+                outline: Colors.clear
+                onClicked: bar.selection.clearSelection()
+            }
         }
     }
 }

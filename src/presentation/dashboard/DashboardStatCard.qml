@@ -27,8 +27,10 @@ Rectangle {
     signal settingsTap
 
     Layout.fillWidth: true
+    Layout.fillHeight: true // as high as the others
     Layout.preferredWidth: 1
-    implicitHeight: isCompact ? Metrics.compactStatCardHeight : Metrics.statCardHeight
+    implicitHeight: Math.max(isCompact ? Metrics.compactStatCardHeight : Metrics.statCardHeight,
+                             content.implicitHeight + 2 * content.anchors.margins)
     radius: DesignSystem.cornerRadiusLarge
     color: Colors.cardBackground
     border.width: isPrimary ? 0 : 1
@@ -55,6 +57,8 @@ Rectangle {
     }
 
     ColumnLayout {
+        id: content
+
         anchors.fill: parent
         anchors.margins: card.isCompact ? Spacing.md : Spacing.lg
         spacing: 0
@@ -66,6 +70,7 @@ Rectangle {
             Text {
                 Layout.fillWidth: true
                 text: card.value
+                horizontalAlignment: Text.AlignLeft
                 color: Colors.textPrimary
                 font.pixelSize: card.isCompact ? Typography.titleSize : Typography.largeTitleSize
                 font.weight: Font.DemiBold
@@ -84,7 +89,7 @@ Rectangle {
                 SymbolImage {
                     anchors.centerIn: parent
                     symbol: card.icon
-                    size: card.isCompact ? Metrics.symbolText : Metrics.symbolEntry
+                    size: Math.min(card.isCompact ? Metrics.symbolText : Metrics.symbolEntry, parent.height - Spacing.md)
                     color: card.isPrimary ? Colors.textPrimary : card.iconColor
                 }
             }
@@ -103,7 +108,7 @@ Rectangle {
                 font.pixelSize: card.isCompact ? Typography.footnoteSize : Typography.subheadlineSize
                 horizontalAlignment: Text.AlignLeft
                 wrapMode: Text.Wrap
-                maximumLineCount: 2
+                maximumLineCount: 3
                 elide: Text.ElideRight
                 Accessible.ignored: true
             }

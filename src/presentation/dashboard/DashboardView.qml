@@ -4,6 +4,7 @@ pragma ComponentBehavior: Bound
 
 import QtQuick
 import QtQuick.Layouts
+import Quillhaven.Controls
 import Quillhaven.Dashboard
 import Quillhaven.Design
 
@@ -28,11 +29,15 @@ Item {
             onPreferencesWanted: view.preferencesWanted()
         }
 
-        ColumnLayout {
+        // Scrolls where the window has no room for everything, as with large text.
+        SheetScroller {
+            id: body
+
             Layout.fillWidth: true
             Layout.fillHeight: true
-            Layout.margins: Spacing.xl
-            Layout.topMargin: Spacing.lg
+            Layout.margins: Spacing.xl - edge
+            Layout.topMargin: Spacing.lg - edge
+            fills: true
             spacing: view.height < Metrics.compactWindow ? Spacing.md : Spacing.lg
 
             NoticeList {
@@ -66,6 +71,7 @@ Item {
 
                 Layout.fillWidth: true
                 Layout.fillHeight: true
+                Layout.minimumHeight: implicitHeight
                 dashboard: view.dashboard
             }
 
@@ -75,6 +81,17 @@ Item {
                 isTargeted: dropTarget.containsDrag
             }
         }
+    }
+
+    SlimScrollBar {
+        anchors.right: parent.right
+        anchors.rightMargin: Spacing.xs
+        y: body.y
+        height: body.height
+        orientation: Qt.Vertical
+        size: body.height / body.contentHeight
+        position: body.contentY / body.contentHeight
+        onPositionChanged: if (pressed) body.scrollTo(position * body.contentHeight)
     }
 
     DropArea {

@@ -15,6 +15,8 @@ Rectangle {
     required property DashboardViewModel dashboard
     property string title: "Quillhaven"
     readonly property bool isNarrow: width < Metrics.narrowToolbar
+    /// There is no room for all texts, even in a window of the least width.
+    readonly property bool isTight: width < Metrics.narrowBar
 
     signal preferencesWanted
 
@@ -36,7 +38,11 @@ Rectangle {
             Layout.bottomMargin: Spacing.lg
             spacing: Spacing.md
 
-            CrispImage { source: "qrc:/images/logo.svg"; size: Spacing.minTouchTarget }
+            CrispImage {
+                visible: !toolbar.isTight
+                source: "qrc:/images/logo.svg"
+                size: Spacing.minTouchTarget
+            }
 
             ColumnLayout {
                 Layout.fillWidth: true
@@ -84,6 +90,7 @@ Rectangle {
 
             SecondaryButton {
                 text: "Bulk Protect"
+                showsText: !toolbar.isTight
                 symbol: "square.stack.3d.up.fill"
                 helpText: "Protect multiple files and folders at once"
                 Accessible.description: "Opens bulk file picker to protect multiple items"

@@ -57,7 +57,7 @@ FocusScope {
         (isInSelectionMode ? mark : toggleButton).focus = true
     }
 
-    implicitHeight: Metrics.listRowHeight
+    implicitHeight: Math.max(Metrics.listRowHeight, texts.implicitHeight + 2 * Spacing.sm)
     Accessible.role: Accessible.ListItem
     Accessible.name: accessibleText
     Accessible.description: accessibleDescription
@@ -158,6 +158,8 @@ FocusScope {
         }
 
         ColumnLayout {
+            id: texts
+
             Layout.fillWidth: true
             spacing: 2
 
@@ -200,6 +202,7 @@ FocusScope {
                     text: "Path copied to clipboard"
                     color: Colors.success
                     font.pixelSize: Typography.footnoteSize
+                    horizontalAlignment: Text.AlignLeft
                     elide: Text.ElideRight
                 }
             }

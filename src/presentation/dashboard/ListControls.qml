@@ -36,13 +36,13 @@ RowLayout {
 
     SecondaryButton {
         visible: controls.selection.isInSelectionMode
-        implicitHeight: Spacing.xxl
+        implicitHeight: Math.max(Spacing.xxl, implicitContentHeight + Spacing.md)
         text: controls.selection.selectAllText
         onClicked: controls.selection.toggleSelectAll()
     }
 
     SecondaryButton {
-        implicitHeight: Spacing.xxl
+        implicitHeight: Math.max(Spacing.xxl, implicitContentHeight + Spacing.md)
         text: controls.selection.modeText
         onClicked: controls.selection.toggleSelectionMode()
     }

@@ -67,6 +67,7 @@ ColumnLayout {
                     textFormat: Text.PlainText
                     color: Colors.textPrimary
                     font.pixelSize: Typography.subheadlineSize
+                    horizontalAlignment: Text.AlignLeft
                     wrapMode: Text.Wrap
                     maximumLineCount: 4
                     elide: Text.ElideRight

@@ -23,6 +23,9 @@ Rectangle {
         list.currentItem?.forceActiveFocus(Qt.TabFocusReason)
     }
 
+    /// The least height at which the list is of use.
+    implicitHeight: isEmpty ? (noResults.visible ? noResults.implicitHeight : empty.implicitHeight) + 2 * Spacing.sm
+                            : content.implicitHeight + 2
     radius: DesignSystem.cornerRadiusLarge
     color: Colors.cardBackground
     border.width: 1
@@ -39,6 +42,8 @@ Rectangle {
     }
 
     EnhancedEmptyStateView {
+        id: empty
+
         anchors.centerIn: parent
         width: Math.min(parent.width - 2 * Spacing.xl, Metrics.emptyStateWidth)
         isCompact: area.height < Metrics.compactList
@@ -46,6 +51,8 @@ Rectangle {
     }
 
     EnhancedEmptyStateView {
+        id: noResults
+
         anchors.centerIn: parent
         width: Math.min(parent.width - 2 * Spacing.xl, Metrics.emptyStateWidth)
         isCompact: area.height < Metrics.compactList
@@ -61,6 +68,8 @@ Rectangle {
     }
 
     ColumnLayout {
+        id: content
+
         anchors.fill: parent
         anchors.margins: 1
         spacing: 0
@@ -70,7 +79,7 @@ Rectangle {
             Layout.fillWidth: true
             Layout.leftMargin: Spacing.lg
             Layout.rightMargin: Spacing.lg
-            Layout.preferredHeight: Spacing.minTouchTarget
+            Layout.preferredHeight: Math.max(Spacing.minTouchTarget, implicitHeight + Spacing.md)
             filters: area.dashboard.filters
             selection: area.selection
         }
@@ -90,6 +99,7 @@ Rectangle {
         ListView {
             id: list
 
+            implicitHeight: Metrics.listHeight
             Layout.fillWidth: true
             Layout.fillHeight: true
             clip: true

@@ -13,7 +13,7 @@ Rectangle {
 
     property string text
 
-    implicitHeight: text === "" ? 0 : Spacing.xxl
+    implicitHeight: text === "" ? 0 : Math.max(Spacing.xxl, words.implicitHeight + Spacing.sm)
     visible: implicitHeight > 0
     color: Colors.selection
     clip: true
@@ -37,8 +37,11 @@ Rectangle {
         }
 
         Text {
+            id: words
+
             Layout.fillWidth: true
             text: bar.text
+            horizontalAlignment: Text.AlignLeft
             color: Colors.textPrimary
             font.pixelSize: Typography.subheadlineSize
             elide: Text.ElideMiddle

@@ -33,7 +33,7 @@ GridLayout {
         onSelected: (option) => picker.chosen(options.indexOf(option))
     }
 
-    columns: width < maximumSearchWidth + pickers.implicitWidth + badge.implicitWidth + 2 * Spacing.xl ? 1 : 2
+    columns: width < maximumSearchWidth + pickers.rowWidth + badge.implicitWidth + 2 * Spacing.xl ? 1 : 2
     columnSpacing: Spacing.lg
     rowSpacing: Spacing.sm
 
@@ -78,7 +78,7 @@ GridLayout {
         }
     }
 
-    RowLayout {
+    WrappingRow {
         id: pickers
 
         Layout.alignment: bar.columns === 1 ? Qt.AlignLeft : Qt.AlignRight

@@ -15,11 +15,11 @@ FilledButton {
     text: "Update available"
     helpText: "Update available - Click to download"
     symbol: "tray.and.arrow.down.fill"
-    implicitHeight: Metrics.badgeHeight
+    implicitHeight: Math.max(Metrics.badgeHeight, implicitContentHeight + Spacing.xs)
     implicitWidth: implicitContentWidth + leftPadding + rightPadding
     leftPadding: Spacing.sm
     rightPadding: Spacing.sm
-    cornerRadius: Metrics.badgeHeight / 2
+    cornerRadius: height / 2
     fill: Colors.badgeWarningBg
     foreground: Colors.badgeWarning
     font: Typography.statusText

@@ -28,7 +28,7 @@ Sheet {
         id: selectButton
 
         Layout.fillWidth: true
-        Layout.minimumWidth: Metrics.sheetBodyWidth
+        Layout.minimumWidth: sheet.leastBodyWidth
         text: "Select Files & Folders"
         symbol: "plus.circle.fill"
         fill: Colors.selection
@@ -83,12 +83,14 @@ Sheet {
                 required property int index
 
                 width: ListView.view.width
-                height: Metrics.entryHeight
+                height: Math.max(Metrics.entryHeight, face.implicitHeight + Spacing.xs)
                 Accessible.role: Accessible.ListItem
                 Accessible.name: modelData.name
                 onActiveFocusChanged: if (activeFocus) ListView.view.positionViewAtIndex(index, ListView.Contain)
 
                 RowLayout {
+                    id: face
+
                     anchors.fill: parent
                     anchors.leftMargin: Spacing.sm
                     anchors.rightMargin: Spacing.md

@@ -22,7 +22,7 @@ Sheet {
 
     ProgressLine {
         Layout.fillWidth: true
-        Layout.minimumWidth: Metrics.sheetBodyWidth
+        Layout.minimumWidth: sheet.leastBodyWidth
         value: sheet.operation.progress
     }
 

@@ -5,7 +5,6 @@ pragma ComponentBehavior: Bound
 import QtQuick
 import QtQuick.Layouts
 import Quillhaven.Controls
-import Quillhaven.Design
 import Quillhaven.Dialogs
 
 /// Asks for the master password, or for a new one.
@@ -35,7 +34,7 @@ Sheet {
         id: field
 
         Layout.fillWidth: true
-        Layout.minimumWidth: Math.min(Metrics.sheetFieldWidth, dialog.bodyRoom)
+        Layout.minimumWidth: dialog.fieldWidth
         label: "Master Password"
         prompt: "Enter password"
         onAccepted: dialog.handleAuthenticate()

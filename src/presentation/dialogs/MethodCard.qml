@@ -15,7 +15,7 @@ AbstractButton {
     property string symbol
     property string detail
 
-    implicitHeight: Metrics.cardHeight
+    implicitHeight: Math.max(Metrics.cardHeight, implicitContentHeight + topPadding + bottomPadding)
     padding: Spacing.lg
     hoverEnabled: true
     Accessible.role: Accessible.Button
@@ -53,7 +53,8 @@ AbstractButton {
                 text: card.text
                 font: Typography.settingTitle
                 color: Colors.textPrimary
-                elide: Text.ElideRight
+                horizontalAlignment: Text.AlignLeft
+                wrapMode: Text.Wrap
                 Accessible.ignored: true
             }
 
@@ -62,7 +63,8 @@ AbstractButton {
                 text: card.detail
                 font: Typography.settingDescription
                 color: Colors.textSecondary
-                elide: Text.ElideRight
+                horizontalAlignment: Text.AlignLeft
+                wrapMode: Text.Wrap
                 Accessible.ignored: true
             }
         }

@@ -29,7 +29,7 @@ Sheet {
         id: passwordField
 
         Layout.fillWidth: true
-        Layout.minimumWidth: Math.min(Metrics.sheetFieldWidth, sheet.bodyRoom)
+        Layout.minimumWidth: sheet.fieldWidth
         label: "Password"
         prompt: "Enter password"
         secret: sheet.dialog.password

@@ -34,7 +34,7 @@ Sheet {
         id: field
 
         Layout.fillWidth: true
-        Layout.minimumWidth: Metrics.sheetFieldWidth
+        Layout.minimumWidth: dialog.fieldWidth
         label: "Master Password"
         prompt: "Enter your master password"
         onAccepted: dialog.recover()

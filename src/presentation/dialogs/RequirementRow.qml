@@ -27,6 +27,8 @@ RowLayout {
     Text {
         Layout.fillWidth: true
         text: row.text
+        horizontalAlignment: Text.AlignLeft
+        wrapMode: Text.Wrap
         font: Typography.settingDescription
         color: row.isMet ? Colors.textPrimary : Colors.textSecondary
         Accessible.ignored: true

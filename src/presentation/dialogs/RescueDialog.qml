@@ -37,7 +37,7 @@ Sheet {
 
         TextLabel {
             Layout.fillWidth: true
-            Layout.minimumWidth: Metrics.sheetBodyWidth
+            Layout.minimumWidth: sheet.leastBodyWidth
             text: sheet.rescue.summary
             font: Typography.settingTitle
             wrapMode: Text.Wrap
@@ -123,8 +123,7 @@ Sheet {
                         Accessible.ignored: true
                     }
 
-                    RowLayout {
-                        Layout.fillWidth: true
+                    WrappingRow {
                         spacing: Spacing.sm
 
                         Repeater {
@@ -140,8 +139,6 @@ Sheet {
                                 onClicked: sheet.rescue.choose(entry.index, index)
                             }
                         }
-
-                        Item { Layout.fillWidth: true }
                     }
                 }
             }

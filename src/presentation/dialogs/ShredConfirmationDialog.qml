@@ -57,6 +57,7 @@ Sheet {
             Column {
                 id: nameColumn
 
+                anchors.left: parent.left
                 width: names.width - Spacing.md
 
                 Repeater {
@@ -66,7 +67,7 @@ Sheet {
                         required property string modelData
 
                         width: nameColumn.width
-                        height: Metrics.nameRowHeight
+                        height: Math.max(Metrics.nameRowHeight, implicitHeight)
                         text: modelData
                         textFormat: Text.PlainText
                         font: Typography.buttonText
@@ -129,6 +130,7 @@ Sheet {
             text: "Type 'SHRED PERMANENTLY' to confirm:"
             font: Typography.settingLabel
             color: Colors.textSecondary
+            horizontalAlignment: Text.AlignLeft
             wrapMode: Text.Wrap
             Accessible.ignored: true
         }

@@ -49,6 +49,7 @@ Sheet {
         Text {
             Layout.fillWidth: true
             text: "Progress"
+            horizontalAlignment: Text.AlignLeft
             font: Typography.settingDescription
             color: Colors.textSecondary
             Accessible.ignored: true

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
 import QtQuick
+import QtQuick.Layouts
 import Quillhaven.Controls
 import Quillhaven.Design
 
@@ -8,31 +9,29 @@ import Quillhaven.Design
 FilledButton {
     id: button
 
-    implicitHeight: Metrics.popoverFooterHeight
+    implicitHeight: Math.max(Metrics.popoverFooterHeight, implicitContentHeight)
     leftPadding: 0
     rightPadding: 0
     fill: Colors.clear
     hoverBrightness: Metrics.tintOpacity
 
-    contentItem: Item {
-        Column {
-            anchors.centerIn: parent
+    contentItem: ColumnLayout {
+        spacing: 0
 
-            SymbolImage {
-                anchors.horizontalCenter: parent.horizontalCenter
-                symbol: button.symbol
-                size: Metrics.symbolSmall
-                color: Colors.textPrimary
-            }
+        SymbolImage {
+            Layout.alignment: Qt.AlignHCenter | Qt.AlignBottom
+            symbol: button.symbol
+            size: Metrics.symbolSmall
+            color: Colors.textPrimary
+        }
 
-            Text {
-                anchors.horizontalCenter: parent.horizontalCenter
-                text: button.text
-                textFormat: Text.PlainText
-                color: Colors.textPrimary
-                font.pixelSize: Typography.footnoteSize
-                Accessible.ignored: true
-            }
+        Text {
+            Layout.alignment: Qt.AlignHCenter | Qt.AlignTop
+            text: button.text
+            textFormat: Text.PlainText
+            color: Colors.textPrimary
+            font.pixelSize: Typography.footnoteSize
+            Accessible.ignored: true
         }
     }
 }

@@ -23,7 +23,7 @@ Item {
 
     signal toggleLock
 
-    implicitHeight: Metrics.popoverRowHeight
+    implicitHeight: Math.max(Metrics.popoverRowHeight, texts.implicitHeight + Spacing.md)
     Accessible.role: Accessible.ListItem
     Accessible.name: accessibleText
     Accessible.description: accessibleDescription
@@ -54,8 +54,8 @@ Item {
         spacing: Spacing.sm
 
         Item {
-            Layout.preferredWidth: Metrics.popoverSymbolFrame
-            Layout.preferredHeight: Metrics.popoverSymbolFrame
+            Layout.preferredWidth: Math.max(Metrics.popoverSymbolFrame, Metrics.symbolText)
+            Layout.preferredHeight: Layout.preferredWidth
 
             SymbolImage {
                 anchors.centerIn: parent
@@ -66,6 +66,8 @@ Item {
         }
 
         ColumnLayout {
+            id: texts
+
             Layout.fillWidth: true
             spacing: 0
 

@@ -75,8 +75,8 @@ FocusScope {
             FilledButton {
                 id: plus
 
-                implicitWidth: Metrics.smallButton
-                implicitHeight: Metrics.smallButton
+                implicitWidth: Math.max(Metrics.smallButton, Metrics.symbolText + Spacing.md)
+                implicitHeight: implicitWidth
                 leftPadding: 0
                 rightPadding: 0
                 fill: Colors.clear
@@ -170,7 +170,7 @@ FocusScope {
             Keys.onReturnPressed: pressCurrent()
             Keys.onEnterPressed: pressCurrent()
             Keys.onPressed: (event) => {
-                const page = Math.max(1, Math.floor(height / Metrics.popoverRowHeight) - 1)
+                const page = Math.max(1, Math.floor(height / (currentItem?.height ?? height)) - 1)
                 const targets = { [Qt.Key_Home]: 0, [Qt.Key_End]: count - 1,
                                   [Qt.Key_PageUp]: currentIndex - page, [Qt.Key_PageDown]: currentIndex + page }
                 event.accepted = event.key in targets
@@ -197,7 +197,6 @@ FocusScope {
 
         RowLayout {
             Layout.fillWidth: true
-            Layout.preferredHeight: Metrics.popoverFooterHeight
             Layout.topMargin: 4
             Layout.bottomMargin: 4
             spacing: Spacing.xs

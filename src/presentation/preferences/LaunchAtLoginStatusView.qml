@@ -27,8 +27,7 @@ ColumnLayout {
         tone: view.status.statusTone
     }
 
-    RowLayout {
-        Layout.fillWidth: true
+    WrappingRow {
         visible: view.showDetailedStatus
         spacing: Spacing.lg
 
@@ -45,8 +44,6 @@ ColumnLayout {
             tone: view.status.syncTone
             font: Typography.settingDescription
         }
-
-        Item { Layout.fillWidth: true }
     }
 
     Rectangle {
@@ -117,8 +114,7 @@ ColumnLayout {
         Item { Layout.fillWidth: true }
     }
 
-    RowLayout {
-        Layout.fillWidth: true
+    WrappingRow {
         visible: view.showRecoveryActions && view.status.actionTexts.length > 0
         spacing: Spacing.sm
 
@@ -141,7 +137,5 @@ ColumnLayout {
                 onClicked: view.status.act(index)
             }
         }
-
-        Item { Layout.fillWidth: true }
     }
 }

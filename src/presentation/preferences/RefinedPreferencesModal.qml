@@ -18,9 +18,9 @@ Sheet {
     presented: preferences.isPresented
     accessibleName: "Settings Modal"
     accessibleHint: "Configure application preferences and security settings"
-    minimumSheetWidth: preferences.modalWidth
-    maximumSheetWidth: preferences.modalWidth
-    implicitHeight: DesignSystem.modalMaxHeight
+    minimumSheetWidth: preferences.modalWidth * Typography.scale
+    maximumSheetWidth: minimumSheetWidth
+    implicitHeight: DesignSystem.modalMaxHeight * Typography.scale
     initialFocusItem: frame
     onSelectedChanged: scrollToTop()
     onEscapePressed: preferences.handleCloseAttempt()
@@ -52,8 +52,8 @@ Sheet {
             IconButton {
                 id: closeButton
 
-                implicitWidth: Metrics.closeButton
-                implicitHeight: Metrics.closeButton
+                implicitWidth: Math.max(Metrics.closeButton, Metrics.symbolControl + Spacing.xs)
+                implicitHeight: implicitWidth
                 symbol: "xmark"
                 helpText: "Close Settings"
                 Accessible.description: "Closes the settings modal. Press Escape key as alternative."

@@ -11,7 +11,7 @@ TabButton {
 
     property string symbol
 
-    implicitHeight: DesignSystem.buttonHeight
+    implicitHeight: Math.max(DesignSystem.buttonHeight, implicitContentHeight + 2 * Spacing.sm)
     padding: 0
     hoverEnabled: true
     focusPolicy: Qt.StrongFocus

@@ -42,8 +42,8 @@ RowLayout {
             Accessible.name: "Switch to " + modelData.name + " settings"
             // A press would replace a binding.
             Binding on checked { value: tab.isSelected }
-            Keys.onLeftPressed: tabs.select(index - 1)
-            Keys.onRightPressed: tabs.select(index + 1)
+            Keys.onLeftPressed: tabs.select(index + (mirrored ? 1 : -1))
+            Keys.onRightPressed: tabs.select(index + (mirrored ? -1 : 1))
             onClicked: tabs.preferences.selectedSection = modelData.section
         }
     }

@@ -17,7 +17,7 @@ SettingRow {
 
         text: ""
         scale: row.controlScale
-        transformOrigin: Item.Right // in line with the others
+        transformOrigin: mirrored ? Item.Left : Item.Right // in line with the others
         checked: row.checked
         Accessible.name: row.title
         Accessible.description: row.accessibilityHint !== "" ? row.accessibilityHint : row.description

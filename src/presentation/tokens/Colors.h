@@ -3,6 +3,7 @@
 #pragma once
 
 #include "presentation/tokens/ColorTokens.h"
+#include "presentation/tokens/Metrics.h"
 
 #include <QObject>
 #include <QtQml/qqmlregistration.h>
@@ -75,6 +76,7 @@ class Colors : public QObject
     Q_PROPERTY(quillhaven::ColorGradient primaryGradientHorizontal READ primaryGradientHorizontal NOTIFY changed)
     Q_PROPERTY(quillhaven::ColorGradient primaryGradientVertical READ primaryGradientVertical NOTIFY changed)
     Q_PROPERTY(bool isHighContrast READ isHighContrast WRITE setIsHighContrast NOTIFY changed)
+    Q_PROPERTY(double disabledOpacity READ disabledOpacity NOTIFY changed)
     Q_PROPERTY(QColor accessibleTextColor READ accessibleTextColor NOTIFY changed)
     Q_PROPERTY(QColor accessibleBorderColor READ accessibleBorderColor NOTIFY changed)
     Q_PROPERTY(QColor accessibleFocusColor READ accessibleFocusColor NOTIFY changed)
@@ -149,6 +151,11 @@ public:
     /// Whether the accessible colours are the high-contrast ones.
     [[nodiscard]] bool isHighContrast() const { return m_isHighContrast; }
     void setIsHighContrast(bool value);
+    /// The opacity of a disabled control.
+    [[nodiscard]] double disabledOpacity() const
+    {
+        return m_isHighContrast ? Metrics::highContrastDisabledOpacity : Metrics::disabledOpacity;
+    }
     [[nodiscard]] QColor accessibleTextColor() const { return m_isHighContrast ? textHighContrast() : text(); }
     [[nodiscard]] QColor accessibleBorderColor() const { return m_isHighContrast ? borderHighContrast() : border(); }
     [[nodiscard]] QColor accessibleFocusColor() const { return m_isHighContrast ? focusRingHighContrast() : focus(); }

@@ -6,10 +6,16 @@
 #include "presentation/tokens/Colors.h"
 #include "presentation/tokens/DesignSystem.h"
 #include "presentation/tokens/HighContrast.h"
+#include "presentation/tokens/Metrics.h"
 #include "presentation/tokens/Symbols.h"
+#include "presentation/tokens/Typography.h"
 
+#include <QGuiApplication>
 #include <QQmlComponent>
 #include <QQmlEngine>
+#include <QScreen>
+
+#include <cmath>
 
 namespace quillhaven {
 
@@ -35,6 +41,23 @@ void apply(const DisplayPreferences::Values &wishes, Colors &colors, DesignSyste
 
 } // namespace
 
+double textScaleBeside(double screenScale, double textScale)
+{
+    constexpr double tolerance = 0.02;
+    return screenScale > 1 && textScale > 1 && screenScale >= textScale - tolerance ? 1 : textScale;
+}
+
+double shownTextScale(const DisplayPreferences &display)
+{
+    const QScreen *screen = QGuiApplication::primaryScreen();
+    if (QGuiApplication::platformName() != QLatin1String("xcb") || !screen) {
+        return display.textScale();
+    }
+    bool isSet = false;
+    const double ownFactor = qEnvironmentVariable("QT_SCALE_FACTOR").toDouble(&isSet);
+    return textScaleBeside(screen->devicePixelRatio() / (isSet && ownFactor > 0 ? ownFactor : 1), display.textScale());
+}
+
 void installDesign(QQmlEngine &engine)
 {
     engine.addImportPath(QStringLiteral("qrc:/"));
@@ -48,7 +71,14 @@ void followDisplay(QQmlEngine &engine, const DisplayPreferences &display)
     imports.setData("import QtQml\nimport Quillhaven.Design\nQtObject {}", QUrl());
     auto &colors = singleton<Colors>(engine, "Colors");
     auto &design = singleton<DesignSystem>(engine, "DesignSystem");
-    const auto follow = [&display, &colors, &design] { apply(display.values(), colors, design); };
+    auto &typography = singleton<Typography>(engine, "Typography");
+    auto &metrics = singleton<Metrics>(engine, "Metrics");
+    const auto follow = [&display, &colors, &design, &typography, &metrics] {
+        apply(display.values(), colors, design);
+        const double scale = shownTextScale(display);
+        metrics.setTextScale(scale);
+        typography.setScale(scale);
+    };
     QObject::connect(&display, &DisplayPreferences::changed, &colors, follow);
     follow();
 }

@@ -18,4 +18,12 @@ void installDesign(QQmlEngine &engine);
 /// After installDesign: the design follows how the user wants programs to look, now and from then on.
 void followDisplay(QQmlEngine &engine, const DisplayPreferences &display);
 
+/// How much larger texts are to be drawn where everything is already drawn `screenScale` times as large. On X11 the
+/// settings services of the desktops multiply the resolution that they report by the scale of texts, and the toolkit
+/// enlarges everything by it: a text that was enlarged so is not enlarged again.
+[[nodiscard]] double textScaleBeside(double screenScale, double textScale);
+
+/// The scale at which the program draws texts, beside that of everything else.
+[[nodiscard]] double shownTextScale(const DisplayPreferences &display);
+
 } // namespace quillhaven

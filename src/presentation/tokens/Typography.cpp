@@ -20,6 +20,14 @@ QString Typography::family()
     return resolved;
 }
 
+void Typography::setScale(double scale)
+{
+    if (m_scale != scale) {
+        m_scale = scale;
+        Q_EMIT scaleChanged();
+    }
+}
+
 QFont Typography::scaledFont(int size, QFont::Weight weight, Design design)
 {
     QFont font(family());

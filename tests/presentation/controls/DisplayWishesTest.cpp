@@ -211,6 +211,73 @@ TEST_F(DisplayWishes, AStatusThatOnlyAColourShowsGetsItsSymbol)
     }
 }
 
+TEST_F(DisplayWishes, ControlsGrowWithTheirTextsAndKeepTheirHeightAtTheUsualSize)
+{
+    const std::pair<const char *, int> usualHeights[] = {
+        {"SecondaryButton { id: shown; text: \"T\"; symbol: \"plus\" }", 36},
+        {"InputField { id: shown; placeholderText: \"P\" }", 40},
+        {"SearchField { id: shown; placeholderText: \"P\" }", 36},
+        {"StatusBadge { id: shown; text: \"T\" }", 24},
+        {"PopMenuItem { id: shown; text: \"T\"; symbol: \"plus\" }", 34},
+        {"Stepper { id: shown }", 36},
+        {"CustomToggleStyle { id: shown; text: \"T\" }", 24}};
+    for (const auto &[qml, height] : usualHeights) {
+        SCOPED_TRACE(qml);
+        display.setValues({});
+        show(QString::fromUtf8(qml));
+        const auto shownHeight = [this] { return tested->property("height").toInt(); };
+        EXPECT_EQ(shownHeight(), height);
+        for (const double scale : {1.5, 2.0, 3.0}) {
+            display.setValues({.textScale = scale});
+            const double leastHeight = 14 * scale;
+            EXPECT_TRUE(spinUntil([&] { return shownHeight() >= leastHeight; }, 10'000)) << scale;
+        }
+        display.setValues({});
+        EXPECT_TRUE(spinUntil([&] { return shownHeight() == height; }, 10'000));
+    }
+}
+
+TEST_F(DisplayWishes, ItemsThatHaveNoRoomInARowAreWrapped)
+{
+    show(QStringLiteral(
+        "Column { id: shown; width: 300; property alias first: one; property alias last: two\n"
+        "WrappingRow { width: parent.width; spacing: 8\n"
+        "SecondaryButton { id: one; text: \"Give back\" } SecondaryButton { id: two; text: \"Add\" } } }"));
+    const auto y = [this](const char *name) { return tested->property(name).value<QQuickItem *>()->y(); };
+    EXPECT_EQ(y("last"), y("first"));
+    display.setValues({.textScale = 3});
+    EXPECT_TRUE(spinUntil([&] { return y("last") > y("first"); }, 10'000));
+}
+
+TEST_F(DisplayWishes, AMirroredFieldHasItsPromptAndItsCaretAtTheRight)
+{
+    show(QStringLiteral("Item { id: shown; width: 400; height: 40; property alias caret: field.cursorRectangle\n"
+                        "LayoutMirroring.enabled: true; LayoutMirroring.childrenInherit: true\n"
+                        "InputField { id: field; anchors.fill: parent; placeholderText: \"Prompt\" } }"));
+    QQuickItem *prompt = with("text", QStringLiteral("Prompt"));
+    ASSERT_TRUE(prompt);
+    EXPECT_GT(tested->property("caret").toRectF().x(), 350);
+    EXPECT_EQ(prompt->property("effectiveHorizontalAlignment").toInt(), int(Qt::AlignRight));
+}
+
+TEST_F(DisplayWishes, AMirroredSwitchAndProgressBeginAtTheRight)
+{
+    display.setValues({.differentiateWithoutColor = true});
+    show(QStringLiteral("CustomToggleStyle { id: shown; text: \"T\"; LayoutMirroring.enabled: true }"));
+    QQuickItem *shape = with("objectName", QStringLiteral("shape"));
+    ASSERT_TRUE(shape);
+    const double off = shape->x();
+    tested->setProperty("checked", true);
+    EXPECT_GT(shape->x(), off);
+
+    show(QStringLiteral("ProgressLine { id: shown; width: 200; value: 0.25; LayoutMirroring.enabled: true\n"
+                        "LayoutMirroring.childrenInherit: true; property color mark: tint }"));
+    QQuickItem *done = with("color", tested->property("mark"));
+    ASSERT_TRUE(done);
+    EXPECT_TRUE(spinUntil([&] { return done->width() == 50; }, 10'000));
+    EXPECT_EQ(done->x(), 150);
+}
+
 TEST_F(DisplayWishes, TheDotGivesWayToItsSymbol)
 {
     show(QStringLiteral("StatusDot { id: shown; status: StatusType.Error }"));

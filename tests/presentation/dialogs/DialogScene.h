@@ -37,6 +37,8 @@ public:
                 "import Quillhaven.Dialogs\n"
                 "ApplicationWindow {\nid: scene\n%1\nwidth: 1200; height: 900; visible: true\n"
                 "color: Colors.windowBackground\n"
+                "LayoutMirroring.enabled: Application.layoutDirection === Qt.RightToLeft\n"
+                "LayoutMirroring.childrenInherit: true\n"
                 "FilledButton { text: \"Behind\"; focus: true; x: 40; y: 40 }\n"
                 "FilledButton { text: \"Also behind\"; x: 40; y: 100 }\n%2\n}")
                 .arg(properties, dialogs)

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
 #include "presentation/tokens/Colors.h"
+#include "presentation/tokens/Design.h"
 #include "presentation/tokens/DesignSystem.h"
 #include "presentation/tokens/PanelPalette.h"
 #include "presentation/tokens/Spacing.h"
@@ -346,6 +347,58 @@ TEST(TypographyTokens, ScaledFontHasTheSizeWeightAndDesign)
     EXPECT_EQ(monospaced.styleHint(), QFont::Monospace);
     EXPECT_EQ(monospaced.pixelSize(), 12);
     EXPECT_EQ(Typography::scaledFont(12, Typography::regular, Typography::Design::serif).styleHint(), QFont::Serif);
+}
+
+TEST(TypographyTokens, ThePropertiesAreMultipliedByTheScaleAndRounded)
+{
+    Typography typography;
+    QSignalSpy changes(&typography, &Typography::scaleChanged);
+    EXPECT_EQ(typography.property("bodySize").toInt(), Typography::bodySize);
+    EXPECT_EQ(typography.property("titleXL").value<QFont>(), Typography::titleXL());
+    typography.setScale(1.5);
+    typography.setScale(1.5);
+    EXPECT_EQ(changes.count(), 1);
+    EXPECT_EQ(typography.property("bodySize").toInt(), 23);
+    EXPECT_EQ(typography.property("caption2Size").toInt(), 15);
+    EXPECT_EQ(typography.property("titleXL").value<QFont>().pixelSize(), 33);
+    EXPECT_EQ(typography.property("settingLabel").value<QFont>(), Typography::settingLabel(1.5));
+}
+
+TEST(TypographyTokens, EverySizeAndFontOfTheScreensFollowsTheScale)
+{
+    Typography typography;
+    const auto values = [&typography] {
+        QVariantMap all;
+        const QMetaObject *meta = typography.metaObject();
+        for (int index = meta->propertyOffset(); index < meta->propertyCount(); ++index) {
+            if (!meta->property(index).isConstant()) {
+                const QVariant value = meta->property(index).read(&typography);
+                all.insert(QString::fromLatin1(meta->property(index).name()),
+                           value.canConvert<QFont>() && value.typeId() == QMetaType::QFont
+                               ? value.value<QFont>().pixelSize()
+                               : value.toDouble());
+            }
+        }
+        return all;
+    };
+    const QVariantMap before = values();
+    typography.setScale(2);
+    const QVariantMap after = values();
+    EXPECT_EQ(after.size(), 23);
+    for (const QString &name : before.keys()) {
+        EXPECT_EQ(after[name].toDouble(), 2 * before[name].toDouble()) << qUtf8Printable(name);
+    }
+}
+
+TEST(TextScale, WhatTheScreenAlreadyEnlargesIsNotEnlargedAgain)
+{
+    EXPECT_EQ(textScaleBeside(1, 1.5), 1.5);
+    EXPECT_EQ(textScaleBeside(1.5, 1.5), 1);
+    EXPECT_EQ(textScaleBeside(1.49, 1.5), 1) << "the desktop rounds the resolution";
+    EXPECT_EQ(textScaleBeside(2.5, 1.25), 1) << "a scale of everything times that of the text";
+    EXPECT_EQ(textScaleBeside(1.25, 2), 2);
+    EXPECT_EQ(textScaleBeside(2, 1), 1);
+    EXPECT_EQ(textScaleBeside(2, 0.8), 0.8);
 }
 
 TEST(DesignSystemTokens, CornerRadii)

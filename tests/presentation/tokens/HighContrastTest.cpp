@@ -128,6 +128,22 @@ TEST(HighContrast, TextsOfButtonsAndMenusAreReadableInEachState)
     expectContrast(forText, {{"disabled text", colors.panelDisabledText}}, {{"a panel", colors.bgPanel}});
 }
 
+// A disabled button has no fill, so that its text is on one of the surfaces, or over a layer of one.
+TEST(HighContrast, DisabledTextsAndMarksAreReadable)
+{
+    const auto faded = [](const QColor &ink) { return pale(ink, Metrics::highContrastDisabledOpacity); };
+    const Named text{"disabled text", faded(colors.textPrimary)};
+    expectContrast(forText, {text}, plainSurfaces);
+    expectContrast(forText, {text}, under("a hovered row", colors.hover));
+    expectContrast(forMarks, {text}, under("a selected row", colors.selection));
+    for (const Named &ink : {Named{"shred", colors.error}, Named{"remove", colors.warning},
+                             Named{"copy", colors.iconMuted}, Named{"a switch's border", colors.border}}) {
+        expectContrast(forMarks, {{ink.name, faded(ink.color)}}, plainSurfaces);
+        expectContrast(forMarks, {{ink.name, faded(ink.color)}}, under("a selected row", colors.selection));
+    }
+    expectContrast(forText, {{"a stepper's end", colors.disabled}}, plainSurfaces);
+}
+
 TEST(HighContrast, BadgesAreReadable)
 {
     expectContrast(forText, {{"locked", colors.primary}}, {{"its badge", colors.badgeLockedFill}});

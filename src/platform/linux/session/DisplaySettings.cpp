@@ -4,12 +4,22 @@
 
 #include <algorithm>
 #include <array>
+#include <cmath>
 
 namespace quillhaven {
 
 namespace {
 
-enum Setting { Contrast, ReducedMotion, HighContrast, StatusShapes, EnableAnimations, GtkTheme, DurationFactor };
+enum Setting {
+    Contrast,
+    ReducedMotion,
+    HighContrast,
+    StatusShapes,
+    EnableAnimations,
+    GtkTheme,
+    TextScalingFactor,
+    DurationFactor
+};
 
 struct Row
 {
@@ -28,11 +38,20 @@ constexpr std::array rows{
     Row{StatusShapes, "org.gnome.desktop.a11y.interface", "show-status-shapes", QMetaType::Bool},
     Row{EnableAnimations, "org.gnome.desktop.interface", "enable-animations", QMetaType::Bool},
     Row{GtkTheme, "org.gnome.desktop.interface", "gtk-theme", QMetaType::QString},
+    Row{TextScalingFactor, "org.gnome.desktop.interface", "text-scaling-factor", QMetaType::Double},
     // Plasma publishes the entries of its files as strings.
     Row{DurationFactor, "org.kde.kdeglobals.KDE", "AnimationDurationFactor", QMetaType::QString},
 };
 
 constexpr uint wished = 1;
+
+double textScale(const QVariant &factor)
+{
+    constexpr double least = 0.5;
+    constexpr double most = 3;
+    const double scale = factor.toDouble();
+    return std::isfinite(scale) && scale > 0 ? std::clamp(scale, least, most) : 1;
+}
 
 } // namespace
 
@@ -73,7 +92,8 @@ DisplayPreferences::Values DisplaySettings::values() const
     return {.reduceMotion = reducesMotion,
             .differentiateWithoutColor = hasMoreContrast || m_values.value(StatusShapes).toBool(),
             .colorSchemeContrast =
-                hasMoreContrast ? DisplayPreferences::Contrast::Increased : DisplayPreferences::Contrast::Standard};
+                hasMoreContrast ? DisplayPreferences::Contrast::Increased : DisplayPreferences::Contrast::Standard,
+            .textScale = textScale(m_values.value(TextScalingFactor))};
 }
 
 } // namespace quillhaven

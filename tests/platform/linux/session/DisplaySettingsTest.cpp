@@ -4,6 +4,9 @@
 
 #include <gtest/gtest.h>
 
+#include <cmath>
+#include <limits>
+
 namespace quillhaven::test {
 namespace {
 
@@ -62,6 +65,24 @@ TEST(DisplaySettings, TheKeysOfSingleDesktopsCountWhereTheSharedOnesAreAbsent)
     for (const char *some : {"1", "0.25", "", "fast"}) {
         EXPECT_EQ(valuesOf({{plasma, "AnimationDurationFactor", QString::fromLatin1(some)}}), Values()) << some;
     }
+}
+
+TEST(DisplaySettings, TheFactorOfTheTextIsItsScaleWithinLimits)
+{
+    const std::pair<double, double> cases[] = {{1.25, 1.25}, {0.5, 0.5}, {3, 3}, {0.1, 0.5}, {40, 3}};
+    for (const auto &[factor, scale] : cases) {
+        EXPECT_EQ(valuesOf({{gnome, "text-scaling-factor", factor}}), Values{.textScale = scale}) << factor;
+    }
+}
+
+TEST(DisplaySettings, AFactorOfTheTextThatIsNoneLeavesTheUsualSize)
+{
+    const double infinite = std::numeric_limits<double>::infinity();
+    for (const QVariant &wrong : {QVariant(0.0), QVariant(-1.5), QVariant(std::nan("")), QVariant(infinite),
+                                  QVariant(-infinite), QVariant(2), QVariant(QStringLiteral("1.5")), QVariant(true)}) {
+        EXPECT_EQ(valuesOf({{gnome, "text-scaling-factor", wrong}}), Values()) << wrong.typeName();
+    }
+    EXPECT_EQ(valuesOf({{appearance, "text-scaling-factor", 1.5}}), Values());
 }
 
 TEST(DisplaySettings, TheSharedKeysHavePrecedence)
