@@ -29,7 +29,7 @@ DashboardViewModel::DashboardViewModel(const Platform &platform, QuillhavenManag
       m_protecting(context(), m_bulk, platform.panels),
       m_dropping(context(), m_protecting, m_bulk),
       m_itemActions(context(), m_bulk, platform.clock),
-      m_shredding(context()),
+      m_shredding(context(), platform.volumes),
       m_rescue(context(), platform.panels, m_notices, platform.directories.home),
       m_updateBadge(updateManager, platform.opener, m_errors)
 {

@@ -113,6 +113,14 @@ Sheet {
         }
     }
 
+    TextLabel {
+        Layout.fillWidth: true
+        visible: sheet.dialog.storageNote.length > 0
+        text: sheet.dialog.storageNote
+        font: Typography.settingDescription
+        wrapMode: Text.Wrap
+    }
+
     CheckMark {
         Layout.fillWidth: true
         text: "I understand this will permanently delete the selected items"
