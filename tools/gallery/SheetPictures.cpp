@@ -15,6 +15,7 @@
 #include "presentation/dialogs/RecoveryDialogManager.h"
 #include "presentation/dialogs/RemoveProtectionDialogManager.h"
 #include "presentation/dialogs/ShredConfirmationDialogModel.h"
+#include "presentation/dialogs/StorageNote.h"
 #include "support/FakeFilePanels.h"
 #include "support/TestPlatform.h"
 
@@ -127,6 +128,11 @@ TEST(SheetPictures, ShredConfirmation)
     dialog.setHasReadWarning(true);
     dialog.setConfirmationText(QStringLiteral("SHRED PERMANENTLY"));
     drawInBothSizes(*scene.window(), QStringLiteral("shred-confirmation"));
+    dialog.setStorageNote(storageNote({.isSolidState = true, .isUnencrypted = true}));
+    drawInBothSizes(*scene.window(), QStringLiteral("shred-confirmation-note"));
+    dialog.setStorageNote(storageNote(
+        {.isSolidState = true, .isCopyOnWrite = true, .isSynced = true, .hasSnapshots = true, .isUnencrypted = true}));
+    drawInBothSizes(*scene.window(), QStringLiteral("shred-confirmation-long-note"));
 }
 
 TEST(SheetPictures, ShredProgress)
