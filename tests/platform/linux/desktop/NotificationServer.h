@@ -51,10 +51,16 @@ public:
         }
         return calls;
     }
+    /// Waits for this many of them, and until the client has handled the answer to the last one.
     bool receives(qsizetype count) const
     {
         const bool isReached = spinUntil([&] { return messages().size() >= count; });
         EXPECT_EQ(messages().size(), count) << qUtf8Printable(messages().join(QLatin1Char('\n')));
+        // The server answers in order, and Qt reads what has arrived on all connections before it waits for more.
+        for (int i = 0; i < 2; ++i) {
+            call(QStringLiteral("org.freedesktop.Notifications"), QStringLiteral("GetServerInformation"), {});
+            spinOnce();
+        }
         return isReached;
     }
 
@@ -79,12 +85,16 @@ private:
     }
     static void emitSignal(const QString &name, const QString &signature, const QVariantList &arguments)
     {
-        const QString server = QStringLiteral("org.freedesktop.Notifications");
-        QDBusMessage call =
-            QDBusMessage::createMethodCall(server, QStringLiteral("/org/freedesktop/Notifications"),
-                                           QStringLiteral("org.freedesktop.DBus.Mock"), QStringLiteral("EmitSignal"));
-        call << server << name << signature << QVariant(arguments);
-        const QDBusMessage reply = QDBusConnection::sessionBus().call(call);
+        call(QStringLiteral("org.freedesktop.DBus.Mock"), QStringLiteral("EmitSignal"),
+             {QStringLiteral("org.freedesktop.Notifications"), name, signature, QVariant(arguments)});
+    }
+    static void call(const QString &interface, const QString &method, const QVariantList &arguments)
+    {
+        QDBusMessage message =
+            QDBusMessage::createMethodCall(QStringLiteral("org.freedesktop.Notifications"),
+                                           QStringLiteral("/org/freedesktop/Notifications"), interface, method);
+        message.setArguments(arguments);
+        const QDBusMessage reply = QDBusConnection::sessionBus().call(message);
         EXPECT_EQ(reply.type(), QDBusMessage::ReplyMessage) << qUtf8Printable(reply.errorMessage());
     }
 
