@@ -119,6 +119,7 @@ Sheet {
         text: sheet.dialog.storageNote
         font: Typography.settingDescription
         wrapMode: Text.Wrap
+        Accessible.role: Accessible.AlertMessage
     }
 
     CheckMark {

@@ -60,7 +60,7 @@ QString storageNote(const StorageFacts &facts)
     if (!facts.isAnythingKnown()) {
         return {};
     }
-    return QStringLiteral("The data may survive %1. %2").arg(listed(placesOf(facts)), advice(facts));
+    return QStringLiteral("Even so, the data may survive %1. %2").arg(listed(placesOf(facts)), advice(facts));
 }
 
 } // namespace quillhaven

@@ -8,7 +8,8 @@
 
 namespace quillhaven {
 
-/// Says where the content of shredded items may survive, and what protects against that. Empty when nothing is known.
+/// Says where the content of shredded items may survive, and what protects against that; follows the promise that it
+/// does not. Empty when nothing is known.
 [[nodiscard]] QString storageNote(const StorageFacts &facts);
 
 } // namespace quillhaven

@@ -65,19 +65,23 @@ TEST(StorageNote, NothingIsSaidWhenNothingIsKnown)
 
 TEST(StorageNote, TheWholeSentenceOfCommonDisks)
 {
-    EXPECT_EQ(storageNote({.isSolidState = true, .isUnencrypted = true}),
-              QStringLiteral("The data may survive in parts of the solid-state disk that no program can reach. "
-                             "Only encrypting the whole disk protects against that."));
-    EXPECT_EQ(storageNote({.isSolidState = true}),
-              QStringLiteral("The data may survive in parts of the solid-state disk that no program can reach. "
-                             "The disk's encryption protects it while the disk is locked."));
-    EXPECT_EQ(storageNote({.isCopyOnWrite = true, .hasSnapshots = true, .isUnencrypted = true}),
-              QStringLiteral("The data may survive in free space that the file system does not overwrite and in "
-                             "snapshots of the disk. Only encrypting the whole disk protects against that."));
+    EXPECT_EQ(
+        storageNote({.isSolidState = true, .isUnencrypted = true}),
+        QStringLiteral("Even so, the data may survive in parts of the solid-state disk that no program can reach. "
+                       "Only encrypting the whole disk protects against that."));
+    EXPECT_EQ(
+        storageNote({.isSolidState = true}),
+        QStringLiteral("Even so, the data may survive in parts of the solid-state disk that no program can reach. "
+                       "The disk's encryption protects it while the disk is locked."));
+    EXPECT_EQ(
+        storageNote({.isCopyOnWrite = true, .hasSnapshots = true, .isUnencrypted = true}),
+        QStringLiteral("Even so, the data may survive in free space that the file system does not overwrite and in "
+                       "snapshots of the disk. Only encrypting the whole disk protects against that."));
     EXPECT_EQ(storageNote({.isSolidState = true, .isRemote = true, .isSynced = true, .isUnencrypted = true}),
-              QStringLiteral("The data may survive in parts of the solid-state disk that no program can reach, on the "
-                             "server or in the program that stores it and wherever the folder is synchronized to. "
-                             "Encrypting the whole disk protects only what is on this computer."));
+              QStringLiteral(
+                  "Even so, the data may survive in parts of the solid-state disk that no program can reach, on the "
+                  "server or in the program that stores it and wherever the folder is synchronized to. "
+                  "Encrypting the whole disk protects only what is on this computer."));
 }
 
 TEST(StorageNote, EachCombinationNamesItsPlacesInOrderAndWhatProtects)
@@ -88,7 +92,7 @@ TEST(StorageNote, EachCombinationNamesItsPlacesInOrderAndWhatProtects)
             continue;
         }
         const QString note = storageNote(facts);
-        ASSERT_TRUE(note.startsWith(QStringLiteral("The data may survive "))) << bits;
+        ASSERT_TRUE(note.startsWith(QStringLiteral("Even so, the data may survive "))) << bits;
         qsizetype last = 0;
         for (const Clause &clause : clauses) {
             const qsizetype place = note.indexOf(clause.words);
