@@ -76,18 +76,14 @@ void measurePreferences()
                               .passwordInput = harness.passwordDialog,
                               .passwordInputState = harness.passwordInput,
                               .masterPassword = harness.masterPasswordDialog,
-                              .removeProtection = *harness.dashboard.removeProtectionDialogManager(),
-                              .rescue = *harness.dashboard.rescue()->dialog(),
-                              .error = *harness.dashboard.errorDialogManager(),
-                              .bulkFilePicker = *harness.dashboard.bulk()->picker(),
-                              .bulkProgress = *harness.dashboard.bulk()->progress(),
-                              .shredConfirmation = *harness.dashboard.shredding()->confirmation(),
-                              .shredProgress = *harness.dashboard.shredding()->progress(),
+                              .dashboard = harness.dashboard,
                               .preferences = preferences.model,
+                              .onboarding = harness.onboarding,
                               .biometrics = services.biometrics,
                               .menuBarError = noMenuBarError},
                        [] {});
     MainWindow window(*engine, harness.dashboard, sheets);
+    harness.onboarding.close();
     window.show();
     measure(
         "preferences", *window.window(), [&] { preferences.model.show(); },

@@ -16,6 +16,7 @@
 #include "presentation/dialogs/ConfirmationDialogManager.h"
 #include "presentation/dialogs/ProtectionMethodDialogManager.h"
 #include "presentation/dialogs/RemoveProtectionDialogManager.h"
+#include "presentation/onboarding/OnboardingManager.h"
 #include "shell/LaunchContextManager.h"
 #include "shredding/QuillhavenShredder.h"
 #include "updates/UpdateManager.h"
@@ -144,6 +145,11 @@ AutoLockManager &AutoLockManager::shared()
 SmartAutoLockManager &SmartAutoLockManager::shared()
 {
     return sharedInstance<SmartAutoLockManager>(foundation().platform, QuillhavenManager::shared());
+}
+
+OnboardingManager &OnboardingManager::shared()
+{
+    return sharedInstance<OnboardingManager>(foundation().platform.defaults.standard());
 }
 
 LaunchAtLoginServiceManager &LaunchAtLoginServiceManager::shared()

@@ -33,7 +33,7 @@ Windows::Windows(const Platform &platform, MenuBarViewModel &menuBar, const Acti
                    .protectionMethod = ProtectionMethodDialogManager::shared(),
                    .passwordInput = PasswordInputDialogManager::shared(),
                    .masterPassword = MasterPasswordDialogManager::shared()},
-                  UpdateManager::shared()),
+                  UpdateManager::shared(), AutoLockManager::shared()),
       m_storeNotice(platform.credentialStoreState, *m_dashboard.notices(), ConfirmationDialogManager::shared()),
       m_preferences(preferencesContext(platform, actions)),
       m_sheetModels(sheets(platform), actions.bringMainWindowForward)
@@ -70,14 +70,9 @@ Sheets Windows::sheets(const Platform &platform)
             .passwordInput = PasswordInputDialogManager::shared(),
             .passwordInputState = m_passwordInput,
             .masterPassword = MasterPasswordDialogManager::shared(),
-            .removeProtection = *m_dashboard.removeProtectionDialogManager(),
-            .rescue = *m_dashboard.rescue()->dialog(),
-            .error = *m_dashboard.errorDialogManager(),
-            .bulkFilePicker = *m_dashboard.bulk()->picker(),
-            .bulkProgress = *m_dashboard.bulk()->progress(),
-            .shredConfirmation = *m_dashboard.shredding()->confirmation(),
-            .shredProgress = *m_dashboard.shredding()->progress(),
+            .dashboard = m_dashboard,
             .preferences = m_preferences,
+            .onboarding = OnboardingManager::shared(),
             .biometrics = platform.biometrics,
             .menuBarError = *m_menuBar.errorDialogManager()};
 }

@@ -38,6 +38,27 @@ ApplicationWindow {
         onActivated: window.sheets.preferences.show()
     }
 
+    Shortcut {
+        sequences: ["F1", "Ctrl+?", "Ctrl+Shift+/"] // the last one is Ctrl+? on many keyboards
+        onActivated: window.sheets.keyboardShortcuts.show()
+    }
+
+    Shortcut {
+        sequence: "Ctrl+N"
+        enabled: !window.dashboard.protecting.showingFilePicker
+        onActivated: window.dashboard.protecting.protectNewItem()
+    }
+
+    Shortcut {
+        sequence: "Ctrl+L"
+        onActivated: window.dashboard.bulk.lockEverything()
+    }
+
+    Shortcut {
+        sequence: "Ctrl+W"
+        onActivated: window.close()
+    }
+
     DashboardView {
         anchors.fill: parent
         dashboard: window.dashboard

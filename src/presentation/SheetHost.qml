@@ -5,7 +5,9 @@ pragma ComponentBehavior: Bound
 import QtQuick
 import Quillhaven
 import Quillhaven.Controls
+import Quillhaven.Dashboard
 import Quillhaven.Dialogs
+import Quillhaven.Onboarding
 import Quillhaven.Preferences
 
 /// The sheets of a window, over its content. Questions are shown in one of the windows, the progress of operations in
@@ -28,6 +30,18 @@ Item {
         Item {
             anchors.fill: parent
 
+            SheetLoader {
+                presented: host.models.onboarding.shouldShowOnboarding
+                sourceComponent: OnboardingView { onboarding: host.models.onboarding }
+            }
+            SheetLoader {
+                presented: host.models.keyboardShortcuts.isPresented
+                sourceComponent: KeyboardShortcutsView { shortcuts: host.models.keyboardShortcuts }
+            }
+            SheetLoader {
+                presented: host.models.itemDetails.isPresented
+                sourceComponent: ItemDetailView { details: host.models.itemDetails }
+            }
             SheetLoader {
                 presented: host.models.bulkProgress.isPresented
                 sourceComponent: BulkProgressView { operation: host.models.bulkProgress }
@@ -60,6 +74,10 @@ Item {
             SheetLoader {
                 presented: host.models.shredConfirmation.isPresented
                 sourceComponent: ShredConfirmationDialog { dialog: host.models.shredConfirmation }
+            }
+            SheetLoader {
+                presented: host.models.deleteConfirmation.isPresented
+                sourceComponent: DeleteConfirmationSheet { dialog: host.models.deleteConfirmation }
             }
             SheetLoader {
                 presented: host.models.recoveryDialogManager.isPresented
@@ -116,6 +134,10 @@ Item {
                     manager: host.models.errorDialogManager
                     onShowTroubleshooting: host.models.showDefaultTroubleshooting(manager)
                 }
+            }
+            SheetLoader {
+                presented: host.models.errorDialogSheet.isPresented
+                sourceComponent: ErrorDialogSheet { manager: host.models.errorDialogSheet }
             }
             SheetLoader {
                 presented: host.models.menuBarErrorDialogManager.isPresented

@@ -9,10 +9,25 @@ namespace quillhaven {
 SheetModels::SheetModels(const Sheets &sheets, std::function<void()> bringMainWindowForward, QObject *parent)
     : QObject(parent),
       m_sheets(sheets),
-      m_dialogs{&sheets.confirmation,       &sheets.protectionMethod,  &sheets.passwordInput, &sheets.masterPassword,
-                &sheets.removeProtection,   recoveryDialogManager(),   &sheets.rescue,        &sheets.error,
-                &sheets.bulkFilePicker,     &sheets.shredConfirmation, &sheets.preferences,   preferencesConfirmation(),
-                preferencesPasswordInput(), preferencesError(),        &sheets.menuBarError},
+      m_dialogs{&sheets.confirmation,
+                &sheets.protectionMethod,
+                &sheets.passwordInput,
+                &sheets.masterPassword,
+                removeProtectionDialogManager(),
+                recoveryDialogManager(),
+                rescue(),
+                errorDialogManager(),
+                bulkFilePicker(),
+                shredConfirmation(),
+                deleteConfirmation(),
+                errorDialogSheet(),
+                itemDetails(),
+                keyboardShortcuts(),
+                &sheets.preferences,
+                preferencesConfirmation(),
+                preferencesPasswordInput(),
+                preferencesError(),
+                &sheets.menuBarError},
       m_questionWindow(std::move(bringMainWindowForward))
 {
     for (const DialogModel *dialog : std::as_const(m_dialogs)) {
@@ -22,13 +37,15 @@ SheetModels::SheetModels(const Sheets &sheets, std::function<void()> bringMainWi
     for (const OperationProgress *progress : {bulkProgress(), shredProgress()}) {
         connect(progress, &OperationProgress::changed, this, &SheetModels::isAnyPresentedChanged);
     }
+    connect(onboarding(), &OnboardingManager::shouldShowOnboardingChanged, this, &SheetModels::isAnyPresentedChanged);
     connect(biometrics(), &BiometricAuthenticator::promptChanged, this, &SheetModels::isAnyPresentedChanged);
     m_questionWindow.follow(*biometrics());
 }
 
 bool SheetModels::isAnyPresented() const
 {
-    return bulkProgress()->isPresented() || shredProgress()->isPresented() || biometrics()->isPrompting() ||
+    return onboarding()->shouldShowOnboarding() || bulkProgress()->isPresented() || shredProgress()->isPresented() ||
+           biometrics()->isPrompting() ||
            std::ranges::any_of(m_dialogs, [](const DialogModel *dialog) { return dialog->isPresented(); });
 }
 

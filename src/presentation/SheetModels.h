@@ -7,15 +7,20 @@
 #include "credentials/PasswordInputDialogModel.h"
 #include "platform/BiometricAuthenticator.h"
 #include "presentation/QuestionWindow.h"
+#include "presentation/dashboard/DashboardViewModel.h"
 #include "presentation/dialogs/BulkFilePickerModel.h"
 #include "presentation/dialogs/ConfirmationDialogManager.h"
+#include "presentation/dialogs/DeleteConfirmationModel.h"
 #include "presentation/dialogs/ErrorDialogManager.h"
+#include "presentation/dialogs/ErrorDialogSheetModel.h"
+#include "presentation/dialogs/KeyboardShortcutsModel.h"
 #include "presentation/dialogs/OperationProgress.h"
 #include "presentation/dialogs/ProtectionMethodDialogManager.h"
 #include "presentation/dialogs/RecoveryDialogManager.h"
 #include "presentation/dialogs/RemoveProtectionDialogManager.h"
 #include "presentation/dialogs/RescueDialogModel.h"
 #include "presentation/dialogs/ShredConfirmationDialogModel.h"
+#include "presentation/onboarding/OnboardingManager.h"
 #include "presentation/preferences/PreferencesModel.h"
 
 #include <QObject>
@@ -33,14 +38,9 @@ struct Sheets
     PasswordInputDialogManager &passwordInput;
     PasswordInputDialogModel &passwordInputState;
     MasterPasswordDialogManager &masterPassword;
-    RemoveProtectionDialogManager &removeProtection;
-    RescueDialogModel &rescue;
-    ErrorDialogManager &error;
-    BulkFilePickerModel &bulkFilePicker;
-    OperationProgress &bulkProgress;
-    ShredConfirmationDialogModel &shredConfirmation;
-    OperationProgress &shredProgress;
-    PreferencesModel &preferences; ///< with the dialogs of its own
+    DashboardViewModel &dashboard; ///< with the dialogs of its own, as the next
+    PreferencesModel &preferences;
+    OnboardingManager &onboarding;
     BiometricAuthenticator &biometrics;
     ErrorDialogManager &menuBarError;
 };
@@ -68,6 +68,11 @@ class SheetModels : public QObject
     Q_PROPERTY(quillhaven::OperationProgress *bulkProgress READ bulkProgress CONSTANT)
     Q_PROPERTY(quillhaven::ShredConfirmationDialogModel *shredConfirmation READ shredConfirmation CONSTANT)
     Q_PROPERTY(quillhaven::OperationProgress *shredProgress READ shredProgress CONSTANT)
+    Q_PROPERTY(quillhaven::DeleteConfirmationModel *deleteConfirmation READ deleteConfirmation CONSTANT)
+    Q_PROPERTY(quillhaven::ErrorDialogSheetModel *errorDialogSheet READ errorDialogSheet CONSTANT)
+    Q_PROPERTY(quillhaven::ItemDetailModel *itemDetails READ itemDetails CONSTANT)
+    Q_PROPERTY(quillhaven::OnboardingManager *onboarding READ onboarding CONSTANT)
+    Q_PROPERTY(quillhaven::KeyboardShortcutsModel *keyboardShortcuts READ keyboardShortcuts CONSTANT)
     Q_PROPERTY(quillhaven::PreferencesModel *preferences READ preferences CONSTANT)
     Q_PROPERTY(quillhaven::ConfirmationDialogManager *preferencesConfirmation READ preferencesConfirmation CONSTANT)
     Q_PROPERTY(quillhaven::PasswordInputDialogManager *preferencesPasswordInput READ preferencesPasswordInput CONSTANT)
@@ -94,18 +99,32 @@ public:
     [[nodiscard]] MasterPasswordDialogManager *masterPasswordDialogManager() const { return &m_sheets.masterPassword; }
     [[nodiscard]] RemoveProtectionDialogManager *removeProtectionDialogManager() const
     {
-        return &m_sheets.removeProtection;
+        return m_sheets.dashboard.removeProtectionDialogManager();
     }
     [[nodiscard]] RecoveryDialogManager *recoveryDialogManager() const
     {
         return m_sheets.preferences.backup()->recoveryDialogManager();
     }
-    [[nodiscard]] RescueDialogModel *rescue() const { return &m_sheets.rescue; }
-    [[nodiscard]] ErrorDialogManager *errorDialogManager() const { return &m_sheets.error; }
-    [[nodiscard]] BulkFilePickerModel *bulkFilePicker() const { return &m_sheets.bulkFilePicker; }
-    [[nodiscard]] OperationProgress *bulkProgress() const { return &m_sheets.bulkProgress; }
-    [[nodiscard]] ShredConfirmationDialogModel *shredConfirmation() const { return &m_sheets.shredConfirmation; }
-    [[nodiscard]] OperationProgress *shredProgress() const { return &m_sheets.shredProgress; }
+    [[nodiscard]] RescueDialogModel *rescue() const { return m_sheets.dashboard.rescue()->dialog(); }
+    [[nodiscard]] ErrorDialogManager *errorDialogManager() const { return m_sheets.dashboard.errorDialogManager(); }
+    [[nodiscard]] BulkFilePickerModel *bulkFilePicker() const { return m_sheets.dashboard.bulk()->picker(); }
+    [[nodiscard]] OperationProgress *bulkProgress() const { return m_sheets.dashboard.bulk()->progress(); }
+    [[nodiscard]] ShredConfirmationDialogModel *shredConfirmation() const
+    {
+        return m_sheets.dashboard.shredding()->confirmation();
+    }
+    [[nodiscard]] OperationProgress *shredProgress() const { return m_sheets.dashboard.shredding()->progress(); }
+    [[nodiscard]] DeleteConfirmationModel *deleteConfirmation() const
+    {
+        return &m_sheets.dashboard.rowActions()->deleteConfirmation();
+    }
+    [[nodiscard]] ErrorDialogSheetModel *errorDialogSheet() const
+    {
+        return &m_sheets.dashboard.rowActions()->errorSheet();
+    }
+    [[nodiscard]] ItemDetailModel *itemDetails() const { return m_sheets.dashboard.itemDetails(); }
+    [[nodiscard]] OnboardingManager *onboarding() const { return &m_sheets.onboarding; }
+    [[nodiscard]] KeyboardShortcutsModel *keyboardShortcuts() { return &m_keyboardShortcuts; }
     [[nodiscard]] PreferencesModel *preferences() const { return &m_sheets.preferences; }
     [[nodiscard]] ConfirmationDialogManager *preferencesConfirmation() const
     {
@@ -134,6 +153,7 @@ Q_SIGNALS:
 
 private:
     Sheets m_sheets;
+    KeyboardShortcutsModel m_keyboardShortcuts;
     QList<const DialogModel *> m_dialogs;
     QuestionWindow m_questionWindow;
 };

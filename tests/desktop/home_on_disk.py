@@ -81,6 +81,16 @@ class Home:
             connection.close()
         Path(f"{self.settings_file(domain)}.changed").touch()
 
+    def mark_as_introduced(self):
+        """Makes the settings of a user who has read the introduction, before the program's first start."""
+        file = self.settings_file(OWN_DOMAIN)
+        file.parent.mkdir(mode=0o700)
+        connection = sqlite3.connect(file)
+        with connection:
+            connection.execute("CREATE TABLE defaults (key TEXT PRIMARY KEY, type TEXT NOT NULL, value BLOB)")
+            connection.execute("INSERT INTO defaults VALUES ('hasCompletedOnboarding', 'bool', CAST('1' AS BLOB))")
+        connection.close()
+
     def catalogue(self, domain=OWN_DOMAIN):
         """Returns the stored list of items, as the program reads it at its next start."""
         stored = self.settings(domain).get("ProtectedItems")

@@ -16,14 +16,18 @@ FAILURES = ROOT / "build" / "window-failures"
 
 
 class WindowTest(unittest.TestCase):
-    """Starts the program before each test, unless `starts` is false, and ends it afterwards."""
+    """Starts the program before each test, unless `starts` is false, and ends it afterwards. The user has read
+    the introduction, unless `is_introduced` is false."""
 
     starts = True
+    is_introduced = True
     exit_codes = (0, -signal.SIGKILL)
 
     def setUp(self):
         self.home = Home()
         self.addCleanup(self.home.remove)
+        if self.is_introduced:
+            self.home.mark_as_introduced()
         self.keyring = Keyring()
         self.keyring.clear()
         self.started = []

@@ -28,7 +28,7 @@ TEST_F(DashboardPictures, ThreeItemsWithTheKeyboardOnOne)
     shown();
     ASSERT_TRUE(tabToList());
     press(Qt::Key_Down);
-    started().dashboard.itemActions()->copyPathToClipboard(QStringLiteral("ID-alpha.txt"));
+    started().dashboard.rowActions()->copyPathToClipboard(QStringLiteral("ID-alpha.txt"));
     started().dashboard.rows().setBusy({QStringLiteral("ID-charlie")}, true);
     draw(QStringLiteral("three"));
 }

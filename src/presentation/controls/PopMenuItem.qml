@@ -9,6 +9,9 @@ MenuItem {
     id: entry
 
     property string symbol
+    property color ink: Colors.textPrimary
+    /// The part of the text that is drawn, if a symbol replaces the rest.
+    property string shownText: text
     /// If false, the symbol's place stays empty.
     property bool showsSymbol: true
 
@@ -38,15 +41,15 @@ MenuItem {
             opacity: entry.showsSymbol ? 1 : 0
             symbol: !entry.checkable ? entry.symbol : entry.checked ? "checkmark.square.fill" : "square"
             size: Metrics.symbolControl
-            color: Colors.textPrimary
+            color: entry.highlighted ? Colors.textPrimary : entry.ink
         }
 
         Text {
             anchors.verticalCenter: parent.verticalCenter
-            text: entry.text
+            text: entry.shownText
             textFormat: Text.PlainText
             font: entry.font
-            color: Colors.textPrimary
+            color: entry.highlighted ? Colors.textPrimary : entry.ink
             Accessible.ignored: true
         }
     }

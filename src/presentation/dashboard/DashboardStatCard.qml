@@ -3,11 +3,12 @@
 pragma ComponentBehavior: Bound
 
 import QtQuick
+import QtQuick.Controls.Basic
 import QtQuick.Layouts
 import Quillhaven.Controls
 import Quillhaven.Design
 
-/// A card with one figure about the list.
+/// A card with one figure.
 Rectangle {
     id: card
 
@@ -17,7 +18,13 @@ Rectangle {
     required property color iconColor
     property bool isPrimary: false
     property bool isCompact: false
+    property string tooltip
+    /// Shows a button for the settings of what the card is about.
+    property bool showSettingsIcon: false
     readonly property bool isHovered: hover.hovered
+
+    signal tap
+    signal settingsTap
 
     Layout.fillWidth: true
     Layout.preferredWidth: 1
@@ -33,7 +40,13 @@ Rectangle {
         ColorAnimation { duration: DesignSystem.animationQuick }
     }
 
+    ToolTip.visible: isHovered && tooltip !== ""
+    ToolTip.text: tooltip
+    ToolTip.delay: Metrics.toolTipDelay
+
     HoverHandler { id: hover }
+
+    TapHandler { onTapped: card.tap() }
 
     PrimaryGradient {
         anchors.fill: parent
@@ -56,6 +69,9 @@ Rectangle {
                 color: Colors.textPrimary
                 font.pixelSize: card.isCompact ? Typography.titleSize : Typography.largeTitleSize
                 font.weight: Font.DemiBold
+                fontSizeMode: Text.HorizontalFit
+                minimumPixelSize: Typography.subheadlineSize
+                horizontalAlignment: Text.AlignLeft
                 Accessible.ignored: true
             }
 
@@ -76,13 +92,33 @@ Rectangle {
 
         Item { Layout.fillHeight: true }
 
-        Text {
+        RowLayout {
             Layout.fillWidth: true
-            text: card.title
-            color: card.isPrimary ? Colors.textPrimary : Colors.textSecondary
-            font.pixelSize: card.isCompact ? Typography.footnoteSize : Typography.subheadlineSize
-            elide: Text.ElideRight
-            Accessible.ignored: true
+            spacing: Spacing.xs
+
+            Text {
+                Layout.fillWidth: true
+                text: card.title
+                color: card.isPrimary ? Colors.textPrimary : Colors.textSecondary
+                font.pixelSize: card.isCompact ? Typography.footnoteSize : Typography.subheadlineSize
+                horizontalAlignment: Text.AlignLeft
+                wrapMode: Text.Wrap
+                maximumLineCount: 2
+                elide: Text.ElideRight
+                Accessible.ignored: true
+            }
+
+            IconButton {
+                Layout.topMargin: -Spacing.sm
+                Layout.bottomMargin: -Spacing.sm
+                Layout.rightMargin: -Spacing.xs
+                implicitWidth: Metrics.smallButton
+                implicitHeight: Metrics.smallButton
+                visible: card.showSettingsIcon
+                symbol: "gearshape.fill"
+                helpText: card.tooltip
+                onClicked: card.settingsTap()
+            }
         }
     }
 }

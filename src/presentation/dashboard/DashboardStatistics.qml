@@ -15,6 +15,8 @@ ColumnLayout {
     required property DashboardStatisticsModel model
     property bool isCompact: false
 
+    signal preferencesWanted
+
     spacing: Spacing.sm
 
     RowLayout {
@@ -49,6 +51,17 @@ ColumnLayout {
             value: statistics.model.passwordProtectedCount
             icon: "key.fill"
             iconColor: Colors.primaryAccent
+        }
+        DashboardStatCard {
+            isCompact: statistics.isCompact
+            title: "Auto-lock"
+            value: statistics.model.autoLockStatus
+            icon: "clock.fill"
+            iconColor: Colors.warning
+            tooltip: "Auto-lock settings"
+            showSettingsIcon: true
+            onTap: statistics.preferencesWanted()
+            onSettingsTap: statistics.preferencesWanted()
         }
     }
 

@@ -2,6 +2,7 @@
 
 #include "presentation/dashboard/DashboardStatisticsModel.h"
 
+#include "autolock/AutoLockManager.h"
 #include "presentation/dashboard/FilteredItemsModel.h"
 #include "presentation/dashboard/ProtectedItemsModel.h"
 #include "presentation/dashboard/SearchFilterBarModel.h"
@@ -9,10 +10,14 @@
 namespace quillhaven {
 
 DashboardStatisticsModel::DashboardStatisticsModel(const FilteredItemsModel &items, const SearchFilterBarModel &filters,
-                                                   QObject *parent)
-    : QObject(parent), m_items(items), m_filters(filters)
+                                                   const AutoLockManager &autoLockManager, QObject *parent)
+    : QObject(parent), m_items(items), m_filters(filters), m_autoLockManager(autoLockManager)
 {
     connect(&items, &FilteredItemsModel::itemsChanged, this, &DashboardStatisticsModel::count);
+    connect(&autoLockManager, &AutoLockManager::isAutoLockEnabledChanged, this,
+            &DashboardStatisticsModel::autoLockStatusChanged);
+    connect(&autoLockManager, &AutoLockManager::autoLockMinutesChanged, this,
+            &DashboardStatisticsModel::autoLockStatusChanged);
     count();
 }
 
@@ -31,6 +36,22 @@ void DashboardStatisticsModel::count()
         m_figures = figures;
         Q_EMIT changed();
     }
+}
+
+QString DashboardStatisticsModel::getAutoLockStatus() const
+{
+    if (!m_autoLockManager.isAutoLockEnabled()) {
+        return QStringLiteral("Disabled");
+    }
+    constexpr qlonglong hour = 60;
+    const qlonglong minutes = m_autoLockManager.getEffectiveAutoLockMinutes();
+    if (minutes < hour) {
+        return QStringLiteral("(%1m)").arg(minutes);
+    }
+    if (minutes % hour == 0) {
+        return QStringLiteral("(%1h)").arg(minutes / hour);
+    }
+    return QStringLiteral("(%1h %2m)").arg(minutes / hour).arg(minutes % hour);
 }
 
 QString DashboardStatisticsModel::statisticsNote() const

@@ -7,6 +7,7 @@
 
 namespace quillhaven {
 
+class AutoLockManager;
 class FilteredItemsModel;
 class SearchFilterBarModel;
 
@@ -21,22 +22,26 @@ class DashboardStatisticsModel : public QObject
     Q_PROPERTY(int currentlyUnlockedCount READ currentlyUnlockedCount NOTIFY changed)
     Q_PROPERTY(int touchIDProtectedCount READ touchIDProtectedCount NOTIFY changed)
     Q_PROPERTY(int passwordProtectedCount READ passwordProtectedCount NOTIFY changed)
+    Q_PROPERTY(QString autoLockStatus READ getAutoLockStatus NOTIFY autoLockStatusChanged)
     Q_PROPERTY(QString statisticsNote READ statisticsNote NOTIFY changed)
 
 public:
     /// The references must outlive this object.
     DashboardStatisticsModel(const FilteredItemsModel &items, const SearchFilterBarModel &filters,
-                             QObject *parent = nullptr);
+                             const AutoLockManager &autoLockManager, QObject *parent = nullptr);
 
     [[nodiscard]] int protectedItemsCount() const { return m_figures.shown; }
     [[nodiscard]] int currentlyUnlockedCount() const { return m_figures.unlocked; }
     [[nodiscard]] int touchIDProtectedCount() const { return m_figures.withTouchID; }
     [[nodiscard]] int passwordProtectedCount() const { return m_figures.shown - m_figures.withTouchID; }
+    /// After how long without input the items are locked, such as "(1h 30m)".
+    [[nodiscard]] QString getAutoLockStatus() const;
     /// Says what the figures count.
     [[nodiscard]] QString statisticsNote() const;
 
 Q_SIGNALS:
     void changed();
+    void autoLockStatusChanged();
 
 private:
     struct Figures
@@ -54,6 +59,7 @@ private:
 
     const FilteredItemsModel &m_items;
     const SearchFilterBarModel &m_filters;
+    const AutoLockManager &m_autoLockManager;
     Figures m_figures;
 };
 

@@ -58,6 +58,7 @@ Item {
                 visible: !isCompact || (view.dashboard.selection.selectedCount === 0
                                         && view.dashboard.notices.count === 0)
                 model: view.dashboard.statistics
+                onPreferencesWanted: view.preferencesWanted()
             }
 
             ProtectedItemsList {

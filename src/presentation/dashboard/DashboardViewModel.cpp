@@ -15,24 +15,27 @@ namespace quillhaven {
 
 DashboardViewModel::DashboardViewModel(const Platform &platform, QuillhavenManager &quillhavenManager,
                                        MasterPasswordManager &masterPasswordManager, const DashboardDialogs &dialogs,
-                                       UpdateManager &updateManager, QObject *parent)
+                                       UpdateManager &updateManager, AutoLockManager &autoLockManager, QObject *parent)
     : QObject(parent),
       m_quillhavenManager(quillhavenManager),
       m_masterPasswordManager(masterPasswordManager),
       m_dialogs(dialogs),
       m_rows(quillhavenManager.catalogue(), platform.directories.home),
       m_items(m_rows, m_filters),
-      m_statistics(m_items, m_filters),
+      m_statistics(m_items, m_filters, autoLockManager),
       m_keptAside(quillhavenManager, m_notices),
       m_selection(m_items),
       m_bulk(context(), platform.panels),
       m_protecting(context(), m_bulk, platform.panels),
       m_dropping(context(), m_protecting, m_bulk),
-      m_itemActions(context(), m_bulk, platform.clock),
+      m_itemActions(context(), m_bulk),
+      m_rowActions(context(), platform),
+      m_itemDetails(context(), m_itemActions),
       m_shredding(context(), platform.volumes),
       m_rescue(context(), platform.panels, m_notices, platform.directories.home),
       m_updateBadge(updateManager, platform.opener, m_errors)
 {
+    m_rowActions.onShred = [this](const QString &id) { m_shredding.onShred(id); };
     platform.notifications.standard.observe(notifications::handleFinderAction, this,
                                             [this](const QVariantMap &userInfo) { handleFinderAction(userInfo); });
     connect(&m_protecting, &ProtectActions::protectingTextChanged, this, &DashboardViewModel::activityTextChanged);

@@ -9,12 +9,14 @@
 #include "presentation/dashboard/DropActions.h"
 #include "presentation/dashboard/FilteredItemsModel.h"
 #include "presentation/dashboard/ItemActions.h"
+#include "presentation/dashboard/ItemDetailModel.h"
 #include "presentation/dashboard/ItemSelection.h"
 #include "presentation/dashboard/KeptAsideNotice.h"
 #include "presentation/dashboard/NoticesModel.h"
 #include "presentation/dashboard/ProtectActions.h"
 #include "presentation/dashboard/ProtectedItemsModel.h"
 #include "presentation/dashboard/RescueActions.h"
+#include "presentation/dashboard/RowActions.h"
 #include "presentation/dashboard/SearchFilterBarModel.h"
 #include "presentation/dashboard/ShredActions.h"
 #include "presentation/dashboard/UpdateBadgeModel.h"
@@ -48,6 +50,7 @@ class DashboardViewModel : public QObject
     Q_PROPERTY(quillhaven::ProtectActions *protecting READ protecting CONSTANT)
     Q_PROPERTY(quillhaven::DropActions *dropping READ dropping CONSTANT)
     Q_PROPERTY(quillhaven::ItemActions *itemActions READ itemActions CONSTANT)
+    Q_PROPERTY(quillhaven::RowActions *rowActions READ rowActions CONSTANT)
     Q_PROPERTY(quillhaven::BulkActions *bulk READ bulk CONSTANT)
     Q_PROPERTY(quillhaven::ShredActions *shredding READ shredding CONSTANT)
 
@@ -55,7 +58,7 @@ public:
     /// The references must outlive this object. This object must outlive every job it has started.
     DashboardViewModel(const Platform &platform, QuillhavenManager &quillhavenManager,
                        MasterPasswordManager &masterPasswordManager, const DashboardDialogs &dialogs,
-                       UpdateManager &updateManager, QObject *parent = nullptr);
+                       UpdateManager &updateManager, AutoLockManager &autoLockManager, QObject *parent = nullptr);
     ~DashboardViewModel() override;
 
     /// "v" and the application's version, or "v1.0" if it is not known.
@@ -84,6 +87,8 @@ public:
     [[nodiscard]] ProtectActions *protecting() { return &m_protecting; }
     [[nodiscard]] DropActions *dropping() { return &m_dropping; }
     [[nodiscard]] ItemActions *itemActions() { return &m_itemActions; }
+    [[nodiscard]] RowActions *rowActions() { return &m_rowActions; }
+    [[nodiscard]] ItemDetailModel *itemDetails() { return &m_itemDetails; }
     [[nodiscard]] BulkActions *bulk() { return &m_bulk; }
     [[nodiscard]] ShredActions *shredding() { return &m_shredding; }
     [[nodiscard]] RescueActions *rescue() { return &m_rescue; }
@@ -115,6 +120,8 @@ private:
     ProtectActions m_protecting;
     DropActions m_dropping;
     ItemActions m_itemActions;
+    RowActions m_rowActions;
+    ItemDetailModel m_itemDetails;
     ShredActions m_shredding;
     RescueActions m_rescue;
     UpdateBadgeModel m_updateBadge;

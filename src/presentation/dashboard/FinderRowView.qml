@@ -6,6 +6,7 @@ import QtQuick
 import QtQuick.Layouts
 import QtQuick.Controls.Basic
 import Quillhaven.Controls
+import Quillhaven.Dashboard
 import Quillhaven.Design
 
 /// A row with a protected item and its actions.
@@ -27,18 +28,25 @@ FocusScope {
     required property bool showingCopySuccess
     required property bool isSelected
     property bool isInSelectionMode: false
+    required property RowActions actions
 
     readonly property bool isCurrent: ListView.isCurrentItem
     readonly property bool isLast: index === ListView.view.count - 1
 
     signal toggleLock(string id)
-    signal copyPath(string id)
     signal remove(string id)
-    signal duplicate(string id)
-    signal shred(string id)
+    signal revealInFinder(string id)
     signal selectionToggle(string id)
     /// Selects or deselects the row, even outside the selection mode.
     signal selectionExtend(string id)
+    /// The menu with the actions is wanted at this point of the row.
+    signal menuWanted(real x, real y)
+
+    component RowButton: ActionButton {
+        actions: row.actions
+        enabled: !row.isBusy
+        activeFocusOnTab: row.isCurrent || activeFocus
+    }
 
     function toggle() {
         if (!isBusy)
@@ -73,6 +81,7 @@ FocusScope {
             if (row.isInSelectionMode)
                 row.selectionToggle(row.itemId)
         }
+        onDoubleTapped: if (!row.isInSelectionMode) row.revealInFinder(row.itemId)
     }
 
     TapHandler {
@@ -80,6 +89,15 @@ FocusScope {
         onTapped: {
             row.forceActiveFocus(Qt.MouseFocusReason)
             row.selectionExtend(row.itemId)
+        }
+    }
+
+    TapHandler {
+        acceptedButtons: Qt.RightButton
+        gesturePolicy: TapHandler.ReleaseWithinBounds
+        onTapped: (point) => {
+            row.forceActiveFocus(Qt.MouseFocusReason)
+            row.menuWanted(point.position.x, point.position.y)
         }
     }
 
@@ -116,12 +134,21 @@ FocusScope {
         CheckMark {
             id: mark
 
-            visible: row.isInSelectionMode
+            Layout.preferredWidth: row.isInSelectionMode ? implicitWidth : 0
+            visible: Layout.preferredWidth > 0
+            opacity: row.isInSelectionMode ? 1 : 0
             isRound: true
             label: "Select " + row.originalName
             ticked: row.isSelected
             activeFocusOnTab: row.isCurrent || activeFocus
             onToggleRequested: row.selectionToggle(row.itemId)
+
+            Behavior on Layout.preferredWidth {
+                NumberAnimation { duration: DesignSystem.animationQuick; easing.type: Easing.InOutQuad }
+            }
+            Behavior on opacity {
+                NumberAnimation { duration: DesignSystem.animationQuick; easing.type: Easing.InOutQuad }
+            }
         }
 
         SymbolImage {
@@ -218,50 +245,48 @@ FocusScope {
         RowLayout {
             spacing: Spacing.xs
 
-            IconButton {
+            RowButton {
                 id: toggleButton
 
                 symbol: row.toggleLockIcon
                 helpText: row.toggleLockText
                 color: Colors.textPrimary
-                enabled: !row.isBusy
-                activeFocusOnTab: row.isCurrent || activeFocus
                 onClicked: row.toggle()
+                // The second click of a double click would undo what the first one has just done.
+                onDoubleClicked: {}
             }
 
-            IconButton {
+            RowButton {
+                symbol: "folder.badge.plus"
+                helpText: "Reveal in Finder"
+                enabled: true
+                onClicked: row.actions.revealInFinder(row.itemId)
+            }
+
+            RowButton {
                 symbol: "doc.on.clipboard"
                 helpText: "Copy Path to Clipboard"
-                color: Colors.iconMuted
-                enabled: !row.isBusy
-                activeFocusOnTab: row.isCurrent || activeFocus
-                onClicked: row.copyPath(row.itemId)
+                enabled: true
+                onClicked: row.actions.copyPathToClipboard(row.itemId)
             }
 
-            IconButton {
+            RowButton {
                 symbol: "plus.square.on.square"
                 helpText: "Duplicate as Encrypted Copy"
-                color: Colors.iconMuted
-                enabled: !row.isBusy
-                activeFocusOnTab: row.isCurrent || activeFocus
-                onClicked: row.duplicate(row.itemId)
+                onClicked: row.actions.duplicateAsEncryptedCopy(row.itemId)
             }
 
-            IconButton {
+            RowButton {
                 symbol: "trash.fill"
                 helpText: "Secure Shred"
                 color: Colors.error
-                enabled: !row.isBusy
-                activeFocusOnTab: row.isCurrent || activeFocus
-                onClicked: row.shred(row.itemId)
+                onClicked: row.actions.askToDelete(row.itemId)
             }
 
-            IconButton {
+            RowButton {
                 symbol: "minus.circle.fill"
                 helpText: "Remove Protection"
                 color: Colors.warning
-                enabled: !row.isBusy
-                activeFocusOnTab: row.isCurrent || activeFocus
                 onClicked: row.remove(row.itemId)
             }
         }

@@ -5,33 +5,18 @@
 #include "async/Jobs.h"
 #include "credentials/MasterPasswordManager.h"
 #include "engine/QuillhavenManager.h"
-#include "platform/Clock.h"
 #include "presentation/dashboard/BulkActions.h"
 #include "presentation/dashboard/BusyItems.h"
 #include "presentation/dashboard/FilteredItemsModel.h"
 #include "presentation/dashboard/ItemSelection.h"
 #include "presentation/dialogs/OperationErrors.h"
-#include "support/printLogger.h"
-
-#include <QClipboard>
-#include <QGuiApplication>
 
 namespace quillhaven {
 
-using namespace std::chrono_literals;
-
-namespace {
-
-constexpr auto copySuccessDuration = 2s;
-
-} // namespace
-
-ItemActions::ItemActions(const DashboardContext &context, BulkActions &bulk, Clock &clock, QObject *parent)
-    : QObject(parent), m_context(context), m_bulk(bulk), m_clock(clock)
+ItemActions::ItemActions(const DashboardContext &context, BulkActions &bulk, QObject *parent)
+    : QObject(parent), m_context(context), m_bulk(bulk)
 {
 }
-
-ItemActions::~ItemActions() = default;
 
 std::optional<ProtectedItem> ItemActions::idleItem(const QString &id) const
 {
@@ -125,47 +110,6 @@ void ItemActions::onDelete(int row)
     } else {
         deleteFilteredItems({row});
     }
-}
-
-void ItemActions::duplicateAsEncryptedCopy(const QString &id)
-{
-    startJob([this, id] { return duplicate(id); });
-}
-
-QCoro::Task<> ItemActions::duplicate(QString id)
-{
-    const std::optional<ProtectedItem> item = idleItem(id);
-    if (!item) {
-        co_return;
-    }
-    const BusyItems busy(m_context.rows, {id});
-    const auto logProgress = [](const QString &, double progress) {
-        printLogger(QStringLiteral("Duplicate progress: ") + QString::number(progress));
-    };
-    try {
-        co_await m_context.quillhavenManager.duplicateAsEncryptedCopy(*item, logProgress);
-        printLogger(QStringLiteral("✅ Successfully duplicated: ") + item->originalName);
-    } catch (...) {
-        m_context.errors.report(std::current_exception());
-    }
-}
-
-void ItemActions::copyPathToClipboard(const QString &id)
-{
-    const ProtectedItem *item = m_context.quillhavenManager.catalogue().item(id);
-    if (!item) {
-        return;
-    }
-    QGuiApplication::clipboard()->setText(item->originalPath);
-    m_context.rows.setShowingCopySuccess(id, true);
-    if (m_runningCopyTimers == 0) {
-        m_copyTimers.clear();
-    }
-    ++m_runningCopyTimers;
-    m_copyTimers.push_back(m_clock.startOneShot(copySuccessDuration, [this, id] {
-        --m_runningCopyTimers;
-        m_context.rows.setShowingCopySuccess(id, false);
-    }));
 }
 
 } // namespace quillhaven

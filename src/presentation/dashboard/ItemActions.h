@@ -9,15 +9,11 @@
 #include <QObject>
 #include <QtQml/qqmlregistration.h>
 
-#include <memory>
 #include <optional>
-#include <vector>
 
 namespace quillhaven {
 
 class BulkActions;
-class Clock;
-class RunningTimer;
 struct ProtectedItem;
 
 /// The dashboard's operations on one protected item. Each is a job on the main thread that passes the master password's
@@ -30,9 +26,8 @@ class ItemActions : public QObject
     QML_UNCREATABLE("Part of the dashboard")
 
 public:
-    /// The objects that the context refers to, the bulk actions and the clock must outlive this object and its jobs.
-    ItemActions(const DashboardContext &context, BulkActions &bulk, Clock &clock, QObject *parent = nullptr);
-    ~ItemActions() override;
+    /// The objects that the context refers to, and the bulk actions must outlive this object and its jobs.
+    ItemActions(const DashboardContext &context, BulkActions &bulk, QObject *parent = nullptr);
 
     [[nodiscard]] RemoveProtectionDialogManager &removeProtectionDialogManager() { return m_removeDialogManager; }
 
@@ -47,22 +42,16 @@ public:
     void deleteFilteredItems(const QList<int> &offsets);
     /// The delete key on a row: asks about the selected items, or else removes the protection of the row's item.
     Q_INVOKABLE void onDelete(int row);
-    Q_INVOKABLE void copyPathToClipboard(const QString &id);
-    Q_INVOKABLE void duplicateAsEncryptedCopy(const QString &id);
 
 private:
     /// The current record, unless the item is busy.
     [[nodiscard]] std::optional<ProtectedItem> idleItem(const QString &id) const;
     [[nodiscard]] QCoro::Task<> toggleLock(QString id, bool wasMounted);
     [[nodiscard]] QCoro::Task<> remove(QString id);
-    [[nodiscard]] QCoro::Task<> duplicate(QString id);
 
     DashboardContext m_context;
     BulkActions &m_bulk;
-    Clock &m_clock;
     RemoveProtectionDialogManager m_removeDialogManager;
-    std::vector<std::unique_ptr<RunningTimer>> m_copyTimers; ///< expired ones are kept until none is running
-    size_t m_runningCopyTimers = 0;
 };
 
 } // namespace quillhaven

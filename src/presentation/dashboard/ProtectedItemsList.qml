@@ -115,7 +115,21 @@ Rectangle {
                 target: area.dashboard.items
                 function onOrderAboutToChange() { list.keptId = list.keptId || area.dashboard.items.idAt(list.currentIndex) }
                 function onOrderChanged() { list.keepPlace() }
+                function onItemsChanged() {
+                    if (list.menu?.visible && area.dashboard.items.rowOf(list.menu.itemId) < 0)
+                        list.menu.close()
+                }
             }
+
+            property ItemContextMenu menu: null
+
+            function openMenu(row, x, y) {
+                menu = menu ?? menuOfRow.createObject(list)
+                const point = list.mapFromItem(row, x, y)
+                menu.openFor(row, list, point.x, point.y)
+            }
+
+            Component { id: menuOfRow; ItemContextMenu { } }
 
             ScrollBar.vertical: SlimScrollBar { }
 
@@ -126,7 +140,9 @@ Rectangle {
                 const targets = { [Qt.Key_Home]: 0, [Qt.Key_End]: count - 1,
                                   [Qt.Key_PageUp]: currentIndex - page, [Qt.Key_PageDown]: currentIndex + page }
                 event.accepted = true
-                if (event.key === Qt.Key_Delete)
+                if (event.key === Qt.Key_Menu || (event.key === Qt.Key_F10 && event.modifiers & Qt.ShiftModifier))
+                    openMenu(currentItem, Spacing.xxxl, currentItem.height / 2)
+                else if (event.key === Qt.Key_Delete)
                     area.dashboard.itemActions.onDelete(currentIndex)
                 else if (event.key in targets)
                     currentIndex = Math.max(0, Math.min(count - 1, targets[event.key]))
@@ -135,13 +151,15 @@ Rectangle {
             }
 
             delegate: FinderRowView {
+                id: row
+
                 width: ListView.view.width
+                actions: area.dashboard.rowActions
                 isInSelectionMode: area.selection.isInSelectionMode
                 onToggleLock: (id) => area.dashboard.itemActions.onToggleLock(id)
-                onCopyPath: (id) => area.dashboard.itemActions.copyPathToClipboard(id)
                 onRemove: (id) => area.dashboard.itemActions.askToRemove(id)
-                onDuplicate: (id) => area.dashboard.itemActions.duplicateAsEncryptedCopy(id)
-                onShred: (id) => area.dashboard.shredding.onShred(id)
+                onRevealInFinder: (id) => area.dashboard.rowActions.onRevealInFinder(id)
+                onMenuWanted: (x, y) => list.openMenu(row, x, y)
                 onSelectionToggle: (id) => area.selection.onSelectionToggle(id)
                 onSelectionExtend: (id) => area.selection.extendSelection(id)
             }

@@ -16,6 +16,7 @@ class ErrorDialogManager : public quillhaven::DialogModel
 {
     Q_OBJECT
     QML_ELEMENT
+    QML_UNCREATABLE("Created in C++")
     Q_PROPERTY(QString errorMessage READ errorMessage NOTIFY errorChanged)
     Q_PROPERTY(QString errorTitle READ errorTitle NOTIFY errorChanged)
     Q_PROPERTY(bool showTroubleshooting READ showTroubleshooting NOTIFY errorChanged)
@@ -43,7 +44,7 @@ public:
     [[nodiscard]] static TroubleshootingInfo detectTroubleshootingInfo(const QString &message);
     /// The rule for the error sheet of a single row: the hint of the table's first row for two of its words, else
     /// nothing.
-    [[nodiscard]] Q_INVOKABLE static QString permissionHint(const QString &message);
+    [[nodiscard]] static QString permissionHint(const QString &message);
     /// Presents the hint in a confirmation dialog. The dialog's second button has no text.
     void showDefaultTroubleshooting(ConfirmationDialogManager *confirmation) const;
 

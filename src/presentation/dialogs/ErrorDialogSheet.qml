@@ -8,36 +8,26 @@ import Quillhaven.Controls
 import Quillhaven.Design
 import Quillhaven.Dialogs
 
-/// The smaller error dialog for a single row, with one hint. Its owner shows it by setting `presented`.
+/// The smaller error dialog for a single row, with one hint.
 Sheet {
     id: dialog
 
-    property string errorMessage
-    readonly property string hint: rules.permissionHint(errorMessage)
+    required property ErrorDialogSheetModel manager
 
-    signal okPressed
-    signal showTroubleshooting
-
-    function dismiss() {
-        okPressed()
-        presented = false
-    }
-
+    presented: manager.isPresented
     title: "Error"
-    message: errorMessage
+    message: manager.errorMessage
     symbol: "exclamationmark.triangle.fill"
     symbolColor: Colors.error
     minimumSheetWidth: Metrics.smallSheetMinimumWidth
     initialFocusItem: buttons.mainButton
-    onReturnPressed: dismiss()
-    onEscapePressed: dismiss()
-
-    ErrorDialogManager { id: rules }
+    onReturnPressed: manager.ok()
+    onEscapePressed: manager.ok()
 
     TextLabel {
         Layout.fillWidth: true
         visible: text !== ""
-        text: dialog.hint
+        text: dialog.manager.hint
         font: Typography.settingDescription
         color: Colors.textSecondary
         horizontalAlignment: Text.AlignHCenter
@@ -48,9 +38,9 @@ Sheet {
         id: buttons
 
         secondaryText: "Show Troubleshooting"
-        showsSecondary: dialog.hint !== ""
+        showsSecondary: dialog.manager.hint !== ""
         mainText: "OK"
-        onSecondaryPressed: dialog.showTroubleshooting()
-        onMainPressed: dialog.dismiss()
+        onSecondaryPressed: dialog.manager.showTroubleshooting()
+        onMainPressed: dialog.manager.ok()
     }
 }

@@ -29,6 +29,7 @@ class Metrics : public QObject
     Q_PROPERTY(int statCardHeight MEMBER statCardHeight CONSTANT)
     Q_PROPERTY(int compactStatCardHeight MEMBER compactStatCardHeight CONSTANT)
     Q_PROPERTY(int dropAreaHeight MEMBER dropAreaHeight CONSTANT)
+    Q_PROPERTY(int stepCircle MEMBER stepCircle CONSTANT)
     Q_PROPERTY(int emptyCircle MEMBER emptyCircle CONSTANT)
     Q_PROPERTY(int emptyStateWidth MEMBER emptyStateWidth CONSTANT)
     Q_PROPERTY(int searchWidth MEMBER searchWidth CONSTANT)
@@ -107,6 +108,7 @@ public:
     static constexpr int statCardHeight = 104;
     static constexpr int compactStatCardHeight = 78;
     static constexpr int dropAreaHeight = 130;
+    static constexpr int stepCircle = 28; ///< around the number of a step
     static constexpr int emptyCircle = 72;
     static constexpr int emptyStateWidth = 480; ///< at most
     static constexpr int searchWidth = 360;     ///< at most

@@ -531,7 +531,7 @@ TEST_F(Bulk, DeleteGestureRemovesEachRowSeparately)
 TEST_F(Bulk, DuplicateOfALockedItemIsListedAndLogged)
 {
     protect({a});
-    started().dashboard.itemActions()->duplicateAsEncryptedCopy(started().item().id);
+    started().dashboard.rowActions()->duplicateAsEncryptedCopy(started().item().id);
     DashboardHarness::settle();
     EXPECT_EQ(started().shownNames(), QStringLiteral("a Copy.txt a.txt"));
     EXPECT_TRUE(log.contains(QStringLiteral("✅ Successfully duplicated: a.txt")));
@@ -543,7 +543,9 @@ TEST_F(Bulk, DuplicateOfAnUnlockedItemShowsTheReason)
 {
     protect({a});
     unlockAll();
-    started().dashboard.itemActions()->duplicateAsEncryptedCopy(started().item().id);
+    started().dashboard.rowActions()->duplicateAsEncryptedCopy(started().item().id);
     DashboardHarness::settle();
-    EXPECT_EQ(error(), QuillhavenError(QuillhavenError::itemNotFound).errorDescription());
+    const ErrorDialogSheetModel &sheet = started().dashboard.rowActions()->errorSheet();
+    EXPECT_TRUE(sheet.isPresented());
+    EXPECT_EQ(sheet.errorMessage(), QuillhavenError(QuillhavenError::itemNotFound).errorDescription());
 }

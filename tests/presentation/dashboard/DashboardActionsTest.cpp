@@ -359,16 +359,16 @@ TEST_F(DashboardActions, CopiedPathIsShownForTwoSecondsAfterTheFirstCopy)
     const auto isShown = [&] {
         return harness.dashboard.items()->index(0, 0).data(ProtectedItemsModel::ShowingCopySuccessRole).toBool();
     };
-    harness.dashboard.itemActions()->copyPathToClipboard(id);
+    harness.dashboard.rowActions()->copyPathToClipboard(id);
     EXPECT_EQ(QGuiApplication::clipboard()->text(), path);
     EXPECT_TRUE(isShown());
     services.clock.advance(1500ms);
-    harness.dashboard.itemActions()->copyPathToClipboard(id);
+    harness.dashboard.rowActions()->copyPathToClipboard(id);
     services.clock.advance(499ms);
     EXPECT_TRUE(isShown());
     services.clock.advance(1ms);
     EXPECT_FALSE(isShown()) << "a second copy does not restart the first timer";
-    harness.dashboard.itemActions()->copyPathToClipboard(id);
+    harness.dashboard.rowActions()->copyPathToClipboard(id);
     services.clock.advance(2s);
     EXPECT_FALSE(isShown());
 }

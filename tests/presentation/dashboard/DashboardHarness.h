@@ -4,6 +4,7 @@
 
 #include "Items.h"
 #include "async/WorkInFlight.h"
+#include "autolock/AutoLockManager.h"
 #include "credentials/MasterPasswordDialogManager.h"
 #include "credentials/MasterPasswordManager.h"
 #include "credentials/PasswordInputDialogManager.h"
@@ -12,6 +13,7 @@
 #include "presentation/dashboard/DashboardViewModel.h"
 #include "presentation/dialogs/ConfirmationDialogManager.h"
 #include "presentation/dialogs/ProtectionMethodDialogManager.h"
+#include "presentation/onboarding/OnboardingManager.h"
 #include "support/LogCapture.h"
 #include "support/RunTask.h"
 #include "updates/UpdateManager.h"
@@ -35,9 +37,12 @@ public:
           shredder(platform, masterPassword),
           manager(platform, masterPassword, passwordDialog, shredder),
           passwordInput(passwordDialog, platform.defaults.standard()),
+          autoLock(platform, manager),
           updates(platform, QStringLiteral("https://updates.example/m")),
           dashboard(platform, manager, masterPassword,
-                    {confirmationDialog, protectionMethodDialog, passwordDialog, masterPasswordDialog}, updates)
+                    {confirmationDialog, protectionMethodDialog, passwordDialog, masterPasswordDialog}, updates,
+                    autoLock),
+          onboarding(platform.defaults.standard())
     {
         settle();
     }
@@ -124,8 +129,10 @@ public:
     QuillhavenShredder shredder;
     QuillhavenManager manager;
     PasswordInputDialogModel passwordInput;
+    AutoLockManager autoLock;
     UpdateManager updates;
     DashboardViewModel dashboard;
+    OnboardingManager onboarding;
 };
 
 /// A dashboard in a new home.

@@ -106,6 +106,22 @@ TEST_F(DashboardState, CardsCountTheShownItemsWhileAFilterIsActive)
     EXPECT_EQ(dashboard.statistics()->statisticsNote(), QStringLiteral("Showing filtered results from 4 total items."));
 }
 
+TEST_F(DashboardState, AutoLockCardShowsMinutesHoursOrBoth)
+{
+    const DashboardStatisticsModel &card = *started().dashboard.statistics();
+    const QSignalSpy changes(&card, &DashboardStatisticsModel::autoLockStatusChanged);
+    EXPECT_EQ(card.getAutoLockStatus(), QStringLiteral("Disabled"));
+    AutoLockManager &manager = started().autoLock;
+    manager.setAutoLockEnabled(true);
+    EXPECT_EQ(card.getAutoLockStatus(), QStringLiteral("(5m)"));
+    EXPECT_EQ(changes.size(), 1);
+    for (const auto &[minutes, text] : {std::pair{59, "(59m)"}, {60, "(1h)"}, {90, "(1h 30m)"}, {120, "(2h)"}}) {
+        manager.updateAutoLockInterval(minutes);
+        EXPECT_EQ(card.getAutoLockStatus(), QString::fromUtf8(text));
+    }
+    EXPECT_EQ(changes.size(), 5);
+}
+
 TEST_F(DashboardState, ClearingShowsEverythingAgainInTheChosenOrder)
 {
     DashboardViewModel &dashboard = dashboardWithFour();

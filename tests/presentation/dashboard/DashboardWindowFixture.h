@@ -59,24 +59,22 @@ protected:
                                     .passwordInput = harness.passwordDialog,
                                     .passwordInputState = harness.passwordInput,
                                     .masterPassword = harness.masterPasswordDialog,
-                                    .removeProtection = *harness.dashboard.removeProtectionDialogManager(),
-                                    .rescue = *harness.dashboard.rescue()->dialog(),
-                                    .error = *harness.dashboard.errorDialogManager(),
-                                    .bulkFilePicker = *harness.dashboard.bulk()->picker(),
-                                    .bulkProgress = *harness.dashboard.bulk()->progress(),
-                                    .shredConfirmation = *harness.dashboard.shredding()->confirmation(),
-                                    .shredProgress = *harness.dashboard.shredding()->progress(),
+                                    .dashboard = harness.dashboard,
                                     .preferences = preferences().model,
+                                    .onboarding = harness.onboarding,
                                     .biometrics = services.biometrics,
                                     .menuBarError = *menuBarError},
                              [this] { bringForward(); });
         }
         return *m_sheets;
     }
-    /// The window as it is created, hidden.
+    /// The window as it is created, hidden. The user has read the introduction, unless the test says otherwise.
     MainWindow &built()
     {
         if (!m_window) {
+            if (!showsOnboarding) {
+                started().onboarding.close();
+            }
             m_window.emplace(engine(), started().dashboard, sheets());
         }
         return *m_window;
@@ -94,6 +92,7 @@ protected:
     }
 
     std::function<void()> bringForward = [this] { m_window->show(); };
+    bool showsOnboarding = false;
     ErrorDialogManager noMenuBarError;
     ErrorDialogManager *menuBarError = &noMenuBarError; ///< of the popover, if there is one
     PreferencesHarness &preferences()

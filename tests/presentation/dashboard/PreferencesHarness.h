@@ -3,7 +3,6 @@
 #pragma once
 
 #include "DashboardHarness.h"
-#include "autolock/AutoLockManager.h"
 #include "autolock/SmartAutoLockManager.h"
 #include "contact/SupportManager.h"
 #include "launch_at_login/FakeLaunchAtLoginService.h"
@@ -17,7 +16,7 @@ class PreferencesHarness
 {
 public:
     explicit PreferencesHarness(DashboardHarness &harness)
-        : autoLock(harness.platform, harness.manager),
+        : autoLock(harness.autoLock),
           smartAutoLock(harness.platform, harness.manager),
           launchAtLogin(harness.platform, std::make_unique<FakeLaunchAtLoginService>(registration)),
           support(harness.platform, QStringLiteral("support@quillhaven.example"),
@@ -41,7 +40,7 @@ public:
 
     std::shared_ptr<FakeRegistration> registration = std::make_shared<FakeRegistration>();
     int repairedLinks = 0;
-    AutoLockManager autoLock;
+    AutoLockManager &autoLock;
     SmartAutoLockManager smartAutoLock;
     LaunchAtLoginServiceManager launchAtLogin;
     SupportManager support;

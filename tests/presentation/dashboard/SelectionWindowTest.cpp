@@ -152,6 +152,8 @@ TEST_F(SelectionWindow, DeleteKeyRemovesTheProtectionOfTheRow)
 TEST_F(SelectionWindow, RowButtonAsksBeforeItShreds)
 {
     click("helpText", "Secure Shred");
+    ASSERT_TRUE(eventuallyShows("Secure delete \"alpha.txt\"?"));
+    click("text", "Secure Delete");
     EXPECT_TRUE(eventuallyShows("Permanent Deletion Warning"));
     EXPECT_EQ(started().dashboard.shredding()->confirmation()->itemNames(), QStringList(QStringLiteral("alpha.txt")));
 }

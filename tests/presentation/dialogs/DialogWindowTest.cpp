@@ -5,7 +5,9 @@
 #include "DialogScene.h"
 
 #include "presentation/dialogs/ConfirmationDialogManager.h"
+#include "presentation/dialogs/DeleteConfirmationModel.h"
 #include "presentation/dialogs/ErrorDialogManager.h"
+#include "presentation/dialogs/ErrorDialogSheetModel.h"
 #include "presentation/dialogs/ProtectionMethodDialogManager.h"
 #include "presentation/dialogs/RemoveProtectionDialogManager.h"
 #include "support/FakeBiometricAuthenticator.h"
@@ -305,13 +307,12 @@ TEST_F(ErrorDialogWindow, ErrorOverAQuestionThatClosesFirstStillReturnsTheFocus)
 
 TEST(ErrorDialogSheetWindow, HintOnlyForPermissionAndAccess)
 {
-    DialogScene scene(QStringLiteral("ErrorDialogSheet { objectName: \"sheet\" }"), {});
-    QObject *sheet = scene.window()->findChild<QObject *>(QStringLiteral("sheet"));
-    ASSERT_TRUE(sheet);
+    ErrorDialogSheetModel model;
+    DialogScene scene(QStringLiteral("ErrorDialogSheet { manager: scene.model }"),
+                      {{QStringLiteral("model"), QVariant::fromValue(&model)}});
     for (const auto &[message, hasHint] :
          {std::pair{"No PERMISSION.", true}, {"No Access.", true}, {"It was denied.", false}, {"", false}}) {
-        sheet->setProperty("errorMessage", QString::fromUtf8(message));
-        sheet->setProperty("presented", true);
+        model.show(QString::fromUtf8(message));
         ASSERT_TRUE(scene.getsFocus("OK"));
         EXPECT_EQ(scene.shows("Show Troubleshooting"), hasHint) << message;
         EXPECT_EQ(scene.shows("Try closing any applications that might be using this file, or move it to a different "
@@ -322,16 +323,41 @@ TEST(ErrorDialogSheetWindow, HintOnlyForPermissionAndAccess)
 
 TEST(ErrorDialogSheetWindow, OkCallsItsActionAndClosesTheSheet)
 {
-    DialogScene scene(QStringLiteral("ErrorDialogSheet { objectName: \"sheet\"; property int calls: 0; "
-                                     "onOkPressed: ++calls }"),
-                      {});
-    QObject *sheet = scene.window()->findChild<QObject *>(QStringLiteral("sheet"));
-    ASSERT_TRUE(sheet);
-    sheet->setProperty("presented", true);
+    ErrorDialogSheetModel model;
+    DialogScene scene(QStringLiteral("ErrorDialogSheet { manager: scene.model }"),
+                      {{QStringLiteral("model"), QVariant::fromValue(&model)}});
+    int calls = 0;
+    model.onOK = [&calls] { ++calls; };
+    model.show(QStringLiteral("The disk is full."));
     ASSERT_TRUE(scene.getsFocus("OK"));
     scene.press(Qt::Key_Return);
-    EXPECT_EQ(sheet->property("calls").toInt(), 1);
-    EXPECT_FALSE(sheet->property("presented").toBool());
+    EXPECT_EQ(calls, 1);
+    EXPECT_FALSE(model.isPresented());
+}
+
+TEST(DeleteConfirmationWindow, ReturnCancelsAndEachButtonCallsItsAction)
+{
+    DeleteConfirmationModel model;
+    DialogScene scene(QStringLiteral("DeleteConfirmationSheet { dialog: scene.model }"),
+                      {{QStringLiteral("model"), QVariant::fromValue(&model)}});
+    QStringList calls;
+    model.onSecureDelete = [&calls] { calls.append(QStringLiteral("shred")); };
+    model.onMoveToTrash = [&calls] { calls.append(QStringLiteral("trash")); };
+    model.onCancel = [&calls] { calls.append(QStringLiteral("cancel")); };
+    for (const char *button : {"Cancel", "Secure Delete", "Move to Trash"}) {
+        model.show(QStringLiteral("will.pdf"), true);
+        ASSERT_TRUE(scene.getsFocus("Cancel"));
+        EXPECT_TRUE(scene.shows("Secure delete \"will.pdf\"?"));
+        EXPECT_TRUE(scene.shows("This will permanently erase the encrypted file."));
+        EXPECT_TRUE(scene.shows("This action cannot be undone."));
+        EXPECT_EQ(scene.sheet()->width(), 400);
+        while (scene.focused() != QString::fromUtf8(button)) {
+            scene.press(Qt::Key_Tab);
+        }
+        scene.press(Qt::Key_Return);
+        EXPECT_FALSE(model.isPresented());
+    }
+    EXPECT_EQ(calls, (QStringList{QStringLiteral("cancel"), QStringLiteral("shred"), QStringLiteral("trash")}));
 }
 
 } // namespace

@@ -1,0 +1,111 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+import QtQuick
+import QtQuick.Layouts
+import Quillhaven.Controls
+import Quillhaven.Design
+import Quillhaven.Dialogs
+
+/// The list of the keyboard shortcuts.
+Sheet {
+    id: sheet
+
+    required property KeyboardShortcutsModel shortcuts
+
+    /// A heading of the list.
+    component GroupHeading: TextLabel {
+        Layout.fillWidth: true
+        Layout.topMargin: Spacing.sm
+        font: Typography.settingTitle
+        Accessible.role: Accessible.Heading
+    }
+
+    /// The keys for an action.
+    component ShortcutRow: RowLayout {
+        id: shortcut
+
+        required property string action
+        /// Each is one way to press it.
+        required property var keys
+
+        Layout.fillWidth: true
+        spacing: Spacing.sm
+        Accessible.role: Accessible.ListItem
+        Accessible.name: action + ": " + keys.join(" or ")
+
+        Text {
+            Layout.fillWidth: true
+            text: shortcut.action
+            font: Typography.settingLabel
+            color: Colors.textSecondary
+            horizontalAlignment: Text.AlignLeft
+            wrapMode: Text.Wrap
+            Accessible.ignored: true
+        }
+
+        Repeater {
+            model: shortcut.keys
+
+            Rectangle {
+                id: cap
+
+                required property string modelData
+
+                implicitWidth: keyName.implicitWidth + 2 * Spacing.sm
+                implicitHeight: keyName.implicitHeight + Spacing.xs
+                radius: DesignSystem.cornerRadiusSmall
+                color: Colors.backgroundSecondary
+                border.width: 1
+                border.color: Colors.border
+
+                Text {
+                    id: keyName
+
+                    anchors.centerIn: parent
+                    text: cap.modelData
+                    font: Typography.statusText
+                    color: Colors.textPrimary
+                    Accessible.ignored: true
+                }
+            }
+        }
+    }
+
+    presented: shortcuts.isPresented
+    title: "Keyboard Shortcuts"
+    symbol: "keyboard"
+    initialFocusItem: closeButton
+    onReturnPressed: shortcuts.close()
+    onEscapePressed: shortcuts.close()
+
+    ColumnLayout {
+        Layout.fillWidth: true
+        spacing: Spacing.sm
+        Accessible.role: Accessible.List
+        Accessible.name: sheet.title
+
+        GroupHeading { text: "Window" }
+        ShortcutRow { action: "Protect a new item"; keys: ["Ctrl+N"] }
+        ShortcutRow { action: "Lock all items"; keys: ["Ctrl+L"] }
+        ShortcutRow { action: "Search"; keys: ["Ctrl+F"] }
+        ShortcutRow { action: "Preferences"; keys: ["Ctrl+,"] }
+        ShortcutRow { action: "Keyboard shortcuts"; keys: ["F1", "Ctrl+?"] }
+        ShortcutRow { action: "Close the window"; keys: ["Ctrl+W"] }
+        ShortcutRow { action: "Quit"; keys: ["Ctrl+Q"] }
+
+        GroupHeading { text: "List" }
+        ShortcutRow { action: "Lock or unlock the item"; keys: ["Enter"] }
+        ShortcutRow { action: "All actions of the item"; keys: ["Menu", "Shift+F10"] }
+        ShortcutRow { action: "Select all items"; keys: ["Ctrl+A"] }
+        ShortcutRow { action: "Leave the selection"; keys: ["Esc"] }
+        ShortcutRow { action: "Remove protection"; keys: ["Delete"] }
+    }
+
+    buttons: PrimaryFilledButton {
+        id: closeButton
+
+        Layout.fillWidth: true
+        text: "Close"
+        onClicked: sheet.shortcuts.close()
+    }
+}

@@ -1,0 +1,191 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+// A row of the real window: its buttons, its menu and its gestures, by pointer and by keys.
+
+#include "DashboardWindowFixture.h"
+
+using namespace quillhaven;
+using namespace quillhaven::test;
+
+namespace {
+
+class RowWindow : public DashboardWindow
+{
+protected:
+    RowWindow() { storeThree(); } // bravo.png is unlocked
+
+    QQuickItem *row(const QString &name)
+    {
+        shown();
+        render();
+        for (QQuickItem *each : visibleItems(shown().window()->contentItem())) {
+            if (each->property("originalName").toString() == name) {
+                return each;
+            }
+        }
+        return nullptr;
+    }
+    QPoint middleOf(const QString &name)
+    {
+        QQuickItem *found = row(name);
+        EXPECT_TRUE(found) << qUtf8Printable(name);
+        return found ? found->mapToScene({found->width() / 2, found->height() / 2}).toPoint() : QPoint();
+    }
+    void doubleClick(const QString &name)
+    {
+        const QPoint middle = middleOf(name);
+        QTest::mouseClick(shown().window(), Qt::LeftButton, Qt::NoModifier, middle);
+        QTest::mouseDClick(shown().window(), Qt::LeftButton, Qt::NoModifier, middle);
+        DashboardHarness::settle();
+    }
+    /// The entries of the open menu.
+    QStringList menuEntries()
+    {
+        QStringList entries;
+        for (QQuickItem *each : visibleItems(shown().window()->contentItem())) {
+            if (each->inherits("QQuickMenuItem")) {
+                entries.append(each->property("text").toString());
+            }
+        }
+        return entries;
+    }
+    bool menuOpens()
+    {
+        return spinUntil([this] {
+            render();
+            return menuEntries().size() == 6;
+        });
+    }
+    bool menuCloses()
+    {
+        return spinUntil([this] {
+            render();
+            return menuEntries().isEmpty();
+        });
+    }
+};
+
+} // namespace
+
+TEST_F(RowWindow, ARightClickOpensTheMenuOfTheRow)
+{
+    QTest::mouseClick(shown().window(), Qt::RightButton, Qt::NoModifier, middleOf(QStringLiteral("bravo.png")));
+    ASSERT_TRUE(menuOpens());
+    EXPECT_EQ(menuEntries(), (QStringList{QStringLiteral("Lock Item"), QStringLiteral("Reveal in Finder"),
+                                          QStringLiteral("Copy Path"), QStringLiteral("Duplicate as Encrypted Copy"),
+                                          QStringLiteral("🗑️ Secure Shred"), QStringLiteral("Remove Protection")}));
+    press(Qt::Key_Escape);
+    EXPECT_TRUE(menuCloses());
+    EXPECT_EQ(focusedRow(), QStringLiteral("bravo.png"));
+}
+
+TEST_F(RowWindow, TheMenuKeyAndShiftF10OpenTheMenuOfTheCurrentRow)
+{
+    ASSERT_TRUE(tabToList());
+    press(Qt::Key_Down);
+    press(Qt::Key_Menu);
+    ASSERT_TRUE(menuOpens());
+    press(Qt::Key_Down);
+    press(Qt::Key_Down);
+    press(Qt::Key_Return); // reveal
+    EXPECT_TRUE(menuCloses());
+    DashboardHarness::settle();
+    ASSERT_EQ(services.fileViewer.shown.size(), 1);
+    EXPECT_TRUE(services.fileViewer.shown.first().first.endsWith(QStringLiteral("/bravo.png")));
+    EXPECT_EQ(focusedRow(), QStringLiteral("bravo.png"));
+    press(Qt::Key_F10, Qt::ShiftModifier);
+    EXPECT_TRUE(menuOpens());
+}
+
+TEST_F(RowWindow, TheMenuClosesWhenItsItemIsGone)
+{
+    QTest::mouseClick(shown().window(), Qt::RightButton, Qt::NoModifier, middleOf(QStringLiteral("bravo.png")));
+    ASSERT_TRUE(menuOpens());
+    started().manager.removeFromProtectedItems(QStringLiteral("ID-bravo.png"));
+    EXPECT_TRUE(menuCloses());
+}
+
+TEST_F(RowWindow, ADoubleClickRevealsAndNeverSelects)
+{
+    doubleClick(QStringLiteral("bravo.png"));
+    EXPECT_EQ(services.fileViewer.shown.size(), 1);
+    EXPECT_EQ(started().dashboard.selection()->selectedCount(), 0);
+}
+
+TEST_F(RowWindow, AClickInTheSelectionModeNeverReveals)
+{
+    shown();
+    started().dashboard.selection()->toggleSelectionMode();
+    doubleClick(QStringLiteral("bravo.png"));
+    EXPECT_TRUE(services.fileViewer.shown.isEmpty());
+    started().dashboard.selection()->clearSelection();
+    started().dashboard.selection()->toggleSelectionMode();
+    QTest::mouseClick(shown().window(), Qt::LeftButton, Qt::NoModifier, middleOf(QStringLiteral("alpha.txt")));
+    spinOnce();
+    EXPECT_EQ(namesOf(started().dashboard.selection()->getSelectedItems()), QStringList{QStringLiteral("alpha.txt")});
+}
+
+TEST_F(RowWindow, EachButtonIsLoggedByItsHelpText)
+{
+    row(QStringLiteral("alpha.txt"));
+    for (QQuickItem *each : visibleItems(shown().window()->contentItem())) {
+        if (each->property("helpText").toString() == QStringLiteral("Copy Path to Clipboard")) {
+            QTest::mouseClick(shown().window(), Qt::LeftButton, Qt::NoModifier,
+                              each->mapToScene({each->width() / 2, each->height() / 2}).toPoint());
+            break;
+        }
+    }
+    EXPECT_TRUE(log.contains(QStringLiteral("🔘 Button clicked: Copy Path to Clipboard")));
+    EXPECT_TRUE(eventuallyShows("Path copied to clipboard"));
+}
+
+TEST_F(RowWindow, TheRowIsSixtyHighAndItsMarkAppearsInTheSelectionMode)
+{
+    QQuickItem *first = row(QStringLiteral("alpha.txt"));
+    ASSERT_TRUE(first);
+    EXPECT_EQ(first->height(), 60);
+    EXPECT_FALSE(shows("Done"));
+    started().dashboard.selection()->toggleSelectionMode();
+    EXPECT_TRUE(spinUntil([&] {
+        render();
+        return std::ranges::any_of(visibleItems(first), [](QQuickItem *each) {
+            return each->property("label").toString() == QStringLiteral("Select alpha.txt") && each->width() >= 20;
+        });
+    }));
+}
+
+TEST_F(RowWindow, TheAutoLockCardAndItsGearOpenThePreferences)
+{
+    shown();
+    EXPECT_TRUE(shows("Auto-lock"));
+    EXPECT_TRUE(shows("Disabled"));
+    for (QQuickItem *each : visibleItems(shown().window()->contentItem())) {
+        if (each->property("helpText").toString() == QStringLiteral("Auto-lock settings")) {
+            QTest::mouseClick(shown().window(), Qt::LeftButton, Qt::NoModifier,
+                              each->mapToScene({each->width() / 2, each->height() / 2}).toPoint());
+            break;
+        }
+    }
+    EXPECT_TRUE(preferences().model.isPresented());
+}
+
+TEST_F(RowWindow, KeysOpenThePanelAndTheListOfShortcuts)
+{
+    shown();
+    press(Qt::Key_N, Qt::ControlModifier);
+    DashboardHarness::settle();
+    EXPECT_EQ(services.panels.requests.size(), 1);
+    press(Qt::Key_F1);
+    EXPECT_TRUE(eventuallyShows("Keyboard Shortcuts"));
+    press(Qt::Key_Escape);
+    EXPECT_FALSE(sheets().keyboardShortcuts()->isPresented());
+}
+
+TEST_F(RowWindow, TheIntroductionIsShownInTheWindowUntilItWasRead)
+{
+    showsOnboarding = true;
+    EXPECT_TRUE(eventuallyShows("Welcome to Quillhaven"));
+    press(Qt::Key_Return); // "Get Started" has the focus
+    EXPECT_FALSE(started().onboarding.shouldShowOnboarding());
+    EXPECT_TRUE(services.defaults.standard().boolForKey(QStringLiteral("hasCompletedOnboarding")).value_or(false));
+}
