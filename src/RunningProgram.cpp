@@ -10,6 +10,7 @@
 #include "credentials/PasswordInputDialogManager.h"
 #include "engine/QuillhavenManager.h"
 #include "launch_at_login/LaunchAtLoginServiceManager.h"
+#include "platform/DesktopNotifications.h"
 #include "platform/NotificationCenter.h"
 #include "platform/WatchedSources.h"
 #include "platform/widgets/QtApplicationPresence.h"
@@ -116,10 +117,23 @@ void RunningProgram::connectWithDesktop()
                              m_app.applicationDidBecomeActive();
                          }
                      });
+    const auto notify = [this](const QString &report) { notifyOfLocking(report); };
+    QObject::connect(&AutoLockManager::shared(), &AutoLockManager::itemsLocked, &m_delegate, notify);
+    QObject::connect(&SmartAutoLockManager::shared(), &SmartAutoLockManager::itemsLocked, &m_delegate, notify);
     QObject::connect(&m_instance, &SingleInstance::activationRequested, &m_delegate, &AppDelegate::reopen);
     QObject::connect(&m_instance, &SingleInstance::openRequested, &m_delegate,
                      [this](const QStringList &urls) { openUrls(urls); });
     QObject::connect(&m_signals, &TerminationSignals::terminationRequested, &m_delegate, [this] { terminate(); });
+}
+
+void RunningProgram::notifyOfLocking(const QString &report)
+{
+    if (!m_presence.isInFront()) {
+        m_platform.desktopNotifications.show({.title = QStringLiteral("Quillhaven"),
+                                              .text = report,
+                                              .topic = QStringLiteral("auto-lock"),
+                                              .onActivated = [this] { bringMainWindowForward(); }});
+    }
 }
 
 WatchedSourcesModel::Repairs::value_type RunningProgram::repair(WatchedSources::Source source,

@@ -47,6 +47,8 @@ private:
     [[nodiscard]] WatchedSourcesModel::Repairs::value_type repair(WatchedSources::Source source,
                                                                   const std::function<void()> &action);
     void connectWithDesktop();
+    /// Says in a notification what became of a run of locking, unless the user sees it in the window.
+    void notifyOfLocking(const QString &report);
 
     void bringMainWindowForward();
     void openUrls(const QStringList &urls);

@@ -10,6 +10,8 @@
 #include "settings/Settings.h"
 #include "support/printLogger.h"
 
+#include <QPointer>
+
 #include <algorithm>
 
 namespace quillhaven {
@@ -104,7 +106,7 @@ void AutoLockManager::resetInactivityTimer()
 void AutoLockManager::checkInactivity()
 {
     if (m_clock.uptime() - m_lastActivityUpdate >= periodOf(getEffectiveAutoLockMinutes())) {
-        lockAllItems();
+        lockAllItems(QStringLiteral("after inactivity"));
     }
     resetInactivityTimer();
 }
@@ -152,7 +154,7 @@ void AutoLockManager::handleSystemSleep()
     printLogger(QStringLiteral("🛌 AutoLockManager: lockOnSleep setting: ") + printed(m_lockOnSleep));
     if (m_lockOnSleep) {
         printLogger(QStringLiteral("🛌 AutoLockManager: Lock on sleep is enabled, locking all items"));
-        lockAllItems();
+        lockAllItems(QStringLiteral("before the computer went to sleep"));
     } else {
         printLogger(QStringLiteral("🛌 AutoLockManager: Lock on sleep is disabled, skipping auto-lock"));
     }
@@ -163,7 +165,7 @@ void AutoLockManager::handleSystemWake()
     resetInactivityTimer();
 }
 
-void AutoLockManager::lockAllItems()
+void AutoLockManager::lockAllItems(const QString &cause)
 {
     const QList<ProtectedItem> unlocked = lockJobs::unlockedItems(m_quillhavenManager);
     printLogger(QStringLiteral("🔒 AutoLockManager: Found ") + QString::number(unlocked.size()) +
@@ -184,6 +186,13 @@ void AutoLockManager::lockAllItems()
                          [](const QString &name, const QString &description) {
                              printLogger(QStringLiteral("❌ AutoLockManager: Error auto-locking item ") + name +
                                          QStringLiteral(": ") + description);
+                         },
+                     .cause = cause,
+                     .ended =
+                         [self = QPointer(this)](const QString &report) {
+                             if (self) {
+                                 Q_EMIT self->itemsLocked(report);
+                             }
                          }});
 }
 

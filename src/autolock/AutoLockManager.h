@@ -20,8 +20,8 @@ class RunningTimer;
 class UserDefaults;
 
 /// Locks every unlocked item after a period without input and, when the user asked for it, before the computer goes to
-/// sleep. The two switches are independent. Nothing is ever reported to the user: a lock that fails is logged, and the
-/// next firing tries again. Main thread only.
+/// sleep. The two switches are independent. A lock that fails is logged, and the next firing tries again. Main thread
+/// only.
 ///
 /// The input monitors are installed for the life of the object, and a throttle lets one activity through in ten
 /// seconds. A period can therefore end up to ten seconds before it has passed since the very last input.
@@ -59,6 +59,9 @@ public:
     [[nodiscard]] qlonglong getEffectiveAutoLockMinutes() const { return m_autoLockMinutes; }
 
 Q_SIGNALS:
+    /// All locks of one run have ended, and these sentences say what became of the items. Not emitted when none was
+    /// locked and none failed.
+    void itemsLocked(const QString &report);
     void isMonitoringChanged();
     void lastActivityTimeChanged();
     void isAutoLockEnabledChanged();
@@ -74,7 +77,8 @@ private:
     void handleSystemWake();
     void resetInactivityTimer();
     void checkInactivity();
-    void lockAllItems();
+    /// `cause` is that of the report.
+    void lockAllItems(const QString &cause);
 
     void setIsMonitoring(bool value);
     void setAutoLockMinutes(qlonglong value);

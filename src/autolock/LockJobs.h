@@ -19,11 +19,14 @@ namespace lockJobs {
 /// The items whose data is at its place, in the order of the list.
 [[nodiscard]] QList<ProtectedItem> unlockedItems(const QuillhavenManager &engine);
 
-/// What is called when the lock of an item has ended, with its name.
+/// What is called when the lock of an item has ended, with its name, and when the locks of all items have.
 struct Outcome
 {
     std::function<void(const QString &name)> succeeded;
     std::function<void(const QString &name, const QString &description)> failed;
+    QString cause; ///< for the report: `LockReport::text`
+    /// Not called with an empty report.
+    std::function<void(const QString &report)> ended;
 };
 
 /// Starts a job for each of the items that locks it, and returns. Where a master password is set, each lock asks for it

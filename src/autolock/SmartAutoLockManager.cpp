@@ -10,6 +10,8 @@
 #include "settings/Settings.h"
 #include "support/printLogger.h"
 
+#include <QPointer>
+
 namespace quillhaven {
 
 SmartAutoLockManager::SmartAutoLockManager(const Platform &platform, QuillhavenManager &quillhavenManager,
@@ -93,7 +95,7 @@ void SmartAutoLockManager::handleSystemSleep()
 {
     if (isInForce(&SmartAutoLockRules::lockOnSleep)) {
         printLogger(QStringLiteral("SmartAutoLockManager: System sleep detected, locking items"));
-        lockAllItems(QStringLiteral("System sleep"));
+        lockAllItems(QStringLiteral("System sleep"), QStringLiteral("before the computer went to sleep"));
     }
 }
 
@@ -101,7 +103,7 @@ void SmartAutoLockManager::handleUserSessionChange()
 {
     if (isInForce(&SmartAutoLockRules::lockOnUserSwitch)) {
         printLogger(QStringLiteral("SmartAutoLockManager: User session change detected, locking items"));
-        lockAllItems(QStringLiteral("User session change"));
+        lockAllItems(QStringLiteral("User session change"), QStringLiteral("because the session was switched"));
     }
 }
 
@@ -109,7 +111,7 @@ void SmartAutoLockManager::handleScreenLock()
 {
     if (isInForce(&SmartAutoLockRules::lockOnSystemLock)) {
         printLogger(QStringLiteral("SmartAutoLockManager: Screen lock detected, locking items"));
-        lockAllItems(QStringLiteral("Screen lock"));
+        lockAllItems(QStringLiteral("Screen lock"), QStringLiteral("because the screen was locked"));
     }
 }
 
@@ -117,11 +119,11 @@ void SmartAutoLockManager::handleScreenSaverStart()
 {
     if (isInForce(&SmartAutoLockRules::lockOnScreenSaver)) {
         printLogger(QStringLiteral("SmartAutoLockManager: Screen saver started, locking items"));
-        lockAllItems(QStringLiteral("Screen saver activation"));
+        lockAllItems(QStringLiteral("Screen saver activation"), QStringLiteral("because the screen saver started"));
     }
 }
 
-void SmartAutoLockManager::lockAllItems(const QString &reason)
+void SmartAutoLockManager::lockAllItems(const QString &reason, const QString &cause)
 {
     const QList<ProtectedItem> unlocked = lockJobs::unlockedItems(m_quillhavenManager);
     if (unlocked.isEmpty()) {
@@ -135,6 +137,13 @@ void SmartAutoLockManager::lockAllItems(const QString &reason)
                          [](const QString &name, const QString &description) {
                              printLogger(QStringLiteral("SmartAutoLockManager: Error locking item ") + name +
                                          QStringLiteral(": ") + description);
+                         },
+                     .cause = cause,
+                     .ended =
+                         [self = QPointer(this)](const QString &report) {
+                             if (self) {
+                                 Q_EMIT self->itemsLocked(report);
+                             }
                          }});
 }
 

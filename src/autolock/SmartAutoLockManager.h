@@ -12,8 +12,8 @@ class QuillhavenManager;
 class UserDefaults;
 struct Platform;
 
-/// Locks every unlocked item at events of the system, as a stored set of rules says. Nothing is ever reported to the
-/// user. Main thread only.
+/// Locks every unlocked item at events of the system, as a stored set of rules says. A lock that fails is logged.
+/// Main thread only.
 ///
 /// Sleep and the change of sessions are observed on the program's own notification centre, where nothing posts them: of
 /// the rules, those for the screen lock and the screen saver take effect. The lock before sleep is AutoLockManager's.
@@ -39,6 +39,9 @@ public:
     void updateRules(const SmartAutoLockRules &rules);
 
 Q_SIGNALS:
+    /// All locks of one run have ended, and these sentences say what became of the items. Not emitted when none was
+    /// locked and none failed.
+    void itemsLocked(const QString &report);
     void rulesChanged();
     void isEnabledChanged();
 
@@ -55,7 +58,8 @@ private:
     void handleScreenUnlock() {}
     void handleScreenSaverStart();
     [[nodiscard]] bool isInForce(Rule rule) const { return m_isEnabled && m_rules.*rule; }
-    void lockAllItems(const QString &reason);
+    /// `reason` is for the log, `cause` for the report.
+    void lockAllItems(const QString &reason, const QString &cause);
 
     UserDefaults &m_defaults;
     SmartAutoLockRules m_rules;

@@ -12,6 +12,7 @@ StorageFacts &StorageFacts::operator|=(const StorageFacts &other)
     isRemote |= other.isRemote;
     isSynced |= other.isSynced;
     hasSnapshots |= other.hasSnapshots;
+    isUnencrypted |= other.isUnencrypted;
     return *this;
 }
 

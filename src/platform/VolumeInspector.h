@@ -16,8 +16,13 @@ struct StorageFacts
     bool isRemote = false;      ///< a file system of the network or of a program, which stores it in its own way
     bool isSynced = false;      ///< a program keeps copies of the folder elsewhere
     bool hasSnapshots = false;  ///< the volume has snapshots, which keep what the file held
+    bool isUnencrypted = false; ///< what this computer's disk keeps of the file can be read without a key
 
-    [[nodiscard]] bool isAnythingKnown() const { return *this != StorageFacts(); }
+    /// Whether overwriting the file may leave some of its content.
+    [[nodiscard]] bool isAnythingKnown() const
+    {
+        return isSolidState || isCopyOnWrite || sharesBlocks || isRemote || isSynced || hasSnapshots;
+    }
     /// Adds what is known of another file.
     StorageFacts &operator|=(const StorageFacts &other);
 

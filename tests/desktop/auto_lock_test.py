@@ -1,6 +1,7 @@
 #!/usr/bin/python3
 # SPDX-License-Identifier: GPL-3.0-or-later
-"""Locking by itself at the desktop's events, with doubles of logind and of a screen saver that speak their protocols."""
+"""Locking by itself at the desktop's events, with doubles of logind, a screen saver and a notification server that speak
+their protocols."""
 
 import subprocess
 
@@ -11,6 +12,7 @@ from window_case import WindowTest, main
 
 MOCK = "org.freedesktop.DBus.Mock"
 LOGIND = ("org.freedesktop.login1", "/org/freedesktop/login1")
+NOTIFICATIONS = ("org.freedesktop.Notifications", "/org/freedesktop/Notifications")
 SAVER = ("org.gnome.ScreenSaver", "/org/gnome/ScreenSaver")
 
 
@@ -80,6 +82,26 @@ class AutoLock(WindowTest):
         self.lock_screen()
         flows.row(self.program, "letter.txt", "locked")
         self.assertEqual(self.program.log.count("Screen lock detected"), 1)
+
+    def test_a_lock_is_notified_while_the_window_is_away_and_a_click_brings_the_window_back(self):
+        self.double("--session", "notification_daemon", NOTIFICATIONS[0])
+        server = dbus.SessionBus(private=True).get_object(*NOTIFICATIONS)
+        messages = lambda: [call[1] for call in server.GetMethodCalls("Notify", dbus_interface=MOCK)]
+        self.switch("Smart Auto-Lock", "Lock on sleep")
+        self.prepare_for_sleep(True)
+        flows.row(self.program, "letter.txt", "locked")
+        flows.unlock(self.program, "letter.txt")
+        self.assertEqual(messages(), [], "the user has seen it in the window")
+        is_active = lambda: any(window.has("active") for window in self.program.windows())
+        subprocess.run(["xdotool", "getactivewindow", "windowminimize"], check=True)
+        self.program.wait_for(lambda: not is_active(), "the window to be away")
+        self.lock_screen()
+        self.program.wait_for(messages, "a notification")
+        (message,) = messages()
+        self.assertEqual(message[3:5], ["Quillhaven", "1 item was locked because the screen was locked."])
+        server.EmitSignal(NOTIFICATIONS[0], "ActionInvoked", "us", [dbus.UInt32(1), "default"], dbus_interface=MOCK)
+        self.program.wait_until_active()
+        flows.row(self.program, "letter.txt", "locked")
 
     def test_the_screen_saver_locks_when_its_rule_is_on(self):
         self.switch("Smart Auto-Lock", "Lock on screen saver")

@@ -136,6 +136,15 @@ class Shredding(WindowTest):
         self.assertEqual(self.home.catalogue(), [])
         self.assertNotIn(item["id"], self.keyring.entries())
 
+    def test_the_confirmation_says_where_the_data_may_survive(self):
+        # The mark of Syncthing. What else is said depends on the disk of this machine.
+        (self.home.documents / ".stfolder").mkdir()
+        flows.press_in_row(self.program, "letter.txt", "Secure Shred")
+        self.program.says("Permanent Deletion Warning")
+        self.program.wait_for(
+            lambda: any(node.name.startswith("Even so, ") and "wherever the folder is synchronized to" in node.name
+                        for node in self.program.walk() if node.showing), "the note about the synchronized folder")
+
     def test_escape_closes_the_dialog_and_keeps_the_item(self):
         flows.ask_to_shred(self.program, "letter.txt")
         self.program.find(FIELD, PHRASE_FIELD).focus()

@@ -6,15 +6,25 @@
 
 #include <QHash>
 
+#include <functional>
+
 namespace quillhaven::test {
 
 /// Knows what the test says of each path, and nothing of the others.
 class FakeVolumes : public VolumeInspector
 {
 public:
-    [[nodiscard]] StorageFacts factsAbout(const QString &path) const override { return facts.value(path); }
+    [[nodiscard]] StorageFacts factsAbout(const QString &path) const override
+    {
+        if (onQuestion) {
+            onQuestion(path);
+        }
+        return facts.value(path);
+    }
 
-    QHash<QString, StorageFacts> facts; ///< not to be changed while a question is under way
+    // Neither may be changed while a question is under way.
+    QHash<QString, StorageFacts> facts;
+    std::function<void(const QString &path)> onQuestion; ///< called on the asking thread, which it may hold up
 };
 
 } // namespace quillhaven::test

@@ -4,6 +4,7 @@
 
 #include "Stage.h"
 #include "presentation/dashboard/OfferedUpdate.h"
+#include "presentation/dialogs/StorageNote.h"
 
 namespace quillhaven::test {
 
@@ -148,11 +149,12 @@ void askForNewPassword(Stage &stage)
     state.confirm();
 }
 
-void confirmShredding(Stage &stage)
+void confirmShredding(Stage &stage, const StorageFacts &facts)
 {
     ShredConfirmationDialogModel &dialog = *stage.sheets().shredConfirmation();
     dialog.show(manyNames());
     dialog.setHasReadWarning(true);
+    dialog.setStorageNote(storageNote(facts));
 }
 
 void report(OperationProgress &operation, const QString &message)
@@ -206,7 +208,17 @@ const QList<Scene> &allScenes()
              stage.services.biometrics.setPrompt(true, QStringLiteral("Unlock will.pdf"),
                                                  QStringLiteral("Place your finger on the reader"));
          }},
-        {"shred_confirmation", confirmShredding},
+        {"shred_confirmation", [](Stage &stage) { confirmShredding(stage, {}); }},
+        {"shred_confirmation_note",
+         [](Stage &stage) { confirmShredding(stage, {.isSolidState = true, .isUnencrypted = true}); }},
+        {"shred_confirmation_long_note",
+         [](Stage &stage) {
+             confirmShredding(stage, {.isSolidState = true,
+                                      .isCopyOnWrite = true,
+                                      .isSynced = true,
+                                      .hasSnapshots = true,
+                                      .isUnencrypted = true});
+         }},
         {"shred_progress",
          [](Stage &stage) {
              report(*stage.sheets().shredProgress(), QStringLiteral("Shredding original file: a.pdf"));
@@ -220,8 +232,6 @@ const QList<Scene> &allScenes()
         {"preferences_general", [](Stage &stage) { showPreferences(stage, Section::General); }},
         {"preferences_security", [](Stage &stage) { showPreferences(stage, Section::Security); }},
         {"preferences_backup", [](Stage &stage) { showPreferences(stage, Section::Backup); }},
-        {"preferences_update", [](Stage &stage) { showPreferences(stage, Section::Update); }},
-        {"preferences_support", [](Stage &stage) { showPreferences(stage, Section::Support); }},
         {"introduction", [](Stage &stage) { stage.showsOnboarding = true; }},
         {"shortcuts", [](Stage &stage) { stage.sheets().keyboardShortcuts()->show(); }},
         {"item_details",

@@ -19,7 +19,8 @@ LinuxPlatform::LinuxPlatform(const UserDirectories &directories)
       m_loginItem(autostartFolders(SqliteUserDefaultsProvider::standardDomain, QCoreApplication::applicationFilePath()),
                   m_watched),
       m_session(m_notifications, m_watched, m_clock),
-      m_urlSession(m_clock)
+      m_urlSession(m_clock),
+      m_volumes(m_directories)
 {
     m_credentialQueue.setMaxThreadCount(1);
 }

@@ -94,13 +94,23 @@ void QtApplicationPresence::showDialogsAgain()
 
 bool QtApplicationPresence::hasVisibleWindows() const
 {
+    return !windowsOnScreen().isEmpty();
+}
+
+bool QtApplicationPresence::isInFront() const
+{
+    return std::ranges::any_of(windowsOnScreen(), &QWindow::isActive);
+}
+
+QList<QWindow *> QtApplicationPresence::windowsOnScreen() const
+{
     if (!m_mainWindow) {
-        return false;
+        return {};
     }
-    const auto isOnScreen = [](const QWindow *window) {
-        return window->isVisible() && !(window->windowStates() & Qt::WindowMinimized);
-    };
-    return isOnScreen(m_mainWindow) || std::ranges::any_of(visibleDialogs(), isOnScreen);
+    QList<QWindow *> windows = visibleDialogs() << m_mainWindow;
+    windows.removeIf(
+        [](const QWindow *window) { return !window->isVisible() || (window->windowStates() & Qt::WindowMinimized); });
+    return windows;
 }
 
 void QtApplicationPresence::terminate()

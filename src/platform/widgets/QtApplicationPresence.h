@@ -30,10 +30,14 @@ public:
     bool makeKeyAndOrderFront(const QString &title) override;
     [[nodiscard]] bool hasVisibleWindows() const override;
     void terminate() override;
+    /// Whether the user works in the main window or in one of its dialogs.
+    [[nodiscard]] bool isInFront() const;
 
 private:
     /// The dialogs of the main window that are on the screen, and theirs.
     [[nodiscard]] QList<QWindow *> visibleDialogs() const;
+    /// The same and the main window, if it is on the screen.
+    [[nodiscard]] QList<QWindow *> windowsOnScreen() const;
     void showDialogsAgain();
     /// False if there is no main window and none can be built.
     bool buildMainWindow();

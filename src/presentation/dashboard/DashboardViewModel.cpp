@@ -31,7 +31,7 @@ DashboardViewModel::DashboardViewModel(const Platform &platform, QuillhavenManag
       m_itemActions(context(), m_bulk),
       m_rowActions(context(), platform),
       m_itemDetails(context(), m_itemActions),
-      m_shredding(context(), platform.clock),
+      m_shredding(context(), platform),
       m_rescue(context(), platform.panels, m_notices, platform.directories.home),
       m_updateBadge(updateManager, platform.opener, m_errors)
 {

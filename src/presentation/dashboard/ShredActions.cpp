@@ -3,11 +3,15 @@
 #include "presentation/dashboard/ShredActions.h"
 
 #include "async/Jobs.h"
+#include "async/OffMainThread.h"
 #include "catalogue/QuillhavenError.h"
 #include "engine/QuillhavenManager.h"
+#include "platform/Platform.h"
+#include "platform/VolumeInspector.h"
 #include "presentation/dashboard/BusyItems.h"
 #include "presentation/dashboard/ItemSelection.h"
 #include "presentation/dialogs/OperationErrors.h"
+#include "presentation/dialogs/StorageNote.h"
 #include "support/DisplayName.h"
 #include "support/Paths.h"
 
@@ -24,10 +28,19 @@ QStringList idsOf(const QList<ProtectedItem> &items)
     return ids;
 }
 
+StorageFacts factsAbout(const VolumeInspector &volumes, const QStringList &places)
+{
+    StorageFacts facts;
+    for (const QString &place : places) {
+        facts |= volumes.factsAbout(place);
+    }
+    return facts;
+}
+
 } // namespace
 
-ShredActions::ShredActions(const DashboardContext &context, const Clock &clock, QObject *parent)
-    : QObject(parent), m_context(context), m_progress(clock)
+ShredActions::ShredActions(const DashboardContext &context, const Platform &platform, QObject *parent)
+    : QObject(parent), m_context(context), m_volumes(platform.volumes), m_progress(platform.clock)
 {
     m_confirmation.onConfirm = [this] { performShredOperation(); };
     m_confirmation.onCancel = [this] { forgetAll(); };
@@ -67,6 +80,24 @@ void ShredActions::ask(const QList<ProtectedItem> &protectedItems, const QString
         names.append(displayName(item.originalName));
     }
     m_confirmation.show(names);
+    QStringList places = paths;
+    for (const ProtectedItem &item : protectedItems) {
+        // What a shred destroys. A locked item returns to its original place first.
+        places += {item.originalPath, item.originalBackupPath, item.containerPath};
+    }
+    startJob([self = QPointer(this), places, question = ++m_questions] { return noteStorage(self, places, question); });
+}
+
+QCoro::Task<> ShredActions::noteStorage(QPointer<ShredActions> self, QStringList places, quint64 question)
+{
+    if (!self) {
+        co_return;
+    }
+    auto look = [&volumes = self->m_volumes, places] { return factsAbout(volumes, places); };
+    const StorageFacts facts = co_await offMainThread(std::move(look));
+    if (self && self->m_questions == question) {
+        self->m_confirmation.setStorageNote(storageNote(facts));
+    }
 }
 
 void ShredActions::forgetAll()

@@ -10,12 +10,14 @@
 
 #include <QCoroTask>
 #include <QObject>
+#include <QPointer>
 #include <QStringList>
 #include <QtQml/qqmlregistration.h>
 
 namespace quillhaven {
 
-class Clock;
+class VolumeInspector;
+struct Platform;
 
 /// Shreds items for the dashboard: the items to be shredded, the confirmation, and the job. Main thread only.
 class ShredActions : public QObject
@@ -25,7 +27,8 @@ class ShredActions : public QObject
     QML_UNCREATABLE("Part of the dashboard")
 
 public:
-    ShredActions(const DashboardContext &context, const Clock &clock, QObject *parent = nullptr);
+    /// What the context and the platform refer to must outlive this object and its jobs.
+    ShredActions(const DashboardContext &context, const Platform &platform, QObject *parent = nullptr);
 
     [[nodiscard]] ShredConfirmationDialogModel *confirmation() { return &m_confirmation; }
     [[nodiscard]] OperationProgress *progress() { return &m_progress; }
@@ -44,12 +47,16 @@ public:
 private:
     void ask(const QList<ProtectedItem> &protectedItems, const QStringList &paths);
     void forgetAll();
+    /// Shows what the places of the items of this question may keep, unless another one was asked meanwhile.
+    [[nodiscard]] static QCoro::Task<> noteStorage(QPointer<ShredActions> self, QStringList places, quint64 question);
     [[nodiscard]] QCoro::Task<> run();
     [[nodiscard]] QCoro::Task<> shred(ProgressCallback progressCallback);
     /// The current records of the protected items to shred.
     [[nodiscard]] QList<ProtectedItem> liveItems() const;
 
     DashboardContext m_context;
+    const VolumeInspector &m_volumes;
+    quint64 m_questions = 0; ///< how many were asked
     ShredConfirmationDialogModel m_confirmation;
     OperationProgress m_progress;
     QStringList m_itemsToShred;

@@ -28,12 +28,12 @@ Sheet {
 
         required property string action
         /// Each is one way to press it.
-        required property var keys
+        required property list<string> keys
 
         Layout.fillWidth: true
         spacing: Spacing.sm
         Accessible.role: Accessible.ListItem
-        Accessible.name: action + ": " + keys.join(" or ")
+        Accessible.name: action + ": " + Array.from(keys).join(" or ")
 
         Text {
             Layout.fillWidth: true

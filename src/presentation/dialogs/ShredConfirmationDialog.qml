@@ -114,6 +114,15 @@ Sheet {
         }
     }
 
+    TextLabel {
+        Layout.fillWidth: true
+        visible: sheet.dialog.storageNote.length > 0
+        text: sheet.dialog.storageNote
+        font: Typography.settingDescription
+        wrapMode: Text.Wrap
+        Accessible.role: Accessible.AlertMessage
+    }
+
     CheckMark {
         Layout.fillWidth: true
         text: "I understand this will permanently delete the selected items"

@@ -19,10 +19,16 @@ void ShredConfirmationDialogModel::setHasReadWarning(bool value)
     assign(m_hasReadWarning, value, &ShredConfirmationDialogModel::changed);
 }
 
+void ShredConfirmationDialogModel::setStorageNote(const QString &value)
+{
+    assign(m_storageNote, value, &ShredConfirmationDialogModel::changed);
+}
+
 void ShredConfirmationDialogModel::show(const QStringList &itemNames)
 {
     m_itemNames = itemNames;
     m_confirmationText.clear();
+    m_storageNote.clear();
     m_hasReadWarning = false;
     Q_EMIT changed();
     setIsPresented(true);

@@ -18,6 +18,7 @@ class ShredConfirmationDialogModel : public quillhaven::DialogModel
     Q_PROPERTY(QStringList itemNames READ itemNames NOTIFY changed)
     Q_PROPERTY(QString confirmationText READ confirmationText WRITE setConfirmationText NOTIFY changed)
     Q_PROPERTY(bool hasReadWarning READ hasReadWarning WRITE setHasReadWarning NOTIFY changed)
+    Q_PROPERTY(QString storageNote READ storageNote NOTIFY changed)
     Q_PROPERTY(bool isConfirmEnabled READ isConfirmEnabled NOTIFY changed)
 
 public:
@@ -29,10 +30,14 @@ public:
     /// Whether the box is ticked and the phrase was typed, in upper or lower case. Spaces are not trimmed.
     [[nodiscard]] bool isConfirmEnabled() const;
 
+    /// Where the content of the items may survive. Empty until that is known, and when it is not.
+    [[nodiscard]] QString storageNote() const { return m_storageNote; }
+
     void setConfirmationText(const QString &value);
     void setHasReadWarning(bool value);
+    void setStorageNote(const QString &value);
 
-    /// Asks about these items, with an empty field and the box unticked.
+    /// Asks about these items, with an empty field, the box unticked and no note.
     void show(const QStringList &itemNames);
 
     /// The buttons. Both close the dialog first, then call the stored action. `confirm` does nothing while it is
@@ -49,6 +54,7 @@ Q_SIGNALS:
 private:
     QStringList m_itemNames;
     QString m_confirmationText;
+    QString m_storageNote;
     bool m_hasReadWarning = false;
 };
 

@@ -60,6 +60,27 @@ TEST_F(ApplicationPresenceOfQt, HideHidesOnlyTheMainWindow)
     EXPECT_TRUE(other.isExposed());
 }
 
+TEST_F(ApplicationPresenceOfQt, TheMainWindowIsInFrontOnlyWhileTheUserWorksInIt)
+{
+    EXPECT_FALSE(presence.isInFront());
+    show(main);
+    EXPECT_TRUE(presence.isInFront());
+    show(other);
+    EXPECT_TRUE(spinUntil([&] { return !presence.isInFront(); })) << "another window has the keyboard";
+    show(main);
+    EXPECT_TRUE(presence.isInFront());
+    presence.hide();
+    EXPECT_FALSE(presence.isInFront());
+}
+
+TEST_F(ApplicationPresenceOfQt, ADialogOfTheMainWindowCountsAsTheMainWindowInFront)
+{
+    show(main);
+    other.setTransientParent(&main);
+    show(other);
+    EXPECT_TRUE(presence.isInFront());
+}
+
 TEST_F(ApplicationPresenceOfQt, AWindowThatIsNotTheMainOneIsNeitherVisibleNorBroughtForward)
 {
     other.setTitle(main.title());

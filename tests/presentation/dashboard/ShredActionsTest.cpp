@@ -3,8 +3,11 @@
 #include "DashboardHarness.h"
 
 #include "catalogue/QuillhavenError.h"
+#include "presentation/dialogs/StorageNote.h"
 #include "support/CallHooks.h"
 #include "support/FileManagerDecorator.h"
+
+#include <QSemaphore>
 
 using namespace quillhaven;
 using namespace quillhaven::test;
@@ -298,6 +301,59 @@ TEST_F(Shredding, QuestionAskedDuringAShredRemainsOpenAfterIt)
     DashboardHarness::settle();
     EXPECT_FALSE(TemporaryHome::exists(second)) << "the confirmed shred is completed";
     EXPECT_TRUE(actions.itemsToShred().isEmpty());
+}
+
+TEST_F(Shredding, ConfirmationNotesWhatTheVolumesOfTheItemsMayKeep)
+{
+    const QString path = services.home.write(QStringLiteral("papers/loose.txt"));
+    services.volumes.facts[path] = {.isSolidState = true, .isUnencrypted = true};
+    shredding().handleShredAction(path);
+    EXPECT_EQ(shredding().confirmation()->storageNote(), QString()) << "the sheet does not wait for the disk";
+    DashboardHarness::settle();
+    EXPECT_EQ(shredding().confirmation()->storageNote(), storageNote({.isSolidState = true, .isUnencrypted = true}));
+    shredding().confirmation()->cancel();
+    shredding().handleShredAction(services.home.write(QStringLiteral("papers/other.txt")));
+    DashboardHarness::settle();
+    EXPECT_EQ(shredding().confirmation()->storageNote(), QString()) << "nothing is known of the other file";
+}
+
+TEST_F(Shredding, NoteCoversAllPlacesOfAllItems)
+{
+    const QString album = protectFolder(QStringLiteral("album"));
+    protectFolder(QStringLiteral("diary"));
+    const auto facts = [this](const QString &path) -> StorageFacts & { return services.volumes.facts[path]; };
+    facts(album).isSynced = true;
+    facts(started().item(0).originalBackupPath).isSolidState = true;
+    facts(started().item(1).containerPath).hasSnapshots = true;
+    started().dashboard.selection()->selectAll();
+    shredding().performBulkShred();
+    DashboardHarness::settle();
+    EXPECT_EQ(shredding().confirmation()->storageNote(),
+              storageNote({.isSolidState = true, .isSynced = true, .hasSnapshots = true}));
+}
+
+TEST_F(Shredding, NoteForAnEarlierQuestionIsDropped)
+{
+    const QString slow = services.home.write(QStringLiteral("papers/slow.txt"));
+    const QString fast = services.home.write(QStringLiteral("papers/fast.txt"));
+    services.volumes.facts[slow].isRemote = true;
+    services.volumes.facts[fast].isSolidState = true;
+    QSemaphore isAsked;
+    QSemaphore letGo;
+    services.volumes.onQuestion = [&](const QString &path) {
+        if (path == slow) {
+            isAsked.release();
+            letGo.acquire();
+        }
+    };
+    shredding().handleShredAction(slow);
+    ASSERT_TRUE(spinUntil([&] { return isAsked.tryAcquire(); }));
+    shredding().handleShredAction(fast);
+    const QString expected = storageNote({.isSolidState = true});
+    EXPECT_TRUE(spinUntil([&] { return shredding().confirmation()->storageNote() == expected; }));
+    letGo.release();
+    DashboardHarness::settle();
+    EXPECT_EQ(shredding().confirmation()->storageNote(), expected);
 }
 
 TEST_F(Shredding, FinderUnlockAndLockWorkOnTheItemOfThePath)

@@ -114,6 +114,13 @@ TEST_F(ShredConfirmation, ActionCanAskTheNextQuestionInTheSameDialog)
     EXPECT_FALSE(dialog.isPresented());
 }
 
+TEST_F(ShredConfirmation, NextQuestionStartsWithoutTheNoteOfTheLastOne)
+{
+    dialog.setStorageNote(u("The data may survive."));
+    dialog.show({u("album")});
+    EXPECT_EQ(dialog.storageNote(), QString());
+}
+
 TEST_F(ShredConfirmation, NextQuestionStartsEmpty)
 {
     ASSERT_TRUE(passes("shred permanently"));

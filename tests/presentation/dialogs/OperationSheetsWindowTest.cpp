@@ -9,6 +9,7 @@
 #include "presentation/dialogs/OperationProgress.h"
 #include "presentation/dialogs/RecoveryDialogManager.h"
 #include "presentation/dialogs/ShredConfirmationDialogModel.h"
+#include "presentation/dialogs/StorageNote.h"
 #include "support/FakeFilePanels.h"
 #include "support/ManualClock.h"
 
@@ -59,6 +60,25 @@ TEST_F(ShredConfirmationWindow, ShowsEverythingThatWillHappen)
     }
     EXPECT_TRUE(scene.findSymbol("exclamationmark.triangle.fill"));
     EXPECT_TRUE(scene.findSymbol("square"));
+}
+
+TEST_F(ShredConfirmationWindow, NoteAppearsWhenItIsKnownAndIsHeard)
+{
+    const QString note = storageNote({.isSolidState = true, .hasSnapshots = true, .isUnencrypted = true});
+    dialog.show({QStringLiteral("will.pdf")});
+    ASSERT_TRUE(scene.getsFocus("Cancel"));
+    const QQuickItem *box = scene.find("I understand this will permanently delete the selected items");
+    ASSERT_TRUE(box);
+    const double without = box->mapToScene({}).y() - scene.sheet()->mapToScene({}).y();
+    EXPECT_FALSE(scene.heard().names.contains(note));
+    dialog.setStorageNote(note);
+    EXPECT_TRUE(spinUntil([&] { return scene.heard().names.contains(note); }));
+    EXPECT_TRUE(spinUntil([&] { return box->mapToScene({}).y() - scene.sheet()->mapToScene({}).y() > without; }))
+        << "the note has no room of its own";
+    const QQuickItem *shown = scene.find(qUtf8Printable(note));
+    ASSERT_TRUE(shown);
+    EXPECT_FALSE(shown->property("truncated").toBool());
+    EXPECT_TRUE(scene.getsFocus("Cancel")) << "the keyboard is not taken from the user";
 }
 
 TEST_F(ShredConfirmationWindow, CanBeConfirmedWithTheKeyboard)

@@ -12,9 +12,16 @@
 #include <QPointer>
 #include <QThreadPool>
 
+#include <memory>
+
+QT_BEGIN_NAMESPACE
+class QDBusServiceWatcher;
+QT_END_NAMESPACE
+
 namespace quillhaven {
 
-/// The desktop's notification server: the Desktop Notifications Specification of freedesktop.org, version 1.2.
+/// The desktop's notification server: the Desktop Notifications Specification of freedesktop.org, version 1.2. The
+/// server may start after this object, end, and come back.
 class NotificationService : public QObject, public DesktopNotifications
 {
     Q_OBJECT
@@ -26,11 +33,24 @@ public:
     void show(const Message &message) override;
 
 private:
+    /// A message that the server shows.
+    struct Shown
+    {
+        quint32 number = 0; ///< the server's
+        std::function<void()> onActivated;
+    };
+
     [[nodiscard]] static QCoro::Task<> send(QPointer<NotificationService> self, Message message);
+    void use(const std::shared_ptr<BusConnection> &bus);
+    [[nodiscard]] QDBusMessage notifyCall(const Message &message, bool readsMarkup) const;
+    [[nodiscard]] QString topicOf(quint32 number) const;
+    Q_SLOT void activate(uint number, const QString &action);
+    Q_SLOT void forget(uint number);
 
     QThreadPool m_connecting;
     std::shared_ptr<BusConnection> m_bus;
-    QHash<QString, quint32> m_shown; ///< the server's numbers of the last messages, by their topics
+    std::unique_ptr<QDBusServiceWatcher> m_server; ///< destroyed before the connection that it watches
+    QHash<QString, Shown> m_shown;                 ///< by their topics
 };
 
 } // namespace quillhaven
