@@ -23,9 +23,10 @@ QCoro::Task<> FingerprintNote::look(QPointer<FingerprintNote> self)
     }
     const bool isSetUp = co_await self->m_biometrics.hasEnrolledFinger();
     if (self) {
-        self->m_dialog.setTouchIDNote(isSetUp ? QString()
-                                              : QStringLiteral("No fingerprint is set up on this computer. Until one is, an "
-                                                               "item that is protected this way cannot be unlocked."));
+        self->m_dialog.setTouchIDNote(
+            isSetUp ? QString()
+                    : QStringLiteral("No fingerprint is set up on this computer. Until one is, an "
+                                     "item that is protected this way cannot be unlocked."));
     }
 }
 

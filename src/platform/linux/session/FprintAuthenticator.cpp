@@ -64,7 +64,7 @@ QCoro::Task<> FprintAuthenticator::look(QPointer<FprintAuthenticator> self, Answ
 }
 
 QCoro::Task<bool> FprintAuthenticator::findEnrolledFinger(std::shared_ptr<BusConnection> bus,
-                                                         std::chrono::milliseconds startLimit)
+                                                          std::chrono::milliseconds startLimit)
 {
     if (!bus) {
         co_return false;
