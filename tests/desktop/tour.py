@@ -276,7 +276,8 @@ class Tour(DesktopSteps, ListSteps):
             self.check_unchanged(path)
         self.check(self.home.catalogue() == [], "the catalogue is empty")
         self.check(list(self.home.storage.iterdir()) == [], "private storage is empty")
-        self.check(not list(self.home.documents.glob("*.secured")), "no container is left in Documents")
+        left = [each.name for each in self.home.documents.glob("*.secured")]
+        self.check(left == ["holiday image.png.secured"], "only the container of the file in the trash is left in Documents")
         self.check(self.letter_id not in self.keyring.entries(), "the keyring no longer contains the file's password")
 
     # Checks that several steps share
