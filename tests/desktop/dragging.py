@@ -117,9 +117,10 @@ class FolderWindow(FileManagerWindow):
         return wait_for(condition, what, explain=self.log)
 
     def look(self, role, text):
-        """The first visible control with this text in its name."""
+        """The first visible control with this text in its name, if the manager is on the accessibility bus yet."""
         root = application_of(self.process.pid, self)
-        return next((node for node in root.walk() if node.role == role and node.showing and text in node.name), None)
+        nodes = root.walk() if root else ()
+        return next((node for node in nodes if node.role == role and node.showing and text in node.name), None)
 
     def select(self, *names):
         """Selects these, which must be all that the folder has, and returns where the first is."""
