@@ -223,6 +223,20 @@ class Node:
         return f'{self.role or "vanished object"} "{self.name}"'
 
 
+def application_of(pid, program):
+    """Returns a process's object on the bus without cached values, or None. `program` is what its controls wait with."""
+    desktop = Atspi.get_desktop(0)
+    desktop.clear_cache()
+    for index in range(desktop.get_child_count()):
+        try:
+            application = desktop.get_child_at_index(index)
+            if application is not None and application.get_process_id() == pid:
+                return Node(application, program)
+        except GLib.Error:
+            continue
+    return None
+
+
 class Program:
     """A running process of the program in a Home."""
 
@@ -274,16 +288,7 @@ class Program:
 
     def root(self):
         """Returns the program's object on the bus without cached values, or None if there is none."""
-        desktop = Atspi.get_desktop(0)
-        desktop.clear_cache()
-        for index in range(desktop.get_child_count()):
-            try:
-                application = desktop.get_child_at_index(index)
-                if application is not None and application.get_process_id() == self.process.pid:
-                    return Node(application, self)
-            except GLib.Error:
-                continue
-        return None
+        return application_of(self.process.pid, self)
 
     def walk(self):
         root = self.root()

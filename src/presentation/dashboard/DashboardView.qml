@@ -104,11 +104,13 @@ Item {
         anchors.fill: parent
         enabled: view.acceptsDrops
         keys: ["text/uri-list"]
+        // What is not a local file, such as a link from a browser, is refused while it is dragged.
+        onEntered: (drag) => { drag.accepted = view.dashboard.dropping.canDrop(drag.urls) }
         onDropped: (drop) => {
-            if (drop.hasUrls) {
-                drop.accept(Qt.CopyAction)
-                view.dashboard.dropping.onDrop(drop.urls)
-            }
+            drop.accept(Qt.CopyAction)
+            view.dashboard.dropping.onDrop(drop.urls)
+            // The keyboard is still the other program's, which must not get a password.
+            view.Window.window.requestActivate()
         }
     }
 

@@ -10,6 +10,8 @@
 #include <QDir>
 #include <QFileInfo>
 
+#include <algorithm>
+
 namespace quillhaven {
 
 DropActions::DropActions(const DashboardContext &context, ProtectActions &protecting, BulkActions &bulk,
@@ -30,6 +32,11 @@ QString localPath(QUrl url)
 }
 
 } // namespace
+
+bool DropActions::canDrop(const QList<QUrl> &urls) const
+{
+    return std::ranges::any_of(urls, [](const QUrl &url) { return !localPath(url).isEmpty(); });
+}
 
 void DropActions::onDrop(const QList<QUrl> &urls)
 {

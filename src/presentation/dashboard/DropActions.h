@@ -25,6 +25,8 @@ public:
     DropActions(const DashboardContext &context, ProtectActions &protecting, BulkActions &bulk,
                 QObject *parent = nullptr);
 
+    /// Whether one of them is a local file or folder, whatever its state.
+    Q_INVOKABLE bool canDrop(const QList<QUrl> &urls) const;
     /// A single file or folder is protected as if it were chosen in the panel; of several those that can be protected
     /// are protected together. What is not a local file is ignored.
     Q_INVOKABLE void onDrop(const QList<QUrl> &urls);

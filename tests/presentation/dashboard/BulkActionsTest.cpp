@@ -465,6 +465,15 @@ TEST_F(Bulk, DropOfNothingDoesNothing)
     EXPECT_FALSE(started().protectionMethodDialog.isPresented());
 }
 
+TEST_F(Bulk, OnlyADragWithALocalFileIsTaken)
+{
+    const DropActions &dropping = *started().dashboard.dropping();
+    const QUrl link(QStringLiteral("https://example.org/a.txt"));
+    EXPECT_FALSE(dropping.canDrop({}));
+    EXPECT_FALSE(dropping.canDrop({link, QUrl(QStringLiteral("sftp://example.org/a.txt")), QUrl()}));
+    EXPECT_TRUE(dropping.canDrop({link, QUrl::fromLocalFile(paper(QStringLiteral("absent")))}));
+}
+
 TEST_F(Bulk, DropOfOneItemAsksForItsMethod)
 {
     drop({writePaper(a)});

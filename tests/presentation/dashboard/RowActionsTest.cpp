@@ -191,7 +191,9 @@ TEST_F(RowActionsOfAnItem, WhereThereIsNoTrashTheListAndTheFileStay)
     started().protect(path);
     unlock();
     moveToTrash();
-    EXPECT_NE(error(), QString());
+    EXPECT_EQ(error(),
+              QStringLiteral("Could not move \"will.pdf\" to the trash: its volume has no trash, and none can be "
+                             "made there."));
     EXPECT_EQ(TemporaryHome::read(path), QByteArray("content"));
     EXPECT_EQ(started().manager.protectedItems().size(), 1);
 }

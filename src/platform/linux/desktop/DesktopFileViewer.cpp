@@ -13,7 +13,6 @@ namespace quillhaven {
 namespace {
 
 constexpr std::chrono::seconds busLimit(2);
-constexpr std::chrono::seconds answerLimit(10); ///< for a file manager that is started by the call
 
 /// The address of a file whose name may be no valid UTF-8.
 QUrl addressOf(const QString &path)
@@ -37,14 +36,21 @@ QDBusMessage showMessage(const QString &path, const QString &folder)
 
 struct DesktopFileViewer::State
 {
-    explicit State(UrlOpener &openerOfFolders) : opener(openerOfFolders) { connecting.setMaxThreadCount(1); }
+    State(UrlOpener &openerOfFolders, std::chrono::milliseconds limit) : opener(openerOfFolders), answerLimit(limit)
+    {
+        connecting.setMaxThreadCount(1);
+    }
 
     UrlOpener &opener;
+    std::chrono::milliseconds answerLimit;
     QThreadPool connecting;
     std::shared_ptr<BusConnection> bus;
 };
 
-DesktopFileViewer::DesktopFileViewer(UrlOpener &opener) : m_state(std::make_shared<State>(opener)) {}
+DesktopFileViewer::DesktopFileViewer(UrlOpener &opener, std::chrono::milliseconds answerLimit)
+    : m_state(std::make_shared<State>(opener, answerLimit))
+{
+}
 
 DesktopFileViewer::~DesktopFileViewer() = default;
 
@@ -60,7 +66,7 @@ QCoro::Task<bool> DesktopFileViewer::show(std::shared_ptr<State> state, QString 
     }
     if (const std::shared_ptr<BusConnection> bus = state->bus) {
         const QDBusMessage call = showMessage(path, folder);
-        const QDBusMessage reply = co_await BusConnection::call(bus, call, answerLimit);
+        const QDBusMessage reply = co_await BusConnection::call(bus, call, state->answerLimit);
         // A file manager that is slow to answer shows the item all the same: nothing else is opened beside it.
         if (reply.type() == QDBusMessage::ReplyMessage || isUnanswered(reply)) {
             co_return true;

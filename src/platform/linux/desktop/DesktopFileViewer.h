@@ -7,6 +7,8 @@
 
 #include <QThreadPool>
 
+#include <chrono>
+
 namespace quillhaven {
 
 class UrlOpener;
@@ -16,8 +18,9 @@ class UrlOpener;
 class DesktopFileViewer : public FileViewer
 {
 public:
-    /// The opener must outlive this object.
-    explicit DesktopFileViewer(UrlOpener &opener);
+    /// The opener must outlive this object. A file manager that has not answered after `answerLimit` counts as one that
+    /// shows the item: the call may have started it.
+    explicit DesktopFileViewer(UrlOpener &opener, std::chrono::milliseconds answerLimit = std::chrono::seconds(10));
     ~DesktopFileViewer() override;
 
     [[nodiscard]] QCoro::Task<bool> selectFile(QString path, QString inFileViewerRootedAtPath) override;

@@ -3,9 +3,12 @@
 #include "platform/linux/files/Trash.h"
 
 #include "platform/FileError.h"
+#include "platform/linux/files/FilePaths.h"
 #include "support/Calls.h"
 
 #include <gio/gio.h>
+
+#include <sys/statvfs.h>
 
 #include <memory>
 
@@ -13,7 +16,13 @@ namespace quillhaven {
 
 namespace {
 
-FileError::Kind kindOf(const GError &error)
+bool isOnReadOnlyVolume(const QByteArray &name)
+{
+    struct statvfs volume = {};
+    return ::statvfs(parentOf(name).constData(), &volume) == 0 && (volume.f_flag & ST_RDONLY) != 0;
+}
+
+FileError::Kind kindOf(const GError &error, const QByteArray &name)
 {
     using Kind = FileError::Kind;
     switch (error.domain == G_IO_ERROR ? error.code : G_IO_ERROR_FAILED) {
@@ -26,8 +35,16 @@ FileError::Kind kindOf(const GError &error)
     case G_IO_ERROR_NO_SPACE:
         return Kind::NoSpace;
     default:
-        return Kind::Other;
+        return isOnReadOnlyVolume(name) ? Kind::ReadOnlyVolume : Kind::Other;
     }
+}
+
+/// For a failure of no other kind.
+QString detailOf(const GError &error)
+{
+    return g_error_matches(&error, G_IO_ERROR, G_IO_ERROR_NOT_SUPPORTED)
+               ? QStringLiteral("its volume has no trash, and none can be made there")
+               : QString::fromUtf8(error.message);
 }
 
 } // namespace
@@ -41,7 +58,7 @@ void moveToTrash(const QString &path, const QByteArray &name)
         return;
     }
     const std::unique_ptr<GError, Calls<g_error_free>> owned(failure);
-    throw FileError::of(kindOf(*failure), FileError::Action::Trash, path, {}, QString::fromUtf8(failure->message));
+    throw FileError::of(kindOf(*failure, name), FileError::Action::Trash, path, {}, detailOf(*failure));
 }
 
 } // namespace quillhaven
