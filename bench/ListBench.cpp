@@ -11,6 +11,7 @@
 
 #include "BenchWindow.h"
 
+#include <QDateTime>
 #include <QElapsedTimer>
 #include <QGuiApplication>
 #include <QQmlComponent>
@@ -110,6 +111,7 @@ struct Subject
         measure("wheel", [&] {
             QWheelEvent event(place, window.mapToGlobal(place), {}, QPoint(0, -360), Qt::NoButton, Qt::NoModifier,
                               Qt::NoScrollPhase, false);
+            event.setTimestamp(quint64(QDateTime::currentMSecsSinceEpoch())); // it gives the speed
             QCoreApplication::sendEvent(&window, &event);
         });
     }
