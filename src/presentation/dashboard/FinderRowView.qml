@@ -69,6 +69,7 @@ FocusScope {
     Keys.onEnterPressed: toggle()
 
     Component.onCompleted: startAtFirstControl()
+    onItemIdChanged: startAtFirstControl() // the row shows another item now
     onIsInSelectionModeChanged: startAtFirstControl()
     onActiveFocusChanged: if (activeFocus) ListView.view.currentIndex = index
 
