@@ -4,11 +4,7 @@
 // real window with the software renderer, and the same for an empty dialog of the toolkit. The first opening creates
 // the sheet; the later ones show it again. bench/run.py runs it under a virtual display.
 
-#include "presentation/MainWindow.h"
-#include "presentation/SheetModels.h"
-#include "presentation/WindowEngine.h"
-#include "presentation/dashboard/DashboardHarness.h"
-#include "presentation/dashboard/PreferencesHarness.h"
+#include "BenchWindow.h"
 
 #include <QElapsedTimer>
 #include <QGuiApplication>
@@ -66,28 +62,10 @@ void measure(const char *name, QQuickWindow &window, const std::function<void()>
 
 void measurePreferences()
 {
-    TestPlatform services;
-    DashboardHarness harness(services);
-    PreferencesHarness preferences(harness);
-    ErrorDialogManager noMenuBarError;
-    const auto engine = makeWindowEngine(services.display);
-    SheetModels sheets(Sheets{.confirmation = harness.confirmationDialog,
-                              .protectionMethod = harness.protectionMethodDialog,
-                              .passwordInput = harness.passwordDialog,
-                              .passwordInputState = harness.passwordInput,
-                              .masterPassword = harness.masterPasswordDialog,
-                              .dashboard = harness.dashboard,
-                              .preferences = preferences.model,
-                              .onboarding = harness.onboarding,
-                              .biometrics = services.biometrics,
-                              .menuBarError = noMenuBarError},
-                       [] {});
-    MainWindow window(*engine, harness.dashboard, sheets);
-    harness.onboarding.close();
-    window.show();
+    BenchWindow bench;
     measure(
-        "preferences", *window.window(), [&] { preferences.model.show(); },
-        [&] { preferences.model.handleCloseAttempt(); });
+        "preferences", *bench.window.window(), [&] { bench.preferences.model.show(); },
+        [&] { bench.preferences.model.handleCloseAttempt(); });
 }
 
 void measureEmptyDialog()

@@ -2,7 +2,7 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
 """Runs the benchmarks side by side in one run and prints ratios.
 
-bench/run.py [--gib 1] [--rounds 5] [protect] [move] [catalogue] [backup] [recover] [shred] [bulk] [idle] [start] [menu] [sheet]
+bench/run.py [--gib 1] [--rounds 5] [protect] [move] [catalogue] [backup] [recover] [shred] [bulk] [idle] [start] [menu] [sheet] [list]
 
 The tools run in turns on the same bytes and the same file system, so that other load on the machine affects all of them
 alike. The printed figures are medians; a ratio is the median of the per-round ratios.
@@ -22,6 +22,7 @@ BENCH = os.path.join(ROOT, 'build', 'bench', 'bench', 'engine_bench')
 PROGRAM = os.path.join(ROOT, 'build', 'bench', 'src', 'quillhaven')
 MENU_TOOL = os.path.join(ROOT, 'build', 'bench', 'src', 'extension', 'bundle', 'Contents', 'PlugIns',
                          'FinderSyncExtension.appex', 'quillhaven-menu')
+LIST_BENCH = os.path.join(ROOT, 'build', 'bench', 'bench', 'list_bench')
 SHEET_BENCH = os.path.join(ROOT, 'build', 'bench', 'bench', 'sheet_bench')
 PASSWORD = 'Abcdefg1'
 
@@ -344,12 +345,31 @@ def bench_sheet(rounds):
                 max(found) * 1000))
 
 
+def bench_list():
+    """How long actions on a list of 10,000 items hold the main thread, also with the accessibility bus."""
+    for title, before in (('', ['env', '-u', 'QT_LINUX_ACCESSIBILITY_ALWAYS_ON']), (', with the accessibility bus', [])):
+        out = subprocess.run([os.path.join(ROOT, 'tests', 'support', 'with-display.sh')] + before + [LIST_BENCH],
+                             check=True, stdout=subprocess.PIPE, stderr=subprocess.DEVNULL, text=True).stdout
+        rows = {}
+        for name, action, *figures in re.findall(r'^(dashboard|plain) (\S+) ([\d.]+) ([\d.]+) ([\d.]+)$', out, re.MULTILINE):
+            rows.setdefault(action, {}).setdefault(name, []).append([float(figure) for figure in figures])
+        print('\nThe longest turn of the main thread in a list of 10,000 items%s: median, longest (processor time, '
+              'interval between frames)' % title)
+        for action, lists in rows.items():
+            print('  %-22s' % action + '    '.join('%-9s %s' % (name, list_figures(found)) for name, found in lists.items()))
+
+
+def list_figures(found):
+    turns, processor, frames = zip(*found)
+    return '%7.1f %7.1f ms (%6.1f, %6.1f)' % (statistics.median(turns), max(turns), max(processor), max(frames))
+
+
 def main():
     if sys.argv[1:2] == ['--plain-shred']:
         plain_shred(sys.argv[2])
         return
     ask = argparse.ArgumentParser(description=__doc__, formatter_class=argparse.RawDescriptionHelpFormatter)
-    ask.add_argument('what', nargs='*', default=['protect', 'move', 'catalogue', 'backup', 'recover', 'shred', 'bulk', 'idle', 'start', 'menu', 'sheet'])
+    ask.add_argument('what', nargs='*', default=['protect', 'move', 'catalogue', 'backup', 'recover', 'shred', 'bulk', 'idle', 'start', 'menu', 'sheet', 'list'])
     ask.add_argument('--gib', type=float, default=1)
     ask.add_argument('--rounds', type=int, default=5)
     args = ask.parse_args()
@@ -375,6 +395,8 @@ def main():
             bench_start(work, args.rounds)
         if 'sheet' in args.what:
             bench_sheet(args.rounds)
+        if 'list' in args.what:
+            bench_list()
         if 'menu' in args.what:
             bench_menu(work, args.rounds)
     finally:

@@ -23,14 +23,12 @@ DashboardStatisticsModel::DashboardStatisticsModel(const FilteredItemsModel &ite
 
 void DashboardStatisticsModel::count()
 {
-    const QList<ProtectedItem> &all = m_items.rows().items();
-    Figures figures{.total = static_cast<int>(all.size()), .isFiltered = m_filters.hasActiveFilters()};
-    for (const ProtectedItem &item : all) {
-        if (m_filters.passes(item)) {
-            figures.shown += 1;
-            figures.unlocked += item.isMounted ? 1 : 0;
-            figures.withTouchID += item.useTouchID ? 1 : 0;
-        }
+    Figures figures{
+        .shown = m_items.count(), .total = m_items.rows().rowCount(), .isFiltered = m_filters.hasActiveFilters()};
+    for (int row = 0; row < figures.shown; ++row) {
+        const ProtectedItem &item = m_items.itemAt(row);
+        figures.unlocked += item.isMounted ? 1 : 0;
+        figures.withTouchID += item.useTouchID ? 1 : 0;
     }
     if (m_figures != figures) {
         m_figures = figures;

@@ -69,6 +69,10 @@ FocusScope {
     Keys.onEnterPressed: toggle()
 
     Component.onCompleted: startAtFirstControl()
+    onItemIdChanged: startAtFirstControl() // the row shows another item now
+    // A row that waits to be used again is not drawn, but would still be on the accessibility bus.
+    ListView.onPooled: visible = false
+    ListView.onReused: visible = true
     onIsInSelectionModeChanged: startAtFirstControl()
     onActiveFocusChanged: if (activeFocus) ListView.view.currentIndex = index
 

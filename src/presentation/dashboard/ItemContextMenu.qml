@@ -4,21 +4,24 @@ import QtQuick
 import Quillhaven.Controls
 import Quillhaven.Design
 
-/// The actions of a row in a menu. It follows the row's item while it is open, and closes when the row is gone.
+/// The actions of a row in a menu. It follows the row's item while it is open, and closes when the row is gone or shows
+/// another item.
 PopMenu {
     id: menu
 
     property FinderRowView row: null
     property string itemId
     readonly property bool canAct: row !== null && !row.isBusy
+    readonly property bool isOfOtherItem: row !== null && row.itemId !== itemId
 
     function openFor(ofRow, place, x, y) {
-        row = ofRow
         itemId = ofRow.itemId
+        row = ofRow
         popup(place, x, y)
     }
 
     onRowChanged: if (!row) close()
+    onIsOfOtherItemChanged: if (isOfOtherItem) close()
 
     PopMenuItem {
         text: menu.row?.toggleLockText ?? ""

@@ -108,6 +108,7 @@ Rectangle {
             Layout.fillWidth: true
             Layout.fillHeight: true
             clip: true
+            reuseItems: true
             keyNavigationEnabled: true
             boundsBehavior: Flickable.StopAtBounds
             model: area.dashboard.items
@@ -118,12 +119,14 @@ Rectangle {
 
             property string keptId
 
-            // After a change of the order, the same item is the current one.
+            // After a change of the order or the filters, the same item is the current one, or else the next one.
             function keepPlace() {
                 if (keptId === "")
                     return
-                currentIndex = area.dashboard.items.rowOf(keptId)
+                const row = area.dashboard.items.rowNear(keptId)
                 keptId = ""
+                if (row >= 0)
+                    currentIndex = row
             }
 
             Connections {

@@ -93,6 +93,13 @@ QHash<int, QByteArray> ProtectedItemsModel::roleNames() const
 
 int ProtectedItemsModel::rowOf(const QString &id) const
 {
+    // Except while several records leave, the catalogue has the item in the same place.
+    if (const ProtectedItem *item = m_catalogue.item(id)) {
+        const qsizetype row = item - m_catalogue.items().constData();
+        if (row < m_items.size() && m_items.at(row).id == id) {
+            return static_cast<int>(row);
+        }
+    }
     const auto found = std::ranges::find(m_items, id, &ProtectedItem::id);
     return found == m_items.cend() ? -1 : static_cast<int>(found - m_items.cbegin());
 }

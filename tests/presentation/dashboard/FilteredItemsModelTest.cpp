@@ -149,6 +149,52 @@ TEST_F(FilteredItemsModelTest, RowsAreFoundByTheirIdsOnlyWhileTheyAreShown)
     EXPECT_EQ(shown.rowOf(QStringLiteral("ID-b")), -1);
 }
 
+TEST_F(FilteredItemsModelTest, ScatteredResultsOfASearchReachAViewInThreeChangesAtMost)
+{
+    load("a1 b c1 d e1 f");
+    const QPersistentModelIndex kept = shown.index(4, 0);
+    const QPersistentModelIndex hidden = shown.index(1, 0);
+    changes.clear();
+    filters.setSearchText(QStringLiteral("1"));
+    EXPECT_EQ(shownNames(), QStringLiteral("a1 c1 e1"));
+    EXPECT_EQ(kept.row(), 2);
+    EXPECT_FALSE(hidden.isValid());
+    EXPECT_EQ(changes.layoutChanged.size(), 1);
+    EXPECT_EQ(changes.removed.size(), 1);
+    EXPECT_EQ(changes.count(), 2);
+    changes.clear();
+    filters.setSearchText(QString());
+    EXPECT_EQ(shownNames(), QStringLiteral("a1 b c1 d e1 f"));
+    EXPECT_EQ(kept.row(), 4);
+    EXPECT_EQ(changes.count(), 2);
+    filters.setSearchText(QStringLiteral("c"));
+    changes.clear();
+    filters.setSearchText(QStringLiteral("d"));
+    EXPECT_EQ(shownNames(), QStringLiteral("d"));
+    EXPECT_EQ(changes.count(), 3);
+}
+
+TEST_F(FilteredItemsModelTest, PlaceOfAHiddenItemIsTheRowOfTheNextOne)
+{
+    load("b1 a c d1 e");
+    filters.setSearchText(QStringLiteral("1"));
+    EXPECT_EQ(shown.rowNear(QStringLiteral("ID-a")), 0);
+    EXPECT_EQ(shown.rowNear(QStringLiteral("ID-d1")), 1);
+    EXPECT_EQ(shown.rowNear(QStringLiteral("ID-c")), 1);
+    EXPECT_EQ(shown.rowNear(QStringLiteral("ID-e")), 1) << "none is after it";
+    EXPECT_EQ(shown.rowNear(QStringLiteral("ID-x")), -1);
+}
+
+TEST_F(FilteredItemsModelTest, RenamedItemMovesToItsPlace)
+{
+    load("a b c");
+    catalogue.updateUnsaved(QStringLiteral("ID-a"),
+                            [](ProtectedItem &item) { item.originalName = QStringLiteral("d"); });
+    EXPECT_EQ(shownNames(), QStringLiteral("b c d"));
+    catalogue.append(namedItem(QStringLiteral("cc")));
+    EXPECT_EQ(shownNames(), QStringLiteral("b c cc d"));
+}
+
 TEST_F(FilteredItemsModelTest, EmptyCatalogueIsNotALackOfResults)
 {
     EXPECT_FALSE(shown.showFilters());
