@@ -13,7 +13,7 @@ DashboardStatisticsModel::DashboardStatisticsModel(const FilteredItemsModel &ite
                                                    const AutoLockManager &autoLockManager, QObject *parent)
     : QObject(parent), m_items(items), m_filters(filters), m_autoLockManager(autoLockManager)
 {
-    connect(&items, &FilteredItemsModel::itemsChanged, this, &DashboardStatisticsModel::count);
+    connect(&items, &FilteredItemsModel::itemsChanged, this, &DashboardStatisticsModel::countLater);
     connect(&autoLockManager, &AutoLockManager::isAutoLockEnabledChanged, this,
             &DashboardStatisticsModel::autoLockStatusChanged);
     connect(&autoLockManager, &AutoLockManager::autoLockMinutesChanged, this,
@@ -21,8 +21,17 @@ DashboardStatisticsModel::DashboardStatisticsModel(const FilteredItemsModel &ite
     count();
 }
 
+void DashboardStatisticsModel::countLater()
+{
+    if (!m_willCount) {
+        m_willCount = true;
+        QMetaObject::invokeMethod(this, &DashboardStatisticsModel::count, Qt::QueuedConnection);
+    }
+}
+
 void DashboardStatisticsModel::count()
 {
+    m_willCount = false;
     Figures figures{
         .shown = m_items.count(), .total = m_items.rows().rowCount(), .isFiltered = m_filters.hasActiveFilters()};
     for (int row = 0; row < figures.shown; ++row) {

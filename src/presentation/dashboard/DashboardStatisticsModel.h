@@ -56,11 +56,14 @@ private:
     };
 
     void count();
+    /// Counts from the event loop, once for many changes of the list.
+    void countLater();
 
     const FilteredItemsModel &m_items;
     const SearchFilterBarModel &m_filters;
     const AutoLockManager &m_autoLockManager;
     Figures m_figures;
+    bool m_willCount = false;
 };
 
 } // namespace quillhaven

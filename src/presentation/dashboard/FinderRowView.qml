@@ -31,6 +31,8 @@ FocusScope {
     required property RowActions actions
 
     readonly property bool isCurrent: ListView.isCurrentItem
+    /// The buttons for what cannot be undone have their colours only here, so that a long list stays calm.
+    readonly property bool isActive: hover.hovered || activeFocus
     readonly property bool isLast: index === ListView.view.count - 1
 
     signal toggleLock(string id)
@@ -286,14 +288,14 @@ FocusScope {
             RowButton {
                 symbol: "trash.fill"
                 helpText: "Secure Shred"
-                color: Colors.error
+                color: row.isActive ? Colors.error : Colors.iconMuted
                 onClicked: row.actions.askToDelete(row.itemId)
             }
 
             RowButton {
                 symbol: "minus.circle.fill"
                 helpText: "Remove Protection"
-                color: Colors.warning
+                color: row.isActive ? Colors.warning : Colors.iconMuted
                 onClicked: row.remove(row.itemId)
             }
         }

@@ -9,7 +9,7 @@ namespace quillhaven {
 
 ItemSelection::ItemSelection(const FilteredItemsModel &items, QObject *parent) : QObject(parent), m_items(items)
 {
-    connect(&items, &FilteredItemsModel::itemsChanged, this, &ItemSelection::update);
+    connect(&items, &FilteredItemsModel::itemsChanged, this, &ItemSelection::reportLater);
 }
 
 QList<ProtectedItem> ItemSelection::getSelectedItems() const
@@ -96,11 +96,28 @@ void ItemSelection::setSelectedItems(const QSet<QString> &ids)
 {
     m_selectedItems = ids;
     m_items.rows().setSelected(ids);
-    update();
+    m_isCounted = false;
+    Q_EMIT changed();
 }
 
-void ItemSelection::update()
+int ItemSelection::canUnlockCount() const
 {
+    count();
+    return m_canUnlockCount;
+}
+
+int ItemSelection::canLockCount() const
+{
+    count();
+    return m_canLockCount;
+}
+
+void ItemSelection::count() const
+{
+    if (m_isCounted) {
+        return;
+    }
+    m_isCounted = true;
     m_canUnlockCount = 0;
     m_canLockCount = 0;
     for (int row = 0; row < m_items.count() && !m_selectedItems.isEmpty(); ++row) {
@@ -109,7 +126,19 @@ void ItemSelection::update()
             ++(item.isMounted ? m_canLockCount : m_canUnlockCount);
         }
     }
-    Q_EMIT changed();
+}
+
+void ItemSelection::reportLater()
+{
+    m_isCounted = false;
+    if (!m_willReport) {
+        m_willReport = true;
+        const auto report = [this] {
+            m_willReport = false;
+            Q_EMIT changed();
+        };
+        QMetaObject::invokeMethod(this, report, Qt::QueuedConnection);
+    }
 }
 
 } // namespace quillhaven

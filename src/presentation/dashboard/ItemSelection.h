@@ -38,8 +38,8 @@ public:
     [[nodiscard]] QList<ProtectedItem> getSelectedItems() const;
     /// The same, but only the unlocked or only the locked ones.
     [[nodiscard]] QList<ProtectedItem> getSelectedItems(bool isMounted) const;
-    [[nodiscard]] int canUnlockCount() const { return m_canUnlockCount; }
-    [[nodiscard]] int canLockCount() const { return m_canLockCount; }
+    [[nodiscard]] int canUnlockCount() const;
+    [[nodiscard]] int canLockCount() const;
 
     [[nodiscard]] QString modeText() const;
     [[nodiscard]] QString selectAllText() const;
@@ -56,20 +56,24 @@ public:
     Q_INVOKABLE void clearSelection();
 
 Q_SIGNALS:
-    /// The selection changed, or the mode, or which selected items the list shows.
+    /// The selection changed, or the mode. Emitted from the event loop when the list has changed, once for many
+    /// changes.
     void changed();
 
 private:
     void setSelectedItems(const QSet<QString> &ids);
     [[nodiscard]] bool isEverythingSelected() const;
     [[nodiscard]] QSet<QString> shownIds() const;
-    /// Updates the counts and emits `changed`.
-    void update();
+    /// Makes the counts ready to be read.
+    void count() const;
+    void reportLater();
 
     const FilteredItemsModel &m_items;
     QSet<QString> m_selectedItems;
-    int m_canUnlockCount = 0;
-    int m_canLockCount = 0;
+    mutable int m_canUnlockCount = 0;
+    mutable int m_canLockCount = 0;
+    mutable bool m_isCounted = false;
+    bool m_willReport = false;
     bool m_isInSelectionMode = false;
 };
 

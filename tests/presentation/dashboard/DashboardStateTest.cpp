@@ -80,6 +80,7 @@ TEST_F(DashboardState, EachGroupIsReportedOnlyWhenItChanges)
     EXPECT_EQ(filters.size() + figures.size(), 0);
     dashboard.filters()->setStatusFilter(Filters::StatusFilter::locked);
     EXPECT_EQ(filters.size(), 1);
+    spinOnce();
     EXPECT_EQ(figures.size(), 1);
 }
 
@@ -99,6 +100,7 @@ TEST_F(DashboardState, CardsCountTheShownItemsWhileAFilterIsActive)
     DashboardViewModel &dashboard = dashboardWithFour();
     dashboard.filters()->setSearchText(QStringLiteral("A"));
     dashboard.filters()->setStatusFilter(Filters::StatusFilter::unlocked);
+    spinOnce();
     EXPECT_EQ(dashboard.statistics()->protectedItemsCount(), 2);
     EXPECT_EQ(dashboard.statistics()->currentlyUnlockedCount(), 2);
     EXPECT_EQ(dashboard.statistics()->touchIDProtectedCount(), 1);
