@@ -68,6 +68,8 @@ ApplicationWindow {
         onPreferencesWanted: window.sheets.preferences.show()
     }
 
+    Announcement { announcer: window.dashboard.announcer }
+
     SheetHost {
         anchors.fill: parent
         isInMainWindow: true

@@ -80,6 +80,31 @@ def screenshot(path, seconds=2.0):
     Path(path).write_bytes(now)
 
 
+class AppearedNotifications:
+    """The texts of the notifications that have appeared on the accessibility bus since it was created."""
+
+    def __init__(self):
+        self._texts = []
+        self._listener = Atspi.EventListener.new(self._note)
+        self._listener.register("object:state-changed:showing")
+
+    def _note(self, event):
+        try:
+            if event.detail1 and event.source.get_role_name() == "notification":
+                self._texts.append(event.source.get_name())
+        except GLib.Error:
+            pass  # it has disappeared
+
+    def texts(self):
+        """The texts so far, in their order."""
+        while GLib.MainContext.default().iteration(False):
+            pass
+        return list(self._texts)
+
+    def stop(self):
+        self._listener.deregister("object:state-changed:showing")
+
+
 class Node:
     """An accessible object. It may disappear at any time; then its properties are empty."""
 
@@ -144,6 +169,17 @@ class Node:
         """x, y, width and height on the display."""
         extents = self._interface(self._accessible.get_component_iface).get_extents(Atspi.CoordType.SCREEN)
         return extents.x, extents.y, extents.width, extents.height
+
+    @property
+    def place(self):
+        """Like bounds, but None if the object has no place or has disappeared."""
+
+        def read():
+            component = self._accessible.get_component_iface()
+            return component and component.get_extents(Atspi.CoordType.SCREEN)
+
+        extents = self._read(read, None)
+        return extents and (extents.x, extents.y, extents.width, extents.height)
 
     def children(self):
         count = self._read(self._accessible.get_child_count, 0)
