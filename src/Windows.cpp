@@ -35,6 +35,7 @@ Windows::Windows(const Platform &platform, MenuBarViewModel &menuBar, const Acti
                    .masterPassword = MasterPasswordDialogManager::shared()},
                   UpdateManager::shared(), AutoLockManager::shared()),
       m_storeNotice(platform.credentialStoreState, *m_dashboard.notices(), ConfirmationDialogManager::shared()),
+      m_fingerprintNote(ProtectionMethodDialogManager::shared(), platform.biometrics),
       m_preferences(preferencesContext(platform, actions)),
       m_sheetModels(sheets(platform), actions.bringMainWindowForward)
 {

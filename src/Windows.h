@@ -6,6 +6,7 @@
 #include "presentation/SheetModels.h"
 #include "presentation/dashboard/CredentialStoreNotice.h"
 #include "presentation/dashboard/DashboardViewModel.h"
+#include "presentation/dialogs/FingerprintNote.h"
 #include "presentation/preferences/PreferencesModel.h"
 
 #include <QObject>
@@ -63,6 +64,7 @@ private:
     PasswordInputDialogModel m_passwordInput;
     DashboardViewModel m_dashboard;
     CredentialStoreNotice m_storeNotice;
+    FingerprintNote m_fingerprintNote;
     PreferencesModel m_preferences;
     SheetModels m_sheetModels;
     std::unique_ptr<QQmlEngine> m_engine;

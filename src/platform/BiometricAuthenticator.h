@@ -22,6 +22,8 @@ public:
     /// Whether a reader is ready and a finger of this user is enrolled. Prompts without a reason while the answer takes
     /// long. False after a cancel. Never throws.
     [[nodiscard]] virtual QCoro::Task<bool> canEvaluatePolicy() = 0;
+    /// The same without a prompt, for a hint to the user.
+    [[nodiscard]] virtual QCoro::Task<bool> hasEnrolledFinger() = 0;
     /// Prompts with `reason` and waits for a finger. False on a mismatch, a cancel or a failing reader.
     [[nodiscard]] virtual QCoro::Task<bool> evaluatePolicy(QString reason) = 0;
     /// Ends whatever is running with false; nothing when nothing is.

@@ -139,7 +139,7 @@ class Shredding(WindowTest):
     def test_the_confirmation_says_where_the_data_may_survive(self):
         # The mark of Syncthing. What else is said depends on the disk of this machine.
         (self.home.documents / ".stfolder").mkdir()
-        flows.press_in_row(self.program, "letter.txt", "Secure Shred")
+        flows.ask_to_shred(self.program, "letter.txt")
         self.program.says("Permanent Deletion Warning")
         self.program.wait_for(
             lambda: any(node.name.startswith("Even so, ") and "wherever the folder is synchronized to" in node.name
@@ -157,6 +157,7 @@ class Shredding(WindowTest):
 
     def test_a_duplicate_is_a_separate_item(self):
         flows.press_in_row(self.program, "letter.txt", "Duplicate as Encrypted Copy")
+        self.program.press(BUTTON, "Duplicate")
         flows.grant_access(self.program)
         flows.row(self.program, "letter Copy.txt", "locked")
         flows.row(self.program, "letter.txt", "locked")

@@ -18,12 +18,13 @@ from cryptography.hazmat.primitives.kdf.hkdf import HKDF
 import flows
 from desktop_driver import BUTTON, DIALOG, DesktopError, Program, screenshot
 from desktop_steps import DesktopSteps
+from list_steps import ListSteps
 from home_on_disk import PLACEHOLDER, ROOT, SHARED_DOMAIN, Home, Keyring, differences, picture
 
 LETTER = b"Dear Ada,\nthe drafts are in the blue box.\n"
 
 
-class Tour(DesktopSteps):
+class Tour(DesktopSteps, ListSteps):
     def __init__(self, program, screenshots):
         self._binary = program
         self._screenshots = screenshots
@@ -62,6 +63,12 @@ class Tour(DesktopSteps):
         self.start()
         self.protect_file()
         self.protect_folder()
+        self.several_at_once()
+        self.search()
+        self.menu_of_a_row()
+        self.to_the_trash()
+        self.shred()
+        self.every_preference()
         self.in_the_tray()
         self.in_a_file_manager()
         self.when_idle()

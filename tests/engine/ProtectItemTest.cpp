@@ -177,7 +177,10 @@ TEST_F(ProtectItem, TakenNameInPrivateStorageGetsACounter)
                          platform.bundle,
                          platform.urlSession,
                          platform.machine,
-                         platform.display};
+                         platform.display,
+                         platform.fileViewer,
+                         platform.desktopNotifications,
+                         platform.volumes};
     QuillhavenShredder shredder(fixed, master);
     QuillhavenManager manager(fixed, master, passwordDialog, shredder);
     runTask(manager.protectItem(services.home.write(QStringLiteral("Desktop/a.txt"), "mine"),

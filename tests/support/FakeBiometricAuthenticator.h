@@ -20,6 +20,7 @@ public:
     using BiometricAuthenticator::setPrompt;
 
     [[nodiscard]] QCoro::Task<bool> canEvaluatePolicy() override;
+    [[nodiscard]] QCoro::Task<bool> hasEnrolledFinger() override { co_return isAvailable; }
     [[nodiscard]] QCoro::Task<bool> evaluatePolicy(QString reason) override;
     void cancel() override { decide(false); }
 

@@ -42,7 +42,10 @@ protected:
                                 .bundle = folders.bundle,
                                 .urlSession = session,
                                 .machine = folders.machine,
-                                .display = folders.display};
+                                .display = folders.display,
+                                .fileViewer = folders.fileViewer,
+                                .desktopNotifications = folders.desktopNotifications,
+                                .volumes = folders.volumes};
         updates.emplace(platform, manifest.toString());
         runTask(updates->performUpdateCheck(true));
         return *updates;

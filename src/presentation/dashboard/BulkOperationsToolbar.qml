@@ -12,9 +12,15 @@ import Quillhaven.Design
 Rectangle {
     id: bar
 
-    required property DashboardViewModel dashboard
-    readonly property ItemSelection selection: dashboard.selection
+    required property ItemSelection selection
+    readonly property int selectedCount: selection.selectedCount
     readonly property bool isNarrow: width < Metrics.narrowBar
+
+    signal bulkUnlock
+    signal bulkLock
+    signal bulkRemove
+    signal bulkShred
+    signal clearSelection
 
     component Action: SecondaryButton {
         leftPadding: bar.isNarrow ? Spacing.sm : Spacing.md
@@ -41,7 +47,7 @@ Rectangle {
         }
 
         TextLabel {
-            text: bar.selection.selectedCount + " selected"
+            text: bar.selectedCount + " selected"
             Layout.fillWidth: true
             font: Typography.buttonText
             Accessible.role: Accessible.StatusBar
@@ -54,29 +60,29 @@ Rectangle {
                 visible: bar.selection.canUnlockCount > 0
                 text: "Unlock (" + bar.selection.canUnlockCount + ")"
                 symbol: "lock.open.fill"
-                onClicked: bar.dashboard.bulk.performBulkUnlock()
+                onClicked: bar.bulkUnlock()
             }
 
             Action {
                 visible: bar.selection.canLockCount > 0
                 text: "Lock (" + bar.selection.canLockCount + ")"
                 symbol: "lock.fill"
-                onClicked: bar.dashboard.bulk.performBulkLock()
+                onClicked: bar.bulkLock()
             }
 
             Action {
-                text: "Remove (" + bar.selection.selectedCount + ")"
+                text: "Remove (" + bar.selectedCount + ")"
                 symbol: "minus.circle.fill"
-                onClicked: bar.dashboard.bulk.performBulkRemove()
+                onClicked: bar.bulkRemove()
             }
 
             Action {
-                text: "Shred (" + bar.selection.selectedCount + ")"
+                text: "Shred (" + bar.selectedCount + ")"
                 symbol: "trash.fill"
                 fill: Colors.background
                 foreground: Colors.error
                 outline: Colors.error
-                onClicked: bar.dashboard.shredding.performBulkShred()
+                onClicked: bar.bulkShred()
             }
 
             Action {
@@ -84,7 +90,7 @@ Rectangle {
                 helpText: "Clear the selection"
                 fill: Colors.clear
                 outline: Colors.clear
-                onClicked: bar.selection.clearSelection()
+                onClicked: bar.clearSelection()
             }
         }
     }

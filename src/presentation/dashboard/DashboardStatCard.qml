@@ -76,7 +76,6 @@ Rectangle {
                 font.weight: Font.DemiBold
                 fontSizeMode: Text.HorizontalFit
                 minimumPixelSize: Typography.subheadlineSize
-                horizontalAlignment: Text.AlignLeft
                 Accessible.ignored: true
             }
 

@@ -26,7 +26,9 @@ Item {
         EnhancedToolbar {
             Layout.fillWidth: true
             dashboard: view.dashboard
-            onPreferencesWanted: view.preferencesWanted()
+            onProtectNewItem: view.dashboard.protecting.protectNewItem()
+            onBulkProtect: view.dashboard.bulk.showBulkFilePicker()
+            onShowPreferences: view.preferencesWanted()
         }
 
         // Scrolls where the window has no room for everything, as with large text.
@@ -35,6 +37,8 @@ Item {
 
             Layout.fillWidth: true
             Layout.fillHeight: true
+            Layout.alignment: Qt.AlignHCenter
+            Layout.maximumWidth: Metrics.contentMaximumWidth + 2 * edge
             Layout.margins: Spacing.xl - edge
             Layout.topMargin: Spacing.lg - edge
             fills: true

@@ -18,7 +18,9 @@ Rectangle {
     /// There is no room for all texts, even in a window of the least width.
     readonly property bool isTight: width < Metrics.narrowBar
 
-    signal preferencesWanted
+    signal protectNewItem
+    signal bulkProtect
+    signal showPreferences
 
     implicitHeight: content.implicitHeight
     color: Colors.backgroundSecondary
@@ -32,8 +34,8 @@ Rectangle {
 
         RowLayout {
             Layout.fillWidth: true
-            Layout.leftMargin: Spacing.xl
-            Layout.rightMargin: Spacing.xl
+            Layout.leftMargin: Math.max(Spacing.xl, (toolbar.width - Metrics.contentMaximumWidth) / 2)
+            Layout.rightMargin: Layout.leftMargin
             Layout.topMargin: Spacing.lg
             Layout.bottomMargin: Spacing.lg
             spacing: Spacing.md
@@ -94,7 +96,7 @@ Rectangle {
                 symbol: "square.stack.3d.up.fill"
                 helpText: "Protect multiple files and folders at once"
                 Accessible.description: "Opens bulk file picker to protect multiple items"
-                onClicked: toolbar.dashboard.bulk.showBulkFilePicker()
+                onClicked: toolbar.bulkProtect()
             }
 
             PrimaryFilledButton {
@@ -102,14 +104,14 @@ Rectangle {
                 symbol: "plus"
                 enabled: !toolbar.dashboard.protecting.showingFilePicker
                 Accessible.description: "Opens file picker to select items to protect"
-                onClicked: toolbar.dashboard.protecting.protectNewItem()
+                onClicked: toolbar.protectNewItem()
             }
 
             IconButton {
                 symbol: "gearshape.fill"
                 helpText: "Preferences"
                 Accessible.description: "Opens application preferences"
-                onClicked: toolbar.preferencesWanted()
+                onClicked: toolbar.showPreferences()
             }
         }
 

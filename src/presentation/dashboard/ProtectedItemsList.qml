@@ -87,7 +87,12 @@ Rectangle {
         BulkOperationsToolbar {
             Layout.fillWidth: true
             visible: area.selection.selectedCount > 0
-            dashboard: area.dashboard
+            selection: area.selection
+            onBulkUnlock: area.dashboard.bulk.performBulkUnlock()
+            onBulkLock: area.dashboard.bulk.performBulkLock()
+            onBulkRemove: area.dashboard.bulk.performBulkRemove()
+            onBulkShred: area.dashboard.shredding.performBulkShred()
+            onClearSelection: area.selection.clearSelection()
         }
 
         Rectangle {

@@ -38,6 +38,18 @@ QString troubleshootingText()
                           "The app needs write access to restore your original file to its location.");
 }
 
+/// What a duplicate leaves in the open: a copy of the data exists beside the original place until it is protected.
+QString duplicateText(const ProtectedItem &item)
+{
+    const QString folder = displayName(parentDirectory(item.originalPath));
+    if (item.isFolder && !item.useTouchID) {
+        return QStringLiteral("The copy of this folder would stay unprotected in \"") + folder +
+               QStringLiteral("\": no password is kept for a folder, with which the copy could be protected.");
+    }
+    return QStringLiteral("Until the copy is protected, its data can be read by everyone who can open \"") + folder +
+           QStringLiteral("\". The copy appears in the list, locked.");
+}
+
 /// A sentence for the failure of a move to the trash.
 QString trashFailure(const ProtectedItem &item, const std::exception_ptr &failure)
 {
@@ -138,7 +150,16 @@ void RowActions::duplicateAsEncryptedCopy(const QString &id)
 
 QCoro::Task<> RowActions::duplicate(QString id)
 {
-    const std::optional<ProtectedItem> item = idleItem(id);
+    std::optional<ProtectedItem> item = idleItem(id);
+    if (item && !item->isMounted) {
+        const auto answer = m_context.dialogs.confirmation.ask({.title = QStringLiteral("Duplicate as Encrypted Copy"),
+                                                                .message = duplicateText(*item),
+                                                                .confirmTitle = QStringLiteral("Duplicate")});
+        if (co_await answer != DialogEnd::Confirmed) {
+            co_return;
+        }
+        item = idleItem(id);
+    }
     if (!item) {
         co_return;
     }

@@ -45,6 +45,7 @@ public:
     /// The same for an unlocked item. Nothing happens for a locked one.
     Q_INVOKABLE void onRevealInFinder(const QString &id);
     Q_INVOKABLE void copyPathToClipboard(const QString &id);
+    /// Says first what a duplicate leaves in the open for a while.
     Q_INVOKABLE void duplicateAsEncryptedCopy(const QString &id);
     /// Asks whether the item is to be shredded or to be moved to the trash.
     Q_INVOKABLE void askToDelete(const QString &id);

@@ -5,6 +5,7 @@ pragma ComponentBehavior: Bound
 import QtQuick
 import QtQuick.Layouts
 import Quillhaven.Controls
+import Quillhaven.Design
 import Quillhaven.Dialogs
 
 /// The choice between a password and the fingerprint reader for a new item.
@@ -36,6 +37,15 @@ Sheet {
         detail: "Secure with biometric authentication"
         symbol: "touchid"
         onClicked: dialog.manager.chooseTouchIDProtection()
+    }
+
+    TextLabel {
+        Layout.fillWidth: true
+        visible: text !== ""
+        text: dialog.manager.touchIDNote
+        font: Typography.settingDescription
+        color: Colors.warning
+        wrapMode: Text.Wrap
     }
 
     buttons: SecondaryButton {

@@ -11,6 +11,11 @@ void ProtectionMethodDialogManager::setTitle(const QString &value)
     assign(m_title, value, &ProtectionMethodDialogManager::titleChanged);
 }
 
+void ProtectionMethodDialogManager::setTouchIDNote(const QString &value)
+{
+    assign(m_touchIDNote, value, &ProtectionMethodDialogManager::touchIDNoteChanged);
+}
+
 Answer<ProtectionMethodDialogManager::Choice> ProtectionMethodDialogManager::ask(const QString &title)
 {
     const StoredAnswer<Choice> stored(Choice::Replaced);

@@ -15,6 +15,7 @@ class ProtectionMethodDialogManager : public quillhaven::DialogModel
     Q_OBJECT
     QML_ELEMENT
     QML_UNCREATABLE("Created in C++")
+    Q_PROPERTY(QString touchIDNote READ touchIDNote NOTIFY touchIDNoteChanged)
     Q_PROPERTY(QString title READ title WRITE setTitle NOTIFY titleChanged)
 
 public:
@@ -27,6 +28,9 @@ public:
 
     [[nodiscard]] QString title() const { return m_title; }
     void setTitle(const QString &value);
+    /// What the user should know before choosing the fingerprint reader; empty for nothing.
+    [[nodiscard]] QString touchIDNote() const { return m_touchIDNote; }
+    void setTouchIDNote(const QString &value);
 
     /// Presents the dialog with this title; a coroutine awaits the choice.
     [[nodiscard]] Answer<Choice> ask(const QString &title);
@@ -42,9 +46,11 @@ public:
 
 Q_SIGNALS:
     void titleChanged();
+    void touchIDNoteChanged();
 
 private:
     QString m_title;
+    QString m_touchIDNote;
 };
 
 } // namespace quillhaven

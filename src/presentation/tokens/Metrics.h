@@ -65,6 +65,7 @@ class Metrics : public QObject
     Q_PROPERTY(int compactNameListHeight READ grownCompactNameListHeight NOTIFY textScaleChanged)
     Q_PROPERTY(int windowWidth MEMBER windowWidth CONSTANT)
     Q_PROPERTY(int windowMinimumWidth MEMBER windowMinimumWidth CONSTANT)
+    Q_PROPERTY(int contentMaximumWidth MEMBER contentMaximumWidth CONSTANT)
     Q_PROPERTY(int windowHeight MEMBER windowHeight CONSTANT)
     Q_PROPERTY(int windowMinimumHeight MEMBER windowMinimumHeight CONSTANT)
     Q_PROPERTY(int focusRingGap MEMBER focusRingGap CONSTANT)
@@ -133,6 +134,7 @@ public:
 
     // The main window
     static constexpr int windowWidth = 1200;
+    static constexpr int contentMaximumWidth = 1440; ///< in a wider window the content is in the middle
     static constexpr int windowHeight = 900;
     static constexpr int windowMinimumWidth = 760;
     static constexpr int windowMinimumHeight = 560;

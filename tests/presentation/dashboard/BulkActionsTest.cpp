@@ -533,10 +533,37 @@ TEST_F(Bulk, DuplicateOfALockedItemIsListedAndLogged)
     protect({a});
     started().dashboard.rowActions()->duplicateAsEncryptedCopy(started().item().id);
     DashboardHarness::settle();
+    EXPECT_EQ(started().manager.protectedItems().size(), 1);
+    ASSERT_TRUE(started().confirmationDialog.isPresented());
+    EXPECT_EQ(started().confirmationDialog.title(), QStringLiteral("Duplicate as Encrypted Copy"));
+    started().confirmationDialog.confirm();
+    DashboardHarness::settle();
     EXPECT_EQ(started().shownNames(), QStringLiteral("a Copy.txt a.txt"));
     EXPECT_TRUE(log.contains(QStringLiteral("✅ Successfully duplicated: a.txt")));
     EXPECT_TRUE(log.contains(QStringLiteral("Duplicate progress: 0.3")));
     EXPECT_EQ(error(), QString());
+}
+
+TEST_F(Bulk, DuplicateThatIsNotConfirmedLeavesNoCopy)
+{
+    protect({a});
+    started().dashboard.rowActions()->duplicateAsEncryptedCopy(started().item().id);
+    DashboardHarness::settle();
+    started().confirmationDialog.cancel();
+    DashboardHarness::settle();
+    EXPECT_EQ(started().shownNames(), a);
+    EXPECT_FALSE(QFile::exists(paper(QStringLiteral("a Copy.txt"))));
+}
+
+TEST_F(Bulk, DuplicateOfAFolderWithAPasswordSaysThatItStaysUnprotected)
+{
+    started().protect(QFileInfo(services.home.write(QStringLiteral("papers/letters/one.txt"))).path());
+    started().dashboard.rowActions()->duplicateAsEncryptedCopy(started().item().id);
+    DashboardHarness::settle();
+    EXPECT_TRUE(started().confirmationDialog.message().startsWith(
+        QStringLiteral("The copy of this folder would stay unprotected in ")));
+    started().confirmationDialog.cancel();
+    DashboardHarness::settle();
 }
 
 TEST_F(Bulk, DuplicateOfAnUnlockedItemShowsTheReason)

@@ -56,14 +56,14 @@ QCoro::Task<> FprintAuthenticator::look(QPointer<FprintAuthenticator> self, Answ
     if (self && !canEvaluate.isGiven()) {
         const std::chrono::milliseconds startLimit = self->m_startLimit;
         const std::shared_ptr<BusConnection> bus = co_await self->systemBus();
-        result = co_await hasEnrolledFinger(bus, startLimit);
+        result = co_await findEnrolledFinger(bus, startLimit);
     }
     if (self) {
         self->endLook(canEvaluate, result);
     }
 }
 
-QCoro::Task<bool> FprintAuthenticator::hasEnrolledFinger(std::shared_ptr<BusConnection> bus,
+QCoro::Task<bool> FprintAuthenticator::findEnrolledFinger(std::shared_ptr<BusConnection> bus,
                                                          std::chrono::milliseconds startLimit)
 {
     if (!bus) {
@@ -77,6 +77,13 @@ QCoro::Task<bool> FprintAuthenticator::hasEnrolledFinger(std::shared_ptr<BusConn
     const QDBusMessage reply =
         co_await BusConnection::call(bus, device->call(QStringLiteral("ListEnrolledFingers"), thisUser));
     co_return reply.type() == QDBusMessage::ReplyMessage && !reply.arguments().value(0).toStringList().isEmpty();
+}
+
+QCoro::Task<bool> FprintAuthenticator::hasEnrolledFinger()
+{
+    const std::chrono::milliseconds startLimit = m_startLimit;
+    const std::shared_ptr<BusConnection> bus = co_await systemBus();
+    co_return co_await findEnrolledFinger(bus, startLimit);
 }
 
 void FprintAuthenticator::endLook(const Answer<bool> &canEvaluate, bool result)

@@ -36,6 +36,7 @@ public:
     ~FprintAuthenticator() override;
 
     [[nodiscard]] QCoro::Task<bool> canEvaluatePolicy() override;
+    [[nodiscard]] QCoro::Task<bool> hasEnrolledFinger() override;
     /// False at once while another evaluation runs. One that begins right after a cancel waits until the reader is
     /// free.
     [[nodiscard]] QCoro::Task<bool> evaluatePolicy(QString reason) override;
@@ -45,8 +46,8 @@ private:
     /// Asks fprintd for an enrolled finger. Not a step of `canEvaluatePolicy`, which a cancel ends before fprintd
     /// answers.
     [[nodiscard]] static QCoro::Task<> look(QPointer<FprintAuthenticator> self, Answer<bool> canEvaluate);
-    [[nodiscard]] static QCoro::Task<bool> hasEnrolledFinger(std::shared_ptr<BusConnection> bus,
-                                                             std::chrono::milliseconds startLimit);
+    [[nodiscard]] static QCoro::Task<bool> findEnrolledFinger(std::shared_ptr<BusConnection> bus,
+                                                              std::chrono::milliseconds startLimit);
     void endLook(const Answer<bool> &canEvaluate, bool result);
     [[nodiscard]] bool isEvaluating() const;
     [[nodiscard]] QCoro::Task<std::shared_ptr<BusConnection>> systemBus();
