@@ -64,11 +64,6 @@ def shred_confirmation(test):
                  lambda: test.program.gone(DIALOG, DELETE_QUESTION))
 
 
-def row_error(test):
-    return sheet(test.program, re.compile("^There is no file manager"),
-                 lambda: flows.press_in_row(test.program, "letter.txt", "Reveal in Finder"))
-
-
 def error(test):
     program = test.program
     return sheet(program, re.compile("cannot be protected because"), lambda: program.press(BUTTON, flows.PROTECT),
@@ -115,7 +110,7 @@ def selection(test):
 
 @contextmanager
 def filter_menu(test):
-    test.program.press("combo box", re.compile("^Status"))
+    test.program.press(BUTTON, re.compile("^Status"))
     test.program.find("menu item", "Locked")
     yield
     key("Escape")
@@ -160,5 +155,4 @@ WITHOUT_ITEMS = {"empty": empty, "method": method, "new password": new_password,
                  "backup": preferences("Backup"), "new master password": new_master_password, "recovery": recovery}
 WITH_AN_ITEM = {"list": empty, "selection": selection, "filter": filter_menu, "row menu": row_menu,
                 "no results": search_without_result, "item password": item_password, "removal": removal,
-                "delete question": delete_question, "shred confirmation": shred_confirmation, "row error": row_error,
-                "lost items": lost_items}
+                "delete question": delete_question, "shred confirmation": shred_confirmation, "lost items": lost_items}
