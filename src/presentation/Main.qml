@@ -41,7 +41,7 @@ ApplicationWindow {
     }
 
     Shortcut {
-        sequences: ["F1", "Ctrl+?", "Ctrl+Shift+/"] // the last one is Ctrl+? on many keyboards
+        sequences: ["F1", "Ctrl+?"]
         onActivated: window.sheets.keyboardShortcuts.show()
     }
 
