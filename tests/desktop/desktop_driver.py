@@ -395,11 +395,6 @@ class Program:
                 found = node
         return found
 
-    @staticmethod
-    def focusable(top):
-        """Returns the visible controls below a node that can get the keyboard focus."""
-        return [node for node in top.walk() if node.showing and node.has("focusable") and node.role not in ("frame", DIALOG)]
-
     def wait_until_active(self):
         """Waits until a window of the program receives keyboard input."""
         self.wait_for(lambda: any(node.has("active") for node in self.windows()), "a window to become active")

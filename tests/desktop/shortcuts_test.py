@@ -6,10 +6,11 @@ import subprocess
 
 import flows
 import screens
-from desktop_driver import BUTTON, DIALOG, FIELD, key
+from desktop_driver import BUTTON, DIALOG, FIELD, PASSWORD, SPIN, SWITCH, TAB, key
 from window_case import WindowTest, main
 
 SHORTCUTS = "Keyboard Shortcuts"
+CONTROLS = (BUTTON, FIELD, PASSWORD, SPIN, SWITCH, TAB)
 
 
 def set_layout(name):
@@ -101,7 +102,7 @@ class FocusOrder(WindowTest):
         if self.program.focused() is None:
             key("Tab")
         visited = [self.identity(self.program.wait_for(self.program.focused, "the focus on a control"))]
-        if len(self.program.focusable(self.top())) == 1:
+        if len([node for node in self.top().walk() if node.showing and node.role in CONTROLS]) == 1:
             return visited
         while len(visited) < 60:
             key("Tab")
@@ -118,7 +119,7 @@ class FocusOrder(WindowTest):
         for name, screen in table.items():
             with self.subTest(name), screen(self):
                 visited = self.visited()
-                order = [self.identity(node) for node in self.top().walk() if node.showing]
+                order = [self.identity(node) for node in self.top().walk()]  # some are scrolled away
                 outside = [each for each in visited if each not in order]
                 self.assertEqual(outside, [], "the focus left the screen")
                 first = visited.index(min(visited, key=order.index))
