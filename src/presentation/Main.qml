@@ -41,7 +41,7 @@ ApplicationWindow {
     }
 
     Shortcut {
-        sequences: ["F1", "Ctrl+?", "Ctrl+Shift+/"] // the last one is Ctrl+? on many keyboards
+        sequences: ["F1", "Ctrl+?"]
         onActivated: window.sheets.keyboardShortcuts.show()
     }
 
@@ -67,6 +67,8 @@ ApplicationWindow {
         acceptsDrops: !window.sheets.isAnyPresented
         onPreferencesWanted: window.sheets.preferences.show()
     }
+
+    Announcement { announcer: window.dashboard.announcer }
 
     SheetHost {
         anchors.fill: parent

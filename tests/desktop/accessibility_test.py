@@ -3,7 +3,8 @@
 """What is on the accessibility bus: a name for every control, and never a password."""
 
 import flows
-from desktop_driver import BUTTON, DIALOG, FIELD
+import screens
+from desktop_driver import BUTTON, DIALOG, FIELD, PASSWORD, BusMonitor
 from window_case import WindowTest, main
 
 
@@ -109,6 +110,27 @@ class Passwords(WindowTest):
         # A button is only found if it is enabled, which requires that both fields are filled.
         self.program.find(BUTTON, "Protect")
         self.assert_not_on_the_bus()
+
+    def test_no_message_on_the_bus_has_a_password_that_is_typed_even_if_it_is_shown(self):
+        self.home.make_cloud_folder()
+        with BusMonitor(self.home.path / "bus.log") as bus:
+            for screen in (screens.new_password, screens.new_master_password, screens.recovery):
+                with self.subTest(screen.__name__):
+                    self.type_into_fields(screen)
+            flows.protect_with_password(self.program, self.file("letter.txt"))
+            self.type_into_fields(screens.item_password)
+        self.assertIn("letter.txt, locked", bus.text(), "the monitor has seen the traffic")
+        self.assertNotIn(self.SECRET, bus.text())
+        self.assertNotIn(flows.ITEM_PASSWORD, bus.text())
+
+    def type_into_fields(self, screen):
+        with screen(self):
+            for field in self.program.find_all(PASSWORD):
+                field.type(self.SECRET)
+            for button in self.program.find_all(BUTTON, "Show"):
+                button.press()
+            self.program.gone(BUTTON, "Show")
+            self.assert_not_on_the_bus()
 
     def test_the_master_password_is_never_exposed(self):
         flows.ask_for_new_master_password(self.program)

@@ -17,7 +17,7 @@ from pathlib import Path
 import gi
 
 gi.require_version("Atspi", "2.0")
-from gi.repository import Atspi, GLib  # noqa: E402
+from gi.repository import Atspi, Gio, GLib  # noqa: E402
 
 WAIT_SECONDS = 20.0
 POLL_SECONDS = 0.02
@@ -26,6 +26,7 @@ BUTTON = "push button"
 CARD = BUTTON
 DIALOG = "dialog"
 FIELD = "text"
+PASSWORD = "password text"
 LABEL = "label"
 MENU_ITEM = "menu item"
 NOTICE = "alert"
@@ -80,6 +81,56 @@ def screenshot(path, seconds=2.0):
     Path(path).write_bytes(now)
 
 
+class BusMonitor:
+    """Records every message on the accessibility bus while it is entered."""
+
+    def __init__(self, path):
+        self._path = path
+        self._process = None
+
+    def __enter__(self):
+        session = Gio.bus_get_sync(Gio.BusType.SESSION)
+        address = session.call_sync("org.a11y.Bus", "/org/a11y/bus", "org.a11y.Bus", "GetAddress", None, None,
+                                    Gio.DBusCallFlags.NONE, -1, None).unpack()[0]
+        with open(self._path, "wb") as log:
+            self._process = subprocess.Popen(["dbus-monitor", "--address", address], stdout=log)
+        wait_for(lambda: "NameLost" in self.text(), "the monitor to begin")
+        return self
+
+    def __exit__(self, *_):
+        self._process.terminate()
+        self._process.wait()
+
+    def text(self):
+        """The messages so far."""
+        return self._path.read_text(errors="replace")
+
+
+class AppearedNotifications:
+    """The texts of the notifications that have appeared on the accessibility bus since it was created."""
+
+    def __init__(self):
+        self._texts = []
+        self._listener = Atspi.EventListener.new(self._note)
+        self._listener.register("object:state-changed:showing")
+
+    def _note(self, event):
+        try:
+            if event.detail1 and event.source.get_role_name() == "notification":
+                self._texts.append(event.source.get_name())
+        except GLib.Error:
+            pass  # it has disappeared
+
+    def texts(self):
+        """The texts so far, in their order."""
+        while GLib.MainContext.default().iteration(False):
+            pass
+        return list(self._texts)
+
+    def stop(self):
+        self._listener.deregister("object:state-changed:showing")
+
+
 class Node:
     """An accessible object. It may disappear at any time; then its properties are empty."""
 
@@ -99,7 +150,9 @@ class Node:
 
     @property
     def name(self):
-        return self._read(self._accessible.get_name, "") or ""
+        name = self._read(self._accessible.get_name, "") or ""
+        # The toolkit hides the name of a password field; its description is read out instead.
+        return name or (self.description if self.role == PASSWORD else "")
 
     @property
     def description(self):
@@ -145,6 +198,17 @@ class Node:
         extents = self._interface(self._accessible.get_component_iface).get_extents(Atspi.CoordType.SCREEN)
         return extents.x, extents.y, extents.width, extents.height
 
+    @property
+    def place(self):
+        """Like bounds, but None if the object has no place or has disappeared."""
+
+        def read():
+            component = self._accessible.get_component_iface()
+            return component and component.get_extents(Atspi.CoordType.SCREEN)
+
+        extents = self._read(read, None)
+        return extents and (extents.x, extents.y, extents.width, extents.height)
+
     def children(self):
         count = self._read(self._accessible.get_child_count, 0)
         for index in range(count):
@@ -165,7 +229,7 @@ class Node:
         return next((node for node in self.walk() if node.matches(role, name)), None)
 
     def matches(self, role, name):
-        if role is not None and self.role != role:
+        if role is not None and self.role != role and (role, self.role) != (FIELD, PASSWORD):
             return False
         own = self.name
         if isinstance(name, re.Pattern):
@@ -173,7 +237,7 @@ class Node:
                 return False
         elif name is not None and own != name:
             return False
-        return self.showing and (self.role not in (BUTTON, FIELD) or self.usable)
+        return self.showing and (self.role not in (BUTTON, FIELD, PASSWORD) or self.usable)
 
     @property
     def usable(self):

@@ -2,6 +2,7 @@
 
 import QtQuick
 import QtQuick.Layouts
+import Quillhaven.Controls
 import Quillhaven.Design
 
 /// A password field whose text is hidden until the user asks to see it. The wrapper represents it on the accessibility
@@ -25,7 +26,9 @@ FocusScope {
     implicitHeight: column.implicitHeight
     Accessible.role: Accessible.EditableText
     Accessible.name: label
-    Accessible.description: prompt
+    // The toolkit puts no name of a password on the bus.
+    Accessible.description: label
+    Accessible.passwordEdit: true // else screen readers speak each key
     Accessible.focusable: true
     Accessible.focused: input.activeFocus
 
@@ -62,6 +65,8 @@ FocusScope {
                 Keys.onReturnPressed: scope.accepted()
                 Keys.onEnterPressed: scope.accepted()
                 onTextEdited: scope.edited()
+                // After the toolkit's own event, which is about this ignored field.
+                onActiveFocusChanged: if (activeFocus) Qt.callLater(() => AccessibleFocus.report(scope))
             }
 
             SecondaryButton {

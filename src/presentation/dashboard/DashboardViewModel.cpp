@@ -23,6 +23,7 @@ DashboardViewModel::DashboardViewModel(const Platform &platform, QuillhavenManag
       m_rows(quillhavenManager.catalogue(), platform.directories.home),
       m_items(m_rows, m_filters),
       m_statistics(m_items, m_filters, autoLockManager),
+      m_announcer(platform.clock, m_items, m_filters, m_notices),
       m_keptAside(quillhavenManager, m_notices),
       m_selection(m_items),
       m_bulk(context(), platform.panels, platform.clock),

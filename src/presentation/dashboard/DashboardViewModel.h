@@ -3,6 +3,7 @@
 #pragma once
 
 #include "platform/Platform.h"
+#include "presentation/dashboard/Announcer.h"
 #include "presentation/dashboard/BulkActions.h"
 #include "presentation/dashboard/DashboardContext.h"
 #include "presentation/dashboard/DashboardStatisticsModel.h"
@@ -46,6 +47,7 @@ class DashboardViewModel : public QObject
     Q_PROPERTY(quillhaven::ItemSelection *selection READ selection CONSTANT)
     Q_PROPERTY(quillhaven::DashboardStatisticsModel *statistics READ statistics CONSTANT)
     Q_PROPERTY(quillhaven::NoticesModel *notices READ notices CONSTANT)
+    Q_PROPERTY(quillhaven::Announcer *announcer READ announcer CONSTANT)
     // The operations
     Q_PROPERTY(quillhaven::ProtectActions *protecting READ protecting CONSTANT)
     Q_PROPERTY(quillhaven::DropActions *dropping READ dropping CONSTANT)
@@ -84,6 +86,7 @@ public:
     }
     [[nodiscard]] ItemSelection *selection() { return &m_selection; }
     [[nodiscard]] NoticesModel *notices() { return &m_notices; }
+    [[nodiscard]] Announcer *announcer() { return &m_announcer; }
     [[nodiscard]] ProtectActions *protecting() { return &m_protecting; }
     [[nodiscard]] DropActions *dropping() { return &m_dropping; }
     [[nodiscard]] ItemActions *itemActions() { return &m_itemActions; }
@@ -113,6 +116,7 @@ private:
     FilteredItemsModel m_items;
     DashboardStatisticsModel m_statistics;
     NoticesModel m_notices;
+    Announcer m_announcer;
     KeptAsideNotice m_keptAside;
     OperationErrors m_errors;
     ItemSelection m_selection;
