@@ -8,8 +8,8 @@
 
 namespace quillhaven {
 
-/// Reports to screen readers where the keyboard focus is when one item represents another. The toolkit reports only the item
-/// that has the focus, even if it is ignored on the accessibility bus.
+/// Reports to screen readers where the keyboard focus is when one item represents another. The toolkit reports only the
+/// item that has the focus, even if it is ignored on the accessibility bus.
 class AccessibleFocus : public QObject
 {
     Q_OBJECT
