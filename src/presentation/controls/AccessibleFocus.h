@@ -4,6 +4,7 @@
 
 #include <QAccessible>
 #include <QObject>
+#include <QPointer>
 #include <QtQml/qqmlregistration.h>
 
 namespace quillhaven {
@@ -19,13 +20,16 @@ class AccessibleFocus : public QObject
 public:
     using QObject::QObject;
 
-    /// Does nothing for null.
-    Q_INVOKABLE void report(QObject *item) const
+    /// Reports from the event loop that the focus is on this item, if it is still there.
+    Q_INVOKABLE void reportLater(QObject *item)
     {
-        if (item) {
-            QAccessibleEvent event(item, QAccessible::Focus);
-            QAccessible::updateAccessibility(&event);
-        }
+        const auto report = [item = QPointer(item)] {
+            if (item) {
+                QAccessibleEvent event(item, QAccessible::Focus);
+                QAccessible::updateAccessibility(&event);
+            }
+        };
+        QMetaObject::invokeMethod(this, report, Qt::QueuedConnection);
     }
 };
 

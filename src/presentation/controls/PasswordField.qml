@@ -66,7 +66,7 @@ FocusScope {
                 Keys.onEnterPressed: scope.accepted()
                 onTextEdited: scope.edited()
                 // After the toolkit's own event, which is about this ignored field.
-                onActiveFocusChanged: if (activeFocus) Qt.callLater(() => AccessibleFocus.report(scope))
+                onActiveFocusChanged: if (activeFocus) AccessibleFocus.reportLater(scope)
             }
 
             SecondaryButton {

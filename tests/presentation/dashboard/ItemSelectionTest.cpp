@@ -125,6 +125,7 @@ TEST_F(Selection, CountIncludesHiddenItemsButTheNumbersOnTheButtonsDoNot)
     EXPECT_EQ(selection().canLockCount(), 2);
     QSignalSpy reported(&selection(), &ItemSelection::changed);
     started().dashboard.filters()->setSearchText(QStringLiteral("b1"));
+    spinOnce();
     EXPECT_GE(reported.size(), 1);
     EXPECT_EQ(selection().selectedCount(), 4);
     EXPECT_EQ(selection().canUnlockCount(), 1);

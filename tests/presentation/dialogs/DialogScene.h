@@ -197,7 +197,8 @@ private:
             return;
         }
         if (!node->state().invisible) {
-            all.names += node->text(QAccessible::Name);
+            // The toolkit hides the name of a password.
+            all.names += node->text(node->state().passwordEdit ? QAccessible::Description : QAccessible::Name);
         }
         for (const QAccessible::Text kind : {QAccessible::Name, QAccessible::Description, QAccessible::Value,
                                              QAccessible::Help, QAccessible::Accelerator}) {
