@@ -21,6 +21,8 @@ T.Dialog {
     property color symbolColor: Colors.primaryAccent
     /// The symbol grows to its full size when the sheet appears, over 0.6 seconds.
     property bool symbolSpringsIn: false
+    /// Milliseconds of the sheet's appearance.
+    property int appearance: DesignSystem.animationQuick
     /// The symbol pulses while the sheet is shown.
     property bool symbolPulses: false
     property int symbolCircle: Metrics.sheetSymbolCircle
@@ -118,8 +120,8 @@ T.Dialog {
     }
 
     enter: Transition {
-        NumberAnimation { property: "opacity"; to: 1; duration: DesignSystem.animationQuick; easing.type: Easing.InOutQuad }
-        NumberAnimation { property: "panelScale"; to: 1; duration: DesignSystem.animationQuick; easing.type: Easing.OutBack }
+        NumberAnimation { property: "opacity"; to: 1; duration: sheet.appearance; easing.type: Easing.InOutQuad }
+        NumberAnimation { property: "panelScale"; to: 1; duration: sheet.appearance; easing.type: Easing.OutBack }
     }
 
     exit: Transition {

@@ -19,7 +19,7 @@ Rectangle {
     implicitHeight: implicitWidth
     radius: height / 2
     visible: symbol !== ""
-    color: Qt.alpha(symbolColor, Metrics.tintOpacity)
+    color: Colors.clear
     scale: showing || !springsIn ? 1 : 0.3
 
     Behavior on scale {
@@ -34,10 +34,17 @@ Rectangle {
         NumberAnimation { target: pulse; property: "scale"; to: 1; duration: DesignSystem.animationSlow; easing.type: Easing.InOutQuad }
     }
 
-    SymbolImage {
+    Rectangle {
         id: pulse
 
+        anchors.fill: parent
+        radius: circle.radius
+        color: Qt.alpha(circle.symbolColor, Metrics.tintOpacity)
+    }
+
+    SymbolImage {
         anchors.centerIn: parent
+        scale: pulse.scale
         symbol: circle.symbol
         size: circle.height / 2
         color: circle.symbolColor

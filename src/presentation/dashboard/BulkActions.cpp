@@ -43,7 +43,7 @@ void BulkActions::performBulkUnlock()
 
 void BulkActions::performBulkLock()
 {
-    lock(m_context.selection.getSelectedItems(true));
+    lock(m_context.selection.getSelectedItems(true), true);
 }
 
 void BulkActions::lockEverything()
@@ -54,16 +54,17 @@ void BulkActions::lockEverything()
             unlocked.append(item);
         }
     }
-    lock(unlocked);
+    lock(unlocked, false);
 }
 
-void BulkActions::lock(const QList<ProtectedItem> &items)
+void BulkActions::lock(const QList<ProtectedItem> &items, bool endsSelection)
 {
     start(
         items, [](const ProtectedItem &item) { return item.isMounted; },
         [this](QList<ProtectedItem> items, ProgressCallback callback) {
             return m_context.quillhavenManager.bulkLockItems(std::move(items), std::move(callback));
-        });
+        },
+        endsSelection);
 }
 
 void BulkActions::performBulkRemove()
@@ -92,9 +93,13 @@ QCoro::Task<> BulkActions::removeOnceConfirmed(QList<ProtectedItem> items, Answe
     }
 }
 
-void BulkActions::start(const QList<ProtectedItem> &items, Condition isDue, Operation operation)
+void BulkActions::start(const QList<ProtectedItem> &items, Condition isDue, Operation operation, bool endsSelection)
 {
-    Job job{.ids = {}, .isDue = std::move(isDue), .operation = std::move(operation), .busy = {}};
+    Job job{.ids = {},
+            .isDue = std::move(isDue),
+            .operation = std::move(operation),
+            .busy = {},
+            .endsSelection = endsSelection};
     for (const ProtectedItem &item : items) {
         if (!m_context.rows.isMarkedBusy(item.id)) {
             job.ids.append(item.id);
@@ -124,7 +129,7 @@ QCoro::Task<> BulkActions::run(Job job)
     }
     if (failure) {
         m_context.errors.report(failure);
-    } else {
+    } else if (job.endsSelection) {
         m_context.selection.clearSelection();
     }
 }

@@ -61,10 +61,12 @@ private:
         Condition isDue = {}; ///< checked after the master password was entered, on the current records
         Operation operation = {};
         std::shared_ptr<BusyItems> busy = {};
+        bool endsSelection = true;
     };
 
-    void lock(const QList<ProtectedItem> &items);
-    void start(const QList<ProtectedItem> &items, Condition isDue, Operation operation);
+    void lock(const QList<ProtectedItem> &items, bool endsSelection);
+    /// `endsSelection` says whether a success ends the selection: not for items that were not chosen by it.
+    void start(const QList<ProtectedItem> &items, Condition isDue, Operation operation, bool endsSelection = true);
     [[nodiscard]] QCoro::Task<> run(Job job);
     // The coroutines that continue after each question.
     [[nodiscard]] QCoro::Task<> removeOnceConfirmed(QList<ProtectedItem> items, Answer<DialogEnd> answer);

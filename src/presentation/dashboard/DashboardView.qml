@@ -63,9 +63,6 @@ Item {
                 Layout.fillWidth: true
                 Layout.fillHeight: false
                 isCompact: view.height < Metrics.compactWindow
-                // In a low window the list needs the room for the notices and for the toolbar of the selected items.
-                visible: !isCompact || (view.dashboard.selection.selectedCount === 0
-                                        && view.dashboard.notices.count === 0)
                 model: view.dashboard.statistics
                 onPreferencesWanted: view.preferencesWanted()
             }

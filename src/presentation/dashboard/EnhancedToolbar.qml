@@ -90,6 +90,14 @@ Rectangle {
                 }
             }
 
+            PrimaryFilledButton {
+                text: "Protect New Item"
+                symbol: "plus"
+                enabled: !toolbar.dashboard.protecting.showingFilePicker
+                Accessible.description: "Opens file picker to select items to protect"
+                onClicked: toolbar.protectNewItem()
+            }
+
             SecondaryButton {
                 text: "Bulk Protect"
                 showsText: !toolbar.isTight
@@ -97,14 +105,6 @@ Rectangle {
                 helpText: "Protect multiple files and folders at once"
                 Accessible.description: "Opens bulk file picker to protect multiple items"
                 onClicked: toolbar.bulkProtect()
-            }
-
-            PrimaryFilledButton {
-                text: "Protect New Item"
-                symbol: "plus"
-                enabled: !toolbar.dashboard.protecting.showingFilePicker
-                Accessible.description: "Opens file picker to select items to protect"
-                onClicked: toolbar.protectNewItem()
             }
 
             IconButton {

@@ -33,6 +33,7 @@ FocusScope {
     readonly property bool isCurrent: ListView.isCurrentItem
     /// The buttons for what cannot be undone have their colours only here, so that a long list stays calm.
     readonly property bool isActive: hover.hovered || activeFocus
+    readonly property string helpText: "Double-tap to reveal in Finder"
     readonly property bool isLast: index === ListView.view.count - 1
 
     signal toggleLock(string id)
@@ -172,8 +173,9 @@ FocusScope {
             Text {
                 id: name
 
-                ToolTip.visible: nameHover.hovered
-                ToolTip.text: row.originalName
+                ToolTip.visible: nameHover.hovered && ToolTip.text !== ""
+                ToolTip.text: !truncated ? (row.isInSelectionMode ? "" : row.helpText)
+                                         : row.originalName + (row.isInSelectionMode ? "" : "\n" + row.helpText)
                 ToolTip.delay: Metrics.toolTipDelay
                 Layout.fillWidth: true
                 text: row.originalName
@@ -185,11 +187,7 @@ FocusScope {
                 elide: Text.ElideMiddle
                 Accessible.ignored: true
 
-                HoverHandler {
-                    id: nameHover
-
-                    enabled: name.truncated
-                }
+                HoverHandler { id: nameHover }
             }
 
             RowLayout {

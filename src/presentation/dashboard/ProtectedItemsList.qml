@@ -62,7 +62,7 @@ Rectangle {
 
         SecondaryButton {
             text: area.dashboard.filters.adaptiveCTAText
-            Accessible.description: "Click to clear all filters"
+            helpText: "Click to clear all filters"
             onClicked: area.dashboard.filters.clearAllFilters()
         }
     }
@@ -73,9 +73,9 @@ Rectangle {
         anchors.fill: parent
         anchors.margins: 1
         spacing: 0
-        visible: !area.isEmpty
 
         ListControls {
+            visible: !area.isEmpty
             Layout.fillWidth: true
             Layout.leftMargin: Spacing.lg
             Layout.rightMargin: Spacing.lg
@@ -84,7 +84,9 @@ Rectangle {
             selection: area.selection
         }
 
+        // Also while every selected item is hidden.
         BulkOperationsToolbar {
+            Layout.alignment: Qt.AlignTop
             Layout.fillWidth: true
             visible: area.selection.selectedCount > 0
             selection: area.selection
@@ -96,6 +98,7 @@ Rectangle {
         }
 
         Rectangle {
+            visible: !area.isEmpty
             Layout.fillWidth: true
             Layout.preferredHeight: 1
             color: Colors.borderSubtle
@@ -104,6 +107,7 @@ Rectangle {
         ListView {
             id: list
 
+            visible: !area.isEmpty
             implicitHeight: Metrics.listHeight
             Layout.fillWidth: true
             Layout.fillHeight: true

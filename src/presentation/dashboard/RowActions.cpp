@@ -186,7 +186,14 @@ void RowActions::askToDelete(const QString &id)
             onShred(id);
         }
     };
-    m_deleteConfirmation.onMoveToTrash = [this, id] { moveToTrash(id); };
+    m_deleteConfirmation.onMoveToTrash = [this, id, wasMounted = item->isMounted] {
+        const std::optional<ProtectedItem> current = idleItem(id);
+        if (current && current->isMounted != wasMounted) {
+            askToDelete(id); // the trash would get something else now
+        } else {
+            moveToTrash(id);
+        }
+    };
     m_deleteConfirmation.show(item->originalName, !item->isMounted);
 }
 

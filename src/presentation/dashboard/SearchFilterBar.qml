@@ -122,7 +122,7 @@ GridLayout {
         SecondaryButton {
             visible: bar.filters.hasActiveFilters
             text: "Clear"
-            Accessible.description: "Clear all filters"
+            helpText: "Clear all filters"
             onClicked: bar.filters.clearAllFilters()
         }
     }

@@ -4,7 +4,24 @@
 
 #include "catalogue/ProtectedItem.h"
 
+#include <QLocale>
+
 namespace quillhaven {
+
+namespace {
+
+/// The text without its cases, as the user's language has them, and with each accented letter in one form.
+QString folded(const QString &text)
+{
+    return QLocale().toLower(text.normalized(QString::NormalizationForm_C));
+}
+
+bool localizedCaseInsensitiveContains(const QString &text, const QString &part)
+{
+    return folded(text).contains(folded(part));
+}
+
+} // namespace
 
 SearchFilterBarModel::SearchFilterBarModel(QObject *parent) : QObject(parent) {}
 
@@ -71,7 +88,7 @@ bool SearchFilterBarModel::passes(const ProtectedItem &item) const
     return (status == StatusFilter::all || item.isMounted == (status == StatusFilter::unlocked)) &&
            (auth == AuthFilter::all || item.useTouchID == (auth == AuthFilter::touchID)) &&
            (type == TypeFilter::all || item.isFolder == (type == TypeFilter::folders)) &&
-           (searchText.isEmpty() || item.originalName.contains(searchText, Qt::CaseInsensitive));
+           (searchText.isEmpty() || localizedCaseInsensitiveContains(item.originalName, searchText));
 }
 
 QStringList SearchFilterBarModel::statusFilters()

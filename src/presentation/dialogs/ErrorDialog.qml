@@ -22,6 +22,7 @@ Sheet {
     symbol: "exclamationmark.triangle.fill"
     symbolColor: Colors.error
     symbolSpringsIn: true
+    appearance: DesignSystem.animationStandard
     initialFocusItem: buttons.mainButton
     onReturnPressed: manager.hideError()
     onEscapePressed: manager.hideError()

@@ -537,6 +537,19 @@ TEST_F(Bulk, DeleteGestureRemovesEachRowSeparately)
     EXPECT_EQ(TemporaryHome::read(paper(c)), c.toUtf8());
 }
 
+TEST_F(Bulk, LockingEverythingKeepsTheSelection)
+{
+    protect({a, b});
+    unlockAll();
+    started().dashboard.selection()->onSelectionToggle(started().item().id);
+    started().dashboard.bulk()->lockEverything();
+    DashboardHarness::settle();
+    for (const ProtectedItem &item : started().manager.protectedItems()) {
+        EXPECT_FALSE(item.isMounted);
+    }
+    EXPECT_EQ(started().dashboard.selection()->selectedCount(), 1);
+}
+
 TEST_F(Bulk, DuplicateOfALockedItemIsListedAndLogged)
 {
     protect({a});

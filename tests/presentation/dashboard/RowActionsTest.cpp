@@ -160,6 +160,47 @@ TEST_F(RowActionsOfAnItem, OfALockedItemThePlaceholderGoesToTheTrashAndTheDataSt
     EXPECT_TRUE(started().manager.protectedItems().isEmpty());
 }
 
+TEST_F(RowActionsOfAnItem, AnItemThatWasLockedMeanwhileIsAskedAboutAgain)
+{
+    const QString path = protect(QStringLiteral("meanwhile.pdf"));
+    unlock();
+    actions().askToDelete(id());
+    EXPECT_TRUE(question().trashNote().isEmpty());
+    runTask(started().manager.lockItem(started().item()));
+    question().moveToTrash();
+    DashboardHarness::settle();
+    ASSERT_TRUE(question().isPresented());
+    EXPECT_FALSE(question().trashNote().isEmpty());
+    EXPECT_TRUE(QFile::exists(path));
+    EXPECT_EQ(started().manager.protectedItems().size(), 1);
+}
+
+TEST_F(RowActionsOfAnItem, AFailingTrashAfterTheRemovalLeavesTheFileOutOfTheList)
+{
+    const QTemporaryDir inMemory(QStringLiteral("/dev/shm/quillhaven-XXXXXX"));
+    ASSERT_TRUE(inMemory.isValid());
+    const QString path = inMemory.filePath(QStringLiteral("will.pdf"));
+    QFile file(path);
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly) && file.write("content") > 0);
+    file.close();
+    started().protect(path);
+    ASSERT_TRUE(QFile::remove(path));
+    moveToTrash();
+    EXPECT_NE(error(), QString());
+    EXPECT_EQ(TemporaryHome::read(path), QByteArray("content"));
+    EXPECT_TRUE(started().manager.protectedItems().isEmpty());
+}
+
+TEST_F(RowActionsOfAnItem, ADeclinedPanelEndsTheMoveToTheTrashWithoutAMessage)
+{
+    const QString path = protect(QStringLiteral("will.pdf"));
+    ASSERT_TRUE(QFile::remove(path));
+    services.panels.confirm = [](const PlaceRequest &) { return std::nullopt; };
+    moveToTrash();
+    EXPECT_EQ(error(), QString());
+    EXPECT_EQ(started().manager.protectedItems().size(), 1);
+}
+
 TEST_F(RowActionsOfAnItem, AnItemThatIsNotAtItsPlaceIsGivenBackFirst)
 {
     const QString path = protect(QStringLiteral("missing.pdf"));

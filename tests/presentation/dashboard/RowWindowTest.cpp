@@ -189,3 +189,47 @@ TEST_F(RowWindow, TheIntroductionIsShownInTheWindowUntilItWasRead)
     EXPECT_FALSE(started().onboarding.shouldShowOnboarding());
     EXPECT_TRUE(services.defaults.standard().boolForKey(QStringLiteral("hasCompletedOnboarding")).value_or(false));
 }
+
+TEST_F(RowWindow, TheToolbarOfTheSelectionIsThereWhileAllSelectedItemsAreHidden)
+{
+    shown();
+    started().dashboard.selection()->selectAll();
+    EXPECT_TRUE(eventuallyShows("3 selected"));
+    started().dashboard.filters()->setSearchText(QStringLiteral("nothing like this"));
+    EXPECT_TRUE(eventuallyShows("No items match your search criteria"));
+    EXPECT_TRUE(shows("3 selected"));
+    EXPECT_TRUE(shows("Remove (3)"));
+    EXPECT_TRUE(shows("Shred (3)"));
+    EXPECT_FALSE(shows("Unlock (2)"));
+}
+
+TEST_F(RowWindow, TheDetailsOfAnItemAreShownInTheirSheet)
+{
+    shown();
+    started().dashboard.itemDetails()->show(QStringLiteral("ID-bravo.png"));
+    EXPECT_TRUE(eventuallyShows("Item Details"));
+    for (const char *text : {"bravo.png", "Status", "Unlocked", "Type", "File", "Authentication", "Password",
+                             "Lock Item", "Restore & Remove Protection", "Done"}) {
+        EXPECT_TRUE(shows(text)) << text;
+    }
+    press(Qt::Key_Return); // "Done" has the focus
+    EXPECT_FALSE(started().dashboard.itemDetails()->isPresented());
+}
+
+TEST_F(RowWindow, TheTroubleshootingOfAnErrorIsShownInTheConfirmationDialog)
+{
+    shown();
+    started().dashboard.errorDialogManager()->showErrorWithAutoTroubleshooting(QStringLiteral("No permission."),
+                                                                               QStringLiteral("Error"));
+    EXPECT_TRUE(eventuallyShows("No permission."));
+    EXPECT_TRUE(spinUntil([this] {
+        press(Qt::Key_Tab);
+        QQuickItem *focused = shown().window()->activeFocusItem();
+        return focused && focused->property("text").toString() == QStringLiteral("Troubleshooting");
+    }));
+    press(Qt::Key_Return);
+    EXPECT_TRUE(started().confirmationDialog.isPresented());
+    EXPECT_EQ(started().confirmationDialog.message(),
+              ErrorDialogManager::detectTroubleshootingInfo(QStringLiteral("permission")).hint);
+    EXPECT_EQ(started().confirmationDialog.cancelTitle(), QString());
+}

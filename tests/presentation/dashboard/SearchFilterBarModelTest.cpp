@@ -57,6 +57,17 @@ TEST(SearchFilterBarModel, SearchIgnoresCase)
     EXPECT_EQ(passing(bar, mixedItems()), QStringLiteral("Taxes.pdf"));
 }
 
+TEST(SearchFilterBarModel, SearchFindsAnAccentedLetterInEitherForm)
+{
+    ProtectedItem item = namedItem(QStringLiteral("Re\u0301sume\u0301.pdf")); // as some systems write names
+    Bar bar;
+    bar.setSearchText(QStringLiteral("R\u00C9SUM\u00E9"));
+    EXPECT_TRUE(bar.passes(item));
+    item.originalName = QStringLiteral("R\u00E9sum\u00E9.pdf");
+    bar.setSearchText(QStringLiteral("sume\u0301"));
+    EXPECT_TRUE(bar.passes(item));
+}
+
 TEST(SearchFilterBarModel, SearchIgnoresThePathTheContainerAndTheId)
 {
     QList<ProtectedItem> items = mixedItems();
