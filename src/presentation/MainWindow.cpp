@@ -2,6 +2,7 @@
 
 #include "presentation/MainWindow.h"
 
+#include "presentation/HeldKeys.h"
 #include "presentation/SheetModels.h"
 #include "presentation/dashboard/DashboardViewModel.h"
 
@@ -24,6 +25,7 @@ MainWindow::MainWindow(QQmlEngine &engine, DashboardViewModel &dashboard, SheetM
                                                {QStringLiteral("sheets"), QVariant::fromValue(&sheets)}}));
     Q_ASSERT(m_window);
     m_window->installEventFilter(this);
+    ignoreHeldKeys(*m_window);
     connect(m_window, &QWindow::visibleChanged, this, &MainWindow::noticeAppearance);
     connect(m_window, &QWindow::windowStateChanged, this, &MainWindow::noticeAppearance);
     connect(m_window, SIGNAL(quitRequested()), this, SIGNAL(quitRequested()));

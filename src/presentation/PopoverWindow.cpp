@@ -2,6 +2,8 @@
 
 #include "presentation/PopoverWindow.h"
 
+#include "presentation/HeldKeys.h"
+
 #include "platform/Clock.h"
 #include "presentation/SheetModels.h"
 #include "presentation/popover/MenuBarViewModel.h"
@@ -23,9 +25,11 @@ std::unique_ptr<QQuickWindow> makePopoverWindow(QQmlEngine &engine, MenuBarViewM
     if (!component.isReady()) {
         qFatal("The popover could not be built: %s", qUtf8Printable(component.errorString()));
     }
-    return std::unique_ptr<QQuickWindow>(qobject_cast<QQuickWindow *>(
+    std::unique_ptr<QQuickWindow> window(qobject_cast<QQuickWindow *>(
         component.createWithInitialProperties({{QStringLiteral("menuBarModel"), QVariant::fromValue(&menuBar)},
                                                {QStringLiteral("sheets"), QVariant::fromValue(&sheets)}})));
+    ignoreHeldKeys(*window);
+    return window;
 }
 
 QPoint popoverPosition(const QPoint &pointer, const QSize &size, const QRect &available)

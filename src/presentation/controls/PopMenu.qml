@@ -8,6 +8,8 @@ import Quillhaven.Design
 Menu {
     width: Metrics.menuWidth
     padding: Spacing.xs
+    // A sheet that appears takes the focus; the menu would remain above it.
+    onActiveFocusChanged: if (!activeFocus && opened) close()
 
     background: Rectangle {
         radius: DesignSystem.cornerRadiusMedium

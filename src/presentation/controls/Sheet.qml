@@ -219,8 +219,8 @@ T.Dialog {
                     font: Typography.modalTitle
                     horizontalAlignment: Text.AlignHCenter
                     wrapMode: Text.Wrap
-                    maximumLineCount: 3
-                    elide: Text.ElideMiddle
+                    maximumLineCount: Metrics.titleLines
+                    elide: Text.ElideRight
                     Accessible.role: Accessible.Heading
                 }
 

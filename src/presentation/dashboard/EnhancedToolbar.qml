@@ -55,6 +55,8 @@ Rectangle {
                     spacing: Spacing.sm
 
                     TextLabel {
+                        Layout.fillWidth: toolbar.isTight
+                        elide: Text.ElideRight
                         text: toolbar.title
                         font.pixelSize: Typography.titleSize
                         font.weight: Font.Bold
@@ -62,6 +64,7 @@ Rectangle {
                     }
 
                     Rectangle {
+                        visible: !toolbar.isTight
                         implicitWidth: version.implicitWidth + 2 * Spacing.sm
                         implicitHeight: version.implicitHeight + Spacing.xs
                         radius: height / 2

@@ -14,8 +14,8 @@ QString DeleteConfirmationModel::title() const
 QString DeleteConfirmationModel::trashNote() const
 {
     return m_isLocked
-               ? QStringLiteral("The trash gets only the placeholder. The data stays in private storage, and can be "
-                                "found again with \"Look for Lost Items\" in the preferences.")
+               ? QStringLiteral("The trash gets only the placeholder. The data stays in private storage, where \"Look "
+                                "for Lost Items\" in the preferences finds it again, without its name.")
                : QString();
 }
 

@@ -32,6 +32,7 @@ class Metrics : public QObject
     Q_PROPERTY(int statCardHeight MEMBER statCardHeight CONSTANT)
     Q_PROPERTY(int compactStatCardHeight MEMBER compactStatCardHeight CONSTANT)
     Q_PROPERTY(int dropAreaHeight READ grownDropAreaHeight NOTIFY textScaleChanged)
+    Q_PROPERTY(int titleLines MEMBER titleLines CONSTANT)
     Q_PROPERTY(int stepCircle MEMBER stepCircle CONSTANT)
     Q_PROPERTY(int emptyCircle MEMBER emptyCircle CONSTANT)
     Q_PROPERTY(int emptyStateWidth READ grownEmptyStateWidth NOTIFY textScaleChanged)
@@ -113,6 +114,7 @@ public:
     static constexpr int statCardHeight = 104;
     static constexpr int compactStatCardHeight = 78;
     static constexpr int dropAreaHeight = 130;
+    static constexpr int titleLines = 12; ///< enough for the longest file name
     static constexpr int stepCircle = 28; ///< around the number of a step
     static constexpr int emptyCircle = 72;
     static constexpr int emptyStateWidth = 480; ///< at most

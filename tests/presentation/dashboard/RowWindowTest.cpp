@@ -233,3 +233,39 @@ TEST_F(RowWindow, TheTroubleshootingOfAnErrorIsShownInTheConfirmationDialog)
               ErrorDialogManager::detectTroubleshootingInfo(QStringLiteral("permission")).hint);
     EXPECT_EQ(started().confirmationDialog.cancelTitle(), QString());
 }
+
+TEST_F(RowWindow, AHeldReturnAnswersNoQuestionThatItHasAskedFor)
+{
+    ASSERT_TRUE(tabToList());
+    press(Qt::Key_Tab);
+    press(Qt::Key_Tab);
+    press(Qt::Key_Tab); // "Duplicate as Encrypted Copy" of alpha.txt
+    press(Qt::Key_Return);
+    ASSERT_TRUE(eventuallyShows("Duplicate"));
+    ASSERT_TRUE(started().confirmationDialog.isPresented());
+    for (int repeats = 0; repeats < 5; ++repeats) {
+        QKeyEvent held(QEvent::KeyPress, Qt::Key_Return, Qt::NoModifier, QStringLiteral("\r"), true);
+        QCoreApplication::sendEvent(shown().window(), &held);
+        spinOnce();
+    }
+    EXPECT_TRUE(started().confirmationDialog.isPresented());
+}
+
+TEST_F(RowWindow, AHeldDeleteKeyRemovesNothingFurther)
+{
+    ASSERT_TRUE(tabToList());
+    press(Qt::Key_Down); // bravo.png is unlocked
+    QKeyEvent held(QEvent::KeyPress, Qt::Key_Delete, Qt::NoModifier, QString(), true);
+    QCoreApplication::sendEvent(shown().window(), &held);
+    DashboardHarness::settle();
+    EXPECT_EQ(started().manager.protectedItems().size(), 3);
+}
+
+TEST_F(RowWindow, TheMenuClosesWhenASheetAppears)
+{
+    QTest::mouseClick(shown().window(), Qt::RightButton, Qt::NoModifier, middleOf(QStringLiteral("bravo.png")));
+    ASSERT_TRUE(menuOpens());
+    started().confirmationDialog.show({.title = QStringLiteral("A question"), .message = QString()});
+    EXPECT_TRUE(menuCloses());
+    EXPECT_TRUE(started().confirmationDialog.isPresented());
+}
