@@ -53,7 +53,7 @@ QString duplicateText(const ProtectedItem &item)
 /// A sentence for the failure of a move to the trash.
 QString trashFailure(const ProtectedItem &item, const std::exception_ptr &failure)
 {
-    const QString description = localizedDescription(failure);
+    QString description = localizedDescription(failure);
     if (description.contains(QLatin1String("could not be found"))) {
         return QStringLiteral("The file '") + displayName(item.originalName) +
                QStringLiteral("' could not be found. It may have been moved or deleted.");
