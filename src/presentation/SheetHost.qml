@@ -31,8 +31,8 @@ Item {
             anchors.fill: parent
 
             SheetLoader {
-                presented: host.models.onboarding.shouldShowOnboarding
-                sourceComponent: OnboardingView { onboarding: host.models.onboarding }
+                presented: host.models.onboardingManager.shouldShowOnboarding
+                sourceComponent: OnboardingView { onboardingManager: host.models.onboardingManager }
             }
             SheetLoader {
                 presented: host.models.keyboardShortcuts.isPresented

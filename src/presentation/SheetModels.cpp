@@ -37,15 +37,16 @@ SheetModels::SheetModels(const Sheets &sheets, std::function<void()> bringMainWi
     for (const OperationProgress *progress : {bulkProgress(), shredProgress()}) {
         connect(progress, &OperationProgress::changed, this, &SheetModels::isAnyPresentedChanged);
     }
-    connect(onboarding(), &OnboardingManager::shouldShowOnboardingChanged, this, &SheetModels::isAnyPresentedChanged);
+    connect(onboardingManager(), &OnboardingManager::shouldShowOnboardingChanged, this,
+            &SheetModels::isAnyPresentedChanged);
     connect(biometrics(), &BiometricAuthenticator::promptChanged, this, &SheetModels::isAnyPresentedChanged);
     m_questionWindow.follow(*biometrics());
 }
 
 bool SheetModels::isAnyPresented() const
 {
-    return onboarding()->shouldShowOnboarding() || bulkProgress()->isPresented() || shredProgress()->isPresented() ||
-           biometrics()->isPrompting() ||
+    return onboardingManager()->shouldShowOnboarding() || bulkProgress()->isPresented() ||
+           shredProgress()->isPresented() || biometrics()->isPrompting() ||
            std::ranges::any_of(m_dialogs, [](const DialogModel *dialog) { return dialog->isPresented(); });
 }
 

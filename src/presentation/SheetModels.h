@@ -71,7 +71,7 @@ class SheetModels : public QObject
     Q_PROPERTY(quillhaven::DeleteConfirmationModel *deleteConfirmation READ deleteConfirmation CONSTANT)
     Q_PROPERTY(quillhaven::ErrorDialogSheetModel *errorDialogSheet READ errorDialogSheet CONSTANT)
     Q_PROPERTY(quillhaven::ItemDetailModel *itemDetails READ itemDetails CONSTANT)
-    Q_PROPERTY(quillhaven::OnboardingManager *onboarding READ onboarding CONSTANT)
+    Q_PROPERTY(quillhaven::OnboardingManager *onboardingManager READ onboardingManager CONSTANT)
     Q_PROPERTY(quillhaven::KeyboardShortcutsModel *keyboardShortcuts READ keyboardShortcuts CONSTANT)
     Q_PROPERTY(quillhaven::PreferencesModel *preferences READ preferences CONSTANT)
     Q_PROPERTY(quillhaven::ConfirmationDialogManager *preferencesConfirmation READ preferencesConfirmation CONSTANT)
@@ -123,7 +123,7 @@ public:
         return &m_sheets.dashboard.rowActions()->errorSheet();
     }
     [[nodiscard]] ItemDetailModel *itemDetails() const { return m_sheets.dashboard.itemDetails(); }
-    [[nodiscard]] OnboardingManager *onboarding() const { return &m_sheets.onboarding; }
+    [[nodiscard]] OnboardingManager *onboardingManager() const { return &m_sheets.onboarding; }
     [[nodiscard]] KeyboardShortcutsModel *keyboardShortcuts() { return &m_keyboardShortcuts; }
     [[nodiscard]] PreferencesModel *preferences() const { return &m_sheets.preferences; }
     [[nodiscard]] ConfirmationDialogManager *preferencesConfirmation() const

@@ -8,7 +8,6 @@
 #include "presentation/dashboard/ProtectedItemsModel.h"
 #include "presentation/dashboard/SearchFilterBarModel.h"
 
-#include <algorithm>
 #include <utility>
 
 namespace quillhaven {
@@ -34,12 +33,20 @@ Announcer::Announcer(Clock &clock, const FilteredItemsModel &items, const Search
     : QObject(parent), m_clock(clock), m_items(items), m_filters(filters), m_known(currentTexts())
 {
     const ProtectedItemsModel &rows = items.rows();
-    connect(&rows, &ProtectedItemsModel::itemsChanged, this, &Announcer::startCollecting);
-    connect(&rows, &ProtectedItemsModel::modelReset, this, [this] { m_known = currentTexts(); });
-    connect(&rows, &ProtectedItemsModel::dataChanged, this,
-            [this](const QModelIndex &row, const QModelIndex &, const QList<int> &roles) {
-                if (roles.contains(ProtectedItemsModel::ShowingCopySuccessRole) &&
-                    row.data(ProtectedItemsModel::ShowingCopySuccessRole).toBool()) {
+    connect(&rows, &QAbstractItemModel::rowsInserted, this,
+            [this](const QModelIndex &, int first, int last) { noteItems(first, last); });
+    connect(&rows, &QAbstractItemModel::rowsAboutToBeRemoved, this, [this](const QModelIndex &, int first, int last) {
+        for (int row = first; row <= last; ++row) {
+            noteItem(m_items.rows().items().at(row).id, QString());
+        }
+    });
+    connect(&rows, &QAbstractItemModel::modelReset, this, [this] { m_known = currentTexts(); });
+    connect(&rows, &QAbstractItemModel::dataChanged, this,
+            [this](const QModelIndex &first, const QModelIndex &last, const QList<int> &roles) {
+                if (roles.isEmpty()) { // a record, and not only a mark of the window
+                    noteItems(first.row(), last.row());
+                } else if (roles.contains(ProtectedItemsModel::ShowingCopySuccessRole) &&
+                           first.data(ProtectedItemsModel::ShowingCopySuccessRole).toBool()) {
                     announce(QStringLiteral("Path copied to clipboard"));
                 }
             });
@@ -94,20 +101,46 @@ QHash<QString, QString> Announcer::currentTexts() const
     return texts;
 }
 
+void Announcer::noteItems(int first, int last)
+{
+    for (int row = first; row <= last; ++row) {
+        const ProtectedItem &item = m_items.rows().items().at(row);
+        noteItem(item.id, finder_row::accessibleText(item));
+    }
+}
+
+void Announcer::noteItem(const QString &id, const QString &text)
+{
+    if (!m_before.contains(id)) {
+        m_before.insert(id, m_known.value(id));
+        m_changedIds.append(id);
+    }
+    if (text.isEmpty()) {
+        m_known.remove(id);
+    } else {
+        m_known.insert(id, text);
+    }
+    startCollecting();
+}
+
 QStringList Announcer::changedItems()
 {
-    const QHash<QString, QString> before = std::exchange(m_known, currentTexts());
+    const QHash<QString, QString> before = std::exchange(m_before, {});
     QStringList sentences;
-    int locked = 0;
-    for (const ProtectedItem &item : m_items.rows().items()) {
-        const QString text = m_known.value(item.id);
-        if (before.value(item.id) != text) {
+    int unlocked = 0;
+    int removed = 0;
+    for (const QString &id : std::exchange(m_changedIds, {})) {
+        const QString text = m_known.value(id);
+        if (text.isEmpty()) {
+            removed += before.value(id).isEmpty() ? 0 : 1;
+        } else if (before.value(id) != text) {
+            const int row = m_items.rows().rowOf(id);
             sentences.append(text);
-            locked += item.isMounted ? 0 : 1;
+            unlocked += row >= 0 && m_items.rows().items().at(row).isMounted ? 1 : 0;
         }
     }
     if (sentences.size() > maxNamedItems) {
-        const qsizetype unlocked = sentences.size() - locked;
+        const qsizetype locked = sentences.size() - unlocked;
         sentences.clear();
         if (locked > 0) {
             sentences.append(count(locked, QStringLiteral("item")) + QStringLiteral(" locked"));
@@ -116,8 +149,6 @@ QStringList Announcer::changedItems()
             sentences.append(count(unlocked, QStringLiteral("item")) + QStringLiteral(" unlocked"));
         }
     }
-    const auto removed = std::ranges::count_if(before.keyBegin(), before.keyEnd(),
-                                               [this](const QString &id) { return !m_known.contains(id); });
     if (removed > 0) {
         sentences.append(count(removed, QStringLiteral("item")) + QStringLiteral(" removed from the list"));
     }

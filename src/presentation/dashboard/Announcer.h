@@ -39,6 +39,9 @@ Q_SIGNALS:
 
 private:
     [[nodiscard]] QHash<QString, QString> currentTexts() const;
+    /// Notes the rows as changed, or one item, without a text when it was removed.
+    void noteItems(int first, int last);
+    void noteItem(const QString &id, const QString &text);
     [[nodiscard]] QStringList changedItems();
     void startCollecting();
     void publish();
@@ -47,7 +50,9 @@ private:
     Clock &m_clock;
     const FilteredItemsModel &m_items;
     const SearchFilterBarModel &m_filters;
-    QHash<QString, QString> m_known; ///< the text of each item's row at the last announcement
+    QHash<QString, QString> m_known;  ///< the text of each item's row
+    QHash<QString, QString> m_before; ///< the same at the last announcement, of the items that have changed since
+    QStringList m_changedIds;         ///< in the order of their first changes
     QStringList m_sentences;
     QString m_text;
     std::unique_ptr<RunningTimer> m_collecting;

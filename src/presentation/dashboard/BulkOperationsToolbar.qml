@@ -14,6 +14,9 @@ Rectangle {
 
     required property ItemSelection selection
     readonly property int selectedCount: selection.selectedCount
+    // How many of them are shown and can be:
+    readonly property int canUnlockItems: selection.canUnlockCount
+    readonly property int canLockItems: selection.canLockCount
     readonly property bool isNarrow: width < Metrics.narrowBar
 
     signal bulkUnlock
@@ -57,15 +60,15 @@ Rectangle {
             spacing: Spacing.sm
 
             Action {
-                visible: bar.selection.canUnlockCount > 0
-                text: "Unlock (" + bar.selection.canUnlockCount + ")"
+                visible: bar.canUnlockItems > 0
+                text: "Unlock (" + bar.canUnlockItems + ")"
                 symbol: "lock.open.fill"
                 onClicked: bar.bulkUnlock()
             }
 
             Action {
-                visible: bar.selection.canLockCount > 0
-                text: "Lock (" + bar.selection.canLockCount + ")"
+                visible: bar.canLockItems > 0
+                text: "Lock (" + bar.canLockItems + ")"
                 symbol: "lock.fill"
                 onClicked: bar.bulkLock()
             }

@@ -83,9 +83,9 @@ void DashboardViewModel::handleFinderAction(const QVariantMap &userInfo)
     if (action == QStringLiteral("protect")) {
         m_protecting.showProtectionDialog(path.toString());
     } else if (action == QStringLiteral("unlock")) {
-        m_itemActions.toggleLockAt(path.toString(), false);
+        m_itemActions.handleUnlockAction(path.toString());
     } else if (action == QStringLiteral("lock")) {
-        m_itemActions.toggleLockAt(path.toString(), true);
+        m_itemActions.handleLockAction(path.toString());
     } else if (action == QStringLiteral("shred")) {
         m_shredding.handleShredAction(path.toString());
     }

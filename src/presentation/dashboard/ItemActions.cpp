@@ -53,6 +53,16 @@ QCoro::Task<> ItemActions::toggleLock(QString id, bool wasMounted)
     }
 }
 
+void ItemActions::handleUnlockAction(const QString &path)
+{
+    toggleLockAt(path, false);
+}
+
+void ItemActions::handleLockAction(const QString &path)
+{
+    toggleLockAt(path, true);
+}
+
 void ItemActions::toggleLockAt(const QString &path, bool isMounted)
 {
     const ProtectedItem *item = m_context.quillhavenManager.catalogue().itemAt(path);

@@ -33,8 +33,10 @@ public:
 
     /// Locks an unlocked item and unlocks a locked one.
     Q_INVOKABLE void onToggleLock(const QString &id);
-    /// Does the same for the item with this original path if it is in that state. Otherwise nothing happens.
-    void toggleLockAt(const QString &path, bool isMounted);
+    /// Unlocks the item with this original path, or locks it. Nothing happens when there is none, or when it is in that
+    /// state already.
+    void handleUnlockAction(const QString &path);
+    void handleLockAction(const QString &path);
     /// Asks, then removes the item's protection.
     Q_INVOKABLE void askToRemove(const QString &id);
     void onRemove(const QString &id);
@@ -44,6 +46,7 @@ public:
     Q_INVOKABLE void onDelete(int row);
 
 private:
+    void toggleLockAt(const QString &path, bool isMounted);
     /// The current record, unless the item is busy.
     [[nodiscard]] std::optional<ProtectedItem> idleItem(const QString &id) const;
     [[nodiscard]] QCoro::Task<> toggleLock(QString id, bool wasMounted);

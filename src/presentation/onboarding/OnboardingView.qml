@@ -10,17 +10,17 @@ import Quillhaven.Onboarding
 Sheet {
     id: sheet
 
-    required property OnboardingManager onboarding
+    required property OnboardingManager onboardingManager
 
-    presented: onboarding.shouldShowOnboarding
+    presented: onboardingManager.shouldShowOnboarding
     title: "Welcome to Quillhaven"
     message: "Protect your sensitive files with ease"
     symbol: "lock.shield.fill"
     symbolCircle: Metrics.largeSheetSymbolCircle
     minimumSheetWidth: Metrics.warningSheetMinimumWidth
     initialFocusItem: startButton
-    onReturnPressed: onboarding.getStarted()
-    onEscapePressed: onboarding.close()
+    onReturnPressed: onboardingManager.getStarted()
+    onEscapePressed: onboardingManager.close()
 
     ColumnLayout {
         Layout.fillWidth: true
@@ -66,6 +66,6 @@ Sheet {
 
         Layout.fillWidth: true
         text: "Get Started"
-        onClicked: sheet.onboarding.getStarted()
+        onClicked: sheet.onboardingManager.getStarted()
     }
 }

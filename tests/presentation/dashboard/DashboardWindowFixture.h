@@ -130,6 +130,16 @@ protected:
         return spinUntil([&] { return shows(text); });
     }
 
+    /// Waits until no sheet or menu covers the window, also none that fades out.
+    bool isUncovered()
+    {
+        return spinUntil([this] {
+            render();
+            return std::ranges::none_of(visibleItems(m_window->window()->contentItem()),
+                                        [](QQuickItem *each) { return each->inherits("QQuickOverlay"); });
+        });
+    }
+
     void press(Qt::Key key, Qt::KeyboardModifiers modifiers = Qt::NoModifier)
     {
         QTest::keyClick(shown().window(), key, modifiers);

@@ -27,6 +27,17 @@ protected:
         started().protect(path);
         return path;
     }
+    /// A locked item on a file system in memory, which has no trash.
+    QString protectInMemory()
+    {
+        EXPECT_TRUE(m_inMemory.isValid());
+        const QString path = m_inMemory.filePath(QStringLiteral("will.pdf"));
+        QFile file(path);
+        EXPECT_TRUE(file.open(QIODevice::WriteOnly) && file.write("content") > 0);
+        file.close();
+        started().protect(path);
+        return path;
+    }
     void unlock()
     {
         started().dashboard.itemActions()->onToggleLock(started().item().id);
@@ -46,6 +57,9 @@ protected:
     {
         return TemporaryHome::read(qEnvironmentVariable("XDG_DATA_HOME") + QStringLiteral("/Trash/files/") + name);
     }
+
+private:
+    QTemporaryDir m_inMemory{QStringLiteral("/dev/shm/quillhaven-XXXXXX")};
 };
 
 using Shown = QList<QPair<QString, QString>>;
@@ -177,13 +191,7 @@ TEST_F(RowActionsOfAnItem, AnItemThatWasLockedMeanwhileIsAskedAboutAgain)
 
 TEST_F(RowActionsOfAnItem, AFailingTrashAfterTheRemovalLeavesTheFileOutOfTheList)
 {
-    const QTemporaryDir inMemory(QStringLiteral("/dev/shm/quillhaven-XXXXXX"));
-    ASSERT_TRUE(inMemory.isValid());
-    const QString path = inMemory.filePath(QStringLiteral("will.pdf"));
-    QFile file(path);
-    ASSERT_TRUE(file.open(QIODevice::WriteOnly) && file.write("content") > 0);
-    file.close();
-    started().protect(path);
+    const QString path = protectInMemory();
     ASSERT_TRUE(QFile::remove(path));
     moveToTrash();
     EXPECT_NE(error(), QString());
@@ -223,13 +231,7 @@ TEST_F(RowActionsOfAnItem, AFileThatIsNowhereIsReportedByItsName)
 
 TEST_F(RowActionsOfAnItem, WhereThereIsNoTrashTheListAndTheFileStay)
 {
-    const QTemporaryDir inMemory(QStringLiteral("/dev/shm/quillhaven-XXXXXX")); // file systems in memory have none
-    ASSERT_TRUE(inMemory.isValid());
-    const QString path = inMemory.filePath(QStringLiteral("will.pdf"));
-    QFile file(path);
-    ASSERT_TRUE(file.open(QIODevice::WriteOnly) && file.write("content") > 0);
-    file.close();
-    started().protect(path);
+    const QString path = protectInMemory();
     unlock();
     moveToTrash();
     EXPECT_EQ(error(),

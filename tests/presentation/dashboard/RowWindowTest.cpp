@@ -31,6 +31,21 @@ protected:
         EXPECT_TRUE(found) << qUtf8Printable(name);
         return found ? found->mapToScene({found->width() / 2, found->height() / 2}).toPoint() : QPoint();
     }
+    /// Clicks the first item that has this value.
+    void click(const char *property, const char *value)
+    {
+        shown();
+        render();
+        for (QQuickItem *each : visibleItems(shown().window()->contentItem())) {
+            if (each->property(property).toString() == QString::fromUtf8(value)) {
+                QTest::mouseClick(shown().window(), Qt::LeftButton, Qt::NoModifier,
+                                  each->mapToScene({each->width() / 2, each->height() / 2}).toPoint());
+                spinOnce();
+                return;
+            }
+        }
+        ADD_FAILURE() << value;
+    }
     void doubleClick(const QString &name)
     {
         const QPoint middle = middleOf(name);
@@ -127,16 +142,14 @@ TEST_F(RowWindow, AClickInTheSelectionModeNeverReveals)
 
 TEST_F(RowWindow, EachButtonIsLoggedByItsHelpText)
 {
-    row(QStringLiteral("alpha.txt"));
-    for (QQuickItem *each : visibleItems(shown().window()->contentItem())) {
-        if (each->property("helpText").toString() == QStringLiteral("Copy Path to Clipboard")) {
-            QTest::mouseClick(shown().window(), Qt::LeftButton, Qt::NoModifier,
-                              each->mapToScene({each->width() / 2, each->height() / 2}).toPoint());
-            break;
-        }
+    for (const char *button : {"Reveal in Finder", "Copy Path to Clipboard", "Duplicate as Encrypted Copy",
+                               "Secure Shred", "Remove Protection", "Unlock Item"}) {
+        click("helpText", button);
+        EXPECT_TRUE(log.contains(QStringLiteral("🔘 Button clicked: ") + QString::fromUtf8(button))) << button;
+        DashboardHarness::settle();
+        press(Qt::Key_Escape); // the question, if there is one
+        EXPECT_TRUE(isUncovered()) << button;
     }
-    EXPECT_TRUE(log.contains(QStringLiteral("🔘 Button clicked: Copy Path to Clipboard")));
-    EXPECT_TRUE(eventuallyShows("Path copied to clipboard"));
 }
 
 TEST_F(RowWindow, TheRowIsSixtyHighAndItsMarkAppearsInTheSelectionMode)
@@ -156,17 +169,14 @@ TEST_F(RowWindow, TheRowIsSixtyHighAndItsMarkAppearsInTheSelectionMode)
 
 TEST_F(RowWindow, TheAutoLockCardAndItsGearOpenThePreferences)
 {
-    shown();
-    EXPECT_TRUE(shows("Auto-lock"));
     EXPECT_TRUE(shows("Disabled"));
-    for (QQuickItem *each : visibleItems(shown().window()->contentItem())) {
-        if (each->property("helpText").toString() == QStringLiteral("Auto-lock settings")) {
-            QTest::mouseClick(shown().window(), Qt::LeftButton, Qt::NoModifier,
-                              each->mapToScene({each->width() / 2, each->height() / 2}).toPoint());
-            break;
-        }
+    for (const auto &[property, value] : {std::pair{"text", "Auto-lock"}, {"helpText", "Auto-lock settings"}}) {
+        click(property, value);
+        EXPECT_TRUE(preferences().model.isPresented()) << value;
+        preferences().model.handleCloseAttempt();
+        EXPECT_FALSE(preferences().model.isPresented());
+        EXPECT_TRUE(isUncovered());
     }
-    EXPECT_TRUE(preferences().model.isPresented());
 }
 
 TEST_F(RowWindow, KeysOpenThePanelAndTheListOfShortcuts)

@@ -7,8 +7,12 @@
 #include "credentials/MasterPasswordDialogManager.h"
 #include "credentials/PasswordInputDialogModel.h"
 #include "presentation/dialogs/ConfirmationDialogManager.h"
+#include "presentation/dialogs/DeleteConfirmationModel.h"
+#include "presentation/dialogs/ErrorDialogManager.h"
+#include "presentation/dialogs/ErrorDialogSheetModel.h"
 #include "presentation/dialogs/ProtectionMethodDialogManager.h"
 #include "presentation/dialogs/RemoveProtectionDialogManager.h"
+#include "presentation/dialogs/ShredConfirmationDialogModel.h"
 #include "presentation/tokens/Metrics.h"
 #include "presentation/tokens/Spacing.h"
 #include "support/TestPlatform.h"
@@ -124,6 +128,38 @@ TEST(SheetWidths, RemoveProtectionDialogIs400To500)
     RemoveProtectionDialogManager manager;
     SheetWidths widths(QStringLiteral("RemoveProtectionDialog { manager: scene.manager }"), manager);
     EXPECT_EQ(widths.withEach([&](const QString &text) { manager.show(text, {}, {}); }), (QList<int>{500, 500, 500}));
+}
+
+TEST(SheetWidths, ErrorDialogIs400To500)
+{
+    ErrorDialogManager manager;
+    SheetWidths widths(QStringLiteral("ErrorDialog { manager: scene.manager }"), manager);
+    EXPECT_EQ(widths.withEach([&](const QString &text) { manager.showErrorWithAutoTroubleshooting(text, text); }),
+              (QList<int>{400, 500, 500}));
+}
+
+TEST(SheetWidths, ErrorDialogSheetIs350To500)
+{
+    ErrorDialogSheetModel manager;
+    SheetWidths widths(QStringLiteral("ErrorDialogSheet { manager: scene.manager }"), manager);
+    EXPECT_EQ(widths.withEach([&](const QString &text) { manager.show(text); }), (QList<int>{350, 500, 500}));
+}
+
+TEST(SheetWidths, DeleteConfirmationSheetIsAlways400)
+{
+    DeleteConfirmationModel manager;
+    SheetWidths widths(QStringLiteral("DeleteConfirmationSheet { dialog: scene.manager }"), manager);
+    EXPECT_EQ(widths.withEach([&](const QString &text) { manager.show(text, true); }), (QList<int>{400, 400, 400}));
+}
+
+TEST(SheetWidths, ShredConfirmationDialogIs450To500)
+{
+    ShredConfirmationDialogModel manager;
+    SheetWidths widths(QStringLiteral("ShredConfirmationDialog { dialog: scene.manager }"), manager);
+    for (const int width : widths.withEach([&](const QString &text) { manager.show({text}); })) {
+        EXPECT_GE(width, 450);
+        EXPECT_LE(width, 500);
+    }
 }
 
 TEST(SheetWidths, MasterPasswordDialogIs400To500)

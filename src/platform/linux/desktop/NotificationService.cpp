@@ -4,8 +4,6 @@
 
 #include "async/Jobs.h"
 
-#include <QDBusServiceWatcher>
-
 #include <algorithm>
 
 namespace quillhaven {
@@ -72,9 +70,9 @@ void NotificationService::use(const std::shared_ptr<BusConnection> &bus)
                        SLOT(activate(uint, QString)));
     connection.connect(QString(), serverPath, serverName, QStringLiteral("NotificationClosed"), this,
                        SLOT(forget(uint)));
-    m_server = std::make_unique<QDBusServiceWatcher>(serverName, connection, QDBusServiceWatcher::WatchForOwnerChange);
+    m_server = std::make_unique<BusNameOwner>(bus, serverName);
     // Another server gives the numbers of this one to the messages of others.
-    connect(m_server.get(), &QDBusServiceWatcher::serviceOwnerChanged, this, [this] { m_shown.clear(); });
+    connect(m_server.get(), &BusNameOwner::ownerChanged, this, [this] { m_shown.clear(); });
 }
 
 QDBusMessage NotificationService::notifyCall(const Message &message, bool readsMarkup) const

@@ -6,17 +6,13 @@
 #include <QObject>
 
 #include "platform/DesktopNotifications.h"
-#include "platform/linux/session/BusConnection.h"
+#include "platform/linux/session/BusNameOwner.h"
 
 #include <QHash>
 #include <QPointer>
 #include <QThreadPool>
 
 #include <memory>
-
-QT_BEGIN_NAMESPACE
-class QDBusServiceWatcher;
-QT_END_NAMESPACE
 
 namespace quillhaven {
 
@@ -49,8 +45,8 @@ private:
 
     QThreadPool m_connecting;
     std::shared_ptr<BusConnection> m_bus;
-    std::unique_ptr<QDBusServiceWatcher> m_server; ///< destroyed before the connection that it watches
-    QHash<QString, Shown> m_shown;                 ///< by their topics
+    std::unique_ptr<BusNameOwner> m_server;
+    QHash<QString, Shown> m_shown; ///< by their topics
 };
 
 } // namespace quillhaven
