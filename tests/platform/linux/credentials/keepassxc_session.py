@@ -7,7 +7,7 @@ import re
 import subprocess
 from pathlib import Path
 
-from keyring_session import KeyringTest, wait_for_window, wait_until_gone
+from keyring_session import KeyringTest, wait_for_window, wait_until_replaced
 
 PASSWORD = "database password"
 REQUEST = "Access Request"
@@ -59,6 +59,6 @@ class KeePassXCTest(KeyringTest):
         return process
 
     def press(self, button):
-        wait_for_window(REQUEST)
+        request = wait_for_window(REQUEST)
         self.desktop.find("push button", re.compile(button)).press()
-        wait_until_gone(REQUEST)
+        wait_until_replaced(REQUEST, request)

@@ -62,8 +62,9 @@ def wait_for_window(title):
     return wait_for(lambda: window(title), f'the window "{title}"', 30)
 
 
-def wait_until_gone(title):
-    wait_for(lambda: window(title) is None, f'the window "{title}" to disappear', 30)
+def wait_until_replaced(title, shown):
+    """Waits until this window is gone. Another one with its title may appear at once."""
+    wait_for(lambda: window(title) != shown, f'the window "{title}" to disappear', 30)
 
 
 class Start:
