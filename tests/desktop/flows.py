@@ -164,7 +164,7 @@ def remove_protection(program, name, locked=True, master_password=None):
 
 def find_lost_items(program):
     """Opens the sheet of lost items from the notice, and waits until the search has ended."""
-    program.find("alert", re.compile("left in private storage|back at its place"))
+    program.find("alert", re.compile("in private storage|back at its place"))
     program.press(BUTTON, "Show")
     program.says(re.compile("needs? your decision"))
 

@@ -37,6 +37,7 @@ class RowWindowTest(window_case.WindowTest):
         flows.open_preferences(self.program, "Security")
         self.program.press(BUTTON, "Look for Lost Items")
         self.program.find(DIALOG, "Lost Items")
+        self.program.says("letter.txt")
 
     def test_every_action_is_in_the_menu_by_keys_alone(self):
         self.program.find(ROW, "letter.txt, locked").click()

@@ -144,7 +144,7 @@ def lost_items(test):
     test.home.forget(letter)
     letter.write_bytes(PLACEHOLDER)
     test.program = test.start()
-    test.program.find("alert", re.compile("left in private storage|back at its place"))
+    test.program.find("alert", re.compile("in private storage|back at its place"))
     test.program.wait_until_active()
     with sheet(test.program, re.compile("needs? your decision"), lambda: test.program.press(BUTTON, "Show")):
         yield

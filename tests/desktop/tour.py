@@ -227,7 +227,7 @@ class Tour(DesktopSteps, ListSteps):
         self.letter.write_bytes(b"saved over the placeholder\n")
         self.did("the record is gone, and something else was saved over the placeholder")
         self.program = Program(self._binary, self.home)
-        self.program.find("alert", flows.re.compile("^1 item was left in private storage"))
+        self.program.find("alert", flows.re.compile("^1 item in private storage has no entry"))
         self.shot("lost-item-notice")
         self.letter.write_bytes(PLACEHOLDER)
         flows.find_lost_items(self.program)

@@ -173,8 +173,8 @@ void RescueActions::showNotice()
         }
     };
     add(countWith(Choice::ChooseFolder),
-        QStringLiteral("%1 item was left in private storage by an interrupted operation."),
-        QStringLiteral("%1 items were left in private storage by an interrupted operation."));
+        QStringLiteral("%1 item in private storage has no entry in the list."),
+        QStringLiteral("%1 items in private storage have no entry in the list."));
     add(countWith(Choice::MarkUnlocked),
         QStringLiteral("%1 item is back at its place although the list says that it is locked."),
         QStringLiteral("%1 items are back at their places although the list says that they are locked."));

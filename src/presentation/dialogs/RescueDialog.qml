@@ -17,7 +17,8 @@ Sheet {
 
     presented: rescue.isPresented
     title: "Lost Items"
-    message: "What an interrupted operation has left is listed here. Nothing changes until you choose."
+    message: "What is in private storage without an entry in the list, and what an interrupted operation has left. "
+             + "Nothing changes until you choose."
     symbol: "lock.rotation"
     minimumSheetWidth: maximumSheetWidth // the names need it
     initialFocusItem: buttonRow.secondaryButton

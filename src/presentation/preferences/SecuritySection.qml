@@ -87,7 +87,7 @@ ColumnLayout {
 
         ActionRow {
             Layout.fillWidth: true
-            title: "Look for items that an interrupted operation has left"
+            title: "Look for items in private storage that have no entry in the list"
             action: "Look for Lost Items"
             onPressed: section.preferences.lookForLostItems()
         }
