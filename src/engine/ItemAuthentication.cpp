@@ -11,6 +11,8 @@
 #include "platform/BiometricAuthenticator.h"
 #include "support/DisplayName.h"
 
+#include <QPointer>
+
 namespace quillhaven {
 
 namespace {
@@ -31,20 +33,25 @@ QCoro::Task<QString> readSecret(QThreadPool &queue, Read read)
 
 QCoro::Task<bool> QuillhavenManager::requestPasswordAuthentication(ProtectedItem item)
 {
-    // Not `ask`: the caller of a question that another one replaces must stay suspended for good.
-    const Answer<std::optional<QString>> answer;
-    m_passwordInputDialogManager.show(
-        {.title = QStringLiteral("Password Required"),
-         .message = QStringLiteral("Enter the password for '") + displayName(item.originalName) + QStringLiteral("':")},
-        [answer](const QString &entered) { answer.give(entered); }, [answer] { answer.give(std::nullopt); });
-
-    const std::optional<QString> entered = co_await answer;
-    if (!entered) {
+    const QPointer<QuillhavenManager> self(this);
+    const auto answer =
+        m_passwordInputDialogManager.ask({.title = QStringLiteral("Password Required"),
+                                          .message = QStringLiteral("Enter the password for '") +
+                                                     displayName(item.originalName) + QStringLiteral("':")});
+    const PasswordInputDialogManager::Reply reply = co_await answer;
+    if (reply.end == DialogEnd::Replaced) {
+        if (self) {
+            Q_EMIT self->questionReplaced(item.id);
+        }
+        const Answer<bool> never; // An operation whose question another one replaces remains suspended for good.
+        (void)co_await never;
+    }
+    if (reply.end != DialogEnd::Confirmed) {
         co_return false;
     }
     auto read = [keychain = m_keychain, id = item.id] { return keychain->retrievePassword(id); };
     const QString stored = co_await readSecret(m_platform.credentialQueue, std::move(read));
-    if (stored != *entered) {
+    if (stored != reply.password) {
         throw QuillhavenError(QuillhavenError::authenticationFailed);
     }
     co_return true;

@@ -177,6 +177,8 @@ Q_SIGNALS:
     void keptAside(const QString &place, const QString &aside);
     /// A protection failed after its item had moved: the item is lost until the rescue finds it.
     void itemLeftBehind();
+    /// Another question has replaced the one for the password of this item. The operation that asked never continues.
+    void questionReplaced(const QString &id);
 
 protected:
     // The cores of the bulk operations: they expect a place that the user has confirmed, pass no guard, set no flag and

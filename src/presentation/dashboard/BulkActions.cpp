@@ -95,21 +95,15 @@ QCoro::Task<> BulkActions::removeOnceConfirmed(QList<ProtectedItem> items, Answe
 
 void BulkActions::start(const QList<ProtectedItem> &items, Condition isDue, Operation operation, bool endsSelection)
 {
-    Job job{.ids = {},
-            .isDue = std::move(isDue),
-            .operation = std::move(operation),
-            .busy = {},
-            .endsSelection = endsSelection};
+    Job job{.ids = {}, .isDue = std::move(isDue), .operation = std::move(operation), .endsSelection = endsSelection};
     for (const ProtectedItem &item : items) {
         if (!m_context.rows.isMarkedBusy(item.id)) {
             job.ids.append(item.id);
         }
     }
-    if (job.ids.isEmpty()) {
-        return;
+    if (!job.ids.isEmpty()) {
+        startJob([this, job = std::move(job)] { return run(job); });
     }
-    job.busy = std::make_shared<BusyItems>(m_context.rows, job.ids);
-    startJob([this, job = std::move(job)] { return run(job); });
 }
 
 QCoro::Task<> BulkActions::run(Job job)
@@ -120,7 +114,10 @@ QCoro::Task<> BulkActions::run(Job job)
         // This opens the session, so the engine's own check does not ask again.
         if (co_await m_context.masterPasswordManager.requireAuthenticationOrCancel()) {
             const QList<ProtectedItem> due = liveItems(job);
-            if (!due.isEmpty()) {
+            if (due.isEmpty()) {
+                m_context.masterPasswordManager.endSession();
+            } else {
+                const BusyItems busy(m_context, due, [&shown] { shown.hide(); });
                 co_await job.operation(due, shown.callback());
             }
         }
@@ -137,7 +134,7 @@ QCoro::Task<> BulkActions::run(Job job)
 QList<ProtectedItem> BulkActions::liveItems(const Job &job) const
 {
     QList<ProtectedItem> items = m_context.quillhavenManager.catalogue().items(job.ids);
-    items.removeIf([&job](const ProtectedItem &item) { return !job.isDue(item); });
+    items.removeIf([&](const ProtectedItem &item) { return !job.isDue(item) || m_context.rows.isMarkedBusy(item.id); });
     return items;
 }
 

@@ -20,7 +20,6 @@
 
 namespace quillhaven {
 
-class BusyItems;
 class Clock;
 class FilePanels;
 
@@ -60,7 +59,6 @@ private:
         QStringList ids;
         Condition isDue = {}; ///< checked after the master password was entered, on the current records
         Operation operation = {};
-        std::shared_ptr<BusyItems> busy = {};
         bool endsSelection = true;
     };
 
@@ -76,6 +74,7 @@ private:
     [[nodiscard]] QCoro::Task<> protectByPassword(QStringList paths, Answer<PasswordInputDialogManager::Reply> reply);
 
     [[nodiscard]] QCoro::Task<> bulkProtect(QStringList paths, QString password, bool useTouchID);
+    /// The current records that are due, except those which another job of the window has begun to work on.
     [[nodiscard]] QList<ProtectedItem> liveItems(const Job &job) const;
 
     DashboardContext m_context;

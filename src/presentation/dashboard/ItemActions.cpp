@@ -41,7 +41,7 @@ QCoro::Task<> ItemActions::toggleLock(QString id, bool wasMounted)
     if (!item || item->isMounted != wasMounted) {
         co_return;
     }
-    const BusyItems busy(m_context.rows, {id});
+    const BusyItems busy(m_context, {*item});
     try {
         if (wasMounted) {
             co_await m_context.quillhavenManager.lockItem(*item);
@@ -92,7 +92,7 @@ QCoro::Task<> ItemActions::remove(QString id)
     if (!item) {
         co_return;
     }
-    const BusyItems busy(m_context.rows, {id});
+    const BusyItems busy(m_context, {*item});
     try {
         co_await m_context.quillhavenManager.removeProtection(*item);
     } catch (...) {

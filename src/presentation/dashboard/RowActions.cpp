@@ -163,7 +163,7 @@ QCoro::Task<> RowActions::duplicate(QString id)
     if (!item) {
         co_return;
     }
-    const BusyItems busy(m_context.rows, {id});
+    const BusyItems busy(m_context, {*item});
     const auto logProgress = [](const QString &, double progress) {
         printLogger(QStringLiteral("Duplicate progress: ") + QString::number(progress));
     };
@@ -208,7 +208,7 @@ QCoro::Task<> RowActions::trash(QString id)
     if (!item) {
         co_return;
     }
-    const BusyItems busy(m_context.rows, {id});
+    const BusyItems busy(m_context, {*item});
     try {
         co_await moveItemToTrash(*item);
     } catch (...) {
@@ -231,11 +231,10 @@ QCoro::Task<> RowActions::moveItemToTrash(ProtectedItem item)
     }
     printLogger(QStringLiteral("🔓 File is locked, removing protection first"));
     co_await manager.removeProtection(item);
-    if (m_files.fileExists(item.originalPath)) {
-        co_await offMainThread(std::move(moveIt));
-    } else if (!isListed(item.id)) { // else the user has cancelled the removal
+    if (!m_files.fileExists(item.originalPath)) {
         throw QuillhavenError(QuillhavenError::itemNotFound);
     }
+    co_await offMainThread(std::move(moveIt));
 }
 
 void RowActions::showTroubleshootingInfo()

@@ -28,6 +28,20 @@ QStringList idsOf(const QList<ProtectedItem> &items)
     return ids;
 }
 
+/// A sentence for the confirmed items that were not touched.
+QString passedOverText(const QList<ProtectedItem> &confirmed, const QStringList &shreddedIds)
+{
+    QStringList names;
+    for (const ProtectedItem &item : confirmed) {
+        if (!shreddedIds.contains(item.id)) {
+            names.append(QLatin1Char('"') + displayName(item.originalName) + QLatin1Char('"'));
+        }
+    }
+    const QString reason = QStringLiteral(" shredded: no longer in the list, or in use by another operation.");
+    return names.size() == 1 ? names.constFirst() + QStringLiteral(" was not") + reason
+                             : QString::number(names.size()) + QStringLiteral(" items were not") + reason;
+}
+
 StorageFacts factsAbout(const VolumeInspector &volumes, const QStringList &places)
 {
     StorageFacts facts;
@@ -108,18 +122,20 @@ void ShredActions::forgetAll()
 
 void ShredActions::performShredOperation()
 {
-    startJob([this] { return run(); });
+    startJob([this, items = m_protectedItemsToShred, paths = m_itemsToShred] { return run(items, paths); });
 }
 
-QCoro::Task<> ShredActions::run()
+QCoro::Task<> ShredActions::run(QList<ProtectedItem> protectedItems, QStringList paths)
 {
-    const QStringList paths = m_itemsToShred;
-    const QList<ProtectedItem> items = m_protectedItemsToShred;
     std::exception_ptr failure;
     bool isCancelled = false;
     try {
-        const ShownOperation shown(m_progress);
-        co_await shred(shown.callback());
+        if (!protectedItems.isEmpty()) {
+            co_await shred(protectedItems);
+        } else if (!paths.isEmpty()) {
+            const ShownOperation shown(m_progress);
+            co_await m_context.quillhavenManager.shredUnprotectedItems(paths, shown.callback());
+        }
     } catch (const QuillhavenError &error) {
         isCancelled = error.errorCase() == QuillhavenError::authenticationCancelled;
         failure = std::current_exception();
@@ -127,7 +143,7 @@ QCoro::Task<> ShredActions::run()
         failure = std::current_exception();
     }
     // If they differ, another question has replaced them meanwhile and still waits for its answer.
-    const bool isUnchanged = m_itemsToShred == paths && m_protectedItemsToShred == items;
+    const bool isUnchanged = m_itemsToShred == paths && m_protectedItemsToShred == protectedItems;
     if (!isCancelled && isUnchanged) {
         forgetAll();
     }
@@ -138,30 +154,34 @@ QCoro::Task<> ShredActions::run()
     }
 }
 
-QCoro::Task<> ShredActions::shred(ProgressCallback progressCallback)
+QCoro::Task<> ShredActions::shred(QList<ProtectedItem> protectedItems)
 {
     QuillhavenManager &manager = m_context.quillhavenManager;
-    if (m_protectedItemsToShred.isEmpty()) {
-        if (!m_itemsToShred.isEmpty()) {
-            const QStringList paths = m_itemsToShred;
-            co_await manager.shredUnprotectedItems(paths, progressCallback);
+    const QList<ProtectedItem> items = liveItems(protectedItems);
+    const ShownOperation shown(m_progress);
+    std::optional<BusyItems> busy;
+    // Marked at the first report: before it, the operation may wait for the master password, perhaps for good.
+    const auto progressCallback = [&, show = shown.callback()](const QString &message, double progress) {
+        if (!busy) {
+            busy.emplace(m_context, items, [&shown] { shown.hide(); });
         }
-        co_return;
-    }
-    const QList<ProtectedItem> items = liveItems();
-    const BusyItems busy(m_context.rows, idsOf(items));
+        show(message, progress);
+    };
     if (items.size() == 1) {
         co_await manager.shredProtectedItem(items.constFirst(), progressCallback);
     } else if (!items.isEmpty()) {
         co_await manager.bulkShredProtectedItems(items, progressCallback);
     }
+    if (items.size() < protectedItems.size()) {
+        throw QuillhavenError(QuillhavenError::accessDenied, passedOverText(protectedItems, idsOf(items)));
+    }
 }
 
-QList<ProtectedItem> ShredActions::liveItems() const
+QList<ProtectedItem> ShredActions::liveItems(const QList<ProtectedItem> &items) const
 {
-    QList<ProtectedItem> items = m_context.quillhavenManager.catalogue().items(idsOf(m_protectedItemsToShred));
-    items.removeIf([this](const ProtectedItem &item) { return m_context.rows.isMarkedBusy(item.id); });
-    return items;
+    QList<ProtectedItem> live = m_context.quillhavenManager.catalogue().items(idsOf(items));
+    live.removeIf([this](const ProtectedItem &item) { return m_context.rows.isMarkedBusy(item.id); });
+    return live;
 }
 
 } // namespace quillhaven

@@ -41,7 +41,7 @@ public:
     Q_INVOKABLE void performBulkShred();
     /// Shreds the item of the catalogue with this original path, or else the file or folder at the path.
     void handleShredAction(const QString &path);
-    /// Destroys the items that were confirmed.
+    /// Destroys the items that were confirmed: those of the question at the moment of this call.
     void performShredOperation();
 
 private:
@@ -49,10 +49,10 @@ private:
     void forgetAll();
     /// Shows what the places of the items of this question may keep, unless another one was asked meanwhile.
     [[nodiscard]] static QCoro::Task<> noteStorage(QPointer<ShredActions> self, QStringList places, quint64 question);
-    [[nodiscard]] QCoro::Task<> run();
-    [[nodiscard]] QCoro::Task<> shred(ProgressCallback progressCallback);
-    /// The current records of the protected items to shred.
-    [[nodiscard]] QList<ProtectedItem> liveItems() const;
+    [[nodiscard]] QCoro::Task<> run(QList<ProtectedItem> protectedItems, QStringList paths);
+    [[nodiscard]] QCoro::Task<> shred(QList<ProtectedItem> protectedItems);
+    /// The current records of the items, except those which another job of the window works on.
+    [[nodiscard]] QList<ProtectedItem> liveItems(const QList<ProtectedItem> &items) const;
 
     DashboardContext m_context;
     const VolumeInspector &m_volumes;

@@ -76,15 +76,17 @@ class ShownOperation
 {
 public:
     explicit ShownOperation(OperationProgress &progress) : m_progress(progress), m_number(progress.show()) {}
-    ~ShownOperation()
+    ~ShownOperation() { hide(); }
+    ShownOperation(const ShownOperation &) = delete;
+    ShownOperation &operator=(const ShownOperation &) = delete;
+
+    /// Closes the sheet of an operation that never continues.
+    void hide() const
     {
         if (m_progress.isLatest(m_number)) {
             m_progress.hide();
         }
     }
-    ShownOperation(const ShownOperation &) = delete;
-    ShownOperation &operator=(const ShownOperation &) = delete;
-
     /// Receives what the operation reports.
     [[nodiscard]] std::function<void(const QString &message, double progress)> callback() const
     {

@@ -199,13 +199,13 @@ TEST_F(RowActionsOfAnItem, AFailingTrashAfterTheRemovalLeavesTheFileOutOfTheList
     EXPECT_TRUE(started().manager.protectedItems().isEmpty());
 }
 
-TEST_F(RowActionsOfAnItem, ADeclinedPanelEndsTheMoveToTheTrashWithoutAMessage)
+TEST_F(RowActionsOfAnItem, ADeclinedPanelEndsTheMoveToTheTrashAndTheItemStaysInTheList)
 {
     const QString path = protect(QStringLiteral("will.pdf"));
     ASSERT_TRUE(QFile::remove(path));
     services.panels.confirm = [](const PlaceRequest &) { return std::nullopt; };
     moveToTrash();
-    EXPECT_EQ(error(), QString());
+    EXPECT_EQ(error(), QStringLiteral("The file 'will.pdf' could not be found. It may have been moved or deleted."));
     EXPECT_EQ(started().manager.protectedItems().size(), 1);
 }
 

@@ -148,7 +148,8 @@ TEST_F(Shredding, ItemThatAnotherJobStartedToUseIsNotTouched)
     ASSERT_EQ(started().manager.protectedItems().size(), 1);
     EXPECT_TRUE(TemporaryHome::exists(started().item().originalBackupPath + QStringLiteral("/one.txt")));
     EXPECT_FALSE(shredding().progress()->isPresented());
-    EXPECT_FALSE(started().dashboard.showingError());
+    EXPECT_EQ(started().dashboard.errorMessage(),
+              QStringLiteral("\"album\" was not shredded: no longer in the list, or in use by another operation."));
 }
 
 TEST_F(Shredding, RowIsBusyWhileItsItemIsShredded)
@@ -193,7 +194,39 @@ TEST_F(Shredding, ItemWhoseProtectionWasRemovedMeanwhileIsNotTouched)
     confirm();
     EXPECT_TRUE(TemporaryHome::exists(path + QStringLiteral("/one.txt")));
     EXPECT_EQ(reported.join(QString()), QString()) << "no progress is reported without items";
-    EXPECT_FALSE(started().dashboard.showingError());
+    EXPECT_EQ(started().dashboard.errorMessage(),
+              QStringLiteral("\"album\" was not shredded: no longer in the list, or in use by another operation."));
+}
+
+TEST_F(Shredding, ItemsThatWerePassedOverAreCountedAndTheOthersAreShredded)
+{
+    for (const char *name : {"one", "two", "three"}) {
+        protectFolder(QString::fromLatin1(name));
+    }
+    started().dashboard.selection()->selectAll();
+    shredding().performBulkShred();
+    const QString first = started().item(0).id;
+    const QString second = started().item(1).id;
+    started().dashboard.rows().setBusy({first, second}, true);
+    confirm();
+    EXPECT_EQ(started().manager.protectedItems().size(), 2);
+    EXPECT_EQ(started().dashboard.errorMessage(),
+              QStringLiteral("2 items were not shredded: no longer in the list, or in use by another operation."));
+    EXPECT_EQ(started().dashboard.selection()->getSelectedItems().size(), 2);
+}
+
+TEST_F(Shredding, OnlyWhatWasConfirmedIsShreddedAlthoughAnotherQuestionComesAtOnce)
+{
+    const QString first = services.home.write(QStringLiteral("papers/first.txt"));
+    const QString second = services.home.write(QStringLiteral("papers/second.txt"));
+    shredding().handleShredAction(first);
+    confirm(shredding());
+    shredding().handleShredAction(second);
+    DashboardHarness::settle();
+    EXPECT_FALSE(TemporaryHome::exists(first));
+    EXPECT_TRUE(TemporaryHome::exists(second));
+    EXPECT_EQ(shredding().itemsToShred(), QStringList(second));
+    EXPECT_TRUE(shredding().confirmation()->isPresented());
 }
 
 TEST_F(Shredding, FailureIsShownAndClearsTheListButNotTheSelection)
