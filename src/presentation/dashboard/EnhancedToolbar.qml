@@ -84,12 +84,10 @@ Rectangle {
                     UpdateBadge { updates: toolbar.dashboard.updateBadge; showsText: !toolbar.isNarrow }
                 }
 
-                TextLabel {
+                ActivityLine {
                     Layout.fillWidth: true
-                    text: "Secure your files with ease"
-                    color: Colors.textSecondary
-                    font.pixelSize: Typography.subheadlineSize
-                    elide: Text.ElideRight
+                    restingText: "Secure your files with ease"
+                    activity: toolbar.dashboard.activityText
                 }
             }
 
@@ -116,11 +114,6 @@ Rectangle {
                 Accessible.description: "Opens application preferences"
                 onClicked: toolbar.showPreferences()
             }
-        }
-
-        ProtectingBar {
-            Layout.fillWidth: true
-            text: toolbar.dashboard.activityText
         }
 
         Rectangle {

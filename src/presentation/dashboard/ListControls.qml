@@ -14,6 +14,7 @@ RowLayout {
 
     required property SearchFilterBarModel filters
     required property ItemSelection selection
+    property bool offersSelection: true
 
     spacing: Spacing.sm
 
@@ -35,13 +36,14 @@ RowLayout {
     Item { Layout.fillWidth: true }
 
     SecondaryButton {
-        visible: controls.selection.isInSelectionMode
+        visible: controls.offersSelection && controls.selection.isInSelectionMode
         implicitHeight: Math.max(Spacing.xxl, implicitContentHeight + Spacing.md)
         text: controls.selection.selectAllText
         onClicked: controls.selection.toggleSelectAll()
     }
 
     SecondaryButton {
+        visible: controls.offersSelection || controls.selection.isInSelectionMode
         implicitHeight: Math.max(Spacing.xxl, implicitContentHeight + Spacing.md)
         text: controls.selection.modeText
         onClicked: controls.selection.toggleSelectionMode()

@@ -24,8 +24,7 @@ Rectangle {
     }
 
     /// The least height at which the list is of use.
-    implicitHeight: isEmpty ? (noResults.visible ? noResults.implicitHeight : empty.implicitHeight) + 2 * Spacing.sm
-                            : content.implicitHeight + 2
+    implicitHeight: content.implicitHeight + 2
     radius: DesignSystem.cornerRadiusLarge
     color: Colors.cardBackground
     border.width: 1
@@ -41,32 +40,6 @@ Rectangle {
             event.accepted = false
     }
 
-    EnhancedEmptyStateView {
-        id: empty
-
-        anchors.centerIn: parent
-        width: Math.min(parent.width - 2 * Spacing.xl, Metrics.emptyStateWidth)
-        isCompact: area.height < Metrics.compactList
-        visible: area.isEmpty && !area.dashboard.items.hasNoResults
-    }
-
-    EnhancedEmptyStateView {
-        id: noResults
-
-        anchors.centerIn: parent
-        width: Math.min(parent.width - 2 * Spacing.xl, Metrics.emptyStateWidth)
-        isCompact: area.height < Metrics.compactList
-        visible: area.dashboard.items.hasNoResults
-        lines: ["No items match your search criteria",
-                "Try adjusting filters above or clear all to see your protected files."]
-
-        SecondaryButton {
-            text: area.dashboard.filters.adaptiveCTAText
-            helpText: "Click to clear all filters"
-            onClicked: area.dashboard.filters.clearAllFilters()
-        }
-    }
-
     ColumnLayout {
         id: content
 
@@ -75,13 +48,14 @@ Rectangle {
         spacing: 0
 
         ListControls {
-            visible: !area.isEmpty
+            visible: !area.isEmpty || filters.hasActiveFilters
             Layout.fillWidth: true
             Layout.leftMargin: Spacing.lg
             Layout.rightMargin: Spacing.lg
             Layout.preferredHeight: Math.max(Spacing.minTouchTarget, implicitHeight + Spacing.md)
             filters: area.dashboard.filters
             selection: area.selection
+            offersSelection: !area.isEmpty
         }
 
         // Also while every selected item is hidden.
@@ -102,6 +76,41 @@ Rectangle {
             Layout.fillWidth: true
             Layout.preferredHeight: 1
             color: Colors.borderSubtle
+        }
+
+        Item {
+            id: emptyArea
+
+            Layout.fillWidth: true
+            Layout.fillHeight: true
+            visible: area.isEmpty
+            implicitHeight: (noResults.visible ? noResults.implicitHeight : empty.implicitHeight) + 2 * Spacing.sm
+
+            EnhancedEmptyStateView {
+                id: empty
+
+                anchors.centerIn: parent
+                width: Math.min(parent.width - 2 * Spacing.xl, Metrics.emptyStateWidth)
+                isCompact: emptyArea.height < Metrics.compactList
+                visible: area.isEmpty && !area.dashboard.items.hasNoResults
+            }
+
+            EnhancedEmptyStateView {
+                id: noResults
+
+                anchors.centerIn: parent
+                width: Math.min(parent.width - 2 * Spacing.xl, Metrics.emptyStateWidth)
+                isCompact: emptyArea.height < Metrics.compactList
+                visible: area.dashboard.items.hasNoResults
+                lines: ["No items match your search criteria",
+                        "Try adjusting filters above or clear all to see your protected files."]
+
+                SecondaryButton {
+                    text: area.dashboard.filters.adaptiveCTAText
+                    helpText: "Click to clear all filters"
+                    onClicked: area.dashboard.filters.clearAllFilters()
+                }
+            }
         }
 
         ListView {
