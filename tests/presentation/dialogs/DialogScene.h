@@ -124,9 +124,9 @@ public:
     {
         return find(m_window->contentItem(), "text", QString::fromUtf8(text), true);
     }
-    [[nodiscard]] bool findSymbol(const char *symbol) const
+    [[nodiscard]] QQuickItem *findSymbol(const char *symbol) const
     {
-        return find(m_window->contentItem(), "symbol", QString::fromUtf8(symbol), true) != nullptr;
+        return find(m_window->contentItem(), "symbol", QString::fromUtf8(symbol), true);
     }
     /// Whether any field, visible or not, still contains this text.
     [[nodiscard]] bool holdsTypedText(const char *text) const

@@ -177,6 +177,25 @@ TEST(ShredProgressWindow, ShowsItsStateAndCannotBeClosed)
     EXPECT_TRUE(scene.getsFocus("Behind"));
 }
 
+TEST(ShredProgressWindow, IsBetween400And500WideWithACircleOf80)
+{
+    ManualClock clock;
+    OperationProgress operation(clock);
+    DialogScene scene(QStringLiteral("ShredProgressView { objectName: \"sheet\"; operation: scene.operation }"),
+                      {{QStringLiteral("operation"), QVariant::fromValue(&operation)}});
+    const QObject *sheet = scene.window()->findChild<QObject *>(QStringLiteral("sheet"));
+    ASSERT_TRUE(sheet);
+    operation.show();
+    for (const QString &message : {QStringLiteral("a"), QStringLiteral("Pass 2 of 3: a long name ").repeated(10)}) {
+        operation.report(message, 0.5);
+        ASSERT_TRUE(spinUntil([&] { return scene.shows(qUtf8Printable(message)); }));
+        scene.window()->grabWindow();
+        EXPECT_GE(sheet->property("width").toDouble(), 400);
+        EXPECT_LE(sheet->property("width").toDouble(), 500);
+    }
+    EXPECT_EQ(scene.findSymbol("trash.fill")->width(), 80);
+}
+
 TEST(ShredProgressWindow, CanBeCancelledIfTheOwnerAllowsIt)
 {
     ManualClock clock;
@@ -227,6 +246,8 @@ TEST(BulkFilePickerWindow, ItemsCanBeChosenAndProtectedWithTheKeyboard)
     ASSERT_TRUE(spinUntil([&] { return scene.shows("Selected Items (1)"); }));
     EXPECT_TRUE(scene.shows("a.txt"));
     EXPECT_TRUE(scene.shows("Clear All"));
+    EXPECT_GE(scene.sheet()->width(), 400);
+    EXPECT_LE(scene.sheet()->width(), 500);
     picker.handleFileSelection({QStringLiteral("/papers/b.txt")});
     EXPECT_TRUE(scene.heard().names.contains(QStringLiteral("Remove b.txt")));
     scene.click("Protect 2 Items");
