@@ -30,7 +30,7 @@ Item {
         spacing: indicator.width / 8
 
         Repeater {
-            model: 3
+            model: DesignSystem.reduceMotion ? 3 : 0
 
             Rectangle {
                 width: indicator.width / 4

@@ -38,10 +38,15 @@ Button {
     Accessible.name: text
     Accessible.description: helpText
 
-    KeyboardPress {
-        control: button
-        onPressed: if (!button.busy) button.clicked()
+    // As KeyboardPress does, but without its objects: a long list has many buttons.
+    function press() {
+        if (enabled && !busy)
+            clicked()
     }
+    Keys.onReturnPressed: press()
+    Keys.onEnterPressed: press()
+    Accessible.onPressAction: press()
+    Accessible.onToggleAction: press()
 
     ToolTip.visible: hovered && ToolTip.text !== ""
     ToolTip.text: helpText === "" && !showsText ? text : helpText

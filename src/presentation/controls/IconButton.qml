@@ -17,4 +17,10 @@ FilledButton {
     foreground: color
     Accessible.name: helpText
     Accessible.description: ""
+
+    contentItem: SymbolImage {
+        symbol: button.symbol
+        size: Metrics.symbolControl
+        color: button.foreground
+    }
 }

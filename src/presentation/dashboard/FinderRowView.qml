@@ -190,25 +190,11 @@ FocusScope {
                 HoverHandler { id: nameHover }
             }
 
-            RowLayout {
+            Loader {
                 Layout.fillWidth: true
                 visible: row.showingCopySuccess
-                spacing: Spacing.xs
-
-                SymbolImage {
-                    symbol: "checkmark.circle.fill"
-                    size: Metrics.symbolSmall
-                    color: Colors.success
-                }
-
-                Text {
-                    Layout.fillWidth: true
-                    text: "Path copied to clipboard"
-                    color: Colors.success
-                    font.pixelSize: Typography.footnoteSize
-                    horizontalAlignment: Text.AlignLeft
-                    elide: Text.ElideRight
-                }
+                active: visible
+                source: "CopiedNote.qml"
             }
 
             Text {
@@ -227,10 +213,11 @@ FocusScope {
             Layout.preferredWidth: Metrics.symbolRow
             Layout.preferredHeight: Metrics.symbolRow
 
-            ActivityIndicator {
+            Loader {
                 anchors.fill: parent
                 visible: row.isBusy
-                color: Colors.primaryAccent
+                active: row.isBusy
+                source: "../Controls/ActivityIndicator.qml"
                 Accessible.role: Accessible.Animation
                 Accessible.name: "Working on " + row.originalName
             }
@@ -249,7 +236,7 @@ FocusScope {
             }
         }
 
-        RowLayout {
+        Row {
             spacing: Spacing.xs
 
             RowButton {

@@ -45,15 +45,6 @@ bool ItemSelection::isEverythingSelected() const
     return m_selectedItems.size() == m_items.count();
 }
 
-QSet<QString> ItemSelection::shownIds() const
-{
-    QSet<QString> ids;
-    for (int row = 0; row < m_items.count(); ++row) {
-        ids.insert(m_items.idAt(row));
-    }
-    return ids;
-}
-
 void ItemSelection::toggleSelectionMode()
 {
     m_isInSelectionMode = !m_isInSelectionMode;
@@ -62,7 +53,11 @@ void ItemSelection::toggleSelectionMode()
 
 void ItemSelection::toggleSelectAll()
 {
-    setSelectedItems(isEverythingSelected() ? QSet<QString>() : shownIds());
+    if (isEverythingSelected()) {
+        setSelectedItems({});
+    } else {
+        selectShownItems();
+    }
 }
 
 void ItemSelection::onSelectionToggle(const QString &id)
@@ -83,7 +78,7 @@ void ItemSelection::extendSelection(const QString &id)
 void ItemSelection::selectAll()
 {
     m_isInSelectionMode = true;
-    setSelectedItems(shownIds());
+    selectShownItems();
 }
 
 void ItemSelection::clearSelection()
@@ -92,45 +87,43 @@ void ItemSelection::clearSelection()
     setSelectedItems({});
 }
 
-void ItemSelection::setSelectedItems(const QSet<QString> &ids)
+void ItemSelection::selectShownItems()
+{
+    QSet<QString> ids;
+    ids.reserve(m_items.count());
+    SelectionCounts counts;
+    for (int row = 0; row < m_items.count(); ++row) {
+        const ProtectedItem &item = m_items.itemAt(row);
+        ids.insert(item.id);
+        counts.add(item);
+    }
+    setSelectedItems(ids, counts);
+}
+
+void ItemSelection::setSelectedItems(const QSet<QString> &ids, const std::optional<SelectionCounts> &counts)
 {
     m_selectedItems = ids;
+    m_counts = counts;
     m_items.rows().setSelected(ids);
-    m_isCounted = false;
     Q_EMIT changed();
 }
 
-int ItemSelection::canUnlockCount() const
+const SelectionCounts &ItemSelection::counts() const
 {
-    count();
-    return m_canUnlockCount;
-}
-
-int ItemSelection::canLockCount() const
-{
-    count();
-    return m_canLockCount;
-}
-
-void ItemSelection::count() const
-{
-    if (m_isCounted) {
-        return;
-    }
-    m_isCounted = true;
-    m_canUnlockCount = 0;
-    m_canLockCount = 0;
-    for (int row = 0; row < m_items.count() && !m_selectedItems.isEmpty(); ++row) {
-        const ProtectedItem &item = m_items.itemAt(row);
-        if (m_selectedItems.contains(item.id)) {
-            ++(item.isMounted ? m_canLockCount : m_canUnlockCount);
+    if (!m_counts) {
+        m_counts.emplace();
+        for (int row = 0; row < m_items.count() && !m_selectedItems.isEmpty(); ++row) {
+            if (const ProtectedItem &item = m_items.itemAt(row); m_selectedItems.contains(item.id)) {
+                m_counts->add(item);
+            }
         }
     }
+    return *m_counts;
 }
 
 void ItemSelection::reportLater()
 {
-    m_isCounted = false;
+    m_counts.reset();
     if (!m_willReport) {
         m_willReport = true;
         const auto report = [this] {

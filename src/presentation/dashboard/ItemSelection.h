@@ -8,9 +8,20 @@
 #include <QSet>
 #include <QtQml/qqmlregistration.h>
 
+#include <optional>
+
 namespace quillhaven {
 
 class FilteredItemsModel;
+
+/// How many items can be unlocked and locked.
+struct SelectionCounts
+{
+    void add(const ProtectedItem &item) { ++(item.isMounted ? canLock : canUnlock); }
+
+    int canUnlock = 0;
+    int canLock = 0;
+};
 
 /// The items that the user has selected. An item that a filter hides stays selected and is counted, but operations on
 /// the selection leave it out.
@@ -38,8 +49,8 @@ public:
     [[nodiscard]] QList<ProtectedItem> getSelectedItems() const;
     /// The same, but only the unlocked or only the locked ones.
     [[nodiscard]] QList<ProtectedItem> getSelectedItems(bool isMounted) const;
-    [[nodiscard]] int canUnlockCount() const;
-    [[nodiscard]] int canLockCount() const;
+    [[nodiscard]] int canUnlockCount() const { return counts().canUnlock; }
+    [[nodiscard]] int canLockCount() const { return counts().canLock; }
 
     [[nodiscard]] QString modeText() const;
     [[nodiscard]] QString selectAllText() const;
@@ -61,18 +72,15 @@ Q_SIGNALS:
     void changed();
 
 private:
-    void setSelectedItems(const QSet<QString> &ids);
+    void selectShownItems();
+    void setSelectedItems(const QSet<QString> &ids, const std::optional<SelectionCounts> &counts = {});
     [[nodiscard]] bool isEverythingSelected() const;
-    [[nodiscard]] QSet<QString> shownIds() const;
-    /// Makes the counts ready to be read.
-    void count() const;
+    [[nodiscard]] const SelectionCounts &counts() const;
     void reportLater();
 
     const FilteredItemsModel &m_items;
     QSet<QString> m_selectedItems;
-    mutable int m_canUnlockCount = 0;
-    mutable int m_canLockCount = 0;
-    mutable bool m_isCounted = false;
+    mutable std::optional<SelectionCounts> m_counts; ///< of the selected items that the list shows
     bool m_willReport = false;
     bool m_isInSelectionMode = false;
 };

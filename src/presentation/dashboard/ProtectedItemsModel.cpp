@@ -7,6 +7,7 @@
 #include "support/DisplayName.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace quillhaven {
 
@@ -160,9 +161,8 @@ void ProtectedItemsModel::setShowingCopySuccess(const QString &id, bool value)
 
 void ProtectedItemsModel::setSelected(const QSet<QString> &ids)
 {
-    const QSet<QString> changed = (m_selected - ids) + (ids - m_selected);
-    m_selected = ids;
-    publish(changed, {IsSelectedRole});
+    const QSet<QString> before = std::exchange(m_selected, ids);
+    publish([&](const QString &id) { return before.contains(id) != ids.contains(id); }, {IsSelectedRole});
 }
 
 void ProtectedItemsModel::setFlag(QSet<QString> &flagged, const QSet<QString> &ids, bool value, const QList<int> &roles)
@@ -170,20 +170,19 @@ void ProtectedItemsModel::setFlag(QSet<QString> &flagged, const QSet<QString> &i
     const QSet<QString> after = value ? flagged + ids : flagged - ids;
     if (flagged != after) {
         flagged = after;
-        publish(ids, roles);
+        publish([&](const QString &id) { return ids.contains(id); }, roles);
     }
 }
 
-void ProtectedItemsModel::publish(const QSet<QString> &ids, const QList<int> &roles)
+void ProtectedItemsModel::publish(const std::function<bool(const QString &id)> &isMeant, const QList<int> &roles)
 {
-    const auto isMeant = [&ids](const ProtectedItem &item) { return ids.contains(item.id); };
-    const auto first = std::find_if(m_items.cbegin(), m_items.cend(), isMeant);
+    const auto first = std::ranges::find_if(m_items.cbegin(), m_items.cend(), isMeant, &ProtectedItem::id);
     if (first == m_items.cend()) {
         return;
     }
-    const auto last = std::find_if(m_items.crbegin(), m_items.crend(), isMeant).base() - 1;
+    const auto last = std::ranges::find_if(m_items.crbegin(), m_items.crend(), isMeant, &ProtectedItem::id);
     Q_EMIT dataChanged(index(static_cast<int>(first - m_items.cbegin())),
-                       index(static_cast<int>(last - m_items.cbegin())), roles);
+                       index(static_cast<int>(m_items.crend() - last) - 1), roles);
 }
 
 } // namespace quillhaven

@@ -7,6 +7,8 @@
 #include <QAbstractListModel>
 #include <QSet>
 
+#include <functional>
+
 namespace quillhaven {
 
 class ItemCatalogue;
@@ -64,8 +66,8 @@ private:
     void removeItem(const QString &id);
     void reload();
     void setFlag(QSet<QString> &flagged, const QSet<QString> &ids, bool value, const QList<int> &roles);
-    /// Emits `dataChanged` for the rows from the first of the items to the last.
-    void publish(const QSet<QString> &ids, const QList<int> &roles);
+    /// Emits `dataChanged` for the rows from the first to the last whose item is meant.
+    void publish(const std::function<bool(const QString &id)> &isMeant, const QList<int> &roles);
 
     const ItemCatalogue &m_catalogue;
     QString m_homePath;

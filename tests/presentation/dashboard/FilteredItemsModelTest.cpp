@@ -6,11 +6,8 @@
 #include "support/RunTask.h"
 
 #include <QLocale>
-#include <QRandomGenerator>
 
 #include <gtest/gtest.h>
-
-#include <algorithm>
 
 using namespace quillhaven;
 using namespace quillhaven::test;
@@ -203,48 +200,4 @@ TEST_F(FilteredItemsModelTest, EmptyCatalogueIsNotALackOfResults)
     filters.setSearchText(QStringLiteral("zzz"));
     EXPECT_TRUE(shown.showFilters());
     EXPECT_TRUE(shown.hasNoResults());
-}
-
-TEST_F(FilteredItemsModelTest, RowsMatchTheCatalogueAfterAnySequenceOfChanges)
-{
-    QRandomGenerator random(20261121);
-    const auto expected = [this] {
-        QList<ProtectedItem> items;
-        const bool isByName = filters.sortOption() == Filters::SortOption::name;
-        for (const bool isMounted : {false, true}) {
-            for (const ProtectedItem &item : catalogue.items()) {
-                if (filters.passes(item) && item.isMounted == isMounted) {
-                    items.append(item);
-                }
-            }
-        }
-        if (isByName) {
-            std::ranges::sort(items, {}, &ProtectedItem::originalName);
-        }
-        return items;
-    };
-    for (int step = 0; step < 1000; ++step) {
-        const QString name = QChar(u'a' + random.bounded(12));
-        switch (random.bounded(6)) {
-        case 0:
-            if (!catalogue.item(QStringLiteral("ID-") + name)) {
-                catalogue.append(namedItem(name, random.bounded(2) == 1));
-            }
-            break;
-        case 1:
-            catalogue.remove({QStringLiteral("ID-") + name});
-            break;
-        case 2:
-            filters.setStatusFilter(Filters::StatusFilter(random.bounded(3)));
-            break;
-        case 3:
-            filters.setSortOption(Filters::SortOption(random.bounded(2)));
-            break;
-        default:
-            setMounted(name, random.bounded(2) == 1);
-        }
-        ASSERT_EQ(rows.items(), catalogue.items()) << "step " << step;
-        ASSERT_EQ(shown.filteredAndSortedItems(), expected()) << "step " << step;
-    }
-    EXPECT_EQ(changes.reset.size(), 0);
 }

@@ -4,6 +4,8 @@
 
 #include "DashboardWindowFixture.h"
 
+#include <QAccessible>
+
 using namespace quillhaven;
 using namespace quillhaven::test;
 
@@ -165,6 +167,39 @@ TEST_F(RowWindow, TheRowIsSixtyHighAndItsMarkAppearsInTheSelectionMode)
             return each->property("label").toString() == QStringLiteral("Select alpha.txt") && each->width() >= 20;
         });
     }));
+}
+
+TEST_F(RowWindow, OnlyABusyRowHasARingAndItSaysWhatIsWorkedOn)
+{
+    const auto isWorking = [this](const QString &name) {
+        const QList<QQuickItem *> items = visibleItems(row(name));
+        return std::ranges::any_of(items, [](QQuickItem *each) { return each->inherits("QQuickBusyIndicator"); }) &&
+               std::ranges::any_of(items, [&name](QQuickItem *each) {
+                   QAccessibleInterface *accessible = QAccessible::queryAccessibleInterface(each);
+                   return accessible && accessible->role() == QAccessible::Animation &&
+                          accessible->text(QAccessible::Name) == QStringLiteral("Working on ") + name;
+               });
+    };
+    EXPECT_FALSE(isWorking(QStringLiteral("alpha.txt")));
+    started().dashboard.rows().setBusy({QStringLiteral("ID-alpha.txt")}, true);
+    EXPECT_TRUE(isWorking(QStringLiteral("alpha.txt")));
+    EXPECT_FALSE(isWorking(QStringLiteral("bravo.png")));
+    started().dashboard.rows().setBusy({QStringLiteral("ID-alpha.txt")}, false);
+    EXPECT_FALSE(isWorking(QStringLiteral("alpha.txt")));
+}
+
+TEST_F(RowWindow, ANoteTakesThePlaceOfAPathThatWasCopied)
+{
+    const auto isNoted = [this] { return shows("Path copied to clipboard"); };
+    const auto paths = [this] { return texts().count(QStringLiteral("~/papers")); };
+    EXPECT_FALSE(isNoted());
+    EXPECT_EQ(paths(), 3);
+    started().dashboard.rows().setShowingCopySuccess(QStringLiteral("ID-alpha.txt"), true);
+    EXPECT_TRUE(isNoted());
+    EXPECT_EQ(paths(), 2);
+    started().dashboard.rows().setShowingCopySuccess(QStringLiteral("ID-alpha.txt"), false);
+    EXPECT_FALSE(isNoted());
+    EXPECT_EQ(paths(), 3);
 }
 
 TEST_F(RowWindow, TheAutoLockCardAndItsGearOpenThePreferences)
