@@ -106,8 +106,8 @@ class Passwords(WindowTest):
         flows.open_protection(self.program, letter)
         self.program.find(BUTTON, flows.re.compile(f"^{flows.PASSWORD_CARD}")).press()
         self.program.find(FIELD, "Password").type(self.SECRET)
+        self.program.find_disabled(BUTTON, "Protect")
         self.program.find(FIELD, "Confirm password").type(self.SECRET)
-        # A button is only found if it is enabled, which requires that both fields are filled.
         self.program.find(BUTTON, "Protect")
         self.assert_not_on_the_bus()
 

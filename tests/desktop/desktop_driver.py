@@ -228,7 +228,8 @@ class Node:
         """Returns the visible control below this one, or None; see Program.find."""
         return next((node for node in self.walk() if node.matches(role, name)), None)
 
-    def matches(self, role, name):
+    def is_called(self, role, name):
+        """Whether this is visible and has this role and name; see Program.look."""
         if role is not None and self.role != role and (role, self.role) != (FIELD, PASSWORD):
             return False
         own = self.name
@@ -237,7 +238,11 @@ class Node:
                 return False
         elif name is not None and own != name:
             return False
-        return self.showing and (self.role not in (BUTTON, FIELD, PASSWORD) or self.usable)
+        return self.showing
+
+    def matches(self, role, name):
+        """The same, and it is also enabled if it is a button or a field."""
+        return self.is_called(role, name) and (self.role not in (BUTTON, FIELD, PASSWORD) or self.usable)
 
     @property
     def usable(self):
@@ -372,9 +377,19 @@ class Program:
     def find_all(self, role, name=None):
         return [node for node in self.walk() if node.matches(role, name)]
 
+    def find_disabled(self, role, name):
+        """Waits until there is a visible control with this role and name that is disabled, and returns it."""
+        return self.wait_for(
+            lambda: next((node for node in self.walk() if node.is_called(role, name) and not node.usable), None),
+            f'a disabled {role} called "{name}"')
+
+    def shows(self, role, name):
+        """Whether a visible control has this role and name, also if it is disabled."""
+        return any(node.is_called(role, name) for node in self.walk())
+
     def gone(self, role, name):
         """Waits until no visible control has this role and name."""
-        self.wait_for(lambda: self.look(role, name) is None, f'the {role} "{name}" to disappear')
+        self.wait_for(lambda: not self.shows(role, name), f'the {role} "{name}" to disappear')
 
     def press(self, role, name):
         self.find(role, name).press()
