@@ -3,6 +3,7 @@
 #include "presentation/controls/AccessibleStates.h"
 
 #include <QAccessible>
+#include <QPointer>
 #include <QQuickItem>
 
 namespace quillhaven {
@@ -10,17 +11,16 @@ namespace quillhaven {
 namespace {
 
 /// The toolkit's interface of a control, except for its state. Both are owned by the toolkit's cache, which deletes
-/// them when the control is destroyed.
+/// them in any order when the control is destroyed or the program ends.
 class ControlInterface : public QAccessibleInterface
 {
 public:
-    ControlInterface(QAccessibleInterface &toolkits, const QQuickItem &control)
-        : m_toolkits(toolkits), m_control(control)
+    ControlInterface(QAccessibleInterface &toolkits, QQuickItem &control) : m_toolkits(toolkits), m_control(&control)
     {
-        QObject::connect(&control, &QQuickItem::enabledChanged, &m_connections, [&control] {
+        QObject::connect(&control, &QQuickItem::enabledChanged, &m_connection, [&control] {
             QAccessible::State changed;
             changed.disabled = true;
-            QAccessibleStateChangeEvent event(const_cast<QQuickItem *>(&control), changed);
+            QAccessibleStateChangeEvent event(&control, changed);
             QAccessible::updateAccessibility(&event);
         });
     }
@@ -28,12 +28,12 @@ public:
     [[nodiscard]] QAccessible::State state() const override
     {
         QAccessible::State state = m_toolkits.state();
-        state.disabled = !m_control.isEnabled();
+        state.disabled = !m_control->isEnabled();
         return state;
     }
 
-    [[nodiscard]] bool isValid() const override { return m_toolkits.isValid(); }
-    [[nodiscard]] QObject *object() const override { return m_toolkits.object(); }
+    [[nodiscard]] bool isValid() const override { return m_control; }
+    [[nodiscard]] QObject *object() const override { return m_control; }
     [[nodiscard]] QWindow *window() const override { return m_toolkits.window(); }
     [[nodiscard]] QList<QPair<QAccessibleInterface *, QAccessible::Relation>>
     relations(QAccessible::Relation match) const override
@@ -56,8 +56,8 @@ public:
 
 private:
     QAccessibleInterface &m_toolkits;
-    const QQuickItem &m_control;
-    QObject m_connections;
+    QPointer<QQuickItem> m_control;
+    QObject m_connection; ///< its context
 };
 
 /// Called for each class of an object, the most derived one first, until there is an interface.
@@ -65,7 +65,7 @@ QAccessibleInterface *makeInterface(const QString &className, QObject *object)
 {
     static const QObject *beingMade = nullptr;
     const bool isControl = className == QLatin1String("QQuickControl") || className == QLatin1String("QQuickTextInput");
-    const auto *control = isControl && object != beingMade ? qobject_cast<QQuickItem *>(object) : nullptr;
+    auto *control = isControl && object != beingMade ? qobject_cast<QQuickItem *>(object) : nullptr;
     if (!control) {
         return nullptr;
     }
