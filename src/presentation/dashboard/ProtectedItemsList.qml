@@ -31,16 +31,6 @@ Rectangle {
     border.width: 1
     border.color: Colors.borderSubtle
 
-    Keys.onPressed: (event) => {
-        event.accepted = true
-        if (event.matches(StandardKey.SelectAll) && !isEmpty)
-            selection.selectAll()
-        else if (event.key === Qt.Key_Escape && selection.isInSelectionMode)
-            selection.clearSelection()
-        else
-            event.accepted = false
-    }
-
     EnhancedEmptyStateView {
         id: empty
 
