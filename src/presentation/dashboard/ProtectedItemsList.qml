@@ -135,8 +135,9 @@ Rectangle {
 
             property ItemContextMenu menu: null
 
-            function openMenu(row, x, y) {
+            function openMenu(row, x, y, isByKeyboard = false) {
                 menu = menu ?? menuOfRow.createObject(list)
+                menu.isByKeyboard = isByKeyboard
                 const point = list.mapFromItem(row, x, y)
                 menu.openFor(row, list, point.x, point.y)
             }
@@ -153,7 +154,7 @@ Rectangle {
                                   [Qt.Key_PageUp]: currentIndex - page, [Qt.Key_PageDown]: currentIndex + page }
                 event.accepted = true
                 if (event.key === Qt.Key_Menu || (event.key === Qt.Key_F10 && event.modifiers & Qt.ShiftModifier))
-                    openMenu(currentItem, Spacing.xxxl, currentItem.height / 2)
+                    openMenu(currentItem, Spacing.xxxl, currentItem.height / 2, true)
                 else if (event.key === Qt.Key_Delete)
                     area.dashboard.itemActions.onDelete(currentIndex)
                 else if (event.key in targets)
