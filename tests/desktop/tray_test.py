@@ -6,7 +6,8 @@ import subprocess
 
 import flows
 from accessible_screen import Screen
-from desktop_driver import BUTTON, DIALOG, LABEL, ROW, AppearedNotifications, key, wait_for
+from bus_events import AppearedNotifications
+from desktop_driver import BUTTON, DIALOG, LABEL, ROW, key, wait_for
 from panel import Panel
 from window_case import WindowTest, main
 

@@ -27,7 +27,7 @@ CheckBox {
     nextCheckState: () => checkState
     onClicked: toggleRequested()
     Accessible.name: label
-    Accessible.checked: ticked // the toolkit reports no change of the state that it derives from checkState
+    Accessible.checked: checked // the toolkit reports no change that comes from checkState
 
     KeyboardPress {
         control: box
