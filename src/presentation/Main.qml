@@ -63,6 +63,7 @@ ApplicationWindow {
 
     DashboardView {
         anchors.fill: parent
+        focus: true
         dashboard: window.dashboard
         acceptsDrops: !window.sheets.isAnyPresented
         onPreferencesWanted: window.sheets.preferences.show()

@@ -5,6 +5,7 @@ pragma ComponentBehavior: Bound
 import QtQuick
 import QtQuick.Controls.Basic
 import Quillhaven
+import Quillhaven.Dashboard
 import Quillhaven.Design
 import Quillhaven.Popover
 
@@ -54,6 +55,12 @@ ApplicationWindow {
         focus: true
         menuBar: window.menuBarModel
         Keys.onEscapePressed: window.hide()
+    }
+
+    Announcement {
+        announcer: window.sheets.announcer
+        // The main window announces also while it is hidden, but there is none after a start at login.
+        isElsewhere: window.sheets.questionWindow.mainWindow !== null
     }
 
     SheetHost {

@@ -81,6 +81,7 @@ class SheetModels : public QObject
     Q_PROPERTY(quillhaven::ErrorDialogManager *preferencesError READ preferencesError CONSTANT)
     Q_PROPERTY(quillhaven::BiometricAuthenticator *biometrics READ biometrics CONSTANT)
     Q_PROPERTY(quillhaven::ErrorDialogManager *menuBarErrorDialogManager READ menuBarErrorDialogManager CONSTANT)
+    Q_PROPERTY(quillhaven::Announcer *announcer READ announcer CONSTANT)
     Q_PROPERTY(quillhaven::QuestionWindow *questionWindow READ questionWindow CONSTANT)
     Q_PROPERTY(bool isAnyPresented READ isAnyPresented NOTIFY isAnyPresentedChanged)
 
@@ -141,6 +142,7 @@ public:
     [[nodiscard]] ErrorDialogManager *preferencesError() const { return &m_sheets.preferences.errors().dialog(); }
     [[nodiscard]] BiometricAuthenticator *biometrics() const { return &m_sheets.biometrics; }
     [[nodiscard]] ErrorDialogManager *menuBarErrorDialogManager() const { return &m_sheets.menuBarError; }
+    [[nodiscard]] Announcer *announcer() const { return m_sheets.dashboard.announcer(); }
     [[nodiscard]] QuestionWindow *questionWindow() { return &m_questionWindow; }
     /// Whether any window shows a sheet.
     [[nodiscard]] bool isAnyPresented() const;

@@ -2,6 +2,7 @@
 
 #include "presentation/WindowEngine.h"
 
+#include "presentation/controls/AccessibleStates.h"
 #include "presentation/tokens/Design.h"
 
 #include <QQuickStyle>
@@ -16,6 +17,7 @@ std::unique_ptr<QQmlEngine> makeWindowEngine(const DisplayPreferences &display)
         return true;
     }();
     Q_UNUSED(isStyleChosen)
+    reportDisabledControls();
     auto engine = std::make_unique<QQmlEngine>();
     installDesign(*engine);
     followDisplay(*engine, display);

@@ -4,7 +4,8 @@
 
 import flows
 import screens
-from desktop_driver import BUTTON, DIALOG, FIELD, PASSWORD, BusMonitor
+from bus_events import BusMonitor
+from desktop_driver import BUTTON, DIALOG, FIELD, PASSWORD
 from window_case import WindowTest, main
 
 
@@ -88,6 +89,8 @@ class Sentences(WindowTest):
         letter = self.file("letter.txt")
         row = flows.protect_with_password(self.program, letter)
         self.assertEqual(row.description, str(letter), "two items may have one name, and differ by their folder")
+        self.assertEqual({node.description for node in row.walk() if node.role == BUTTON}, {"letter.txt, locked"},
+                         "a screen reader does not read out the row of a button")
         self.program.find(FIELD, "Search items").type("no such name")
         self.program.says("No results")
         self.program.says("No items match your search criteria")
@@ -106,8 +109,8 @@ class Passwords(WindowTest):
         flows.open_protection(self.program, letter)
         self.program.find(BUTTON, flows.re.compile(f"^{flows.PASSWORD_CARD}")).press()
         self.program.find(FIELD, "Password").type(self.SECRET)
+        self.program.find_disabled(BUTTON, "Protect")
         self.program.find(FIELD, "Confirm password").type(self.SECRET)
-        # A button is only found if it is enabled, which requires that both fields are filled.
         self.program.find(BUTTON, "Protect")
         self.assert_not_on_the_bus()
 

@@ -1,72 +1,42 @@
 #!/usr/bin/python3
 # SPDX-License-Identifier: GPL-3.0-or-later
-"""What a screen reader finds on each screen: named controls, in the order in which they are seen."""
-
-from collections import Counter
+"""What a screen reader finds on each screen: named controls with their states, in the order in which they are seen."""
 
 import flows
 import screens
-from desktop_driver import DIALOG, ROW
+from accessible_screen import Screen
+from desktop_driver import DIALOG, SWITCH
 from window_case import WindowTest, main
 
-# Roles of objects that only contain others, or that take the focus on behalf of one of them.
-CONTAINERS = ("frame", "window", "filler", "panel", "scroll bar", "scroll pane", "dialog", "list", "layered pane")
-MENU = "popup menu"
-TOLERANCE = 4
-
-
-class Screen:
-    """What is showing in the topmost sheet, or in the window if there is none."""
-
-    def __init__(self, program):
-        shown = [node for node in program.walk() if node.showing]
-        sheets = [node for node in shown if node.role == DIALOG]
-        self.top = sheets[-1] if sheets else next(program.root().children())
-        self.problems = []
-        self._controls = Counter()
-        self._check(self.top, in_row=False)
-        self.problems += [f"{number} times {control}" for control, number in self._controls.items() if number > 1]
-
-    def _check(self, node, in_row):
-        in_row = in_row or node.role == ROW
-        if node.has("focusable") and node.showing and node.role not in CONTAINERS:
-            self._check_control(node, in_row)
-        before = None
-        for child in node.children():
-            if child.showing and child.role not in ("scroll bar", "notification", DIALOG):
-                self._check(child, in_row)
-                before = self._check_order(before, child)
-
-    def _check_control(self, node, in_row):
-        if not node.name:
-            self.problems.append(f"{node} has no name")
-        if node.role in ("", "unknown", "invalid"):
-            self.problems.append(f"{node} has no role")
-        place = node.place
-        if not place or place[2] <= 0 or place[3] <= 0:
-            self.problems.append(f"{node} cannot be seen")
-        if not in_row:
-            self._controls[(node.role, node.name, node.description)] += 1
-
-    def _check_order(self, before, node):
-        x, y, width, height = node.place or (0, 0, 0, 0)
-        if width <= 0 or height <= 0 or node.role == MENU:  # a menu is above everything else
-            return before
-        if before is not None:
-            other, (left, top, right, bottom) = before
-            above = y + height <= top + TOLERANCE
-            same_line = y < bottom - TOLERANCE and top < y + height - TOLERANCE
-            if above or (same_line and x + width <= left + TOLERANCE):
-                self.problems.append(f"{node} is read after {other}, but comes before it")
-        return node, (x, y, x + width, y + height)
+# The controls that are disabled at first.
+DISABLED = {"new password": ["Protect"], "new master password": ["Protect"], "bulk picker": ["Protect 0 Items"],
+            "general": ["Lock on screen saver"], "recovery": ["Recover All Files"], "item password": ["Unlock"],
+            "master password": ["Authenticate"], "shred confirmation": ["🗑️ Shred Permanently"]}
+WITHOUT_FOCUS = ("empty", "list", "selection", "bulk progress", "shred progress")
 
 
 class AccessibleTree(WindowTest):
     def check(self, table):
         self.home.make_cloud_folder()
         for name, screen in table.items():
-            with self.subTest(name), screen(self):
-                self.assertEqual(Screen(self.program).problems, [])
+            with self.subTest(name), screen(self) as title:
+                top = title and self.program.find(DIALOG, title)
+                shown = Screen(self.program, top)
+                self.assertEqual(shown.problems, [])
+                self.assertEqual(shown.disabled, DISABLED.get(name, []))
+                self.assertLessEqual(len(shown.focused), 1, shown.focused)
+                if name not in WITHOUT_FOCUS:
+                    self.assertEqual(len(shown.focused), 1, "the object with the focus")
+                self.check_boxes(shown.boxes())
+
+    def check_boxes(self, names):
+        """Each check box changes its state when it is pressed, and changes it back."""
+        for name in names:
+            is_checked = self.program.find(SWITCH, name).has("checked")
+            for expected in (not is_checked, is_checked):
+                self.program.press(SWITCH, name)
+                self.program.wait_for(lambda: (box := self.program.look(SWITCH, name)) and box.has("checked") == expected,
+                                      f'"{name}" to be checked: {expected}')
 
     def test_each_screen_without_items(self):
         self.program.wait_until_active()
@@ -77,13 +47,20 @@ class AccessibleTree(WindowTest):
         flows.protect_with_password(self.program, self.file("letter.txt"))
         self.check(screens.WITH_AN_ITEM)
 
+    def test_the_question_for_the_master_password(self):
+        flows.protect_with_password(self.program, self.file("letter.txt"))
+        flows.set_master_password(self.program)
+        self.check({"master password": screens.master_password})
+
 
 class Introduction(WindowTest):
     is_introduced = False
 
     def test_the_introduction(self):
         self.program.find(DIALOG, "Welcome to Quillhaven")
-        self.assertEqual(Screen(self.program).problems, [])
+        shown = Screen(self.program)
+        self.assertEqual(shown.problems, [])
+        self.assertEqual(shown.focused, ['push button "Get Started"'])
 
 
 if __name__ == "__main__":

@@ -3,7 +3,8 @@
 """What happens away from the keyboard focus arrives on the accessibility bus as a notification, which screen readers read out."""
 
 import flows
-from desktop_driver import FIELD, AppearedNotifications
+from bus_events import AppearedNotifications, StateChanges
+from desktop_driver import BUTTON, FIELD, SWITCH, key
 from window_case import WindowTest, main
 
 
@@ -30,6 +31,27 @@ class Announcements(WindowTest):
         flows.protect_with_password(self.program, self.file("letter.txt"))
         self.program.find(FIELD, "Search items").type("let")
         self.assert_heard("1 result")
+
+    def test_each_tick_of_a_row_is_reported(self):
+        flows.protect_with_password(self.program, self.file("letter.txt"))
+        self.program.find(BUTTON, "Unlock Item").focus()
+        key("ctrl+a")
+        self.program.says("1 selected")
+        self.program.wait_for(lambda: self.program.find(SWITCH, "Select letter.txt").has("focused"), "the focus on the mark")
+        ticks = StateChanges("checked", SWITCH)
+        self.addCleanup(ticks.stop)
+        for is_ticked in (False, True):
+            key("space")
+            self.program.wait_for(lambda: ticks.changes()[-1:] == [("Select letter.txt", is_ticked)], f"ticked: {is_ticked}")
+
+    def test_a_button_that_becomes_enabled_is_reported(self):
+        flows.open_protection(self.program, self.file("letter.txt"))
+        self.program.press(BUTTON, flows.re.compile(f"^{flows.PASSWORD_CARD}"))
+        changes = StateChanges("enabled", BUTTON)
+        self.addCleanup(changes.stop)
+        for field in ("Password", "Confirm password"):
+            self.program.find(FIELD, field).type(flows.ITEM_PASSWORD)
+        self.program.wait_for(lambda: ("Protect", True) in changes.changes(), "the event of the button")
 
 
 if __name__ == "__main__":

@@ -118,11 +118,11 @@ class Shredding(WindowTest):
         flows.ask_to_shred(self.program, "letter.txt")
         self.program.says("Permanent Deletion Warning")
         # A press before everything is confirmed does nothing: the dialog stays open.
-        self.program.press(BUTTON, SHRED)
+        self.program.find_disabled(BUTTON, SHRED).press()
         box = self.program.find(CHECK_BOX, UNDERSTOOD)
         box.press()
         self.program.wait_for(lambda: box.has("checked"), "the tick")
-        self.program.press(BUTTON, SHRED)
+        self.program.find_disabled(BUTTON, SHRED).press()
         self.program.find(FIELD, PHRASE_FIELD).type("shred permanently")
         self.program.press(BUTTON, SHRED)
         flows.enter_item_password(self.program, "letter.txt")

@@ -17,7 +17,7 @@ from pathlib import Path
 import gi
 
 gi.require_version("Atspi", "2.0")
-from gi.repository import Atspi, Gio, GLib  # noqa: E402
+from gi.repository import Atspi, GLib  # noqa: E402
 
 WAIT_SECONDS = 20.0
 POLL_SECONDS = 0.02
@@ -79,56 +79,6 @@ def screenshot(path, seconds=2.0):
     while now != before and time.monotonic() < end:
         before, now = now, _pixels()
     Path(path).write_bytes(now)
-
-
-class BusMonitor:
-    """Records every message on the accessibility bus while it is entered."""
-
-    def __init__(self, path):
-        self._path = path
-        self._process = None
-
-    def __enter__(self):
-        session = Gio.bus_get_sync(Gio.BusType.SESSION)
-        address = session.call_sync("org.a11y.Bus", "/org/a11y/bus", "org.a11y.Bus", "GetAddress", None, None,
-                                    Gio.DBusCallFlags.NONE, -1, None).unpack()[0]
-        with open(self._path, "wb") as log:
-            self._process = subprocess.Popen(["dbus-monitor", "--address", address], stdout=log)
-        wait_for(lambda: "NameLost" in self.text(), "the monitor to begin")
-        return self
-
-    def __exit__(self, *_):
-        self._process.terminate()
-        self._process.wait()
-
-    def text(self):
-        """The messages so far."""
-        return self._path.read_text(errors="replace")
-
-
-class AppearedNotifications:
-    """The texts of the notifications that have appeared on the accessibility bus since it was created."""
-
-    def __init__(self):
-        self._texts = []
-        self._listener = Atspi.EventListener.new(self._note)
-        self._listener.register("object:state-changed:showing")
-
-    def _note(self, event):
-        try:
-            if event.detail1 and event.source.get_role_name() == "notification":
-                self._texts.append(event.source.get_name())
-        except GLib.Error:
-            pass  # it has disappeared
-
-    def texts(self):
-        """The texts so far, in their order."""
-        while GLib.MainContext.default().iteration(False):
-            pass
-        return list(self._texts)
-
-    def stop(self):
-        self._listener.deregister("object:state-changed:showing")
 
 
 class Node:
@@ -228,7 +178,8 @@ class Node:
         """Returns the visible control below this one, or None; see Program.find."""
         return next((node for node in self.walk() if node.matches(role, name)), None)
 
-    def matches(self, role, name):
+    def is_called(self, role, name):
+        """Whether this is visible and has this role and name; see Program.look."""
         if role is not None and self.role != role and (role, self.role) != (FIELD, PASSWORD):
             return False
         own = self.name
@@ -237,7 +188,11 @@ class Node:
                 return False
         elif name is not None and own != name:
             return False
-        return self.showing and (self.role not in (BUTTON, FIELD, PASSWORD) or self.usable)
+        return self.showing
+
+    def matches(self, role, name):
+        """The same, and it is also enabled if it is a button or a field."""
+        return self.is_called(role, name) and (self.role not in (BUTTON, FIELD, PASSWORD) or self.usable)
 
     @property
     def usable(self):
@@ -372,9 +327,19 @@ class Program:
     def find_all(self, role, name=None):
         return [node for node in self.walk() if node.matches(role, name)]
 
+    def find_disabled(self, role, name):
+        """Waits until there is a visible control with this role and name that is disabled, and returns it."""
+        return self.wait_for(
+            lambda: next((node for node in self.walk() if node.is_called(role, name) and not node.usable), None),
+            f'a disabled {role} called "{name}"')
+
+    def shows(self, role, name):
+        """Whether a visible control has this role and name, also if it is disabled."""
+        return any(node.is_called(role, name) for node in self.walk())
+
     def gone(self, role, name):
         """Waits until no visible control has this role and name."""
-        self.wait_for(lambda: self.look(role, name) is None, f'the {role} "{name}" to disappear')
+        self.wait_for(lambda: not self.shows(role, name), f'the {role} "{name}" to disappear')
 
     def press(self, role, name):
         self.find(role, name).press()

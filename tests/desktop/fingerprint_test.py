@@ -3,6 +3,7 @@
 """Protecting and unlocking with a fingerprint, with the real fprintd and a virtual reader."""
 
 import flows
+from accessible_screen import Screen
 from desktop_driver import BUTTON
 from fingerprint_reader import enrol, forget_all, lay_finger, unresponsive
 from home_on_disk import PLACEHOLDER, picture
@@ -51,6 +52,9 @@ class Fingerprint(WindowTest):
         with unresponsive():
             flows.press_in_row(self.program, "letter.txt", "Unlock Item")
             self.program.says(waiting)
+            prompt = Screen(self.program)
+            self.assertEqual(prompt.problems, [])
+            self.assertEqual(prompt.focused, ['push button "Cancel"'])
             self.program.press(BUTTON, "Cancel")
             self.program.gone(None, waiting)
             self.program.says("Touch ID is not available on this device.")

@@ -238,7 +238,7 @@ class TheSession(LoginTest):
                 program = self.session_starts(command)
                 program.wait_for(program.root, "the program to be on the accessibility bus")
                 program.wait_for(lambda: "App launched in background mode (login item)" in program.log, "the launch")
-                self.assertIsNone(program.look(BUTTON, flows.PROTECT))
+                self.assertFalse(program.shows(BUTTON, flows.PROTECT))
                 self.assertEqual(self.start().wait(), 0)
                 program.find(BUTTON, flows.PROTECT)
                 self.assertEqual(program.quit(), 0)

@@ -123,10 +123,10 @@ class Updates(PreferencesTest):
         self.reach(BUTTON, "Feedback")
         key("Next")
         self.program.says(button.description)
-        self.program.look(BUTTON, "Check for Updates").press()
+        self.program.find_disabled(BUTTON, "Check for Updates").press()
         key("Tab")
         self.wait_for_focus(CLOSE)
-        self.assertIsNone(self.program.look(BUTTON, "Download Update"))
+        self.assertFalse(self.program.shows(BUTTON, "Download Update"))
         self.find_below("label", flows.re.compile(r"^Current version: \d+\.\d+\.\d+$"))
         self.assertEqual(button.name, "Check for Updates")
 
@@ -231,7 +231,7 @@ class BackupState(PreferencesTest):
         self.select("Security")
         self.assertEqual(self.find_below(SWITCH, "iCloud Backup").description,
                          "Automatically backup encrypted files to iCloud for recovery")
-        self.assertIsNone(self.program.look(BUTTON, "Open iCloud Settings"))
+        self.assertFalse(self.program.shows(BUTTON, "Open iCloud Settings"))
         self.switch("iCloud Backup", True)
         self.select("Backup")
         self.check_status(items=1, enabled="Yes", password="Not Set",

@@ -140,7 +140,7 @@ class DoubleClicks(RevealTest):
         self.double_click_button("Lock Item")
         flows.row(self.program, "letter.txt", "locked")
         self.expect_shown()
-        self.assertIsNone(self.program.look(FIELD, "Password"))
+        self.assertFalse(self.program.shows(FIELD, "Password"))
         self.assertEqual(self.program.log.count("Button clicked: Lock Item"), 1)
         self.assertEqual(self.program.log.count("Button clicked: Unlock Item"), 1, "the one before")
 

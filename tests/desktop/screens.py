@@ -1,12 +1,13 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
 
-"""The screens and sheets of the program, one function for each: it opens the screen, yields while it is shown, and closes it."""
+"""The screens and sheets of the program, one function for each: it opens the screen, yields while it is shown, and closes it.
+It yields the title of a sheet that is below another one."""
 
 import re
 from contextlib import contextmanager
 
 import flows
-from desktop_driver import BUTTON, DIALOG, FIELD, ROW, key
+from desktop_driver import BUTTON, DIALOG, FIELD, ROW, SWITCH, key
 from home_on_disk import PLACEHOLDER
 
 
@@ -16,10 +17,12 @@ def sheet(program, text, *steps):
     for step in steps:
         step()
     program.says(text)
-    program.wait_for(lambda: (focused := program.focused()) and focused.role != "frame", "the focus in the sheet")
-    yield
-    key("Escape")
-    program.gone(None, text)
+    program.wait_for(lambda: (focused := program.focused()) and focused.role != DIALOG, "the focus in the sheet")
+    try:
+        yield
+    finally:
+        key("Escape")
+        program.gone(None, text)
 
 
 def empty(test):
@@ -41,8 +44,11 @@ def new_password(test):
                  lambda: program.gone(None, "Protect other.txt"))
 
 
+ITEM_PASSWORD_QUESTION = "Enter the password for 'letter.txt':"
+
+
 def item_password(test):
-    return sheet(test.program, "Enter the password for 'letter.txt':",
+    return sheet(test.program, ITEM_PASSWORD_QUESTION,
                  lambda: flows.press_in_row(test.program, "letter.txt", "Unlock Item"))
 
 
@@ -62,6 +68,66 @@ def delete_question(test):
 def shred_confirmation(test):
     return sheet(test.program, "Permanent Deletion Warning", lambda: flows.ask_to_shred(test.program, "letter.txt"),
                  lambda: test.program.gone(DIALOG, DELETE_QUESTION))
+
+
+def bulk_removal(test):
+    @contextmanager
+    def shown():
+        with selection(test):
+            with sheet(test.program, re.compile("^Remove Protection from"), lambda: test.program.press(BUTTON, "Remove (1)")):
+                yield
+    return shown()
+
+
+def duplicate_question(test):
+    return sheet(test.program, re.compile("^Until the copy is protected"),
+                 lambda: flows.press_in_row(test.program, "letter.txt", "Duplicate as Encrypted Copy"))
+
+
+def master_password(test):
+    return sheet(test.program, "Master Password", lambda: flows.press_in_row(test.program, "letter.txt", "Unlock Item"))
+
+
+@contextmanager
+def bulk_progress(test):
+    """The progress of an operation that waits for a password."""
+    program = test.program
+    program.press(BUTTON, "Select")
+    program.press(BUTTON, "Select All")
+    program.press(BUTTON, "Unlock (1)")
+    program.press(BUTTON, flows.ACCESS_PROMPT)
+    with sheet(program, ITEM_PASSWORD_QUESTION):
+        yield "Bulk Operation"
+    program.gone(DIALOG, "Bulk Operation")
+    program.gone(None, "1 selected")
+
+
+@contextmanager
+def shred_progress(test):
+    """The progress of a shred that waits for a password; without one, the item of its own is destroyed as well."""
+    program = test.program
+    flows.protect_with_password(program, test.file("notes.txt"))
+    flows.ask_to_shred(program, "notes.txt")
+    program.press(SWITCH, re.compile("^I understand"))
+    program.find(FIELD, re.compile("to confirm:$")).type("shred permanently")
+    program.press(BUTTON, "🗑️ Shred Permanently")
+    with sheet(program, "Enter the password for 'notes.txt':"):
+        yield "Secure Shredding in Progress"
+    program.gone(DIALOG, "Secure Shredding in Progress")
+    program.gone(ROW, re.compile("^notes.txt"))
+
+
+@contextmanager
+def row_error(test):
+    """Reports that a copy could not be made, since the item's container is missing."""
+    program = test.program
+    [container] = test.home.storage.iterdir()
+    away = test.home.path / "container"
+    container.rename(away)
+    with sheet(program, "Error", lambda: flows.press_in_row(program, "letter.txt", "Duplicate as Encrypted Copy"),
+               lambda: program.press(BUTTON, "Duplicate")):
+        yield
+    away.rename(container)
 
 
 def error(test):
@@ -155,4 +221,6 @@ WITHOUT_ITEMS = {"empty": empty, "method": method, "new password": new_password,
                  "backup": preferences("Backup"), "new master password": new_master_password, "recovery": recovery}
 WITH_AN_ITEM = {"list": empty, "selection": selection, "filter": filter_menu, "row menu": row_menu,
                 "no results": search_without_result, "item password": item_password, "removal": removal,
-                "delete question": delete_question, "shred confirmation": shred_confirmation, "lost items": lost_items}
+                "delete question": delete_question, "shred confirmation": shred_confirmation, "bulk removal": bulk_removal,
+                "duplicate": duplicate_question, "bulk progress": bulk_progress, "shred progress": shred_progress,
+                "row error": row_error, "lost items": lost_items}

@@ -6,10 +6,20 @@ import subprocess
 
 import flows
 import screens
-from desktop_driver import BUTTON, DIALOG, FIELD, PASSWORD, SPIN, SWITCH, TAB, key
+from desktop_driver import BUTTON, DIALOG, FIELD, PASSWORD, ROW, SPIN, SWITCH, TAB, key, type_text
 from window_case import WindowTest, main
 
 SHORTCUTS = "Keyboard Shortcuts"
+LISTED = {
+    "Protect a new item": "Ctrl+N", "Lock all items": "Ctrl+L", "Search": "Ctrl+F", "Preferences": "Ctrl+,",
+    "Keyboard shortcuts": "F1 or Ctrl+?", "Close the window": "Ctrl+W", "Quit": "Ctrl+Q",
+    "Press the focused control": "Space or Enter",
+    "Go to the results": "Down", "Clear the search": "Esc", "Open a filter": "Space or Down",
+    "Previous or next item": "Up or Down", "One page up or down": "Page Up or Page Down", "First or last item": "Home or End",
+    "Lock or unlock the item": "Enter", "All actions of the item": "Menu or Shift+F10", "Select all items": "Ctrl+A",
+    "Select or deselect the item": "Space", "Leave the selection": "Esc", "Remove protection": "Delete",
+    "Confirm": "Enter", "Cancel or close": "Esc", "Scroll": "Up or Down or Page Up or Page Down",
+    "Previous or next section of the preferences": "Left or Right"}
 CONTROLS = (BUTTON, FIELD, PASSWORD, SPIN, SWITCH, TAB)
 
 
@@ -61,13 +71,49 @@ class Shortcuts(WindowTest):
         for name in names:
             flows.row(self.program, name, "locked")
 
-    def test_escape_leaves_the_selection(self):
-        flows.protect_with_password(self.program, self.file("one.txt"))
-        self.program.find(BUTTON, "Unlock Item").focus()
+    def test_the_sheet_lists_every_shortcut(self):
+        key("F1")
+        rows = [node.name for node in self.program.find(DIALOG, SHORTCUTS).walk() if node.role == ROW]
+        self.assertEqual(rows, [f"{action}: {keys}" for action, keys in LISTED.items()])
+
+    def test_space_and_return_press_the_focused_control(self):
+        for keys in ("space", "Return"):
+            self.program.find(BUTTON, "Preferences").focus()
+            key(keys)
+            self.program.find(DIALOG, flows.PREFERENCES)
+            key("Escape")
+            self.program.gone(DIALOG, flows.PREFERENCES)
+
+    def check_selection_keys(self):
         key("ctrl+a")
         self.program.says("1 selected")
         key("Escape")
         self.program.gone(None, "1 selected")
+
+    def test_control_a_selects_all_and_escape_leaves_the_selection_wherever_the_focus_is(self):
+        flows.protect_with_password(self.program, self.file("one.txt"))
+        self.program.wait_until_active()
+        self.check_selection_keys()
+        for role, name in ((BUTTON, "Unlock Item"), (BUTTON, "Bulk Protect"), (FIELD, "Search items")):
+            with self.subTest(name):
+                self.program.find(role, name).focus()
+                self.check_selection_keys()
+
+    def test_control_a_selects_the_text_of_the_search(self):
+        flows.protect_with_password(self.program, self.file("one.txt"))
+        field = self.program.find(FIELD, "Search items")
+        field.type("zero")
+        key("ctrl+a")
+        type_text("one")
+        self.program.wait_for(lambda: field.text == "one", "the text to be replaced")
+        self.assertFalse(self.program.shows(None, "1 selected"))
+
+    def test_control_a_selects_nothing_under_a_sheet_or_a_menu(self):
+        flows.protect_with_password(self.program, self.file("one.txt"))
+        for screen in (screens.shortcuts, screens.filter_menu, screens.row_menu):
+            with self.subTest(screen.__name__), screen(self):
+                key("ctrl+a")
+        self.assertFalse(self.program.shows(None, "1 selected"))
 
     def test_the_menu_key_and_shift_f10_open_the_menu_of_the_row(self):
         flows.protect_with_password(self.program, self.file("one.txt"))

@@ -83,7 +83,7 @@ class StartingAtLogin(WindowTest):
         at_login = self.start("--login-item")
         at_login.wait_for_log("App launched in background mode (login item)")
         at_login.wait_for(at_login.root, "the program to be on the accessibility bus")
-        self.assertIsNone(at_login.look(BUTTON, flows.PROTECT))
+        self.assertFalse(at_login.shows(BUTTON, flows.PROTECT))
         self.assertEqual(self.start().wait(), 0)
         at_login.find(BUTTON, flows.PROTECT)
         at_login.wait_until_active()

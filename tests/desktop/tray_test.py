@@ -5,6 +5,8 @@
 import subprocess
 
 import flows
+from accessible_screen import Screen
+from bus_events import AppearedNotifications
 from desktop_driver import BUTTON, DIALOG, LABEL, ROW, key, wait_for
 from panel import Panel
 from window_case import WindowTest, main
@@ -86,6 +88,14 @@ class ThePopover(TrayTest):
             self.panel.click()
             self.popover_gone()
 
+    def test_a_screen_reader_finds_its_controls_in_their_order(self):
+        flows.protect_with_password(self.program, self.file("letter.txt"))
+        popover = self.opened()
+        self.program.wait_for(lambda: self.popover().find("list", "Protected Items").has("focused"), "the focus on the list")
+        shown = Screen(self.program, popover)
+        self.assertEqual(shown.problems, [])
+        self.assertEqual(shown.disabled, [])
+
     def test_escape_closes_it(self):
         self.program.find(BUTTON, flows.PROTECT)
         self.opened()
@@ -124,6 +134,32 @@ class ThePopover(TrayTest):
         self.in_popover(ROW, "letter.txt, locked")
         key("Tab", "Tab")
         self.program.wait_for(lambda: self.popover().find(BUTTON, "About Quillhaven").has("focused"), "the focus on About")
+
+    def unlocked(self):
+        """Protects and unlocks an item, and returns what is announced."""
+        heard = AppearedNotifications()
+        self.addCleanup(heard.stop)
+        flows.protect_with_password(self.program, self.file("letter.txt"))
+        flows.unlock(self.program, "letter.txt")
+        self.program.wait_for(lambda: "letter.txt, unlocked" in heard.texts(), "an announcement")
+        return heard
+
+    def check_lock_is_announced_once(self, heard):
+        before = heard.texts()
+        self.opened()
+        key("space")
+        self.program.wait_for(lambda: len(heard.texts()) > len(before), "an announcement")
+        self.in_popover(LABEL, "1 Secured")
+        self.assertEqual(heard.texts(), [*before, "letter.txt, locked"])
+
+    def test_what_it_locks_is_announced_once_while_the_main_window_is_shown(self):
+        self.check_lock_is_announced_once(self.unlocked())
+
+    def test_what_it_locks_is_announced_while_the_main_window_is_hidden(self):
+        heard = self.unlocked()
+        self.close_main_window()
+        self.wait_for_state(None)
+        self.check_lock_is_announced_once(heard)
 
     def test_a_refused_master_password_changes_nothing(self):
         flows.protect_with_password(self.program, self.file("letter.txt"))
@@ -258,6 +294,21 @@ class StartingAtLogin(TrayTest):
         self.assertIsNone(window_state())
         self.in_popover(BUTTON, "About Quillhaven", program).click()
         self.wait_for_state("Normal")
+
+    def test_what_the_popover_locks_is_announced_without_a_main_window(self):
+        first = self.start()
+        flows.protect_with_password(first, self.file("letter.txt"))
+        flows.unlock(first, "letter.txt")
+        self.assertEqual(first.quit(), 0)
+        self.panel.item_gone()
+        program = self.start("--login-item")
+        self.opened(program)
+        heard = AppearedNotifications()
+        self.addCleanup(heard.stop)
+        key("space")
+        self.in_popover(ROW, "letter.txt, locked", program)
+        program.wait_for(heard.texts, "an announcement")
+        self.assertEqual(heard.texts(), ["letter.txt, locked"])
 
     def test_a_question_finds_a_window_that_was_never_shown(self):
         first = self.start()

@@ -27,6 +27,7 @@ CheckBox {
     nextCheckState: () => checkState
     onClicked: toggleRequested()
     Accessible.name: label
+    Accessible.checked: checked // the toolkit reports no change that comes from checkState
 
     KeyboardPress {
         control: box

@@ -8,8 +8,8 @@ import Quillhaven.Controls
 import Quillhaven.Dashboard
 import Quillhaven.Design
 
-/// The content of the main window.
-Item {
+/// The content of the main window. A scope, so that keys are received here also when no control has the focus.
+FocusScope {
     id: view
 
     required property DashboardViewModel dashboard
@@ -18,6 +18,21 @@ Item {
     readonly property bool hasRoomForDropArea: height >= Metrics.roomyWindow
 
     signal preferencesWanted
+
+    function selectAll() {
+        if (dashboard.items.count > 0)
+            dashboard.selection.selectAll()
+    }
+
+    Keys.onPressed: (event) => {
+        event.accepted = true
+        if (event.matches(StandardKey.SelectAll))
+            selectAll()
+        else if (event.key === Qt.Key_Escape && dashboard.selection.isInSelectionMode)
+            dashboard.selection.clearSelection()
+        else
+            event.accepted = false
+    }
 
     ColumnLayout {
         anchors.fill: parent
@@ -57,6 +72,7 @@ Item {
                 showFilters: view.dashboard.items.showFilters
                 hasNoResults: view.dashboard.items.hasNoResults
                 onListWanted: itemsList.takeFocus()
+                onSelectAllWanted: view.selectAll()
             }
 
             DashboardStatistics {

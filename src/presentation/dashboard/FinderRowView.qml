@@ -49,6 +49,7 @@ FocusScope {
         actions: row.actions
         enabled: !row.isBusy
         activeFocusOnTab: row.isCurrent || activeFocus
+        Accessible.description: row.accessibleText // screen readers do not read out the row around a button
     }
 
     function toggle() {

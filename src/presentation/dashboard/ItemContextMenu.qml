@@ -14,11 +14,16 @@ PopMenu {
     readonly property bool canAct: row !== null && !row.isBusy
     readonly property bool isOfOtherItem: row !== null && row.itemId !== itemId
 
+    /// Whether the keyboard has opened the menu: then the first action gets the focus.
+    property bool isByKeyboard: false
+
     function openFor(ofRow, place, x, y) {
         itemId = ofRow.itemId
         row = ofRow
         popup(place, x, y)
     }
+
+    onOpened: if (isByKeyboard) currentIndex = 0
 
     onRowChanged: if (!row) close()
     onIsOfOtherItemChanged: if (isOfOtherItem) close()

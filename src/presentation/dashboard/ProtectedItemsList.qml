@@ -30,16 +30,6 @@ Rectangle {
     border.width: 1
     border.color: Colors.borderSubtle
 
-    Keys.onPressed: (event) => {
-        event.accepted = true
-        if (event.matches(StandardKey.SelectAll) && !isEmpty)
-            selection.selectAll()
-        else if (event.key === Qt.Key_Escape && selection.isInSelectionMode)
-            selection.clearSelection()
-        else
-            event.accepted = false
-    }
-
     ColumnLayout {
         id: content
 
@@ -154,8 +144,9 @@ Rectangle {
 
             property ItemContextMenu menu: null
 
-            function openMenu(row, x, y) {
+            function openMenu(row, x, y, isByKeyboard = false) {
                 menu = menu ?? menuOfRow.createObject(list)
+                menu.isByKeyboard = isByKeyboard
                 const point = list.mapFromItem(row, x, y)
                 menu.openFor(row, list, point.x, point.y)
             }
@@ -172,7 +163,7 @@ Rectangle {
                                   [Qt.Key_PageUp]: currentIndex - page, [Qt.Key_PageDown]: currentIndex + page }
                 event.accepted = true
                 if (event.key === Qt.Key_Menu || (event.key === Qt.Key_F10 && event.modifiers & Qt.ShiftModifier))
-                    openMenu(currentItem, Spacing.xxxl, currentItem.height / 2)
+                    openMenu(currentItem, Spacing.xxxl, currentItem.height / 2, true)
                 else if (event.key === Qt.Key_Delete)
                     area.dashboard.itemActions.onDelete(currentIndex)
                 else if (event.key in targets)

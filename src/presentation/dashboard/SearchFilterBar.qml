@@ -19,6 +19,8 @@ GridLayout {
 
     /// The user wants to move the focus from the search field to the results.
     signal listWanted
+    /// The user pressed the keys that select all in the search field, which has no text to select.
+    signal selectAllWanted
 
     /// A picker for the values of an enumeration, by their labels.
     component FilterPicker: PopPicker {
@@ -54,6 +56,11 @@ GridLayout {
             placeholderText: "Search items"
             text: bar.filters.searchText
             Keys.onDownPressed: bar.listWanted()
+            Keys.onPressed: (event) => {
+                event.accepted = text === "" && event.matches(StandardKey.SelectAll)
+                if (event.accepted)
+                    bar.selectAllWanted()
+            }
             onTextEdited: bar.filters.searchText = text
         }
 

@@ -94,13 +94,29 @@ Sheet {
         ShortcutRow { action: "Keyboard shortcuts"; keys: ["F1", "Ctrl+?"] }
         ShortcutRow { action: "Close the window"; keys: ["Ctrl+W"] }
         ShortcutRow { action: "Quit"; keys: ["Ctrl+Q"] }
+        ShortcutRow { action: "Press the focused control"; keys: ["Space", "Enter"] }
+
+        GroupHeading { text: "Search and Filters" }
+        ShortcutRow { action: "Go to the results"; keys: ["Down"] }
+        ShortcutRow { action: "Clear the search"; keys: ["Esc"] }
+        ShortcutRow { action: "Open a filter"; keys: ["Space", "Down"] }
 
         GroupHeading { text: "List" }
+        ShortcutRow { action: "Previous or next item"; keys: ["Up", "Down"] }
+        ShortcutRow { action: "One page up or down"; keys: ["Page Up", "Page Down"] }
+        ShortcutRow { action: "First or last item"; keys: ["Home", "End"] }
         ShortcutRow { action: "Lock or unlock the item"; keys: ["Enter"] }
         ShortcutRow { action: "All actions of the item"; keys: ["Menu", "Shift+F10"] }
         ShortcutRow { action: "Select all items"; keys: ["Ctrl+A"] }
+        ShortcutRow { action: "Select or deselect the item"; keys: ["Space"] }
         ShortcutRow { action: "Leave the selection"; keys: ["Esc"] }
         ShortcutRow { action: "Remove protection"; keys: ["Delete"] }
+
+        GroupHeading { text: "Sheets" }
+        ShortcutRow { action: "Confirm"; keys: ["Enter"] }
+        ShortcutRow { action: "Cancel or close"; keys: ["Esc"] }
+        ShortcutRow { action: "Scroll"; keys: ["Up", "Down", "Page Up", "Page Down"] }
+        ShortcutRow { action: "Previous or next section of the preferences"; keys: ["Left", "Right"] }
     }
 
     buttons: PrimaryFilledButton {

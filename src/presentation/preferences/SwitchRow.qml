@@ -12,6 +12,8 @@ SettingRow {
 
     signal toggled(bool value)
 
+    Accessible.ignored: true // the switch has the same name and description
+
     CustomToggleStyle {
         id: control
 

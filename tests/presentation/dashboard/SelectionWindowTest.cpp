@@ -129,6 +129,40 @@ TEST_F(SelectionWindow, KeyboardSelectsTogglesAndClears)
     EXPECT_EQ(focusedRow(), QStringLiteral("alpha.txt"));
 }
 
+TEST_F(SelectionWindow, KeysSelectAllAndClearWhereverTheFocusIs)
+{
+    shown();
+    const auto checkKeys = [this](const char *where) {
+        press(Qt::Key_A, Qt::ControlModifier);
+        EXPECT_EQ(selection().selectedCount(), 3) << where;
+        press(Qt::Key_Escape);
+        EXPECT_FALSE(selection().isInSelectionMode()) << where;
+    };
+    checkKeys("no control has the focus");
+    press(Qt::Key_Tab);
+    checkKeys("the focus is in the toolbar");
+    press(Qt::Key_F, Qt::ControlModifier);
+    checkKeys("the focus is in the empty search field");
+}
+
+TEST_F(SelectionWindow, SelectAllKeySelectsTheTextOfTheSearchField)
+{
+    press(Qt::Key_F, Qt::ControlModifier);
+    QTest::keyClick(shown().window(), 'a');
+    press(Qt::Key_A, Qt::ControlModifier);
+    EXPECT_EQ(selection().selectedCount(), 0);
+    QTest::keyClick(shown().window(), 'c');
+    EXPECT_EQ(started().dashboard.filters()->searchText(), QStringLiteral("c")) << "the selected text is replaced";
+}
+
+TEST_F(SelectionWindow, SelectAllKeyDoesNothingUnderASheet)
+{
+    press(Qt::Key_F1);
+    ASSERT_TRUE(eventuallyShows("Keyboard Shortcuts"));
+    press(Qt::Key_A, Qt::ControlModifier);
+    EXPECT_EQ(selection().selectedCount(), 0);
+}
+
 TEST_F(SelectionWindow, DeleteKeyAsksAboutTheSelection)
 {
     shown();
