@@ -13,8 +13,8 @@ namespace quillhaven {
 /// All drawings are black on a grid of 24 by 24 and stay 2 units away from its edges; lines are 1.75 units wide.
 [[nodiscard]] QString symbolPath(const QString &symbol);
 
-/// Draws symbols in one colour for `image://symbols/NAME/AARRGGBB`, at the size that the image asks for. An unknown
-/// name has no image, about which the image warns.
+/// Draws symbols in one colour for `image://symbols/NAME/AARRGGBB` or `.../RRGGBB`, at the size that the image asks
+/// for. An unknown name has no image, about which the image warns.
 class SymbolImageProvider : public QQuickImageProvider
 {
 public:
