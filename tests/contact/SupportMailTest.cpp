@@ -30,7 +30,8 @@ protected:
         set("XDG_DATA_DIRS", services.home.path(QStringLiteral("shared")));
         set("XDG_CONFIG_HOME", services.home.path(QStringLiteral("config")));
         set("XDG_CONFIG_DIRS", services.home.path(QStringLiteral("shared")));
-        // What opens the address may run for longer than a test, and would create this folder in a home that is removed.
+        // What opens the address may run for longer than a test, and would create this folder in a home that is
+        // removed.
         set("XDG_CACHE_HOME", QStringLiteral("/dev/null/cache"));
         set("XDG_CURRENT_DESKTOP", QString::fromLatin1(GetParam()));
         set("DESKTOP_SESSION", {});

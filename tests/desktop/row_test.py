@@ -45,7 +45,7 @@ class RowWindowTest(window_case.WindowTest):
         for label in ("Unlock Item", "Reveal in Finder", "Copy Path", "Duplicate as Encrypted Copy",
                       "🗑️ Secure Shred", "Remove Protection"):
             self.program.find(MENU_ITEM, label)
-        key("Down", "Down", "Down", "Down", "Down", "Return")
+        key("Down", "Down", "Down", "Down", "Return")
         self.program.find(DIALOG, 'Secure delete "letter.txt"?')
 
 

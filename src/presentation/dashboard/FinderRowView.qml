@@ -42,6 +42,8 @@ FocusScope {
     signal selectionToggle(string id)
     /// Selects or deselects the row, even outside the selection mode.
     signal selectionExtend(string id)
+    /// Selects the rows from the current one to this one.
+    signal selectionRange
     /// The menu with the actions is wanted at this point of the row.
     signal menuWanted(real x, real y)
 
@@ -97,6 +99,14 @@ FocusScope {
         onTapped: {
             row.forceActiveFocus(Qt.MouseFocusReason)
             row.selectionExtend(row.itemId)
+        }
+    }
+
+    TapHandler {
+        acceptedModifiers: Qt.ShiftModifier
+        onTapped: {
+            row.selectionRange()
+            row.forceActiveFocus(Qt.MouseFocusReason)
         }
     }
 
@@ -168,13 +178,15 @@ FocusScope {
         ColumnLayout {
             id: texts
 
+            HoverHandler { id: textsHover }
+
             Layout.fillWidth: true
             spacing: 2
 
             Text {
                 id: name
 
-                ToolTip.visible: nameHover.hovered && ToolTip.text !== ""
+                ToolTip.visible: textsHover.hovered && ToolTip.text !== ""
                 ToolTip.text: !truncated ? (row.isInSelectionMode ? "" : row.helpText)
                                          : row.originalName + (row.isInSelectionMode ? "" : "\n" + row.helpText)
                 ToolTip.delay: Metrics.toolTipDelay
@@ -187,15 +199,11 @@ FocusScope {
                 horizontalAlignment: Text.AlignLeft
                 elide: Text.ElideMiddle
                 Accessible.ignored: true
-
-                HoverHandler { id: nameHover }
             }
 
-            Loader {
-                Layout.fillWidth: true
-                visible: row.showingCopySuccess
-                active: visible
-                source: "CopiedNote.qml"
+            Repeater {
+                model: row.showingCopySuccess ? 1 : 0
+                delegate: CopiedNote { Layout.fillWidth: true }
             }
 
             Text {
@@ -214,13 +222,14 @@ FocusScope {
             Layout.preferredWidth: Metrics.symbolRow
             Layout.preferredHeight: Metrics.symbolRow
 
-            Loader {
-                anchors.fill: parent
-                visible: row.isBusy
-                active: row.isBusy
-                source: "../Controls/ActivityIndicator.qml"
-                Accessible.role: Accessible.Animation
-                Accessible.name: "Working on " + row.originalName
+            Repeater {
+                model: row.isBusy ? 1 : 0
+                delegate: ActivityIndicator {
+                    anchors.fill: parent
+                    color: Colors.primaryAccent
+                    Accessible.role: Accessible.Animation
+                    Accessible.name: "Working on " + row.originalName
+                }
             }
         }
 

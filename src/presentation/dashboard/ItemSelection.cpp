@@ -75,6 +75,16 @@ void ItemSelection::extendSelection(const QString &id)
     onSelectionToggle(id);
 }
 
+void ItemSelection::selectRange(int from, int to)
+{
+    m_isInSelectionMode = true;
+    QSet<QString> ids = m_selectedItems;
+    for (int row = qMax(0, qMin(from, to)); row <= qMax(from, to) && row < m_items.count(); ++row) {
+        ids.insert(m_items.idAt(row));
+    }
+    setSelectedItems(ids);
+}
+
 void ItemSelection::selectAll()
 {
     m_isInSelectionMode = true;

@@ -62,6 +62,8 @@ public:
     Q_INVOKABLE void onSelectionToggle(const QString &id);
     /// The same, but enters the selection mode first if necessary.
     Q_INVOKABLE void extendSelection(const QString &id);
+    /// Enters the selection mode if necessary, and also selects the rows from `from` to `to`, in either direction.
+    Q_INVOKABLE void selectRange(int from, int to);
     /// Enters the selection mode and selects all items that the list shows.
     Q_INVOKABLE void selectAll();
     Q_INVOKABLE void clearSelection();

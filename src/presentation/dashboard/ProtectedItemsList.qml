@@ -184,6 +184,7 @@ Rectangle {
                 onMenuWanted: (x, y) => list.openMenu(row, x, y)
                 onSelectionToggle: (id) => area.selection.onSelectionToggle(id)
                 onSelectionExtend: (id) => area.selection.extendSelection(id)
+                onSelectionRange: area.selection.selectRange(list.currentIndex, row.index)
             }
         }
     }

@@ -172,8 +172,7 @@ void RescueActions::showNotice()
             sentences.append((count == 1 ? one : several).arg(count));
         }
     };
-    add(countWith(Choice::ChooseFolder),
-        QStringLiteral("%1 item in private storage has no entry in the list."),
+    add(countWith(Choice::ChooseFolder), QStringLiteral("%1 item in private storage has no entry in the list."),
         QStringLiteral("%1 items in private storage have no entry in the list."));
     add(countWith(Choice::MarkUnlocked),
         QStringLiteral("%1 item is back at its place although the list says that it is locked."),

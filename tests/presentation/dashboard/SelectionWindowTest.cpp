@@ -110,6 +110,18 @@ TEST_F(SelectionWindow, ClickWithControlEntersTheMode)
     EXPECT_EQ(selectedNames(), QStringLiteral("alpha.txt charlie"));
 }
 
+TEST_F(SelectionWindow, ClickWithShiftSelectsFromTheCurrentRow)
+{
+    click("text", "charlie", Qt::ControlModifier);
+    click("text", "bravo.png", Qt::ShiftModifier);
+    EXPECT_TRUE(selection().isInSelectionMode());
+    EXPECT_EQ(selectedNames(), QStringLiteral("bravo.png charlie"));
+    click("text", "Clear");
+    click("text", "alpha.txt");
+    click("text", "charlie", Qt::ShiftModifier);
+    EXPECT_EQ(selectedNames(), QStringLiteral("alpha.txt bravo.png charlie"));
+}
+
 TEST_F(SelectionWindow, KeyboardSelectsTogglesAndClears)
 {
     shown();
