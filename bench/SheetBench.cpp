@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// sheet_bench: prints the seconds from the call that opens the preferences to the first frame that shows them, in the
-// real window with the software renderer, and the same for an empty dialog of the toolkit. The first opening creates
-// the sheet; the later ones show it again. bench/run.py runs it under a virtual display.
+// sheet_bench: prints the seconds from the call that opens each sheet to the first frame that shows it, in the real
+// window with the software renderer, and the same for an empty dialog of the toolkit. The first opening creates the
+// sheet; the later ones show it again. bench/run.py runs it under a virtual display.
 
 #include "BenchWindow.h"
 
@@ -60,12 +60,51 @@ void measure(const char *name, QQuickWindow &window, const std::function<void()>
     close();
 }
 
-void measurePreferences()
+void measureSheets()
 {
-    BenchWindow bench;
+    BenchWindow bench({namedItem(QStringLiteral("letter.txt"))});
+    QQuickWindow &window = *bench.window.window();
+    SheetModels &sheets = bench.sheets;
+    const QString text = QStringLiteral("letter.txt");
+    const auto measureDialog = [&window](const char *name, DialogModel &model, const std::function<void()> &open) {
+        measure(name, window, open, [&model] { model.setIsPresented(false); });
+    };
+    const auto measureProgress = [&window, &text](const char *name, OperationProgress &progress) {
+        const auto open = [&] {
+            progress.show();
+            progress.report(text, 0.5);
+        };
+        measure(name, window, open, [&] { progress.hide(); });
+    };
     measure(
-        "preferences", *bench.window.window(), [&] { bench.preferences.model.show(); },
+        "preferences", window, [&] { bench.preferences.model.show(); },
         [&] { bench.preferences.model.handleCloseAttempt(); });
+    measureDialog("shortcuts", *sheets.keyboardShortcuts(), [&] { sheets.keyboardShortcuts()->setIsPresented(true); });
+    measureDialog("method", *sheets.protectionMethodDialogManager(),
+                  [&] { (void)sheets.protectionMethodDialogManager()->ask(text); });
+    measureDialog("password", *sheets.passwordInputDialogManager(), [&] {
+        sheets.passwordInputDialogManager()->show({.title = text, .message = text, .requiresConfirmation = true}, {},
+                                                  {});
+    });
+    measureDialog("master-password", *sheets.masterPasswordDialogManager(),
+                  [&] { sheets.masterPasswordDialogManager()->show({.title = text, .message = text}, {}); });
+    measureDialog("question", *sheets.confirmationDialogManager(),
+                  [&] { sheets.confirmationDialogManager()->show({.title = text, .message = text}); });
+    measureDialog("removal", *sheets.removeProtectionDialogManager(),
+                  [&] { sheets.removeProtectionDialogManager()->show(text, {}, {}); });
+    measureDialog("deletion", *sheets.deleteConfirmation(), [&] { sheets.deleteConfirmation()->show(text, true); });
+    measureDialog("shred-question", *sheets.shredConfirmation(), [&] { sheets.shredConfirmation()->show({text}); });
+    measureDialog("error", *sheets.errorDialogManager(),
+                  [&] { sheets.errorDialogManager()->showErrorWithAutoTroubleshooting(text, text); });
+    measureDialog("row-error", *sheets.errorDialogSheet(), [&] { sheets.errorDialogSheet()->show(text); });
+    measureDialog("bulk-picker", *sheets.bulkFilePicker(), [&] { sheets.bulkFilePicker()->show(); });
+    measureDialog("lost-items", *sheets.rescue(), [&] { sheets.rescue()->setIsPresented(true); });
+    measureDialog("recovery", *sheets.recoveryDialogManager(),
+                  [&] { sheets.recoveryDialogManager()->setIsPresented(true); });
+    measureDialog("details", *sheets.itemDetails(),
+                  [&] { sheets.itemDetails()->show(QStringLiteral("ID-letter.txt")); });
+    measureProgress("bulk-progress", *sheets.bulkProgress());
+    measureProgress("shred-progress", *sheets.shredProgress());
 }
 
 void measureEmptyDialog()
@@ -99,7 +138,7 @@ int main(int argc, char **argv)
 {
     QQuickWindow::setGraphicsApi(QSGRendererInterface::Software);
     QGuiApplication application(argc, argv);
-    measurePreferences();
+    measureSheets();
     measureEmptyDialog();
     return 0;
 }

@@ -328,21 +328,19 @@ def bench_menu(work, rounds):
 
 
 def bench_sheet(rounds):
-    """The time from the call that opens the preferences to the first frame that shows them."""
+    """The time from the call that opens each sheet to the first frame that shows it."""
     times = {}
     for _ in range(rounds):
         out = subprocess.run([os.path.join(ROOT, 'tests', 'support', 'with-display.sh'), SHEET_BENCH], check=True,
                              stdout=subprocess.PIPE, stderr=subprocess.DEVNULL, text=True).stdout
-        for name, seconds in re.findall(r'^((?:preferences|empty-dialog)-\w+) ([\d.]+)$', out, re.MULTILINE):
-            times.setdefault(name, []).append(float(seconds))
-    print('\nThe first frame of the preferences')
-    for kind in ('first', 'again'):
-        base = statistics.median(times['empty-dialog-' + kind])
-        for name in ('empty-dialog', 'preferences'):
-            found = times['%s-%s' % (name, kind)]
-            print('  %-34s %9.2f ms   %6.2f x empty dialog   longest %9.2f ms' % (
-                '%s, %s' % (name, kind), statistics.median(found) * 1000, statistics.median(found) / base,
-                max(found) * 1000))
+        for name, kind, seconds in re.findall(r'^(\S+)-(first|again) ([\d.]+)$', out, re.MULTILINE):
+            times.setdefault(name, {}).setdefault(kind, []).append(float(seconds))
+    print('\nThe first frame of each sheet: when it is created, and when it is shown again')
+    base = times['empty-dialog']
+    for name, kinds in times.items():
+        print('  %-16s' % name + '   '.join('%7.2f ms %5.2f x empty dialog, longest %7.2f' % (
+            statistics.median(found) * 1000, statistics.median(found) / statistics.median(base[kind]), max(found) * 1000)
+            for kind, found in kinds.items()))
 
 
 def bench_list():

@@ -21,6 +21,17 @@ Item {
     /// The main window also shows the progress of operations, and gets the questions for which there is no window.
     property bool isInMainWindow: false
 
+    // The sheets of the dashboard and its rows that are open.
+    readonly property bool showingItemDetails: models.itemDetails.isPresented
+    readonly property bool showingBulkProgress: models.bulkProgress.isPresented
+    readonly property bool showingShredProgress: models.shredProgress.isPresented
+    readonly property bool showingSettings: models.preferences.isPresented
+    readonly property bool showingBulkFilePicker: models.bulkFilePicker.isPresented
+    readonly property bool showingShredConfirmation: models.shredConfirmation.isPresented
+    readonly property bool showingDeleteConfirmation: models.deleteConfirmation.isPresented
+    readonly property bool showingRemoveConfirmation: models.removeProtectionDialogManager.isPresented
+    readonly property bool showingErrorSheet: models.errorDialogSheet.isPresented
+
     Component.onCompleted: isInMainWindow ? place.addMain(Window.window) : place.add(Window.window)
 
     // Repeaters with one item or none, because the Loader of Qt 6.4 cannot create a bound component.
@@ -39,15 +50,15 @@ Item {
                 sourceComponent: KeyboardShortcutsView { shortcuts: host.models.keyboardShortcuts }
             }
             SheetLoader {
-                presented: host.models.itemDetails.isPresented
+                presented: host.showingItemDetails
                 sourceComponent: ItemDetailView { details: host.models.itemDetails }
             }
             SheetLoader {
-                presented: host.models.bulkProgress.isPresented
+                presented: host.showingBulkProgress
                 sourceComponent: BulkProgressView { operation: host.models.bulkProgress }
             }
             SheetLoader {
-                presented: host.models.shredProgress.isPresented
+                presented: host.showingShredProgress
                 sourceComponent: ShredProgressView { operation: host.models.shredProgress }
             }
         }
@@ -60,7 +71,7 @@ Item {
             anchors.fill: parent
 
             SheetLoader {
-                presented: host.models.preferences.isPresented
+                presented: host.showingSettings
                 sourceComponent: RefinedPreferencesModal { preferences: host.models.preferences }
             }
             SheetLoader {
@@ -68,15 +79,15 @@ Item {
                 sourceComponent: RescueDialog { rescue: host.models.rescue }
             }
             SheetLoader {
-                presented: host.models.bulkFilePicker.isPresented
+                presented: host.showingBulkFilePicker
                 sourceComponent: BulkFilePickerView { picker: host.models.bulkFilePicker }
             }
             SheetLoader {
-                presented: host.models.shredConfirmation.isPresented
+                presented: host.showingShredConfirmation
                 sourceComponent: ShredConfirmationDialog { dialog: host.models.shredConfirmation }
             }
             SheetLoader {
-                presented: host.models.deleteConfirmation.isPresented
+                presented: host.showingDeleteConfirmation
                 sourceComponent: DeleteConfirmationSheet { dialog: host.models.deleteConfirmation }
             }
             SheetLoader {
@@ -121,7 +132,7 @@ Item {
                 sourceComponent: MasterPasswordDialog { manager: host.models.masterPasswordDialogManager }
             }
             SheetLoader {
-                presented: host.models.removeProtectionDialogManager.isPresented
+                presented: host.showingRemoveConfirmation
                 sourceComponent: RemoveProtectionDialog { manager: host.models.removeProtectionDialogManager }
             }
             SheetLoader {
@@ -136,7 +147,7 @@ Item {
                 }
             }
             SheetLoader {
-                presented: host.models.errorDialogSheet.isPresented
+                presented: host.showingErrorSheet
                 sourceComponent: ErrorDialogSheet { manager: host.models.errorDialogSheet }
             }
             SheetLoader {

@@ -26,7 +26,7 @@ ColumnLayout {
         DashboardStatCard {
             isCompact: statistics.isCompact
             title: "Protected Items"
-            value: statistics.model.protectedItemsCount
+            value: statistics.model.protectedItems
             icon: "lock.shield.fill"
             iconColor: Colors.primary
             isPrimary: true
@@ -34,21 +34,21 @@ ColumnLayout {
         DashboardStatCard {
             isCompact: statistics.isCompact
             title: "Currently Unlocked"
-            value: statistics.model.currentlyUnlockedCount
+            value: statistics.model.currentlyUnlocked
             icon: "lock.open.fill"
             iconColor: Colors.error
         }
         DashboardStatCard {
             isCompact: statistics.isCompact
             title: "Locked with Touch ID"
-            value: statistics.model.touchIDProtectedCount
+            value: statistics.model.touchIDProtected
             icon: "touchid"
             iconColor: Colors.success
         }
         DashboardStatCard {
             isCompact: statistics.isCompact
             title: "Locked with Password"
-            value: statistics.model.passwordProtectedCount
+            value: statistics.model.passwordProtected
             icon: "key.fill"
             iconColor: Colors.primaryAccent
         }

@@ -18,10 +18,10 @@ class DashboardStatisticsModel : public QObject
     Q_OBJECT
     QML_ELEMENT
     QML_UNCREATABLE("Part of the dashboard")
-    Q_PROPERTY(int protectedItemsCount READ protectedItemsCount NOTIFY changed)
-    Q_PROPERTY(int currentlyUnlockedCount READ currentlyUnlockedCount NOTIFY changed)
-    Q_PROPERTY(int touchIDProtectedCount READ touchIDProtectedCount NOTIFY changed)
-    Q_PROPERTY(int passwordProtectedCount READ passwordProtectedCount NOTIFY changed)
+    Q_PROPERTY(int protectedItems READ protectedItems NOTIFY changed)
+    Q_PROPERTY(int currentlyUnlocked READ currentlyUnlocked NOTIFY changed)
+    Q_PROPERTY(int touchIDProtected READ touchIDProtected NOTIFY changed)
+    Q_PROPERTY(int passwordProtected READ passwordProtected NOTIFY changed)
     Q_PROPERTY(QString autoLockStatus READ getAutoLockStatus NOTIFY autoLockStatusChanged)
     Q_PROPERTY(QString statisticsNote READ statisticsNote NOTIFY changed)
 
@@ -30,10 +30,10 @@ public:
     DashboardStatisticsModel(const FilteredItemsModel &items, const SearchFilterBarModel &filters,
                              const AutoLockManager &autoLockManager, QObject *parent = nullptr);
 
-    [[nodiscard]] int protectedItemsCount() const { return m_figures.shown; }
-    [[nodiscard]] int currentlyUnlockedCount() const { return m_figures.unlocked; }
-    [[nodiscard]] int touchIDProtectedCount() const { return m_figures.withTouchID; }
-    [[nodiscard]] int passwordProtectedCount() const { return m_figures.shown - m_figures.withTouchID; }
+    [[nodiscard]] int protectedItems() const { return m_figures.shown; }
+    [[nodiscard]] int currentlyUnlocked() const { return m_figures.unlocked; }
+    [[nodiscard]] int touchIDProtected() const { return m_figures.withTouchID; }
+    [[nodiscard]] int passwordProtected() const { return m_figures.shown - m_figures.withTouchID; }
     /// After how long without input the items are locked, such as "(1h 30m)".
     [[nodiscard]] QString getAutoLockStatus() const;
     /// Says what the figures count.

@@ -41,7 +41,7 @@ TEST_F(DashboardState, EmptyCatalogueHasNoFiltersAndNoResultsBadge)
     DashboardViewModel &dashboard = started().dashboard;
     EXPECT_FALSE(dashboard.items()->showFilters());
     EXPECT_FALSE(dashboard.items()->hasNoResults());
-    EXPECT_EQ(dashboard.statistics()->protectedItemsCount(), 0);
+    EXPECT_EQ(dashboard.statistics()->protectedItems(), 0);
     EXPECT_FALSE(dashboard.filters()->hasActiveFilters());
 }
 
@@ -87,10 +87,10 @@ TEST_F(DashboardState, EachGroupIsReportedOnlyWhenItChanges)
 TEST_F(DashboardState, CardsCountEveryItemByItsMethodAndNotByItsState)
 {
     DashboardViewModel &dashboard = dashboardWithFour();
-    EXPECT_EQ(dashboard.statistics()->protectedItemsCount(), 4);
-    EXPECT_EQ(dashboard.statistics()->currentlyUnlockedCount(), 2);
-    EXPECT_EQ(dashboard.statistics()->touchIDProtectedCount(), 2);
-    EXPECT_EQ(dashboard.statistics()->passwordProtectedCount(), 2);
+    EXPECT_EQ(dashboard.statistics()->protectedItems(), 4);
+    EXPECT_EQ(dashboard.statistics()->currentlyUnlocked(), 2);
+    EXPECT_EQ(dashboard.statistics()->touchIDProtected(), 2);
+    EXPECT_EQ(dashboard.statistics()->passwordProtected(), 2);
     EXPECT_EQ(dashboard.statistics()->statisticsNote(),
               QStringLiteral("Includes both locked and unlocked items currently managed by Quillhaven."));
 }
@@ -101,10 +101,10 @@ TEST_F(DashboardState, CardsCountTheShownItemsWhileAFilterIsActive)
     dashboard.filters()->setSearchText(QStringLiteral("A"));
     dashboard.filters()->setStatusFilter(Filters::StatusFilter::unlocked);
     spinOnce();
-    EXPECT_EQ(dashboard.statistics()->protectedItemsCount(), 2);
-    EXPECT_EQ(dashboard.statistics()->currentlyUnlockedCount(), 2);
-    EXPECT_EQ(dashboard.statistics()->touchIDProtectedCount(), 1);
-    EXPECT_EQ(dashboard.statistics()->passwordProtectedCount(), 1);
+    EXPECT_EQ(dashboard.statistics()->protectedItems(), 2);
+    EXPECT_EQ(dashboard.statistics()->currentlyUnlocked(), 2);
+    EXPECT_EQ(dashboard.statistics()->touchIDProtected(), 1);
+    EXPECT_EQ(dashboard.statistics()->passwordProtected(), 1);
     EXPECT_EQ(dashboard.statistics()->statisticsNote(), QStringLiteral("Showing filtered results from 4 total items."));
 }
 
