@@ -28,6 +28,8 @@ FocusScope {
     required property bool showingCopySuccess
     required property bool isSelected
     property bool isInSelectionMode: false
+    /// A menu covers the list, so that no help appears above it.
+    property bool isUnderMenu: false
     required property RowActions actions
 
     readonly property bool isCurrent: ListView.isCurrentItem
@@ -186,7 +188,7 @@ FocusScope {
             Text {
                 id: name
 
-                ToolTip.visible: textsHover.hovered && ToolTip.text !== ""
+                ToolTip.visible: textsHover.hovered && !row.isUnderMenu && ToolTip.text !== ""
                 ToolTip.text: !truncated ? (row.isInSelectionMode ? "" : row.helpText)
                                          : row.originalName + (row.isInSelectionMode ? "" : "\n" + row.helpText)
                 ToolTip.delay: Metrics.toolTipDelay

@@ -178,6 +178,7 @@ Rectangle {
                 width: ListView.view.width
                 actions: area.dashboard.rowActions
                 isInSelectionMode: area.selection.isInSelectionMode
+                isUnderMenu: list.menu?.visible ?? false
                 onToggleLock: (id) => area.dashboard.itemActions.onToggleLock(id)
                 onRemove: (id) => area.dashboard.itemActions.askToRemove(id)
                 onRevealInFinder: (id) => area.dashboard.rowActions.onRevealInFinder(id)
