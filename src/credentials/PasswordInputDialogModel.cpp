@@ -15,6 +15,8 @@ PasswordInputDialogModel::PasswordInputDialogModel(PasswordInputDialogManager &m
     : QObject(parent), m_manager(manager), m_defaults(defaults)
 {
     connect(&manager, &PasswordInputDialogManager::isPresentedChanged, this, &PasswordInputDialogModel::clear);
+    // What was typed for one question is no answer to the next, which may replace it in the open dialog.
+    connect(&manager, &PasswordInputDialogManager::asked, this, &PasswordInputDialogModel::clear);
     connect(&manager, &PasswordInputDialogManager::requiresConfirmationChanged, this,
             &PasswordInputDialogModel::changed);
     connect(&defaults, &UserDefaults::valueChanged, this, &PasswordInputDialogModel::changed);

@@ -139,6 +139,22 @@ TEST(PasswordInputDialogManager, AskReturnsThePasswordOrTheCancellation)
     EXPECT_EQ(cancelled.password, QString());
 }
 
+TEST(PasswordInputDialogManager, AReplacedQuestionLeavesNothingTypedForTheNext)
+{
+    TestPlatform services;
+    PasswordInputDialogManager manager;
+    PasswordInputDialogModel dialog(manager, services.defaults.standard());
+    (void)manager.ask({.title = QStringLiteral("First"), .message = {}, .requiresConfirmation = true});
+    dialog.setPassword(QStringLiteral("Secret1234"));
+    dialog.setConfirmPassword(QStringLiteral("Secret1234"));
+    dialog.setShowPassword(true);
+    (void)manager.ask({.title = QStringLiteral("Second"), .message = {}, .requiresConfirmation = true});
+    EXPECT_EQ(dialog.password(), QString());
+    EXPECT_EQ(dialog.confirmPassword(), QString());
+    EXPECT_FALSE(dialog.showPassword());
+    EXPECT_FALSE(dialog.canConfirm());
+}
+
 TEST(PasswordInputDialogManager, AReplacedQuestionEndsWithoutAnAnswer)
 {
     PasswordInputDialogManager manager;

@@ -99,6 +99,12 @@ T.Dialog {
         first.forceActiveFocus(Qt.TabFocusReason)
     }
 
+    /// For the next question in a sheet that is open.
+    function takeFocusAgain() {
+        if (presented && opened)
+            initialFocusItem?.forceActiveFocus(Qt.TabFocusReason)
+    }
+
     function scrollToTop() {
         scroller.scrollTo(0)
     }

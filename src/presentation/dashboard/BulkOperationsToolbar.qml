@@ -52,6 +52,7 @@ Rectangle {
         TextLabel {
             text: bar.selectedCount + " selected"
             Layout.fillWidth: true
+            Layout.minimumWidth: implicitWidth + Spacing.sm
             font: Typography.buttonText
             Accessible.role: Accessible.StatusBar
         }

@@ -63,12 +63,23 @@ Rectangle {
         anchors.margins: card.isCompact ? Spacing.md : Spacing.lg
         spacing: 0
 
-        RowLayout {
+        // No layout, which would misplace the symbol when it appears while the card changes its width.
+        Item {
+            id: figure
+
+            /// The symbol yields to a value that would not fit beside it even in its smallest size.
+            readonly property bool hasSymbol: words.implicitWidth * words.minimumPixelSize / words.font.pixelSize
+                                              <= width - tile.width - Spacing.sm
+
             Layout.fillWidth: true
-            spacing: Spacing.sm
+            implicitHeight: Math.max(words.implicitHeight, tile.height)
 
             Text {
-                Layout.fillWidth: true
+                id: words
+
+                anchors.left: parent.left
+                anchors.verticalCenter: parent.verticalCenter
+                width: figure.hasSymbol ? figure.width - tile.width - Spacing.sm : figure.width
                 text: card.value
                 horizontalAlignment: Text.AlignLeft
                 color: Colors.textPrimary
@@ -80,8 +91,13 @@ Rectangle {
             }
 
             Rectangle {
-                implicitWidth: card.isCompact ? Metrics.smallButton : DesignSystem.buttonHeight
-                implicitHeight: implicitWidth
+                id: tile
+
+                anchors.right: parent.right
+                anchors.verticalCenter: parent.verticalCenter
+                width: card.isCompact ? Metrics.smallButton : DesignSystem.buttonHeight
+                height: width
+                visible: figure.hasSymbol
                 radius: DesignSystem.cornerRadiusMedium
                 color: card.isPrimary ? Qt.alpha(Colors.textPrimary, Metrics.badgeOpacity) : Qt.alpha(card.iconColor, Metrics.tintOpacity)
 

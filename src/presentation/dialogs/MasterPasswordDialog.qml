@@ -18,17 +18,27 @@ Sheet {
             field.secret = ""
     }
 
+    function forget() {
+        field.secret = ""
+        field.revealed = false
+    }
+
     presented: manager.isPresented
     title: manager.title
     message: manager.message
     symbol: "lock.shield.fill"
     initialFocusItem: field.inputItem
-    onPresentedChanged: {
-        field.secret = ""
-        field.revealed = false
-    }
+    onPresentedChanged: forget()
     onReturnPressed: handleAuthenticate()
     onEscapePressed: manager.cancel()
+
+    Connections {
+        target: dialog.manager
+        function onAsked() {
+            dialog.forget()
+            dialog.takeFocusAgain()
+        }
+    }
 
     PasswordField {
         id: field

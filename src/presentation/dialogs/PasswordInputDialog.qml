@@ -25,6 +25,11 @@ Sheet {
     onReturnPressed: dialog.confirm()
     onEscapePressed: dialog.cancel()
 
+    Connections {
+        target: sheet.manager
+        function onAsked() { sheet.takeFocusAgain() }
+    }
+
     PasswordField {
         id: passwordField
 

@@ -143,6 +143,18 @@ TEST_F(MasterPasswordDialogWindow, CancelledSecretIsClearedImmediatelyAndTheFiel
     EXPECT_FALSE(scene.find("Authenticate")->isEnabled());
 }
 
+TEST_F(MasterPasswordDialogWindow, TheNextQuestionInTheOpenDialogFindsItEmptyAndHidden)
+{
+    ASSERT_TRUE(open());
+    scene.type("Masterkey9");
+    scene.click("Show");
+    EXPECT_TRUE(scene.holdsTypedText("Masterkey9"));
+    ASSERT_TRUE(open()); // which is the same to the dialog as another question
+    EXPECT_FALSE(scene.holdsTypedText("Masterkey9"));
+    EXPECT_TRUE(scene.shows("Show"));
+    EXPECT_FALSE(scene.find("Authenticate")->isEnabled());
+}
+
 TEST_F(MasterPasswordDialogWindow, SecretIsNeverReadOut)
 {
     ASSERT_TRUE(open());
@@ -305,6 +317,17 @@ TEST_F(PasswordInputDialogWindow, ReturnOnCancelCancelsAndTheNextOpeningIsEmpty)
     EXPECT_FALSE(scene.find("Protect")->isEnabled());
     scene.press(Qt::Key_Escape);
     EXPECT_EQ(cancels, 2);
+}
+
+TEST_F(PasswordInputDialogWindow, TheNextQuestionInTheOpenDialogFindsItEmptyWithTheFocusInTheFirstField)
+{
+    ASSERT_TRUE(open(true));
+    typeTwice("Abcdefg1", "Abcdefg1");
+    ASSERT_TRUE(open(true));
+    EXPECT_FALSE(scene.holdsTypedText("Abcdefg1"));
+    EXPECT_FALSE(scene.find("Protect")->isEnabled());
+    scene.press(Qt::Key_Return);
+    EXPECT_TRUE(passwords.isEmpty());
 }
 
 TEST_F(PasswordInputDialogWindow, SecretIsNeverReadOut)
