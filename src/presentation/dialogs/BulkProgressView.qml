@@ -13,17 +13,19 @@ Sheet {
     id: sheet
 
     required property OperationProgress operation
+    readonly property string bulkProgressMessage: operation.message
+    readonly property real bulkProgressValue: operation.progress
 
     presented: operation.isPresented
     title: "Bulk Operation"
-    message: operation.message
+    message: bulkProgressMessage
     symbol: "square.stack.3d.up.fill"
     onEscapePressed: operation.hide()
 
     ProgressLine {
         Layout.fillWidth: true
         Layout.minimumWidth: sheet.leastBodyWidth
-        value: sheet.operation.progress
+        value: sheet.bulkProgressValue
     }
 
     TextLabel {

@@ -13,6 +13,8 @@ Sheet {
     id: sheet
 
     required property OperationProgress operation
+    readonly property string shredProgressMessage: operation.message
+    readonly property real shredProgressValue: operation.progress
     property bool canCancel: false
 
     signal cancelled
@@ -27,7 +29,7 @@ Sheet {
 
     TextLabel {
         Layout.fillWidth: true
-        text: sheet.operation.message
+        text: sheet.shredProgressMessage
         font: Typography.settingLabel
         horizontalAlignment: Text.AlignHCenter
         wrapMode: Text.Wrap
@@ -39,7 +41,7 @@ Sheet {
     ProgressLine {
         Layout.fillWidth: true
         tint: Colors.error
-        value: sheet.operation.progress
+        value: sheet.shredProgressValue
     }
 
     RowLayout {
