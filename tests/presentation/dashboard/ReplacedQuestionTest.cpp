@@ -30,10 +30,10 @@ protected:
         started().passwordDialog.show({.title = QStringLiteral("Another"), .message = {}}, {}, {});
         DashboardHarness::settle();
     }
-    void replaceMasterPasswordQuestion()
+    void cancelMasterPasswordQuestion()
     {
         ASSERT_TRUE(started().masterPasswordDialog.isPresented());
-        started().masterPasswordDialog.show({.title = QStringLiteral("Another"), .message = {}}, {}, {});
+        started().masterPasswordDialog.cancel();
         DashboardHarness::settle();
     }
     [[nodiscard]] bool isAnyRowBusy()
@@ -110,12 +110,12 @@ TEST_F(ReplacedQuestion, RowsAreIdleWhileTheMasterPasswordIsAskedForSinceThatMay
 
     started().dashboard.bulk()->performBulkUnlock();
     DashboardHarness::settle();
-    replaceMasterPasswordQuestion();
     EXPECT_FALSE(isAnyRowBusy());
     started().dashboard.bulk()->progress()->hideBeforeBeginning();
     EXPECT_FALSE(started().dashboard.bulk()->progress()->isPresented());
+    cancelMasterPasswordQuestion();
 
     shredAll();
-    replaceMasterPasswordQuestion();
     EXPECT_FALSE(isAnyRowBusy());
+    cancelMasterPasswordQuestion();
 }
