@@ -75,6 +75,8 @@ void QuestionWindow::place(size_t question)
     // While another question is open, this one is shown on top of it, in the same window.
     if (!isAnotherOpen || !isOnScreen(m_window)) {
         moveOn();
+    } else if (QWindow *focused = QGuiApplication::focusWindow(); focused != m_window && m_windows.contains(focused)) {
+        m_window->requestActivate(); // the question was asked in another window of the program
     }
 }
 

@@ -268,6 +268,21 @@ TEST_F(PopoverOnScreen, AQuestionMovesToTheMainWindowWhenThePopoverHasGone)
     EXPECT_TRUE(built().isVisible());
 }
 
+TEST_F(PopoverOnScreen, ClosesWhenItsQuestionJoinsAnotherInTheMainWindow)
+{
+    started().protect(services.home.write(QStringLiteral("papers/will.txt")));
+    shown();
+    started().confirmationDialog.show({.title = QStringLiteral("A question"), .message = {}});
+    ASSERT_EQ(sheets().questionWindow()->window(), built().window());
+    open();
+    type(Qt::Key_Space);
+    DashboardHarness::settle();
+    ASSERT_TRUE(started().passwordDialog.isPresented());
+    EXPECT_EQ(sheets().questionWindow()->window(), built().window());
+    EXPECT_TRUE(spinUntil([this] { return QGuiApplication::focusWindow() == built().window(); }));
+    EXPECT_TRUE(spinUntil([this] { return !popover().window()->isVisible(); }));
+}
+
 TEST_F(PopoverOnScreen, ClosesWhenTheMainWindowIsToComeForward)
 {
     open();
