@@ -12,6 +12,7 @@ namespace quillhaven::test {
 class Stage : public DashboardWindow
 {
 public:
+    using DashboardWindow::showsOnboarding;
     using DashboardWindow::press;
     using DashboardWindow::services;
     using DashboardWindow::started;
