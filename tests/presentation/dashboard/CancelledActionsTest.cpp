@@ -16,12 +16,6 @@ namespace {
 class Cancelled : public DashboardTest
 {
 protected:
-    void protectFiles(const QStringList &names)
-    {
-        for (const QString &name : names) {
-            started().protect(services.home.write(QStringLiteral("papers/") + name));
-        }
-    }
     void lockTheSession()
     {
         runTask(started().masterPassword.setMasterPassword(theMasterPassword));

@@ -147,6 +147,13 @@ protected:
         }
         return *m_harness;
     }
+    /// Protects new files, each with the strong password.
+    void protectFiles(const QStringList &names)
+    {
+        for (const QString &name : names) {
+            started().protect(services.home.write(QStringLiteral("papers/") + name));
+        }
+    }
     void storeMasterPassword()
     {
         services.credentials.entries[QStringLiteral("master_password")] = theMasterPassword.toUtf8();

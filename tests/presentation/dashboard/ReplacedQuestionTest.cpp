@@ -18,12 +18,6 @@ namespace {
 class ReplacedQuestion : public DashboardTest
 {
 protected:
-    void protectFiles(const QStringList &names)
-    {
-        for (const QString &name : names) {
-            started().protect(services.home.write(QStringLiteral("papers/") + name));
-        }
-    }
     void replacePasswordQuestion()
     {
         ASSERT_TRUE(started().passwordDialog.isPresented());
