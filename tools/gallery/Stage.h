@@ -12,9 +12,9 @@ namespace quillhaven::test {
 class Stage : public DashboardWindow
 {
 public:
-    using DashboardWindow::showsOnboarding;
     using DashboardWindow::press;
     using DashboardWindow::services;
+    using DashboardWindow::showsOnboarding;
     using DashboardWindow::started;
     using DashboardWindow::tabToList;
 
